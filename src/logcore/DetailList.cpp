@@ -114,11 +114,11 @@ std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view
 RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
     PackedDetail packed{};
-    packed.kind = detail.m_nKind;
+    packed.kind = static_cast<std::uint64_t>(detail.m_nKind) & 0x1FU;
     packed.returnCode = static_cast<std::uint64_t>(detail.m_nReturnCode) & 0xFU;
     packed.ubeLevel = static_cast<std::uint64_t>(detail.m_nUBELevel) & 0xFU;
     packed.ube = detail.m_bUBE ? 1 : 0;
-    packed.sqlOperation = detail.m_nSQLOperation;
+    packed.sqlOperation = static_cast<std::uint64_t>(detail.m_nSQLOperation) & 0x7U;
     packed.ascii = ascii ? 1 : 0;
     bool odd = true;
     if (FitsBits(detail.m_nDay, 5) && FitsBits(detail.m_nHour, 5) && FitsBits(detail.m_nMinute, 6) &&

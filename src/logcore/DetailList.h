@@ -53,7 +53,7 @@ public:
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
-    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = kind; }
+    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU; }
     void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
     void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
 

@@ -67,7 +67,7 @@ std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format) {
 
 bool WriteGapExport(const std::string& path, std::string_view content, int& error) {
     platform::AtomicFile file = platform::AtomicFile::Create(path, &error);
-    return file && file.Write(platform::Utf8ToFileText(content)) && file.Commit(&error);
+    return file && file.Write(platform::Utf8ToTextFile(content)) && file.Commit(&error);
 }
 
 } // namespace carvelot
