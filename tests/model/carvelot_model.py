@@ -1140,10 +1140,7 @@ class Session:
         else:
             out.append("%-14s%-19s%-17sMessage\n" % ("Proc/Thread", "Timestamp", "Gap Duration"))
         for record in reversed(self.gaps):
-            if self.log_format == FORMAT_JAS:
-                owner = record.user
-            else:
-                owner = "%d/%d" % (signed32(record.process), signed32(record.thread))
+            owner = owner_text(self, record)
             gap = "%08.6f" % record.gap
             if extension == "CSV":
                 out.append('"%s",%s,%s,"%s"\n' % (owner, record.clock(), gap, record.text))
@@ -1338,6 +1335,60 @@ def tree_json(session, scope):
                 "children": [node_json(child) for child in node.children]}
 
     return {"scope": scope, "nodes": [node_json(child) for child in tree.root.children]}
+
+
+# ---------------------------------------------------------------------------------------- rows of panes
+
+def owner_text(session, record):
+    if session.log_format == FORMAT_JAS:
+        return record.user
+    return "%d/%d" % (signed32(record.process), signed32(record.thread))
+
+
+def thread_tree(session, process_name=""):
+    """The texts of the thread tree: for a debug log (process, [threads]) pairs, for a JAS log the users."""
+    if session.log_format == FORMAT_JAS:
+        return list(session.users)
+    out = []
+    for p in session.processes:
+        elapsed = "(%08f)" % elapsed_seconds(p.end_time, p.start_time)
+        if process_name > " ":
+            text = "Process - %d - %s %s" % (signed32(p.id), process_name, elapsed)
+        else:
+            text = "Process - %d %s" % (signed32(p.id), elapsed)
+        out.append((text, ["Thread - %d (%08f)" % (signed32(t.id), elapsed_seconds(t.end_time, t.start_time))
+                           for t in p.threads]))
+    return out
+
+
+def bsfn_rows(analysis):
+    """name, calls, total, shortest, longest, average as shown."""
+    rows = []
+    for f in analysis.functions.values():
+        calls = len(f.instances)
+        average = f.total // calls if calls > 0 and f.total != 0 else 0
+        rows.append((f.name, "%d" % calls) + tuple(
+            "%08.6f" % micros_to_seconds(v) for v in (f.total, f.shortest, f.longest, average)))
+    return rows
+
+
+def long_task_rows(session, bsfn, sql):
+    """owner, type, duration, message; longest first."""
+    tasks = [("BSFN", r) for r in bsfn.long_tasks] + [("SQL", r) for r in sql.long_tasks]
+    tasks.sort(key=lambda task: -task[1].duration)
+    return [(owner_text(session, r), kind, "%08.6f" % r.duration, r.text) for kind, r in tasks]
+
+
+def error_rows(session, errors):
+    """owner, error type, message; each record above those before it."""
+    rows = []
+    for r in errors:
+        if r.kind == RETURN:
+            kind = "BSFN Warning" if r.return_code == 1 else "BSFN Error"
+        else:
+            kind = "GBR Error" if r.kind == ERROR else "ERROR"
+        rows.insert(0, (owner_text(session, r), kind, r.text))
+    return rows
 
 
 # --------------------------------------------------------------------------------------------- report
