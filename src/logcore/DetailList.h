@@ -119,7 +119,7 @@ private:
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
 
-    CPagedArray<PackedDetail, 16> m_details;
+    CPagedArray<PackedDetail, 18> m_details;
     CPagedArray<Extra, 16> m_extras;
     CTextStore m_texts;
     std::vector<OddDetail> m_odd; // in the order of the records

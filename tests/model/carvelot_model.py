@@ -1001,7 +1001,7 @@ class Session:
                 values = scan(token, "::,")
                 values += [0] * (4 - len(values))
                 record.hour, record.minute, record.second = values[:3]
-                record.microsecond = signed32(values[3] * 1000 % U32)
+                record.microsecond = max(-2**31, min(2**31 - 1, values[3] * 1000))
                 delimiters = "[]"
                 field = 5
             elif field == 5:
