@@ -241,7 +241,7 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
 LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement) {
     if (Holds(text, "Param")) {
         const JASParam param = ParseJASParam(text);
-        const std::string mark = "?" + std::to_string(param.index);
+        const std::string mark = std::string(1, '?').append(std::to_string(param.index));
         const std::size_t place = pending.statement.find(mark);
         if (place != std::string::npos) {
             pending.statement.replace(place, mark.size(), param.value);
@@ -334,7 +334,8 @@ JASParam ParseJASParam(std::string_view text) {
         }
     }
     if (type == "VARCHAR" || type == "LONGVARCHAR") {
-        param.value = "'" + param.value + "'";
+        param.value.insert(param.value.begin(), '\'');
+        param.value.push_back('\'');
     }
     return param;
 }

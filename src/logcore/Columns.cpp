@@ -142,24 +142,6 @@ std::size_t UnitCount(std::string_view text) {
     return units;
 }
 
-bool IsValidUtf8(std::string_view text) {
-    std::size_t at = 0;
-    while (at < text.size()) {
-        const auto lead = static_cast<unsigned char>(text[at]);
-        if (lead < 0x80) {
-            ++at;
-            continue;
-        }
-        const CodePoint c = Decode(text, at);
-        const bool shortest = c.length == 2 ? c.value >= 0x80 : c.length == 3 ? c.value >= 0x800 : c.value >= 0x10000;
-        if (c.length == 1 || !shortest || c.value > 0x10FFFF || (c.value >= 0xD800 && c.value < 0xE000)) {
-            return false;
-        }
-        at += c.length;
-    }
-    return true;
-}
-
 std::string WithReplacements(std::string_view text) {
     std::string out;
     out.reserve(text.size());

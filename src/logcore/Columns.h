@@ -26,7 +26,6 @@ std::size_t UnitCount(std::string_view text);
 
 // The same text with every sequence that is no valid UTF-8 (lone surrogates too) replaced by U+FFFD.
 std::string WithReplacements(std::string_view text);
-bool IsValidUtf8(std::string_view text);
 
 // Takes one code point (or lone surrogate) off the front; a stray byte counts as U+FFFD.
 char32_t TakeCodePoint(std::string_view& text);

@@ -3,6 +3,7 @@
 #include "logcore/CaseText.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <string>
 
@@ -22,15 +23,17 @@ std::uint32_t Mix(std::uint32_t hash, std::uint32_t value) {
     return (hash ^ value) * 0x9E3779B1U;
 }
 
-std::uint32_t FirstBytes(std::string_view text) {
-    std::uint32_t sum = static_cast<std::uint32_t>(text.size());
-    if (text.size() >= 8) {
-        // The tail tells labels apart that begin with the same words.
-        for (std::size_t i = text.size() - 8; i < text.size(); ++i) {
-            sum = sum * 31 + static_cast<unsigned char>(text[i]);
-        }
+// A few of a text's bytes, enough to tell most labels apart: those of one log differ at their ends or in length.
+std::uint32_t SampleOf(std::string_view text) {
+    if (text.size() < 8) {
+        return text.empty() ? 0 : static_cast<std::uint32_t>(text.size() * 31 + static_cast<unsigned char>(text[0]));
     }
-    return text.empty() ? sum : sum * 31 + static_cast<unsigned char>(text.front());
+    std::uint64_t first = 0;
+    std::uint64_t middle = 0;
+    std::memcpy(&first, text.data(), 8);
+    std::memcpy(&middle, text.data() + (text.size() - 8) / 2, 8);
+    return static_cast<std::uint32_t>(((first * 31 + middle) * 0x9E3779B97F4A7C15U) >> 32U) +
+           static_cast<std::uint32_t>(text.size());
 }
 
 } // namespace
@@ -55,8 +58,8 @@ void CDetailList::Clear() {
 }
 
 std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view sharedLabel) {
-    std::uint32_t quick = Mix(Mix(FirstBytes(sharedLabel), detail.m_nThreadID), detail.m_nProcessID);
-    quick = Mix(Mix(quick, FirstBytes(detail.m_strUser)), FirstBytes(detail.m_strSource));
+    std::uint32_t quick = Mix(Mix(SampleOf(sharedLabel), detail.m_nThreadID), detail.m_nProcessID);
+    quick = Mix(Mix(quick, SampleOf(detail.m_strUser)), SampleOf(detail.m_strSource));
     std::uint32_t& recent = m_recentContexts[quick >> 24U];
     if (recent != 0) {
         const RecordContext& c = m_contexts[recent - 1];
@@ -114,11 +117,11 @@ std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view
 RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
     PackedDetail packed{};
-    packed.kind = detail.m_nKind;
+    packed.kind = static_cast<std::uint64_t>(detail.m_nKind) & 0x1FU;
     packed.returnCode = static_cast<std::uint64_t>(detail.m_nReturnCode) & 0xFU;
     packed.ubeLevel = static_cast<std::uint64_t>(detail.m_nUBELevel) & 0xFU;
     packed.ube = detail.m_bUBE ? 1 : 0;
-    packed.sqlOperation = detail.m_nSQLOperation;
+    packed.sqlOperation = static_cast<std::uint64_t>(detail.m_nSQLOperation) & 0x7U;
     packed.ascii = ascii ? 1 : 0;
     bool odd = true;
     if (FitsBits(detail.m_nDay, 5) && FitsBits(detail.m_nHour, 5) && FitsBits(detail.m_nMinute, 6) &&
@@ -134,7 +137,6 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from there on the
     // text's own bytes, or to the odd ones.
     std::string_view shared = detail.m_strThreadLabel.own;
-    std::string_view tail;
     std::string_view oddLabel;
     std::string_view stored = detail.m_strText;
     bool ownLabel = false;
@@ -151,9 +153,9 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
         } else if (notBehind(shared.data(), textBegin) && std::less<const char*>{}(textBegin, labelEnd)) {
             const auto before = static_cast<std::size_t>(textBegin - shared.data());
             if (before <= kLongestSharedLabel) {
-                const char* const textEnd = stored.data() + stored.size();
-                if (textEnd < labelEnd) {
-                    tail = {textEnd, static_cast<std::size_t>(labelEnd - textEnd)};
+                // Blanks that the text was trimmed of, and what the label holds behind them, stand right behind it.
+                if (stored.data() + stored.size() < labelEnd) {
+                    stored = {stored.data(), static_cast<std::size_t>(labelEnd - stored.data())};
                 }
                 shared = shared.substr(0, before);
                 ownLabel = true;
@@ -168,7 +170,7 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     }
 
     std::string_view keptText;
-    if (stored.size() + tail.size() >= CTextStore::kLongest) {
+    if (stored.size() >= CTextStore::kLongest) {
         keptText = m_texts.Keep(detail.m_strText);
         odd = true;
         if (ownLabel) {
@@ -178,19 +180,8 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
         }
     } else {
         packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
-        if (ownLabel) {
-            // The line feed, which no line holds, ends a label that no tab ends.
-            char buffer[1] = {'\n'};
-            if (tail.empty()) {
-                packed.textOffset = m_texts.Add(stored, {buffer, 1}) & 0xFFFFFFFFFFU;
-            } else {
-                std::string whole(stored);
-                whole.append(tail).push_back('\n');
-                packed.textOffset = m_texts.Add(whole) & 0xFFFFFFFFFFU;
-            }
-        } else {
-            packed.textOffset = m_texts.Add(stored) & 0xFFFFFFFFFFU;
-        }
+        // The line feed, which no line holds, ends a label that no tab ends.
+        packed.textOffset = m_texts.Add(stored, ownLabel ? "\n" : "") & 0xFFFFFFFFFFU;
     }
     packed.ownLabel = ownLabel ? 1 : 0;
     if (odd || !oddLabel.empty()) {

@@ -53,7 +53,7 @@ public:
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
-    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = kind; }
+    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU; }
     void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
     void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
 
@@ -119,7 +119,7 @@ private:
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
 
-    CPagedArray<PackedDetail, 16> m_details;
+    CPagedArray<PackedDetail, 18> m_details;
     CPagedArray<Extra, 16> m_extras;
     CTextStore m_texts;
     std::vector<OddDetail> m_odd; // in the order of the records

@@ -51,4 +51,14 @@ inline bool IsMonth(std::string_view token) {
     return kMonths.find(token) != std::string_view::npos;
 }
 
+// Whether three characters are one of the twelve names themselves.
+inline bool IsMonthName(std::string_view token) {
+    for (std::size_t at = 0; at < kMonths.size(); at += 3) {
+        if (kMonths[at] == token[0] && kMonths[at + 1] == token[1] && kMonths[at + 2] == token[2]) {
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace carvelot

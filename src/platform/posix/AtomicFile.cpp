@@ -20,9 +20,10 @@ void SetError(int* error, int number) {
         *error = number;
 }
 
-// Follows symbolic links, also to a file that does not exist yet. The kernel allows 40 links, and so do we.
+// Follows symbolic links, also to a file that does not exist yet. The kernel allows 40 links, and so do we;
+// of a chain without end nothing is returned.
 std::string FollowLinks(std::string path) {
-    for (int links = 0; links < 40; ++links) {
+    for (int links = 0; links <= 40; ++links) {
         char buffer[PATH_MAX];
         const ssize_t length = ::readlink(path.c_str(), buffer, sizeof buffer);
         if (length < 0)
@@ -32,7 +33,7 @@ std::string FollowLinks(std::string path) {
         path = target.starts_with('/') || slash == std::string::npos ? target
                                                                      : path.substr(0, slash + 1) + target;
     }
-    return path;
+    return {};
 }
 
 bool SameFile(const struct stat& one, const struct stat& other) {
@@ -142,6 +143,10 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
         return result;
     }
     state->m_strTarget = FollowLinks(path);
+    if (state->m_strTarget.empty()) {
+        SetError(error, ELOOP);
+        return result;
+    }
     struct stat target {};
     if (exists && !S_ISREG(status.st_mode)) {
         state->m_way = State::Way::Direct;
