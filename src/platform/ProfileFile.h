@@ -16,8 +16,8 @@ namespace carvelot::platform {
 /// The value of a key in the first section of that name, or the default. Names compare without case; blanks
 /// around the value and one pair of quotes around it are left out. Texts of `bufferUnits` or more UTF-16
 /// units are cut to one less.
-std::string ReadProfileString(std::string_view section, std::string_view key, std::string_view defaultValue,
-                              std::size_t bufferUnits, const std::string& file);
+std::string ReadProfileText(std::string_view section, std::string_view key, std::string_view defaultValue,
+                            std::size_t bufferUnits, const std::string& file);
 
 /// The number that a value begins with (decimal, or with 0x, 0o or 0b in front); 0 if it begins with none.
 /// The default if the key is missing or empty.
@@ -31,7 +31,7 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
 /// Sets a value, making section, key and file as needed and leaving all other bytes of the file as they are
 /// (where the platform's own call does not do the writing). False if it could not be written; the file is
 /// then as it was.
-bool WriteProfileString(std::string_view section, std::string_view key, std::string_view value,
-                        const std::string& file);
+bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
+                      const std::string& file);
 
 } // namespace carvelot::platform

@@ -346,8 +346,8 @@ std::string_view WithoutQuotes(std::string_view value) {
 
 } // namespace
 
-std::string ReadProfileString(std::string_view section, std::string_view key, std::string_view defaultValue,
-                              std::size_t bufferUnits, const std::string& file) {
+std::string ReadProfileText(std::string_view section, std::string_view key, std::string_view defaultValue,
+                            std::size_t bufferUnits, const std::string& file) {
     while (!defaultValue.empty() && defaultValue.back() == ' ')
         defaultValue.remove_suffix(1);
     std::string_view value = defaultValue;
@@ -363,7 +363,7 @@ std::string ReadProfileString(std::string_view section, std::string_view key, st
 std::int32_t ReadProfileInt(std::string_view section, std::string_view key, std::int32_t defaultValue,
                             const std::string& file) {
     // The call's own buffer holds 30 units.
-    const std::string text = ReadProfileString(section, key, "", 30, file);
+    const std::string text = ReadProfileText(section, key, "", 30, file);
     if (text.empty())
         return defaultValue;
     std::string_view rest = text;
@@ -420,8 +420,8 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
     return names;
 }
 
-bool WriteProfileString(std::string_view section, std::string_view key, std::string_view value,
-                        const std::string& file) {
+bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
+                      const std::string& file) {
     const std::string path = ProfilePath(file);
     std::string bytes;
     if (!ReadBytes(path, bytes))

@@ -18,8 +18,8 @@ bool HasNoName(std::string_view section) {
 
 } // namespace
 
-std::string ReadProfileString(std::string_view section, std::string_view key, std::string_view defaultValue,
-                              std::size_t bufferUnits, const std::string& file) {
+std::string ReadProfileText(std::string_view section, std::string_view key, std::string_view defaultValue,
+                            std::size_t bufferUnits, const std::string& file) {
     std::wstring buffer(bufferUnits, L'\0');
     // No section's name holds a line feed: what comes back is the default, cut as every text is.
     const std::wstring name = HasNoName(section) ? L"?\n?" : ToWide(section);
@@ -52,8 +52,8 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
     return names;
 }
 
-bool WriteProfileString(std::string_view section, std::string_view key, std::string_view value,
-                        const std::string& file) {
+bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
+                      const std::string& file) {
     return WritePrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(value).c_str(),
                                       ProfileName(file).c_str()) != 0;
 }
