@@ -19,4 +19,7 @@ std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch);
 /// The way back: the ANSI code page on Windows, with `?` for what it lacks; UTF-8 elsewhere.
 std::string Utf8ToBytes(std::string_view utf8);
 
+/// A text as a file in text mode holds it: in the code page and, on Windows, with CR LF for each line feed.
+std::string Utf8ToTextFile(std::string_view utf8);
+
 } // namespace carvelot::platform

@@ -27,4 +27,16 @@ std::string Utf8ToBytes(std::string_view utf8) {
     return bytes;
 }
 
+std::string Utf8ToTextFile(std::string_view utf8) {
+    std::string lines;
+    lines.reserve(utf8.size());
+    for (const char c : utf8) {
+        if (c == '\n') {
+            lines.push_back('\r');
+        }
+        lines.push_back(c);
+    }
+    return Utf8ToBytes(lines);
+}
+
 } // namespace carvelot::platform
