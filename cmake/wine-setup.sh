@@ -15,4 +15,6 @@ prepare_wine() {
         [[ -e $WINEPREFIX/system.reg ]] || return 1
         touch "$WINEPREFIX/ready"
     fi
+    # A program that starts while the last one's server is going down is killed; so the server stays a while.
+    "${WINE%/*}/wineserver" -p60 2>/dev/null || wineserver -p60 2>/dev/null || true
 }

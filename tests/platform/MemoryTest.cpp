@@ -42,7 +42,10 @@ TEST(ProcessMemory, ThePeakGrowsWithWhatIsTouchedAndNeverShrinks) {
     std::memset(block, 1, kSize);
     const std::uint64_t with = PeakResidentBytes();
     FreePages(block, kSize);
-    EXPECT_GE(with, before + kSize / 2);
+    EXPECT_GE(with, kSize); // of what was used before, some may have been given back
+#ifndef _WIN32 // Wine tells the present size for the peak
+    EXPECT_GE(with, before);
     // The system counts in batches of pages.
     EXPECT_GE(PeakResidentBytes() + (std::uint64_t{1} << 20), with);
+#endif
 }
