@@ -4,7 +4,11 @@ prepare_wine() {
     export WINEPREFIX=$1 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" LC_ALL=C.UTF-8
     unset DISPLAY WAYLAND_DISPLAY
     # The loader itself before the distribution's wrapper, which complains about a missing 32-bit Wine each time.
-    WINE=$(command -v wine64 /usr/lib/wine/wine64 wine | head -n 1)
+    local candidate
+    WINE=
+    for candidate in wine64 /usr/lib/wine/wine64 wine; do
+        [[ -n $WINE ]] || WINE=$(command -v "$candidate") || true
+    done
     [[ -n $WINE ]] || return 1
     export WINE
     if [[ ! -e $WINEPREFIX/ready ]]; then
@@ -15,6 +19,4 @@ prepare_wine() {
         [[ -e $WINEPREFIX/system.reg ]] || return 1
         touch "$WINEPREFIX/ready"
     fi
-    # A program that starts while the last one's server is going down is killed; so the server stays a while.
-    "${WINE%/*}/wineserver" -p60 2>/dev/null || wineserver -p60 2>/dev/null || true
 }
