@@ -1,0 +1,7 @@
+#include "shell/ui/CarvelotApp.h"
+
+namespace carvelot {
+
+void AddDocTemplates(CCarvelotApp&) {}
+
+} // namespace carvelot
