@@ -1,0 +1,43 @@
+# Helpers by which every target of ours gets the same flags.
+
+# Collects sources by pattern, relative to the source tree. New files are seen at the next build.
+function(carvelot_glob variable)
+  list(TRANSFORM ARGN PREPEND "${CMAKE_SOURCE_DIR}/")
+  file(GLOB found CONFIGURE_DEPENDS ${ARGN})
+  set(${variable} "${found}" PARENT_SCOPE)
+endfunction()
+
+function(carvelot_target name)
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_BINARY_DIR}/generated")
+  target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wconversion>)
+  if(CARVELOT_WERROR)
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Werror>)
+  endif()
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # g++ 12 takes every "text" + std::string for an overlapping copy (GCC bug 105651).
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+  endif()
+  # The library's cheap checks cost little where speed is not the point.
+  target_compile_definitions(${name} PRIVATE $<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
+  if(CARVELOT_SANITIZE)
+    target_compile_options(${name} PRIVATE
+        -fsanitize=${CARVELOT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${name} PRIVATE -fsanitize=${CARVELOT_SANITIZE} -fno-sanitize-recover=all)
+  endif()
+endfunction()
+
+# A static library of one layer. Without sources there is none.
+function(carvelot_library name)
+  if(NOT ARGN)
+    return()
+  endif()
+  add_library(${name} STATIC ${ARGN})
+  carvelot_target(${name})
+endfunction()
+
+# A program that brings the compiler's run time with it, so that it starts wherever it is copied.
+function(carvelot_stand_alone name)
+  if(MINGW)
+    target_link_options(${name} PRIVATE -static)
+  endif()
+endfunction()

@@ -1,0 +1,57 @@
+# Sourced by ./run, ./test and .ci/run: packages, configuring and building.
+
+say() { printf '== %s\n' "$*"; }
+fail() {
+    printf '%s\n' "$*" >&2
+    exit 1
+}
+
+# need PACKAGE... installs what is missing of the named Debian packages, and is quick when nothing is.
+need() {
+    local missing=() package
+    for package in "$@"; do
+        [[ $(dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null) == ii* ]] || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    local sudo=()
+    if ((EUID != 0)); then
+        command -v sudo >/dev/null || fail "Missing packages: ${missing[*]}. Install them as root, or install sudo."
+        sudo=(sudo)
+    fi
+    say "installing ${missing[*]}"
+    "${sudo[@]}" apt-get update -qq
+    "${sudo[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# build PRESET TARGET... -- OPTION... configures a preset and builds the targets, or everything without any.
+build() {
+    local preset=$1 targets=()
+    shift
+    while (($#)) && [[ $1 != -- ]]; do
+        targets+=(--target "$1")
+        shift
+    done
+    (($#)) && shift
+    say "configuring build/$preset"
+    cmake --preset "$preset" "$@" >"$(log_of "$preset" configure)" 2>&1 || fail_with "$preset" configure
+    say "building build/$preset"
+    cmake --build "build/$preset" --parallel "${JOBS:-$(nproc)}" "${targets[@]}" \
+        >"$(log_of "$preset" build)" 2>&1 || fail_with "$preset" build
+}
+
+log_of() {
+    mkdir -p "build/$1"
+    printf 'build/%s/%s.log' "$1" "$2"
+}
+
+fail_with() {
+    cat "$(log_of "$1" "$2")" >&2
+    fail "The $2 step of build/$1 failed."
+}
+
+packages_build=(cmake g++ make ninja-build rapidjson-dev libcli11-dev)
+packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev)
+packages_test=(libgtest-dev libgmock-dev python3)
+packages_sanitize=(clang-14)
+packages_windows=(g++-mingw-w64-x86-64-posix googletest wine wine64)

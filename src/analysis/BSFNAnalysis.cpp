@@ -1,0 +1,134 @@
+#include "analysis/BSFNAnalysis.h"
+
+#include "logcore/Columns.h"
+#include "logcore/Numbers.h"
+
+#include <algorithm>
+#include <string>
+
+namespace carvelot {
+
+namespace {
+
+constexpr std::string_view kCallPhrase = "Calling Business function";
+constexpr std::string_view kLevelPhrase = "BSFNLevel = ";
+constexpr std::string_view kObjectPhrase = "Object Called:";
+constexpr std::size_t kObjectNameColumn = 15;
+constexpr std::uint64_t kUnknownDuration = ~std::uint64_t{0};
+
+// What a call that ended earlier than it began has added: the low 32 bits of the 13 hours that other times get. The two
+// differ, and reports depend on each.
+constexpr std::uint64_t kBackwardCall = 0xE57F53FF;
+
+std::string_view ObjectName(std::string_view text, std::string& scratch) {
+    if (text.find(kObjectPhrase) == std::string_view::npos) {
+        return {};
+    }
+    const std::string_view candidate = FromColumn(text, kObjectNameColumn, scratch);
+    const std::size_t dot = candidate.find('.');
+    return dot == std::string_view::npos ? candidate : candidate.substr(dot + 1);
+}
+
+} // namespace
+
+CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text) {
+    CallLine line;
+    std::string scratch;
+    std::string_view name;
+    if (kind == LOG_CALL) {
+        const std::size_t place = text.find(kCallPhrase);
+        if (place != std::string_view::npos) {
+            name = UpTo(FromColumn(text.substr(place + kCallPhrase.size()), 1, scratch), ' ');
+        }
+    } else {
+        const std::size_t place = text.find("for ");
+        if (place != std::string_view::npos) {
+            name = TrimRight(UpTo(text.substr(place + 4), ' '), ".");
+        }
+    }
+    line.function = details.InternName(name);
+    const std::size_t place = text.find(kLevelPhrase);
+    if (place != std::string_view::npos) {
+        const std::string_view level = text.substr(place + kLevelPhrase.size());
+        line.level = ReadInteger(level.substr(0, level.find(')')));
+    }
+    return line;
+}
+
+std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t name, std::string_view location) {
+    const auto [entry, isNew] = m_placeByName.try_emplace(name, static_cast<std::uint32_t>(m_functions.size()));
+    if (isNew) {
+        CBSFN& function = m_functions.emplace_back();
+        function.m_strName = details.Name(name);
+        function.m_strLocation = location;
+    }
+    return entry->second;
+}
+
+void CBSFNAnalysis::Open(std::uint32_t function, RecordIndex record, std::int32_t level) {
+    auto& instances = m_functions[function].m_instances;
+    m_open[OpenKey(function, level)].push_back(static_cast<std::uint32_t>(instances.size()));
+    instances.push_back({record, level});
+}
+
+void CBSFNAnalysis::AddCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
+                            const CallLine& line) {
+    if (details.Kind(record) == LOG_CALL) {
+        Open(FindOrAdd(details, line.function, "Local"), record, line.level);
+    } else {
+        CloseInstances(details, settings, FindOrAdd(details, line.function, {}), record, line.level);
+    }
+}
+
+void CBSFNAnalysis::AddObjectCall(CDetailList& details, RecordIndex record) {
+    std::string scratch;
+    const std::uint32_t name = details.InternName(ObjectName(details.Text(record), scratch));
+    Open(FindOrAdd(details, name, {}), record, 1);
+}
+
+void CBSFNAnalysis::EndObjectCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
+                                  RecordIndex started) {
+    std::string scratch;
+    const std::uint32_t name = details.InternName(ObjectName(details.Text(started), scratch));
+    CloseInstances(details, settings, FindOrAdd(details, name, {}), record, 1);
+}
+
+void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings, std::uint32_t function,
+                                   RecordIndex end, std::int32_t level) {
+    const auto open = m_open.find(OpenKey(function, level));
+    if (open == m_open.end()) {
+        return;
+    }
+    const std::uint64_t endTime = details.Time(end);
+    CBSFN& bsfn = m_functions[function];
+    for (auto place = open->second.rbegin(); place != open->second.rend(); ++place) {
+        CBSFN::CBSFNInstance& instance = bsfn.m_instances[*place];
+        instance.m_result = details.ReturnCode(end);
+        instance.m_endTime = endTime;
+        const std::uint64_t startTime = details.Time(instance.m_pStart);
+        if (startTime == 0) {
+            instance.m_duration = kUnknownDuration;
+            continue;
+        }
+        std::uint64_t duration = endTime - startTime;
+        if (endTime < startTime) {
+            duration += kBackwardCall;
+        }
+        instance.m_duration = duration;
+        const float seconds = SecondsFromMicroseconds(duration);
+        details.SetDuration(instance.m_pStart, seconds);
+        if (seconds > settings.m_fThreshold) {
+            m_listLongTasks.AddHead(instance.m_pStart);
+        }
+        bsfn.m_totalTime += duration;
+        // A 0 is taken for "none yet", so a call of no time at all never stays the shortest.
+        bsfn.m_longest = bsfn.m_longest == 0 ? duration : std::max(bsfn.m_longest, duration);
+        bsfn.m_shortest = bsfn.m_shortest == 0 ? duration : std::min(bsfn.m_shortest, duration);
+    }
+    // An end without a time leaves its calls open: the next return at this level closes them once more.
+    if (endTime != 0) {
+        open->second.clear();
+    }
+}
+
+} // namespace carvelot

@@ -1,0 +1,343 @@
+#include "logcore/Classifier.h"
+
+#include "logcore/Columns.h"
+#include "logcore/NodeText.h"
+#include "logcore/Numbers.h"
+
+#include <algorithm>
+#include <array>
+
+namespace carvelot {
+
+namespace {
+
+constexpr std::size_t kReturnCodeColumn = 16;
+constexpr std::size_t kCodeLength = 10;
+
+constexpr std::array<std::string_view, 16> kListedCodes = {
+    "CAC0001111", "CAC0001025", "CAC0001036", "JDB3100001", "JDB3100060", "JDB3100076", "JDB3100080", "JDB3300020",
+    "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001", "JDB4100005", "JDB4100006", "JDB9900401", "JDB9901232"};
+
+bool Holds(std::string_view text, std::string_view word) {
+    return text.find(word) != std::string_view::npos;
+}
+
+bool StartsListedCode(std::string_view text) {
+    return text.size() >= kCodeLength && IsDigit(text[3]) &&
+           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(0, kCodeLength)) != kListedCodes.end();
+}
+
+bool StartsWithSQL(std::string_view text) {
+    switch (text.empty() ? '\0' : text.front()) {
+    case 'S':
+        return text.starts_with("SELECT ");
+    case 'U':
+        return text.starts_with("UPDATE ");
+    case 'D':
+        return text.starts_with("DELETE ") || text.starts_with("DROP ");
+    case 'A':
+        return text.starts_with("ALTER ");
+    case 'C':
+        return text.starts_with("CREATE ");
+    case 'I':
+        return text.starts_with("INSERT ");
+    default:
+        return false;
+    }
+}
+
+// Whether the first word begins so. A text without a blank has no first word.
+bool FirstWordBegins(std::string_view text, std::string_view start) {
+    return text.starts_with(start) && Holds(text.substr(start.size()), " ");
+}
+
+// A text of the form "RT: >>>Beginning ER:" tab, name, tab, and perhaps "Form:", the form, tab.
+Classification ClassifyEventRules(std::string_view text) {
+    Classification result;
+    std::string_view rest = text.substr(text.find(' ') + 1);
+    const std::string_view marker = UpTo(rest, '\t');
+    if (marker == ">>>Beginning ER:") {
+        result.kind = LOG_EVENT_START;
+        rest.remove_prefix(marker.size() + 1);
+        const std::string_view name = UpTo(rest, '\t');
+        const std::size_t form = text.find("Form:");
+        const std::string_view formName =
+            form != std::string_view::npos && form > 0 ? UpTo(text.substr(form + 5), '\t') : std::string_view{};
+        if (IsAboveBlank(formName)) {
+            result.name.append("Form: ").append(formName).append(" - ");
+        }
+        result.name.append(name);
+    } else if (marker == "<<<Finished  ER:") {
+        result.kind = LOG_EVENT_END;
+    }
+    return result;
+}
+
+// "at" names where the word's hinted pair of letters stands in the line; the word must lie in the text as a whole.
+bool WordAt(std::string_view text, std::ptrdiff_t at, std::string_view word) {
+    return at >= 0 && static_cast<std::size_t>(at) + word.size() <= text.size() &&
+           text.compare(static_cast<std::size_t>(at), word.size(), word) == 0;
+}
+
+} // namespace
+
+TextSigns FindSigns(std::string_view text) {
+    TextSigns signs;
+    signs.cache = Holds(text, "jdeCache") || Holds(text, "hCache:") || Holds(text, "hCursor:") ||
+                  Holds(text, "Found existing cache");
+    signs.jdbCode = std::any_of(kListedCodes.begin(), kListedCodes.end(),
+                                [&](std::string_view code) { return Holds(text, code); });
+    signs.sqlDone = Holds(text, "Exiting DBPerformRequest");
+    signs.ube = Holds(text, "--UBE--");
+    signs.eventStarts = Holds(text, "Event Starts :");
+    signs.eventEnds = Holds(text, "Event Ends:");
+    signs.erLine = Holds(text, "at ER Line");
+    signs.objectCalled = Holds(text, "Object Called:");
+    return signs;
+}
+
+TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints) {
+    TextSigns signs;
+    if (text.empty()) {
+        return signs;
+    }
+    const std::ptrdiff_t textStart = text.data() - line.data();
+    for (const std::uint16_t hint : hints) {
+        const std::ptrdiff_t at = hint - textStart;
+        if (at < 0 || static_cast<std::size_t>(at) >= text.size()) {
+            continue;
+        }
+        switch (text[static_cast<std::size_t>(at)]) {
+        case 'C':
+            signs.cache = signs.cache || WordAt(text, at - 3, "jdeCache") || WordAt(text, at - 1, "hCache:") ||
+                          WordAt(text, at - 1, "hCursor:");
+            signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
+            signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
+            break;
+        case 'D':
+            signs.jdbCode =
+                signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
+            signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
+            break;
+        case 'F':
+            signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
+            break;
+        case 'U':
+            signs.ube = signs.ube || WordAt(text, at - 2, "--UBE--");
+            break;
+        case 'E':
+            signs.eventStarts = signs.eventStarts || WordAt(text, at, "Event Starts :");
+            signs.eventEnds = signs.eventEnds || WordAt(text, at, "Event Ends:");
+            signs.erLine = signs.erLine || WordAt(text, at - 3, "at ER Line");
+            break;
+        default:
+            break;
+        }
+    }
+    return signs;
+}
+
+bool HoldsUBE(const LogLine& line) {
+    if (!line.hints.IsComplete()) {
+        return Holds(line.bytes, "--UBE--");
+    }
+    return std::any_of(line.hints.begin(), line.hints.end(), [&](std::uint16_t hint) {
+        return hint < line.bytes.size() && line.bytes[hint] == 'U' && WordAt(line.bytes, hint - 2, "--UBE--");
+    });
+}
+
+Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs) {
+    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
+    if (text.empty()) {
+        return {};
+    }
+    if (StartsWithSQL(text)) {
+        return is(LOG_SQL);
+    }
+    switch (text.front()) {
+    case '[':
+        if (text.starts_with("[JDBOLEDB] ")) {
+            const std::string_view statement = text.substr(text.find(' '));
+            for (const std::string_view word : {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
+                if (Holds(statement, word)) {
+                    return is(LOG_SQL);
+                }
+            }
+            return {};
+        }
+        break;
+    case 'C':
+        if (text.starts_with("Calling ")) {
+            return is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
+        }
+        break;
+    case 'O':
+        if (text.starts_with("On ")) {
+            return is(LOG_ON);
+        }
+        if (FirstWordBegins(text, "OUT->[")) {
+            return is(LOG_PARM_OUT);
+        }
+        break;
+    case 'R':
+        if (text.starts_with("Return ")) {
+            return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
+        }
+        if (text.starts_with("RT: ")) {
+            return ClassifyEventRules(text);
+        }
+        break;
+    case 'E':
+        if (FirstWordBegins(text, "ERROR")) {
+            return is(LOG_ERROR);
+        }
+        break;
+    case 'I':
+        if (FirstWordBegins(text, "IN->[")) {
+            return is(LOG_PARM_IN);
+        }
+        break;
+    default:
+        break;
+    }
+    if (signs.jdbCode || text.starts_with("JDB")) {
+        return is(LOG_JDB_ERROR);
+    }
+    if (signs.cache) {
+        return is(LOG_CACHE);
+    }
+    if (signs.sqlDone) {
+        return is(LOG_SQL_DONE);
+    }
+    if (signs.ube) {
+        return is(LOG_UBE);
+    }
+    return is(text.starts_with("[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
+}
+
+namespace {
+
+// A SQL statement in a JAS log. With "?" marks it only comes to life on the line of its last parameter.
+LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::string& replacement) {
+    pending.parameters = std::count(text.begin(), text.end(), '?');
+    if (pending.parameters == 0) {
+        pending.statement = text;
+        return LOG_SQL;
+    }
+    std::string numbered;
+    int mark = 0;
+    for (const char c : text) {
+        numbered.push_back(c);
+        if (c == '?') {
+            numbered.append(std::to_string(++mark));
+        }
+    }
+    pending.statement = numbered;
+    replacement = std::move(numbered);
+    text = replacement;
+    return LOG_NONE;
+}
+
+LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement) {
+    if (Holds(text, "Param")) {
+        const JASParam param = ParseJASParam(text);
+        const std::string mark = std::string(1, '?').append(std::to_string(param.index));
+        const std::size_t place = pending.statement.find(mark);
+        if (place != std::string::npos) {
+            pending.statement.replace(place, mark.size(), param.value);
+        }
+        --pending.parameters;
+    }
+    if (pending.parameters > 0) {
+        return LOG_NONE;
+    }
+    replacement = pending.statement;
+    text = replacement;
+    return LOG_SQL;
+}
+
+} // namespace
+
+Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
+                                    PendingStatement& pending, std::string& replacement) {
+    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
+    if (level == "MANDATORY") {
+        return is(LOG_MANDATORY);
+    }
+    if (level == "WARN") {
+        return is(LOG_WARN);
+    }
+    if (level == "SEVERE") {
+        return is(LOG_SEVERE);
+    }
+    if (StartsWithSQL(text)) {
+        return is(TakeStatement(text, pending, replacement));
+    }
+    if (pending.parameters > 0) {
+        return is(TakeParameter(text, pending, replacement));
+    }
+    if (text.starts_with("Calling ")) {
+        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE : LOG_CALL);
+    }
+    if (text.starts_with("On ")) {
+        return is(LOG_ON);
+    }
+    if (text.starts_with("Return ")) {
+        return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
+    }
+    if (FirstWordBegins(text, "ERROR")) {
+        return is(LOG_ERROR);
+    }
+    if (FirstWordBegins(text, "IN->[")) {
+        return is(LOG_PARM_IN);
+    }
+    if (FirstWordBegins(text, "OUT->[")) {
+        return is(LOG_PARM_OUT);
+    }
+    if (signs.eventStarts) {
+        return is(LOG_EVENT_START);
+    }
+    if (signs.eventEnds) {
+        return is(LOG_EVENT_END);
+    }
+    if (signs.erLine) {
+        return is(LOG_ER_LINE);
+    }
+    if (signs.objectCalled) {
+        return is(LOG_OBJECT_CALL);
+    }
+    if (text.starts_with("RT: ")) {
+        return ClassifyEventRules(text);
+    }
+    return is(signs.cache ? LOG_CACHE : LOG_NONE);
+}
+
+JASParam ParseJASParam(std::string_view text) {
+    constexpr std::size_t indexColumn = 5;
+    JASParam param;
+    text = TrimRight(text, " ,");
+    const std::size_t dot = text.rfind('.');
+    if (dot == std::string_view::npos) {
+        return param;
+    }
+    const std::string_view type = text.substr(dot + 1);
+    const std::size_t colon = text.find(':');
+    std::string scratch;
+    std::string_view value;
+    if (colon != std::string_view::npos) {
+        const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
+        param.index = ReadInteger(behindTag);
+        const std::size_t types = text.find("_Types.");
+        if (types != std::string_view::npos && types > colon) {
+            // One character behind the colon is passed over.
+            param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);
+        }
+    }
+    if (type == "VARCHAR" || type == "LONGVARCHAR") {
+        param.value.insert(param.value.begin(), '\'');
+        param.value.push_back('\'');
+    }
+    return param;
+}
+
+} // namespace carvelot

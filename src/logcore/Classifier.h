@@ -1,0 +1,58 @@
+// What the statement text of a line is.
+#pragma once
+
+#include "logcore/LogDetail.h"
+#include "logcore/LogReader.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace carvelot {
+
+struct Classification {
+    LogKind kind = LOG_NONE;
+    std::int32_t returnCode = 0;
+    std::string name; // display name of an event rules start, else empty
+};
+
+// Which of the words that a classifier looks for anywhere in a text are there.
+struct TextSigns {
+    bool cache = false;        // jdeCache, hCache:, hCursor:, Found existing cache
+    bool jdbCode = false;      // one of the listed CAC and JDB codes
+    bool sqlDone = false;      // Exiting DBPerformRequest
+    bool ube = false;          // --UBE--
+    bool eventStarts = false;  // Event Starts :
+    bool eventEnds = false;    // Event Ends:
+    bool erLine = false;       // at ER Line
+    bool objectCalled = false; // Object Called:
+};
+
+// Searches the text as a whole.
+TextSigns FindSigns(std::string_view text);
+// Looks at the hinted places of the line that the text is a slice of.
+TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints);
+// Whether "--UBE--" stands anywhere in the line.
+bool HoldsUBE(const LogLine& line);
+
+Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs);
+
+// The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it between
+// lines, sessions or re-analyses.
+struct PendingStatement {
+    std::string statement;      // its "?" marks numbered, and filled in as far as parameters have come
+    std::int64_t parameters = 0; // how many it still awaits
+};
+
+// `text` may come to view `replacement` instead: a statement with its marks numbered, or the finished statement.
+Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
+                                    PendingStatement& pending, std::string& replacement);
+
+// One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
+struct JASParam {
+    std::int32_t index = 0;
+    std::string value; // text values in single quotes
+};
+JASParam ParseJASParam(std::string_view text);
+
+} // namespace carvelot

@@ -1,0 +1,50 @@
+// Columns of a log line. A column counts UTF-16 units, as the rules of the log do; texts here are UTF-8. For ASCII
+// both are the same, and that is the fast way through every function.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace carvelot {
+
+// A text that is usually a slice of another and only now and then, when a cut went through a surrogate pair, a text
+// of its own, kept in the scratch string that the caller lends.
+std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch);
+
+// The text without its last UTF-16 unit; empty stays empty.
+std::string_view WithoutLastUnit(std::string_view text, std::string& scratch);
+
+// The column of a byte position that starts a character.
+std::size_t ColumnOf(std::string_view text, std::size_t position);
+
+// The character at a column if it is ASCII, else NUL; also NUL past the end.
+char AsciiAtColumn(std::string_view text, std::size_t column);
+
+// Length in UTF-16 units.
+std::size_t UnitCount(std::string_view text);
+
+// The same text with every sequence that is no valid UTF-8 (lone surrogates too) replaced by U+FFFD.
+std::string WithReplacements(std::string_view text);
+
+// Takes one code point (or lone surrogate) off the front; a stray byte counts as U+FFFD.
+char32_t TakeCodePoint(std::string_view& text);
+void AppendCodePoint(std::string& text, char32_t c);
+
+inline std::string_view TrimRight(std::string_view text, std::string_view set) {
+    const std::size_t last = text.find_last_not_of(set);
+    return last == std::string_view::npos ? std::string_view{text.data(), 0} : text.substr(0, last + 1);
+}
+
+inline std::string_view TrimLeft(std::string_view text, std::string_view set) {
+    const std::size_t first = text.find_first_not_of(set);
+    return first == std::string_view::npos ? std::string_view{text.data(), 0} : text.substr(first);
+}
+
+// What stands between `from` and the next `end`; empty when there is no such end.
+inline std::string_view UpTo(std::string_view text, char end) {
+    const std::size_t at = text.find(end);
+    return at == std::string_view::npos ? std::string_view{} : text.substr(0, at);
+}
+
+} // namespace carvelot

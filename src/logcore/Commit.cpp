@@ -1,0 +1,141 @@
+// How a record enters the model: its process and thread, its user, and every analysis that it feeds.
+#include "logcore/CarvelotDoc.h"
+
+namespace carvelot {
+
+CProcess& CCarvelotDoc::ProcessOf(RecordContext& context, std::uint64_t time) {
+    if (context.process == nullptr) {
+        CProcess*& process = m_processByID[context.processID];
+        if (process == nullptr) {
+            m_listProcesses.push_back(std::make_unique<CProcess>(context.processID, time));
+            process = m_listProcesses.back().get();
+        }
+        context.process = process;
+    }
+    return *context.process;
+}
+
+bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
+    if (record == kNoRecord) {
+        return false;
+    }
+    RecordContext& context = m_listDetails.Context(record);
+    CProcess& process = ProcessOf(context, time);
+    const LogKind kind = m_listDetails.Kind(record);
+    const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
+    CallLine call;
+    switch (kind) {
+    case LOG_ERROR:
+    case LOG_JDB_ERROR:
+        process.m_listErrors.push_back(record);
+        break;
+    case LOG_SQL:
+        process.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        break;
+    case LOG_CACHE:
+        if (m_settings.m_bCacheAnalysis) {
+            process.m_pCacheAnalysis.AddLine(m_listDetails, record);
+        }
+        break;
+    case LOG_CALL:
+    case LOG_RETURN:
+        call = ReadCallLine(m_listDetails, kind, m_listDetails.Text(record));
+        process.m_pBSFNAnalysis.AddCall(m_listDetails, m_settings, record, call);
+        break;
+    default:
+        break;
+    }
+
+    if (context.thread == nullptr) {
+        CThread*& known = process.m_mapThreads[context.threadID];
+        if (known == nullptr) {
+            process.m_listThreads.push_back(std::make_unique<CThread>(context.processID, context.threadID, time));
+            known = process.m_listThreads.back().get();
+        }
+        context.thread = known;
+    }
+    CThread& thread = *context.thread;
+    thread.AddDetail(m_listDetails, m_settings, m_listGaps, record, time);
+
+    // AddDetail turns a LOG_NONE into a LOG_GAP and leaves every other kind, so the kinds below still hold.
+    switch (kind) {
+    case LOG_ERROR:
+    case LOG_JDB_ERROR:
+        thread.m_listErrors.push_back(record);
+        break;
+    case LOG_SQL:
+        thread.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        thread.m_pPendingSQL = record;
+        break;
+    case LOG_SQL_DONE:
+        // The statement stays pending: a second end measures it again and may list it twice.
+        if (thread.m_pPendingSQL != kNoRecord &&
+            Measure(thread.m_pPendingSQL, time) > m_settings.m_fThreshold) {
+            thread.m_pSQLAnalysis.m_listLongTasks.AddHead(thread.m_pPendingSQL);
+            process.m_pSQLAnalysis.m_listLongTasks.AddHead(thread.m_pPendingSQL);
+        }
+        break;
+    default:
+        break;
+    }
+    if (isCall) {
+        thread.m_pBSFNAnalysis.AddCall(m_listDetails, m_settings, record, call);
+    }
+    if (m_listDetails.ReturnCode(record) > 0) {
+        process.m_listErrors.push_back(record);
+        thread.m_listErrors.push_back(record);
+    }
+    return true;
+}
+
+float CCarvelotDoc::Measure(RecordIndex pending, std::uint64_t endTime) {
+    const float seconds = ElapsedSeconds(endTime, m_listDetails.Time(pending));
+    m_listDetails.SetDuration(pending, seconds);
+    return seconds;
+}
+
+void CCarvelotDoc::CommitToUser(RecordIndex record, std::uint64_t time) {
+    RecordContext& context = m_listDetails.Context(record);
+    if (context.jasUser == nullptr) {
+        const std::string_view name = m_listDetails[record].m_strUser;
+        CJASUser*& known = m_mapUsers[name];
+        if (known == nullptr) {
+            m_listUsers.push_back(std::make_unique<CJASUser>(std::string(name)));
+            known = m_listUsers.back().get();
+        }
+        context.jasUser = known;
+    }
+    CJASUser& user = *context.jasUser;
+
+    // Both kinds of task last until the user's next record, whatever it is.
+    if (user.m_pPendingObject != kNoRecord) {
+        user.m_pBSFNAnalysis.EndObjectCall(m_listDetails, m_settings, record, user.m_pPendingObject);
+        Measure(user.m_pPendingObject, time);
+        user.m_pPendingObject = kNoRecord;
+    }
+    if (user.m_pPendingSQL != kNoRecord) {
+        if (Measure(user.m_pPendingSQL, time) > m_settings.m_fThreshold) {
+            user.m_pSQLAnalysis.m_listLongTasks.AddHead(user.m_pPendingSQL);
+        }
+        user.m_pPendingSQL = kNoRecord;
+    }
+    switch (m_listDetails.Kind(record)) {
+    case LOG_SQL:
+        user.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        user.m_pPendingSQL = record;
+        break;
+    case LOG_OBJECT_CALL:
+        user.m_pBSFNAnalysis.AddObjectCall(m_listDetails, record);
+        user.m_pPendingObject = record;
+        break;
+    case LOG_WARN:
+    case LOG_SEVERE:
+        user.m_listErrors.AddHead(record);
+        break;
+    default:
+        break;
+    }
+    user.m_listDetails.push_back(record);
+}
+
+} // namespace carvelot

@@ -1,0 +1,294 @@
+#include "logcore/DetailList.h"
+
+#include "logcore/CaseText.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <string>
+
+namespace carvelot {
+
+namespace {
+
+// A longer label hardly repeats.
+constexpr std::size_t kLongestSharedLabel = 64;
+constexpr std::size_t kLongestLoneLabel = 16;
+
+bool FitsBits(std::int32_t value, unsigned bits) {
+    return value >= 0 && value < (std::int32_t{1} << bits);
+}
+
+std::uint32_t Mix(std::uint32_t hash, std::uint32_t value) {
+    return (hash ^ value) * 0x9E3779B1U;
+}
+
+// A few of a text's bytes, enough to tell most labels apart: those of one log differ at their ends or in length.
+std::uint32_t SampleOf(std::string_view text) {
+    if (text.size() < 8) {
+        return text.empty() ? 0 : static_cast<std::uint32_t>(text.size() * 31 + static_cast<unsigned char>(text[0]));
+    }
+    std::uint64_t first = 0;
+    std::uint64_t middle = 0;
+    std::memcpy(&first, text.data(), 8);
+    std::memcpy(&middle, text.data() + (text.size() - 8) / 2, 8);
+    return static_cast<std::uint32_t>(((first * 31 + middle) * 0x9E3779B97F4A7C15U) >> 32U) +
+           static_cast<std::uint32_t>(text.size());
+}
+
+} // namespace
+
+CDetailList::CDetailList() {
+    Clear();
+}
+
+void CDetailList::Clear() {
+    m_details.Clear();
+    m_extras.Clear();
+    m_extras.Add({}); // what records without anything extra have
+    m_texts.Clear();
+    m_odd = {};
+    m_words.Clear();
+    m_names.Clear();
+    m_foldedNames.Clear();
+    m_tableKeys.clear();
+    m_contexts = {};
+    m_contextSlots.assign(64, 0);
+    m_recentContexts.fill(0);
+}
+
+std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view sharedLabel) {
+    std::uint32_t quick = Mix(Mix(SampleOf(sharedLabel), detail.m_nThreadID), detail.m_nProcessID);
+    quick = Mix(Mix(quick, SampleOf(detail.m_strUser)), SampleOf(detail.m_strSource));
+    std::uint32_t& recent = m_recentContexts[quick >> 24U];
+    if (recent != 0) {
+        const RecordContext& c = m_contexts[recent - 1];
+        if (c.processID == detail.m_nProcessID && c.threadID == detail.m_nThreadID &&
+            m_words.Text(c.label) == sharedLabel && m_words.Text(c.month) == detail.m_strMonth &&
+            m_words.Text(c.user) == detail.m_strUser && m_words.Text(c.source) == detail.m_strSource &&
+            m_words.Text(c.level) == detail.m_strLevel) {
+            return recent - 1;
+        }
+    }
+    RecordContext wanted;
+    wanted.processID = detail.m_nProcessID;
+    wanted.threadID = detail.m_nThreadID;
+    wanted.month = m_words.Id(detail.m_strMonth);
+    wanted.label = m_words.Id(sharedLabel);
+    wanted.level = m_words.Id(detail.m_strLevel);
+    wanted.user = m_words.Id(detail.m_strUser);
+    wanted.source = m_words.Id(detail.m_strSource);
+    const auto hashOf = [](const RecordContext& c) {
+        std::uint32_t hash = Mix(Mix(Mix(c.processID * 0x85EBCA6BU, c.threadID), c.month), c.label);
+        hash = Mix(Mix(Mix(hash, c.level), c.user), c.source);
+        return hash ^ (hash >> 15U);
+    };
+    const auto same = [&](const RecordContext& c) {
+        return c.processID == wanted.processID && c.threadID == wanted.threadID && c.month == wanted.month &&
+               c.label == wanted.label && c.level == wanted.level && c.user == wanted.user && c.source == wanted.source;
+    };
+    std::size_t slot = hashOf(wanted) & (m_contextSlots.size() - 1);
+    while (m_contextSlots[slot] != 0) {
+        const std::uint32_t context = m_contextSlots[slot] - 1;
+        if (same(m_contexts[context])) {
+            recent = context + 1;
+            return context;
+        }
+        slot = (slot + 1) & (m_contextSlots.size() - 1);
+    }
+    const auto context = static_cast<std::uint32_t>(m_contexts.size());
+    m_contexts.push_back(wanted);
+    m_contextSlots[slot] = context + 1;
+    recent = context + 1;
+    if (m_contexts.size() * 2 > m_contextSlots.size()) {
+        std::vector<std::uint32_t> slots(m_contextSlots.size() * 2, 0);
+        for (std::uint32_t i = 0; i < m_contexts.size(); ++i) {
+            std::size_t at = hashOf(m_contexts[i]) & (slots.size() - 1);
+            while (slots[at] != 0) {
+                at = (at + 1) & (slots.size() - 1);
+            }
+            slots[at] = i + 1;
+        }
+        m_contextSlots = std::move(slots);
+    }
+    return context;
+}
+
+RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
+    const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
+    PackedDetail packed{};
+    packed.kind = static_cast<std::uint64_t>(detail.m_nKind) & 0x1FU;
+    packed.returnCode = static_cast<std::uint64_t>(detail.m_nReturnCode) & 0xFU;
+    packed.ubeLevel = static_cast<std::uint64_t>(detail.m_nUBELevel) & 0xFU;
+    packed.ube = detail.m_bUBE ? 1 : 0;
+    packed.sqlOperation = static_cast<std::uint64_t>(detail.m_nSQLOperation) & 0x7U;
+    packed.ascii = ascii ? 1 : 0;
+    bool odd = true;
+    if (FitsBits(detail.m_nDay, 5) && FitsBits(detail.m_nHour, 5) && FitsBits(detail.m_nMinute, 6) &&
+        FitsBits(detail.m_nSecond, 6) && FitsBits(detail.m_nMicrosecond, 20)) {
+        odd = false;
+        packed.day = static_cast<std::uint64_t>(detail.m_nDay) & 0x1FU;
+        packed.hour = static_cast<std::uint64_t>(detail.m_nHour) & 0x1FU;
+        packed.minute = static_cast<std::uint64_t>(detail.m_nMinute) & 0x3FU;
+        packed.second = static_cast<std::uint64_t>(detail.m_nSecond) & 0x3FU;
+        packed.microsecond = static_cast<std::uint64_t>(detail.m_nMicrosecond) & 0xFFFFFU;
+    }
+
+    // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from there on the
+    // text's own bytes, or to the odd ones.
+    std::string_view shared = detail.m_strThreadLabel.own;
+    std::string_view oddLabel;
+    std::string_view stored = detail.m_strText;
+    bool ownLabel = false;
+    if (!shared.empty()) {
+        const char* const labelEnd = shared.data() + shared.size();
+        const char* const textBegin = stored.data();
+        const std::less_equal<const char*> notBehind;
+        if (stored.empty()) {
+            if (shared.size() > kLongestLoneLabel) {
+                stored = shared;
+                shared = {};
+                ownLabel = true;
+            }
+        } else if (notBehind(shared.data(), textBegin) && std::less<const char*>{}(textBegin, labelEnd)) {
+            const auto before = static_cast<std::size_t>(textBegin - shared.data());
+            if (before <= kLongestSharedLabel) {
+                // Blanks that the text was trimmed of, and what the label holds behind them, stand right behind it.
+                if (stored.data() + stored.size() < labelEnd) {
+                    stored = {stored.data(), static_cast<std::size_t>(labelEnd - stored.data())};
+                }
+                shared = shared.substr(0, before);
+                ownLabel = true;
+            } else {
+                oddLabel = shared;
+                shared = {};
+            }
+        } else if (shared.size() > kLongestSharedLabel) {
+            oddLabel = shared;
+            shared = {};
+        }
+    }
+
+    std::string_view keptText;
+    if (stored.size() >= CTextStore::kLongest) {
+        keptText = m_texts.Keep(detail.m_strText);
+        odd = true;
+        if (ownLabel) {
+            oddLabel = detail.m_strThreadLabel.own;
+            shared = {};
+            ownLabel = false;
+        }
+    } else {
+        packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
+        // The line feed, which no line holds, ends a label that no tab ends.
+        packed.textOffset = m_texts.Add(stored, ownLabel ? "\n" : "") & 0xFFFFFFFFFFU;
+    }
+    packed.ownLabel = ownLabel ? 1 : 0;
+    if (odd || !oddLabel.empty()) {
+        packed.odd = 1;
+        m_odd.push_back({record, detail.m_nDay, detail.m_nHour, detail.m_nMinute, detail.m_nSecond,
+                         detail.m_nMicrosecond, keptText, m_texts.Keep(oddLabel)});
+    }
+    packed.context = ContextFor(detail, shared);
+    m_details.Add(packed);
+    const std::string_view name = detail.m_nKind == LOG_SQL ? detail.m_strTable : detail.m_strName;
+    if (!name.empty()) {
+        ExtraFor(record).name = m_names.Id(name);
+    }
+    return record;
+}
+
+CDetailList::Extra& CDetailList::ExtraFor(RecordIndex record) {
+    PackedDetail& packed = Packed(record);
+    if (packed.extra == 0) {
+        packed.extra = static_cast<std::uint32_t>(m_extras.Size());
+        m_extras.Add({});
+    }
+    return m_extras[packed.extra];
+}
+
+const CDetailList::OddDetail& CDetailList::Odd(RecordIndex record) const {
+    return *std::lower_bound(m_odd.begin(), m_odd.end(), record,
+                             [](const OddDetail& odd, RecordIndex r) { return odd.record < r; });
+}
+
+std::string_view CDetailList::Text(RecordIndex record) const {
+    const PackedDetail& packed = Packed(record);
+    if (packed.odd != 0) {
+        const OddDetail& odd = Odd(record);
+        if (odd.text.data() != nullptr) {
+            return odd.text;
+        }
+    }
+    return packed.textLength == 0 ? std::string_view{} : m_texts.View(packed.textOffset, packed.textLength);
+}
+
+std::uint64_t CDetailList::Time(RecordIndex record) const {
+    const PackedDetail& packed = Packed(record);
+    if (packed.odd != 0) {
+        const OddDetail& odd = Odd(record);
+        return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
+    }
+    return ((packed.hour * std::uint64_t{60} + packed.minute) * 60 + packed.second) * 1'000'000 + packed.microsecond;
+}
+
+CLogDetail CDetailList::operator[](RecordIndex record) const {
+    const PackedDetail& packed = Packed(record);
+    const RecordContext& context = m_contexts[packed.context];
+    CLogDetail detail;
+    detail.m_nKind = static_cast<LogKind>(packed.kind);
+    detail.m_nSQLOperation = static_cast<SqlOperation>(packed.sqlOperation);
+    detail.m_bUBE = packed.ube != 0;
+    detail.m_nReturnCode = static_cast<std::int32_t>(packed.returnCode);
+    detail.m_nUBELevel = static_cast<std::int32_t>(packed.ubeLevel);
+    detail.m_nDay = static_cast<std::int32_t>(packed.day);
+    detail.m_nHour = static_cast<std::int32_t>(packed.hour);
+    detail.m_nMinute = static_cast<std::int32_t>(packed.minute);
+    detail.m_nSecond = static_cast<std::int32_t>(packed.second);
+    detail.m_nMicrosecond = static_cast<std::int32_t>(packed.microsecond);
+    detail.m_nProcessID = context.processID;
+    detail.m_nThreadID = context.threadID;
+    detail.m_strText = Text(record);
+    detail.m_strMonth = m_words.Text(context.month);
+    detail.m_strLevel = m_words.Text(context.level);
+    detail.m_strUser = m_words.Text(context.user);
+    detail.m_strSource = m_words.Text(context.source);
+    detail.m_strThreadLabel.shared = m_words.Text(context.label);
+    if (packed.ownLabel != 0) {
+        detail.m_strThreadLabel.own = m_texts.ViewUpTo(packed.textOffset, '\t', '\n');
+    }
+    if (packed.odd != 0) {
+        const OddDetail& odd = Odd(record);
+        detail.m_nDay = odd.day;
+        detail.m_nHour = odd.hour;
+        detail.m_nMinute = odd.minute;
+        detail.m_nSecond = odd.second;
+        detail.m_nMicrosecond = odd.microsecond;
+        if (!odd.label.empty()) {
+            detail.m_strThreadLabel.own = odd.label;
+        }
+    }
+    detail.m_nTime = LogTime(detail.m_nHour, detail.m_nMinute, detail.m_nSecond, detail.m_nMicrosecond);
+    const Extra& extra = m_extras[packed.extra];
+    detail.m_fDuration = extra.duration;
+    detail.m_fGap = extra.gap;
+    (detail.m_nKind == LOG_SQL ? detail.m_strTable : detail.m_strName) = m_names.Text(extra.name);
+    return detail;
+}
+
+std::uint32_t CDetailList::TableKey(RecordIndex record) {
+    const std::uint32_t name = NameOf(record);
+    if (name == 0) {
+        return 0;
+    }
+    if (m_tableKeys.size() <= name) {
+        m_tableKeys.resize(std::max(m_names.Count(), m_tableKeys.size() * 2), 0);
+    }
+    std::uint32_t& key = m_tableKeys[name];
+    if (key == 0) {
+        key = m_foldedNames.Id(FoldedCase(m_names.Text(name)));
+    }
+    return key;
+}
+
+} // namespace carvelot

@@ -1,0 +1,135 @@
+// All records of a session, in file order: the only owner of records. A record takes 24 bytes, its text one copy in
+// the text store; what repeats from line to line is kept once in a context.
+#pragma once
+
+#include "logcore/Interner.h"
+#include "logcore/LogDetail.h"
+#include "logcore/PagedArray.h"
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace carvelot {
+
+class CProcess;
+class CThread;
+class CJASUser;
+
+// What a record shares with other records of its thread or user: its identity, and where it is filed.
+struct RecordContext {
+    std::uint32_t processID = 0;
+    std::uint32_t threadID = 0;
+    std::uint32_t month = 0; // numbers of interned texts from here on
+    std::uint32_t label = 0;
+    std::uint32_t level = 0;
+    std::uint32_t user = 0;
+    std::uint32_t source = 0;
+    CProcess* process = nullptr; // entered when the first record of the context is filed
+    CThread* thread = nullptr;
+    CJASUser* jasUser = nullptr;
+};
+
+class CDetailList {
+public:
+    CDetailList();
+
+    // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided stands in
+    // m_strThreadLabel.own; a label that runs on into the text shares its bytes.
+    RecordIndex Append(const CLogDetail& detail, bool ascii);
+
+    std::size_t Size() const { return m_details.Size(); }
+    CLogDetail operator[](RecordIndex record) const;
+
+    LogKind Kind(RecordIndex record) const { return static_cast<LogKind>(Packed(record).kind); }
+    std::int32_t ReturnCode(RecordIndex record) const { return static_cast<std::int32_t>(Packed(record).returnCode); }
+    bool IsUBE(RecordIndex record) const { return Packed(record).ube != 0; }
+    std::int32_t UBELevel(RecordIndex record) const { return static_cast<std::int32_t>(Packed(record).ubeLevel); }
+    float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
+    std::string_view Text(RecordIndex record) const;
+    bool TextIsAscii(RecordIndex record) const { return Packed(record).ascii != 0; }
+    std::uint64_t Time(RecordIndex record) const;
+    RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
+    const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
+
+    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU; }
+    void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
+    void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
+
+    SqlOperation Operation(RecordIndex record) const {
+        return static_cast<SqlOperation>(Packed(record).sqlOperation);
+    }
+    std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
+    // The number under which a SQL record's table counts: tables whose names differ in case only share one.
+    std::uint32_t TableKey(RecordIndex record);
+    // The interned name behind a number that InternName gave.
+    std::uint32_t InternName(std::string_view name) { return m_names.Id(name); }
+    std::string_view Name(std::uint32_t id) const { return m_names.Text(id); }
+
+    void Clear();
+
+private:
+    struct PackedDetail {
+        std::uint64_t kind : 5;
+        std::uint64_t returnCode : 4;
+        std::uint64_t ubeLevel : 4;
+        std::uint64_t ube : 1;
+        std::uint64_t sqlOperation : 3;
+        std::uint64_t day : 5;
+        std::uint64_t hour : 5;
+        std::uint64_t minute : 6;
+        std::uint64_t second : 6;
+        std::uint64_t microsecond : 20;
+        std::uint64_t odd : 1;      // fields that do not fit here stand in m_odd
+        std::uint64_t ownLabel : 1; // the label ends with the stored bytes from textOffset to a tab or line feed
+        std::uint64_t ascii : 1;
+        std::uint64_t textOffset : 40;
+        std::uint64_t textLength : 24;
+        std::uint32_t context;
+        std::uint32_t extra; // 0 for nothing extra
+    };
+    static_assert(sizeof(PackedDetail) == 24);
+
+    // What few records have.
+    struct Extra {
+        float duration;
+        float gap;
+        std::uint32_t name; // the display name, or the table of a SQL record
+    };
+
+    // A record with a stamp out of the ordinary, a text beyond the text store's limit, or a label that shares nothing.
+    struct OddDetail {
+        RecordIndex record;
+        std::int32_t day;
+        std::int32_t hour;
+        std::int32_t minute;
+        std::int32_t second;
+        std::int32_t microsecond;
+        std::string_view text;
+        std::string_view label;
+    };
+
+    PackedDetail& Packed(RecordIndex record) { return m_details[Number(record)]; }
+    const PackedDetail& Packed(RecordIndex record) const { return m_details[Number(record)]; }
+    Extra& ExtraFor(RecordIndex record);
+    std::uint32_t NameOf(RecordIndex record) const {
+        return m_extras[Packed(record).extra].name;
+    }
+    const OddDetail& Odd(RecordIndex record) const;
+    std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
+
+    CPagedArray<PackedDetail, 18> m_details;
+    CPagedArray<Extra, 16> m_extras;
+    CTextStore m_texts;
+    std::vector<OddDetail> m_odd; // in the order of the records
+    CInterner m_words;            // months, labels, levels, users, sources
+    CInterner m_names;            // tables, display names, functions
+    CInterner m_foldedNames;
+    std::vector<std::uint32_t> m_tableKeys; // by number in m_names; 0 for not yet folded
+    std::vector<RecordContext> m_contexts;
+    std::vector<std::uint32_t> m_contextSlots; // context + 1, by hash
+    std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
+};
+
+} // namespace carvelot

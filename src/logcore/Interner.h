@@ -1,0 +1,31 @@
+// Texts that truly repeat (labels, months, users, levels, table and function names), each kept once under a number.
+#pragma once
+
+#include "logcore/TextStore.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace carvelot {
+
+class CInterner {
+public:
+    CInterner() { Clear(); }
+
+    // The number of a text, given on first sight in rising order; the empty text is 0.
+    std::uint32_t Id(std::string_view text);
+    std::string_view Text(std::uint32_t id) const { return m_texts[id]; }
+    std::size_t Count() const { return m_texts.size(); }
+    void Clear();
+
+private:
+    void Grow();
+
+    CTextStore m_store;
+    std::vector<std::string_view> m_texts;
+    std::vector<std::size_t> m_hashes;
+    std::vector<std::uint32_t> m_slots; // id + 1, 0 for a free slot; a power of two long
+};
+
+} // namespace carvelot

@@ -1,0 +1,66 @@
+// An array that only grows, in blocks that come straight from the system: no element ever moves, growing copies
+// nothing, and closing a session gives back a few large blocks instead of millions of small ones.
+#pragma once
+
+#include "platform/PageMemory.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace carvelot {
+
+template <class T, unsigned BlockBits> class CPagedArray {
+    static_assert(std::is_trivially_copyable_v<T> && std::is_trivially_destructible_v<T>);
+
+public:
+    static constexpr std::size_t kBlockSize = std::size_t{1} << BlockBits;
+
+    CPagedArray() = default;
+    CPagedArray(CPagedArray&& other) noexcept
+        : m_blocks(std::move(other.m_blocks)), m_nSize(std::exchange(other.m_nSize, 0)) {
+        other.m_blocks.clear();
+    }
+    CPagedArray(const CPagedArray&) = delete;
+    CPagedArray& operator=(const CPagedArray&) = delete;
+    CPagedArray& operator=(CPagedArray&&) = delete;
+    ~CPagedArray() { Clear(); }
+
+    std::size_t Size() const { return m_nSize; }
+    T& operator[](std::size_t i) { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
+    const T& operator[](std::size_t i) const { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
+
+    void Add(const T& value) { *Reserve(1) = value; }
+
+    // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is left of a
+    // block that is too short for them is skipped.
+    T* Reserve(std::size_t count) {
+        const std::size_t used = m_nSize & (kBlockSize - 1);
+        if ((used == 0 && m_nSize == m_blocks.size() * kBlockSize) || used + count > kBlockSize) {
+            m_nSize = m_blocks.size() * kBlockSize;
+            m_blocks.push_back(nullptr);
+            m_blocks.back() = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
+        }
+        T* place = &(*this)[m_nSize];
+        m_nSize += count;
+        return place;
+    }
+
+    void Clear() {
+        for (T* block : m_blocks) {
+            if (block != nullptr) {
+                platform::FreePages(block, kBlockSize * sizeof(T));
+            }
+        }
+        m_blocks.clear();
+        m_nSize = 0;
+    }
+
+private:
+    std::vector<T*> m_blocks;
+    std::size_t m_nSize = 0;
+};
+
+} // namespace carvelot

@@ -1,0 +1,36 @@
+// A thread of a process: the records worth showing, and what they add up to.
+#pragma once
+
+#include "analysis/BSFNAnalysis.h"
+#include "logcore/SQLAnalysis.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace carvelot {
+
+class CThread {
+public:
+    CThread(std::uint32_t processID, std::uint32_t id, std::uint64_t startTime)
+        : m_nThreadID(id), m_nProcessID(processID), m_nStartTime(startTime) {}
+
+    // Files a record: a LOG_NONE record stays only as the last of the list or beside a silence longer than the
+    // threshold, where it becomes a LOG_GAP. The record behind a silence is appended to `gaps`.
+    void AddDetail(CDetailList& details, const AnalysisSettings& settings, std::vector<RecordIndex>& gaps,
+                   RecordIndex record, std::uint64_t time);
+
+    std::vector<RecordIndex> m_listDetails;
+    std::uint32_t m_nThreadID;
+    std::uint32_t m_nProcessID;
+    CSQLAnalysis m_pSQLAnalysis;
+    CBSFNAnalysis m_pBSFNAnalysis;
+    std::uint64_t m_nStartTime;
+    std::uint64_t m_nEndTime = 0;
+    RecordIndex m_pPendingSQL = kNoRecord; // the latest SQL record, measured by every end that follows it
+    std::vector<RecordIndex> m_listErrors; // in log order
+
+private:
+    std::uint64_t m_nLastTime = 0; // of the last record of m_listDetails
+};
+
+} // namespace carvelot

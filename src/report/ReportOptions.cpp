@@ -1,0 +1,117 @@
+#include "report/ReportOptions.h"
+
+#include "Version.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <ostream>
+
+namespace carvelot {
+
+std::optional<std::uint32_t> ParseId(std::string_view text) {
+    std::int64_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || value < -(std::int64_t{1} << 31) || value >= (std::int64_t{1} << 32)) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(value);
+}
+
+namespace {
+
+// Decimal seconds, 0 or more, as the 32-bit float that a load compares with.
+std::optional<float> ParseSeconds(std::string_view text) {
+    float seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+    if (error == std::errc::result_out_of_range && stop == end && text.find("e-") == std::string_view::npos &&
+        text.starts_with("0.")) {
+        return 0.0F;
+    }
+    if (error != std::errc{} || stop != end || !std::isfinite(seconds) || seconds < 0) {
+        return std::nullopt;
+    }
+    return seconds;
+}
+
+} // namespace
+
+std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
+                                               std::ostream& err, int& status) {
+    ReportOptions options;
+    std::string tree;
+    std::string find;
+    std::string exportFile;
+    std::string threshold;
+    std::string process;
+    bool noCacheAnalysis = false;
+
+    CLI::App app{"Rebuilds what happened from a JD Edwards debug log or the log of its JAS web tier.",
+                 "carvelot-report"};
+    app.add_option("LOG", options.log, "The log file")->required()->type_name("");
+    app.add_flag("--json", options.json, "Print the whole session as JSON");
+    CLI::Option* const treeOption =
+        app.add_option("--tree", tree, "Print the detail tree of process:PID, thread:PID/TID or user:NAME")
+            ->type_name("SCOPE");
+    CLI::Option* const findOption =
+        app.add_option("--find", find, "Print the records whose text holds TEXT, in any case")->type_name("TEXT");
+    CLI::Option* const exportOption =
+        app.add_option("--export-gaps", exportFile, "Write the timing gaps to FILE, .csv or .txt")->type_name("FILE");
+    treeOption->excludes(findOption)->excludes(exportOption);
+    findOption->excludes(exportOption);
+    CLI::Option* const thresholdOption =
+        app.add_option("--threshold", threshold, "Long tasks and gaps last longer than this (default 1.0)")
+            ->type_name("SECONDS");
+    CLI::Option* const processOption =
+        app.add_option("--process", process, "Keep only the debug records of this process")->type_name("PID");
+    app.add_flag("--no-cache-analysis", noCacheAnalysis, "Leave cache records out of the analyses");
+    app.set_help_flag("--help", "Print this help");
+    app.set_version_flag("--version", std::string("carvelot-report ") + CARVELOT_VERSION, "Print the version");
+
+    status = REPORT_DONE;
+    std::string problem;
+    try {
+        // The library takes its arguments last first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        out << app.help();
+        return std::nullopt;
+    } catch (const CLI::CallForVersion&) {
+        out << app.version() << '\n';
+        return std::nullopt;
+    } catch (const CLI::ParseError& error) {
+        problem = error.what();
+    }
+    if (problem.empty() && *thresholdOption) {
+        const std::optional<float> seconds = ParseSeconds(threshold);
+        options.settings.m_fThreshold = seconds.value_or(0);
+        problem = seconds ? "" : "--threshold takes a number of seconds, 0 or more";
+    }
+    if (problem.empty() && *processOption) {
+        const std::optional<std::uint32_t> id = ParseId(process);
+        options.processFilter = id.value_or(0);
+        problem = id ? "" : "--process takes a process number";
+    }
+    if (!problem.empty()) {
+        err << problem << "\n\n" << app.help();
+        status = REPORT_USAGE;
+        return std::nullopt;
+    }
+    if (*treeOption) {
+        options.tree = tree;
+    }
+    if (*findOption) {
+        options.find = find;
+    }
+    if (*exportOption) {
+        options.exportGaps = exportFile;
+    }
+    options.settings.m_bCacheAnalysis = !noCacheAnalysis;
+    return options;
+}
+
+} // namespace carvelot

@@ -1,0 +1,35 @@
+// What the command line of carvelot-report asks for.
+#pragma once
+
+#include "logcore/AnalysisSettings.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace carvelot {
+
+struct ReportOptions {
+    std::string log;
+    bool json = false;
+    std::optional<std::string> tree; // a scope
+    std::optional<std::string> find;
+    std::optional<std::string> exportGaps;
+    std::uint32_t processFilter = 0;
+    AnalysisSettings settings;
+};
+
+// Exit statuses of carvelot-report.
+enum ReportStatus { REPORT_DONE = 0, REPORT_FAILED = 1, REPORT_USAGE = 2 };
+
+// Reads the arguments (without the program's name). Without a value the command line is dealt with already, as by
+// --help or wrong usage: then `status` tells how the program ends.
+std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
+                                               std::ostream& err, int& status);
+
+// A process or thread number in its unsigned or its signed form.
+std::optional<std::uint32_t> ParseId(std::string_view text);
+
+} // namespace carvelot

@@ -1,0 +1,13 @@
+// carvelot-report from its arguments to its exit status.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace carvelot {
+
+// `arguments` without the program's name. Nothing goes to `out` unless the status is 0.
+int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);
+
+} // namespace carvelot

@@ -1,0 +1,396 @@
+#include "report/TextReport.h"
+
+#include "analysis/panes/PaneRows.h"
+#include "logcore/Columns.h"
+#include "logcore/NodeText.h"
+#include "views/ThreadTree.h"
+
+#include <algorithm>
+#include <array>
+#include <ostream>
+
+namespace carvelot {
+
+namespace {
+
+// Lists are cut here: the first rows are the ones that matter, and the window shows the rest.
+constexpr std::size_t kMostRows = 15;
+constexpr std::size_t kLongestMessage = 100;
+
+std::string Grouped(std::size_t number) {
+    std::string digits = std::to_string(number);
+    for (std::size_t at = digits.size(); at > 3; at -= 3) {
+        digits.insert(at - 3, 1, ',');
+    }
+    return digits;
+}
+
+// What a terminal can show in one line: no control characters, cut with an ellipsis.
+std::string OneLine(std::string_view text, std::size_t longest = kLongestMessage) {
+    const std::string valid = WithReplacements(text);
+    std::string_view rest = valid;
+    std::string line;
+    std::size_t count = 0;
+    while (!rest.empty()) {
+        const char32_t c = TakeCodePoint(rest);
+        if (++count > longest) {
+            return line.append("...");
+        }
+        AppendCodePoint(line, c < 0x20 || (c >= 0x7F && c < 0xA0) ? U' ' : c);
+    }
+    return line;
+}
+
+// A table whose columns are as wide as they need to be; numbers stand to the right, the last text column runs out.
+class CTextTable {
+public:
+    enum class Align { Left, Right };
+    struct Column {
+        std::string_view title;
+        Align align;
+    };
+
+    explicit CTextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {}
+
+    void Add(std::vector<std::string> cells) { m_rows.push_back(std::move(cells)); }
+    bool IsEmpty() const { return m_rows.empty(); }
+
+    void Print(std::ostream& out, std::string_view title, std::size_t total) const {
+        out << '\n' << title << " (" << Grouped(total) << ")\n";
+        if (m_rows.empty()) {
+            return;
+        }
+        std::vector<std::size_t> widths;
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            std::size_t width = m_columns[i].title.size();
+            for (const auto& row : m_rows) {
+                width = std::max(width, Width(row[i]));
+            }
+            widths.push_back(width);
+        }
+        std::vector<std::string> titles;
+        for (const Column& column : m_columns) {
+            titles.emplace_back(column.title);
+        }
+        PrintRow(out, titles, widths);
+        for (const auto& row : m_rows) {
+            PrintRow(out, row, widths);
+        }
+        if (total > m_rows.size()) {
+            out << "  ... and " << Grouped(total - m_rows.size()) << " more\n";
+        }
+    }
+
+private:
+    static std::size_t Width(std::string_view text) {
+        return static_cast<std::size_t>(
+            std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+    }
+
+    void PrintRow(std::ostream& out, const std::vector<std::string>& cells,
+                  const std::vector<std::size_t>& widths) const {
+        std::string line = " ";
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            const std::string padding(widths[i] - Width(cells[i]), ' ');
+            line.append(" ");
+            if (m_columns[i].align == Align::Right) {
+                line.append(padding).append(cells[i]);
+            } else {
+                line.append(cells[i]).append(padding);
+            }
+            line.append(" ");
+        }
+        out << TrimRight(line, " ") << '\n';
+    }
+
+    std::vector<Column> m_columns;
+    std::vector<std::vector<std::string>> m_rows;
+};
+
+constexpr auto L = CTextTable::Align::Left;
+constexpr auto R = CTextTable::Align::Right;
+
+std::string_view KindName(std::size_t kind) {
+    static constexpr std::array<std::string_view, 23> names = {
+        "no interest",    "SQL",       "BSFN call",   "On",      "return",      "parameter in",
+        "parameter out",  "ER start",  "ER end",      "",        "ERROR",       "cache",
+        "MANDATORY",      "WARN",      "SEVERE",      "ER line", "",            "SQL done",
+        "object call",    "UBE",       "JDB error",   "gap",     "message"};
+    return names[kind];
+}
+
+void PrintKinds(const CCarvelotDoc& session, std::ostream& out) {
+    std::array<std::size_t, 23> counts{};
+    for (std::uint32_t i = 0; i < session.m_listDetails.Size(); ++i) {
+        ++counts[session.m_listDetails.Kind(RecordIndex{i})];
+    }
+    CTextTable table({{"kind", L}, {"records", R}});
+    for (std::size_t kind = 0; kind < counts.size(); ++kind) {
+        if (counts[kind] > 0) {
+            table.Add({std::string(KindName(kind)), Grouped(counts[kind])});
+        }
+    }
+    table.Print(out, "Records by kind", session.m_listDetails.Size());
+}
+
+// The owners of a log's analyses: its processes, or its users.
+struct Scope {
+    std::string name;
+    const CBSFNAnalysis& functions;
+    const CSQLAnalysis& statements;
+};
+
+std::vector<Scope> Scopes(const CCarvelotDoc& session) {
+    std::vector<Scope> scopes;
+    if (session.m_nLogFormat == LOG_FORMAT_JAS) {
+        for (const auto& user : session.m_listUsers) {
+            scopes.push_back({OneLine(user->m_strUser), user->m_pBSFNAnalysis, user->m_pSQLAnalysis});
+        }
+    } else {
+        for (const auto& process : session.m_listProcesses) {
+            scopes.push_back({IdText(process->m_nProcessID), process->m_pBSFNAnalysis, process->m_pSQLAnalysis});
+        }
+    }
+    return scopes;
+}
+
+std::string_view ScopeTitle(const CCarvelotDoc& session) {
+    return session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "process";
+}
+
+void PrintOwners(const CCarvelotDoc& session, std::ostream& out) {
+    if (session.m_nLogFormat == LOG_FORMAT_JAS) {
+        CTextTable table({{"user", L}, {"records", R}, {"long tasks", R}, {"warnings and errors", R}});
+        for (const auto& user : session.m_listUsers) {
+            table.Add({OneLine(user->m_strUser), Grouped(user->m_listDetails.size()),
+                       Grouped(user->m_pBSFNAnalysis.m_listLongTasks.size() +
+                               user->m_pSQLAnalysis.m_listLongTasks.size()),
+                       Grouped(user->m_listErrors.size())});
+        }
+        table.Print(out, "Users", session.m_listUsers.size());
+        return;
+    }
+    CTextTable table({{"process / thread", L}, {"elapsed", R}, {"kept", R}, {"long tasks", R}, {"errors", R}});
+    std::size_t rows = 0;
+    std::size_t total = 0;
+    const auto add = [&](std::string name, std::uint64_t start, std::uint64_t end, std::size_t kept,
+                         const CBSFNAnalysis& functions, const CSQLAnalysis& statements, std::size_t errors) {
+        ++total;
+        if (rows < kMostRows * 2) {
+            ++rows;
+            table.Add({std::move(name), SecondsText(ElapsedSeconds(end, start)), Grouped(kept),
+                       Grouped(functions.m_listLongTasks.size() + statements.m_listLongTasks.size()),
+                       Grouped(errors)});
+        }
+    };
+    for (const auto& process : session.m_listProcesses) {
+        std::size_t kept = 0;
+        for (const auto& thread : process->m_listThreads) {
+            kept += thread->m_listDetails.size();
+        }
+        add(IdText(process->m_nProcessID), process->m_nStartTime, process->m_nEndTime, kept,
+            process->m_pBSFNAnalysis, process->m_pSQLAnalysis, process->m_listErrors.size());
+        for (const auto& thread : process->m_listThreads) {
+            add(std::string(2, ' ').append(IdText(thread->m_nThreadID)), thread->m_nStartTime, thread->m_nEndTime,
+                thread->m_listDetails.size(), thread->m_pBSFNAnalysis, thread->m_pSQLAnalysis,
+                thread->m_listErrors.size());
+        }
+    }
+    table.Print(out, "Processes and threads", total);
+}
+
+void PrintFunctions(const CCarvelotDoc& session, std::ostream& out) {
+    struct Entry {
+        std::string scope;
+        BSFNRow row;
+    };
+    std::vector<Entry> entries;
+    for (const Scope& scope : Scopes(session)) {
+        for (BSFNRow& row : MakeBSFNRows(scope.functions)) {
+            entries.push_back({scope.name, std::move(row)});
+        }
+    }
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const Entry& a, const Entry& b) { return a.row.m_nTotal > b.row.m_nTotal; });
+    CTextTable table({{ScopeTitle(session), L},
+                      {"business function", L},
+                      {"calls", R},
+                      {"total", R},
+                      {"shortest", R},
+                      {"longest", R},
+                      {"average", R}});
+    for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
+        const BSFNRow& row = entries[i].row;
+        table.Add({entries[i].scope, OneLine(row.m_strName), row.Text(1), row.Text(2), row.Text(3), row.Text(4),
+                   row.Text(5)});
+    }
+    table.Print(out, "Business functions, by total time", entries.size());
+}
+
+void PrintTables(const CCarvelotDoc& session, std::ostream& out) {
+    struct Entry {
+        std::string scope;
+        TableRow row;
+        std::int64_t statements;
+    };
+    std::vector<Entry> entries;
+    for (const Scope& scope : Scopes(session)) {
+        for (TableRow& row : MakeTableRows(scope.statements)) {
+            const std::int64_t statements = std::int64_t{row.m_nSelects} + row.m_nInserts + row.m_nUpdates +
+                                            row.m_nDeletes;
+            entries.push_back({scope.name, std::move(row), statements});
+        }
+    }
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const Entry& a, const Entry& b) { return a.statements > b.statements; });
+    CTextTable table(
+        {{ScopeTitle(session), L}, {"table", L}, {"selects", R}, {"inserts", R}, {"updates", R}, {"deletes", R}});
+    for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
+        const TableRow& row = entries[i].row;
+        table.Add({entries[i].scope, OneLine(row.m_strTable, 50), row.Text(1), row.Text(2), row.Text(3), row.Text(4)});
+    }
+    table.Print(out, "Tables, by statements", entries.size());
+}
+
+void PrintCaches(const CCarvelotDoc& session, std::ostream& out) {
+    CTextTable table({{"process", R}, {"cache", L}, {"handle", L}, {"instance", L}, {"operations", R}, {"cursors", R},
+                      {"left open", R}});
+    std::size_t total = 0;
+    for (const auto& process : session.m_listProcesses) {
+        for (const auto& cache : process->m_pCacheAnalysis.m_caches) {
+            if (total++ >= kMostRows) {
+                continue;
+            }
+            const auto open = std::count_if(cache.m_cursors.begin(), cache.m_cursors.end(),
+                                            [](const auto& cursor) { return cursor.m_pClose == kNoRecord; });
+            table.Add({IdText(cache.m_processId), OneLine(cache.m_strName, 40), OneLine(cache.m_strHandle, 20),
+                       OneLine(cache.m_strInstance, 40), Grouped(cache.m_operations.size()),
+                       Grouped(cache.m_cursors.size()), Grouped(static_cast<std::size_t>(open))});
+        }
+    }
+    if (total > 0) {
+        table.Print(out, "Caches", total);
+    }
+}
+
+void PrintLongTasks(const CCarvelotDoc& session, std::ostream& out) {
+    std::vector<TaskRow> rows;
+    for (const Scope& scope : Scopes(session)) {
+        for (TaskRow& row : MakeTaskRows(session, scope.functions, scope.statements)) {
+            rows.push_back(std::move(row));
+        }
+    }
+    SortRows(rows, 2, true);
+    CTextTable table({{"duration", R}, {"type", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
+                      {"record", R}, {"message", L}});
+    for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
+        table.Add({rows[i].Text(2), rows[i].m_strType, OneLine(rows[i].m_strShownOwner, 30),
+                   std::to_string(Number(rows[i].m_pRecord)), OneLine(rows[i].m_strMessage)});
+    }
+    table.Print(out, "Long tasks, longest first", rows.size());
+}
+
+void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
+    std::vector<ErrorRow> rows;
+    const auto add = [&](std::vector<ErrorRow> more) {
+        rows.insert(rows.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    };
+    if (session.m_nLogFormat == LOG_FORMAT_JAS) {
+        for (const auto& user : session.m_listUsers) {
+            add(MakeErrorRows(session, user->m_listErrors));
+        }
+    } else {
+        for (const auto& process : session.m_listProcesses) {
+            add(MakeErrorRows(session, process->m_listErrors));
+        }
+    }
+    // Failures before warnings, the latest first.
+    const auto isWarning = [&](const ErrorRow& row) {
+        return row.m_strType == "BSFN Warning" || session.m_listDetails.Kind(row.m_pRecord) == LOG_WARN;
+    };
+    std::stable_sort(rows.begin(), rows.end(), [&](const ErrorRow& a, const ErrorRow& b) {
+        const bool warnA = isWarning(a);
+        const bool warnB = isWarning(b);
+        return warnA != warnB ? warnB : a.m_pRecord > b.m_pRecord;
+    });
+    CTextTable table({{"type", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L}, {"record", R},
+                      {"message", L}});
+    for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
+        table.Add({rows[i].m_strType, OneLine(rows[i].m_strProcessThread, 30),
+                   std::to_string(Number(rows[i].m_pRecord)), OneLine(rows[i].m_strMessage)});
+    }
+    table.Print(out, "Errors and warnings", rows.size());
+}
+
+void PrintGaps(const CCarvelotDoc& session, std::ostream& out) {
+    std::vector<GapRow> rows = MakeGapRows(session);
+    SortRows(rows, 2, true);
+    CTextTable table({{"gap", R}, {"until", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
+                      {"record", R}, {"message", L}});
+    for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
+        table.Add({rows[i].Text(2), std::string(TrimRight(rows[i].m_strTimeStamp, " ")),
+                   OneLine(rows[i].m_strProcessThread, 30), std::to_string(Number(rows[i].m_pRecord)),
+                   OneLine(rows[i].m_strMessage)});
+    }
+    table.Print(out, "Timing gaps, longest first", rows.size());
+}
+
+} // namespace
+
+void WriteSummary(const CCarvelotDoc& session, const std::string& log, std::ostream& out) {
+    out << OneLine(log, 1000) << '\n';
+    if (session.m_nLogFormat == LOG_FORMAT_JAS) {
+        out << "  JAS log, " << Grouped(session.m_listDetails.Size()) << " records of "
+            << Grouped(session.m_listUsers.size()) << " users\n";
+    } else {
+        std::size_t threads = 0;
+        for (const auto& process : session.m_listProcesses) {
+            threads += process->m_listThreads.size();
+        }
+        out << "  debug log, " << Grouped(session.m_listDetails.Size()) << " records of "
+            << Grouped(session.m_listProcesses.size()) << " processes with " << Grouped(threads) << " threads\n";
+    }
+    PrintLongTasks(session, out);
+    PrintErrors(session, out);
+    PrintGaps(session, out);
+    PrintFunctions(session, out);
+    PrintTables(session, out);
+    PrintCaches(session, out);
+    PrintOwners(session, out);
+    PrintKinds(session, out);
+}
+
+void WriteTree(const CDetailTree& tree, std::ostream& out) {
+    // A call tree can be as deep as its log is long, so the walk keeps its own way back.
+    struct Level {
+        CDetailTree::Node parent;
+        std::size_t next;
+    };
+    std::vector<Level> levels{{CDetailTree::kRoot, 0}};
+    while (!levels.empty()) {
+        Level& level = levels.back();
+        if (level.next == tree.ChildCount(level.parent)) {
+            levels.pop_back();
+            continue;
+        }
+        const CDetailTree::Node node = tree.Child(level.parent, level.next++);
+        constexpr std::size_t deepestIndent = 100;
+        out << std::string(std::min(levels.size() - 1, deepestIndent) * 2, ' ') << OneLine(tree.Text(node), 100'000)
+            << '\n';
+        levels.push_back({node, 0});
+    }
+}
+
+void WriteHits(const CCarvelotDoc& session, const std::vector<RecordIndex>& hits, std::ostream& out) {
+    for (const RecordIndex record : hits) {
+        const CLogDetail detail = session.m_listDetails[record];
+        const FindRow row = MakeFindRow(session, record);
+        out << Number(record) << '\t' << TrimRight(TimeStampText(detail), " ") << '\t' << row.m_strProcess;
+        if (session.m_nLogFormat == LOG_FORMAT_DEBUG) {
+            out << '/' << row.m_strThread;
+        }
+        out << '\t' << OneLine(row.m_strMessage, 100'000) << '\n';
+    }
+}
+
+} // namespace carvelot

@@ -1,0 +1,269 @@
+#include "views/DetailTree.h"
+
+#include "logcore/Columns.h"
+#include "logcore/NodeText.h"
+
+namespace carvelot {
+
+namespace {
+
+bool IsParameter(LogKind kind) {
+    return kind == LOG_PARM_IN || kind == LOG_PARM_OUT;
+}
+
+// The image that a record starts from, before its kind has the last word: most kinds go on with the image of the record
+// before, so a call that never returns keeps showing that.
+int StartImage(LogKind kind, int previous) {
+    switch (kind) {
+    case LOG_JDB_ERROR:
+    case LOG_SEVERE:
+        return IMAGE_FAILED;
+    case LOG_UBE:
+        return IMAGE_UBE;
+    case LOG_MANDATORY:
+        return IMAGE_INFORMATION;
+    case LOG_WARN:
+        return IMAGE_WARNING;
+    default:
+        return previous;
+    }
+}
+
+int FinalImage(LogKind kind, int started) {
+    switch (kind) {
+    case LOG_GAP:
+        return IMAGE_GAP;
+    case LOG_EVENT_START:
+    case LOG_ER_LINE:
+        return IMAGE_ER;
+    case LOG_CACHE:
+        return IMAGE_CACHE;
+    case LOG_ERROR:
+        return IMAGE_FAILED;
+    case LOG_SQL:
+        return IMAGE_SQL;
+    case LOG_MESSAGE:
+        return IMAGE_INFORMATION;
+    case LOG_OBJECT_CALL:
+        return IMAGE_OBJECT_CALL;
+    default:
+        return started;
+    }
+}
+
+} // namespace
+
+void CDetailTree::ResetTree() {
+    m_nodes.clear();
+    m_bLaidOut = false;
+}
+
+CDetailTree::Node CDetailTree::Add(Node parent, RecordIndex record, int image, NodeKind kind) {
+    m_nodes.push_back({record, parent, static_cast<std::uint8_t>(image), kind, false, false});
+    return static_cast<Node>(m_nodes.size() - 1);
+}
+
+void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> records) {
+    if (singleThread) {
+        ResetTree();
+    }
+    m_bSingleThread = singleThread;
+    m_bLaidOut = false;
+    const CDetailList& details = m_session.m_listDetails;
+    const bool ubeLog = m_session.m_bUBELog;
+    m_nodes.reserve(m_nodes.size() + records.size());
+
+    Node parent = kRoot;
+    Node last = kRoot;
+    int previousImage = 0;
+    bool inParms = false;
+    bool outParms = false;
+    Node ubeRoot = kRoot;
+    Node ubeParent = kRoot;
+    bool ubeRootHasChild = false;
+    if (ubeLog) {
+        ubeRoot = ubeParent = Add(kRoot, kNoRecord, IMAGE_UBE, NodeKind::Ube);
+    }
+    const auto parentOf = [&](Node node) { return node == kRoot ? kRoot : m_nodes[node].parent; };
+
+    for (const RecordIndex record : records) {
+        const LogKind kind = details.Kind(record);
+        if (kind == LOG_NONE) {
+            continue;
+        }
+        // A UBE line between two parameters does not end their group.
+        if (inParms && kind != LOG_PARM_IN && kind != LOG_UBE) {
+            parent = parentOf(parent);
+            inParms = false;
+        }
+        if (outParms && kind != LOG_PARM_OUT && kind != LOG_UBE) {
+            parent = parentOf(parent);
+            outParms = false;
+        }
+        int image = StartImage(kind, previousImage);
+        if (kind == LOG_RETURN) {
+            const std::int32_t code = details.ReturnCode(record);
+            image = code == 0 ? IMAGE_OK : code == 1 ? IMAGE_WARNING : IMAGE_FAILED;
+            if (parent != kRoot) {
+                int callImage = image;
+                if (m_nodes[parent].failedBelow && code <= 1) {
+                    callImage = code == 0 ? IMAGE_OK_FAILED_BELOW : IMAGE_WARNING_FAILED_BELOW;
+                }
+                m_nodes[parent].image = static_cast<std::uint8_t>(callImage);
+                if (code == 2) {
+                    // Above a marked node all are marked already.
+                    for (Node above = parentOf(parent); above != kRoot && !m_nodes[above].failedBelow;
+                         above = parentOf(above)) {
+                        m_nodes[above].failedBelow = true;
+                    }
+                }
+            }
+        } else if (kind == LOG_PARM_IN) {
+            image = IMAGE_PARM_IN;
+            if (!inParms) {
+                parent = last = Add(parent, record, image, NodeKind::ParmsIn);
+                inParms = true;
+            }
+        } else if (kind == LOG_PARM_OUT) {
+            image = IMAGE_PARM_OUT;
+            if (!outParms) {
+                parent = last = Add(parent, kNoRecord, image, NodeKind::ParmsOut);
+                outParms = true;
+            }
+        }
+        image = FinalImage(kind, image);
+        previousImage = image;
+
+        const bool isUBE = details.IsUBE(record);
+        const std::int32_t ubeLevel = isUBE ? details.UBELevel(record) : 0;
+        const bool hidden = (kind == LOG_EVENT_END || kind == LOG_SQL_DONE) && !(details.Gap(record) > 0);
+        if (!hidden) {
+            const Node under = !isUBE ? parent : ubeLevel == 2 ? ubeRoot : ubeParent;
+            last = Add(under, record, image, NodeKind::Record);
+            ubeRootHasChild = ubeRootHasChild || (ubeLog && under == ubeRoot);
+        }
+        if ((kind == LOG_RETURN || kind == LOG_EVENT_END) && parent != kRoot) {
+            parent = parentOf(parent);
+        }
+        if (kind == LOG_CALL || kind == LOG_ON || kind == LOG_EVENT_START) {
+            parent = last;
+        }
+        if (isUBE && ubeLevel == 2) {
+            ubeParent = last;
+        }
+    }
+    if (ubeLog && !ubeRootHasChild) {
+        m_nodes[ubeRoot].removed = true;
+    }
+}
+
+void CDetailTree::LayOut() const {
+    m_firstChild.assign(m_nodes.size() + 2, 0);
+    m_children.resize(m_nodes.size());
+    m_rows.resize(m_nodes.size());
+    // Counts first, one place further on than they belong, so that the running sum leaves each parent's first place.
+    const auto slot = [](Node parent) { return parent == kRoot ? std::size_t{0} : std::size_t{parent} + 1; };
+    for (const NodeData& node : m_nodes) {
+        if (!node.removed) {
+            ++m_firstChild[slot(node.parent) + 1];
+        }
+    }
+    for (std::size_t i = 1; i < m_firstChild.size(); ++i) {
+        m_firstChild[i] += m_firstChild[i - 1];
+    }
+    std::vector<std::uint32_t> next(m_firstChild.begin(), m_firstChild.end() - 1);
+    for (Node node = 0; node < m_nodes.size(); ++node) {
+        if (!m_nodes[node].removed) {
+            const std::size_t parent = slot(m_nodes[node].parent);
+            m_rows[node] = next[parent] - m_firstChild[parent];
+            m_children[next[parent]++] = node;
+        }
+    }
+    m_bLaidOut = true;
+}
+
+std::size_t CDetailTree::ChildCount(Node parent) const {
+    if (!m_bLaidOut) {
+        LayOut();
+    }
+    const std::size_t slot = parent == kRoot ? 0 : std::size_t{parent} + 1;
+    return m_firstChild[slot + 1] - m_firstChild[slot];
+}
+
+CDetailTree::Node CDetailTree::Child(Node parent, std::size_t row) const {
+    if (!m_bLaidOut) {
+        LayOut();
+    }
+    return m_children[FirstChild(parent) + row];
+}
+
+std::size_t CDetailTree::Row(Node node) const {
+    if (!m_bLaidOut) {
+        LayOut();
+    }
+    return m_rows[node];
+}
+
+std::string CDetailTree::Text(Node node) const {
+    const NodeData& data = m_nodes[node];
+    switch (data.kind) {
+    case NodeKind::Ube:
+        return "UBE";
+    case NodeKind::ParmsIn:
+        return "PARMS IN";
+    case NodeKind::ParmsOut:
+        return "PARMS OUT";
+    case NodeKind::Record:
+        break;
+    }
+    const CLogDetail detail = m_session.m_listDetails[data.record];
+    std::string text;
+    if (!m_bSingleThread) {
+        text.append("(").append(IdText(detail.m_nThreadID)).append(")");
+    }
+    if (detail.m_nKind != LOG_UBE && !IsParameter(detail.m_nKind)) {
+        text.append(TimeStampText(detail));
+    }
+    if (detail.m_fDuration > 0) {
+        text.append("(").append(Formatted("%08f", static_cast<double>(detail.m_fDuration))).append(") ");
+    }
+    if (m_session.m_nLogFormat == LOG_FORMAT_JAS) {
+        text.append("[").append(detail.m_strSource).append("] ");
+    }
+    return text.append(IsAboveBlank(detail.m_strName) ? detail.m_strName : detail.m_strText);
+}
+
+CDetailTree::Node CDetailTree::NodeOf(RecordIndex record) const {
+    for (Node node = 0; node < m_nodes.size(); ++node) {
+        if (m_nodes[node].record == record && m_nodes[node].kind == NodeKind::Record) {
+            return node;
+        }
+    }
+    return kRoot;
+}
+
+std::string CDetailTree::RawText(Node node) const {
+    const RecordIndex record = m_nodes[node].record;
+    return record == kNoRecord ? Text(node) : std::string(m_session.m_listDetails.Text(record));
+}
+
+bool CDetailTree::OffersCopyParms(Node node) const {
+    const RecordIndex record = m_nodes[node].record;
+    return record != kNoRecord && m_session.m_listDetails.Kind(record) == LOG_PARM_IN;
+}
+
+std::string CDetailTree::CopyParmsText(Node node) const {
+    const Node group = ChildCount(node) > 0 ? node : Parent(node);
+    std::string text = "   ";
+    for (std::size_t row = 0; row < ChildCount(group); ++row) {
+        const RecordIndex record = Record(Child(group, row));
+        if (record != kNoRecord) {
+            text.append(m_session.m_listDetails.Text(record)).append("   ");
+        }
+    }
+    // The clipboard gets one character less than the text has.
+    text.pop_back();
+    return text;
+}
+
+} // namespace carvelot

@@ -1,0 +1,48 @@
+#include "platform/PageMemory.h"
+#include "platform/ProcessMemory.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <limits>
+#include <new>
+
+using namespace carvelot::platform;
+
+TEST(PageMemory, ABlockIsZeroedAlignedToAPageAndWritableToItsLastByte) {
+    for (const std::size_t size : {std::size_t{1}, std::size_t{4096}, std::size_t{100'000},
+                                   std::size_t{2} << 20, (std::size_t{5} << 20) + 123}) {
+        char* const block = static_cast<char*>(AllocatePages(size));
+        ASSERT_NE(block, nullptr);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % 4096, 0u) << size;
+        EXPECT_TRUE(std::all_of(block, block + size, [](char byte) { return byte == 0; })) << size;
+        std::memset(block, 0x5A, size);
+        FreePages(block, size);
+    }
+}
+
+TEST(PageMemory, NothingIsABlockTooAndNullMayBeFreed) {
+    void* const block = AllocatePages(0);
+    EXPECT_NE(block, nullptr);
+    FreePages(block, 0);
+    FreePages(nullptr, 100);
+}
+
+TEST(PageMemory, WhatNoMachineHasThrows) {
+    EXPECT_THROW(AllocatePages(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
+    EXPECT_THROW(AllocatePages(std::numeric_limits<std::size_t>::max() / 2 - 4096), std::bad_alloc);
+}
+
+TEST(ProcessMemory, ThePeakGrowsWithWhatIsTouchedAndNeverShrinks) {
+    const std::uint64_t before = PeakResidentBytes();
+    EXPECT_GT(before, 0u);
+    constexpr std::size_t kSize = std::size_t{64} << 20;
+    void* const block = AllocatePages(kSize);
+    std::memset(block, 1, kSize);
+    const std::uint64_t with = PeakResidentBytes();
+    FreePages(block, kSize);
+    EXPECT_GE(with, before + kSize / 2);
+    // The system counts in batches of pages.
+    EXPECT_GE(PeakResidentBytes() + (std::uint64_t{1} << 20), with);
+}
