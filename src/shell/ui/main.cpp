@@ -1,6 +1,6 @@
-#include "platform/CommandLine.h"
 #include "resources/ui/Icons.h"
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/Text.h"
 
 #include <QApplication>
 
@@ -17,9 +17,10 @@ int main(int argc, char** argv) {
     QApplication::setWindowIcon(ApplicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
 
-    // The toolkit has taken its own switches out of argv.
-    std::vector<std::string> listArguments = platform::Arguments(argc, argv);
-    listArguments.erase(listArguments.begin());
+    // The toolkit has taken its own switches out.
+    std::vector<std::string> listArguments;
+    for (const QString& strArgument : QCoreApplication::arguments().mid(1))
+        listArguments.push_back(ToUtf8(strArgument));
     if (!app.InitInstance(listArguments)) {
         app.ExitInstance();
         return 1;
