@@ -1,6 +1,8 @@
 // AppSettings.h - the settings of the application, read once at start-up and public to every part.
 #pragma once
 
+#include "logcore/AnalysisSettings.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -30,12 +32,11 @@ std::string GetWorkspaceString(std::string_view strName, std::string_view strDef
 void WriteWorkspaceInt(std::string_view strName, std::int32_t nNumber);
 void WriteWorkspaceString(std::string_view strName, std::string_view strText);
 
-class CAppSettings {
+// The threshold and whether caches are analysed stand in the base, which sessions read.
+class CAppSettings : public AnalysisSettings {
 public:
     bool m_bAutoRefresh = false;     // the process list refreshes by a timer
     std::int32_t m_nRefreshRate = 0; // seconds between two refreshes
-    float m_fThreshold = 1.0F;       // seconds above which an operation is long
-    bool m_bCacheAnalysis = true;
     std::int32_t m_nFontHeight = 14; // device-independent pixels
     std::string m_strFontName;
     std::int32_t m_nAppLook = kDefaultLook; // command number of the look

@@ -1,6 +1,7 @@
 // CarvelotApp.h - the one application object: start-up, settings, libraries, and the commands that need no window.
 #pragma once
 
+#include "logcore/Classifier.h"
 #include "platform/DynamicLibrary.h"
 #include "shell/AppSettings.h"
 #include "shell/RecentFiles.h"
@@ -70,6 +71,7 @@ public:
     platform::CDynamicLibrary m_hSkelmond;
     FGetSetProcInfo m_pfnGetSetProcInfo = nullptr;
     CDocTemplate* m_pCacheTemplate = nullptr;
+    PendingStatement m_pendingStatement; // of the JAS classifier; outlives every session
     platform::CDynamicLibrary m_hJdeKrnl;
     platform::CDynamicLibrary::FPointer m_pfnFormatMathNumeric = nullptr;
     CMainFrame* m_pMainWnd = nullptr;

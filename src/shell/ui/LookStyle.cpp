@@ -903,6 +903,8 @@ int CLookStyle::pixelMetric(PixelMetric nMetric, const QStyleOption* pOption, co
     case PM_TabBarIconSize:
     case PM_ListViewIconSize:
         return 16;
+    case PM_HeaderMargin:
+        return 6;
     case PM_ToolBarItemSpacing:
         return 1;
     case PM_ToolBarItemMargin:
@@ -974,6 +976,7 @@ int CLookStyle::styleHint(StyleHint nHint, const QStyleOption* pOption, const QW
     case SH_DockWidget_ButtonsHaveFrame:
         return 0;
     case SH_EtchDisabledText:
+    case SH_DialogButtonBox_ButtonsHaveIcons:
         return 0;
     case SH_MenuBar_AltKeyNavigation:
         return 1;

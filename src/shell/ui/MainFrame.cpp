@@ -20,6 +20,7 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QLabel>
+#include <QLayout>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -303,7 +304,12 @@ void CMainFrame::DockPanes() {
         pFirst = pPane;
         pPane->show();
     }
-    m_wndBSFNPane.raise();
+    if (isVisible()) {
+        layout()->activate();
+        m_wndBSFNPane.raise();
+    } else {
+        m_bRaiseBSFN = true; // tabs come into being with the window
+    }
 }
 
 void CMainFrame::RestoreDefaultLayout() {
@@ -679,6 +685,14 @@ bool CMainFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
         qobject_cast<CToolBar*>(pObject->parent()) != nullptr)
         return true;
     return QMainWindow::eventFilter(pObject, pEvent);
+}
+
+void CMainFrame::showEvent(QShowEvent* pEvent) {
+    QMainWindow::showEvent(pEvent);
+    if (!m_bRaiseBSFN)
+        return;
+    m_bRaiseBSFN = false;
+    m_wndBSFNPane.raise();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {

@@ -101,6 +101,7 @@ public:
     QMenu* createPopupMenu() override;
 
 protected:
+    void showEvent(QShowEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
@@ -145,6 +146,7 @@ private:
     std::map<int, int> m_mapUserImages;
     CCustomizeDlg* m_pCustomizeDlg = nullptr;
     int m_nOffice2007;
+    bool m_bRaiseBSFN = false; // the default layout waits for the window to be shown
     bool m_bToolTips = true;
     bool m_bUpdateScheduled = false;
 };

@@ -1,5 +1,6 @@
 #include "resources/ui/Icons.h"
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/LookStyle.h"
 #include "shell/ui/Text.h"
 
 #include <QApplication>
@@ -8,6 +9,7 @@ int main(int argc, char** argv) {
     using namespace carvelot;
 
     CCarvelotApp& app = theApp();
+    int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tamrisk"));
@@ -16,6 +18,9 @@ int main(int argc, char** argv) {
     QGuiApplication::setDesktopFileName(QStringLiteral("carvelot"));
     QApplication::setWindowIcon(ApplicationIcon());
     QApplication::setQuitOnLastWindowClosed(false);
+
+    // For messages that come before the window, which brings the stored look.
+    ApplyLook(LookOf(kDefaultLook, nOffice2007));
 
     // The toolkit has taken its own switches out.
     std::vector<std::string> listArguments;

@@ -3,7 +3,9 @@
 
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
+#include "shell/ui/Document.h"
 
+#include <QPointer>
 #include <QToolBar>
 
 #include <functional>
@@ -22,6 +24,9 @@ public:
     // Titles and columns for a log of processes and threads, or for one of users.
     void DressForUsers(bool bUsers);
     QWidget* MainControl() const override { return m_pSearch; }
+
+    // Whose records the rows are.
+    QPointer<CDocument> m_pSearched;
 
     // The search that the "Find" button and Enter run.
     std::function<void()> m_fnFind;
