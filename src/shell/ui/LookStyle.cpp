@@ -514,7 +514,7 @@ void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pO
         QColor color = m_look.m_activeTabText;
         if ((pOption->state & State_Selected) == 0 && !bHot)
             color = m_look.m_tabText;
-        color.setAlpha(bHot ? 255 : 150);
+        color.setAlpha(bHot ? 255 : 190);
         DrawSign(*pPainter, box.adjusted(3, 3, -3, -3), SP_TitleBarCloseButton, bHot ? m_look.m_text : color);
         return;
     }
@@ -1008,7 +1008,7 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
             result.rwidth() += pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
     }
     if (nType == CT_HeaderSection)
-        result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 7));
+        result.setHeight(pOption->fontMetrics.height() + 7);
     return result;
 }
 
@@ -1020,7 +1020,7 @@ QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOptio
             const int nLead = m_look.m_nTabShape == ETabShape::Slanted ? 16 : 9;
             rect = pTab->rect.adjusted(nLead, IsSouth(pTab->shape) ? -1 : 2, -5, 0);
             if (!pTab->rightButtonSize.isEmpty())
-                rect.adjust(0, 0, -pTab->rightButtonSize.width() - 4, 0);
+                rect.adjust(0, 0, -pTab->rightButtonSize.width() - (m_look.m_nTabShape == ETabShape::OneNote ? 8 : 4), 0);
         }
     }
     if (nElement == SE_TabBarTabRightButton && m_look.m_nTabShape == ETabShape::OneNote)

@@ -80,7 +80,8 @@ void CPersonalMenu::OnAboutToShow() {
     bool bAnyShown = false;
     bool bAnyHidden = false;
     for (const QAction* pAction : actions()) {
-        if (pAction != m_pChevron && !pAction->isSeparator())
+        // A menu without a basic command of its own shows all it has.
+        if (pAction->data().toInt() != 0)
             (fnShown(pAction) ? bAnyShown : bAnyHidden) = true;
     }
     const bool bShorten = m_habits.m_bRecentlyUsedMenus && bAnyShown && bAnyHidden;
