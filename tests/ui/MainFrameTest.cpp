@@ -8,6 +8,7 @@
 #include "shell/ui/WindowsDlg.h"
 
 #include <QComboBox>
+#include <QCryptographicHash>
 #include <QFile>
 #include <QLabel>
 #include <QListWidget>
@@ -231,8 +232,11 @@ private slots:
         QCOMPARE(open.statusTip(), QStringLiteral("Open debug log file"));
         QCOMPARE(open.toolTip(), QStringLiteral("Open"));
         QCOMPARE(open.shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        pFile->setActiveAction(Entry(*pFile, "&Open..."));
+        QMenuBar& bar = *run.Frame().menuBar();
+        bar.setActiveAction(bar.actions().constFirst());
+        QMenu* pFile = bar.actions().constFirst()->menu();
+        QTest::keyClick(pFile, Qt::Key_Down);
+        QCOMPARE(pFile->activeAction(), Entry(*pFile, "&Open..."));
         QCOMPARE(run.Frame().statusBar()->currentMessage(), QStringLiteral("Open debug log file"));
         pFile->close();
     }
@@ -538,6 +542,9 @@ private slots:
         const CRun run(*m_pFolder);
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &enter);
+        QVERIFY(enter.isAccepted());
         QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(&run.Frame(), &drop);
         QTRY_COMPARE(run.Area().Children().size(), 1);
