@@ -641,6 +641,16 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
     case CE_HeaderSection:
         DrawHeader(pOption, pPainter);
         return;
+    case CE_HeaderLabel:
+        // The margin of a header is meant for its sides; above and below it would cut the text.
+        if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeader*>(pOption)) {
+            QStyleOptionHeader label(*pHeader);
+            const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
+            label.rect.adjust(0, -nMargin, 0, nMargin);
+            QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
+            return;
+        }
+        break;
     case CE_HeaderEmptyArea:
         FillGradient(*pPainter, rect, m_look.m_header);
         pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), m_look.m_border);
@@ -1007,6 +1017,8 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
         if (pTab != nullptr && m_look.m_bBoldActiveTab)
             result.rwidth() += pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
     }
+    if (nType == CT_ItemViewItem)
+        result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 4));
     if (nType == CT_HeaderSection)
         result.setHeight(pOption->fontMetrics.height() + 7);
     return result;
