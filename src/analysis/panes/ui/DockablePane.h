@@ -1,0 +1,49 @@
+// DockablePane.h - what all panes of the main frame share.
+#pragma once
+
+#include <QDockWidget>
+#include <QFont>
+#include <QLineEdit>
+
+namespace carvelot {
+
+// The font whose cells are m_nFontHeight high, as the settings now stand. A negative height is that of the
+// characters, 0 the usual size.
+QFont SettingsFont();
+QFont CellFont(const QString& strFace, int nHeight);
+
+// A pane that docks at any side, floats, closes, and stands in the View menu. Its parts are laid out by OnSize.
+class CDockablePane : public QDockWidget {
+    Q_OBJECT
+
+public:
+    // strName is what a stored layout knows the pane by.
+    CDockablePane(const QString& strTitle, const QString& strName, QSize initial);
+
+    // The read-only caption edit, on panes that have one.
+    void SetCaption(const QString& strText);
+    QString GetCaption() const;
+    // The part that F6 goes to.
+    virtual QWidget* MainControl() const = 0;
+
+protected:
+    static constexpr int kCaptionHeight = 20;
+    static constexpr int kListTop = 22;
+
+    void AddCaption();
+    QWidget* Client() const { return m_pClient; }
+    // Lays the parts out; runs at every change of size.
+    virtual void OnSize(int nWidth, int nHeight) = 0;
+    // Caption on top, this part below.
+    void LayOutBelowCaption(QWidget* pPart, int nWidth, int nHeight);
+    // Has an edit control offer the "Edit" menu of the main frame.
+    void UseEditMenu(QWidget* pEdit);
+
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+
+private:
+    QWidget* m_pClient;
+    QLineEdit* m_pCaption = nullptr;
+};
+
+} // namespace carvelot

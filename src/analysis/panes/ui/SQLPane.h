@@ -1,0 +1,26 @@
+// SQLPane.h - the pane "SQL Table Access": how often each table was read and written by the selection.
+#pragma once
+
+#include "analysis/panes/ui/DockablePane.h"
+#include "analysis/panes/ui/ListCtrl.h"
+
+namespace carvelot {
+
+class CSQLPane : public CDockablePane {
+    Q_OBJECT
+
+public:
+    CSQLPane();
+
+    CListCtrl& List() { return *m_pList; }
+    void ClearList();
+    QWidget* MainControl() const override { return m_pList; }
+
+protected:
+    void OnSize(int nWidth, int nHeight) override;
+
+private:
+    CListCtrl* m_pList;
+};
+
+} // namespace carvelot

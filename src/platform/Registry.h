@@ -1,0 +1,67 @@
+// Registry.h - keys and typed values of the settings store.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace carvelot::platform {
+
+enum class ERegRoot { CurrentUser, LocalMachine };
+enum class ERegAccess { Read, Full };
+enum class ERegType { Dword, String, Other };
+
+// NotFound: the value does not exist. Failed: anything else, a value that does not fit the request included.
+enum class ERegStatus { Ok, NotFound, Failed };
+
+struct CRegValue {
+    std::string m_strName;
+    ERegType m_nType = ERegType::Other;
+    std::uint32_t m_nNumber = 0; // of a Dword
+    std::string m_strText;       // of a String, UTF-8
+};
+
+// One open key. Names and texts are UTF-8; names compare without case. Values keep the order in which they
+// were made, as far as the system's own registry does. On Windows this is the registry itself; elsewhere a
+// readable file, $XDG_CONFIG_HOME/carvelot/registry.ini or the one that CARVELOT_REGISTRY names. A file that
+// is damaged loses the damaged lines only (the first write keeps a copy of it beside it), and one that cannot
+// be read or written leaves a store that lasts for the run.
+class CRegistryKey {
+public:
+    CRegistryKey();
+    ~CRegistryKey();
+    CRegistryKey(CRegistryKey&&) noexcept;
+    CRegistryKey& operator=(CRegistryKey&&) noexcept;
+    CRegistryKey(const CRegistryKey&) = delete;
+    CRegistryKey& operator=(const CRegistryKey&) = delete;
+
+    // Opens an existing key below the root; false when it is missing or closed to us. strKey has backslashes.
+    bool Open(ERegRoot nRoot, std::string_view strKey, ERegAccess nAccess);
+    // Opens the key with full access, making it and its parents when missing.
+    bool Create(ERegRoot nRoot, std::string_view strKey);
+    void Close();
+    bool IsOpen() const;
+
+    // Reads a value's bytes into a 4-byte buffer, whatever its type, as a plain registry query does: a value
+    // of more than 4 bytes is Failed and leaves nNumber alone, a shorter one replaces only its lower bytes.
+    ERegStatus QueryRaw32(std::string_view strName, std::uint32_t& nNumber) const;
+    // Reads a value with its type.
+    ERegStatus QueryValue(std::string_view strName, CRegValue& value) const;
+    // The value at a position; false past the last one, and for a value of more than 4 bytes or with a name
+    // of 260 characters or more, so that an enumeration that stops at the first failure stops there.
+    bool EnumRaw32(std::size_t nIndex, std::string& strName, std::uint32_t& nNumber) const;
+
+    bool SetDword(std::string_view strName, std::uint32_t nNumber);
+    bool SetString(std::string_view strName, std::string_view strText);
+    bool DeleteValue(std::string_view strName);
+    // Removes every value and every key below; the key itself stays open and can be written to.
+    bool DeleteContent();
+
+private:
+    struct CImpl;
+    std::unique_ptr<CImpl> m_pImpl;
+};
+
+} // namespace carvelot::platform

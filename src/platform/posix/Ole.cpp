@@ -1,0 +1,9 @@
+#include "platform/Ole.h"
+
+namespace carvelot::platform {
+
+bool InitializeOle() { return true; }
+
+void UninitializeOle() {}
+
+} // namespace carvelot::platform

@@ -1,0 +1,72 @@
+#include "shell/Numbers.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace carvelot {
+
+namespace {
+
+// Steps over what the C library's conversions skip and takes the sign.
+bool TakeSign(std::string_view& strText) {
+    const std::size_t nStart = strText.find_first_not_of(" \t\n\v\f\r");
+    strText.remove_prefix(nStart == std::string_view::npos ? strText.size() : nStart);
+    if (strText.empty() || (strText[0] != '+' && strText[0] != '-'))
+        return false;
+    const bool bNegative = strText[0] == '-';
+    strText.remove_prefix(1);
+    return bNegative;
+}
+
+} // namespace
+
+std::int32_t TextToInt(std::string_view strText) {
+    const bool bNegative = TakeSign(strText);
+    std::int64_t nNumber = 0;
+    for (const char ch : strText) {
+        if (ch < '0' || ch > '9')
+            break;
+        nNumber = nNumber * 10 + (ch - '0');
+        if (nNumber > std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1)
+            break;
+    }
+    if (bNegative)
+        nNumber = -nNumber;
+    if (nNumber > std::numeric_limits<std::int32_t>::max())
+        return std::numeric_limits<std::int32_t>::max();
+    if (nNumber < std::numeric_limits<std::int32_t>::min())
+        return std::numeric_limits<std::int32_t>::min();
+    return static_cast<std::int32_t>(nNumber);
+}
+
+double TextToDouble(std::string_view strText) {
+    const bool bNegative = TakeSign(strText);
+    if (!strText.empty() && strText[0] == '-')
+        return 0.0; // from_chars would take a second sign
+    double fNumber = 0.0;
+    const auto result = std::from_chars(strText.data(), strText.data() + strText.size(), fNumber);
+    if (result.ec == std::errc::invalid_argument)
+        return 0.0;
+    if (result.ec == std::errc::result_out_of_range) {
+        const std::string_view strTaken(strText.data(),
+                                        static_cast<std::size_t>(result.ptr - strText.data()));
+        const bool bTiny = strTaken.find("e-") != std::string_view::npos ||
+                           strTaken.find("E-") != std::string_view::npos || strTaken.starts_with("0.");
+        fNumber = bTiny ? 0.0 : HUGE_VAL;
+    }
+    return bNegative ? -fNumber : fNumber;
+}
+
+std::string DoubleToText(double fNumber) {
+    if (std::isnan(fNumber))
+        return "nan";
+    if (std::isinf(fNumber))
+        return fNumber < 0 ? "-inf" : "inf";
+    char buffer[400];
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, fNumber, std::chars_format::fixed, 6);
+    return std::string(buffer, result.ptr);
+}
+
+} // namespace carvelot

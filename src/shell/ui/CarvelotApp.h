@@ -1,0 +1,98 @@
+// CarvelotApp.h - the one application object: start-up, settings, libraries, and the commands that need no window.
+#pragma once
+
+#include "logcore/Classifier.h"
+#include "platform/DynamicLibrary.h"
+#include "shell/AppSettings.h"
+#include "shell/RecentFiles.h"
+#include "shell/ui/CommandTarget.h"
+#include "shell/ui/Document.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+class QDialog;
+
+namespace carvelot {
+
+class CMainFrame;
+
+// The companion library's entry point for a process's trace state and identity: process id, four UTF-16 buffers for
+// debug file, user, environment and scratch, the mode, and the tracing flag.
+using FGetSetProcInfo = std::int32_t (*)(std::uint32_t, char16_t*, char16_t*, char16_t*, char16_t*, std::int32_t,
+                                         std::int32_t*);
+
+// The store of JDE settings as the application object needs it around its dialog.
+class CJDESettingsStore {
+public:
+    virtual ~CJDESettingsStore() = default;
+    virtual bool HasWebApplication() const = 0;
+    virtual void ReadLogProperties() = 0;
+    virtual void ReadIni() = 0;
+    virtual std::unique_ptr<QDialog> MakeDialog() = 0;
+};
+
+class CCarvelotApp : public CAppSettings, public CCommandTarget {
+public:
+    CCarvelotApp();
+    ~CCarvelotApp() override;
+
+    // Brings the program up in its fixed order; false ends the run. Arguments come without the program's name.
+    bool InitInstance(const std::vector<std::string>& listArguments);
+    // Ends it; returns the exit code.
+    int ExitInstance();
+
+    CDocTemplate& AddDocTemplate(std::unique_ptr<CDocTemplate> pTemplate);
+    // The template that Open and the analysis of a process reach; null before one is there.
+    CDocTemplate* FirstDocTemplate() const;
+    const std::vector<std::unique_ptr<CDocTemplate>>& DocTemplates() const { return m_listTemplates; }
+    // Opens the file, or activates its window when it is open already. Null when it cannot be opened.
+    CDocument* OpenDocumentFile(const QString& strPath);
+    // Closes all documents without asking their windows.
+    void CloseAllDocuments();
+    void AddToRecentFileList(const QString& strPath);
+
+    void OnAppAbout();
+    void OnFileNew();
+    void OnFileOpen();
+    void OnOptions();
+    void OnJDESettings();
+
+    // "64 bit" or "32 bit", as the program was built.
+    static QString BitnessText();
+    // "Carvelot, Version: %d.%d.%d.%d" of the program's own file.
+    static QString VersionText();
+
+    std::unique_ptr<CJDESettingsStore> m_pJDESettings; // null until the workstation tools are there
+    CRecentFiles m_recentFiles;
+    platform::CDynamicLibrary m_hSkelmond;
+    FGetSetProcInfo m_pfnGetSetProcInfo = nullptr;
+    CDocTemplate* m_pCacheTemplate = nullptr;
+    PendingStatement m_pendingStatement; // of the JAS classifier; outlives every session
+    platform::CDynamicLibrary m_hJdeKrnl;
+    platform::CDynamicLibrary::FPointer m_pfnFormatMathNumeric = nullptr;
+    CMainFrame* m_pMainWnd = nullptr;
+
+    // The start's dealings with the system, replaceable by tests.
+    std::function<bool()> m_fnInitializeOle;
+    std::function<void(CCarvelotApp&)> m_fnAddDocTemplates;
+
+private:
+    void BindCompanionLibrary();
+    void BindMathNumeric();
+    void UpdateJDESettings();
+
+    std::vector<std::unique_ptr<CDocTemplate>> m_listTemplates;
+    bool m_bOle = false;
+};
+
+// The application object, made at its first use and before any window.
+CCarvelotApp& theApp();
+
+// Adds the templates of session and cache browser windows, in this order.
+void AddDocTemplates(CCarvelotApp& app);
+
+} // namespace carvelot

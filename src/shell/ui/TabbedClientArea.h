@@ -1,0 +1,100 @@
+// TabbedClientArea.h - the centre of the main frame: document windows as tabs, in one or more groups of tabs.
+#pragma once
+
+#include <QPointer>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QWidget>
+
+class QMenu;
+class QRubberBand;
+class QSplitter;
+
+namespace carvelot {
+
+class CMDIChildWnd;
+class CTabbedClientArea;
+
+// One group of tabs. Tabs move inside their bar, and a tab that is dragged out of it moves to the group below the
+// pointer or, dropped on its own group, offers a new group.
+class CTabBar : public QTabBar {
+    Q_OBJECT
+
+public:
+    explicit CTabBar(CTabbedClientArea& area);
+
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* pEvent) override;
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    QSize tabSizeHint(int nIndex) const override;
+    QSize minimumTabSizeHint(int nIndex) const override;
+
+private:
+    CTabbedClientArea& m_area;
+    QPointer<QWidget> m_pDragged;
+    bool m_bOutside = false;
+};
+
+class CTabGroup : public QTabWidget {
+    Q_OBJECT
+
+public:
+    explicit CTabGroup(CTabbedClientArea& area);
+    CTabBar& Bar() const;
+};
+
+class CTabbedClientArea : public QWidget {
+    Q_OBJECT
+
+public:
+    CTabbedClientArea();
+    ~CTabbedClientArea() override;
+
+    // Puts a document window into the active group and brings it to the front.
+    void AddChild(CMDIChildWnd& child, const QIcon& icon);
+    // Takes it out; the window is hidden and belongs to the caller.
+    void RemoveChild(CMDIChildWnd& child);
+    void Activate(CMDIChildWnd& child);
+    CMDIChildWnd* ActiveChild() const { return m_pActive; }
+    // All windows, group by group, in the order of their tabs.
+    QList<CMDIChildWnd*> Children() const;
+    QList<CTabGroup*> Groups() const;
+    CTabGroup* GroupOf(const CMDIChildWnd& child) const;
+    // Moves on to the next window, or back.
+    void ActivateNext(bool bForward);
+
+    // A horizontal group stands below, a vertical one beside the group it came from. All groups have one direction,
+    // and only a group of two tabs or more can be divided.
+    bool CanMakeGroup(Qt::Orientation nDirection) const;
+    void MakeGroup(Qt::Orientation nDirection);
+    void MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int nIndex);
+
+signals:
+    void ActiveChildChanged();
+
+protected:
+    void paintEvent(QPaintEvent* pEvent) override;
+
+private:
+    friend class CTabBar;
+    friend class CTabGroup;
+    CTabGroup* NewGroup(int nIndex);
+    void DropEmptyGroup(CTabGroup* pGroup);
+    void SetActive(CMDIChildWnd* pChild, bool bAgain);
+    void OnFocusChanged(QWidget* pNow);
+    void RefreshTab(CMDIChildWnd& child);
+    void ShowDropMark(const QPoint& screen);
+    void HideDropMark();
+    void DropTab(CMDIChildWnd& child, const QPoint& screen);
+    CTabGroup* GroupAt(const QPoint& screen) const;
+    void FillGroupMenu(QMenu& menu);
+
+    QSplitter* m_pSplitter;
+    CMDIChildWnd* m_pActive = nullptr;
+    QRubberBand* m_pDropMark = nullptr;
+    bool m_bChanging = false; // windows are being moved about: no activation until that is done
+};
+
+} // namespace carvelot

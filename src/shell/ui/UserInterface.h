@@ -1,0 +1,52 @@
+// UserInterface.h - the one way by which the program stops and asks the user something.
+#pragma once
+
+#include <QFont>
+#include <QPoint>
+#include <QString>
+
+#include <optional>
+
+class QAction;
+class QDialog;
+class QMenu;
+
+namespace carvelot {
+
+// A question for a file's name. The filter is "Text|mask|Text|mask||"; the first one decides the default extension.
+struct CFileQuestion {
+    QString m_strTitle;
+    QString m_strDefaultExtension; // without the dot
+    QString m_strInitialName;
+    QString m_strFilter;
+};
+
+inline constexpr char kLogFilter[] = "Debug Log Files (*.log)|*.log|All Files (*.*)|*.*||";
+
+// Every message box, file dialog, modal dialog and pop-up menu goes through here, so that a test can answer it.
+class CUserInterface {
+public:
+    virtual ~CUserInterface() = default;
+    // A box with the text and an OK button.
+    virtual void ShowMessage(const QString& strText) = 0;
+    // The chosen path, or nothing when the user cancels. Open insists on an existing file, Save asks before it
+    // overwrites.
+    virtual std::optional<QString> AskOpenFile(const CFileQuestion& question) = 0;
+    virtual std::optional<QString> AskSaveFile(const CFileQuestion& question) = 0;
+    virtual std::optional<QString> AskText(const QString& strTitle, const QString& strLabel,
+                                           const QString& strText) = 0;
+    virtual std::optional<QFont> AskFont(const QFont& initial) = 0;
+    // Runs the dialog modally and returns its result.
+    virtual int RunDialog(QDialog& dialog) = 0;
+    // Shows the menu at a screen position and returns the entry chosen, which has then been triggered, or null.
+    virtual QAction* RunMenu(QMenu& menu, const QPoint& point) = 0;
+};
+
+CUserInterface& UserInterface();
+// Puts another interface in the place of the real one; null brings the real one back.
+void SetUserInterface(CUserInterface* pInterface);
+
+// "Text (*.a)|*.a|...||" as the toolkit wants it: "Text (*.a);;...".
+QString ToolkitFilter(const QString& strFilter);
+
+} // namespace carvelot
