@@ -224,16 +224,15 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
         pending.statement = text;
         return LOG_SQL;
     }
-    std::string numbered;
-    int mark = 0;
-    for (const char c : text) {
-        numbered.push_back(c);
-        if (c == '?') {
-            numbered.append(std::to_string(++mark));
-        }
+    pending.statement.clear();
+    std::string_view rest = text;
+    for (std::int64_t mark = 1; mark <= pending.parameters; ++mark) {
+        const std::size_t behind = rest.find('?') + 1;
+        pending.statement.append(rest.substr(0, behind)).append(std::to_string(mark));
+        rest.remove_prefix(behind);
     }
-    pending.statement = numbered;
-    replacement = std::move(numbered);
+    pending.statement.append(rest);
+    replacement = pending.statement;
     text = replacement;
     return LOG_NONE;
 }

@@ -146,10 +146,6 @@ bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
     return true;
 }
 
-std::string_view TrimStatement(std::string_view text) {
-    return TrimRight(TrimLeft(text, " \t"), " ");
-}
-
 } // namespace
 
 std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) {

@@ -14,8 +14,7 @@ namespace {
 
 // What one look at a stretch of bytes tells, one bit a byte.
 struct Glance {
-    std::uint32_t ends;  // line feed or carriage return
-    std::uint32_t nuls;  // NUL
+    std::uint32_t stops; // line feed, carriage return or NUL
     std::uint32_t highs; // not ASCII
     std::uint32_t hints; // a pair of letters that the classifying words hold
 };
@@ -49,7 +48,7 @@ inline __m128i Is(__m128i v, char c) {
 
 template <HintSet set> Glance Look(const char* p) {
     const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    Glance glance{Bits(_mm_or_si128(Is(v, '\n'), Is(v, '\r'))), Bits(Is(v, '\0')), Bits(v), 0};
+    Glance glance{Bits(_mm_or_si128(_mm_or_si128(Is(v, '\n'), Is(v, '\r')), Is(v, '\0'))), Bits(v), 0};
     if constexpr (set != HintSet::None) {
         const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 1));
         __m128i hit = _mm_and_si128(Is(v, 'F'), Is(next, 'o'));
@@ -71,11 +70,10 @@ template <HintSet set> Glance Look(const char* p) {
 #else
 
 template <HintSet set> Glance Look(const char* p) {
-    Glance glance{0, 0, 0, 0};
+    Glance glance{0, 0, 0};
     for (std::uint32_t i = 0; i < kStretch; ++i) {
         const std::uint32_t bit = 1U << i;
-        glance.ends |= p[i] == '\n' || p[i] == '\r' ? bit : 0;
-        glance.nuls |= p[i] == '\0' ? bit : 0;
+        glance.stops |= p[i] == '\n' || p[i] == '\r' || p[i] == '\0' ? bit : 0;
         glance.highs |= static_cast<unsigned char>(p[i]) >= 0x80 ? bit : 0;
         glance.hints |= IsHint<set>(p[i], p[i + 1]) ? bit : 0;
     }
@@ -114,25 +112,28 @@ template <HintSet set> bool CLogReader::ReadLogLine(LogLine& line) {
         std::size_t nul = limit;
         bool ended = false;
         std::uint32_t highs = 0;
-        for (std::size_t at = 0; at < limit && !ended; at += kStretch) {
+        for (std::size_t at = 0; at < limit; at += kStretch) {
             const Glance glance = Look<set>(first + at);
-            std::uint32_t within = 0xFFFF;
-            if (limit - at < kStretch) {
-                within = (1U << (limit - at)) - 1;
+            for (std::uint32_t hints = glance.hints; hints != 0; hints &= hints - 1) {
+                line.hints.Add(at + static_cast<std::size_t>(std::countr_zero(hints)));
             }
-            const std::uint32_t ends = glance.ends & within;
-            if (ends != 0) {
+            if (glance.stops == 0) {
+                highs |= glance.highs;
+                continue;
+            }
+            std::uint32_t stops = glance.stops;
+            while (stops != 0 && first[at + static_cast<std::size_t>(std::countr_zero(stops))] == '\0') {
+                nul = std::min(nul, at + static_cast<std::size_t>(std::countr_zero(stops)));
+                stops &= stops - 1;
+            }
+            const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(stops));
+            if (stops != 0 && end < limit) {
                 ended = true;
-                length = at + static_cast<std::size_t>(std::countr_zero(ends));
-                within = (ends & (~ends + 1)) - 1;
+                length = end;
+                highs |= glance.highs & ((stops & (~stops + 1)) - 1);
+                break;
             }
-            highs |= glance.highs & within;
-            if ((glance.nuls & within) != 0 && nul == limit) {
-                nul = at + static_cast<std::size_t>(std::countr_zero(glance.nuls & within));
-            }
-            for (std::uint32_t hints = glance.hints & within; hints != 0; hints &= hints - 1) {
-                line.hints.Add(static_cast<std::uint32_t>(at) + static_cast<std::uint32_t>(std::countr_zero(hints)));
-            }
+            highs |= glance.highs;
         }
         if (!ended && limit < kLongestLine) {
             if (!Refill()) {

@@ -11,7 +11,7 @@
 namespace carvelot {
 
 // Places in a line where one of the words that classify a statement may stand, found in the same pass that finds the
-// line's end. Most lines have none or two.
+// line's end; a few may lie behind it. Most lines have none or two.
 class LineHints {
 public:
     static constexpr std::size_t kMost = 24;
@@ -20,7 +20,7 @@ public:
         m_nCount = 0;
         m_bComplete = true;
     }
-    void Add(std::uint32_t position) {
+    void Add(std::size_t position) {
         if (m_nCount < kMost) {
             m_positions[m_nCount++] = static_cast<std::uint16_t>(position);
         } else {
