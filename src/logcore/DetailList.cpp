@@ -1,5 +1,6 @@
 #include "logcore/DetailList.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/CaseText.h"
 
 #include <algorithm>
@@ -64,9 +65,9 @@ std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view
     if (recent != 0) {
         const RecordContext& c = m_contexts[recent - 1];
         if (c.processID == detail.m_nProcessID && c.threadID == detail.m_nThreadID &&
-            m_words.Text(c.label) == sharedLabel && m_words.Text(c.month) == detail.m_strMonth &&
-            m_words.Text(c.user) == detail.m_strUser && m_words.Text(c.source) == detail.m_strSource &&
-            m_words.Text(c.level) == detail.m_strLevel) {
+            SameShortText(m_words.Text(c.label), sharedLabel) && SameShortText(m_words.Text(c.month), detail.m_strMonth) &&
+            SameShortText(m_words.Text(c.user), detail.m_strUser) && SameShortText(m_words.Text(c.source), detail.m_strSource) &&
+            SameShortText(m_words.Text(c.level), detail.m_strLevel)) {
             return recent - 1;
         }
     }
@@ -181,7 +182,7 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     } else {
         packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
         // The line feed, which no line holds, ends a label that no tab ends.
-        packed.textOffset = m_texts.Add(stored, ownLabel ? "\n" : "") & 0xFFFFFFFFFFU;
+        packed.textOffset = m_texts.Add(stored, std::string_view("\n", ownLabel ? 1 : 0)) & 0xFFFFFFFFFFU;
     }
     packed.ownLabel = ownLabel ? 1 : 0;
     if (odd || !oddLabel.empty()) {
