@@ -16,8 +16,8 @@ namespace carvelot {
 namespace {
 
 constexpr CColumnSpec kColumns[] = {
-    {"Process", 100},           {"Image Name", 120}, {"Tracing", 100}, {"Debug File", 300},
-    {"File Size (Bytes)", 100}, {"User", 100},       {"Env.", 100},
+    {"Process", 100}, {"Image Name", 120}, {"Tracing", 100}, {"Debug File", 300}, {"File Size (Bytes)", 100},
+    {"User", 100},    {"Env.", 100},
 };
 
 struct CButton {

@@ -405,9 +405,11 @@ QPalette CLook::Palette() const {
     for (const QPalette::ColorRole nRole : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, nRole, m_disabledText);
     palette.setColor(QPalette::Disabled, QPalette::Base, m_face);
-    // A selection stays visible without the focus, in a calmer colour.
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, m_selection);
-    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, m_selectionText);
+    // A selection stays visible in a window behind, in a calmer colour.
+    const auto fnPale = [](int nPart) { return nPart + (255 - nPart) * 3 / 5; };
+    palette.setColor(QPalette::Inactive, QPalette::Highlight,
+                     QColor(fnPale(m_selection.red()), fnPale(m_selection.green()), fnPale(m_selection.blue())));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Rgb(0x14181E));
     return palette;
 }
 

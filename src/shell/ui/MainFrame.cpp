@@ -576,9 +576,13 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
         connect(pAction, &QAction::triggered, pPane, [pPane](bool bShow) {
-            pPane->setVisible(bShow);
-            if (bShow)
+            // A pane behind another one's tab comes to the front first.
+            const bool bBehind = pPane->isVisible() && pPane->visibleRegion().isEmpty();
+            pPane->setVisible(bShow || bBehind);
+            if (bShow || bBehind) {
                 pPane->raise();
+                pPane->MainControl()->setFocus(Qt::OtherFocusReason);
+            }
         });
     }
     menu.addSeparator();

@@ -5,8 +5,12 @@ namespace carvelot {
 namespace {
 
 constexpr CColumnSpec kColumns[] = {
-    {"Business Function", 200}, {"Calls", 70},    {"Total Time", 100},
-    {"Shortest", 100},          {"Longest", 100}, {"Average", 100},
+    {"Business Function", 200},
+    {"Calls", 70},
+    {"Total Time", 100},
+    {"Shortest", 100},
+    {"Longest", 100},
+    {"Average", 100},
 };
 
 } // namespace

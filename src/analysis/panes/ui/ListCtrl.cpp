@@ -61,8 +61,7 @@ QVariant CListModel::headerData(int nSection, Qt::Orientation nOrientation, int 
     if (nRole == Qt::DisplayRole)
         return column.m_strTitle;
     if (nRole == Qt::TextAlignmentRole)
-        return QVariant::fromValue(
-            Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+        return QVariant::fromValue(Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
     return {};
 }
 
@@ -75,8 +74,8 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     for (const QModelIndex& index : listBefore)
         listSourceRows.push_back(SourceRow(index.row()));
 
-    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same
-    // reversal as a proper order.
+    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same reversal
+    // as a proper order.
     std::ranges::stable_sort(m_listOrder, [&](std::size_t nA, std::size_t nB) {
         return nOrder == Qt::AscendingOrder ? m_pSource->OnCompareItems(nA, nB, nColumn) < 0
                                             : m_pSource->OnCompareItems(nB, nA, nColumn) < 0;
@@ -88,8 +87,7 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
             listPlaces[m_listOrder[n]] = static_cast<int>(n);
         QModelIndexList listAfter;
         for (qsizetype n = 0; n < listBefore.size(); ++n)
-            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]],
-                               listBefore[n].column());
+            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]], listBefore[n].column());
         changePersistentIndexList(listBefore, listAfter);
     }
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
@@ -163,8 +161,7 @@ void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
 }
 
 void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
-    if ((pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) && m_fnOpenRow &&
-        SelectedRow() >= 0) {
+    if ((pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) && m_fnOpenRow && SelectedRow() >= 0) {
         m_fnOpenRow(SelectedRow());
         pEvent->accept();
         return;

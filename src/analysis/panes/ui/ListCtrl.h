@@ -13,16 +13,15 @@
 
 namespace carvelot {
 
-// Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and
-// outlives its time in the model.
+// Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and outlives
+// its time in the model.
 class CListModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     explicit CListModel(std::span<const CColumnSpec> columns);
 
-    // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own
-    // order.
+    // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own order.
     void BeginFill();
     void EndFill(const CListSource* pSource);
     void SetColumnTitle(int nColumn, const QString& strTitle);

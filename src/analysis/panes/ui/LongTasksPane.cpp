@@ -13,8 +13,7 @@ constexpr CColumnSpec kColumns[] = {
 
 } // namespace
 
-CLongTasksPane::CLongTasksPane()
-    : CDockablePane(tr("Long Tasks"), QStringLiteral("LongTasksPane"), {100, 100}) {
+CLongTasksPane::CLongTasksPane() : CDockablePane(tr("Long Tasks"), QStringLiteral("LongTasksPane"), {100, 100}) {
     AddCaption();
     m_pList = new CListCtrl(kColumns, windowTitle(), Client());
     m_pList->Model().SetRightAligned(2);

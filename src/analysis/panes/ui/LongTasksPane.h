@@ -1,5 +1,4 @@
-// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the
-// threshold.
+// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the threshold.
 #pragma once
 
 #include "analysis/panes/ui/DockablePane.h"

@@ -5,7 +5,11 @@ namespace carvelot {
 namespace {
 
 constexpr CColumnSpec kColumns[] = {
-    {"Table", 200}, {"Selects", 70}, {"Inserts", 70}, {"Updates", 70}, {"Deletes", 70},
+    {"Table", 200},
+    {"Selects", 70},
+    {"Inserts", 70},
+    {"Updates", 70},
+    {"Deletes", 70},
 };
 
 } // namespace

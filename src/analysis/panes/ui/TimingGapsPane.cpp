@@ -13,8 +13,7 @@ constexpr CColumnSpec kColumns[] = {
 
 } // namespace
 
-CTimingGapsPane::CTimingGapsPane()
-    : CDockablePane(tr("Timing Gaps"), QStringLiteral("TimingGapsPane"), {100, 100}) {
+CTimingGapsPane::CTimingGapsPane() : CDockablePane(tr("Timing Gaps"), QStringLiteral("TimingGapsPane"), {100, 100}) {
     m_pList = new CListCtrl(kColumns, windowTitle(), Client());
     m_pList->Model().SetRightAligned(2);
 }
