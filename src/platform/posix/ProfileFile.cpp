@@ -301,7 +301,7 @@ std::string ProfilePath(const std::string& file) {
         return file;
     const char* const set = std::getenv("CARVELOT_PROFILE_DIR");
     const std::string folder = set != nullptr && *set != '\0' ? set : ConfigFolder();
-    const std::string exact = folder + "/" + file;
+    std::string exact = folder + "/" + file;
     if (SharedFile::OpenForReading(exact))
         return exact;
     std::vector<std::string> found;
