@@ -407,8 +407,9 @@ QPalette CLook::Palette() const {
     palette.setColor(QPalette::Disabled, QPalette::Base, m_face);
     // A selection stays visible in a window behind, in a calmer colour.
     const auto fnPale = [](int nPart) { return nPart + (255 - nPart) * 3 / 5; };
-    palette.setColor(QPalette::Inactive, QPalette::Highlight,
-                     QColor(fnPale(m_selection.red()), fnPale(m_selection.green()), fnPale(m_selection.blue())));
+    palette.setColor(
+        QPalette::Inactive, QPalette::Highlight,
+        QColor(fnPale(m_selection.red()), fnPale(m_selection.green()), fnPale(m_selection.blue())));
     palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Rgb(0x14181E));
     return palette;
 }
@@ -736,7 +737,8 @@ void CLookStyle::DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, c
                               : Qt::TextHideMnemonic;
     pPainter->setFont(pItem->font);
     pPainter->setPen(text);
-    pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | nMnemonic | Qt::TextSingleLine,
+    pPainter->drawText(label,
+                       int{Qt::AlignLeft} | int{Qt::AlignVCenter} | nMnemonic | int{Qt::TextSingleLine},
                        nTab < 0 ? pItem->text : pItem->text.left(nTab));
     if (nTab >= 0)
         pPainter->drawText(label, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
