@@ -29,33 +29,37 @@ inline std::uint32_t DigitsAmong16(const char* p) {
 #endif
 }
 
+// Whether a text starts with a word, without a call.
+template <std::size_t size> inline bool Starts(std::string_view text, const char (&word)[size]) {
+    return text.size() >= size - 1 && std::memcmp(text.data(), word, size - 1) == 0;
+}
+
 // Equality of short texts without a call.
 inline bool SameShortText(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) {
         return false;
     }
-    const auto differ = [&](std::size_t at) {
-        std::uint64_t x = 0;
-        std::uint64_t y = 0;
-        std::memcpy(&x, a.data() + at, sizeof x);
-        std::memcpy(&y, b.data() + at, sizeof y);
-        return x != y;
+    const auto load = [](const char* p, auto value) {
+        std::memcpy(&value, p, sizeof value);
+        return value;
     };
-    std::size_t at = 0;
-    for (; at + 8 <= a.size(); at += 8) {
-        if (differ(at)) {
-            return false;
+    const char* const x = a.data();
+    const char* const y = b.data();
+    const std::size_t size = a.size();
+    // The last load of each branch may overlap the one before.
+    if (size >= 8) {
+        for (std::size_t at = 0; at + 8 < size; at += 8) {
+            if (load(x + at, std::uint64_t{}) != load(y + at, std::uint64_t{})) {
+                return false;
+            }
         }
+        return load(x + size - 8, std::uint64_t{}) == load(y + size - 8, std::uint64_t{});
     }
-    if (a.size() >= 8) {
-        return at == a.size() || !differ(a.size() - 8);
+    if (size >= 4) {
+        return load(x, std::uint32_t{}) == load(y, std::uint32_t{}) &&
+               load(x + size - 4, std::uint32_t{}) == load(y + size - 4, std::uint32_t{});
     }
-    for (; at < a.size(); ++at) {
-        if (a[at] != b[at]) {
-            return false;
-        }
-    }
-    return true;
+    return size == 0 || (x[0] == y[0] && x[size / 2] == y[size / 2] && x[size - 1] == y[size - 1]);
 }
 
 } // namespace carvelot
