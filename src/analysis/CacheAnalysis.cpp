@@ -117,7 +117,7 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         if (m_pendingOp == CACHE_FETCH) {
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
             const auto open = m_openCursors.find(m_strPendingCursor);
-            if (open != m_openCursors.end() && !open->second.empty()) {
+            if (open != m_openCursors.end()) {
                 AddOperation(open->second.rbegin()->cache, m_pPendingRecord, CACHE_FETCH, true, m_strPendingCursor,
                              {});
             }
@@ -230,7 +230,13 @@ void CCacheAnalysis::AddOperation(std::uint32_t place, RecordIndex record, Cache
         const auto first = cache.m_firstCursor.find(cursor);
         if (first != cache.m_firstCursor.end()) {
             cache.m_cursors[first->second].m_pClose = record;
-            m_openCursors[cursor].erase({place, first->second});
+            const auto open = m_openCursors.find(cursor);
+            if (open != m_openCursors.end()) {
+                open->second.erase({place, first->second});
+                if (open->second.empty()) {
+                    m_openCursors.erase(open);
+                }
+            }
         }
     }
     cache.m_operations.push_back({record, op, failed, shownCursor});

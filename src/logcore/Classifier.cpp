@@ -115,11 +115,17 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
             signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
             signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
             break;
-        case 'D':
-            signs.jdbCode =
-                signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
-            signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
+        case 'D': {
+            // Nearly every "DB" is that of a name such as JDB_Fetch.
+            const char behind = static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
+            if (IsDigit(behind)) {
+                signs.jdbCode =
+                    signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
+            } else if (behind == 'P') {
+                signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
+            }
             break;
+        }
         case 'F':
             signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
             break;

@@ -48,13 +48,15 @@ inline std::string_view TrimLeft(std::string_view text, std::string_view set) {
 
 // What every statement text is trimmed of: blanks and tabs on the left, blanks on the right.
 inline std::string_view TrimStatement(std::string_view text) {
-    while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
-        text.remove_prefix(1);
+    const char* first = text.data();
+    const char* last = first + text.size();
+    while (first != last && (*first == ' ' || *first == '\t')) {
+        ++first;
     }
-    while (!text.empty() && text.back() == ' ') {
-        text.remove_suffix(1);
+    while (first != last && last[-1] == ' ') {
+        --last;
     }
-    return text;
+    return {first, static_cast<std::size_t>(last - first)};
 }
 
 // What stands between `from` and the next `end`; empty when there is no such end.
