@@ -192,7 +192,7 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     } else {
         packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
         // The line feed, which no line holds, ends a label that no tab ends.
-        packed.textOffset = m_texts.Add(stored, std::string_view("\n", ownLabel ? 1 : 0)) & 0xFFFFFFFFFFU;
+        packed.textOffset = m_texts.Add(stored, ownLabel) & 0xFFFFFFFFFFU;
     }
     packed.ownLabel = ownLabel ? 1 : 0;
     if (odd || !oddLabel.empty()) {
