@@ -226,19 +226,17 @@ namespace {
 
 // A SQL statement in a JAS log. With "?" marks it only comes to life on the line of its last parameter.
 LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::string& replacement) {
-    pending.parameters = std::count(text.begin(), text.end(), '?');
-    if (pending.parameters == 0) {
-        pending.statement = text;
-        return LOG_SQL;
-    }
     pending.statement.clear();
+    pending.parameters = 0;
     std::string_view rest = text;
-    for (std::int64_t mark = 1; mark <= pending.parameters; ++mark) {
-        const std::size_t behind = rest.find('?') + 1;
-        pending.statement.append(rest.substr(0, behind)).append(std::to_string(mark));
-        rest.remove_prefix(behind);
+    for (std::size_t mark = rest.find('?'); mark != std::string_view::npos; mark = rest.find('?')) {
+        pending.statement.append(rest.substr(0, mark + 1)).append(std::to_string(++pending.parameters));
+        rest.remove_prefix(mark + 1);
     }
     pending.statement.append(rest);
+    if (pending.parameters == 0) {
+        return LOG_SQL;
+    }
     replacement = pending.statement;
     text = replacement;
     return LOG_NONE;

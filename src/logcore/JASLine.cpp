@@ -108,10 +108,10 @@ bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view
     rest.remove_prefix(levelEnd + 1);
     // Nothing, or one word, and the dash, each with one blank ahead.
     std::string_view user;
-    if (!rest.starts_with(" - [")) {
+    if (!Starts(rest, " - [")) {
         const std::size_t userEnd = rest.find(' ', 1);
         if (userEnd == std::string_view::npos || userEnd == 1 || rest.front() != ' ' || rest[1] == '-' ||
-            !rest.substr(userEnd).starts_with(" - [") || rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
+            !Starts(rest.substr(userEnd), " - [") || rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
             return false;
         }
         user = rest.substr(1, userEnd - 1);
