@@ -166,7 +166,11 @@ def read_int(text, at=0):
     value = int(digits) if 0 < len(digits) < 20 else (0 if not digits else 10 ** 20)
     if negative:
         value = -value
-    return max(-(1 << 31), min((1 << 31) - 1, value)), at
+    return saturate32(value), at
+
+
+def saturate32(value):
+    return max(-(1 << 31), min((1 << 31) - 1, value))
 
 
 def wtoi(text):
@@ -1001,7 +1005,7 @@ class Session:
                 values = scan(token, "::,")
                 values += [0] * (4 - len(values))
                 record.hour, record.minute, record.second = values[:3]
-                record.microsecond = max(-2**31, min(2**31 - 1, values[3] * 1000))
+                record.microsecond = saturate32(values[3] * 1000)
                 delimiters = "[]"
                 field = 5
             elif field == 5:

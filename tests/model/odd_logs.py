@@ -113,7 +113,7 @@ class OddLog:
             "SELECT A FROM  %s\tT0 WHERE X" % table,
             "UPDATE %s SET X = %s" % (table, value), "UPDATE %s" % table, "UPDATE ",
             "INSERT INTO %s(AN8) VALUES (%s)" % (table, value), "INSERT INTO %s (AN8) VALUES (%s, %s)" % (table, value, value),
-            "INSERT INTO (X)", "INSERT x",
+            "INSERT INTO (X)", "INSERT x", "SELECT A FROM %s(X) WHERE" % table, "UPDATE %s(X) SET" % table, "DELETE FROM %s(X)" % table,
             "DELETE FROM %s" % table, "DELETE  FROM %s WHERE A=%s" % (table, value),
             "ALTER TABLE %s" % table, "DROP TABLE %s" % table, "CREATE TABLE %s(A)" % table,
             "SELECT", "select * from F0101", "SELECTED x", "INSERT", "[JDBOLEDB] x SELECT y", "[JDBOLEDB] nothing",
@@ -173,11 +173,11 @@ class OddLog:
         name = self.name(["Post Dialog is Initialized", "OK Button", "", " ", "\u00c9v\u00e9nement"])
         form = self.name(["W4210A", "", " ", "  W42101C", "\u00c4nderung"])
         return rng.choice([
-            "RT: >>>Beginning ER:\t%s\tForm:%s\t" % (name, form), "RT: >>>Beginning ER:\t%s\tForm:%s\t" % (name, form),
+            "RT: >>>Beginning ER:\tA\tForm:\t%s\t" % form, "RT: >>>Beginning ER:\t%s\tForm:%s\t" % (name, form), "RT: >>>Beginning ER:\t%s\tForm:%s\t" % (name, form),
             "RT: <<<Finished  ER:\t%s\t" % name, "RT: <<<Finished  ER:\t",
             "RT: <<<Finished ER:\t%s\t" % name, "RT: >>>Beginning ER: %s" % name, "RT: >>>Beginning ER:\t%s" % name,
             "RT: >>>Beginning ER:\t%s\tForm:%s" % (name, form), "RT: jdeCache JDB3100001\t", "RT:\tx", "RT: ",
-            "RT: >>>Beginning ER:\t", "RT: >>>Beginning ER:\tForm:A\tForm:B\t"])
+            "RT: >>>Beginning ER:\t", "RT: >>>Beginning ER:\tA\tForm:\tB\t", "Form: RT: >>>Beginning ER:\tA\t", "RT: >>>Beginning ER:\tForm:A\tForm:B\t"])
 
     def cache(self):
         rng = self.rng
@@ -213,13 +213,15 @@ class OddLog:
                  "  Created new cache - hCache:[%s]" % handle, confirm]
         for _ in range(rng.randint(1, 8)):
             lines.append(rng.choice([
-                "Entering jdeCacheAdd", "Entering jdeCacheFetch hCursor:[%s]" % cursor, "Entering jdeCacheDelete",
+                "Entering jdeCacheAdd", "Entering jdeCacheFetch hCursor:[%s]" % self.name(CURSORS), "Entering jdeCacheFetch hCursor:[%s]" % cursor, "Entering jdeCacheDelete",
                 "Open Cursor Success   hCursor:[%s] hCache:[%s]" % (cursor, handle), "Entering jdeCacheUpdate",
                 "Open Cursor Success   hCursor:[%s] hCache:[%s]" % (cursor, handle),
                 "Entering jdeCacheCloseCursor   hCursor:[%s]" % cursor, "Entering jdeCacheTerminateAll",
                 "Entering jdeCacheResetCursor   hCursor:[%s]" % cursor, "Entering jdeCacheTerminate",
                 "    Found existing cache, total references:[2]", "Entering jdeCacheDeleteAll"]))
-            if rng.random() < 0.85:
+            if "jdeCacheFetch" in lines[-1] and rng.random() < 0.6:
+                lines.append(rng.choice(["  hCache: no more records", "jdeCache says no", "hCursor:[%s]" % cursor]))
+            elif rng.random() < 0.85:
                 lines.append(confirm)
         return lines
 
@@ -338,6 +340,16 @@ class OddLog:
                 "OUT->[1] 3 10:00:02 --UBE--[2]", "SELECT 1 10:00:03 --UBE-- FROM F0101 WHERE"])
         return line
 
+    def ube_story(self):
+        """Calls, parameters and returns that are batch lines themselves, with plain batch lines between them."""
+        rng = self.rng
+        return [rng.choice([
+            "Calling 3 10:00:00 --UBE--[%d]" % level, "IN->[ 1] 10:00:01 --UBE--[%d]" % level,
+            "OUT->[ 1] 10:00:01 --UBE--[%d]" % level, "OUT->[ 2] 10:00:01 --UBE--[%d]" % level,
+            "--UBE--[%d] Started" % level, "--UBE--[%d] Started" % level, "Sep 22 10:00:01 ** 0/0 \tOUT->[ 3] x",
+            "Sep 22 10:00:01 ** 0/0 \tCalling Business function B x", "Return value 10:00:01 --UBE--[%d]" % level])
+            for level in (rng.randint(0, 3) for _ in range(rng.randint(3, 12)))]
+
     def junk(self):
         rng = self.rng
         return rng.choice([
@@ -357,7 +369,10 @@ class OddLog:
         count = rng.choice([0, 3, 20, 60, 120, 250])
         for _ in range(count):
             owner = rng.choice(self.owners)
-            if ube and rng.random() < 0.3:
+            if ube and rng.random() < 0.05:
+                for line in self.ube_story():
+                    self.add(line)
+            elif ube and rng.random() < 0.3:
                 self.add(self.ube_line())
             elif self.odd(0.7):
                 self.add(self.junk())
@@ -395,7 +410,7 @@ class OddLog:
         rng = self.rng
         value = rng.choice(["52", "", "a.b", "O'Neill", "\u00e9", "1000", "?1", "x_Types.y"])
         kind = rng.choice(["VARCHAR", "VARCHAR", "DECIMAL", "LONGVARCHAR", "varchar", "INTEGER"])
-        text = "Param%d: %s_Types.%s," % (number, value, kind)
+        text = "Param%d: %s_Types.%s%s" % (number, value, kind, rng.choice([",", ",", "", " ,", " , ,"]))
         if self.odd(2):
             text = rng.choice(["Param%d : 5_Types.CHAR" % number, "Param: 5_Types.CHAR", "Param%d 5_Types.CHAR" % number,
                                "Param%d: 5" % number, "Params: none", "x Param%d: 5_Types.VARCHAR" % number, "a:Param 5_Types.INT",
@@ -456,34 +471,33 @@ class OddLog:
             else:
                 self.add(self.jas_line(self.jas_statement()))
 
-    def edge_log(self):
-        """Files that stand on one of detection's limits."""
-        rng = self.rng
-        sign = "Sep 22 12:00:00 ** 1/2 \tEntering JDB_InitUser"
-        kind = rng.randrange(9)
-        if kind == 0:
-            self.lines = [b""] * rng.choice([4999, 5000, 5001, 5002]) + [sign.encode()]
-        elif kind == 1:
-            self.lines = [b"Sep 22 12:00:00"] * rng.choice([2499, 2500, 2501]) + [sign.encode()]
-            return b"\r\n"
-        elif kind == 2:
-            self.jas_log(least=rng.choice([4, 5, 6]))
-        elif kind == 3:
-            shape = b"29 Jun 2016 12:08:30,122 [APP   ] JDE - [JDBJ] x"
-            self.lines = [b"junk line"] * rng.choice([4994, 4995, 4996, 5000]) + [b""] * 3 + [shape] * 6
-        elif kind == 4:
-            self.lines = [b"--UBE--[1] Started", b"Sep 22 12:00:00 - 1/2 X\tCalling x y"]
-        elif kind == 5:
-            self.lines = [sign.encode()]
-        elif kind == 6:
-            self.lines = [b"a b c d [e"] * rng.choice([5, 6]) + [b"a b c d\t[e", b"  a  b  c  d  [e"] * rng.randint(0, 1)
-        elif kind == 7:
-            self.lines = [b"Entering JDB_InitUser"] * 3 + [self.debug_line("one", "text").encode()] * 2
-            if rng.random() < 0.5:
-                self.lines.append(b"x\tEntering JDB_A Entering JDB_B\tc")
-        else:
-            self.lines = [b"x" * 8180 + b" Entering JDB_InitUser", b"y" * 8192, b"Sep 22 12:00:00 ** 1/2 z"]
-        return None
+    def edge_log(self, number):
+        """Files that stand on one of detection's limits, one after the other. Returns the line end, or None for any."""
+        sign = b"Sep 22 12:00:00 ** 1/2 \tEntering JDB_InitUser"
+        shape = b"29 Jun 2016 12:08:30,122 [APP   ] JDE - [JDBJ] x"
+        ube = b"--UBE--[1] Started"
+        cases = [
+            ([b""] * 4999 + [sign], b"\n"), ([b""] * 5000 + [sign], b"\n"), ([b""] * 5001 + [sign], b"\n"),
+            ([b"Sep 22 12:00:00"] * 2499 + [sign], b"\r\n"), ([b"Sep 22 12:00:00"] * 2500 + [sign], b"\r\n"),
+            ([b"Sep 22 12:00:00"] * 2501 + [sign], b"\r\n"), ([b""] * 5000 + [ube], b"\n"), ([b""] * 5001 + [ube], b"\n"),
+            ([shape] * 5, b"\n"), ([shape] * 6, b"\n"), ([shape] * 5 + [b"", shape], b"\r\n"),
+            ([b"junk line"] * 4995 + [b""] * 3 + [shape] * 6, b"\n"), ([b"junk line"] * 4996 + [b""] * 3 + [shape] * 6, b"\n"),
+            ([shape] * 5 + [b"junk line"] * 4995 + [shape], b"\n"), ([shape] * 5 + [b"junk line"] * 4996 + [shape], b"\n"),
+            ([b"a b c d [e"] * 5 + [b"a b c d\t[e"], b"\n"), ([b"a b c d [e"] * 5 + [b"  a  b  c  d  [e"], b"\n"),
+            ([b"a b c d e [f"] * 9, b"\n"), ([ube, b"Sep 22 12:00:00 - 1/2 X\tCalling x y"], b"\n"), ([sign], b"\n"),
+            ([shape] * 9 + [sign, shape, sign], b"\n"), ([b"Entering JDB_InitUser"] * 3, b"\n"),
+            ([b"x" * 8180 + b" Entering JDB_InitUser", b"y" * 8192, b"Sep 22 12:00:00 ** 1/2 z"], b"\n"),
+            ([b"x" * 8170 + b" Entering JDB_InitUser", b"y" * 8192, b"Sep 22 12:00:00 ** 1/2 z"], b"\n"),
+            ([b"x\tEntering JDB_A Entering JDB_B\tc", sign.replace(b"\t", b"\t x"), sign], b"\n"),
+            ([sign, b"Sep 22 12:00:01\t** 1/2 Entering JDB_InitUser", sign], b"\n"),
+            ([sign[:24] + b"\t\t" + sign[24:], sign[:24] + b"\0" + sign[24:]], b"\n"),
+            ([sign.replace(b"\t", b"\xc3\xa9\xf0\x9f\x98\x80 "), sign.replace(b"\t", b"\xe9\xf0\x9f\x98\x80 ")], b"\n")]
+        lines, end = cases[number % len(cases)]
+        self.lines = list(lines)
+        for _ in range(4):
+            owner = self.rng.choice(self.owners)
+            self.lines.append(self.encode(self.debug_line("star one", self.statement(owner), owner)))
+        return end
 
     def hostile_log(self):
         rng = self.rng
@@ -514,6 +528,7 @@ def boundary_log(log):
         for back in range(0, len(raw) + 1):
             body = head + b"SELECT * FROM F0101 WHERE X = "
             log.lines.append(body + b"x" * (8192 - len(body) - back) + raw + b" tail" * rng.randint(0, 2))
+    log.lines.append(b"Sep 22 12:00:05.000001 - 4120/3388 Worker\tOn line " + b"\xf0\x9f\x98\x80" * rng.randint(0, 2))
     column = len("Sep 22 12:00:00.000001 - 4120/3388 Worker\t") + 3
     log.lines.append(head + b" - JDB fixes the column")
     for shift in range(-3, 2):
@@ -531,6 +546,9 @@ def make(seed):
     log = OddLog(seed)
     rng = log.rng
     end = rng.choice([b"\n", b"\n", b"\n", b"\r\n", b"\r", None])
+    if seed % 10 == 0:
+        end = log.edge_log(seed // 10)
+        return b"".join(line + end for line in log.lines)
     kind = rng.random()
     if kind < 0.01:
         return rng.choice([b"", b"\n", b"\0", b"\r\n\r\n", b"x", b"--UBE--[1] x"])
@@ -538,21 +556,17 @@ def make(seed):
         log.debug_log()
     elif kind < 0.80:
         log.jas_log()
-    elif kind < 0.88:
+    elif kind < 0.93:
         log.hostile_log()
-    elif kind < 0.92:
-        boundary_log(log)
     else:
-        end = log.edge_log() or end
-    out = b""
+        boundary_log(log)
     pieces = []
     for line in log.lines:
         pieces.append(line)
         pieces.append(end if end is not None else rng.choice([b"\n", b"\r\n", b"\r", b"\n\n"]))
     if pieces and rng.random() < 0.3:
         pieces.pop()
-    out = b"".join(pieces)
-    return out
+    return b"".join(pieces)
 
 
 def main():

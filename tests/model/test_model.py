@@ -324,6 +324,10 @@ class JasLines(unittest.TestCase):
         r = jas_records("15 Jan")[0]
         self.assertEqual((r.day, r.month, r.time, r.text), (15, "Jan", 0, ""))
 
+    def test_milliseconds_that_overflow_saturate(self):
+        self.assertEqual(jas_records("15 Jan 2024 12:00:00,9999999 [X] - [B] y")[0].microsecond, 2147483647)
+        self.assertEqual(jas_records("15 Jan 2024 12:00:00,-9999999 [X] - [B] y")[0].microsecond, -2147483648)
+
     def test_two_blanks_ahead_of_the_bracket_empty_the_level(self):
         r = jas_records("15 Jan 2024 12:00:00,250  [WARN  ] - [BASE] x")[0]
         self.assertEqual((r.level, r.kind, r.user), ("", m.NONE, "]"))

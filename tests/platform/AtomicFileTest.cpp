@@ -98,7 +98,7 @@ TEST(AtomicFile, NamesBeyondAsciiAndOfTheGreatestLengthWork) {
 }
 
 TEST(AtomicFile, AProtectedFileFailsAndStays) {
-    const TestFolder folder;
+    TestFolder folder;
     const std::string path = folder.Write("file", "old");
     if (!folder.Protect("file"))
         GTEST_SKIP() << "this user may write everything";

@@ -278,7 +278,7 @@ TEST(SharedFileSize, IsMinusOneFrom2GiBOn) {
 }
 
 TEST(SharedFileSize, OfAFileThatMayNotBeWrittenIsMinusOne) {
-    const TestFolder folder;
+    TestFolder folder;
     const std::string path = folder.Write("log", "text");
     if (!folder.Protect("log"))
         GTEST_SKIP() << "this user may write everything";

@@ -78,7 +78,7 @@ TEST(CopyFileOver, CopiesAFileThatAnotherProcessWrites) {
 }
 
 TEST(CopyFileOver, TheCopyOfAProtectedFileCanBeDeleted) {
-    const TestFolder folder;
+    TestFolder folder;
     const std::string from = folder.Write("from", "text");
     folder.Protect("from");
     EXPECT_TRUE(CopyFileOver(from, folder.Path("copy")));

@@ -42,12 +42,14 @@ TestFolder::TestFolder() {
 TestFolder::~TestFolder() {
     std::error_code ignored;
     // What is protected can't be deleted everywhere.
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(m_path, ignored)) {
-        if (entry.is_regular_file(ignored))
-            std::filesystem::permissions(entry.path(), std::filesystem::perms::owner_write,
-                                         std::filesystem::perm_options::add, ignored);
-    }
+    for (const std::filesystem::path& path : m_listProtected)
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all, ignored);
+#ifdef _WIN32
+    // The prefix reaches what lies too deep otherwise.
+    std::filesystem::remove_all("\\\\?\\" + m_path.string(), ignored);
+#else
     std::filesystem::remove_all(m_path, ignored);
+#endif
 }
 
 std::string TestFolder::Path(std::string_view name) const {
@@ -69,10 +71,11 @@ bool TestFolder::Exists(std::string_view name) const {
     return std::filesystem::exists(m_path / ToPath(name));
 }
 
-bool TestFolder::Protect(std::string_view name) const {
+bool TestFolder::Protect(std::string_view name) {
     const std::filesystem::path path = m_path / ToPath(name);
     std::filesystem::permissions(path, std::filesystem::perms::owner_read,
                                  std::filesystem::perm_options::replace);
+    m_listProtected.push_back(path);
     return !std::ofstream(path, std::ios::binary | std::ios::app).is_open();
 }
 

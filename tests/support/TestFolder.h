@@ -26,12 +26,13 @@ public:
     bool Exists(std::string_view name) const;
     /// Protects a file against writing; false if that keeps this user (a superuser, or one of Wine) from
     /// nothing.
-    bool Protect(std::string_view name) const;
+    bool Protect(std::string_view name);
     /// The names in the folder, sorted.
     std::vector<std::string> Names() const;
 
 private:
     std::filesystem::path m_path;
+    std::vector<std::filesystem::path> m_listProtected;
 };
 
 /// Sets an environment variable, or removes it with null, and puts the old state back at the end.

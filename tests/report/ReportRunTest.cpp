@@ -1,0 +1,183 @@
+#include "report/ReportRun.h"
+
+#include "report/ReportOptions.h"
+#include "support/TestLog.h"
+
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace carvelot::test {
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+Outcome RunTool(const std::vector<std::string>& arguments) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const int status = RunReport(arguments, out, err);
+    return {status, out.str(), err.str()};
+}
+
+const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
+
+} // namespace
+
+TEST(Report, EndsWith2OnWrongUsage) {
+    const std::vector<std::vector<std::string>> wrong = {
+        {},
+        {"--nonsense", kSample},
+        {kSample, "another.log"},
+        {"--tree", "process:1", "--find", "x", kSample},
+        {"--find", "x", "--export-gaps", "g.csv", kSample},
+        {"--threshold", "-1", kSample},
+        {"--threshold", "abc", kSample},
+        {"--threshold", "nan", kSample},
+        {"--threshold", "inf", kSample},
+        {"--threshold", "", kSample},
+        {"--threshold", "1e99", kSample},
+        {"--process", "x", kSample},
+        {"--process", "", kSample},
+        {"--threshold"},
+    };
+    for (const auto& arguments : wrong) {
+        const Outcome outcome = RunTool(arguments);
+        EXPECT_EQ(outcome.status, 2) << ::testing::PrintToString(arguments);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_NE(outcome.err.find("Usage: carvelot-report"), std::string::npos) << outcome.err;
+    }
+}
+
+TEST(Report, PrintsItsHelpAndItsVersion) {
+    const Outcome help = RunTool({"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("--export-gaps FILE"), std::string::npos);
+    const Outcome version = RunTool({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, "carvelot-report 2.0.0.0\n");
+}
+
+TEST(Report, EndsWith1AndTheWindowsMessage) {
+    EXPECT_EQ(RunTool({"no such file"}).status, 1);
+    EXPECT_EQ(RunTool({"no such file"}).err, "Failed to open file.\n");
+    const TestFile unknown("a\nb\n");
+    const Outcome outcome = RunTool({"--json", unknown.Path()});
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "Error: Cannot determine tracing log format\n");
+    EXPECT_EQ(outcome.out, "");
+    const Outcome scope = RunTool({"--tree", "process:99", kSample});
+    EXPECT_EQ(scope.status, 1);
+    EXPECT_EQ(scope.err, "No such scope: process:99\n");
+    for (const char* name : {"process", "process:", "process:x", "thread:1", "thread:1/", "thread:/1", "user:JDE", "", "PROCESS:1"}) {
+        EXPECT_EQ(RunTool({"--tree", name, kSample}).err, std::string("No such scope: ") + name + "\n");
+    }
+    EXPECT_EQ(RunTool({"--export-gaps", "gaps.log", kSample}).err, "Invalid file type\n");
+}
+
+TEST(Report, TakesIdsInEitherForm) {
+    EXPECT_EQ(ParseId("4294967290"), 4294967290U);
+    EXPECT_EQ(ParseId("-6"), 4294967290U);
+    EXPECT_EQ(ParseId("4294967296"), std::nullopt);
+    EXPECT_EQ(ParseId("-2147483649"), std::nullopt);
+    EXPECT_EQ(ParseId("1x"), std::nullopt);
+    const TestFile log(TestSession::Joined(DebugLog({DebugLine("10:00:00.000001", "On x", "5/-6")})));
+    for (const char* scope : {"thread:5/-6", "thread:5/4294967290", "process:5"}) {
+        const Outcome outcome = RunTool({"--tree", scope, "--json", log.Path()});
+        EXPECT_EQ(outcome.status, 0) << scope;
+        rapidjson::Document tree;
+        tree.Parse(outcome.out.c_str());
+        EXPECT_STREQ(tree["scope"].GetString(), scope);
+        ASSERT_EQ(tree["nodes"].Size(), 1U);
+        EXPECT_EQ(tree["nodes"][0]["record"].GetInt(), 1);
+        EXPECT_TRUE(tree["nodes"][0]["children"].Empty());
+    }
+}
+
+TEST(Report, WritesTheWholeModelAsJson) {
+    const TestFile log(TestSession::Joined(DebugLog({
+        DebugLine("10:00:00.000001", "SELECT A FROM F0101", "5/6"),
+        DebugLine("10:00:02.500001", "Exiting DBPerformRequest", "5/6"),
+    })));
+    const Outcome outcome = RunTool({"--json", log.Path()});
+    ASSERT_EQ(outcome.status, 0);
+    rapidjson::Document json;
+    json.Parse(outcome.out.c_str());
+    ASSERT_FALSE(json.HasParseError());
+    EXPECT_STREQ(json["format"].GetString(), "debug");
+    EXPECT_EQ(json["tabCount"].GetInt(), 1);
+    EXPECT_EQ(json["dashForm"].GetInt(), 1);
+    EXPECT_FALSE(json["ube"].GetBool());
+    ASSERT_EQ(json["records"].Size(), 3U);
+    const auto& sql = json["records"][1];
+    EXPECT_EQ(sql["kind"].GetInt(), 1);
+    EXPECT_EQ(sql["sqlOperation"].GetInt(), 1);
+    EXPECT_STREQ(sql["table"].GetString(), "F0101");
+    EXPECT_STREQ(sql["label"].GetString(), "Worker");
+    EXPECT_EQ(sql["duration"].GetFloat(), 2.5F);
+    EXPECT_EQ(sql["time"].GetUint64(), 36'000'000'001U);
+    EXPECT_EQ(json["processes"][1]["sql"]["longTasks"][0].GetInt(), 1);
+    EXPECT_EQ(json["gaps"][0].GetInt(), 2);
+    EXPECT_TRUE(json["users"].Empty());
+}
+
+TEST(Report, KeepsTheThresholdAndTheFilter) {
+    const TestFile log(TestSession::Joined(DebugLog({
+        DebugLine("10:00:00.000001", "On x", "5/6"),
+        DebugLine("10:00:02.500001", "On y", "5/6"),
+    })));
+    rapidjson::Document json;
+    json.Parse(RunTool({"--json", "--threshold", "2.5", log.Path()}).out.c_str());
+    EXPECT_TRUE(json["gaps"].Empty());
+    json.Parse(RunTool({"--json", "--threshold=2.49", "--process", "5", log.Path()}).out.c_str());
+    EXPECT_EQ(json["gaps"].Size(), 1U);
+    EXPECT_EQ(json["records"].Size(), 2U);
+}
+
+TEST(Report, FindsAsLinesOrAsJson) {
+    const TestFile log(TestSession::Joined(DebugLog({DebugLine("10:00:00.000001", "On Xyz", "5/6")})));
+    EXPECT_EQ(RunTool({"--find", "xYZ", log.Path()}).out, "1\t10:00:00.000001\t5/6\tOn Xyz\n");
+    EXPECT_EQ(RunTool({"--find", "xYZ", "--json", log.Path()}).out, "{\"hits\":[1]}\n");
+    EXPECT_EQ(RunTool({"--find", "nothing", log.Path()}).out, "");
+    EXPECT_EQ(RunTool({"--find", "", "--json", log.Path()}).out, "{\"hits\":[1]}\n");
+}
+
+TEST(Report, ExportsTheGapsToAFile) {
+    const TestFile log(TestSession::Joined(
+        DebugLog({DebugLine("10:00:00.000001", "On x", "5/6"), DebugLine("10:00:02.500001", "On y", "5/6")})));
+    const TestFile folder;
+    const std::string path = folder.Path() + ".csv";
+    EXPECT_EQ(RunTool({"--export-gaps", path, log.Path()}).status, 0);
+    std::ifstream in(path);
+    std::string header;
+    std::string row;
+    std::getline(in, header);
+    std::getline(in, row);
+    EXPECT_EQ(row, "\"5/6\",10:00:02.500001    ,2.500000,\"On y\"");
+    in.close();
+    platform::DeleteFileAt(path);
+    const Outcome failed = RunTool({"--export-gaps", folder.Path() + "/below-a-file.csv", log.Path()});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_NE(failed.err, "");
+}
+
+TEST(Report, PrintsTheSummaryWorstFirst) {
+    const Outcome outcome = RunTool({kSample});
+    ASSERT_EQ(outcome.status, 0);
+    const std::vector<std::string> sections = {"Long tasks, longest first", "Errors and warnings", "Timing gaps",
+                                               "Business functions", "Tables", "Processes and threads", "Records by kind"};
+    std::size_t at = 0;
+    for (const std::string& section : sections) {
+        const std::size_t place = outcome.out.find("\n" + section, at);
+        ASSERT_NE(place, std::string::npos) << section;
+        at = place;
+    }
+}
+
+} // namespace carvelot::test
