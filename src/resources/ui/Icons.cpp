@@ -149,6 +149,12 @@ void NoEntry(CPen& pen) {
     pen.Fill(4, 6, 8, 3, Qt::white);
 }
 
+// The colour with some white in it.
+QColor Paler(const QColor& color, double fWhite) {
+    const auto fnMix = [fWhite](int nPart) { return static_cast<int>(nPart + (255 - nPart) * fWhite); };
+    return QColor(fnMix(color.red()), fnMix(color.green()), fnMix(color.blue()));
+}
+
 void Cylinder(CPen& pen, double fX, double fY, double fW, double fH, const QColor& fill, const QColor& edge) {
     const double fCap = fW * 0.32;
     QPainterPath body;
@@ -159,12 +165,12 @@ void Cylinder(CPen& pen, double fX, double fY, double fW, double fH, const QColo
     body.arcTo(QRectF(fX + 0.5, fY + 0.5, fW - 1, fCap), 0, -180);
     QLinearGradient gradient(fX, 0, fX + fW, 0);
     gradient.setColorAt(0, fill);
-    gradient.setColorAt(0.35, fill.lighter(128));
+    gradient.setColorAt(0.35, Paler(fill, 0.35));
     gradient.setColorAt(1, fill.darker(112));
     pen.Painter().setPen(QPen(edge, 1));
     pen.Painter().setBrush(gradient);
     pen.Painter().drawPath(body);
-    pen.Painter().setBrush(fill.lighter(150));
+    pen.Painter().setBrush(Paler(fill, 0.6));
     pen.Painter().drawEllipse(QRectF(fX + 0.5, fY + 0.5, fW - 1, fCap));
 }
 

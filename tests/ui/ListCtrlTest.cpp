@@ -1,0 +1,139 @@
+#include "analysis/panes/ui/ListCtrl.h"
+
+#include "shell/ui/Text.h"
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QTest>
+
+using namespace carvelot;
+
+namespace {
+
+struct CTestRow {
+    std::string m_strName;
+    int m_nCalls;
+};
+
+constexpr CColumnSpec kColumns[] = {{"Name", 200}, {"Calls", 70}};
+
+CRowList<CTestRow> Rows() {
+    CRowList<CTestRow> rows({{[](const CTestRow& row) { return row.m_strName; },
+                              [](const CTestRow& a, const CTestRow& b) { return a.m_strName.compare(b.m_strName); }},
+                             {[](const CTestRow& row) { return std::to_string(row.m_nCalls); },
+                              // As number columns compare: never equal.
+                              [](const CTestRow& a, const CTestRow& b) { return a.m_nCalls < b.m_nCalls ? -1 : 1; }}});
+    rows.m_listRows = {{"b", 10}, {"a", 9}, {"d", 9}, {"c", 100}};
+    return rows;
+}
+
+QString Shown(CListCtrl& list) {
+    QStringList listRows;
+    for (int n = 0; n < list.Model().rowCount(); ++n)
+        listRows << list.Model().index(n, 0).data().toString() + list.Model().index(n, 1).data().toString();
+    return listRows.join(QLatin1Char(' '));
+}
+
+void ClickHeader(CListCtrl& list, int nColumn) {
+    const QHeaderView& header = *list.header();
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      QPoint(header.sectionViewportPosition(nColumn) + header.sectionSize(nColumn) / 2,
+                             header.height() / 2));
+}
+
+} // namespace
+
+class ListCtrlTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pList = std::make_unique<CListCtrl>(kColumns, QStringLiteral("Test"), nullptr);
+        m_pTester = std::make_unique<QAbstractItemModelTester>(
+            &m_pList->Model(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        m_pList->resize(500, 300);
+        m_pList->show();
+    }
+    void cleanup() {
+        m_pTester.reset();
+        m_pList.reset();
+    }
+
+    void columnsHaveTheirTitlesAndWidths() {
+        QCOMPARE(m_pList->header()->sectionSize(0), 200);
+        QCOMPARE(m_pList->header()->sectionSize(1), 70);
+        QCOMPARE(m_pList->Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Calls"));
+    }
+
+    void aFillShowsTheRowsInTheirOwnOrder() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
+    }
+
+    void aClickOnAHeaderSortsByTheRawValueAndASecondOneTurnsRound() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        ClickHeader(*m_pList, 1);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("a9 d9 b10 c100"));
+        ClickHeader(*m_pList, 1);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("c100 b10 a9 d9"));
+        ClickHeader(*m_pList, 0);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("a9 b10 c100 d9"));
+    }
+
+    void aFillForgetsTheSorting() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        ClickHeader(*m_pList, 0);
+        m_pList->Fill(&rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
+        QVERIFY(!m_pList->header()->isSortIndicatorShown());
+        ClickHeader(*m_pList, 0);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("a9 b10 c100 d9"));
+    }
+
+    void theSelectionStaysWithItsRowWhenTheListIsSorted() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        m_pList->setCurrentIndex(m_pList->Model().index(3, 0));
+        ClickHeader(*m_pList, 0);
+        QCOMPARE(m_pList->SelectedRow(), 2);
+        QCOMPARE(m_pList->Model().SourceRow(2), 3U);
+    }
+
+    void aListThatDoesNotSortKeepsItsRows() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Model().SetSortable(false);
+        m_pList->Fill(&rows);
+        ClickHeader(*m_pList, 0);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
+    }
+
+    void aDoubleClickAndEnterOpenTheSelectedRow() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        QList<int> listOpened;
+        m_pList->m_fnOpenRow = [&](int nRow) { listOpened << nRow; };
+        const QPoint point = m_pList->visualRect(m_pList->Model().index(1, 0)).center();
+        QTest::mouseClick(m_pList->viewport(), Qt::LeftButton, {}, point);
+        QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, point);
+        QTest::keyClick(m_pList.get(), Qt::Key_Return);
+        QCOMPARE(listOpened, (QList<int>{1, 1}));
+    }
+
+    void aColumnOfWidthZeroIsHidden() {
+        m_pList->SetColumnWidth(1, 0);
+        QVERIFY(m_pList->header()->isSectionHidden(1));
+        m_pList->SetColumnWidth(1, 60);
+        QVERIFY(!m_pList->header()->isSectionHidden(1));
+        QCOMPARE(m_pList->header()->sectionSize(1), 60);
+    }
+
+private:
+    std::unique_ptr<CListCtrl> m_pList;
+    std::unique_ptr<QAbstractItemModelTester> m_pTester;
+};
+
+QTEST_MAIN(ListCtrlTest)
+#include "ListCtrlTest.moc"

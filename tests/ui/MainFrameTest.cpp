@@ -1,0 +1,608 @@
+#include "ui/UiSupport.h"
+
+#include "platform/Registry.h"
+#include "resources/ui/Icons.h"
+#include "shell/ui/CustomizeDlg.h"
+#include "shell/ui/LookStyle.h"
+#include "shell/ui/ToolBar.h"
+#include "shell/ui/WindowsDlg.h"
+
+#include <QComboBox>
+#include <QCryptographicHash>
+#include <QFile>
+#include <QLabel>
+#include <QListWidget>
+#include <QMimeData>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QTreeWidget>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+QStringList DockTabs(const CMainFrame& frame, QString* pCurrent = nullptr) {
+    for (QTabBar* pBar : frame.findChildren<QTabBar*>()) {
+        if (pBar->isVisible() && pBar->count() == 9) {
+            QStringList listTexts;
+            for (int n = 0; n < pBar->count(); ++n)
+                listTexts << pBar->tabText(n);
+            if (pCurrent != nullptr)
+                *pCurrent = pBar->tabText(pBar->currentIndex());
+            return listTexts;
+        }
+    }
+    return {};
+}
+
+const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",     "Find",      "Long Tasks",
+                             "Raw Data",      "Cache Details",    "Errors/Warnings", "BSFN Calls"};
+
+void StoreText(const char* pszName, const std::string& strText) { WriteWorkspaceString(pszName, strText); }
+
+} // namespace
+
+class MainFrameTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { m_pFolder = std::make_unique<QTemporaryDir>(); }
+
+    void withoutLibrariesOneMessageComesBeforeTheWindowAndOneAfter() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QVERIFY(run.m_bStarted);
+        QCOMPARE(user.m_listMessages, (QStringList{"Cannot Load Skelmond.DLL Error: 126", "Cannot Load jdekrnl.DLL"}));
+        QCOMPARE(user.m_listWindowShown, (QList<bool>{false, true}));
+    }
+
+    void aFailureOfOleEndsTheRunWithItsMessage() {
+        CFakeInterface user;
+        theApp().m_fnInitializeOle = [] { return false; };
+        const CRun run(*m_pFolder);
+        theApp().m_fnInitializeOle = [] { return true; };
+        QVERIFY(!run.m_bStarted);
+        QVERIFY(MainFrame() == nullptr);
+        QCOMPARE(user.m_listMessages,
+                 QStringList{"OLE initialization failed.  Make sure that the OLE libraries are the correct version."});
+    }
+
+    void anEmptyCommandLineOpensNoDocument() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QVERIFY(run.Area().Children().isEmpty());
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("Carvelot"));
+    }
+
+    void aFileOnTheCommandLineIsOpen() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder, {"a.log"});
+        QCOMPARE(run.Area().Children().size(), 1);
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("a.log - Carvelot"));
+    }
+
+    void aFileOnTheCommandLineThatCannotBeOpenedEndsTheRunBeforeTheWindowShows() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder, {"bad"});
+        QVERIFY(!run.m_bStarted);
+        QCOMPARE(user.m_listWindowShown, QList<bool>{false});
+    }
+
+    void ninePanesStandAsOneGroupOfTabsWithBsfnCallsInFront() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QString strCurrent;
+        QCOMPARE(DockTabs(run.Frame(), &strCurrent), kPaneOrder);
+        QCOMPARE(strCurrent, QStringLiteral("BSFN Calls"));
+    }
+
+    void aPaneThatWasClosedComesBackFromTheViewMenu() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CMainFrame& frame = run.Frame();
+        frame.m_wndFindPane.close();
+        QVERIFY(frame.m_wndFindPane.isHidden());
+        CPersonalMenu* pView = run.OpenMenu("View");
+        QMenu* pBars = Entry(*pView, "&Toolbars and Docking Windows")->menu();
+        emit pBars->aboutToShow();
+        QVERIFY(!Entry(*pBars, "Find")->isChecked());
+        Entry(*pBars, "Find")->trigger();
+        pView->close();
+        QVERIFY(!frame.m_wndFindPane.isHidden());
+    }
+
+    void theLayoutIsKeptBetweenRuns() {
+        CFakeInterface user;
+        {
+            CRun run(*m_pFolder);
+            run.Frame().m_wndFindPane.close();
+            run.Frame().m_wndRawDataPane.setFloating(true);
+            run.Frame().statusBar()->hide();
+        }
+        const CRun run(*m_pFolder);
+        QVERIFY(run.Frame().m_wndFindPane.isHidden());
+        QVERIFY(run.Frame().m_wndRawDataPane.isFloating());
+        QVERIFY(run.Frame().statusBar()->isHidden());
+        run.Frame().RunCommand(ID_VIEW_RESTORE_LAYOUT);
+        QTest::qWait(50);
+        QString strCurrent;
+        QCOMPARE(DockTabs(run.Frame(), &strCurrent), kPaneOrder);
+        QCOMPARE(strCurrent, QStringLiteral("BSFN Calls"));
+        QVERIFY(!run.Frame().statusBar()->isHidden());
+    }
+
+    void aDamagedLayoutIsIgnored_data() {
+        QTest::addColumn<QString>("damage");
+        for (const char* pszKind : {"empty", "text", "version", "truncated", "flipped", "sealed garbage"})
+            QTest::newRow(pszKind) << pszKind;
+    }
+
+    void aDamagedLayoutIsIgnored() {
+        QFETCH(QString, damage);
+        CFakeInterface user;
+        {
+            CRun run(*m_pFolder);
+            run.Frame().m_wndFindPane.close();
+        }
+        QByteArray layout = QByteArray::fromStdString(GetWorkspaceString("Layout", ""));
+        QVERIFY(layout.size() > 100);
+        if (damage == "empty")
+            layout.clear();
+        else if (damage == "text")
+            layout = "no layout";
+        else if (damage == "version")
+            layout.replace(0, 1, "9");
+        else if (damage == "truncated")
+            layout.chop(layout.size() / 2);
+        else if (damage == "flipped")
+            layout[layout.size() / 2] = layout[layout.size() / 2] == 'A' ? 'B' : 'A';
+        else // the check sum of "garbage"
+            layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) + ":" +
+                     QByteArray("garbage").toBase64();
+        StoreText("Layout", layout.toStdString());
+        StoreText("Geometry", layout.toStdString());
+        const CRun run(*m_pFolder);
+        QVERIFY(run.m_bStarted);
+        QCOMPARE(DockTabs(run.Frame()), kPaneOrder);
+    }
+
+    void theMenusFollowTheWindowInFront() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));
+        CTestFrame* pSession = run.Open("a.log");
+        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
+        CTestFrame* pCache = run.OpenCache();
+        QCOMPARE(run.Menus(), (QStringList{"File", "Cache", "Tools", "View", "Window", "Help"}));
+        run.Area().Activate(*pSession);
+        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
+        pSession->CloseWindow();
+        pCache->CloseWindow();
+        QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));
+    }
+
+    void aMenuShowsItsBasicCommandsFirstAndAllWhenExpanded() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        QVERIFY(!pFile->IsExpanded());
+        QVERIFY(Entry(*pFile, "&Open...")->isVisible());
+        QVERIFY(Entry(*pFile, "E&xit")->isVisible());
+        QVERIFY(!Entry(*pFile, "&Close")->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(pFile->IsExpanded(), 3000);
+        QVERIFY(Entry(*pFile, "&Close")->isVisible());
+        pFile->close();
+        CPersonalMenu* pSession = run.OpenMenu("Session"); // nothing basic in it
+        QCOMPARE(VisibleTexts(*pSession), (QStringList{"Analyze", "Clear Debug File", "Open as Text"}));
+        pSession->close();
+    }
+
+    void aCommandThatWasUsedStaysInTheShortMenu() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        Entry(*pFile, "&Close")->trigger();
+        pFile->close();
+        pFile = run.OpenMenu("File");
+        QVERIFY(Entry(*pFile, "&Close")->isVisible());
+        pFile->close();
+    }
+
+    void theChevronExpandsAMenuByMouseWithoutClosingIt() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        QAction* pChevron = Entry(*pFile, "\u00BB");
+        if (pChevron == nullptr)
+            pChevron = pFile->actions().constLast();
+        QTest::mouseClick(pFile, Qt::LeftButton, {}, pFile->actionGeometry(pChevron).center());
+        QVERIFY(pFile->isVisible());
+        QVERIFY(pFile->IsExpanded());
+        pFile->close();
+    }
+
+    void theTipsOfEntriesStandInTheStatusLineAndOnButtons() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const QAction& open = *run.Frame().CommandAction(ID_FILE_OPEN);
+        QCOMPARE(open.statusTip(), QStringLiteral("Open debug log file"));
+        QCOMPARE(open.toolTip(), QStringLiteral("Open"));
+        QCOMPARE(open.shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
+        QMenuBar& bar = *run.Frame().menuBar();
+        bar.setActiveAction(bar.actions().constFirst());
+        QMenu* pFile = bar.actions().constFirst()->menu();
+        QTest::keyClick(pFile, Qt::Key_Down);
+        QCOMPARE(pFile->activeAction(), Entry(*pFile, "&Open..."));
+        QCOMPARE(run.Frame().statusBar()->currentMessage(), QStringLiteral("Open debug log file"));
+        pFile->close();
+    }
+
+    void sessionCommandsAreEnabledOnlyWhereADocumentAnswersThem() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CTestFrame* pFirst = run.Open("a.log");
+        CTestFrame* pSecond = run.Open("b.log");
+        int nAnalyzed = 0;
+        pFirst->GetActiveDocument()->AddCommand(ID_SESSION_ANALYZE, [&nAnalyzed] { ++nAnalyzed; });
+        run.Frame().UpdateCommands();
+        QVERIFY(!run.Frame().CommandAction(ID_SESSION_ANALYZE)->isEnabled());
+        run.Area().Activate(*pFirst);
+        QVERIFY(run.Frame().CommandAction(ID_SESSION_ANALYZE)->isEnabled());
+        run.Frame().CommandAction(ID_SESSION_ANALYZE)->trigger();
+        QCOMPARE(nAnalyzed, 1);
+        QVERIFY(pSecond != nullptr);
+    }
+
+    void commandsThatAreNotThereYetAreInTheirMenusDisabled() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CPersonalMenu* pTools = run.OpenMenu("Tools");
+        QCOMPARE(VisibleTexts(*pTools), (QStringList{"Global Tables", "Convert Dates", "JDE Settings", "Options"}));
+        QVERIFY(!Entry(*pTools, "JDE Settings")->isEnabled());
+        QVERIFY(Entry(*pTools, "Options")->isEnabled());
+        pTools->close();
+    }
+
+    void ctrlOAsksForALogAndOpensIt() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        user.m_strOpenAnswer = QStringLiteral("chosen.log");
+        run.Frame().activateWindow();
+        QTest::keyClick(&run.Frame(), Qt::Key_O, Qt::ControlModifier);
+        QCOMPARE(user.m_listQuestions.size(), 1U);
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("chosen.log - Carvelot"));
+    }
+
+    void ctrlNRunsFileNew() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        run.Frame().activateWindow();
+        QTest::keyClick(&run.Frame(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("new - Carvelot"));
+    }
+
+    void aFailedOpenLeavesNoWindow() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        const int nDestroyed = CTestFrame::s_nDestroyed;
+        QVERIFY(run.Open("bad") == nullptr);
+        QVERIFY(run.Area().Children().isEmpty());
+        QVERIFY(theApp().FirstDocTemplate()->Documents().empty());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(CTestFrame::s_nDestroyed, nDestroyed + 1);
+    }
+
+    void theBitnessStandsInTheStatusBarAndInAbout() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const QString strBitness = sizeof(void*) == 8 ? QStringLiteral("64 bit") : QStringLiteral("32 bit");
+        QCOMPARE(run.Frame().statusBar()->findChild<QLabel*>("Bitness")->text(), strBitness);
+        user.m_fnInDialog = [&](QDialog& dialog) {
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("About Carvelot"));
+            QCOMPARE(dialog.findChild<QLabel*>("Version")->text(), QStringLiteral("Carvelot, Version: 2.0.0.0"));
+            QCOMPARE(dialog.findChild<QLabel*>("Bitness")->text(), strBitness);
+            int nLinks = 0;
+            for (const QLabel* pLabel : dialog.findChildren<QLabel*>())
+                nLinks += pLabel->openExternalLinks() ? 1 : 0;
+            QCOMPARE(nLinks, 2);
+        };
+        run.Frame().RunCommand(ID_APP_ABOUT);
+        QCOMPARE(user.m_nDialogs, 1);
+    }
+
+    void aLookIsStoredAndMarked() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CPersonalMenu* pView = run.OpenMenu("View");
+        auto* pLooks = static_cast<CPersonalMenu*>(Entry(*pView, "&Application Look")->menu());
+        emit pLooks->aboutToShow();
+        QVERIFY(Entry(*pLooks, "Visual Studio 200&8")->isChecked());
+        Entry(*pLooks, "Office 200&3")->trigger();
+        pView->close();
+        QCOMPARE(GetWorkspaceInt("ApplicationLook", 0), 208);
+        QVERIFY(Entry(*pLooks, "Office 200&3")->isChecked());
+        QVERIFY(!Entry(*pLooks, "Visual Studio 200&8")->isChecked());
+        QCOMPARE(CurrentLook().m_nId, 208);
+        Entry(*pLooks, "Office 200&3")->trigger(); // once more: the mark stays
+        QVERIFY(Entry(*pLooks, "Office 200&3")->isChecked());
+    }
+
+    void theViewMenuHasTenLooksAndNotTheEleventh() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CPersonalMenu* pView = run.OpenMenu("View");
+        QMenu* pLooks = Entry(*pView, "&Application Look")->menu();
+        QList<int> listIds;
+        for (QMenu* pMenu : {pLooks, Entry(*pLooks, "Office 200&7")->menu()}) {
+            for (const QAction* pAction : pMenu->actions()) {
+                if (pAction->data().toInt() != 0)
+                    listIds << pAction->data().toInt();
+            }
+        }
+        pView->close();
+        QCOMPARE(listIds, (QList<int>{205, 206, 207, 208, 209, 210, 215, 216, 217, 218}));
+    }
+
+    void aStoredLookWithoutANameTakesOffice2007AndMarksNothing() {
+        CFakeInterface user;
+        qputenv("CARVELOT_REGISTRY", m_pFolder->filePath("registry.ini").toUtf8());
+        WriteWorkspaceInt("ApplicationLook", 211);
+        const CRun run(*m_pFolder);
+        QCOMPARE(CurrentLook().m_nId, 215);
+        for (int nId = ID_APPLOOK_FIRST; nId <= ID_APPLOOK_LAST; ++nId) {
+            if (const QAction* pAction = run.Frame().CommandAction(nId))
+                QVERIFY(!pAction->isChecked());
+        }
+        run.Frame().OnApplicationLook(217);
+        run.Frame().OnApplicationLook(212); // leaves the style of Office 2007 as it is
+        QCOMPARE(CurrentLook().m_nId, 217);
+        QCOMPARE(GetWorkspaceInt("ApplicationLook", 0), 212);
+    }
+
+    void everyLookPaintsTheWindowInItsOwnWay() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        QSet<QByteArray> setPictures;
+        for (const int nId : LookIds()) {
+            run.Frame().OnApplicationLook(nId);
+            QTest::qWait(10);
+            const QImage picture = run.Frame().grab().toImage();
+            setPictures << QCryptographicHash::hash(
+                QByteArray::fromRawData(reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()),
+                QCryptographicHash::Sha1);
+        }
+        QCOMPARE(setPictures.size(), 11);
+    }
+
+    void f6WalksThroughTheWindowsPanesAndShiftF6Back() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CTestFrame* pChild = run.Open("a.log");
+        run.Frame().activateWindow();
+        pChild->m_edits[0]->setFocus();
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+        QTest::keyClick(&run.Frame(), Qt::Key_F6);
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+        QTest::keyClick(&run.Frame(), Qt::Key_F6);
+        QCOMPARE(QApplication::focusWidget(), run.Frame().m_wndBSFNPane.MainControl());
+        QTest::keyClick(&run.Frame(), Qt::Key_F6);
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+        QTest::keyClick(&run.Frame(), Qt::Key_F6, Qt::ShiftModifier);
+        QCOMPARE(QApplication::focusWidget(), run.Frame().m_wndBSFNPane.MainControl());
+    }
+
+    void theEditMenuActsOnTheEditWithTheFocus() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CTestFrame* pChild = run.Open("a.log");
+        run.Frame().activateWindow();
+        pChild->m_edits[0]->setText(QStringLiteral("words"));
+        pChild->m_edits[0]->selectAll();
+        pChild->m_edits[0]->setFocus();
+        user.m_strMenuChoice = QStringLiteral("Cu&t");
+        run.Frame().ShowEditMenu({});
+        QCOMPARE(pChild->m_edits[0]->text(), QString());
+        user.m_strMenuChoice = QStringLiteral("&Paste");
+        run.Frame().ShowEditMenu({});
+        QCOMPARE(pChild->m_edits[0]->text(), QStringLiteral("words"));
+        QCOMPARE(user.m_listMenuTexts.constFirst(), QStringLiteral("&Undo"));
+    }
+
+    void closeAllClosesEveryWindowWithoutAskingAndEmptiesTheCaptions() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        run.Open("b.log");
+        run.Frame().m_wndBSFNPane.SetCaption(QStringLiteral(" Process: 1"));
+        const int nClosed = CTestFrame::s_nClosed;
+        run.Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
+        QVERIFY(run.Area().Children().isEmpty());
+        QCOMPARE(CTestFrame::s_nClosed, nClosed);
+        QCOMPARE(run.Frame().m_wndBSFNPane.GetCaption(), QString());
+    }
+
+    void theWindowsDialogActivatesAndCloses() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CTestFrame* pFirst = run.Open("a.log");
+        run.Open("b.log");
+        user.m_fnInDialog = [](QDialog& dialog) {
+            auto* pList = dialog.findChild<QTreeWidget*>("Windows");
+            QCOMPARE(pList->topLevelItemCount(), 2);
+            pList->clearSelection();
+            pList->topLevelItem(0)->setSelected(true);
+            QTest::mouseClick(dialog.findChild<QPushButton*>("Activate"), Qt::LeftButton);
+        };
+        run.Frame().RunCommand(ID_WINDOW_WINDOWS);
+        QCOMPARE(run.Area().ActiveChild(), pFirst);
+        user.m_fnInDialog = [](QDialog& dialog) {
+            dialog.findChild<QTreeWidget*>("Windows")->selectAll();
+            QTest::mouseClick(dialog.findChild<QPushButton*>("CloseWindows"), Qt::LeftButton);
+            QCOMPARE(dialog.findChild<QTreeWidget*>("Windows")->topLevelItemCount(), 0);
+        };
+        run.Frame().RunCommand(ID_WINDOW_WINDOWS);
+        QVERIFY(run.Area().Children().isEmpty());
+    }
+
+    void recentFilesStandInTheFileMenuAndOpen() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        run.Open("b.log");
+        run.Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        QAction* pSecond = nullptr;
+        for (QAction* pAction : pFile->actions()) {
+            if (pAction->text().startsWith(QLatin1String("&2 ")))
+                pSecond = pAction;
+        }
+        QVERIFY(pSecond != nullptr && pSecond->isVisible());
+        QCOMPARE(pSecond->statusTip(), QStringLiteral("Open this document"));
+        pSecond->trigger();
+        pFile->close();
+        QVERIFY(run.Frame().windowTitle().endsWith(QLatin1String("a.log - Carvelot")));
+        run.Stop();
+        QCOMPARE(theApp().m_recentFiles.m_listPaths.size(), 2U);
+    }
+
+    void aUserMakesAToolbarOfAnyCommandsAndFindsItAgainAtTheNextStart() {
+        CFakeInterface user;
+        {
+            CRun run(*m_pFolder);
+            run.Frame().RunCommand(ID_VIEW_CUSTOMIZE);
+            CCustomizeDlg* pDialog = run.Frame().CustomizeDialog();
+            QVERIFY(pDialog != nullptr && !pDialog->isModal());
+            user.m_strTextAnswer = QStringLiteral("Mine | 1");
+            QTest::mouseClick(pDialog->findChild<QPushButton*>("New"), Qt::LeftButton);
+            auto* pCommands = pDialog->findChild<QListWidget*>("Commands");
+            QCOMPARE(pCommands->count(), static_cast<int>(AllCommands().size()));
+            for (int n = 0; n < pCommands->count(); ++n) {
+                if (pCommands->item(n)->text() == QLatin1String("Windows 7"))
+                    pCommands->setCurrentRow(n);
+            }
+            QTest::mouseClick(pDialog->findChild<QPushButton*>("Add"), Qt::LeftButton);
+            QTest::mouseClick(pDialog->findChild<QPushButton*>("Separator"), Qt::LeftButton);
+        }
+        const CRun run(*m_pFolder);
+        QCOMPARE(run.Frame().ToolBars().size(), 3);
+        CToolBar* pMine = run.Frame().ToolBars().constLast();
+        QCOMPARE(pMine->windowTitle(), QStringLiteral("Mine | 1"));
+        QCOMPARE(pMine->Commands(), (std::vector<int>{ID_APPLOOK_WINDOWS_7, ID_SEPARATOR}));
+        pMine->actions().constFirst()->trigger();
+        QCOMPARE(theApp().m_nAppLook, 219);
+    }
+
+    void atMostTenToolbarsOfAUsersOwn() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        for (int n = 0; n < 10; ++n)
+            QVERIFY(run.Frame().NewUserToolBar(QString::number(n)) != nullptr);
+        QVERIFY(run.Frame().NewUserToolBar(QStringLiteral("eleventh")) == nullptr);
+        QCOMPARE(run.Frame().ToolBars().constLast()->Id(), 59441);
+    }
+
+    void userImagesAreTakenFromTheCurrentFolder() {
+        CFakeInterface user;
+        const QString strBefore = QDir::currentPath();
+        QDir::setCurrent(m_pFolder->path());
+        QImage strip(48, 16, QImage::Format_RGB32);
+        strip.fill(Qt::red);
+        QVERIFY(strip.save(QStringLiteral("UserImages.bmp"), "BMP"));
+        {
+            const CRun run(*m_pFolder);
+            QCOMPARE(run.Frame().UserImages().Count(), 3);
+            run.Frame().SetUserImage(ID_FILE_OPEN, 1);
+            QCOMPARE(run.Frame().CommandAction(ID_FILE_OPEN)->icon().pixmap(16).toImage().pixelColor(8, 8),
+                     QColor(Qt::red));
+        }
+        {
+            const CRun run(*m_pFolder);
+            QCOMPARE(run.Frame().UserImage(ID_FILE_OPEN), 1);
+        }
+        QDir::setCurrent(strBefore);
+    }
+
+    void aUserImagesFileThatIsTooLargeIsNotTaken() {
+        QFile file(m_pFolder->filePath("big.bmp"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray(819201, 'x'));
+        file.close();
+        CToolBarImages images;
+        QVERIFY(!images.Load(file.fileName()));
+        QVERIFY(!images.Load(m_pFolder->filePath("missing.bmp")));
+    }
+
+    void aFileDroppedOnTheWindowOpens() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &drop);
+        QTRY_COMPARE(run.Area().Children().size(), 1);
+    }
+
+    void theOptionsCommandRestartsTheTimerAndRefreshesWhateverTheAnswer() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CProcessPane& pane = run.Frame().m_wndProcessPane;
+        QVERIFY(pane.IsTimerRunning());
+        QCOMPARE(pane.TimerPeriod(), 10000);
+        int nRefreshed = 0;
+        pane.m_fnRefresh = [&nRefreshed] { ++nRefreshed; };
+        theApp().m_nRefreshRate = 3;
+        run.Frame().RunCommand(ID_TOOLS_OPTIONS); // cancelled
+        QCOMPARE(pane.TimerPeriod(), 3000);
+        QCOMPARE(nRefreshed, 1);
+        theApp().m_nRefreshRate = 0;
+        run.Frame().RunCommand(ID_TOOLS_OPTIONS);
+        QCOMPARE(pane.TimerPeriod(), 10);
+        theApp().m_bAutoRefresh = false;
+        run.Frame().RunCommand(ID_TOOLS_OPTIONS);
+        QVERIFY(!pane.IsTimerRunning());
+        pane.m_fnRefresh = {};
+    }
+
+    void jdeSettingsAreReadBeforeAndAfterTheirDialog() {
+        struct CStore : CJDESettingsStore {
+            bool HasWebApplication() const override { return m_bWeb; }
+            void ReadLogProperties() override { *m_pSteps << "properties"; }
+            void ReadIni() override { *m_pSteps << "ini"; }
+            std::unique_ptr<QDialog> MakeDialog() override {
+                *m_pSteps << "dialog made";
+                return std::make_unique<QDialog>();
+            }
+            bool m_bWeb = true;
+            QStringList* m_pSteps = nullptr;
+        };
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QStringList listSteps;
+        auto pStore = std::make_unique<CStore>();
+        CStore& store = *pStore;
+        store.m_pSteps = &listSteps;
+        theApp().m_pJDESettings = std::move(pStore);
+        user.m_fnInDialog = [&](QDialog&) { listSteps << "dialog"; };
+        run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
+        QCOMPARE(listSteps, (QStringList{"dialog made", "properties", "ini", "dialog", "properties", "ini"}));
+        listSteps.clear();
+        store.m_bWeb = false;
+        run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
+        QCOMPARE(listSteps, (QStringList{"dialog made", "ini", "dialog", "ini"}));
+        theApp().m_pJDESettings.reset();
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+};
+
+QTEST_MAIN(MainFrameTest)
+#include "MainFrameTest.moc"

@@ -1,0 +1,213 @@
+#include "ui/UiSupport.h"
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+// "a b | c": the groups and their tabs.
+QString Groups(const CTabbedClientArea& area) {
+    QStringList listGroups;
+    for (const CTabGroup* pGroup : area.Groups()) {
+        QStringList listTabs;
+        for (int n = 0; n < pGroup->count(); ++n)
+            listTabs << pGroup->tabText(n);
+        listGroups << listTabs.join(QLatin1Char(' '));
+    }
+    return listGroups.join(QLatin1String(" | "));
+}
+
+void Drag(CTabBar& bar, int nTab, const QPoint& screen) {
+    const QPoint from = bar.tabRect(nTab).center();
+    QTest::mousePress(&bar, Qt::LeftButton, {}, from);
+    const QPoint to = bar.mapFromGlobal(screen);
+    for (const QPoint& point : {from + QPoint(0, 60), to}) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(point), QPointF(bar.mapToGlobal(point)), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&bar, &move);
+    }
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(to), QPointF(screen), Qt::LeftButton, Qt::NoButton, {});
+    QCoreApplication::sendEvent(&bar, &release);
+}
+
+} // namespace
+
+class TabGroupsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        m_pUser = std::make_unique<CFakeInterface>();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+    }
+    void cleanup() {
+        m_pRun.reset();
+        m_pUser.reset();
+    }
+
+    void aNewWindowComesBehindTheOthersOfItsGroupAndToTheFront() {
+        m_pRun->Open("a");
+        CTestFrame* pSecond = m_pRun->Open("b");
+        QCOMPARE(Groups(Area()), QStringLiteral("a b"));
+        QCOMPARE(Area().ActiveChild(), pSecond);
+        QCOMPARE(pSecond->m_nFocused, 1);
+    }
+
+    void aFileThatIsOpenAlreadyIsActivated() {
+        const QString strPath = m_pFolder->filePath(QStringLiteral("log"));
+        QFile file(strPath);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        CDocument* pFirst = theApp().OpenDocumentFile(strPath);
+        m_pRun->Open("b");
+        QCOMPARE(theApp().OpenDocumentFile(strPath), pFirst);
+        QCOMPARE(Area().ActiveChild(), pFirst->GetFrame());
+        QCOMPARE(Area().Children().size(), 2);
+    }
+
+    void aSingleTabCannotBeDivided() {
+        m_pRun->Open("a");
+        QVERIFY(!Area().CanMakeGroup(Qt::Horizontal));
+        QVERIFY(!Area().CanMakeGroup(Qt::Vertical));
+        QVERIFY(!Frame().CommandAction(ID_WINDOW_NEW_HORIZONTAL_GROUP)->isEnabled());
+    }
+
+    void aHorizontalGroupStandsBelow() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        Frame().CommandAction(ID_WINDOW_NEW_HORIZONTAL_GROUP)->trigger();
+        QCOMPARE(Groups(Area()), QStringLiteral("a | b"));
+        QTest::qWait(20);
+        QVERIFY(Area().Groups()[1]->y() > Area().Groups()[0]->y());
+        QCOMPARE(Area().Groups()[1]->x(), Area().Groups()[0]->x());
+    }
+
+    void aVerticalGroupStandsBesideAndTheOtherDirectionIsThenShut() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        m_pRun->Open("c");
+        Frame().CommandAction(ID_WINDOW_NEW_VERTICAL_GROUP)->trigger();
+        QCOMPARE(Groups(Area()), QStringLiteral("a b | c"));
+        QTest::qWait(20);
+        QVERIFY(Area().Groups()[1]->x() > Area().Groups()[0]->x());
+        Area().Activate(*Area().Children()[0]);
+        QVERIFY(Area().CanMakeGroup(Qt::Vertical));
+        QVERIFY(!Area().CanMakeGroup(Qt::Horizontal));
+    }
+
+    void aGroupThatLosesItsLastTabGoes() {
+        m_pRun->Open("a");
+        CTestFrame* pSecond = m_pRun->Open("b");
+        Area().MakeGroup(Qt::Vertical);
+        pSecond->CloseWindow();
+        QCOMPARE(Groups(Area()), QStringLiteral("a"));
+        QCOMPARE(Area().ActiveChild()->windowTitle(), QStringLiteral("a"));
+    }
+
+    void aTabDraggedOverAnotherGroupMovesThere() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        CTestFrame* pThird = m_pRun->Open("c");
+        Area().MakeGroup(Qt::Vertical);
+        QTest::qWait(20);
+        CTabGroup& second = *Area().Groups()[1];
+        Drag(Area().Groups()[0]->Bar(), 0, second.mapToGlobal(second.rect().center()));
+        QCOMPARE(Groups(Area()), QStringLiteral("b | c a"));
+        QCOMPARE(Area().ActiveChild()->windowTitle(), QStringLiteral("a"));
+        QVERIFY(pThird != nullptr);
+    }
+
+    void theLastTabOfAGroupCanBeDraggedAwayToo() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        Area().MakeGroup(Qt::Vertical);
+        QTest::qWait(20);
+        CTabGroup& first = *Area().Groups()[0];
+        Drag(Area().Groups()[1]->Bar(), 0, first.mapToGlobal(first.rect().center()));
+        QCOMPARE(Groups(Area()), QStringLiteral("a b"));
+    }
+
+    void aTabDroppedOnItsOwnPageOffersANewGroup() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        QTest::qWait(20);
+        m_pUser->m_strMenuChoice = QStringLiteral("New Vertical Tab Group");
+        CTabGroup& group = *Area().Groups()[0];
+        Drag(group.Bar(), 0, group.mapToGlobal(group.rect().center()));
+        QCOMPARE(Groups(Area()), QStringLiteral("b | a"));
+    }
+
+    void tabsMoveInsideTheirBar() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        QVERIFY(Area().Groups()[0]->Bar().isMovable());
+        Area().Groups()[0]->Bar().moveTab(0, 1);
+        QCOMPARE(Groups(Area()), QStringLiteral("b a"));
+        QCOMPARE(Area().Children()[0]->windowTitle(), QStringLiteral("b"));
+    }
+
+    void aClickOnATabActivatesItsWindow() {
+        CTestFrame* pFirst = m_pRun->Open("a");
+        m_pRun->Open("b");
+        CTabBar& bar = Area().Groups()[0]->Bar();
+        const int nBefore = pFirst->m_nFocused;
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(0).center());
+        QCOMPARE(Area().ActiveChild(), pFirst);
+        QVERIFY(pFirst->m_nFocused > nBefore);
+        QCOMPARE(Frame().windowTitle(), QStringLiteral("a - Carvelot"));
+    }
+
+    void focusInAnotherGroupBringsItsWindowToTheFront() {
+        CTestFrame* pFirst = m_pRun->Open("a");
+        m_pRun->Open("b");
+        Area().MakeGroup(Qt::Vertical);
+        Frame().activateWindow();
+        pFirst->m_edits[1]->setFocus();
+        QCOMPARE(Area().ActiveChild(), pFirst);
+        // Coming back later, the focus is where it was.
+        Area().ActivateNext(true);
+        Area().Activate(*pFirst);
+        QCOMPARE(QApplication::focusWidget(), pFirst->m_edits[1]);
+    }
+
+    void theTabsMenuClosesItsWindow() {
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        const int nClosed = CTestFrame::s_nClosed;
+        m_pUser->m_strMenuChoice = QStringLiteral("&Close");
+        CTabBar& bar = Area().Groups()[0]->Bar();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, bar.tabRect(0).center(), bar.mapToGlobal(QPoint(0, 0)));
+        QCoreApplication::sendEvent(&bar, &event);
+        QCOMPARE(Groups(Area()), QStringLiteral("b"));
+        QCOMPARE(CTestFrame::s_nClosed, nClosed + 1);
+        QCOMPARE(m_pUser->m_listMenuTexts.size(), 1);
+    }
+
+    void aTitleThatChangesShowsOnTabWindowAndFrame() {
+        CTestFrame* pFirst = m_pRun->Open("a");
+        pFirst->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 1 & 2"));
+        QCOMPARE(Area().Groups()[0]->tabText(0), QStringLiteral("a - Process: 1 && 2"));
+        QCOMPARE(Area().Groups()[0]->tabToolTip(0), QStringLiteral("a - Process: 1 & 2"));
+        QCOMPARE(Frame().windowTitle(), QStringLiteral("a - Process: 1 & 2 - Carvelot"));
+    }
+
+    void aClosedWindowTakesItsDocumentAlong() {
+        CTestFrame* pFirst = m_pRun->Open("a");
+        const QPointer<CDocument> pDocument = pFirst->GetActiveDocument();
+        pFirst->close();
+        QVERIFY(Area().Children().isEmpty());
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QVERIFY(pDocument.isNull());
+    }
+
+private:
+    CTabbedClientArea& Area() const { return m_pRun->Area(); }
+    CMainFrame& Frame() const { return m_pRun->Frame(); }
+
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<CFakeInterface> m_pUser;
+    std::unique_ptr<CRun> m_pRun;
+};
+
+QTEST_MAIN(TabGroupsTest)
+#include "TabGroupsTest.moc"

@@ -1,0 +1,191 @@
+// What the window's tests share: an interface that answers in the user's place, a start of the program with a
+// settings store of its own, and documents that need no log.
+#pragma once
+
+#include "shell/ui/CarvelotApp.h"
+#include "shell/ui/Document.h"
+#include "shell/ui/MainFrame.h"
+#include "shell/ui/TabbedClientArea.h"
+#include "shell/ui/UserInterface.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <functional>
+
+namespace carvelot::test {
+
+class CFakeInterface final : public CUserInterface {
+public:
+    CFakeInterface() { SetUserInterface(this); }
+    ~CFakeInterface() override { SetUserInterface(nullptr); }
+
+    void ShowMessage(const QString& strText) override {
+        m_listMessages << strText;
+        m_listWindowShown << (MainFrame() != nullptr && MainFrame()->isVisible());
+    }
+    std::optional<QString> AskOpenFile(const CFileQuestion& question) override {
+        m_listQuestions.push_back(question);
+        return m_strOpenAnswer;
+    }
+    std::optional<QString> AskSaveFile(const CFileQuestion& question) override {
+        m_listQuestions.push_back(question);
+        return m_strSaveAnswer;
+    }
+    std::optional<QString> AskText(const QString&, const QString&, const QString&) override { return m_strTextAnswer; }
+    std::optional<QFont> AskFont(const QFont& initial) override {
+        m_askedFont = initial;
+        return m_fontAnswer;
+    }
+    // Shows the dialog, lets the test work in it, and returns its result.
+    int RunDialog(QDialog& dialog) override {
+        ++m_nDialogs;
+        dialog.show();
+        if (m_fnInDialog)
+            m_fnInDialog(dialog);
+        return dialog.result();
+    }
+    QAction* RunMenu(QMenu& menu, const QPoint&) override {
+        m_listMenuTexts.clear();
+        for (QAction* pAction : menu.actions()) {
+            m_listMenuTexts << pAction->text();
+            if (pAction->text() == m_strMenuChoice && pAction->isEnabled()) {
+                pAction->trigger();
+                return pAction;
+            }
+        }
+        return nullptr;
+    }
+
+    QStringList m_listMessages;
+    QList<bool> m_listWindowShown; // was the main window on the screen at each message
+    std::vector<CFileQuestion> m_listQuestions;
+    std::optional<QString> m_strOpenAnswer;
+    std::optional<QString> m_strSaveAnswer;
+    std::optional<QString> m_strTextAnswer;
+    std::optional<QFont> m_fontAnswer;
+    QFont m_askedFont;
+    std::function<void(QDialog&)> m_fnInDialog;
+    QString m_strMenuChoice;
+    QStringList m_listMenuTexts;
+    int m_nDialogs = 0;
+};
+
+// A document that opens any path but those that end in "bad".
+class CTestDocument : public CDocument {
+public:
+    bool OnNewDocument() override {
+        SetTitle(QStringLiteral("new"));
+        return true;
+    }
+    bool OnOpenDocument(const QString& strPath) override {
+        SetTitle(strPath);
+        theApp().AddToRecentFileList(strPath);
+        return !strPath.endsWith(QLatin1String("bad"));
+    }
+};
+
+class CTestFrame : public CMDIChildWnd {
+public:
+    explicit CTestFrame(CDocument& document) : CMDIChildWnd(document) {
+        auto* pLayout = new QVBoxLayout(this);
+        for (QLineEdit*& pEdit : m_edits) {
+            pEdit = new QLineEdit;
+            pLayout->addWidget(pEdit);
+        }
+    }
+    ~CTestFrame() override { ++s_nDestroyed; }
+    QList<QWidget*> WindowPanes() const override { return {m_edits[0], m_edits[1]}; }
+    void OnSetFocus() override { ++m_nFocused; }
+    void OnClose() override { ++s_nClosed; }
+
+    QLineEdit* m_edits[2];
+    int m_nFocused = 0;
+    static inline int s_nClosed = 0;
+    static inline int s_nDestroyed = 0;
+};
+
+inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState nState) {
+    return std::make_unique<CDocTemplate>(
+        nState, QIcon(), [] { return std::unique_ptr<CDocument>(new CTestDocument); },
+        [](CDocument& document) { return std::unique_ptr<CMDIChildWnd>(new CTestFrame(document)); });
+}
+
+// One run of the program. The settings store is that of the folder, so that a second run finds what the first left.
+class CRun {
+public:
+    explicit CRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {
+        qputenv("CARVELOT_REGISTRY", folder.filePath(QStringLiteral("registry.ini")).toUtf8());
+        theApp().m_fnAddDocTemplates = [](CCarvelotApp& app) {
+            app.AddDocTemplate(TestTemplate(EMenuState::Session));
+            app.m_pCacheTemplate = &app.AddDocTemplate(TestTemplate(EMenuState::Cache));
+        };
+        m_bStarted = theApp().InitInstance(listArguments);
+        if (m_bStarted)
+            (void)QTest::qWaitForWindowExposed(MainFrame());
+    }
+    ~CRun() { Stop(); }
+    void Stop() {
+        if (m_bStarted && MainFrame() != nullptr)
+            MainFrame()->close();
+        theApp().ExitInstance();
+        m_bStarted = false;
+    }
+
+    CMainFrame& Frame() const { return *MainFrame(); }
+    CTabbedClientArea& Area() const { return MainFrame()->ClientArea(); }
+    CTestFrame* Open(const char* pszPath) {
+        CDocument* pDocument = theApp().OpenDocumentFile(QString::fromLatin1(pszPath));
+        return pDocument != nullptr ? static_cast<CTestFrame*>(pDocument->GetFrame()) : nullptr;
+    }
+    CTestFrame* OpenCache() {
+        return static_cast<CTestFrame*>(theApp().m_pCacheTemplate->OpenDocumentFile({})->GetFrame());
+    }
+    // The titles of the menus that are there, without mnemonics.
+    QStringList Menus() const {
+        QStringList listTitles;
+        for (const QAction* pAction : MainFrame()->menuBar()->actions()) {
+            if (pAction->isVisible())
+                listTitles << pAction->text().remove(QLatin1Char('&'));
+        }
+        return listTitles;
+    }
+    // Opens a menu by its title and gives it; close it again.
+    CPersonalMenu* OpenMenu(const char* pszTitle) const {
+        for (QAction* pAction : MainFrame()->menuBar()->actions()) {
+            if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pszTitle)) {
+                auto* pMenu = static_cast<CPersonalMenu*>(pAction->menu());
+                pMenu->popup(MainFrame()->mapToGlobal(QPoint(10, 10)));
+                return pMenu;
+            }
+        }
+        return nullptr;
+    }
+
+    bool m_bStarted = false;
+};
+
+inline QStringList VisibleTexts(const QMenu& menu) {
+    QStringList listTexts;
+    for (const QAction* pAction : menu.actions()) {
+        if (pAction->isVisible())
+            listTexts << (pAction->isSeparator() ? QStringLiteral("-") : pAction->text());
+    }
+    return listTexts;
+}
+
+inline QAction* Entry(const QMenu& menu, const char* pszText) {
+    for (QAction* pAction : menu.actions()) {
+        if (pAction->text() == QLatin1String(pszText))
+            return pAction;
+    }
+    return nullptr;
+}
+
+} // namespace carvelot::test
