@@ -5,6 +5,7 @@
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
+#include "views/ui/ChildFrame.h"
 #include "views/ui/SessionDocument.h"
 
 #include <QApplication>
@@ -58,8 +59,11 @@ void CSessionHost::OpenInShell(const std::string& path) {
 
 void CSessionHost::ActivateSession(CCarvelotDoc&) {
     CMainFrame* pMain = MainFrame();
-    if (pMain != nullptr && m_document.GetFrame() != nullptr)
-        pMain->ClientArea().Activate(*m_document.GetFrame());
+    auto* pFrame = qobject_cast<CChildFrame*>(m_document.GetFrame());
+    if (pMain == nullptr || pFrame == nullptr)
+        return;
+    pMain->ClientArea().Activate(*pFrame);
+    pFrame->ThreadView().setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace carvelot

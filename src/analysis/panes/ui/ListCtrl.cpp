@@ -161,7 +161,8 @@ void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
 }
 
 void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
-    if ((pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) && m_fnOpenRow && SelectedRow() >= 0) {
+    const bool bEnter = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
+    if ((m_bEnterOpens ? bEnter : pEvent->key() == Qt::Key_Space) && m_fnOpenRow && SelectedRow() >= 0) {
         m_fnOpenRow(SelectedRow());
         pEvent->accept();
         return;

@@ -71,8 +71,9 @@ public:
     std::vector<int> SelectedRows() const;
     void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
 
-    // Answers a double click or Enter on a row.
+    // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for something else.
     std::function<void(int nRow)> m_fnOpenRow;
+    bool m_bEnterOpens = true;
 
 protected:
     void keyPressEvent(QKeyEvent* pEvent) override;

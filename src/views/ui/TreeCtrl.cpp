@@ -1,0 +1,163 @@
+#include "views/ui/TreeCtrl.h"
+
+#include "resources/ui/Icons.h"
+#include "shell/ui/Text.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace carvelot {
+
+namespace {
+
+constexpr qsizetype kMaximumText = 260;
+
+bool IsLineBreak(QChar c) {
+    return c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+}
+
+} // namespace
+
+QString NodeDisplayText(std::string_view strText) {
+    // A character takes at most three bytes for each of its units: what lies behind them need not be decoded.
+    std::string_view strHead = strText.substr(0, static_cast<std::size_t>(kMaximumText) * 3 + 3);
+    while (strHead.size() < strText.size() && !strHead.empty() &&
+           (static_cast<unsigned char>(strText[strHead.size()]) & 0xC0U) == 0x80U)
+        strHead.remove_suffix(1);
+    QString strShown = ToQString(strHead).left(kMaximumText);
+    std::replace_if(strShown.begin(), strShown.end(), IsLineBreak, QChar(u' '));
+    return strShown;
+}
+
+CTreeCtrl::CTreeCtrl(const QString& strAccessibleName, QWidget* pParent) : QTreeView(pParent) {
+    setAccessibleName(strAccessibleName);
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setIconSize(kStripImageSize);
+    setEditTriggers(NoEditTriggers);
+    setSelectionMode(SingleSelection);
+    setHorizontalScrollMode(ScrollPerPixel);
+    setTextElideMode(Qt::ElideNone);
+    setFrameShape(QFrame::StyledPanel);
+    setDragDropMode(NoDragDrop);
+    header()->setStretchLastSection(false);
+    header()->setMinimumSectionSize(1);
+    header()->setResizeContentsPrecision(0); // a column's width is asked of what is on the screen only
+    connect(this, &QTreeView::expanded, this, &CTreeCtrl::FitColumnLater);
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        // What is selected stays on the screen.
+        for (QModelIndex above = SelectedIndex().parent(); above.isValid(); above = above.parent()) {
+            if (above == index) {
+                SelectIndex(index);
+                return;
+            }
+        }
+    });
+}
+
+void CTreeCtrl::setModel(QAbstractItemModel* pModel) {
+    QTreeView::setModel(pModel);
+    if (pModel != nullptr)
+        connect(pModel, &QAbstractItemModel::modelReset, this, &CTreeCtrl::StartColumn);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (SelectedIndex().isValid())
+            OnSelectionChanged();
+    });
+}
+
+QModelIndex CTreeCtrl::SelectedIndex() const {
+    const QModelIndexList listSelected = selectionModel()->selectedIndexes();
+    return listSelected.isEmpty() ? QModelIndex() : listSelected.constFirst();
+}
+
+void CTreeCtrl::SelectIndex(const QModelIndex& index) {
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+    scrollTo(index);
+}
+
+void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
+    QScrollBar* pBar = horizontalScrollBar();
+    const int nBefore = pBar->value();
+    QTreeView::scrollTo(index, nHint);
+    FitColumn();
+    // A column wider than the view would jump back to its left edge at each step: it moves only when the start of the
+    // node is not on the screen.
+    const QRect node = visualRect(index);
+    if (!node.isValid())
+        return;
+    const int nLeft = node.left() + pBar->value();
+    const int nWidth = viewport()->width();
+    const bool bSeen = nLeft >= nBefore && nLeft <= nBefore + nWidth * 2 / 3;
+    pBar->setValue(bSeen ? nBefore : std::max(0, nLeft - nWidth / 4));
+}
+
+QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index, const QEvent* pEvent) const {
+    const QItemSelectionModel::SelectionFlags nFlags = QTreeView::selectionCommand(index, pEvent);
+    return !index.isValid() || (nFlags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : nFlags;
+}
+
+void CTreeCtrl::mouseMoveEvent(QMouseEvent* pEvent) {
+    // Dragging selects nothing: each selection would refill half the screen.
+    if (pEvent->buttons() == Qt::NoButton)
+        QTreeView::mouseMoveEvent(pEvent);
+}
+
+void CTreeCtrl::resizeEvent(QResizeEvent* pEvent) {
+    QTreeView::resizeEvent(pEvent);
+    FitColumn();
+}
+
+void CTreeCtrl::changeEvent(QEvent* pEvent) {
+    QTreeView::changeEvent(pEvent);
+    if (pEvent->type() == QEvent::FontChange || pEvent->type() == QEvent::StyleChange)
+        FitColumnLater();
+}
+
+void CTreeCtrl::scrollContentsBy(int nX, int nY) {
+    QTreeView::scrollContentsBy(nX, nY);
+    if (nY != 0)
+        FitColumnLater();
+}
+
+QPoint CTreeCtrl::MenuPoint(const QModelIndex& index) const {
+    const QRect node = visualRect(index);
+    const QRect area = viewport()->rect();
+    const QPoint point(std::clamp(node.left() + iconSize().width(), 0, area.right()),
+                       std::clamp(node.bottom(), 0, area.bottom()));
+    return viewport()->mapToGlobal(point);
+}
+
+void CTreeCtrl::StartColumn() {
+    m_nWidest = 0;
+    horizontalScrollBar()->setValue(0);
+    FitColumnLater();
+}
+
+void CTreeCtrl::FitColumnLater() {
+    if (m_bFitLater)
+        return;
+    m_bFitLater = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_bFitLater = false;
+            FitColumn();
+        },
+        Qt::QueuedConnection);
+}
+
+void CTreeCtrl::FitColumn() {
+    if (m_bFitting || model() == nullptr || header()->count() == 0)
+        return;
+    const QScopedValueRollback fitting(m_bFitting, true);
+    m_nWidest = std::max(m_nWidest, sizeHintForColumn(0) + 4);
+    const int nWidth = std::max(viewport()->width(), m_nWidest);
+    if (nWidth != header()->sectionSize(0))
+        header()->resizeSection(0, nWidth);
+}
+
+} // namespace carvelot
