@@ -5,6 +5,7 @@
 
 #include <QHeaderView>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 
@@ -121,6 +122,41 @@ void CTreeCtrl::scrollContentsBy(int nX, int nY) {
     QTreeView::scrollContentsBy(nX, nY);
     if (nY != 0)
         FitColumnLater();
+}
+
+void CTreeCtrl::drawBranches(QPainter* pPainter, const QRect& rect, const QModelIndex& index) const {
+    // Dotted lines from node to node, below the buttons, at every other pixel of the whole tree.
+    QColor line = palette().color(QPalette::Text);
+    line.setAlpha(110);
+    const int nIndent = indentation();
+    const int nMiddle = rect.center().y();
+    const int nEven = (rect.top() + verticalOffset() * (verticalScrollMode() == ScrollPerItem ? rect.height() : 1)) & 1;
+    QList<QPoint> listDots;
+    const auto fnDown = [&](int nX, int nFrom, int nTo) {
+        for (int nY = nFrom + ((nFrom - rect.top() + nEven) & 1); nY <= nTo; nY += 2)
+            listDots << QPoint(nX, nY);
+    };
+    int nX = rect.right() + 1 - nIndent / 2;
+    for (int nTo = nX + 1; nTo <= rect.right() - 1; nTo += 2)
+        listDots << QPoint(nTo, nMiddle);
+    const auto fnHasNext = [](const QModelIndex& node) { return node.row() + 1 < node.model()->rowCount(node.parent()); };
+    const bool bFirst = !index.parent().isValid() && index.row() == 0;
+    fnDown(nX, bFirst ? nMiddle : rect.top(), fnHasNext(index) ? rect.bottom() : nMiddle);
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
+        nX -= nIndent;
+        if (fnHasNext(above))
+            fnDown(nX, rect.top(), rect.bottom());
+    }
+    pPainter->save();
+    pPainter->setPen(line);
+    pPainter->drawPoints(listDots.constData(), static_cast<int>(listDots.size()));
+    pPainter->restore();
+    if (model()->hasChildren(index)) {
+        // The button stands on ground of its own.
+        const QPoint centre(rect.right() + 1 - nIndent / 2, nMiddle);
+        pPainter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));
+    }
+    QTreeView::drawBranches(pPainter, rect, index);
 }
 
 QPoint CTreeCtrl::MenuPoint(const QModelIndex& index) const {

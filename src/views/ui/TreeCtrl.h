@@ -34,6 +34,7 @@ protected:
     void resizeEvent(QResizeEvent* pEvent) override;
     void changeEvent(QEvent* pEvent) override;
     void scrollContentsBy(int nX, int nY) override;
+    void drawBranches(QPainter* pPainter, const QRect& rect, const QModelIndex& index) const override;
     // Answers a new selection; not called when a refill takes the selection away.
     virtual void OnSelectionChanged() {}
     // Where a menu opens that was asked for by key.

@@ -5,11 +5,25 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <numeric>
 
 namespace carvelot {
+
+namespace {
+
+// Rows with a little air between their texts.
+class CRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
+    }
+};
+
+} // namespace
 
 CListModel::CListModel(std::span<const CColumnSpec> columns) {
     for (const CColumnSpec& column : columns)
@@ -96,6 +110,7 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
 CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent)
     : QTreeView(pParent), m_model(columns) {
     setModel(&m_model);
+    setItemDelegate(new CRowDelegate(this));
     setAccessibleName(strAccessibleName);
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -114,7 +129,7 @@ CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAcc
     header()->setMinimumSectionSize(16);
     header()->setSortIndicatorShown(false);
     for (int n = 0; n < m_model.columnCount(); ++n)
-        header()->resizeSection(n, m_model.ColumnWidth(n));
+        SetColumnWidth(n, m_model.ColumnWidth(n));
     connect(header(), &QHeaderView::sectionClicked, this, &CListCtrl::OnHeaderClicked);
 }
 
@@ -156,8 +171,13 @@ std::vector<int> CListCtrl::SelectedRows() const {
 
 void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
     header()->setSectionHidden(nColumn, nWidth == 0);
-    if (nWidth != 0)
-        header()->resizeSection(nColumn, nWidth);
+    if (nWidth == 0)
+        return;
+    // With a large font the title decides.
+    const QString strTitle = m_model.headerData(nColumn, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int nTitle = header()->fontMetrics().horizontalAdvance(strTitle) +
+                       2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header());
+    header()->resizeSection(nColumn, std::max(nWidth, nTitle));
 }
 
 void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
