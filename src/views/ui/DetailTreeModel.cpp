@@ -5,14 +5,13 @@
 namespace carvelot {
 
 QModelIndex CDetailTreeModel::IndexOf(CDetailTree::Node node) const {
-    return node == CDetailTree::kRoot ? QModelIndex()
-                                      : createIndex(static_cast<int>(m_tree.Row(node)), 0, quintptr{node});
+    return node == CDetailTree::kRoot ? QModelIndex() : IndexAt(static_cast<int>(m_tree.Row(node)), node);
 }
 
 QModelIndex CDetailTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
     if (nColumn != 0 || parent.column() > 0 || nRow < 0 || nRow >= rowCount(parent))
         return {};
-    return createIndex(nRow, 0, quintptr{m_tree.Child(Node(parent), static_cast<std::size_t>(nRow))});
+    return IndexAt(nRow, m_tree.Child(Node(parent), static_cast<std::size_t>(nRow)));
 }
 
 QModelIndex CDetailTreeModel::parent(const QModelIndex& index) const {
