@@ -7,10 +7,16 @@
 #include <QIcon>
 
 #include <cstdint>
+#include <memory>
+#include <unordered_map>
+#include <vector>
 
 namespace carvelot {
 
 // A view of a CDetailTree: it holds nothing of its own, and makes a text when one is drawn.
+//
+// Every call that never returns leaves one level open, so a damaged log nests without end, and what lays a tree out on
+// the screen goes down level by level. From kDeepest on, nodes stand one below the other in their order instead.
 class CDetailTreeModel final : public QAbstractItemModel {
     Q_OBJECT
 
@@ -18,9 +24,11 @@ public:
     CDetailTreeModel(const CDetailTree& tree, QList<QIcon> listImages)
         : m_tree(tree), m_listImages(std::move(listImages)) {}
 
+    static constexpr std::uint32_t kDeepest = 500; // levels
+
     // Around every change of the tree.
     void BeginChange() { beginResetModel(); }
-    void EndChange() { endResetModel(); }
+    void EndChange();
 
     // kRoot for an invalid index, and the other way round.
     CDetailTree::Node Node(const QModelIndex& index) const {
@@ -50,7 +58,21 @@ private:
         return createIndex(nRow, 0, static_cast<quintptr>(node * kSpread));
     }
 
+    CDetailTree::Node Parent(CDetailTree::Node node) const;
+    std::size_t Row(CDetailTree::Node node) const;
+    std::size_t ChildCount(CDetailTree::Node parent) const;
+    CDetailTree::Node Child(CDetailTree::Node parent, std::size_t nRow) const;
+
+    // The tree as it is shown when it is too deep: parents and rows of all nodes, and the children of those that have
+    // others than in the tree.
+    struct CFlat {
+        std::vector<CDetailTree::Node> m_listParents;
+        std::vector<std::uint32_t> m_listRows;
+        std::unordered_map<CDetailTree::Node, std::vector<CDetailTree::Node>> m_mapChildren; // of nodes of the last level
+    };
+
     const CDetailTree& m_tree;
+    std::unique_ptr<CFlat> m_pFlat; // null when the tree is shown as it is
     QList<QIcon> m_listImages;
 };
 

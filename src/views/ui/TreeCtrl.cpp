@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QStyleOption>
 
 #include <algorithm>
 
@@ -97,6 +98,9 @@ void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
 }
 
 QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index, const QEvent* pEvent) const {
+    // A node is selected when the button goes down, and by nothing that follows.
+    if (pEvent != nullptr && (pEvent->type() == QEvent::MouseButtonRelease || pEvent->type() == QEvent::MouseMove))
+        return QItemSelectionModel::NoUpdate;
     const QItemSelectionModel::SelectionFlags nFlags = QTreeView::selectionCommand(index, pEvent);
     return !index.isValid() || (nFlags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : nFlags;
 }
@@ -139,24 +143,32 @@ void CTreeCtrl::drawBranches(QPainter* pPainter, const QRect& rect, const QModel
     int nX = rect.right() + 1 - nIndent / 2;
     for (int nTo = nX + 1; nTo <= rect.right() - 1; nTo += 2)
         listDots << QPoint(nTo, nMiddle);
-    const auto fnHasNext = [](const QModelIndex& node) { return node.row() + 1 < node.model()->rowCount(node.parent()); };
+    const auto fnHasNext = [](const QModelIndex& node) {
+        return node.row() + 1 < node.model()->rowCount(node.parent());
+    };
     const bool bFirst = !index.parent().isValid() && index.row() == 0;
     fnDown(nX, bFirst ? nMiddle : rect.top(), fnHasNext(index) ? rect.bottom() : nMiddle);
-    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
+    // Of a deep node, only the lines on the screen count.
+    for (QModelIndex above = index.parent(); above.isValid() && nX >= 0; above = above.parent()) {
         nX -= nIndent;
-        if (fnHasNext(above))
+        if (nX < viewport()->width() && fnHasNext(above))
             fnDown(nX, rect.top(), rect.bottom());
     }
     pPainter->save();
     pPainter->setPen(line);
     pPainter->drawPoints(listDots.constData(), static_cast<int>(listDots.size()));
     pPainter->restore();
-    if (model()->hasChildren(index)) {
-        // The button stands on ground of its own.
-        const QPoint centre(rect.right() + 1 - nIndent / 2, nMiddle);
-        pPainter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));
-    }
-    QTreeView::drawBranches(pPainter, rect, index);
+    if (!model()->hasChildren(index))
+        return;
+    // The button stands on ground of its own.
+    QStyleOption button;
+    button.initFrom(this);
+    button.rect = QRect(rect.right() + 1 - nIndent, rect.top(), nIndent, rect.height());
+    button.state = QStyle::State_Item | QStyle::State_Children | (isEnabled() ? QStyle::State_Enabled : QStyle::State_None) |
+                   (isExpanded(index) ? QStyle::State_Open : QStyle::State_None);
+    const QPoint centre(rect.right() + 1 - nIndent / 2, nMiddle);
+    pPainter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));
+    style()->drawPrimitive(QStyle::PE_IndicatorBranch, &button, pPainter, this);
 }
 
 QPoint CTreeCtrl::MenuPoint(const QModelIndex& index) const {
