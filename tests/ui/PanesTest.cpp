@@ -26,7 +26,8 @@ std::vector<std::string> Log() {
         Line("10:00:06.250006", "SELECT X FROM T1", "5/7"),
         Line("10:00:06.250007", "Entering jdeCacheInit - Name:[Orders]", "5/7"),
         Line("10:00:06.250008", "Created new cache - hCache:[e5762678]", "5/7"),
-        Line("10:00:06.250009", "hCache:[e5762678] Nm:[9Orders] Recs:0 Curs:0 Hnds:1 Cchs:141 INIT new", "5/7"),
+        Line("10:00:06.250009", "hCache:[e5762678] Nm:[9Orders] Recs:0 Curs:0 Hnds:1 Cchs:141 INIT new",
+             "5/7"),
         Line("10:00:06.250010", "Entering jdeCacheAdd", "5/7"),
         Line("10:00:06.250011", "hCache:[e5762678] Nm:[9Orders] Recs:1 Curs:0 Hnds:1 Cchs:141 ADD", "5/7"),
         Line("10:00:06.250012", "JDB9900168 - Failed to update", "10/2"),
@@ -58,7 +59,8 @@ private slots:
         QVERIFY(QApplication::overrideCursor() == nullptr);
     }
 
-    // --- filling ------------------------------------------------------------------------------------------------
+    // --- filling
+    // ------------------------------------------------------------------------------------------------
 
     void aProcessFillsAllSixPanesAndTheirCaptions() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -66,9 +68,10 @@ private slots:
         QCOMPARE(Rows(frame.m_wndBSFNPane.List()), (QStringList{"B|1|2.000000|2.000000|2.000000|2.000000",
                                                                 "a|2|0.750000|0.250000|0.500000|0.375000"}));
         QCOMPARE(Rows(frame.m_wndSQLPane.List()), (QStringList{"T2|1|0|0|0", "T1|1|0|1|0"}));
-        QCOMPARE(TreeText(frame.m_wndCachePane.Model()), QStringLiteral("Orders Handle:[e5762678] Instance:[9Orders]\n"
-                                                                       " 10:00:06.250008    Cache Init (New)\n"
-                                                                       " 10:00:06.250010    Cache Add\n"));
+        QCOMPARE(TreeText(frame.m_wndCachePane.Model()),
+                 QStringLiteral("Orders Handle:[e5762678] Instance:[9Orders]\n"
+                                " 10:00:06.250008    Cache Init (New)\n"
+                                " 10:00:06.250010    Cache Add\n"));
         QVERIFY(!frame.m_wndCachePane.Tree().isExpanded(frame.m_wndCachePane.Model().index(0, 0)));
         QCOMPARE(Rows(frame.m_wndLongTasksPane.List()),
                  (QStringList{"5/6|SQL|3.500000|SELECT X FROM T2",
@@ -100,8 +103,8 @@ private slots:
         QVERIFY(Rows(frame.m_wndBSFNPane.List()).isEmpty());
         QVERIFY(Rows(frame.m_wndLongTasksPane.List()).isEmpty());
         QVERIFY(Rows(frame.m_wndErrorPane.List()).isEmpty());
-        for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{&frame.m_wndBSFNPane, &frame.m_wndSQLPane,
-                                                                          &frame.m_wndLongTasksPane, &frame.m_wndErrorPane})
+        for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{
+                 &frame.m_wndBSFNPane, &frame.m_wndSQLPane, &frame.m_wndLongTasksPane, &frame.m_wndErrorPane})
             QCOMPARE(pPane->GetCaption(), QStringLiteral(" Process: 5 Thread: 7"));
     }
 
@@ -111,7 +114,8 @@ private slots:
         const QStringList listRows = Rows(m_pRun->Frame().m_wndTimingGapsPane.List());
         Select(pFrame, "Process - 10");
         QCOMPARE(Rows(m_pRun->Frame().m_wndTimingGapsPane.List()), listRows);
-        QCOMPARE(Rows(m_pRun->Frame().m_wndErrorPane.List()), QStringList{"10/2|ERROR|JDB9900168 - Failed to update"});
+        QCOMPARE(Rows(m_pRun->Frame().m_wndErrorPane.List()),
+                 QStringList{"10/2|ERROR|JDB9900168 - Failed to update"});
         QCOMPARE(m_pRun->Frame().m_wndCachePane.Model().rowCount(), 0);
     }
 
@@ -129,7 +133,8 @@ private slots:
         QCOMPARE(Rows(frame.m_wndErrorPane.List()),
                  (QStringList{"ANNIKA|ERROR|first", "ANNIKA|ERROR|second", "ANNIKA|ERROR|third"}));
         QCOMPARE(Rows(frame.m_wndLongTasksPane.List()),
-                 (QStringList{"ANNIKA|BSFN|3.000000|Object Called: P42101", "ANNIKA|BSFN|2.500000|Object Called: P4210"}));
+                 (QStringList{"ANNIKA|BSFN|3.000000|Object Called: P42101",
+                              "ANNIKA|BSFN|2.500000|Object Called: P4210"}));
         QVERIFY(frame.m_wndFindPane.List().header()->isSectionHidden(1));
     }
 
@@ -137,8 +142,8 @@ private slots:
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
         CMainFrame& frame = m_pRun->Frame();
-        for (CListCtrl* pList :
-             {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()})
+        for (CListCtrl* pList : {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
+                                 &frame.m_wndTimingGapsPane.List()})
             QCOMPARE(Title(*pList, 0), QStringLiteral("Process/Thread"));
         QCOMPARE(Title(frame.m_wndFindPane.List(), 0), QStringLiteral("Process"));
         QVERIFY(!frame.m_wndFindPane.List().header()->isSectionHidden(1));
@@ -156,7 +161,8 @@ private slots:
         QCOMPARE(Rows(list), (QStringList{"T2|1|0|0|0", "T1|1|0|1|0"}));
     }
 
-    // --- sorting ------------------------------------------------------------------------------------------------
+    // --- sorting
+    // ------------------------------------------------------------------------------------------------
 
     void namesSortWithoutCaseAndNumbersByTheirValue() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -200,14 +206,16 @@ private slots:
         QCOMPARE(Rows(list), listBefore);
     }
 
-    // --- double clicks ------------------------------------------------------------------------------------------
+    // --- double clicks
+    // ------------------------------------------------------------------------------------------
 
     void aDoubleClickOnALongTaskOpensItsLineInItsThread() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         Select(pFrame, "Thread - 6");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndLongTasksPane);
         DoubleClick(m_pRun->Frame().m_wndLongTasksPane.List(), 0);
-        QCOMPARE(SelectedText(pFrame->DetailView()), QStringLiteral("10:00:02.750004    (3.500000) SELECT X FROM T2"));
+        QCOMPARE(SelectedText(pFrame->DetailView()),
+                 QStringLiteral("10:00:02.750004    (3.500000) SELECT X FROM T2"));
         QVERIFY(pFrame->DetailView().hasFocus());
         QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QStringLiteral("SELECT X FROM T2"));
     }
@@ -279,7 +287,8 @@ private slots:
         QVERIFY(!pFrame->DetailView().SelectedIndex().isValid());
     }
 
-    // --- caches -------------------------------------------------------------------------------------------------
+    // --- caches
+    // -------------------------------------------------------------------------------------------------
 
     void aDoubleClickOnACacheOperationOpensItsLineAndFoldsNothing() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
@@ -292,7 +301,8 @@ private slots:
         QVERIFY(!pFrame->DetailView().SelectedIndex().isValid());
         tree.expand(cache);
         DoubleClick(tree, tree.model()->index(1, 0, cache));
-        QCOMPARE(SelectedText(pFrame->DetailView()), QStringLiteral("(7)10:00:06.250010    Entering jdeCacheAdd"));
+        QCOMPARE(SelectedText(pFrame->DetailView()),
+                 QStringLiteral("(7)10:00:06.250010    Entering jdeCacheAdd"));
         tree.setFocus();
         QTest::keyClick(&tree, Qt::Key_Up);
         QTest::keyClick(&tree, Qt::Key_Return);
@@ -337,7 +347,8 @@ private slots:
         QCOMPARE(m_pRun->Frame().m_wndCachePane.Model().rowCount(), 0);
     }
 
-    // --- export of gaps -----------------------------------------------------------------------------------------
+    // --- export of gaps
+    // -----------------------------------------------------------------------------------------
 
     void exportIsOfferedOnlyWhileARowIsSelected() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -381,10 +392,11 @@ private slots:
         CSessionRun::ShowPane(m_pRun->Frame().m_wndTimingGapsPane);
         ClickHeader(list, 2);
         Export("gaps.CSV");
-        QCOMPARE(m_pRun->Read("gaps.CSV").replace("\r\n", "\n"),
-                 QByteArray("Proc/Thread,Timestamp,Gap Duration,Message\n"
-                            "\"5/6\",10:00:02.000001    ,2.000000,\"Return value is 1 for B. (BSFNLevel = 1)\"\n"
-                            "\"5/6\",10:00:06.250004    ,3.500000,\"Exiting DBPerformRequest\"\n"));
+        QCOMPARE(
+            m_pRun->Read("gaps.CSV").replace("\r\n", "\n"),
+            QByteArray("Proc/Thread,Timestamp,Gap Duration,Message\n"
+                       "\"5/6\",10:00:02.000001    ,2.000000,\"Return value is 1 for B. (BSFNLevel = 1)\"\n"
+                       "\"5/6\",10:00:06.250004    ,3.500000,\"Exiting DBPerformRequest\"\n"));
     }
 
     void textTrimsTheStoredTimeStampsAndNotTheShownOnes() {
@@ -392,13 +404,16 @@ private slots:
         QCOMPARE(m_pRun->Read("gaps.txt").replace("\r\n", "\n"),
                  QByteArray("Proc/Thread   Timestamp          Gap Duration     Message\n"
                             "5/6           10:00:06.250004    3.500000         Exiting DBPerformRequest\n"
-                            "5/6           10:00:02.000001    2.000000         Return value is 1 for B. (BSFNLevel = 1)\n"));
-        QVERIFY(Rows(m_pRun->Frame().m_wndTimingGapsPane.List()).constFirst().contains("10:00:06.250004    |"));
+                            "5/6           10:00:02.000001    2.000000         Return value is 1 for B. "
+                            "(BSFNLevel = 1)\n"));
+        QVERIFY(
+            Rows(m_pRun->Frame().m_wndTimingGapsPane.List()).constFirst().contains("10:00:06.250004    |"));
         Export("gaps.csv");
         QVERIFY(m_pRun->Read("gaps.csv").contains("\"5/6\",10:00:06.250004,3.500000,"));
     }
 
-    // --- raw data -----------------------------------------------------------------------------------------------
+    // --- raw data
+    // -----------------------------------------------------------------------------------------------
 
     void rawDataCopiesTheSelectionWhenCIsReleasedWithCtrl() {
         CRawDataPane& pane = m_pRun->Frame().m_wndRawDataPane;
@@ -435,15 +450,17 @@ private slots:
         m_pRun = std::make_unique<CSessionRun>();
         QCoreApplication::processEvents();
         CMainFrame& frame = m_pRun->Frame();
-        for (CListCtrl* pList : {&frame.m_wndBSFNPane.List(), &frame.m_wndSQLPane.List(), &frame.m_wndLongTasksPane.List(),
-                                 &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()}) {
+        for (CListCtrl* pList :
+             {&frame.m_wndBSFNPane.List(), &frame.m_wndSQLPane.List(), &frame.m_wndLongTasksPane.List(),
+              &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()}) {
             for (int n = 0; n < pList->Model().columnCount(); ++n)
                 QVERIFY(pList->header()->sectionSize(n) >=
                         pList->header()->fontMetrics().horizontalAdvance(Title(*pList, n)));
             QVERIFY(pList->header()->height() >= pList->header()->fontMetrics().height());
         }
         CSessionRun::ShowPane(frame.m_wndFindPane);
-        QVERIFY(frame.m_wndFindPane.SearchEdit().height() >= frame.m_wndFindPane.SearchEdit().fontMetrics().height());
+        QVERIFY(frame.m_wndFindPane.SearchEdit().height() >=
+                frame.m_wndFindPane.SearchEdit().fontMetrics().height());
         QApplication::setFont(before);
     }
 

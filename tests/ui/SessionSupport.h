@@ -1,9 +1,9 @@
-// What the tests of session windows and their panes share: a run of the program with real sessions, and a person's
-// hands and eyes on trees and lists.
+// What the tests of session windows and their panes share: a run of the program with real sessions, and a
+// person's hands and eyes on trees and lists.
 #pragma once
 
-#include "support/TestLog.h"
 #include "shell/ui/Text.h"
+#include "support/TestLog.h"
 #include "ui/UiSupport.h"
 #include "views/ui/ChildFrame.h"
 #include "views/ui/SessionDocument.h"
@@ -96,7 +96,8 @@ inline QString TreeText(const QAbstractItemModel& model, const QModelIndex& pare
 }
 
 // The first node whose text contains this, in the order of the tree.
-inline QModelIndex FindNode(const QAbstractItemModel& model, const QString& strText, const QModelIndex& parent = {}) {
+inline QModelIndex FindNode(const QAbstractItemModel& model, const QString& strText,
+                            const QModelIndex& parent = {}) {
     for (int nRow = 0; nRow < model.rowCount(parent); ++nRow) {
         const QModelIndex index = model.index(nRow, 0, parent);
         if (index.data().toString().contains(strText))

@@ -63,18 +63,19 @@ private slots:
         QVERIFY(QApplication::overrideCursor() == nullptr);
     }
 
-    // --- opening ------------------------------------------------------------------------------------------------
+    // --- opening
+    // ------------------------------------------------------------------------------------------------
 
     void openShowsTheProcessesWithTheirThreadsAndNothingSelected() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         QVERIFY(pFrame != nullptr);
         QCOMPARE(TreeText(pFrame->ThreadView().Model()), QStringLiteral("Process - 1 (0.000000)\n"
-                                                                       " Thread - 1 (0.000000)\n"
-                                                                       "Process - 5 (2.500006)\n"
-                                                                       " Thread - 6 (2.500005)\n"
-                                                                       " Thread - 7 (0.000000)\n"
-                                                                       "Process - 9 (3.500000)\n"
-                                                                       " Thread - 1 (3.500000)\n"));
+                                                                        " Thread - 1 (0.000000)\n"
+                                                                        "Process - 5 (2.500006)\n"
+                                                                        " Thread - 6 (2.500005)\n"
+                                                                        " Thread - 7 (0.000000)\n"
+                                                                        "Process - 9 (3.500000)\n"
+                                                                        " Thread - 1 (3.500000)\n"));
         for (int nRow = 0; nRow < 3; ++nRow)
             QVERIFY(pFrame->ThreadView().isExpanded(pFrame->ThreadView().Model().index(nRow, 0)));
         QVERIFY(!pFrame->ThreadView().SelectedIndex().isValid());
@@ -100,8 +101,9 @@ private slots:
         QVERIFY(LoadImageStrip("TreeImages", listImages));
         QCOMPARE(listImages.size(), 23);
         const auto fnSame = [&](int nRow, int nImage) {
-            return qvariant_cast<QIcon>(model.index(nRow, 0).data(Qt::DecorationRole)).pixmap(16, 15).toImage() ==
-                   listImages[nImage].pixmap(16, 15).toImage();
+            return qvariant_cast<QIcon>(model.index(nRow, 0).data(Qt::DecorationRole))
+                       .pixmap(16, 15)
+                       .toImage() == listImages[nImage].pixmap(16, 15).toImage();
         };
         QVERIFY(fnSame(0, 13));
         QVERIFY(fnSame(1, 13));
@@ -118,7 +120,8 @@ private slots:
             return qvariant_cast<QIcon>(index.data(Qt::DecorationRole)).pixmap(16, 15).toImage();
         };
         QCOMPARE(fnImage(process), listImages[9].pixmap(16, 15).toImage());
-        QCOMPARE(fnImage(pFrame->ThreadView().Model().index(0, 0, process)), listImages[8].pixmap(16, 15).toImage());
+        QCOMPARE(fnImage(pFrame->ThreadView().Model().index(0, 0, process)),
+                 listImages[8].pixmap(16, 15).toImage());
     }
 
     void aFileThatCannotBeOpenedLeavesNoWindowAndTheOtherSessionAsItWas() {
@@ -137,7 +140,7 @@ private slots:
         QVERIFY(m_pRun->Open(m_pRun->WriteBytes("no.log", "hello\nworld\n")) == nullptr);
         QVERIFY(m_pRun->Open(m_pRun->WriteBytes("empty.log", "")) == nullptr);
         QCOMPARE(m_pRun->m_user.m_listMessages, (QStringList{"Error: Cannot determine tracing log format",
-                                                            "Error: Cannot determine tracing log format"}));
+                                                             "Error: Cannot determine tracing log format"}));
         QVERIFY(m_pRun->Frame().ClientArea().Children().isEmpty());
         QVERIFY(theApp().m_recentFiles.m_listPaths.empty());
     }
@@ -193,7 +196,8 @@ private slots:
         QVERIFY(run.m_user.m_listMessages.contains("Failed to open file."));
     }
 
-    // --- the commands of a session ------------------------------------------------------------------------------
+    // --- the commands of a session
+    // ------------------------------------------------------------------------------
 
     void analyzeReadsTheFileAnewAndEmptiesWhatIsShown() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
@@ -268,24 +272,26 @@ private slots:
         QVERIFY(pBar->isHidden());
     }
 
-    // --- the thread tree ----------------------------------------------------------------------------------------
+    // --- the thread tree
+    // ----------------------------------------------------------------------------------------
 
     void aThreadShowsItsCallTreeAndSetsTheTitle() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         Select(pFrame, "Thread - 6");
         QCOMPARE(pFrame->windowTitle(), m_pRun->Path("a.log") + " - Process: 5 Thread: 6");
         QCOMPARE(m_pRun->Frame().windowTitle(), m_pRun->Path("a.log") + " - Process: 5 Thread: 6 - Carvelot");
-        QCOMPARE(TreeText(pFrame->DetailView().Model()),
-                 QStringLiteral(
-                     "10:00:00.000001    (2.500005) Calling Business function A from Level 1 (BSFNLevel = 1)\n"
-                     " PARMS IN\n"
-                     "  IN->[  1] first\n"
-                     "  IN->[  2] second\n"
-                     " 10:00:00.000004    (2.500000) SELECT X FROM T1\n"
-                     " 10:00:02.500004    Exiting DBPerformRequest\n"
-                     " PARMS OUT\n"
-                     "  OUT->[  1] third\n"
-                     " 10:00:02.500006    Return value is 2 for A. (BSFNLevel = 1)\n"));
+        QCOMPARE(
+            TreeText(pFrame->DetailView().Model()),
+            QStringLiteral(
+                "10:00:00.000001    (2.500005) Calling Business function A from Level 1 (BSFNLevel = 1)\n"
+                " PARMS IN\n"
+                "  IN->[  1] first\n"
+                "  IN->[  2] second\n"
+                " 10:00:00.000004    (2.500000) SELECT X FROM T1\n"
+                " 10:00:02.500004    Exiting DBPerformRequest\n"
+                " PARMS OUT\n"
+                "  OUT->[  1] third\n"
+                " 10:00:02.500006    Return value is 2 for A. (BSFNLevel = 1)\n"));
         QVERIFY(!pFrame->DetailView().isExpanded(pFrame->DetailView().Model().index(0, 0)));
     }
 
@@ -334,7 +340,8 @@ private slots:
         CThreadView& tree = pFrame->ThreadView();
         Select(pFrame, "Thread - 6");
         Click(tree, FindNode(tree.Model(), "Process - 9"), Qt::RightButton);
-        QTest::mouseClick(tree.viewport(), Qt::RightButton, {}, tree.viewport()->rect().bottomRight() - QPoint(3, 3));
+        QTest::mouseClick(tree.viewport(), Qt::RightButton, {},
+                          tree.viewport()->rect().bottomRight() - QPoint(3, 3));
         QCOMPARE(SelectedText(tree), kThread6);
         QVERIFY(m_pRun->m_user.m_listMenuTexts.isEmpty());
         CChildFrame* pJas = m_pRun->Open("jas.log", JasLog());
@@ -365,11 +372,13 @@ private slots:
         Select(pFrame, "Thread - 6");
         Click(tree, tree.SelectedIndex(), Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(SelectedText(tree), kThread6);
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.viewport()->rect().bottomRight() - QPoint(3, 3));
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {},
+                          tree.viewport()->rect().bottomRight() - QPoint(3, 3));
         QCOMPARE(SelectedText(tree), kThread6);
         QTest::mousePress(tree.viewport(), Qt::LeftButton, {}, PointOf(tree, tree.SelectedIndex()));
         QTest::mouseMove(tree.viewport(), PointOf(tree, FindNode(tree.Model(), "Process - 9")));
-        QTest::mouseRelease(tree.viewport(), Qt::LeftButton, {}, PointOf(tree, FindNode(tree.Model(), "Process - 9")));
+        QTest::mouseRelease(tree.viewport(), Qt::LeftButton, {},
+                            PointOf(tree, FindNode(tree.Model(), "Process - 9")));
         QCOMPARE(SelectedText(tree), kThread6);
     }
 
@@ -381,7 +390,8 @@ private slots:
         QCOMPARE(pFrame->windowTitle(), m_pRun->Path("a.log") + " - Process: 5");
     }
 
-    // --- the detail tree ----------------------------------------------------------------------------------------
+    // --- the detail tree
+    // ----------------------------------------------------------------------------------------
 
     void aSelectedNodeShowsItsWholeStatementInRawData() {
         const std::string strLong = "SELECT " + std::string(400, 'X') + " FROM T9";
@@ -391,7 +401,8 @@ private slots:
         Select(pFrame, "Thread - 3");
         const QModelIndex node = pFrame->DetailView().Model().index(0, 0);
         QCOMPARE(node.data().toString().size(), 260);
-        QCOMPARE(node.data().toString(), (QStringLiteral("10:00:08.000000    ") + ToQString(strLong)).left(260));
+        QCOMPARE(node.data().toString(),
+                 (QStringLiteral("10:00:08.000000    ") + ToQString(strLong)).left(260));
         Click(pFrame->DetailView(), node);
         QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), ToQString(strLong));
     }
@@ -418,7 +429,9 @@ private slots:
         QVERIFY(LoadImageStrip("TreeImages", listImages));
         const auto fnImage = [&](const char* pszText) {
             const QImage image =
-                qvariant_cast<QIcon>(FindNode(model, QLatin1String(pszText)).data(Qt::DecorationRole)).pixmap(16, 15).toImage();
+                qvariant_cast<QIcon>(FindNode(model, QLatin1String(pszText)).data(Qt::DecorationRole))
+                    .pixmap(16, 15)
+                    .toImage();
             for (int n = 0; n < listImages.size(); ++n) {
                 if (listImages[n].pixmap(16, 15).toImage() == image)
                     return n;
@@ -463,7 +476,8 @@ private slots:
         }
         // The menu goes by what is selected, wherever the pointer is.
         Click(tree, FindNode(tree.Model(), "first"));
-        AskForMenu(*tree.viewport(), tree.viewport()->rect().bottomRight() - QPoint(3, 3), QContextMenuEvent::Mouse);
+        AskForMenu(*tree.viewport(), tree.viewport()->rect().bottomRight() - QPoint(3, 3),
+                   QContextMenuEvent::Mouse);
         QCOMPARE(m_pRun->m_user.m_listMenuTexts, QStringList{"Copy Parms"});
         m_pRun->m_user.m_listMenuTexts.clear();
         AskForMenu(*tree.viewport(), QPoint(), QContextMenuEvent::Keyboard);
@@ -484,7 +498,8 @@ private slots:
 
     void theTreesScrollSidewaysToTheEndOfTheirLongestNode() {
         std::vector<std::string> listLines = Log();
-        listLines.push_back(Line("10:00:08.000000", ("SELECT " + std::string(240, 'X') + " FROM T9").c_str(), "12/3"));
+        listLines.push_back(
+            Line("10:00:08.000000", ("SELECT " + std::string(240, 'X') + " FROM T9").c_str(), "12/3"));
         CChildFrame* pFrame = m_pRun->Open("a.log", listLines);
         CDetailView& tree = pFrame->DetailView();
         Select(pFrame, "Thread - 3");
@@ -496,7 +511,8 @@ private slots:
         QTRY_COMPARE(tree.horizontalScrollBar()->maximum(), 0);
     }
 
-    // --- models -------------------------------------------------------------------------------------------------
+    // --- models
+    // -------------------------------------------------------------------------------------------------
 
     void theModelsKeepTheToolkitsRules() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
@@ -519,7 +535,8 @@ private slots:
         std::string strBytes = TestSession::Joined(Log());
         strBytes.reserve(80U << 20U);
         for (int n = 0; n < 1000000; ++n)
-            strBytes += DebugLine("10:00:07.000000", "SELECT A FROM T" + std::to_string(n % 100), "12/3") + "\n";
+            strBytes +=
+                DebugLine("10:00:07.000000", "SELECT A FROM T" + std::to_string(n % 100), "12/3") + "\n";
         strBytes += DebugLine("10:00:08.000000", "JDB1 - the end", "12/3") + "\n";
         CChildFrame* pFrame = m_pRun->Open(m_pRun->WriteBytes("big.log", strBytes));
         QVERIFY(pFrame != nullptr);
@@ -579,7 +596,8 @@ private slots:
         QCOMPARE(TreeText(pFrame->DetailView().Model()).count(QLatin1Char('\n')), 520);
     }
 
-    // --- the session in front -----------------------------------------------------------------------------------
+    // --- the session in front
+    // -----------------------------------------------------------------------------------
 
     void thePanesFollowTheSessionInFront() {
         CChildFrame* pFirst = m_pRun->Open("a.log", Log());
@@ -638,13 +656,14 @@ private slots:
         CSessionRun::Settle();
         QVERIFY(m_pRun->Frame().ClientArea().Children().isEmpty());
         CMainFrame& frame = m_pRun->Frame();
-        for (CListCtrl* pList : {&frame.m_wndSQLPane.List(), &frame.m_wndBSFNPane.List(), &frame.m_wndLongTasksPane.List(),
-                                 &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()})
+        for (CListCtrl* pList :
+             {&frame.m_wndSQLPane.List(), &frame.m_wndBSFNPane.List(), &frame.m_wndLongTasksPane.List(),
+              &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()})
             QVERIFY(Rows(*pList).isEmpty());
         QCOMPARE(frame.m_wndCachePane.Model().rowCount(), 0);
-        for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{&frame.m_wndBSFNPane, &frame.m_wndSQLPane,
-                                                                          &frame.m_wndCachePane, &frame.m_wndLongTasksPane,
-                                                                          &frame.m_wndErrorPane})
+        for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{
+                 &frame.m_wndBSFNPane, &frame.m_wndSQLPane, &frame.m_wndCachePane, &frame.m_wndLongTasksPane,
+                 &frame.m_wndErrorPane})
             QCOMPARE(pPane->GetCaption(), QString());
         QCOMPARE(frame.m_wndRawDataPane.Edit().toPlainText(), QStringLiteral("stays"));
     }
@@ -655,7 +674,8 @@ private slots:
         Click(pFrame->DetailView(), pFrame->DetailView().Model().index(0, 0));
         pFrame->CloseWindow();
         CSessionRun::Settle();
-        QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QStringLiteral("INSERT INTO T2 (A) VALUES (1)"));
+        QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(),
+                 QStringLiteral("INSERT INTO T2 (A) VALUES (1)"));
     }
 
     void windowsHaveAccessibleNamesAndF6LeadsThroughThem() {

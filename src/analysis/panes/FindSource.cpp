@@ -43,7 +43,8 @@ std::size_t CFindSource::RowCount() const {
 
 std::string CFindSource::Text(std::size_t nRow, int nColumn) const {
     if (m_pSession != nullptr)
-        return Session() != nullptr ? MakeFindRow(*m_pSession, m_listRecords[nRow]).Text(nColumn) : std::string();
+        return Session() != nullptr ? MakeFindRow(*m_pSession, m_listRecords[nRow]).Text(nColumn)
+                                    : std::string();
     const std::size_t nText = nRow * kColumns + static_cast<std::size_t>(nColumn);
     const std::size_t nBegin = nText == 0 ? 0 : m_listEnds[nText - 1];
     return m_strTexts.substr(nBegin, m_listEnds[nText] - nBegin);

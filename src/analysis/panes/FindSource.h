@@ -12,7 +12,8 @@ namespace carvelot {
 
 class CFindSource final : public CListSource {
 public:
-    // Shows these records of the session, in their order. While they live, texts are made from them when asked for.
+    // Shows these records of the session, in their order. While they live, texts are made from them when
+    // asked for.
     void Show(const CCarvelotDoc& session, std::vector<RecordIndex> records);
     // To be called before the session's records go: the rows keep what they show and lead nowhere any more.
     void LetGo(const CCarvelotDoc& session);
@@ -33,8 +34,8 @@ private:
     std::uint64_t m_nLoadIdentity = 0;
     std::vector<RecordIndex> m_listRecords;
 
-    // The texts of rows without records, all in one: those of a row follow one another, and m_listEnds holds where each
-    // text ends.
+    // The texts of rows without records, all in one: those of a row follow one another, and m_listEnds holds
+    // where each text ends.
     std::string m_strTexts;
     std::vector<std::size_t> m_listEnds;
 };

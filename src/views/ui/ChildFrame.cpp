@@ -21,7 +21,8 @@ CChildFrame::CChildFrame(CSessionDocument& document)
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->addWidget(m_wndSplitter);
-    for (QAbstractScrollArea* pView : std::initializer_list<QAbstractScrollArea*>{m_pThreadView, m_pDetailView}) {
+    for (QAbstractScrollArea* pView :
+         std::initializer_list<QAbstractScrollArea*>{m_pThreadView, m_pDetailView}) {
         pView->installEventFilter(this);
         pView->viewport()->installEventFilter(this);
     }
@@ -39,7 +40,8 @@ void CChildFrame::OnClose() {
 }
 
 bool CChildFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
-    // The closing of another session has emptied the panes under this one: work in this window fills them again.
+    // The closing of another session has emptied the panes under this one: work in this window fills them
+    // again.
     if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::MouseButtonPress) {
         CMainFrame* pMain = MainFrame();
         if (pMain != nullptr && pMain->ActiveChild() == this && pMain->m_pPanesOwner != this)

@@ -29,7 +29,8 @@ void CDetailTreeModel::EndChange() {
                 continue;
             }
             // The nearest ancestor that may have children on the screen.
-            const CDetailTree::Node shown = listDepths[parent] == kDeepest - 2 ? parent : pFlat->m_listParents[parent];
+            const CDetailTree::Node shown =
+                listDepths[parent] == kDeepest - 2 ? parent : pFlat->m_listParents[parent];
             auto& listChildren = pFlat->m_mapChildren[shown];
             pFlat->m_listParents[node] = shown;
             pFlat->m_listRows[node] = static_cast<std::uint32_t>(listChildren.size());

@@ -15,8 +15,9 @@ namespace carvelot {
 
 // A view of a CDetailTree: it holds nothing of its own, and makes a text when one is drawn.
 //
-// Every call that never returns leaves one level open, so a damaged log nests without end, and what lays a tree out on
-// the screen goes down level by level. From kDeepest on, nodes stand one below the other in their order instead.
+// Every call that never returns leaves one level open, so a damaged log nests without end, and what lays a
+// tree out on the screen goes down level by level. From kDeepest on, nodes stand one below the other in their
+// order instead.
 class CDetailTreeModel final : public QAbstractItemModel {
     Q_OBJECT
 
@@ -32,7 +33,8 @@ public:
 
     // kRoot for an invalid index, and the other way round.
     CDetailTree::Node Node(const QModelIndex& index) const {
-        return index.isValid() ? static_cast<std::uint32_t>(index.internalId()) * kUnspread : CDetailTree::kRoot;
+        return index.isValid() ? static_cast<std::uint32_t>(index.internalId()) * kUnspread
+                               : CDetailTree::kRoot;
     }
     QModelIndex IndexOf(CDetailTree::Node node) const;
 
@@ -44,8 +46,9 @@ public:
     QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
 
 private:
-    // The toolkit keeps the nodes that are open in a table whose hash is little more than the identifier, and numbers
-    // that follow one another crowd it. An odd factor and its inverse modulo 2^32 spread them out and bring them back.
+    // The toolkit keeps the nodes that are open in a table whose hash is little more than the identifier, and
+    // numbers that follow one another crowd it. An odd factor and its inverse modulo 2^32 spread them out and
+    // bring them back.
     static constexpr std::uint32_t kSpread = 0x9E3779B1U;
     static constexpr std::uint32_t kUnspread = [] {
         std::uint32_t nInverse = kSpread;
@@ -63,12 +66,13 @@ private:
     std::size_t ChildCount(CDetailTree::Node parent) const;
     CDetailTree::Node Child(CDetailTree::Node parent, std::size_t nRow) const;
 
-    // The tree as it is shown when it is too deep: parents and rows of all nodes, and the children of those that have
-    // others than in the tree.
+    // The tree as it is shown when it is too deep: parents and rows of all nodes, and the children of those
+    // that have others than in the tree.
     struct CFlat {
         std::vector<CDetailTree::Node> m_listParents;
         std::vector<std::uint32_t> m_listRows;
-        std::unordered_map<CDetailTree::Node, std::vector<CDetailTree::Node>> m_mapChildren; // of nodes of the last level
+        std::unordered_map<CDetailTree::Node, std::vector<CDetailTree::Node>>
+            m_mapChildren; // of nodes of the last level
     };
 
     const CDetailTree& m_tree;

@@ -28,7 +28,8 @@ QList<QIcon> TreeImages() {
 } // namespace
 
 CDetailView::CDetailView(CSessionDocument& document)
-    : CTreeCtrl(tr("Calls")), m_document(document), m_tree(document.Session()), m_model(m_tree, TreeImages()) {
+    : CTreeCtrl(tr("Calls")), m_document(document), m_tree(document.Session()),
+      m_model(m_tree, TreeImages()) {
     setModel(&m_model);
     document.Session().m_pDetailView = this;
 }
@@ -118,7 +119,7 @@ void CDetailView::contextMenuEvent(QContextMenuEvent* pEvent) {
     QMenu menu;
     connect(menu.addAction(tr("Copy Parms")), &QAction::triggered, this, &CDetailView::OnCopyParms);
     UserInterface().RunMenu(menu, pEvent->reason() == QContextMenuEvent::Keyboard ? MenuPoint(index)
-                                                                                 : pEvent->globalPos());
+                                                                                  : pEvent->globalPos());
 }
 
 void CDetailView::OnCopyParms() {

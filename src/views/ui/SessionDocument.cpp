@@ -6,7 +6,8 @@
 
 namespace carvelot {
 
-CSessionDocument::CSessionDocument() : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
+CSessionDocument::CSessionDocument()
+    : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
     AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
     AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
@@ -27,6 +28,8 @@ bool CSessionDocument::OnNewDocument() {
     return true;
 }
 
-bool CSessionDocument::OnOpenDocument(const QString& strPath) { return m_session.OnOpenDocument(ToUtf8(strPath)); }
+bool CSessionDocument::OnOpenDocument(const QString& strPath) {
+    return m_session.OnOpenDocument(ToUtf8(strPath));
+}
 
 } // namespace carvelot

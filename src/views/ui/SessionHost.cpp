@@ -43,13 +43,19 @@ void CSessionHost::ClearPanes() {
         pMain->ClearPanes();
 }
 
-void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) { m_document.SetTitle(ToQString(title)); }
+void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
+    m_document.SetTitle(ToQString(title));
+}
 
-void CSessionHost::AddToRecentFileList(const std::string& path) { theApp().AddToRecentFileList(ToQString(path)); }
+void CSessionHost::AddToRecentFileList(const std::string& path) {
+    theApp().AddToRecentFileList(ToQString(path));
+}
 
 std::optional<std::string> CSessionHost::AskForLog() {
-    const auto strPath = UserInterface().AskOpenFile(
-        {QCoreApplication::translate("CSessionHost", "Open"), QStringLiteral("log"), {}, QString::fromLatin1(kLogFilter)});
+    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CSessionHost", "Open"),
+                                                      QStringLiteral("log"),
+                                                      {},
+                                                      QString::fromLatin1(kLogFilter)});
     return strPath ? std::optional(ToUtf8(*strPath)) : std::nullopt;
 }
 

@@ -17,7 +17,8 @@ public:
 
     // The document as long as it exists, also after its records were read anew.
     CSessionDocument* Document() const { return m_pDocument; }
-    // Brings a record of that load up in the session's window; nothing when the session was closed or read again since.
+    // Brings a record of that load up in the session's window; nothing when the session was closed or read
+    // again since.
     void ShowDetail(RecordIndex record) const {
         // A closed document lives on to the end of the event that closed it.
         if (m_pDocument == nullptr || m_pDocument->GetDocTemplate() == nullptr ||

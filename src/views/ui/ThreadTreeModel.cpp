@@ -15,7 +15,8 @@ template <class T> T& At(const std::vector<std::unique_ptr<T>>& list, std::size_
 
 // The place of an object in the list that owns it, or -1.
 template <class T> int RowOf(const std::vector<std::unique_ptr<T>>& list, const T* pObject) {
-    const auto it = std::ranges::find(list, pObject, [](const auto& p) { return static_cast<const T*>(p.get()); });
+    const auto it =
+        std::ranges::find(list, pObject, [](const auto& p) { return static_cast<const T*>(p.get()); });
     return it == list.end() ? -1 : static_cast<int>(it - list.begin());
 }
 
@@ -64,7 +65,8 @@ QModelIndex CThreadTreeModel::IndexOf(const CJASUser& user) const {
 QModelIndex CThreadTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
     if (!hasIndex(nRow, nColumn, parent))
         return {};
-    return createIndex(nRow, nColumn, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
+    return createIndex(nRow, nColumn,
+                       parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
 }
 
 QModelIndex CThreadTreeModel::parent(const QModelIndex& index) const {
@@ -96,7 +98,8 @@ QVariant CThreadTreeModel::data(const QModelIndex& index, int nRole) const {
         return bText ? QVariant(NodeDisplayText(ProcessNodeText(m_session, *pProcess)))
                      : QVariant(m_listImages.value(IMAGE_PROCESS));
     if (const CThread* pThread = Thread(index))
-        return bText ? QVariant(NodeDisplayText(ThreadNodeText(*pThread))) : QVariant(m_listImages.value(IMAGE_THREAD));
+        return bText ? QVariant(NodeDisplayText(ThreadNodeText(*pThread)))
+                     : QVariant(m_listImages.value(IMAGE_THREAD));
     if (const CJASUser* pUser = User(index))
         return bText ? QVariant(NodeDisplayText(pUser->m_strUser))
                      : QVariant(m_listImages.value(m_listUserImages[static_cast<std::size_t>(index.row())]));

@@ -26,7 +26,8 @@ QList<QIcon> TreeImages() {
 } // namespace
 
 CThreadView::CThreadView(CSessionDocument& document)
-    : CTreeCtrl(tr("Processes and threads")), m_document(document), m_model(document.Session(), TreeImages()) {
+    : CTreeCtrl(tr("Processes and threads")), m_document(document),
+      m_model(document.Session(), TreeImages()) {
     setModel(&m_model);
     document.Session().m_pThreadView = this;
 }

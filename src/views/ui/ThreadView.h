@@ -1,5 +1,5 @@
-// ThreadView.h - the session window's left side: processes and threads, or users. A selection here rebuilds the title,
-// the call tree and the shared panes.
+// ThreadView.h - the session window's left side: processes and threads, or users. A selection here rebuilds
+// the title, the call tree and the shared panes.
 #pragma once
 
 #include "logcore/SessionHost.h"

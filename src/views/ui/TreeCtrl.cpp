@@ -86,8 +86,8 @@ void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
     const int nBefore = pBar->value();
     QTreeView::scrollTo(index, nHint);
     FitColumn();
-    // A column wider than the view would jump back to its left edge at each step: it moves only when the start of the
-    // node is not on the screen.
+    // A column wider than the view would jump back to its left edge at each step: it moves only when the
+    // start of the node is not on the screen.
     const QRect node = visualRect(index);
     if (!node.isValid())
         return;
@@ -97,12 +97,15 @@ void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
     pBar->setValue(bSeen ? nBefore : std::max(0, nLeft - nWidth / 4));
 }
 
-QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index, const QEvent* pEvent) const {
+QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index,
+                                                                const QEvent* pEvent) const {
     // A node is selected when the button goes down, and by nothing that follows.
-    if (pEvent != nullptr && (pEvent->type() == QEvent::MouseButtonRelease || pEvent->type() == QEvent::MouseMove))
+    if (pEvent != nullptr &&
+        (pEvent->type() == QEvent::MouseButtonRelease || pEvent->type() == QEvent::MouseMove))
         return QItemSelectionModel::NoUpdate;
     const QItemSelectionModel::SelectionFlags nFlags = QTreeView::selectionCommand(index, pEvent);
-    return !index.isValid() || (nFlags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : nFlags;
+    return !index.isValid() || (nFlags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate
+                                                                        : nFlags;
 }
 
 void CTreeCtrl::mouseMoveEvent(QMouseEvent* pEvent) {
@@ -134,7 +137,8 @@ void CTreeCtrl::drawBranches(QPainter* pPainter, const QRect& rect, const QModel
     line.setAlpha(110);
     const int nIndent = indentation();
     const int nMiddle = rect.center().y();
-    const int nEven = (rect.top() + verticalOffset() * (verticalScrollMode() == ScrollPerItem ? rect.height() : 1)) & 1;
+    const int nEven =
+        (rect.top() + verticalOffset() * (verticalScrollMode() == ScrollPerItem ? rect.height() : 1)) & 1;
     QList<QPoint> listDots;
     const auto fnDown = [&](int nX, int nFrom, int nTo) {
         for (int nY = nFrom + ((nFrom - rect.top() + nEven) & 1); nY <= nTo; nY += 2)
@@ -164,7 +168,8 @@ void CTreeCtrl::drawBranches(QPainter* pPainter, const QRect& rect, const QModel
     QStyleOption button;
     button.initFrom(this);
     button.rect = QRect(rect.right() + 1 - nIndent, rect.top(), nIndent, rect.height());
-    button.state = QStyle::State_Item | QStyle::State_Children | (isEnabled() ? QStyle::State_Enabled : QStyle::State_None) |
+    button.state = QStyle::State_Item | QStyle::State_Children |
+                   (isEnabled() ? QStyle::State_Enabled : QStyle::State_None) |
                    (isExpanded(index) ? QStyle::State_Open : QStyle::State_None);
     const QPoint centre(rect.right() + 1 - nIndent / 2, nMiddle);
     pPainter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));

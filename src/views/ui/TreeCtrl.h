@@ -10,16 +10,17 @@ namespace carvelot {
 // The first 260 characters of a node's text, on one line: a tree shows no more.
 QString NodeDisplayText(std::string_view strText);
 
-// A tree without a header whose nodes all have one height. Its one column is as wide as the widest node that has been
-// on the screen since the last fill, so that long nodes are reached by scrolling and no node is measured unseen.
-// There is no way to have nothing selected again once a node is selected, but a refill.
+// A tree without a header whose nodes all have one height. Its one column is as wide as the widest node that
+// has been on the screen since the last fill, so that long nodes are reached by scrolling and no node is
+// measured unseen. There is no way to have nothing selected again once a node is selected, but a refill.
 class CTreeCtrl : public QTreeView {
     Q_OBJECT
 
 public:
     explicit CTreeCtrl(const QString& strAccessibleName, QWidget* pParent = nullptr);
 
-    // The selected node, invalid without one. The toolkit's current node is another thing: it moves with the focus.
+    // The selected node, invalid without one. The toolkit's current node is another thing: it moves with the
+    // focus.
     QModelIndex SelectedIndex() const;
     // Selects a node and shows it, which opens its ancestors.
     void SelectIndex(const QModelIndex& index);

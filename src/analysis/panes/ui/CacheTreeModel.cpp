@@ -35,7 +35,8 @@ const CCacheAnalysis::CCache::CCacheOperation* CCacheTreeModel::Operation(const 
 QModelIndex CCacheTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
     if (!hasIndex(nRow, nColumn, parent))
         return {};
-    return createIndex(nRow, nColumn, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
+    return createIndex(nRow, nColumn,
+                       parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
 }
 
 QModelIndex CCacheTreeModel::parent(const QModelIndex& index) const {
@@ -47,7 +48,8 @@ QModelIndex CCacheTreeModel::parent(const QModelIndex& index) const {
 int CCacheTreeModel::rowCount(const QModelIndex& parent) const {
     if (m_pAnalysis == nullptr || parent.column() > 0 || Operation(parent) != nullptr)
         return 0;
-    return static_cast<int>(parent.isValid() ? Cache(parent)->m_operations.size() : m_pAnalysis->m_caches.size());
+    return static_cast<int>(parent.isValid() ? Cache(parent)->m_operations.size()
+                                             : m_pAnalysis->m_caches.size());
 }
 
 QVariant CCacheTreeModel::data(const QModelIndex& index, int nRole) const {

@@ -53,7 +53,8 @@ CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {
 void CFindPane::OnFind() {
     CMainFrame* pMain = MainFrame();
     CMDIChildWnd* pChild = pMain != nullptr ? pMain->ActiveChild() : nullptr;
-    auto* pDocument = pChild != nullptr ? qobject_cast<CSessionDocument*>(pChild->GetActiveDocument()) : nullptr;
+    auto* pDocument =
+        pChild != nullptr ? qobject_cast<CSessionDocument*>(pChild->GetActiveDocument()) : nullptr;
     if (pDocument == nullptr)
         return;
     const CWaitCursor wait;

@@ -75,7 +75,8 @@ QVariant CListModel::headerData(int nSection, Qt::Orientation nOrientation, int 
     if (nRole == Qt::DisplayRole)
         return column.m_strTitle;
     if (nRole == Qt::TextAlignmentRole)
-        return QVariant::fromValue(Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+        return QVariant::fromValue(
+            Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
     return {};
 }
 
@@ -88,8 +89,8 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     for (const QModelIndex& index : listBefore)
         listSourceRows.push_back(SourceRow(index.row()));
 
-    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same reversal
-    // as a proper order.
+    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same
+    // reversal as a proper order.
     std::ranges::stable_sort(m_listOrder, [&](std::size_t nA, std::size_t nB) {
         return nOrder == Qt::AscendingOrder ? m_pSource->OnCompareItems(nA, nB, nColumn) < 0
                                             : m_pSource->OnCompareItems(nB, nA, nColumn) < 0;
@@ -101,7 +102,8 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
             listPlaces[m_listOrder[n]] = static_cast<int>(n);
         QModelIndexList listAfter;
         for (qsizetype n = 0; n < listBefore.size(); ++n)
-            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]], listBefore[n].column());
+            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]],
+                               listBefore[n].column());
         changePersistentIndexList(listBefore, listAfter);
     }
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);

@@ -4,7 +4,8 @@
 
 namespace carvelot {
 
-CLongTasksPane::CLongTasksPane() : CDockablePane(tr("Long Tasks"), QStringLiteral("LongTasksPane"), {100, 100}) {
+CLongTasksPane::CLongTasksPane()
+    : CDockablePane(tr("Long Tasks"), QStringLiteral("LongTasksPane"), {100, 100}) {
     AddCaption();
     m_pList = new CListCtrl(ColumnsOf<TaskRow>(), windowTitle(), Client());
     m_pList->Model().SetRightAligned(2);

@@ -1,4 +1,5 @@
-// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the threshold.
+// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the
+// threshold.
 #pragma once
 
 #include "analysis/panes/RowSource.h"

@@ -9,7 +9,8 @@
 
 namespace carvelot {
 
-CTimingGapsPane::CTimingGapsPane() : CDockablePane(tr("Timing Gaps"), QStringLiteral("TimingGapsPane"), {100, 100}) {
+CTimingGapsPane::CTimingGapsPane()
+    : CDockablePane(tr("Timing Gaps"), QStringLiteral("TimingGapsPane"), {100, 100}) {
     m_pList = new CListCtrl(ColumnsOf<GapRow>(), windowTitle(), Client());
     m_pList->Model().SetRightAligned(2);
     m_pList->m_fnOpenRow = [this](int nRow) {
@@ -21,7 +22,9 @@ CTimingGapsPane::CTimingGapsPane() : CDockablePane(tr("Timing Gaps"), QStringLit
     connect(m_pList, &QWidget::customContextMenuRequested, this, &CTimingGapsPane::OnContextMenu);
 }
 
-void CTimingGapsPane::FillList(CSessionDocument& document) { ShowRows(document, MakeGapRows(document.Session())); }
+void CTimingGapsPane::FillList(CSessionDocument& document) {
+    ShowRows(document, MakeGapRows(document.Session()));
+}
 
 void CTimingGapsPane::ShowRows(CSessionDocument& document, std::vector<GapRow> listRows) {
     ClearList();
@@ -46,9 +49,9 @@ void CTimingGapsPane::OnContextMenu(const QPoint& point) {
 }
 
 void CTimingGapsPane::OnExport() {
-    const auto strPath = UserInterface().AskSaveFile(
-        {tr("Save As"), QStringLiteral("csv"), QStringLiteral("TimingGaps"),
-         QStringLiteral("CSV Format (*.csv)|*.csv|Text Format (*.txt)|*.txt||")});
+    const auto strPath =
+        UserInterface().AskSaveFile({tr("Save As"), QStringLiteral("csv"), QStringLiteral("TimingGaps"),
+                                     QStringLiteral("CSV Format (*.csv)|*.csv|Text Format (*.txt)|*.txt||")});
     if (!strPath)
         return;
     const auto nFormat = GapExportFormatOf(ToUtf8(*strPath));
