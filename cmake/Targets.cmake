@@ -23,6 +23,10 @@ function(carvelot_target name)
     target_compile_options(${name} PRIVATE
         -fsanitize=${CARVELOT_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${name} PRIVATE -fsanitize=${CARVELOT_SANITIZE} -fno-sanitize-recover=all)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+      target_compile_options(${name} PRIVATE
+          "-fsanitize-ignorelist=${CMAKE_SOURCE_DIR}/cmake/sanitize-ignore.txt")
+    endif()
   endif()
 endfunction()
 

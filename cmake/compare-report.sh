@@ -15,6 +15,9 @@ fi
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 status=0
+# By its name alone: the report repeats the path that it is given.
+cd "$(dirname "$log")"
+log=$(basename "$log")
 "$native" --json "$log" >"$scratch/native" 2>"$scratch/native-errors" || status=$?
 windows_status=0
 "$here/wine.sh" "$windows" --json "$log" >"$scratch/crlf" 2>"$scratch/windows-errors" || windows_status=$?

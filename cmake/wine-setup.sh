@@ -4,7 +4,11 @@ prepare_wine() {
     export WINEPREFIX=$1 WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=" LC_ALL=C.UTF-8
     unset DISPLAY WAYLAND_DISPLAY
     # The loader itself before the distribution's wrapper, which complains about a missing 32-bit Wine each time.
-    WINE=$(command -v wine64 /usr/lib/wine/wine64 wine | head -n 1)
+    local candidate
+    WINE=
+    for candidate in wine64 /usr/lib/wine/wine64 wine; do
+        [[ -n $WINE ]] || WINE=$(command -v "$candidate") || true
+    done
     [[ -n $WINE ]] || return 1
     export WINE
     if [[ ! -e $WINEPREFIX/ready ]]; then

@@ -323,7 +323,6 @@ JASParam ParseJASParam(std::string_view text) {
     const std::string_view type = text.substr(dot + 1);
     const std::size_t colon = text.find(':');
     std::string scratch;
-    std::string_view value;
     if (colon != std::string_view::npos) {
         const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
         param.index = ReadInteger(behindTag);

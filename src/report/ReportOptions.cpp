@@ -52,6 +52,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
 
     CLI::App app{"Rebuilds what happened from a JD Edwards debug log or the log of its JAS web tier.",
                  "carvelot-report"};
+    app.allow_windows_style_options(false); // a path may begin with a slash on any platform
     app.add_option("LOG", options.log, "The log file")->required()->type_name("");
     app.add_flag("--json", options.json, "Print the whole session as JSON");
     CLI::Option* const treeOption =

@@ -42,10 +42,12 @@ TEST(DetectLogFormat, SetsNoColumnWhenATabStandsBehindEnteringJDB) {
     EXPECT_EQ(session.m_doc.m_nTextColumn, 0);
 }
 
+#ifndef _WIN32 // where the log's bytes are in the machine's own code page
 TEST(DetectLogFormat, CountsColumnsInUTF16Units) {
     const TestSession session(std::vector<std::string>{"\xC3\xA9\xF0\x9F\x9A\x9A Entering JDB_X"});
     EXPECT_EQ(session.m_doc.m_nTextColumn, 4);
 }
+#endif
 
 TEST(DetectLogFormat, HasNoHitFromLinesThatStartWithEnteringJDB) {
     const TestSession session(Repeated(20, "Entering JDB_OpenTable"));

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+
 namespace carvelot::test {
 
 namespace {
@@ -69,6 +74,101 @@ TEST(OnOpenDocument, LeavesTheEarlierSessionWhereNeitherTheFileNorACopyOpens) {
         EXPECT_EQ(session.m_host.m_output, "") << path;
     }
 }
+
+#ifndef _WIN32
+namespace {
+
+// Points the temporary folder elsewhere for as long as it lives.
+class TemporaryFolder {
+public:
+    explicit TemporaryFolder(const std::string& path) {
+        const char* const old = std::getenv("TMPDIR");
+        m_old = old == nullptr ? "" : old;
+        setenv("TMPDIR", path.c_str(), 1);
+    }
+    ~TemporaryFolder() {
+        if (m_old.empty()) {
+            unsetenv("TMPDIR");
+        } else {
+            setenv("TMPDIR", m_old.c_str(), 1);
+        }
+    }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+private:
+    std::string m_old;
+};
+
+} // namespace
+
+TEST(OnOpenDocument, LeavesNoTemporaryCopyBehind) {
+    TestSession session(DebugLog({}));
+    const TestFile name;
+    const std::filesystem::path folder = name.Path() + ".d";
+    std::filesystem::create_directory(folder);
+    {
+        const TemporaryFolder elsewhere(folder.string());
+        session.m_doc.m_strLogPath = session.m_file.Path() + ".missing";
+        EXPECT_FALSE(session.m_doc.LoadLog());
+        EXPECT_EQ(session.m_host.m_messages, Strings{"Failed to open file."});
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    std::filesystem::remove(folder);
+}
+
+TEST(OnOpenDocument, PrintsThatNoTemporaryNameCouldBeMade) {
+    TestSession session(DebugLog({}));
+    const TemporaryFolder nowhere("/no/such/folder");
+    session.m_doc.m_strLogPath = session.m_file.Path() + ".missing";
+    EXPECT_FALSE(session.m_doc.LoadLog());
+    EXPECT_EQ(session.m_host.m_output, "GetTempFileName failed (2)\n");
+    EXPECT_TRUE(session.m_host.m_messages.empty());
+    EXPECT_EQ(session.Count(), 1U);
+}
+
+TEST(LoadLog, ReadsOnWhileTheFileGrowsAndStopsWhereItWasEmptied) {
+    // The log changes under the reader, at its first sign of progress.
+    class ChangingHost : public RecordingHost {
+    public:
+        void LoadProgress(std::uint64_t done, std::uint64_t total) override {
+            m_nTotal = total;
+            if (!m_bChanged) {
+                m_bChanged = true;
+                m_nDone = done;
+                m_fnChange();
+            }
+        }
+        std::function<void()> m_fnChange;
+        std::uint64_t m_nDone = 0;
+        std::uint64_t m_nTotal = 0;
+        bool m_bChanged = false;
+    };
+    const std::string line = DebugLine("10:00:00.000001", "On " + std::string(1000, 'x'), "5/6") + "\n";
+    std::string content = TestSession::Joined(DebugLog({}));
+    constexpr std::size_t count = 10'000;
+    for (std::size_t i = 0; i < count; ++i) {
+        content += line;
+    }
+    const AnalysisSettings settings;
+    PendingStatement pending;
+    const TestFile file(content);
+    ChangingHost host;
+    CCarvelotDoc doc(settings, pending, host);
+    doc.m_strLogPath = file.Path();
+
+    host.m_fnChange = [&] { std::ofstream(file.Path(), std::ios::binary | std::ios::app) << line << line; };
+    ASSERT_TRUE(doc.LoadLog());
+    EXPECT_EQ(doc.m_listDetails.Size(), count + 3);
+    EXPECT_EQ(host.m_nTotal, content.size());
+
+    host.m_bChanged = false;
+    host.m_fnChange = [&] { platform::TruncateShared(file.Path()); };
+    ASSERT_TRUE(doc.LoadLog());
+    EXPECT_GE(doc.m_listDetails.Size(), 4000U); // what had been read by then
+    EXPECT_LT(doc.m_listDetails.Size(), 5000U);
+}
+#endif
 
 TEST(OnOpenDocument, FailsOnADirectory) {
     TestSession session(DebugLog({}));

@@ -94,7 +94,8 @@ TEST(Registry, DeletedContentTakesTheKeysBelowAlongAndTheKeyCanBeWrittenAgain) {
     EXPECT_EQ(key.QueryRaw32("Old", nNumber), ERegStatus::NotFound);
     EXPECT_EQ(key.QueryRaw32("New", nNumber), ERegStatus::Ok);
     CRegistryKey below;
-    EXPECT_FALSE(below.Open(ERegRoot::CurrentUser, "Software\\Tamrisk\\Carvelot\\Test\\Below", ERegAccess::Read));
+    EXPECT_FALSE(
+        below.Open(ERegRoot::CurrentUser, "Software\\Tamrisk\\Carvelot\\Test\\Below", ERegAccess::Read));
 }
 
 #ifndef _WIN32
@@ -126,9 +127,10 @@ TEST(Registry, TheStoreIsAReadableFileWithKeysAsSections) {
 
 TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite) {
     const SettingsStore store;
-    const std::string strDamaged = "nonsense\n\"before any key\"=dword:1\n"
-                                   "[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
-                                   "\"Rate\"=dword:zz\n\"Rate=dword:1\n\"Good\"=dword:00000005\n\"Cut\"=\"no end";
+    const std::string strDamaged =
+        "nonsense\n\"before any key\"=dword:1\n"
+        "[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
+        "\"Rate\"=dword:zz\n\"Rate=dword:1\n\"Good\"=dword:00000005\n\"Cut\"=\"no end";
     store.Folder().Write("registry.ini", strDamaged);
     CRegistryKey key;
     ASSERT_TRUE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Full));

@@ -83,7 +83,9 @@ TEST(StartArguments, TheFirstArgumentThatIsNoSwitchIsTheLog) {
 }
 
 #ifndef _WIN32
-TEST(StartArguments, ASlashBeginsAPathHere) { EXPECT_EQ(FileToOpen({"/var/log/jde.log"}), "/var/log/jde.log"); }
+TEST(StartArguments, ASlashBeginsAPathHere) {
+    EXPECT_EQ(FileToOpen({"/var/log/jde.log"}), "/var/log/jde.log");
+}
 #endif
 
 TEST(Commands, TipsStandBeforeAndAfterTheLineBreak) {

@@ -1,5 +1,5 @@
-// An empty settings store for one test. On Windows the user's own keys of the program are emptied, so that tests run
-// under Wine or a test account only.
+// An empty settings store for one test. On Windows the user's own keys of the program are emptied, so that
+// tests run under Wine or a test account only.
 #pragma once
 
 #include "platform/Registry.h"
@@ -9,7 +9,9 @@ namespace carvelot::test {
 
 class SettingsStore {
 public:
-    SettingsStore() : m_path(m_folder.Path("registry.ini")), m_guard("CARVELOT_REGISTRY", m_path.c_str()) { Empty(); }
+    SettingsStore() : m_path(m_folder.Path("registry.ini")), m_guard("CARVELOT_REGISTRY", m_path.c_str()) {
+        Empty();
+    }
     ~SettingsStore() { Empty(); }
 
     /// A key below the current user's, with full access.

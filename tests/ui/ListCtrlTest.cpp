@@ -18,11 +18,12 @@ struct CTestRow {
 constexpr CColumnSpec kColumns[] = {{"Name", 200}, {"Calls", 70}};
 
 CRowList<CTestRow> Rows() {
-    CRowList<CTestRow> rows({{[](const CTestRow& row) { return row.m_strName; },
-                              [](const CTestRow& a, const CTestRow& b) { return a.m_strName.compare(b.m_strName); }},
-                             {[](const CTestRow& row) { return std::to_string(row.m_nCalls); },
-                              // As number columns compare: never equal.
-                              [](const CTestRow& a, const CTestRow& b) { return a.m_nCalls < b.m_nCalls ? -1 : 1; }}});
+    CRowList<CTestRow> rows(
+        {{[](const CTestRow& row) { return row.m_strName; },
+          [](const CTestRow& a, const CTestRow& b) { return a.m_strName.compare(b.m_strName); }},
+         {[](const CTestRow& row) { return std::to_string(row.m_nCalls); },
+          // As number columns compare: never equal.
+          [](const CTestRow& a, const CTestRow& b) { return a.m_nCalls < b.m_nCalls ? -1 : 1; }}});
     rows.m_listRows = {{"b", 10}, {"a", 9}, {"d", 9}, {"c", 100}};
     return rows;
 }
@@ -62,7 +63,8 @@ private slots:
     void columnsHaveTheirTitlesAndWidths() {
         QCOMPARE(m_pList->header()->sectionSize(0), 200);
         QCOMPARE(m_pList->header()->sectionSize(1), 70);
-        QCOMPARE(m_pList->Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Calls"));
+        QCOMPARE(m_pList->Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
+                 QStringLiteral("Calls"));
     }
 
     void aFillShowsTheRowsInTheirOwnOrder() {

@@ -37,8 +37,9 @@ QStringList DockTabs(const CMainFrame& frame, QString* pCurrent = nullptr) {
     return {};
 }
 
-const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",     "Find",      "Long Tasks",
-                             "Raw Data",      "Cache Details",    "Errors/Warnings", "BSFN Calls"};
+const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",
+                             "Find",          "Long Tasks",       "Raw Data",
+                             "Cache Details", "Errors/Warnings",  "BSFN Calls"};
 
 void StoreText(const char* pszName, const std::string& strText) { WriteWorkspaceString(pszName, strText); }
 
@@ -54,7 +55,8 @@ private slots:
         CFakeInterface user;
         const CRun run(*m_pFolder);
         QVERIFY(run.m_bStarted);
-        QCOMPARE(user.m_listMessages, (QStringList{"Cannot Load Skelmond.DLL Error: 126", "Cannot Load jdekrnl.DLL"}));
+        QCOMPARE(user.m_listMessages,
+                 (QStringList{"Cannot Load Skelmond.DLL Error: 126", "Cannot Load jdekrnl.DLL"}));
         QCOMPARE(user.m_listWindowShown, (QList<bool>{false, true}));
     }
 
@@ -65,8 +67,10 @@ private slots:
         theApp().m_fnInitializeOle = [] { return true; };
         QVERIFY(!run.m_bStarted);
         QVERIFY(MainFrame() == nullptr);
-        QCOMPARE(user.m_listMessages,
-                 QStringList{"OLE initialization failed.  Make sure that the OLE libraries are the correct version."});
+        QCOMPARE(
+            user.m_listMessages,
+            QStringList{
+                "OLE initialization failed.  Make sure that the OLE libraries are the correct version."});
     }
 
     void anEmptyCommandLineOpensNoDocument() {
@@ -159,8 +163,8 @@ private slots:
         else if (damage == "flipped")
             layout[layout.size() / 2] = layout[layout.size() / 2] == 'A' ? 'B' : 'A';
         else // the check sum of "garbage"
-            layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) + ":" +
-                     QByteArray("garbage").toBase64();
+            layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) +
+                     ":" + QByteArray("garbage").toBase64();
         StoreText("Layout", layout.toStdString());
         StoreText("Geometry", layout.toStdString());
         const CRun run(*m_pFolder);
@@ -261,7 +265,8 @@ private slots:
         CFakeInterface user;
         const CRun run(*m_pFolder);
         CPersonalMenu* pTools = run.OpenMenu("Tools");
-        QCOMPARE(VisibleTexts(*pTools), (QStringList{"Global Tables", "Convert Dates", "JDE Settings", "Options"}));
+        QCOMPARE(VisibleTexts(*pTools),
+                 (QStringList{"Global Tables", "Convert Dates", "JDE Settings", "Options"}));
         QVERIFY(!Entry(*pTools, "JDE Settings")->isEnabled());
         QVERIFY(Entry(*pTools, "Options")->isEnabled());
         pTools->close();
@@ -303,7 +308,8 @@ private slots:
         QCOMPARE(run.Frame().statusBar()->findChild<QLabel*>("Bitness")->text(), strBitness);
         user.m_fnInDialog = [&](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("About Carvelot"));
-            QCOMPARE(dialog.findChild<QLabel*>("Version")->text(), QStringLiteral("Carvelot, Version: 2.0.0.0"));
+            QCOMPARE(dialog.findChild<QLabel*>("Version")->text(),
+                     QStringLiteral("Carvelot, Version: 2.0.0.0"));
             QCOMPARE(dialog.findChild<QLabel*>("Bitness")->text(), strBitness);
             int nLinks = 0;
             for (const QLabel* pLabel : dialog.findChildren<QLabel*>())
@@ -373,7 +379,8 @@ private slots:
             QTest::qWait(10);
             const QImage picture = run.Frame().grab().toImage();
             setPictures << QCryptographicHash::hash(
-                QByteArray::fromRawData(reinterpret_cast<const char*>(picture.constBits()), picture.sizeInBytes()),
+                QByteArray::fromRawData(reinterpret_cast<const char*>(picture.constBits()),
+                                        picture.sizeInBytes()),
                 QCryptographicHash::Sha1);
         }
         QCOMPARE(setPictures.size(), 11);

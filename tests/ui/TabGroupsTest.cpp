@@ -26,7 +26,8 @@ void Drag(CTabBar& bar, int nTab, const QPoint& screen) {
                          Qt::LeftButton, {});
         QCoreApplication::sendEvent(&bar, &move);
     }
-    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(to), QPointF(screen), Qt::LeftButton, Qt::NoButton, {});
+    QMouseEvent release(QEvent::MouseButtonRelease, QPointF(to), QPointF(screen), Qt::LeftButton,
+                        Qt::NoButton, {});
     QCoreApplication::sendEvent(&bar, &release);
 }
 
@@ -176,7 +177,8 @@ private slots:
         const int nClosed = CTestFrame::s_nClosed;
         m_pUser->m_strMenuChoice = QStringLiteral("&Close");
         CTabBar& bar = Area().Groups()[0]->Bar();
-        QContextMenuEvent event(QContextMenuEvent::Mouse, bar.tabRect(0).center(), bar.mapToGlobal(QPoint(0, 0)));
+        QContextMenuEvent event(QContextMenuEvent::Mouse, bar.tabRect(0).center(),
+                                bar.mapToGlobal(QPoint(0, 0)));
         QCoreApplication::sendEvent(&bar, &event);
         QCOMPARE(Groups(Area()), QStringLiteral("b"));
         QCOMPARE(CTestFrame::s_nClosed, nClosed + 1);

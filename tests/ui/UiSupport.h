@@ -38,7 +38,9 @@ public:
         m_listQuestions.push_back(question);
         return m_strSaveAnswer;
     }
-    std::optional<QString> AskText(const QString&, const QString&, const QString&) override { return m_strTextAnswer; }
+    std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
+        return m_strTextAnswer;
+    }
     std::optional<QFont> AskFont(const QFont& initial) override {
         m_askedFont = initial;
         return m_fontAnswer;
@@ -117,7 +119,8 @@ inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState nState) {
         [](CDocument& document) { return std::unique_ptr<CMDIChildWnd>(new CTestFrame(document)); });
 }
 
-// One run of the program. The settings store is that of the folder, so that a second run finds what the first left.
+// One run of the program. The settings store is that of the folder, so that a second run finds what the first
+// left.
 class CRun {
 public:
     explicit CRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {

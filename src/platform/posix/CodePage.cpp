@@ -40,8 +40,6 @@ std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
 
 std::string Utf8ToBytes(std::string_view utf8) { return std::string(utf8); }
 
-std::string Utf8ToTextFile(std::string_view utf8) {
-    return Utf8ToBytes(utf8);
-}
+std::string Utf8ToTextFile(std::string_view utf8) { return Utf8ToBytes(utf8); }
 
 } // namespace carvelot::platform

@@ -1,6 +1,6 @@
-// Every picture is a function that draws on a field of 16 by 16 units. One hand for all: shapes have a darker edge of
-// one unit, light comes from above, and edges of boxes are moved to whole device pixels, so that a line is a line at
-// 100 % and at 150 %.
+// Every picture is a function that draws on a field of 16 by 16 units. One hand for all: shapes have a darker
+// edge of one unit, light comes from above, and edges of boxes are moved to whole device pixels, so that a
+// line is a line at 100 % and at 150 %.
 #include "resources/ui/Icons.h"
 
 #include "shell/Commands.h"
@@ -62,9 +62,7 @@ public:
         m_painter.fillRect(outer, edge);
         m_painter.fillRect(outer.adjusted(fEdge, fEdge, -fEdge, -fEdge), fill);
     }
-    void Path(const QPainterPath& path, const QColor& fill) {
-        m_painter.fillPath(path, fill);
-    }
+    void Path(const QPainterPath& path, const QColor& fill) { m_painter.fillPath(path, fill); }
     void Path(const QPainterPath& path, const QColor& fill, const QColor& edge, double fWidth = 1.0) {
         m_painter.setPen(QPen(edge, fWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
         m_painter.setBrush(fill);
@@ -92,7 +90,8 @@ public:
         m_painter.setBrush(Qt::NoBrush);
         m_painter.drawEllipse(QPointF(fX, fY), fRadius - fWidth / 2, fRadius - fWidth / 2);
     }
-    void Stroke(const QPolygonF& points, const QColor& color, double fWidth, Qt::PenCapStyle nCap = Qt::FlatCap) {
+    void Stroke(const QPolygonF& points, const QColor& color, double fWidth,
+                Qt::PenCapStyle nCap = Qt::FlatCap) {
         m_painter.setPen(QPen(color, fWidth, Qt::SolidLine, nCap, Qt::MiterJoin));
         m_painter.setBrush(Qt::NoBrush);
         m_painter.drawPolyline(points);
@@ -111,7 +110,8 @@ private:
 
 using FDraw = std::function<void(CPen&)>;
 
-// --- parts that several pictures share -------------------------------------------------------------------------
+// --- parts that several pictures share
+// -------------------------------------------------------------------------
 
 void Page(CPen& pen, double fX, double fY, double fW, double fH, const QColor& edge = kPaperEdge) {
     const double fFold = 3;
@@ -119,29 +119,34 @@ void Page(CPen& pen, double fX, double fY, double fW, double fH, const QColor& e
     const double fTop = pen.Snap(fY) + 0.5;
     const double fRight = pen.Snap(fX + fW) - 0.5;
     const double fBottom = pen.Snap(fY + fH) - 0.5;
-    pen.Polygon({{fLeft, fTop}, {fRight - fFold, fTop}, {fRight, fTop + fFold}, {fRight, fBottom}, {fLeft, fBottom}},
-                kPaper, edge);
-    pen.Polygon({{fRight - fFold, fTop}, {fRight - fFold, fTop + fFold}, {fRight, fTop + fFold}}, kGreyLight, edge);
+    pen.Polygon(
+        {{fLeft, fTop}, {fRight - fFold, fTop}, {fRight, fTop + fFold}, {fRight, fBottom}, {fLeft, fBottom}},
+        kPaper, edge);
+    pen.Polygon({{fRight - fFold, fTop}, {fRight - fFold, fTop + fFold}, {fRight, fTop + fFold}}, kGreyLight,
+                edge);
 }
 
-void Lines(CPen& pen, double fX, double fY, double fW, int nLines, double fStep = 2, const QColor& color = kLine) {
+void Lines(CPen& pen, double fX, double fY, double fW, int nLines, double fStep = 2,
+           const QColor& color = kLine) {
     for (int n = 0; n < nLines; ++n)
         pen.Fill(fX, fY + n * fStep, n == nLines - 1 ? fW * 0.65 : fW, 1, color);
 }
 
 void Tick(CPen& pen, double fX, double fY, double fSize) {
-    pen.Bold({{fX + fSize * 0.06, fY + fSize * 0.55}, {fX + fSize * 0.36, fY + fSize * 0.86},
+    pen.Bold({{fX + fSize * 0.06, fY + fSize * 0.55},
+              {fX + fSize * 0.36, fY + fSize * 0.86},
               {fX + fSize * 0.94, fY + fSize * 0.14}},
              kGreen, kGreenDark, fSize * 0.15);
 }
 
 void Triangle(CPen& pen, double fX, double fY, double fSize) {
     const double fHeight = fSize * 0.9;
-    pen.Polygon({{fX + fSize / 2, fY + 0.6}, {fX + fSize - 0.6, fY + fHeight}, {fX + 0.6, fY + fHeight}}, kYellow,
-                kYellowDark);
+    pen.Polygon({{fX + fSize / 2, fY + 0.6}, {fX + fSize - 0.6, fY + fHeight}, {fX + 0.6, fY + fHeight}},
+                kYellow, kYellowDark);
     const double fMiddle = fX + fSize / 2;
     pen.Stroke({{fMiddle, fY + fHeight * 0.36}, {fMiddle, fY + fHeight * 0.68}}, kInk, fSize * 0.125);
-    pen.Stroke({{fMiddle, fY + fHeight * 0.76}, {fMiddle, fY + fHeight * 0.76 + fSize * 0.12}}, kInk, fSize * 0.125);
+    pen.Stroke({{fMiddle, fY + fHeight * 0.76}, {fMiddle, fY + fHeight * 0.76 + fSize * 0.12}}, kInk,
+               fSize * 0.125);
 }
 
 void NoEntry(CPen& pen) {
@@ -192,7 +197,8 @@ void Gear(CPen& pen, double fX, double fY, double fRadius, const QColor& fill, c
 }
 
 void ArrowRight(CPen& pen) {
-    pen.Polygon({{1.5, 5.5}, {7.5, 5.5}, {7.5, 2}, {14.5, 7.5}, {7.5, 13}, {7.5, 9.5}, {1.5, 9.5}}, kGreen, kGreenDark);
+    pen.Polygon({{1.5, 5.5}, {7.5, 5.5}, {7.5, 2}, {14.5, 7.5}, {7.5, 13}, {7.5, 9.5}, {1.5, 9.5}}, kGreen,
+                kGreenDark);
 }
 
 void ArrowLeft(CPen& pen) {
@@ -230,27 +236,33 @@ void Pencil(CPen& pen, double fX, double fY, double fSize, const QColor& wood, c
     const double fW = fSize * 0.22;
     const QPointF tip(fX, fY + fSize);
     const QPointF head(fX + fSize, fY);
-    pen.Polygon({tip, {tip.x() + fSize * 0.08, tip.y() - fSize * 0.34}, {head.x() - fW, head.y() - fW * 0.1},
-                 {head.x() + fW * 0.1, head.y() + fW}, {tip.x() + fSize * 0.34, tip.y() - fSize * 0.08}},
+    pen.Polygon({tip,
+                 {tip.x() + fSize * 0.08, tip.y() - fSize * 0.34},
+                 {head.x() - fW, head.y() - fW * 0.1},
+                 {head.x() + fW * 0.1, head.y() + fW},
+                 {tip.x() + fSize * 0.34, tip.y() - fSize * 0.08}},
                 wood, edge);
-    pen.Polygon({tip, {tip.x() + fSize * 0.05, tip.y() - fSize * 0.2}, {tip.x() + fSize * 0.2, tip.y() - fSize * 0.05}},
+    pen.Polygon({tip,
+                 {tip.x() + fSize * 0.05, tip.y() - fSize * 0.2},
+                 {tip.x() + fSize * 0.2, tip.y() - fSize * 0.05}},
                 edge, edge);
 }
 
 void Lens(CPen& pen, double fX, double fY, double fRadius, const QColor& rim = kGreyDark) {
-    pen.Stroke({{fX + fRadius * 0.65, fY + fRadius * 0.65}, {fX + fRadius * 1.75, fY + fRadius * 1.75}}, kYellowDark,
-               fRadius * 0.62, Qt::RoundCap);
+    pen.Stroke({{fX + fRadius * 0.65, fY + fRadius * 0.65}, {fX + fRadius * 1.75, fY + fRadius * 1.75}},
+               kYellowDark, fRadius * 0.62, Qt::RoundCap);
     QColor glass = kBlueLight;
     glass.setAlpha(235);
     pen.Painter().setPen(QPen(rim, 1.4));
     pen.Painter().setBrush(glass);
     pen.Painter().drawEllipse(QPointF(fX, fY), fRadius - 0.5, fRadius - 0.5);
-    pen.Stroke({{fX - fRadius * 0.45, fY}, {fX - fRadius * 0.3, fY - fRadius * 0.35}, {fX, fY - fRadius * 0.45}},
-               Qt::white, 1);
+    pen.Stroke(
+        {{fX - fRadius * 0.45, fY}, {fX - fRadius * 0.3, fY - fRadius * 0.35}, {fX, fY - fRadius * 0.45}},
+        Qt::white, 1);
 }
 
-void CurvedArrow(CPen& pen, double fX, double fY, double fRadius, double fStart, double fSpan, const QColor& color,
-                 double fWidth) {
+void CurvedArrow(CPen& pen, double fX, double fY, double fRadius, double fStart, double fSpan,
+                 const QColor& color, double fWidth) {
     QPainterPath path;
     const QRectF circle(fX - fRadius, fY - fRadius, fRadius * 2, fRadius * 2);
     path.arcMoveTo(circle, fStart);
@@ -265,7 +277,8 @@ void CurvedArrow(CPen& pen, double fX, double fY, double fRadius, double fStart,
     const QPointF across(along.y(), -along.x());
     const double fHead = fWidth * 1.5;
     QPainterPath head;
-    head.addPolygon(QPolygonF({at + along * fHead * 1.25, at + across * fHead - along * 0.2, at - across * fHead - along * 0.2}));
+    head.addPolygon(QPolygonF(
+        {at + along * fHead * 1.25, at + across * fHead - along * 0.2, at - across * fHead - along * 0.2}));
     pen.Path(head, color);
 }
 
@@ -293,7 +306,8 @@ void Letter(CPen& pen, const QString& strText, const QRectF& box, const QColor& 
     pen.Path(to.map(path), color);
 }
 
-// --- the strip of the session trees ------------------------------------------------------------------------------
+// --- the strip of the session trees
+// ------------------------------------------------------------------------------
 
 void GreyDisc(CPen& pen) {
     pen.Disc(8, 7.5, 7, kGrey, kGreyDark);
@@ -322,7 +336,10 @@ const std::vector<FDraw>& TreeDrawings() {
         },
         /* 4 */ ArrowRight,
         /* 5 */ ArrowLeft,
-        /* 6 */ [](CPen& pen) { Letter(pen, QStringLiteral("ER"), {1, 3, 14, 9.4}, kGreen, kGreenDark); },
+        /* 6 */
+        [](CPen& pen) {
+            Letter(pen, QStringLiteral("ER"), {1, 3, 14, 9.4}, kGreen, kGreenDark);
+        },
         /* 7 */
         [](CPen& pen) {
             pen.Box(1, 2, 14, 11, QColor(0xFF, 0xE7, 0x9E), kYellowDark);
@@ -405,7 +422,8 @@ const std::vector<FDraw>& TreeDrawings() {
     return list;
 }
 
-// --- the strip of the Cache Details pane: a store with what was done to it ------------------------------------------
+// --- the strip of the Cache Details pane: a store with what was done to it
+// ------------------------------------------
 
 const QColor kStore(0x3F, 0xA7, 0xA3);
 const QColor kStoreDark(0x1B, 0x6A, 0x68);
@@ -444,15 +462,17 @@ const std::vector<FDraw>& CacheDrawings() {
         [](CPen& pen) {
             Store(pen);
             QPainterPath bolt;
-            bolt.addPolygon(QPolygonF({{12, 4.5}, {7, 10.5}, {10, 10.5}, {8.5, 15}, {14.5, 8.5}, {11.4, 8.5}, {13.5, 4.5}}));
+            bolt.addPolygon(QPolygonF(
+                {{12, 4.5}, {7, 10.5}, {10, 10.5}, {8.5, 15}, {14.5, 8.5}, {11.4, 8.5}, {13.5, 4.5}}));
             bolt.closeSubpath();
             pen.Path(bolt, kYellow, kYellowDark, 0.9);
         },
         /* 5 fetch */
         [](CPen& pen) {
             Store(pen);
-            pen.Polygon({{7.5, 9.5}, {10.5, 9.5}, {10.5, 7}, {15, 11}, {10.5, 14.6}, {10.5, 12.5}, {7.5, 12.5}}, kBlue,
-                        Qt::white);
+            pen.Polygon(
+                {{7.5, 9.5}, {10.5, 9.5}, {10.5, 7}, {15, 11}, {10.5, 14.6}, {10.5, 12.5}, {7.5, 12.5}},
+                kBlue, Qt::white);
         },
         /* 6 a row */
         [](CPen& pen) {
@@ -475,7 +495,14 @@ const std::vector<FDraw>& CacheDrawings() {
         /* 10 terminate */
         [](CPen& pen) {
             Cylinder(pen, 1, 1, 11, 12, kGrey, kGreyDark);
-            pen.Polygon({{9, 6.5}, {12.5, 6.5}, {14.9, 8.9}, {14.9, 12.4}, {12.5, 14.6}, {9, 14.6}, {6.7, 12.4}, {6.7, 8.9}},
+            pen.Polygon({{9, 6.5},
+                         {12.5, 6.5},
+                         {14.9, 8.9},
+                         {14.9, 12.4},
+                         {12.5, 14.6},
+                         {9, 14.6},
+                         {6.7, 12.4},
+                         {6.7, 8.9}},
                         kRed, Qt::white);
             pen.Fill(8.6, 9.7, 4.4, 1.8, Qt::white);
         },
@@ -483,11 +510,12 @@ const std::vector<FDraw>& CacheDrawings() {
     return list;
 }
 
-// --- commands ---------------------------------------------------------------------------------------------------------
+// --- commands
+// ---------------------------------------------------------------------------------------------------------
 
 void Folder(CPen& pen) {
-    pen.Polygon({{1.5, 13.5}, {1.5, 3.5}, {6, 3.5}, {7.5, 5.5}, {13.5, 5.5}, {13.5, 13.5}}, QColor(0xE9, 0xB2, 0x2E),
-                kYellowDark);
+    pen.Polygon({{1.5, 13.5}, {1.5, 3.5}, {6, 3.5}, {7.5, 5.5}, {13.5, 5.5}, {13.5, 13.5}},
+                QColor(0xE9, 0xB2, 0x2E), kYellowDark);
     pen.Polygon({{1.5, 13.5}, {4, 7.5}, {15.5, 7.5}, {13, 13.5}}, QColor(0xFF, 0xDD, 0x7A), kYellowDark);
 }
 
@@ -702,7 +730,8 @@ FDraw CommandDrawing(int nId) {
         return [](CPen& pen) {
             Page(pen, 1, 0, 11, 15);
             Lines(pen, 3, 5, 6, 2);
-            pen.Polygon({{6, 9.5}, {10, 9.5}, {10, 7}, {15, 11}, {10, 15}, {10, 12.5}, {6, 12.5}}, kGreen, kGreenDark);
+            pen.Polygon({{6, 9.5}, {10, 9.5}, {10, 7}, {15, 11}, {10, 15}, {10, 12.5}, {6, 12.5}}, kGreen,
+                        kGreenDark);
         };
     case ID_FILE_CLOSE:
         return [](CPen& pen) {
@@ -743,7 +772,8 @@ FDraw CommandDrawing(int nId) {
         return [](CPen& pen) {
             pen.Box(1, 1, 8, 14, QColor(0xC9, 0x97, 0x5A), QColor(0x7A, 0x52, 0x21));
             pen.Fill(6, 8, 1.4, 1.4, kYellow);
-            pen.Polygon({{8, 6.5}, {11, 6.5}, {11, 4}, {15.4, 8}, {11, 12}, {11, 9.5}, {8, 9.5}}, kGreen, kGreenDark);
+            pen.Polygon({{8, 6.5}, {11, 6.5}, {11, 4}, {15.4, 8}, {11, 12}, {11, 9.5}, {8, 9.5}}, kGreen,
+                        kGreenDark);
         };
     case ID_APPLOOK_WINDOWS_2000:
         return [](CPen& pen) { LookSwatch(pen, QColor(0x0A, 0x24, 0x6A), QColor(0xD4, 0xD0, 0xC8)); };
@@ -788,7 +818,8 @@ void DrawApplication(CPen& pen) {
 
 void DrawSession(CPen& pen) { ChartPage(pen); }
 
-// --- the engine ------------------------------------------------------------------------------------------------------
+// --- the engine
+// ------------------------------------------------------------------------------------------------------
 
 class CDrawnIconEngine final : public QIconEngine {
 public:

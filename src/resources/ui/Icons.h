@@ -10,8 +10,8 @@ namespace carvelot {
 // The size of the images of the trees.
 inline constexpr QSize kStripImageSize{16, 15};
 
-// Loads a strip by its name: "TreeImages" (23 images, both session trees) or "cacheicons" (11 images, the Cache
-// Details pane). False for any other name.
+// Loads a strip by its name: "TreeImages" (23 images, both session trees) or "cacheicons" (11 images, the
+// Cache Details pane). False for any other name.
 bool LoadImageStrip(const char* pszName, QList<QIcon>& listImages);
 
 // The icon of a command; null for one that has none.

@@ -23,12 +23,16 @@ CCarvelotApp& theApp() {
     return app;
 }
 
-CCarvelotApp::CCarvelotApp() : m_fnInitializeOle(platform::InitializeOle), m_fnAddDocTemplates(AddDocTemplates) {
+CCarvelotApp::CCarvelotApp()
+    : m_fnInitializeOle(platform::InitializeOle), m_fnAddDocTemplates(AddDocTemplates) {
     AddCommand(ID_APP_ABOUT, [this] { OnAppAbout(); });
-    AddCommand(ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });
-    AddCommand(ID_FILE_OPEN, [this] { OnFileOpen(); }, [this] { return FirstDocTemplate() != nullptr; });
+    AddCommand(
+        ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });
+    AddCommand(
+        ID_FILE_OPEN, [this] { OnFileOpen(); }, [this] { return FirstDocTemplate() != nullptr; });
     AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
-    AddCommand(ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); }, [this] { return m_pJDESettings != nullptr; });
+    AddCommand(
+        ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); }, [this] { return m_pJDESettings != nullptr; });
 }
 
 CCarvelotApp::~CCarvelotApp() = default;
@@ -92,7 +96,8 @@ void CCarvelotApp::BindCompanionLibrary() {
         UserInterface().ShowMessage(QStringLiteral("Cannot Load Skelmond.DLL Error: %1").arg(nError));
         return;
     }
-    m_pfnGetSetProcInfo = reinterpret_cast<FGetSetProcInfo>(m_hSkelmond.Symbol("SkelmondGetSetProcInfo", nError));
+    m_pfnGetSetProcInfo =
+        reinterpret_cast<FGetSetProcInfo>(m_hSkelmond.Symbol("SkelmondGetSetProcInfo", nError));
     if (m_pfnGetSetProcInfo == nullptr)
         UserInterface().ShowMessage(
             QStringLiteral("Cannot address off SkelmondGetSetProcInfo Error: %1").arg(nError));
@@ -152,9 +157,10 @@ void CCarvelotApp::OnFileNew() {
 }
 
 void CCarvelotApp::OnFileOpen() {
-    const auto strPath =
-        UserInterface().AskOpenFile({QCoreApplication::translate("CCarvelotApp", "Open"), QStringLiteral("log"), {},
-                                     QString::fromLatin1(kLogFilter)});
+    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CCarvelotApp", "Open"),
+                                                      QStringLiteral("log"),
+                                                      {},
+                                                      QString::fromLatin1(kLogFilter)});
     if (strPath)
         OpenDocumentFile(*strPath);
 }

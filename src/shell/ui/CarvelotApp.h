@@ -1,4 +1,5 @@
-// CarvelotApp.h - the one application object: start-up, settings, libraries, and the commands that need no window.
+// CarvelotApp.h - the one application object: start-up, settings, libraries, and the commands that need no
+// window.
 #pragma once
 
 #include "logcore/Classifier.h"
@@ -20,10 +21,10 @@ namespace carvelot {
 
 class CMainFrame;
 
-// The companion library's entry point for a process's trace state and identity: process id, four UTF-16 buffers for
-// debug file, user, environment and scratch, the mode, and the tracing flag.
-using FGetSetProcInfo = std::int32_t (*)(std::uint32_t, char16_t*, char16_t*, char16_t*, char16_t*, std::int32_t,
-                                         std::int32_t*);
+// The companion library's entry point for a process's trace state and identity: process id, four UTF-16
+// buffers for debug file, user, environment and scratch, the mode, and the tracing flag.
+using FGetSetProcInfo = std::int32_t (*)(std::uint32_t, char16_t*, char16_t*, char16_t*, char16_t*,
+                                         std::int32_t, std::int32_t*);
 
 // The store of JDE settings as the application object needs it around its dialog.
 class CJDESettingsStore {
@@ -40,7 +41,8 @@ public:
     CCarvelotApp();
     ~CCarvelotApp() override;
 
-    // Brings the program up in its fixed order; false ends the run. Arguments come without the program's name.
+    // Brings the program up in its fixed order; false ends the run. Arguments come without the program's
+    // name.
     bool InitInstance(const std::vector<std::string>& listArguments);
     // Ends it; returns the exit code.
     int ExitInstance();

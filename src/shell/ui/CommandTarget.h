@@ -6,8 +6,8 @@
 
 namespace carvelot {
 
-// A command goes to the document window in front, its document, the main window and the application, in this order;
-// the first that knows it answers. A command that nobody knows is disabled.
+// A command goes to the document window in front, its document, the main window and the application, in this
+// order; the first that knows it answers. A command that nobody knows is disabled.
 class CCommandTarget {
 public:
     using FHandler = std::function<void()>;

@@ -214,7 +214,8 @@ QWidget* CCustomizeDlg::OptionsPage() {
 void CCustomizeDlg::FillCommands() {
     m_pCommands->clear();
     for (const CCommandInfo& command : AllCommands()) {
-        if (m_pCategories->currentIndex() > 0 && ToQString(command.m_strCategory) != m_pCategories->currentText())
+        if (m_pCategories->currentIndex() > 0 &&
+            ToQString(command.m_strCategory) != m_pCategories->currentText())
             continue;
         const QAction& action = *m_frame.CommandAction(command.m_nId);
         auto* pItem = new QListWidgetItem(action.icon(), PlainText(action), m_pCommands);
@@ -261,9 +262,13 @@ int CCustomizeDlg::CurrentCommand() const {
     return pItem != nullptr ? pItem->data(Qt::UserRole).toInt() : 0;
 }
 
-CToolBar* CCustomizeDlg::EditedToolBar() const { return m_frame.ToolBars().value(m_pToolBarChoice->currentIndex()); }
+CToolBar* CCustomizeDlg::EditedToolBar() const {
+    return m_frame.ToolBars().value(m_pToolBarChoice->currentIndex());
+}
 
-CToolBar* CCustomizeDlg::SelectedToolBar() const { return m_frame.ToolBars().value(m_pToolBars->currentRow()); }
+CToolBar* CCustomizeDlg::SelectedToolBar() const {
+    return m_frame.ToolBars().value(m_pToolBars->currentRow());
+}
 
 void CCustomizeDlg::ShowImages() {
     const int nCommand = CurrentCommand();

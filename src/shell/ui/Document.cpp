@@ -86,8 +86,8 @@ void CDocTemplate::CloseDocument(CDocument& document) {
     std::unique_ptr<CDocument> pDocument = std::move(*it);
     m_listDocuments.erase(it);
     pDocument->m_pTemplate = nullptr;
-    // The call may come from inside the window that goes: it leaves the screen now and memory later, always before
-    // the document that its views look at.
+    // The call may come from inside the window that goes: it leaves the screen now and memory later, always
+    // before the document that its views look at.
     if (CMDIChildWnd* pFrame = pDocument->m_pFrame) {
         if (CMainFrame* pMain = MainFrame())
             pMain->ClientArea().RemoveChild(*pFrame);
@@ -101,8 +101,8 @@ CDocument* CDocTemplate::OpenDocumentFile(const QString& strPath) {
     if (pDocument == nullptr)
         return nullptr;
     CMDIChildWnd* pFrame = CreateNewFrame(*pDocument);
-    const bool bOpened =
-        pFrame != nullptr && (strPath.isEmpty() ? pDocument->OnNewDocument() : pDocument->OnOpenDocument(strPath));
+    const bool bOpened = pFrame != nullptr && (strPath.isEmpty() ? pDocument->OnNewDocument()
+                                                                 : pDocument->OnOpenDocument(strPath));
     if (!bOpened) {
         CloseDocument(*pDocument);
         return nullptr;

@@ -30,13 +30,15 @@ public:
     virtual bool OnNewDocument() { return true; }
     virtual bool OnOpenDocument(const QString& strPath) = 0;
 
-    // Closes the document without asking its window: window and document go at the next turn of the event loop.
+    // Closes the document without asking its window: window and document go at the next turn of the event
+    // loop.
     void OnCloseDocument();
 
     const QString& GetTitle() const { return m_strTitle; }
     // The window's caption, its tab and, while it is in front, the main window's title follow.
     void SetTitle(const QString& strTitle);
-    // The file that the document was opened from; empty when there is none. Opening that file again activates it.
+    // The file that the document was opened from; empty when there is none. Opening that file again activates
+    // it.
     const QString& GetPathName() const { return m_strPathName; }
     void SetPathName(const QString& strPath) { m_strPathName = strPath; }
 
@@ -100,7 +102,8 @@ public:
     void InitialUpdateFrame(CMDIChildWnd& frame);
     // Ends a document and its window, shown or not.
     void CloseDocument(CDocument& document);
-    // Opens the path, or without one runs a new document's own way. Null when that fails: nothing is left then.
+    // Opens the path, or without one runs a new document's own way. Null when that fails: nothing is left
+    // then.
     CDocument* OpenDocumentFile(const QString& strPath);
     CDocument* FindDocument(const QString& strPath) const;
     std::vector<CDocument*> Documents() const;

@@ -8,7 +8,9 @@ namespace carvelot {
 void AddDocTemplates(CCarvelotApp& app) {
     app.AddDocTemplate(std::make_unique<CDocTemplate>(
         EMenuState::Session, SessionIcon(), [] { return std::unique_ptr<CDocument>(new CSessionDocument); },
-        [](CDocument& document) { return std::unique_ptr<CMDIChildWnd>(new CChildFrame(static_cast<CSessionDocument&>(document))); }));
+        [](CDocument& document) {
+            return std::unique_ptr<CMDIChildWnd>(new CChildFrame(static_cast<CSessionDocument&>(document)));
+        }));
 }
 
 } // namespace carvelot

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QDockWidget>
-#include <qdrawutil.h>
 #include <QIconEngine>
 #include <QMainWindow>
 #include <QPainter>
@@ -12,6 +11,7 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTabBar>
+#include <qdrawutil.h>
 
 #include <array>
 
@@ -242,11 +242,13 @@ CLook Office2007(int nId, unsigned nFace, unsigned nLight, unsigned nDark, unsig
 }
 
 CLook Office2007Blue() {
-    return Office2007(ID_APPLOOK_OFFICE_2007_BLUE, 0xDDE9F8, 0xE7F0FC, 0xB6CEEE, 0x7C9FCB, 0x15428B, 0x3D74C0);
+    return Office2007(ID_APPLOOK_OFFICE_2007_BLUE, 0xDDE9F8, 0xE7F0FC, 0xB6CEEE, 0x7C9FCB, 0x15428B,
+                      0x3D74C0);
 }
 
 CLook Office2007Black() {
-    CLook look = Office2007(ID_APPLOOK_OFFICE_2007_BLACK, 0xD3D6DB, 0x6B6F76, 0x43464B, 0x2F3136, 0xFFFFFF, 0x4A5666);
+    CLook look =
+        Office2007(ID_APPLOOK_OFFICE_2007_BLACK, 0xD3D6DB, 0x6B6F76, 0x43464B, 0x2F3136, 0xFFFFFF, 0x4A5666);
     look.m_toolBar = {Rgb(0xE4E7EB), Rgb(0xB9BEC6)};
     look.m_header = {Rgb(0xF1F2F4), Rgb(0xD5D8DD)};
     look.m_workspace = {Rgb(0x535353), Rgb(0x3A3A3A)};
@@ -254,7 +256,8 @@ CLook Office2007Black() {
 }
 
 CLook Office2007Silver() {
-    return Office2007(ID_APPLOOK_OFFICE_2007_SILVER, 0xE9EBEF, 0xF6F7F9, 0xCDD1D9, 0x9DA3AE, 0x3B4350, 0x6B7688);
+    return Office2007(ID_APPLOOK_OFFICE_2007_SILVER, 0xE9EBEF, 0xF6F7F9, 0xCDD1D9, 0x9DA3AE, 0x3B4350,
+                      0x6B7688);
 }
 
 CLook Office2007Aqua() {
@@ -303,10 +306,10 @@ CLook Windows7() {
 }
 
 const std::array<CLook, 11>& Looks() {
-    static const std::array<CLook, 11> looks = {
-        Windows2000(),      OfficeXP(),       WindowsXP(),       Office2003(),       VisualStudio2005(),
-        VisualStudio2008(), Office2007Blue(), Office2007Black(), Office2007Silver(), Office2007Aqua(),
-        Windows7()};
+    static const std::array<CLook, 11> looks = {Windows2000(),    OfficeXP(),         WindowsXP(),
+                                                Office2003(),     VisualStudio2005(), VisualStudio2008(),
+                                                Office2007Blue(), Office2007Black(),  Office2007Silver(),
+                                                Office2007Aqua(), Windows7()};
     return looks;
 }
 
@@ -367,8 +370,12 @@ private:
     QColor m_color;
 };
 
-bool IsSouth(QTabBar::Shape nShape) { return nShape == QTabBar::RoundedSouth || nShape == QTabBar::TriangularSouth; }
-bool IsNorth(QTabBar::Shape nShape) { return nShape == QTabBar::RoundedNorth || nShape == QTabBar::TriangularNorth; }
+bool IsSouth(QTabBar::Shape nShape) {
+    return nShape == QTabBar::RoundedSouth || nShape == QTabBar::TriangularSouth;
+}
+bool IsNorth(QTabBar::Shape nShape) {
+    return nShape == QTabBar::RoundedNorth || nShape == QTabBar::TriangularNorth;
+}
 
 constexpr int kGutter = 26; // of a menu: room for the icon
 
@@ -398,13 +405,18 @@ QPalette CLook::Palette() const {
     for (const QPalette::ColorRole nRole : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, nRole, m_disabledText);
     palette.setColor(QPalette::Disabled, QPalette::Base, m_face);
-    // A selection stays visible without the focus, in a calmer colour.
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, m_selection);
-    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, m_selectionText);
+    // A selection stays visible in a window behind, in a calmer colour.
+    const auto fnPale = [](int nPart) { return nPart + (255 - nPart) * 3 / 5; };
+    palette.setColor(
+        QPalette::Inactive, QPalette::Highlight,
+        QColor(fnPale(m_selection.red()), fnPale(m_selection.green()), fnPale(m_selection.blue())));
+    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, Rgb(0x14181E));
     return palette;
 }
 
-void CLook::FillWorkspace(QPainter& painter, const QRect& rect) const { FillGradient(painter, rect, m_workspace); }
+void CLook::FillWorkspace(QPainter& painter, const QRect& rect) const {
+    FillGradient(painter, rect, m_workspace);
+}
 
 const CLook& LookOf(int nId, int& nOffice2007) {
     if (nId >= ID_APPLOOK_OFFICE_2007_BLUE && nId <= ID_APPLOOK_OFFICE_2007_AQUA)
@@ -472,10 +484,12 @@ void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pO
                      m_look.m_menuGutter);
         return;
     case PE_FrameMenu:
-        pPainter->save();
-        pPainter->setPen(m_look.m_border);
-        pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
-        pPainter->restore();
+        // Filled edges stay whole at any scale.
+        for (const QRect& edge : {QRect(rect.left(), rect.top(), rect.width(), 1),
+                                  QRect(rect.left(), rect.bottom(), rect.width(), 1),
+                                  QRect(rect.left(), rect.top(), 1, rect.height()),
+                                  QRect(rect.right(), rect.top(), 1, rect.height())})
+            pPainter->fillRect(edge, m_look.m_border);
         return;
     case PE_PanelMenuBar:
         return;
@@ -583,9 +597,10 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
         const auto* pItem = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption);
         if (pItem == nullptr)
             break;
-        FillGradient(*pPainter, pItem->menuRect.isValid() ? QRect(rect.x(), pItem->menuRect.y(), rect.width(),
-                                                                  pItem->menuRect.height())
-                                                          : rect,
+        FillGradient(*pPainter,
+                     pItem->menuRect.isValid()
+                         ? QRect(rect.x(), pItem->menuRect.y(), rect.width(), pItem->menuRect.height())
+                         : rect,
                      m_look.m_menuBar);
         const bool bOpen = (pItem->state & State_Sunken) != 0;
         const bool bHot = (pItem->state & State_Selected) != 0;
@@ -609,8 +624,9 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
             text = m_look.m_disabledText;
         pPainter->save();
         pPainter->setPen(text);
-        const int nMnemonic = proxy()->styleHint(SH_UnderlineShortcut, pOption, pWidget) != 0 ? Qt::TextShowMnemonic
-                                                                                             : Qt::TextHideMnemonic;
+        const int nMnemonic = proxy()->styleHint(SH_UnderlineShortcut, pOption, pWidget) != 0
+                                  ? Qt::TextShowMnemonic
+                                  : Qt::TextHideMnemonic;
         pPainter->drawText(rect, Qt::AlignCenter | nMnemonic | Qt::TextSingleLine, pItem->text);
         pPainter->restore();
         return;
@@ -624,9 +640,10 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
         const auto* pBar = qstyleoption_cast<const QStyleOptionToolBar*>(pOption);
         const bool bHorizontal = pBar == nullptr || (pBar->state & State_Horizontal) != 0;
         FillGradient(*pPainter, rect, m_look.m_toolBar, bHorizontal);
-        pPainter->fillRect(bHorizontal ? QRect(rect.left(), rect.bottom(), rect.width(), 1)
-                                       : QRect(rect.right(), rect.top(), 1, rect.height()),
-                           QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 110));
+        pPainter->fillRect(
+            bHorizontal ? QRect(rect.left(), rect.bottom(), rect.width(), 1)
+                        : QRect(rect.right(), rect.top(), 1, rect.height()),
+            QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 110));
         return;
     }
     case CE_TabBarTabShape:
@@ -641,6 +658,16 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
     case CE_HeaderSection:
         DrawHeader(pOption, pPainter);
         return;
+    case CE_HeaderLabel:
+        // The margin of a header is meant for its sides; above and below it would cut the text.
+        if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeader*>(pOption)) {
+            QStyleOptionHeader label(*pHeader);
+            const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
+            label.rect.adjust(0, -nMargin, 0, nMargin);
+            QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
+            return;
+        }
+        break;
     case CE_HeaderEmptyArea:
         FillGradient(*pPainter, rect, m_look.m_header);
         pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), m_look.m_border);
@@ -673,8 +700,9 @@ void CLookStyle::DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, c
     const QRect rect = pItem->rect;
     pPainter->save();
     if (pItem->menuItemType == QStyleOptionMenuItem::Separator) {
-        pPainter->fillRect(QRect(rect.left() + kGutter + 6, rect.center().y(), rect.width() - kGutter - 8, 1),
-                           QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 140));
+        pPainter->fillRect(
+            QRect(rect.left() + kGutter + 6, rect.center().y(), rect.width() - kGutter - 8, 1),
+            QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 140));
         pPainter->restore();
         return;
     }
@@ -705,8 +733,8 @@ void CLookStyle::DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, c
             pPainter->drawEllipse(center, 3.2, 3.2);
         } else {
             pPainter->setPen(QPen(text, 1.8));
-            pPainter->drawPolyline(QPolygonF({center + QPointF(-4, 0), center + QPointF(-1.2, 3),
-                                              center + QPointF(4, -3.4)}));
+            pPainter->drawPolyline(
+                QPolygonF({center + QPointF(-4, 0), center + QPointF(-1.2, 3), center + QPointF(4, -3.4)}));
         }
         pPainter->setRenderHint(QPainter::Antialiasing, false);
     } else if (!pItem->icon.isNull()) {
@@ -716,14 +744,17 @@ void CLookStyle::DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, c
 
     const QRect label = rect.adjusted(kGutter + 8, 0, -22, 0);
     const qsizetype nTab = pItem->text.indexOf(QLatin1Char('\t'));
-    const int nMnemonic = proxy()->styleHint(SH_UnderlineShortcut, pOption, pWidget) != 0 ? Qt::TextShowMnemonic
-                                                                                         : Qt::TextHideMnemonic;
+    const int nMnemonic = proxy()->styleHint(SH_UnderlineShortcut, pOption, pWidget) != 0
+                              ? Qt::TextShowMnemonic
+                              : Qt::TextHideMnemonic;
     pPainter->setFont(pItem->font);
     pPainter->setPen(text);
-    pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | nMnemonic | Qt::TextSingleLine,
+    pPainter->drawText(label,
+                       int{Qt::AlignLeft} | int{Qt::AlignVCenter} | nMnemonic | int{Qt::TextSingleLine},
                        nTab < 0 ? pItem->text : pItem->text.left(nTab));
     if (nTab >= 0)
-        pPainter->drawText(label, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, pItem->text.mid(nTab + 1));
+        pPainter->drawText(label, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
+                           pItem->text.mid(nTab + 1));
     if (pItem->menuItemType == QStyleOptionMenuItem::SubMenu) {
         pPainter->setRenderHint(QPainter::Antialiasing);
         const double fX = rect.right() - 12;
@@ -805,7 +836,8 @@ void CLookStyle::DrawTab(const QStyleOption* pOption, QPainter* pPainter, const 
         path.lineTo(fLeft, fTop + 3);
         path.quadTo(fLeft, fTop + 0.5, fLeft + 2.5, fTop + 0.5);
         path.lineTo(fRight - fSlant - 3, fTop + 0.5);
-        path.cubicTo(fRight - fSlant, fTop + 0.5, fRight - fSlant + 2, fTop + 2.5, fRight - fSlant + 4, fTop + 6);
+        path.cubicTo(fRight - fSlant, fTop + 0.5, fRight - fSlant + 2, fTop + 2.5, fRight - fSlant + 4,
+                     fTop + 6);
         path.lineTo(fRight, fBottom);
         break;
     }
@@ -855,12 +887,13 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
                      : bSelected                        ? m_look.m_activeTabText
                                                         : m_look.m_tabText);
     QFont font = pPainter->font();
-    if (bSelected && m_look.m_bBoldActiveTab)
+    if (bSelected && m_look.m_bBoldActiveTab && (pWidget == nullptr || !pWidget->property("calm").toBool()))
         font.setBold(true);
     pPainter->setFont(font);
-    const QString strText = pPainter->fontMetrics().elidedText(pTab->text, Qt::ElideMiddle, rect.width(),
-                                                               Qt::TextShowMnemonic);
-    pPainter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic, strText);
+    const QString strText =
+        pPainter->fontMetrics().elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic);
+    pPainter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
+                       strText);
     pPainter->restore();
     if ((pTab->state & State_HasFocus) != 0) {
         QStyleOptionFocusRect focus;
@@ -899,9 +932,10 @@ void CLookStyle::DrawHeader(const QStyleOption* pOption, QPainter* pPainter) con
         qDrawShadePanel(pPainter, rect, pOption->palette, (pOption->state & State_Sunken) != 0, 1);
         return;
     }
-    FillGradient(*pPainter, rect, (pOption->state & State_Sunken) != 0 ? m_look.m_pressed
-                                  : bHot                              ? m_look.m_hot
-                                                                      : m_look.m_header);
+    FillGradient(*pPainter, rect,
+                 (pOption->state & State_Sunken) != 0 ? m_look.m_pressed
+                 : bHot                               ? m_look.m_hot
+                                                      : m_look.m_header);
     QColor line = m_look.m_border;
     pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
     line.setAlpha(130);
@@ -1017,14 +1051,18 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
     if (nType == CT_TabBarTab) {
         const auto* pTab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
         if (pTab != nullptr && m_look.m_bBoldActiveTab)
-            result.rwidth() += pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
+            result.rwidth() +=
+                pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
     }
+    if (nType == CT_ItemViewItem)
+        result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 4));
     if (nType == CT_HeaderSection)
         result.setHeight(pOption->fontMetrics.height() + 7);
     return result;
 }
 
-QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOption, const QWidget* pWidget) const {
+QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOption,
+                                 const QWidget* pWidget) const {
     QRect rect = QProxyStyle::subElementRect(nElement, pOption, pWidget);
     if (nElement == SE_TabBarTabText) {
         const auto* pTab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
@@ -1032,7 +1070,9 @@ QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOptio
             const int nLead = m_look.m_nTabShape == ETabShape::Slanted ? 16 : 9;
             rect = pTab->rect.adjusted(nLead, IsSouth(pTab->shape) ? -1 : 2, -5, 0);
             if (!pTab->rightButtonSize.isEmpty())
-                rect.adjust(0, 0, -pTab->rightButtonSize.width() - (m_look.m_nTabShape == ETabShape::OneNote ? 8 : 4), 0);
+                rect.adjust(
+                    0, 0, -pTab->rightButtonSize.width() - (m_look.m_nTabShape == ETabShape::OneNote ? 8 : 4),
+                    0);
         }
     }
     if (nElement == SE_TabBarTabRightButton && m_look.m_nTabShape == ETabShape::OneNote)
@@ -1040,7 +1080,8 @@ QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOptio
     return rect;
 }
 
-QIcon CLookStyle::standardIcon(StandardPixmap nIcon, const QStyleOption* pOption, const QWidget* pWidget) const {
+QIcon CLookStyle::standardIcon(StandardPixmap nIcon, const QStyleOption* pOption,
+                               const QWidget* pWidget) const {
     if (nIcon == SP_TitleBarCloseButton || nIcon == SP_TitleBarNormalButton || nIcon == SP_TitleBarMaxButton)
         return QIcon(new CSignEngine(nIcon, m_look.m_titleText));
     return QProxyStyle::standardIcon(nIcon, pOption, pWidget);

@@ -1,4 +1,5 @@
-// LookStyle.h - the looks of the window: colours, tab shapes and how menus, toolbars, tabs and panes are drawn.
+// LookStyle.h - the looks of the window: colours, tab shapes and how menus, toolbars, tabs and panes are
+// drawn.
 #pragma once
 
 #include <QColor>
@@ -21,7 +22,7 @@ struct CLook {
     const char* m_pszBase = "Fusion"; // the style that draws what the look leaves alone
     ETabShape m_nTabShape = ETabShape::OneNote;
 
-    QColor m_face;      // dialogs and the pane's own background
+    QColor m_face; // dialogs and the pane's own background
     QColor m_text;
     QColor m_disabledText;
     QColor m_border;    // lines around panes, tabs and menus
@@ -56,8 +57,9 @@ struct CLook {
     void FillWorkspace(QPainter& painter, const QRect& rect) const;
 };
 
-// The look of a command number between 205 and 219. A number without a look of its own takes Office 2007 in the
-// style that was last in force; nOffice2007 is that style's command and changes with the four that set it.
+// The look of a command number between 205 and 219. A number without a look of its own takes Office 2007 in
+// the style that was last in force; nOffice2007 is that style's command and changes with the four that set
+// it.
 const CLook& LookOf(int nId, int& nOffice2007);
 // Every look there is, in the order of their numbers.
 QList<int> LookIds();
@@ -82,8 +84,10 @@ public:
                   QStyleHintReturn* pReturn) const override;
     QSize sizeFromContents(ContentsType nType, const QStyleOption* pOption, const QSize& size,
                            const QWidget* pWidget) const override;
-    QRect subElementRect(SubElement nElement, const QStyleOption* pOption, const QWidget* pWidget) const override;
-    QIcon standardIcon(StandardPixmap nIcon, const QStyleOption* pOption, const QWidget* pWidget) const override;
+    QRect subElementRect(SubElement nElement, const QStyleOption* pOption,
+                         const QWidget* pWidget) const override;
+    QIcon standardIcon(StandardPixmap nIcon, const QStyleOption* pOption,
+                       const QWidget* pWidget) const override;
 
 private:
     void DrawTab(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;

@@ -26,6 +26,7 @@
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QUrl>
 
@@ -49,8 +50,7 @@ QByteArray Unseal(const std::string& strStored) {
     if (listParts.size() != 3 || listParts[0] != QByteArray::number(kLayoutVersion))
         return {};
     const auto block = QByteArray::fromBase64Encoding(listParts[2], QByteArray::AbortOnBase64DecodingErrors);
-    if (!block ||
-        QCryptographicHash::hash(*block, QCryptographicHash::Sha1).toHex().left(12) != listParts[1])
+    if (!block || QCryptographicHash::hash(*block, QCryptographicHash::Sha1).toHex().left(12) != listParts[1])
         return {};
     return *block;
 }
@@ -121,7 +121,8 @@ bool CMainFrame::LoadFrame() {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* pOld, QWidget* pNow) {
         // The title of the pane with the focus is drawn in another colour.
         for (CDockablePane* pPane : Panes()) {
-            if ((pOld != nullptr && pPane->isAncestorOf(pOld)) || (pNow != nullptr && pPane->isAncestorOf(pNow)))
+            if ((pOld != nullptr && pPane->isAncestorOf(pOld)) ||
+                (pNow != nullptr && pPane->isAncestorOf(pNow)))
                 pPane->update();
         }
         ScheduleUpdate();
@@ -138,14 +139,16 @@ void CMainFrame::MakeCommands() {
         auto* pAction = new QAction(CommandIcon(command.m_nId), ToQString(command.m_strText), this);
         pAction->setData(command.m_nId);
         pAction->setStatusTip(ToQString(StatusTip(command)));
-        pAction->setToolTip(ToQString(command.m_strTip.empty() ? command.m_strText : ToolTip(command)).remove(u'&'));
+        pAction->setToolTip(
+            ToQString(command.m_strTip.empty() ? command.m_strText : ToolTip(command)).remove(u'&'));
         if (!command.m_strShortcut.empty()) {
             pAction->setShortcut(QKeySequence(ToQString(command.m_strShortcut), QKeySequence::PortableText));
             if (command.m_bShortcutShownOnly)
                 pAction->setShortcutContext(Qt::WidgetShortcut);
         }
         const bool bLook = command.m_nId >= ID_APPLOOK_FIRST && command.m_nId <= ID_APPLOOK_LAST;
-        pAction->setCheckable(bLook || command.m_nId == ID_VIEW_STATUS_BAR || command.m_nId == ID_VIEW_TOOLBAR);
+        pAction->setCheckable(bLook || command.m_nId == ID_VIEW_STATUS_BAR ||
+                              command.m_nId == ID_VIEW_TOOLBAR);
         if (bLook)
             m_pLookGroup->addAction(pAction);
         connect(pAction, &QAction::triggered, this, [this, nId = command.m_nId] { RunCommand(nId); });
@@ -156,19 +159,32 @@ void CMainFrame::MakeCommands() {
     for (int nId = ID_APPLOOK_FIRST; nId <= ID_APPLOOK_LAST; ++nId)
         AddCommand(nId, [this, nId] { OnApplicationLook(nId); });
     AddCommand(ID_APP_EXIT, [this] { close(); });
-    AddCommand(ID_FILE_CLOSE, [this] { ActiveChild()->CloseWindow(); }, [this] { return ActiveChild() != nullptr; });
+    AddCommand(
+        ID_FILE_CLOSE, [this] { ActiveChild()->CloseWindow(); }, [this] { return ActiveChild() != nullptr; });
     AddCommand(ID_VIEW_STATUS_BAR, [this] { statusBar()->setVisible(statusBar()->isHidden()); });
     AddCommand(ID_VIEW_TOOLBAR, [this] { m_pToolBar->setVisible(m_pToolBar->isHidden()); });
     AddCommand(ID_VIEW_CUSTOMIZE, [this] { OnCustomize(); });
     AddCommand(ID_VIEW_RESTORE_LAYOUT, [this] { RestoreDefaultLayout(); });
-    AddCommand(ID_WINDOW_CLOSE_ALL, [this] { OnCloseAll(); }, [this] { return ActiveChild() != nullptr; });
-    AddCommand(ID_WINDOW_WINDOWS, [this] { OnWindows(); }, [this] { return ActiveChild() != nullptr; });
-    AddCommand(ID_WINDOW_NEW_HORIZONTAL_GROUP, [this] { m_pClientArea->MakeGroup(Qt::Horizontal); },
-               [this] { return m_pClientArea->CanMakeGroup(Qt::Horizontal); });
-    AddCommand(ID_WINDOW_NEW_VERTICAL_GROUP, [this] { m_pClientArea->MakeGroup(Qt::Vertical); },
-               [this] { return m_pClientArea->CanMakeGroup(Qt::Vertical); });
+    AddCommand(
+        ID_WINDOW_CLOSE_ALL, [this] { OnCloseAll(); }, [this] { return ActiveChild() != nullptr; });
+    AddCommand(
+        ID_WINDOW_WINDOWS, [this] { OnWindows(); }, [this] { return ActiveChild() != nullptr; });
+    AddCommand(
+        ID_WINDOW_NEW_HORIZONTAL_GROUP, [this] { m_pClientArea->MakeGroup(Qt::Horizontal); },
+        [this] { return m_pClientArea->CanMakeGroup(Qt::Horizontal); });
+    AddCommand(
+        ID_WINDOW_NEW_VERTICAL_GROUP, [this] { m_pClientArea->MakeGroup(Qt::Vertical); },
+        [this] { return m_pClientArea->CanMakeGroup(Qt::Vertical); });
     AddCommand(ID_WINDOW_NEXT_PANE, [this] { NextPane(true); });
     AddCommand(ID_WINDOW_PREV_PANE, [this] { NextPane(false); });
+
+    // Keys of tabbed windows that have no menu entry.
+    const auto fnKey = [this](const char* pszKey, auto fnRun) {
+        connect(new QShortcut(QKeySequence(QLatin1String(pszKey)), this), &QShortcut::activated, this, fnRun);
+    };
+    fnKey("Ctrl+Tab", [this] { m_pClientArea->ActivateNext(true); });
+    fnKey("Ctrl+Shift+Tab", [this] { m_pClientArea->ActivateNext(false); });
+    fnKey("Ctrl+F4", [this] { RunCommand(ID_FILE_CLOSE); });
 
     // Edit commands go to the edit control with the focus.
     const auto fnCall = [this](const char* pszMethod) {
@@ -186,15 +202,20 @@ void CMainFrame::MakeCommands() {
         QWidget* pEdit = EditWithFocus();
         return pEdit != nullptr && !pEdit->property("readOnly").toBool();
     };
-    AddCommand(ID_EDIT_COPY, [fnCall] { fnCall("copy"); }, fnSelected);
-    AddCommand(ID_EDIT_CUT, [fnCall] { fnCall("cut"); }, [=] { return fnSelected() && fnWritable(); });
-    AddCommand(ID_EDIT_PASTE, [fnCall] { fnCall("paste"); },
-               [=] { return fnWritable() && !QApplication::clipboard()->text().isEmpty(); });
-    AddCommand(ID_EDIT_UNDO, [fnCall] { fnCall("undo"); }, [=, this] {
-        QWidget* pEdit = EditWithFocus();
-        const auto* pLine = qobject_cast<QLineEdit*>(pEdit);
-        return fnWritable() && (pLine == nullptr || pLine->isUndoAvailable());
-    });
+    AddCommand(
+        ID_EDIT_COPY, [fnCall] { fnCall("copy"); }, fnSelected);
+    AddCommand(
+        ID_EDIT_CUT, [fnCall] { fnCall("cut"); }, [=] { return fnSelected() && fnWritable(); });
+    AddCommand(
+        ID_EDIT_PASTE, [fnCall] { fnCall("paste"); },
+        [=] { return fnWritable() && !QApplication::clipboard()->text().isEmpty(); });
+    AddCommand(
+        ID_EDIT_UNDO, [fnCall] { fnCall("undo"); },
+        [=, this] {
+            QWidget* pEdit = EditWithFocus();
+            const auto* pLine = qobject_cast<QLineEdit*>(pEdit);
+            return fnWritable() && (pLine == nullptr || pLine->isUndoAvailable());
+        });
 }
 
 CPersonalMenu* CMainFrame::AddMenu(EMenu nMenu) {
@@ -225,7 +246,8 @@ void CMainFrame::MakeMenus() {
         pCache->AddCommand(*CommandAction(nId));
 
     CPersonalMenu* pTools = AddMenu(EMenu::Tools);
-    for (const int nId : {ID_TOOLS_GLOBAL_TABLES, ID_TOOLS_CONVERT_DATES, ID_TOOLS_JDE_SETTINGS, ID_TOOLS_OPTIONS})
+    for (const int nId :
+         {ID_TOOLS_GLOBAL_TABLES, ID_TOOLS_CONVERT_DATES, ID_TOOLS_JDE_SETTINGS, ID_TOOLS_OPTIONS})
         pTools->AddCommand(*CommandAction(nId));
 
     CPersonalMenu* pView = AddMenu(EMenu::View);
@@ -267,8 +289,8 @@ void CMainFrame::MakeToolBars() {
     const auto fnList = [](std::span<const int> ids) { return std::vector<int>(ids.begin(), ids.end()); };
     m_pToolBar = new CToolBar(*this, ID_TOOLBAR_STANDARD, tr("Standard"), QStringLiteral("StandardToolBar"),
                               fnList(StandardToolBar()));
-    m_pCacheToolBar = new CToolBar(*this, ID_TOOLBAR_CACHE, tr("Cache Browser"), QStringLiteral("CacheToolBar"),
-                                   fnList(CacheToolBar()));
+    m_pCacheToolBar = new CToolBar(*this, ID_TOOLBAR_CACHE, tr("Cache Browser"),
+                                   QStringLiteral("CacheToolBar"), fnList(CacheToolBar()));
     addToolBar(Qt::TopToolBarArea, m_pToolBar);
     addToolBar(Qt::TopToolBarArea, m_pCacheToolBar);
 }
@@ -290,7 +312,7 @@ void CMainFrame::MakeStatusBar() {
 }
 
 QList<CDockablePane*> CMainFrame::Panes() {
-    return {&m_wndProcessPane,   &m_wndSQLPane,   &m_wndTimingGapsPane, &m_wndFindPane, &m_wndLongTasksPane,
+    return {&m_wndProcessPane, &m_wndSQLPane,   &m_wndTimingGapsPane, &m_wndFindPane, &m_wndLongTasksPane,
             &m_wndRawDataPane, &m_wndCachePane, &m_wndErrorPane,      &m_wndBSFNPane};
 }
 
@@ -380,13 +402,16 @@ void CMainFrame::SaveState() const {
     WriteWorkspaceString("Layout", Seal(saveState(kLayoutVersion)));
     WriteWorkspaceInt("StatusBar", statusBar()->isHidden() ? 0 : 1);
     WriteWorkspaceInt("ToolTips", m_bToolTips ? 1 : 0);
-    WriteWorkspaceString("ToolBarStandard", m_pToolBar->IsChanged() ? ToUtf8(m_pToolBar->StoredCommands()) : "");
-    WriteWorkspaceString("ToolBarCache", m_pCacheToolBar->IsChanged() ? ToUtf8(m_pCacheToolBar->StoredCommands()) : "");
+    WriteWorkspaceString("ToolBarStandard",
+                         m_pToolBar->IsChanged() ? ToUtf8(m_pToolBar->StoredCommands()) : "");
+    WriteWorkspaceString("ToolBarCache",
+                         m_pCacheToolBar->IsChanged() ? ToUtf8(m_pCacheToolBar->StoredCommands()) : "");
     for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
         const std::string strName = "UserToolBar" + std::to_string(nId);
         const auto it = std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id);
         if (it != m_listUserToolBars.end())
-            WriteWorkspaceString(strName, ToUtf8((*it)->windowTitle() + QLatin1Char('|') + (*it)->StoredCommands()));
+            WriteWorkspaceString(strName,
+                                 ToUtf8((*it)->windowTitle() + QLatin1Char('|') + (*it)->StoredCommands()));
         else if (!GetWorkspaceString(strName, "").empty())
             WriteWorkspaceString(strName, "");
     }
@@ -405,8 +430,8 @@ void CMainFrame::ClearPanes() {
     m_wndLongTasksPane.ClearList();
     m_wndErrorPane.ClearList();
     m_wndTimingGapsPane.ClearList();
-    for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{&m_wndBSFNPane, &m_wndSQLPane, &m_wndCachePane,
-                                                                      &m_wndLongTasksPane, &m_wndErrorPane})
+    for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{
+             &m_wndBSFNPane, &m_wndSQLPane, &m_wndCachePane, &m_wndLongTasksPane, &m_wndErrorPane})
         pPane->SetCaption({});
 }
 
@@ -552,9 +577,13 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
         connect(pAction, &QAction::triggered, pPane, [pPane](bool bShow) {
-            pPane->setVisible(bShow);
-            if (bShow)
+            // A pane behind another one's tab comes to the front first.
+            const bool bBehind = pPane->isVisible() && pPane->visibleRegion().isEmpty();
+            pPane->setVisible(bShow || bBehind);
+            if (bShow || bBehind) {
                 pPane->raise();
+                pPane->MainControl()->setFocus(Qt::OtherFocusReason);
+            }
         });
     }
     menu.addSeparator();
@@ -615,8 +644,9 @@ void CMainFrame::FillWindowList() {
 
 QWidget* CMainFrame::EditWithFocus() const {
     QWidget* pFocus = QApplication::focusWidget();
-    return qobject_cast<QLineEdit*>(pFocus) != nullptr || qobject_cast<QPlainTextEdit*>(pFocus) != nullptr ? pFocus
-                                                                                                         : nullptr;
+    return qobject_cast<QLineEdit*>(pFocus) != nullptr || qobject_cast<QPlainTextEdit*>(pFocus) != nullptr
+               ? pFocus
+               : nullptr;
 }
 
 void CMainFrame::ShowEditMenu(const QPoint& screen) {

@@ -77,14 +77,14 @@ void CPersonalMenu::OnAboutToShow() {
         const int nId = pAction->data().toInt();
         return nId == 0 || IsBasicCommand(nId) || m_habits.m_setUsed.contains(nId) || pAction->isChecked();
     };
-    bool bAnyShown = false;
+    bool bAnyBasic = false;
     bool bAnyHidden = false;
     for (const QAction* pAction : actions()) {
         // A menu without a basic command of its own shows all it has.
-        if (pAction->data().toInt() != 0)
-            (fnShown(pAction) ? bAnyShown : bAnyHidden) = true;
+        bAnyBasic = bAnyBasic || IsBasicCommand(pAction->data().toInt());
+        bAnyHidden = bAnyHidden || !fnShown(pAction);
     }
-    const bool bShorten = m_habits.m_bRecentlyUsedMenus && bAnyShown && bAnyHidden;
+    const bool bShorten = m_habits.m_bRecentlyUsedMenus && bAnyBasic && bAnyHidden;
     for (QAction* pAction : actions()) {
         if (pAction != m_pChevron && !pAction->isSeparator())
             pAction->setVisible(!bShorten || fnShown(pAction));

@@ -1,4 +1,5 @@
-// PersonalMenu.h - a menu that first shows its basic and lately used commands and then, expanded, all of them.
+// PersonalMenu.h - a menu that first shows its basic and lately used commands and then, expanded, all of
+// them.
 #pragma once
 
 #include <QMenu>
@@ -26,7 +27,8 @@ public:
 
     // Adds an entry that follows the command's text, tips and state and triggers it.
     QAction* AddCommand(QAction& command);
-    // Shows what is still hidden. The chevron at the end, a short wait and the Down key behind the last entry do it.
+    // Shows what is still hidden. The chevron at the end, a short wait and the Down key behind the last entry
+    // do it.
     void Expand();
     bool IsExpanded() const;
 

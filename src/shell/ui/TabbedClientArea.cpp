@@ -127,7 +127,8 @@ CTabbedClientArea::CTabbedClientArea() : m_pSplitter(new QSplitter) {
     m_pSplitter->setChildrenCollapsible(false);
     m_pSplitter->hide();
     setMinimumSize(160, 90);
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* pNow) { OnFocusChanged(pNow); });
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget*, QWidget* pNow) { OnFocusChanged(pNow); });
 }
 
 CTabbedClientArea::~CTabbedClientArea() {
@@ -242,8 +243,11 @@ void CTabbedClientArea::SetActive(CMDIChildWnd* pChild, bool bAgain) {
         return;
     const bool bChanged = pChild != m_pActive;
     m_pActive = pChild;
-    for (CTabGroup* pGroup : Groups())
+    for (CTabGroup* pGroup : Groups()) {
+        // Of several groups only the active one shows its tab in bold.
+        pGroup->Bar().setProperty("calm", pChild != nullptr && pGroup->indexOf(pChild) < 0);
         pGroup->Bar().update();
+    }
     if (bChanged)
         emit ActiveChildChanged();
     if (pChild != nullptr)
@@ -299,7 +303,8 @@ void CTabbedClientArea::MakeGroup(Qt::Orientation nDirection) {
     m_pSplitter->setOrientation(nDirection == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
     CTabGroup* pGroup = NewGroup(m_pSplitter->indexOf(GroupOf(child)) + 1);
     MoveToGroup(child, *pGroup, 0);
-    const int nExtent = m_pSplitter->orientation() == Qt::Horizontal ? m_pSplitter->width() : m_pSplitter->height();
+    const int nExtent =
+        m_pSplitter->orientation() == Qt::Horizontal ? m_pSplitter->width() : m_pSplitter->height();
     m_pSplitter->setSizes(QList<int>(m_pSplitter->count(), nExtent / m_pSplitter->count()));
 }
 
@@ -362,7 +367,8 @@ void CTabbedClientArea::DropTab(CMDIChildWnd& child, const QPoint& screen) {
 
 void CTabbedClientArea::FillGroupMenu(QMenu& menu) {
     for (const Qt::Orientation nDirection : {Qt::Horizontal, Qt::Vertical}) {
-        const int nId = nDirection == Qt::Horizontal ? ID_WINDOW_NEW_HORIZONTAL_GROUP : ID_WINDOW_NEW_VERTICAL_GROUP;
+        const int nId =
+            nDirection == Qt::Horizontal ? ID_WINDOW_NEW_HORIZONTAL_GROUP : ID_WINDOW_NEW_VERTICAL_GROUP;
         QAction* pAction = menu.addAction(ToQString(FindCommand(nId)->m_strText));
         pAction->setEnabled(CanMakeGroup(nDirection));
         connect(pAction, &QAction::triggered, this, [this, nDirection] { MakeGroup(nDirection); });

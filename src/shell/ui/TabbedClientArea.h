@@ -15,8 +15,8 @@ namespace carvelot {
 class CMDIChildWnd;
 class CTabbedClientArea;
 
-// One group of tabs. Tabs move inside their bar, and a tab that is dragged out of it moves to the group below the
-// pointer or, dropped on its own group, offers a new group.
+// One group of tabs. Tabs move inside their bar, and a tab that is dragged out of it moves to the group below
+// the pointer or, dropped on its own group, offers a new group.
 class CTabBar : public QTabBar {
     Q_OBJECT
 
@@ -65,8 +65,8 @@ public:
     // Moves on to the next window, or back.
     void ActivateNext(bool bForward);
 
-    // A horizontal group stands below, a vertical one beside the group it came from. All groups have one direction,
-    // and only a group of two tabs or more can be divided.
+    // A horizontal group stands below, a vertical one beside the group it came from. All groups have one
+    // direction, and only a group of two tabs or more can be divided.
     bool CanMakeGroup(Qt::Orientation nDirection) const;
     void MakeGroup(Qt::Orientation nDirection);
     void MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int nIndex);

@@ -41,7 +41,9 @@ CToolBar::CToolBar(CMainFrame& frame, int nId, const QString& strTitle, const QS
     Reset();
 }
 
-bool CToolBar::IsUserToolBar() const { return m_nId >= ID_TOOLBAR_USER_FIRST && m_nId <= ID_TOOLBAR_USER_LAST; }
+bool CToolBar::IsUserToolBar() const {
+    return m_nId >= ID_TOOLBAR_USER_FIRST && m_nId <= ID_TOOLBAR_USER_LAST;
+}
 
 void CToolBar::SetCommands(const std::vector<int>& listCommands) {
     clear();
@@ -58,7 +60,8 @@ void CToolBar::SetCommands(const std::vector<int>& listCommands) {
     auto* pButton = new CCustomizeButton(this);
     const CCommandInfo& customize = *FindCommand(ID_VIEW_CUSTOMIZE);
     pButton->setToolTip(tr("Toolbar options"));
-    pButton->setAccessibleName(tr("%1 toolbar options: %2").arg(windowTitle(), ToQString(customize.m_strText)));
+    pButton->setAccessibleName(
+        tr("%1 toolbar options: %2").arg(windowTitle(), ToQString(customize.m_strText)));
     auto* pMenu = new QMenu(pButton);
     connect(pMenu, &QMenu::aboutToShow, this, [this, pMenu] { FillCustomizeMenu(*pMenu); });
     pButton->setMenu(pMenu);

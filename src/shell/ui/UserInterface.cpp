@@ -39,9 +39,11 @@ public:
         return AskFile(question, QFileDialog::AcceptSave);
     }
 
-    std::optional<QString> AskText(const QString& strTitle, const QString& strLabel, const QString& strText) override {
+    std::optional<QString> AskText(const QString& strTitle, const QString& strLabel,
+                                   const QString& strText) override {
         bool bOk = false;
-        const QString strResult = QInputDialog::getText(Owner(), strTitle, strLabel, QLineEdit::Normal, strText, &bOk);
+        const QString strResult =
+            QInputDialog::getText(Owner(), strTitle, strLabel, QLineEdit::Normal, strText, &bOk);
         return bOk ? std::optional(strResult) : std::nullopt;
     }
 
@@ -60,18 +62,20 @@ private:
         static QString strLastFolder;
         QFileDialog dialog(Owner(), question.m_strTitle, strLastFolder, ToolkitFilter(question.m_strFilter));
         dialog.setAcceptMode(nMode);
-        dialog.setFileMode(nMode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+        dialog.setFileMode(nMode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
+                                                            : QFileDialog::AnyFile);
         dialog.setDefaultSuffix(question.m_strDefaultExtension);
         if (!question.m_strInitialName.isEmpty() && !question.m_strInitialName.contains(QLatin1Char('*')))
             dialog.selectFile(question.m_strInitialName);
         // Switching the kind of file switches the ending that a bare name gets.
-        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog, &question](const QString& strFilter) {
-            const qsizetype nStar = strFilter.lastIndexOf(QLatin1String("*."));
-            const QString strSuffix = nStar < 0 ? QString() : strFilter.mid(nStar + 2).chopped(1);
-            dialog.setDefaultSuffix(strSuffix.isEmpty() || strSuffix.contains(QLatin1Char('*'))
-                                        ? question.m_strDefaultExtension
-                                        : strSuffix);
-        });
+        QObject::connect(
+            &dialog, &QFileDialog::filterSelected, &dialog, [&dialog, &question](const QString& strFilter) {
+                const qsizetype nStar = strFilter.lastIndexOf(QLatin1String("*."));
+                const QString strSuffix = nStar < 0 ? QString() : strFilter.mid(nStar + 2).chopped(1);
+                dialog.setDefaultSuffix(strSuffix.isEmpty() || strSuffix.contains(QLatin1Char('*'))
+                                            ? question.m_strDefaultExtension
+                                            : strSuffix);
+            });
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
             return std::nullopt;
         strLastFolder = dialog.directory().absolutePath();
@@ -102,8 +106,8 @@ QString ToolkitFilter(const QString& strFilter) {
         if (strMasks == QLatin1String("*.*"))
             strMasks = QStringLiteral("*");
 #endif
-        listFilters << QStringLiteral("%1 (%2)").arg(listParts[n].left(nBracket < 0 ? listParts[n].size() : nBracket),
-                                                     strMasks);
+        listFilters << QStringLiteral("%1 (%2)").arg(
+            listParts[n].left(nBracket < 0 ? listParts[n].size() : nBracket), strMasks);
     }
     return listFilters.join(QLatin1String(";;"));
 }

@@ -13,7 +13,8 @@ class QMenu;
 
 namespace carvelot {
 
-// A question for a file's name. The filter is "Text|mask|Text|mask||"; the first one decides the default extension.
+// A question for a file's name. The filter is "Text|mask|Text|mask||"; the first one decides the default
+// extension.
 struct CFileQuestion {
     QString m_strTitle;
     QString m_strDefaultExtension; // without the dot
@@ -23,14 +24,15 @@ struct CFileQuestion {
 
 inline constexpr char kLogFilter[] = "Debug Log Files (*.log)|*.log|All Files (*.*)|*.*||";
 
-// Every message box, file dialog, modal dialog and pop-up menu goes through here, so that a test can answer it.
+// Every message box, file dialog, modal dialog and pop-up menu goes through here, so that a test can answer
+// it.
 class CUserInterface {
 public:
     virtual ~CUserInterface() = default;
     // A box with the text and an OK button.
     virtual void ShowMessage(const QString& strText) = 0;
-    // The chosen path, or nothing when the user cancels. Open insists on an existing file, Save asks before it
-    // overwrites.
+    // The chosen path, or nothing when the user cancels. Open insists on an existing file, Save asks before
+    // it overwrites.
     virtual std::optional<QString> AskOpenFile(const CFileQuestion& question) = 0;
     virtual std::optional<QString> AskSaveFile(const CFileQuestion& question) = 0;
     virtual std::optional<QString> AskText(const QString& strTitle, const QString& strLabel,
@@ -38,7 +40,8 @@ public:
     virtual std::optional<QFont> AskFont(const QFont& initial) = 0;
     // Runs the dialog modally and returns its result.
     virtual int RunDialog(QDialog& dialog) = 0;
-    // Shows the menu at a screen position and returns the entry chosen, which has then been triggered, or null.
+    // Shows the menu at a screen position and returns the entry chosen, which has then been triggered, or
+    // null.
     virtual QAction* RunMenu(QMenu& menu, const QPoint& point) = 0;
 };
 

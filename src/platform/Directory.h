@@ -1,0 +1,26 @@
+// The content of folders. Names and paths are UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace carvelot::platform {
+
+struct DirectoryEntry {
+    std::string m_strName;
+    bool m_bDirectory = false;
+    std::uint64_t m_nSize = 0; // in bytes; what a folder says of itself means nothing
+};
+
+/// The entries of a folder that match a mask, without "." and "..". `*` stands for any characters, `?` for
+/// one or none at a name's end; "name.*" matches "name" too; case doesn't count. A folder that is missing or
+/// can't be read has none. Off Windows, where a folder has no order of its own, the entries are sorted by
+/// name.
+std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::string_view mask);
+
+/// A path and a name with the platform's separator between them.
+std::string JoinPath(std::string_view folder, std::string_view name);
+
+} // namespace carvelot::platform

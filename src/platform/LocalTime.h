@@ -1,0 +1,18 @@
+// The time of day where the user is.
+#pragma once
+
+namespace carvelot::platform {
+
+struct LocalTime {
+    int m_nYear = 0;
+    int m_nMonth = 0; // 1 to 12
+    int m_nDay = 0;
+    int m_nHour = 0;
+    int m_nMinute = 0;
+    int m_nSecond = 0;
+    int m_nMillisecond = 0;
+};
+
+LocalTime CurrentLocalTime();
+
+} // namespace carvelot::platform
