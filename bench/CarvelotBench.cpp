@@ -77,7 +77,8 @@ void Register(const std::string& name, const std::string& path) {
         benchmark::RegisterBenchmark((name + "/" + what).c_str(), run)
             ->Unit(benchmark::kMillisecond)
             ->UseManualTime()
-            ->Iterations(5);
+            ->Iterations(1)
+            ->Repetitions(7);
     };
     add("read-and-split", [path](State& state) {
         for (auto _ : state) {

@@ -117,7 +117,7 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         if (m_pendingOp == CACHE_FETCH) {
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
             const auto open = m_openCursors.find(m_strPendingCursor);
-            if (open != m_openCursors.end() && !open->second.empty()) {
+            if (open != m_openCursors.end()) {
                 AddOperation(open->second.rbegin()->cache, m_pPendingRecord, CACHE_FETCH, true, m_strPendingCursor,
                              {});
             }
@@ -172,7 +172,9 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
 
 void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::string_view message) {
     std::string scratch;
-    if (Holds(message, "jdeCacheInit")) {
+    // Most lines name no call of the cache's interface.
+    const bool namesCall = Holds(message, "jdeCache");
+    if (namesCall && Holds(message, "jdeCacheInit")) {
         m_strPendingName = details.Name(details.InternName(Between(message, "Name:[", scratch)));
     }
     if (Holds(message, "Created new cache")) {
@@ -182,24 +184,24 @@ void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::str
     if (Holds(message, "Found existing cache")) {
         m_pendingOp = CACHE_INIT_EXISTING;
     }
-    if (Holds(message, "jdeCacheFetch")) {
+    if (namesCall && Holds(message, "jdeCacheFetch")) {
         m_strPendingCursor = details.Name(details.InternName(Between(message, "hCursor:[", scratch)));
         m_pendingOp = CACHE_FETCH;
     }
     m_pPendingRecord = record;
-    if (Holds(message, "jdeCacheTerminate")) {
+    if (namesCall && Holds(message, "jdeCacheTerminate")) {
         m_pendingOp = Holds(message, "jdeCacheTerminateAll") ? CACHE_TERMINATE_ALL : CACHE_TERMINATE;
-    } else if (Holds(message, "jdeCacheAdd")) {
+    } else if (namesCall && Holds(message, "jdeCacheAdd")) {
         m_pendingOp = CACHE_ADD;
-    } else if (Holds(message, "jdeCacheUpdate")) {
+    } else if (namesCall && Holds(message, "jdeCacheUpdate")) {
         m_pendingOp = CACHE_UPDATE;
-    } else if (Holds(message, "jdeCacheDelete")) {
+    } else if (namesCall && Holds(message, "jdeCacheDelete")) {
         m_pendingOp = Holds(message, "jdeCacheDeleteAll") ? CACHE_DELETE_ALL : CACHE_DELETE;
     } else if (Holds(message, "Open Cursor Success")) {
         m_pendingOp = CACHE_OPEN_CURSOR;
-    } else if (Holds(message, "jdeCacheResetCursor")) {
+    } else if (namesCall && Holds(message, "jdeCacheResetCursor")) {
         m_pendingOp = CACHE_RESET_CURSOR;
-    } else if (Holds(message, "jdeCacheCloseCursor")) {
+    } else if (namesCall && Holds(message, "jdeCacheCloseCursor")) {
         m_pendingOp = CACHE_CLOSE_CURSOR;
     }
 }
@@ -228,7 +230,13 @@ void CCacheAnalysis::AddOperation(std::uint32_t place, RecordIndex record, Cache
         const auto first = cache.m_firstCursor.find(cursor);
         if (first != cache.m_firstCursor.end()) {
             cache.m_cursors[first->second].m_pClose = record;
-            m_openCursors[cursor].erase({place, first->second});
+            const auto open = m_openCursors.find(cursor);
+            if (open != m_openCursors.end()) {
+                open->second.erase({place, first->second});
+                if (open->second.empty()) {
+                    m_openCursors.erase(open);
+                }
+            }
         }
     }
     cache.m_operations.push_back({record, op, failed, shownCursor});

@@ -18,7 +18,13 @@ std::string FoldedCase(std::string_view text) {
     std::string folded;
     folded.reserve(text.size());
     while (!text.empty()) {
-        AppendCodePoint(folded, platform::ToUpper(TakeCodePoint(text)));
+        const char c = text.front();
+        if (static_cast<unsigned char>(c) < 0x80) {
+            folded.push_back(static_cast<char>(platform::ToUpper(static_cast<unsigned char>(c))));
+            text.remove_prefix(1);
+        } else {
+            AppendCodePoint(folded, platform::ToUpper(TakeCodePoint(text)));
+        }
     }
     return folded;
 }

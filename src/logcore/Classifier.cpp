@@ -1,5 +1,6 @@
 #include "logcore/Classifier.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 #include "logcore/Numbers.h"
@@ -30,17 +31,17 @@ bool StartsListedCode(std::string_view text) {
 bool StartsWithSQL(std::string_view text) {
     switch (text.empty() ? '\0' : text.front()) {
     case 'S':
-        return text.starts_with("SELECT ");
+        return Starts(text, "SELECT ");
     case 'U':
-        return text.starts_with("UPDATE ");
+        return Starts(text, "UPDATE ");
     case 'D':
-        return text.starts_with("DELETE ") || text.starts_with("DROP ");
+        return Starts(text, "DELETE ") || Starts(text, "DROP ");
     case 'A':
-        return text.starts_with("ALTER ");
+        return Starts(text, "ALTER ");
     case 'C':
-        return text.starts_with("CREATE ");
+        return Starts(text, "CREATE ");
     case 'I':
-        return text.starts_with("INSERT ");
+        return Starts(text, "INSERT ");
     default:
         return false;
     }
@@ -114,11 +115,17 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
             signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
             signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
             break;
-        case 'D':
-            signs.jdbCode =
-                signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
-            signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
+        case 'D': {
+            // Nearly every "DB" is that of a name such as JDB_Fetch.
+            const char behind = static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
+            if (IsDigit(behind)) {
+                signs.jdbCode =
+                    signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
+            } else if (behind == 'P') {
+                signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
+            }
             break;
+        }
         case 'F':
             signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
             break;
@@ -156,7 +163,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
     }
     switch (text.front()) {
     case '[':
-        if (text.starts_with("[JDBOLEDB] ")) {
+        if (Starts(text, "[JDBOLEDB] ")) {
             const std::string_view statement = text.substr(text.find(' '));
             for (const std::string_view word : {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
                 if (Holds(statement, word)) {
@@ -167,12 +174,12 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
         }
         break;
     case 'C':
-        if (text.starts_with("Calling ")) {
+        if (Starts(text, "Calling ")) {
             return is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
         }
         break;
     case 'O':
-        if (text.starts_with("On ")) {
+        if (Starts(text, "On ")) {
             return is(LOG_ON);
         }
         if (FirstWordBegins(text, "OUT->[")) {
@@ -180,10 +187,10 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
         }
         break;
     case 'R':
-        if (text.starts_with("Return ")) {
+        if (Starts(text, "Return ")) {
             return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
         }
-        if (text.starts_with("RT: ")) {
+        if (Starts(text, "RT: ")) {
             return ClassifyEventRules(text);
         }
         break;
@@ -200,7 +207,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
     default:
         break;
     }
-    if (signs.jdbCode || text.starts_with("JDB")) {
+    if (signs.jdbCode || Starts(text, "JDB")) {
         return is(LOG_JDB_ERROR);
     }
     if (signs.cache) {
@@ -212,7 +219,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
     if (signs.ube) {
         return is(LOG_UBE);
     }
-    return is(text.starts_with("[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
+    return is(Starts(text, "[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
 }
 
 namespace {
@@ -224,16 +231,15 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
         pending.statement = text;
         return LOG_SQL;
     }
-    std::string numbered;
-    int mark = 0;
-    for (const char c : text) {
-        numbered.push_back(c);
-        if (c == '?') {
-            numbered.append(std::to_string(++mark));
-        }
+    pending.statement.clear();
+    std::string_view rest = text;
+    for (std::int64_t mark = 1; mark <= pending.parameters; ++mark) {
+        const std::size_t behind = rest.find('?') + 1;
+        pending.statement.append(rest.substr(0, behind)).append(std::to_string(mark));
+        rest.remove_prefix(behind);
     }
-    pending.statement = numbered;
-    replacement = std::move(numbered);
+    pending.statement.append(rest);
+    replacement = pending.statement;
     text = replacement;
     return LOG_NONE;
 }
@@ -276,13 +282,13 @@ Classification ClassifyJASStatement(std::string_view level, std::string_view& te
     if (pending.parameters > 0) {
         return is(TakeParameter(text, pending, replacement));
     }
-    if (text.starts_with("Calling ")) {
+    if (Starts(text, "Calling ")) {
         return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE : LOG_CALL);
     }
-    if (text.starts_with("On ")) {
+    if (Starts(text, "On ")) {
         return is(LOG_ON);
     }
-    if (text.starts_with("Return ")) {
+    if (Starts(text, "Return ")) {
         return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
     }
     if (FirstWordBegins(text, "ERROR")) {
@@ -306,7 +312,7 @@ Classification ClassifyJASStatement(std::string_view level, std::string_view& te
     if (signs.objectCalled) {
         return is(LOG_OBJECT_CALL);
     }
-    if (text.starts_with("RT: ")) {
+    if (Starts(text, "RT: ")) {
         return ClassifyEventRules(text);
     }
     return is(signs.cache ? LOG_CACHE : LOG_NONE);

@@ -31,14 +31,32 @@ std::string WithReplacements(std::string_view text);
 char32_t TakeCodePoint(std::string_view& text);
 void AppendCodePoint(std::string& text, char32_t c);
 
+// The text without the characters of a set at its right or its left end.
 inline std::string_view TrimRight(std::string_view text, std::string_view set) {
-    const std::size_t last = text.find_last_not_of(set);
-    return last == std::string_view::npos ? std::string_view{text.data(), 0} : text.substr(0, last + 1);
+    while (!text.empty() && set.find(text.back()) != std::string_view::npos) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 inline std::string_view TrimLeft(std::string_view text, std::string_view set) {
-    const std::size_t first = text.find_first_not_of(set);
-    return first == std::string_view::npos ? std::string_view{text.data(), 0} : text.substr(first);
+    while (!text.empty() && set.find(text.front()) != std::string_view::npos) {
+        text.remove_prefix(1);
+    }
+    return text;
+}
+
+// What every statement text is trimmed of: blanks and tabs on the left, blanks on the right.
+inline std::string_view TrimStatement(std::string_view text) {
+    const char* first = text.data();
+    const char* last = first + text.size();
+    while (first != last && (*first == ' ' || *first == '\t')) {
+        ++first;
+    }
+    while (first != last && last[-1] == ' ') {
+        --last;
+    }
+    return {first, static_cast<std::size_t>(last - first)};
 }
 
 // What stands between `from` and the next `end`; empty when there is no such end.

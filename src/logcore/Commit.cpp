@@ -20,7 +20,7 @@ bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
         return false;
     }
     RecordContext& context = m_listDetails.Context(record);
-    CProcess& process = ProcessOf(context, time);
+    CProcess& process = context.process != nullptr ? *context.process : ProcessOf(context, time);
     const LogKind kind = m_listDetails.Kind(record);
     const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
     CallLine call;

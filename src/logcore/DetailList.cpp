@@ -1,5 +1,6 @@
 #include "logcore/DetailList.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/CaseText.h"
 
 #include <algorithm>
@@ -55,21 +56,33 @@ void CDetailList::Clear() {
     m_contexts = {};
     m_contextSlots.assign(64, 0);
     m_recentContexts.fill(0);
+    m_nLastContext = 0;
 }
 
 std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view sharedLabel) {
+    const auto is = [&](const RecordContext& c) {
+        return c.processID == detail.m_nProcessID && c.threadID == detail.m_nThreadID &&
+               SameShortText(m_words.Text(c.label), sharedLabel) &&
+               SameShortText(m_words.Text(c.month), detail.m_strMonth) &&
+               SameShortText(m_words.Text(c.user), detail.m_strUser) &&
+               SameShortText(m_words.Text(c.source), detail.m_strSource) &&
+               SameShortText(m_words.Text(c.level), detail.m_strLevel);
+    };
+    // Most lines follow one of their own kind.
+    if (m_nLastContext != 0 && is(m_contexts[m_nLastContext - 1])) {
+        return m_nLastContext - 1;
+    }
     std::uint32_t quick = Mix(Mix(SampleOf(sharedLabel), detail.m_nThreadID), detail.m_nProcessID);
     quick = Mix(Mix(quick, SampleOf(detail.m_strUser)), SampleOf(detail.m_strSource));
     std::uint32_t& recent = m_recentContexts[quick >> 24U];
-    if (recent != 0) {
-        const RecordContext& c = m_contexts[recent - 1];
-        if (c.processID == detail.m_nProcessID && c.threadID == detail.m_nThreadID &&
-            m_words.Text(c.label) == sharedLabel && m_words.Text(c.month) == detail.m_strMonth &&
-            m_words.Text(c.user) == detail.m_strUser && m_words.Text(c.source) == detail.m_strSource &&
-            m_words.Text(c.level) == detail.m_strLevel) {
-            return recent - 1;
-        }
+    if (recent == 0 || !is(m_contexts[recent - 1])) {
+        recent = FindOrAddContext(detail, sharedLabel) + 1;
     }
+    m_nLastContext = recent;
+    return recent - 1;
+}
+
+std::uint32_t CDetailList::FindOrAddContext(const CLogDetail& detail, std::string_view sharedLabel) {
     RecordContext wanted;
     wanted.processID = detail.m_nProcessID;
     wanted.threadID = detail.m_nThreadID;
@@ -91,7 +104,6 @@ std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view
     while (m_contextSlots[slot] != 0) {
         const std::uint32_t context = m_contextSlots[slot] - 1;
         if (same(m_contexts[context])) {
-            recent = context + 1;
             return context;
         }
         slot = (slot + 1) & (m_contextSlots.size() - 1);
@@ -99,7 +111,6 @@ std::uint32_t CDetailList::ContextFor(const CLogDetail& detail, std::string_view
     const auto context = static_cast<std::uint32_t>(m_contexts.size());
     m_contexts.push_back(wanted);
     m_contextSlots[slot] = context + 1;
-    recent = context + 1;
     if (m_contexts.size() * 2 > m_contextSlots.size()) {
         std::vector<std::uint32_t> slots(m_contextSlots.size() * 2, 0);
         for (std::uint32_t i = 0; i < m_contexts.size(); ++i) {
@@ -181,7 +192,7 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     } else {
         packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
         // The line feed, which no line holds, ends a label that no tab ends.
-        packed.textOffset = m_texts.Add(stored, ownLabel ? "\n" : "") & 0xFFFFFFFFFFU;
+        packed.textOffset = m_texts.Add(stored, ownLabel) & 0xFFFFFFFFFFU;
     }
     packed.ownLabel = ownLabel ? 1 : 0;
     if (odd || !oddLabel.empty()) {

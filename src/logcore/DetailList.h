@@ -118,6 +118,7 @@ private:
     }
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
+    std::uint32_t FindOrAddContext(const CLogDetail& detail, std::string_view sharedLabel);
 
     CPagedArray<PackedDetail, 18> m_details;
     CPagedArray<Extra, 16> m_extras;
@@ -130,6 +131,7 @@ private:
     std::vector<RecordContext> m_contexts;
     std::vector<std::uint32_t> m_contextSlots; // context + 1, by hash
     std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
+    std::uint32_t m_nLastContext = 0;                  // context + 1
 };
 
 } // namespace carvelot

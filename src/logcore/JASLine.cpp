@@ -1,6 +1,7 @@
 // One line of a JAS web log.
 #include "logcore/CarvelotDoc.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/LineTokens.h"
 #include "logcore/Numbers.h"
@@ -66,7 +67,72 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
     if (tokens.Next(kBrackets, token)) {
         detail.m_strSource = token;
     }
-    text = TrimRight(TrimLeft(tokens.Rest(), " \t"), " ");
+    text = TrimStatement(tokens.Rest());
+    return true;
+}
+
+// The one form that nearly every line has: "29 Jun 2016 12:08:30,122 [APP   ] USER - [JDBJ]   text". Gives what
+// ReadFields gives, without looking at each character as a possible delimiter. False, with nothing changed that
+// matters, for any other form.
+bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view& text) {
+    const auto digit = [](char c) { return c - '0'; };
+    const auto bracketIn = [](std::string_view in) {
+        std::size_t at = 0;
+        while (at < in.size() && !kBrackets(in[at])) {
+            ++at;
+        }
+        return at;
+    };
+    const std::size_t dayDigits = line.size() > 1 && IsDigit(line[1]) ? 2 : 1;
+    // Behind the day: " Jun 2016 12:08:30,122 [".
+    constexpr std::size_t stampLength = 24;
+    if (line.size() < dayDigits + stampLength || !IsDigit(line[0])) {
+        return false;
+    }
+    const char* const p = line.data() + dayDigits;
+    // Of the sixteen characters from the year on all but these are digits: "2016 12:08:30,122".
+    constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 4) | (1U << 7) | (1U << 10) | (1U << 13));
+    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || !IsDigit(p[21])) {
+        return false;
+    }
+    if (p[0] != ' ' || p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' || p[22] != ' ' ||
+        p[23] != '[' || !IsMonthName({p + 1, 3})) {
+        return false;
+    }
+    std::string_view rest = line.substr(dayDigits + stampLength);
+    const std::size_t levelEnd = bracketIn(rest);
+    if (levelEnd == rest.size() || levelEnd == 0 || rest[levelEnd] != ']') {
+        return false;
+    }
+    const std::string_view level = rest.substr(0, levelEnd);
+    rest.remove_prefix(levelEnd + 1);
+    // Nothing, or one word, and the dash, each with one blank ahead.
+    std::string_view user;
+    if (!rest.starts_with(" - [")) {
+        const std::size_t userEnd = rest.find(' ', 1);
+        if (userEnd == std::string_view::npos || userEnd == 1 || rest.front() != ' ' || rest[1] == '-' ||
+            !rest.substr(userEnd).starts_with(" - [") || rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
+            return false;
+        }
+        user = rest.substr(1, userEnd - 1);
+        rest.remove_prefix(userEnd);
+    }
+    rest.remove_prefix(4);
+    const std::size_t sourceEnd = bracketIn(rest);
+    if (sourceEnd == rest.size() || sourceEnd == 0) {
+        return false;
+    }
+    const auto two = [&](std::size_t at) { return digit(p[at]) * 10 + digit(p[at + 1]); };
+    detail.m_nDay = dayDigits == 2 ? digit(line[0]) * 10 + digit(line[1]) : digit(line[0]);
+    detail.m_strMonth = {p + 1, 3};
+    detail.m_nHour = two(10);
+    detail.m_nMinute = two(13);
+    detail.m_nSecond = two(16);
+    detail.m_nMicrosecond = (two(19) * 10 + digit(p[21])) * 1000;
+    detail.m_strLevel = TrimRight(TrimLeft(level, " "), " ");
+    detail.m_strUser = user;
+    detail.m_strSource = rest.substr(0, sourceEnd);
+    text = TrimStatement(rest.substr(sourceEnd + 1));
     return true;
 }
 
@@ -82,7 +148,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         }
     }
     CLogDetail detail;
-    if (!ReadFields(whole, detail, detail.m_strText)) {
+    if (!ReadUsualFields(whole, detail, detail.m_strText) && !ReadFields(whole, detail, detail.m_strText)) {
         return;
     }
     Classification result = ClassifyJASStatement(detail.m_strLevel, detail.m_strText,

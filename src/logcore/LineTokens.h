@@ -1,6 +1,7 @@
 // Words of a line as the C library's strtok takes them, the delimiters changing as the line goes.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 namespace carvelot {
@@ -53,12 +54,16 @@ inline bool IsMonth(std::string_view token) {
 
 // Whether three characters are one of the twelve names themselves.
 inline bool IsMonthName(std::string_view token) {
+    const auto key = [](std::string_view name) {
+        return (std::uint32_t{static_cast<unsigned char>(name[0])} << 16U) |
+               (std::uint32_t{static_cast<unsigned char>(name[1])} << 8U) | static_cast<unsigned char>(name[2]);
+    };
+    const std::uint32_t wanted = key(token);
+    bool found = false;
     for (std::size_t at = 0; at < kMonths.size(); at += 3) {
-        if (kMonths[at] == token[0] && kMonths[at + 1] == token[1] && kMonths[at + 2] == token[2]) {
-            return true;
-        }
+        found |= key(kMonths.substr(at, 3)) == wanted;
     }
-    return false;
+    return found;
 }
 
 } // namespace carvelot

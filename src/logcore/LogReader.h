@@ -1,43 +1,14 @@
 // Lines of a log file, under the one reading rule of the system, in large blocks.
 #pragma once
 
+#include "logcore/LineScan.h"
 #include "platform/SharedFile.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 
 namespace carvelot {
-
-// Places in a line where one of the words that classify a statement may stand, found in the same pass that finds the
-// line's end. Most lines have none or two.
-class LineHints {
-public:
-    static constexpr std::size_t kMost = 24;
-
-    void Reset() {
-        m_nCount = 0;
-        m_bComplete = true;
-    }
-    void Add(std::uint32_t position) {
-        if (m_nCount < kMost) {
-            m_positions[m_nCount++] = static_cast<std::uint16_t>(position);
-        } else {
-            m_bComplete = false;
-        }
-    }
-    // False when there were more places than room: the line must be searched as a whole.
-    bool IsComplete() const { return m_bComplete; }
-    void Invalidate() { m_bComplete = false; }
-    const std::uint16_t* begin() const { return m_positions.data(); }
-    const std::uint16_t* end() const { return m_positions.data() + m_nCount; }
-
-private:
-    std::array<std::uint16_t, kMost> m_positions;
-    std::uint32_t m_nCount = 0;
-    bool m_bComplete = true;
-};
 
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes stay valid until
 // the next line is read.
@@ -46,8 +17,6 @@ struct LogLine {
     bool ascii = true;
     LineHints hints;
 };
-
-enum class HintSet { None, Debug, Jas };
 
 class CLogReader {
 public:
@@ -68,7 +37,6 @@ public:
 
 private:
     static constexpr std::size_t kBlock = 256 * 1024;
-    static constexpr std::size_t kPadding = 64;
 
     bool Refill();
 

@@ -37,13 +37,10 @@ public:
     // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is left of a
     // block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
-        const std::size_t used = m_nSize & (kBlockSize - 1);
-        if ((used == 0 && m_nSize == m_blocks.size() * kBlockSize) || used + count > kBlockSize) {
-            m_nSize = m_blocks.size() * kBlockSize;
-            m_blocks.push_back(nullptr);
-            m_blocks.back() = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
+        if (m_nSize + count > m_blocks.size() * kBlockSize) {
+            AddBlock();
         }
-        T* place = &(*this)[m_nSize];
+        T* const place = m_blocks.back() + (m_nSize & (kBlockSize - 1));
         m_nSize += count;
         return place;
     }
@@ -59,6 +56,12 @@ public:
     }
 
 private:
+    void AddBlock() {
+        m_nSize = m_blocks.size() * kBlockSize;
+        m_blocks.push_back(nullptr);
+        m_blocks.back() = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
+    }
+
     std::vector<T*> m_blocks;
     std::size_t m_nSize = 0;
 };

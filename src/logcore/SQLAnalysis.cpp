@@ -1,5 +1,6 @@
 #include "logcore/SQLAnalysis.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 
 namespace carvelot {
@@ -27,16 +28,16 @@ std::string_view ExtractTableName(std::string_view text, std::string_view keywor
 }
 
 SqlParts SplitSQLStatement(std::string_view text, std::string& scratch) {
-    if (text.starts_with("SELECT ")) {
+    if (Starts(text, "SELECT ")) {
         return {SQL_SELECT, ExtractTableName(text, "FROM", SQL_SELECT, scratch)};
     }
-    if (text.starts_with("UPDATE ")) {
+    if (Starts(text, "UPDATE ")) {
         return {SQL_UPDATE, ExtractTableName(text, "UPDATE", SQL_UPDATE, scratch)};
     }
-    if (text.starts_with("DELETE ")) {
+    if (Starts(text, "DELETE ")) {
         return {SQL_DELETE, ExtractTableName(text, "FROM", SQL_DELETE, scratch)};
     }
-    if (text.starts_with("INSERT ")) {
+    if (Starts(text, "INSERT ")) {
         return {SQL_INSERT, ExtractTableName(text, "INTO", SQL_INSERT, scratch)};
     }
     return {};

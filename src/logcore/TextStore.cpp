@@ -4,19 +4,6 @@
 
 namespace carvelot {
 
-CTextStore::Offset CTextStore::Add(std::string_view head, std::string_view tail) {
-    const std::size_t size = head.size() + tail.size();
-    if (size == 0) {
-        return 0;
-    }
-    char* place = m_bytes.Reserve(size);
-    std::memcpy(place, head.data(), head.size());
-    if (!tail.empty()) {
-        std::memcpy(place + head.size(), tail.data(), tail.size());
-    }
-    return m_bytes.Size() - size;
-}
-
 std::string_view CTextStore::ViewUpTo(Offset offset, char end, char otherEnd) const {
     const char* first = &m_bytes[offset];
     const char* last = first;

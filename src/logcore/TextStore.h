@@ -4,6 +4,7 @@
 #include "logcore/PagedArray.h"
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -17,8 +18,19 @@ public:
     // Longest text that an offset can name; longer ones are kept by KeepLarge.
     static constexpr std::size_t kLongest = std::size_t{1} << 16U;
 
-    // Appends head and tail as neighbours and says where the head starts.
-    Offset Add(std::string_view head, std::string_view tail = {});
+    // Appends a text and says where it starts; with `ended`, a line feed behind it.
+    Offset Add(std::string_view text, bool ended = false) {
+        const std::size_t size = text.size() + (ended ? 1 : 0);
+        if (size == 0) {
+            return 0;
+        }
+        char* const place = m_bytes.Reserve(size);
+        std::memcpy(place, text.data(), text.size());
+        if (ended) {
+            place[text.size()] = '\n';
+        }
+        return m_bytes.Size() - size;
+    }
 
     std::string_view View(Offset offset, std::size_t length) const { return {&m_bytes[offset], length}; }
 

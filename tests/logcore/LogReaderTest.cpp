@@ -100,4 +100,44 @@ TEST(ReadLogLine, StartsOverAfterRewind) {
     EXPECT_EQ(reader.Position(), 2U);
 }
 
+TEST(ScanLine, SeesTheSameInStepsOf32BytesAsInStepsOf16) {
+    const ScanLineFunction wide = ScanLineBy32<HintSet::Debug>();
+    if (wide == nullptr) {
+        GTEST_SKIP() << "this machine or this build has no wider step";
+    }
+    // Bytes that matter among such that do not, drawn by a fixed rule.
+    const std::string bytes = std::string("abcCaCADBFoUB\xE9 ") + "\n\r" + std::string(1, '\0');
+    std::uint32_t state = 1;
+    for (std::size_t length = 0; length < 200; ++length) {
+        std::string line(length + kScanPadding, ' ');
+        for (char& c : line) {
+            state = state * 1664525 + 1013904223;
+            const std::size_t draw = (state >> 16U) % 40;
+            c = draw < bytes.size() ? bytes[draw] : 'x';
+        }
+        LineHints narrowHints;
+        LineHints wideHints;
+        const LineScan a = ScanLineBy16<HintSet::Debug>(line.data(), length, narrowHints);
+        const LineScan b = wide(line.data(), length, wideHints);
+        EXPECT_EQ(a.length, b.length);
+        EXPECT_EQ(a.ended, b.ended);
+        EXPECT_EQ(std::min(a.nul, a.length), std::min(b.nul, b.length));
+        const auto within = [&](const LineHints& hints) {
+            std::vector<std::uint16_t> places;
+            for (const std::uint16_t place : hints) {
+                if (place + 1U < a.length) {
+                    places.push_back(place);
+                }
+            }
+            return places;
+        };
+        if (narrowHints.IsComplete() && wideHints.IsComplete()) {
+            EXPECT_EQ(within(narrowHints), within(wideHints));
+        }
+        if (a.ended) {
+            EXPECT_EQ(a.ascii, b.ascii);
+        }
+    }
+}
+
 } // namespace carvelot::test

@@ -1,4 +1,5 @@
 #include "platform/AtomicFile.h"
+#include "platform/ProfileFile.h"
 #include "support/TestFolder.h"
 
 #include <filesystem>
@@ -7,7 +8,9 @@
 
 #ifndef _WIN32
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -17,6 +20,32 @@ using namespace carvelot::platform;
 using namespace carvelot::test;
 
 using Names = std::vector<std::string>;
+
+#ifndef _WIN32
+namespace {
+
+// Lets no file of this process grow beyond a size: writes fail as they do on a full disk.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : m_pOldHandler(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_old);
+        const rlimit limit{bytes, m_old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &m_old);
+        std::signal(SIGXFSZ, m_pOldHandler);
+    }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_old{};
+    void (*m_pOldHandler)(int);
+};
+
+} // namespace
+#endif
 
 TEST(AtomicFile, MakesANewFileOnlyAtCommit) {
     const TestFolder folder;
@@ -177,6 +206,25 @@ TEST(AtomicFile, AFullDiskIsAnErrorOfCommitAtTheLatest) {
     error = 0;
     EXPECT_FALSE(full.Commit(&error));
     EXPECT_EQ(error, ENOSPC);
+}
+
+TEST(AtomicFile, ADiskThatGetsFullLeavesTheOldContentAndNothingBesideIt) {
+    const TestFolder folder;
+    const std::string path = folder.Write("file", "old");
+    const FileSizeLimit limit(100'000);
+    for (const std::size_t size : {std::size_t{150'000}, std::size_t{1'000'000}}) {
+        AtomicFile file = AtomicFile::Create(path);
+        ASSERT_TRUE(file);
+        file.Write(std::string(size, 'x'));
+        int error = 0;
+        EXPECT_FALSE(file.Commit(&error));
+        EXPECT_EQ(error, EFBIG);
+        EXPECT_EQ(folder.Read("file"), "old");
+        EXPECT_EQ(folder.Names(), Names{"file"});
+    }
+    EXPECT_FALSE(WriteProfileText("A", "k", std::string(200'000, 'x'), path));
+    EXPECT_EQ(folder.Read("file"), "old");
+    EXPECT_EQ(folder.Names(), Names{"file"});
 }
 
 TEST(AtomicFile, APipeIsWrittenDirectly) {
