@@ -423,6 +423,7 @@ void CMainFrame::SaveState() const {
 }
 
 void CMainFrame::ClearPanes() {
+    m_pPanesOwner = nullptr;
     m_wndSQLPane.ClearList();
     m_wndCachePane.ClearTree();
     m_wndBSFNPane.ClearList();

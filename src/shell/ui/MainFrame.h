@@ -12,9 +12,11 @@
 #include "live/ui/ProcessPane.h"
 #include "shell/Commands.h"
 #include "shell/ui/CommandTarget.h"
+#include "shell/ui/Document.h"
 #include "shell/ui/PersonalMenu.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <map>
 #include <vector>
@@ -26,7 +28,6 @@ class QProgressBar;
 namespace carvelot {
 
 class CCustomizeDlg;
-class CMDIChildWnd;
 class CTabbedClientArea;
 class CToolBar;
 
@@ -62,6 +63,9 @@ public:
     CLongTasksPane m_wndLongTasksPane;
     CCachePane m_wndCachePane;
     CProcessPane m_wndProcessPane;
+
+    // The window whose selection the shared panes show; null after they were emptied.
+    QPointer<CMDIChildWnd> m_pPanesOwner;
 
     // Empties the panes that all sessions share, and their captions. Find and Raw Data stay as they are.
     void ClearPanes();

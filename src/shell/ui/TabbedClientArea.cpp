@@ -231,8 +231,10 @@ void CTabbedClientArea::Activate(CMDIChildWnd& child) {
         const QScopedValueRollback changing(m_bChanging, true);
         pGroup->setCurrentWidget(&child);
     }
-    if (!child.isAncestorOf(QApplication::focusWidget()))
+    if (!child.isAncestorOf(QApplication::focusWidget())) {
+        const QScopedValueRollback changing(m_bChanging, true); // activated once, below
         child.FocusLastPane();
+    }
     SetActive(&child, true);
 }
 

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "shell/ui/Document.h"
+#include "views/ui/DetailView.h"
+#include "views/ui/ThreadView.h"
 
 #include <QSplitter>
-#include <QTreeView>
 
 namespace carvelot {
 
@@ -17,18 +18,23 @@ public:
     explicit CChildFrame(CSessionDocument& document);
 
     CSessionDocument& SessionDocument() const { return m_document; }
-    QTreeView& ThreadTree() const { return *m_pThreadTree; }
-    QTreeView& DetailTree() const { return *m_pDetailTree; }
+    CThreadView& ThreadView() const { return *m_pThreadView; }
+    CDetailView& DetailView() const { return *m_pDetailView; }
 
-    QList<QWidget*> WindowPanes() const override { return {m_pThreadTree, m_pDetailTree}; }
+    QList<QWidget*> WindowPanes() const override { return {m_pThreadView, m_pDetailView}; }
+    // Fills the shared panes from this session's selection.
+    void OnSetFocus() override;
     // Empties the Find list when its rows are this session's, and all shared panes.
     void OnClose() override;
+
+protected:
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
     CSessionDocument& m_document;
     QSplitter* m_wndSplitter;
-    QTreeView* m_pThreadTree;
-    QTreeView* m_pDetailTree;
+    CThreadView* m_pThreadView;
+    CDetailView* m_pDetailView;
 };
 
 } // namespace carvelot

@@ -1,14 +1,24 @@
 #include "views/ui/SessionDocument.h"
 
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/MainFrame.h"
 #include "shell/ui/Text.h"
 
 namespace carvelot {
 
-CSessionDocument::CSessionDocument() : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
+CSessionDocument::CSessionDocument()
+    : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
     AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
     AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
+}
+
+CSessionDocument::~CSessionDocument() {
+    // Close All asks no window: what the panes still show of this session lets go of its records here.
+    if (CMainFrame* pMain = MainFrame()) {
+        pMain->m_wndFindPane.LetGo(m_session);
+        pMain->m_wndCachePane.LetGo(m_session);
+    }
 }
 
 bool CSessionDocument::OnNewDocument() {
@@ -18,6 +28,8 @@ bool CSessionDocument::OnNewDocument() {
     return true;
 }
 
-bool CSessionDocument::OnOpenDocument(const QString& strPath) { return m_session.OnOpenDocument(ToUtf8(strPath)); }
+bool CSessionDocument::OnOpenDocument(const QString& strPath) {
+    return m_session.OnOpenDocument(ToUtf8(strPath));
+}
 
 } // namespace carvelot

@@ -13,11 +13,13 @@ class CSessionDocument : public CDocument {
 
 public:
     CSessionDocument();
+    ~CSessionDocument() override;
 
     bool OnNewDocument() override;
     bool OnOpenDocument(const QString& strPath) override;
 
     CCarvelotDoc& Session() { return m_session; }
+    const CCarvelotDoc& Session() const { return m_session; }
 
 private:
     CSessionHost m_host;

@@ -5,6 +5,7 @@
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
+#include "views/ui/ChildFrame.h"
 #include "views/ui/SessionDocument.h"
 
 #include <QApplication>
@@ -42,13 +43,19 @@ void CSessionHost::ClearPanes() {
         pMain->ClearPanes();
 }
 
-void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) { m_document.SetTitle(ToQString(title)); }
+void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
+    m_document.SetTitle(ToQString(title));
+}
 
-void CSessionHost::AddToRecentFileList(const std::string& path) { theApp().AddToRecentFileList(ToQString(path)); }
+void CSessionHost::AddToRecentFileList(const std::string& path) {
+    theApp().AddToRecentFileList(ToQString(path));
+}
 
 std::optional<std::string> CSessionHost::AskForLog() {
-    const auto strPath = UserInterface().AskOpenFile(
-        {QCoreApplication::translate("CSessionHost", "Open"), QStringLiteral("log"), {}, QString::fromLatin1(kLogFilter)});
+    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CSessionHost", "Open"),
+                                                      QStringLiteral("log"),
+                                                      {},
+                                                      QString::fromLatin1(kLogFilter)});
     return strPath ? std::optional(ToUtf8(*strPath)) : std::nullopt;
 }
 
@@ -58,8 +65,11 @@ void CSessionHost::OpenInShell(const std::string& path) {
 
 void CSessionHost::ActivateSession(CCarvelotDoc&) {
     CMainFrame* pMain = MainFrame();
-    if (pMain != nullptr && m_document.GetFrame() != nullptr)
-        pMain->ClientArea().Activate(*m_document.GetFrame());
+    auto* pFrame = qobject_cast<CChildFrame*>(m_document.GetFrame());
+    if (pMain == nullptr || pFrame == nullptr)
+        return;
+    pMain->ClientArea().Activate(*pFrame);
+    pFrame->ThreadView().setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace carvelot

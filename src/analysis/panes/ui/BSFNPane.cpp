@@ -2,22 +2,9 @@
 
 namespace carvelot {
 
-namespace {
-
-constexpr CColumnSpec kColumns[] = {
-    {"Business Function", 200},
-    {"Calls", 70},
-    {"Total Time", 100},
-    {"Shortest", 100},
-    {"Longest", 100},
-    {"Average", 100},
-};
-
-} // namespace
-
 CBSFNPane::CBSFNPane() : CDockablePane(tr("BSFN Calls"), QStringLiteral("BSFNPane"), {100, 100}) {
     AddCaption();
-    m_pList = new CListCtrl(kColumns, windowTitle(), Client());
+    m_pList = new CListCtrl(ColumnsOf<BSFNRow>(), windowTitle(), Client());
     m_pList->Model().SetRightAligned(1);
     m_pList->Model().SetRightAligned(2);
     m_pList->Model().SetRightAligned(3);
@@ -25,7 +12,16 @@ CBSFNPane::CBSFNPane() : CDockablePane(tr("BSFN Calls"), QStringLiteral("BSFNPan
     m_pList->Model().SetRightAligned(5);
 }
 
-void CBSFNPane::ClearList() { m_pList->Fill(nullptr); }
+void CBSFNPane::FillList(const CBSFNAnalysis& analysis) {
+    ClearList();
+    m_rows.m_listRows = MakeBSFNRows(analysis);
+    m_pList->Fill(&m_rows);
+}
+
+void CBSFNPane::ClearList() {
+    m_pList->Fill(nullptr);
+    m_rows.m_listRows = {};
+}
 
 void CBSFNPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }
 

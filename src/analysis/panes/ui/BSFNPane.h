@@ -1,6 +1,7 @@
 // BSFNPane.h - the pane "BSFN Calls": the business function statistics of the selection.
 #pragma once
 
+#include "analysis/panes/RowSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
 
@@ -13,6 +14,7 @@ public:
     CBSFNPane();
 
     CListCtrl& List() { return *m_pList; }
+    void FillList(const CBSFNAnalysis& analysis);
     void ClearList();
     QWidget* MainControl() const override { return m_pList; }
 
@@ -20,6 +22,7 @@ protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    CRowSource<BSFNRow> m_rows;
     CListCtrl* m_pList;
 };
 

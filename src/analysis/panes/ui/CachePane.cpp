@@ -3,22 +3,83 @@
 #include "resources/ui/Icons.h"
 #include "shell/ui/UserInterface.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
+
 namespace carvelot {
+
+CCacheTree::CCacheTree(CCacheTreeModel& model, const QString& strAccessibleName, QWidget* pParent)
+    : CTreeCtrl(strAccessibleName, pParent), m_model(model) {
+    setExpandsOnDoubleClick(false);
+    setModel(&model);
+}
+
+void CCacheTree::mousePressEvent(QMouseEvent* pEvent) {
+    if (pEvent->button() != Qt::RightButton) {
+        CTreeCtrl::mousePressEvent(pEvent);
+        return;
+    }
+    pEvent->accept();
+    const QModelIndex index = indexAt(pEvent->position().toPoint());
+    if (index.isValid())
+        SelectIndex(index);
+}
+
+void CCacheTree::mouseDoubleClickEvent(QMouseEvent* pEvent) {
+    CTreeCtrl::mouseDoubleClickEvent(pEvent);
+    if (pEvent->button() == Qt::LeftButton && indexAt(pEvent->position().toPoint()).isValid())
+        OpenSelected();
+}
+
+void CCacheTree::keyPressEvent(QKeyEvent* pEvent) {
+    if (pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) {
+        OpenSelected();
+        pEvent->accept();
+        return;
+    }
+    CTreeCtrl::keyPressEvent(pEvent);
+}
+
+void CCacheTree::OpenSelected() {
+    const auto* pOperation = m_model.Operation(SelectedIndex());
+    if (pOperation != nullptr && pOperation->m_pRecord != kNoRecord && m_fnOpenRecord)
+        m_fnOpenRecord(pOperation->m_pRecord);
+}
 
 CCachePane::CCachePane() : CDockablePane(tr("Cache Details"), QStringLiteral("CachePane"), {100, 100}) {
     AddCaption();
     if (!LoadImageStrip("cacheicons", m_listImages))
         UserInterface().ShowMessage(QStringLiteral("Failed to load cacheicons bmp"));
-    m_pTree = new QTreeView(Client());
-    m_pTree->setAccessibleName(windowTitle());
-    m_pTree->setHeaderHidden(true);
-    m_pTree->setUniformRowHeights(true);
-    m_pTree->setIconSize(kStripImageSize);
-    m_pTree->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_pTree->setExpandsOnDoubleClick(false);
+    m_pModel = std::make_unique<CCacheTreeModel>(m_listImages);
+    m_pTree = new CCacheTree(*m_pModel, windowTitle(), Client());
+    m_pTree->m_fnOpenRecord = [this](RecordIndex record) {
+        const CSessionReference session = m_session; // the way to the record can refill this tree
+        session.ShowDetail(record);
+    };
 }
 
-void CCachePane::ClearTree() { m_pTree->setModel(nullptr); }
+CCachePane::~CCachePane() {
+    m_pTree->setModel(nullptr); // the model goes before the tree
+}
+
+void CCachePane::FillTree(CSessionDocument& document, const CCacheAnalysis& analysis) {
+    m_session = CSessionReference(document);
+    m_pTree->setUpdatesEnabled(false);
+    m_pModel->Show(document.Session(), analysis);
+    m_pTree->setUpdatesEnabled(true);
+}
+
+void CCachePane::ClearTree() {
+    m_session = {};
+    m_pTree->setUpdatesEnabled(false);
+    m_pModel->Clear();
+    m_pTree->setUpdatesEnabled(true);
+}
+
+void CCachePane::LetGo(const CCarvelotDoc& session) {
+    if (m_pModel->Session() == &session)
+        ClearTree();
+}
 
 void CCachePane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pTree, nWidth, nHeight); }
 

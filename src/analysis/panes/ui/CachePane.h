@@ -1,30 +1,61 @@
 // CachePane.h - the pane "Cache Details": the caches of the selected process and what was done to them.
 #pragma once
 
+#include "analysis/panes/ui/CacheTreeModel.h"
 #include "analysis/panes/ui/DockablePane.h"
+#include "views/ui/SessionReference.h"
+#include "views/ui/TreeCtrl.h"
 
-#include <QTreeView>
+#include <functional>
 
 namespace carvelot {
+
+// Caches at the top, their operations below. A double click opens the operation's record and folds nothing.
+class CCacheTree final : public CTreeCtrl {
+    Q_OBJECT
+
+public:
+    CCacheTree(CCacheTreeModel& model, const QString& strAccessibleName, QWidget* pParent);
+
+    // Answers a double click or Enter on an operation.
+    std::function<void(RecordIndex record)> m_fnOpenRecord;
+
+protected:
+    void mousePressEvent(QMouseEvent* pEvent) override;
+    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* pEvent) override;
+
+private:
+    void OpenSelected();
+
+    CCacheTreeModel& m_model;
+};
 
 class CCachePane : public CDockablePane {
     Q_OBJECT
 
 public:
     CCachePane();
+    ~CCachePane() override;
 
-    QTreeView& Tree() { return *m_pTree; }
+    CCacheTree& Tree() { return *m_pTree; }
+    CCacheTreeModel& Model() { return *m_pModel; }
     // The images of the tree, 16 by 15 pixels.
     const QList<QIcon>& Images() const { return m_listImages; }
+    void FillTree(CSessionDocument& document, const CCacheAnalysis& analysis);
     void ClearTree();
+    // To be called before a session's caches go: empties the tree if it shows them.
+    void LetGo(const CCarvelotDoc& session);
     QWidget* MainControl() const override { return m_pTree; }
 
 protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
-    QTreeView* m_pTree;
+    CCacheTree* m_pTree;
     QList<QIcon> m_listImages;
+    std::unique_ptr<CCacheTreeModel> m_pModel;
+    CSessionReference m_session; // whose caches the tree shows
 };
 
 } // namespace carvelot

@@ -1,8 +1,10 @@
 // ErrorPane.h - the pane "Errors/Warnings": the errors and warnings of the selection.
 #pragma once
 
+#include "analysis/panes/RowSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
+#include "views/ui/SessionReference.h"
 
 namespace carvelot {
 
@@ -13,6 +15,9 @@ public:
     CErrorPane();
 
     CListCtrl& List() { return *m_pList; }
+    // The last one of the list on top.
+    void FillList(CSessionDocument& document, const std::vector<RecordIndex>& listErrors);
+    void FillList(CSessionDocument& document, const CHeadList<RecordIndex>& listErrors);
     void ClearList();
     QWidget* MainControl() const override { return m_pList; }
 
@@ -20,6 +25,10 @@ protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    void ShowRows(CSessionDocument& document, std::vector<ErrorRow> listRows);
+
+    CRowSource<ErrorRow> m_rows;
+    CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };
 

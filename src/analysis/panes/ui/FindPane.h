@@ -1,17 +1,16 @@
 // FindPane.h - the pane "Find": a search through all records of the session in front.
 #pragma once
 
+#include "analysis/panes/FindSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
-#include "shell/ui/Document.h"
+#include "views/ui/SessionReference.h"
 
-#include <QPointer>
 #include <QToolBar>
-
-#include <functional>
 
 namespace carvelot {
 
+// Its rows belong to the session that was searched, whatever is selected since, and can outlive it.
 class CFindPane : public CDockablePane {
     Q_OBJECT
 
@@ -20,24 +19,30 @@ public:
 
     CListCtrl& List() { return *m_pList; }
     QLineEdit& SearchEdit() { return *m_pSearch; }
+    QToolBar& ToolBar() { return *m_pToolBar; }
+    // Searches the session in front for the text of the edit; without one the rows stay.
+    void OnFind();
     void ClearList();
+    // The document of the last search as long as it exists.
+    CSessionDocument* Searched() const { return m_session.Document(); }
+    // To be called before a session's records go: rows of it keep what they show.
+    void LetGo(const CCarvelotDoc& session) { m_source.LetGo(session); }
     // Titles and columns for a log of processes and threads, or for one of users.
     void DressForUsers(bool bUsers);
     QWidget* MainControl() const override { return m_pSearch; }
 
-    // Whose records the rows are.
-    QPointer<CDocument> m_pSearched;
-
-    // The search that the "Find" button and Enter run.
-    std::function<void()> m_fnFind;
-
 protected:
     void OnSize(int nWidth, int nHeight) override;
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
+    void Paste();
+
     QToolBar* m_pToolBar; // the CFindPaneToolBar
     QLineEdit* m_pSearch;
-    CListCtrl* m_pList;
+    CListCtrl* m_pList; // the CFindListCtrl
+    CFindSource m_source;
+    CSessionReference m_session;
 };
 
 } // namespace carvelot

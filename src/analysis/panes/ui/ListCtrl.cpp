@@ -5,11 +5,25 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <numeric>
 
 namespace carvelot {
+
+namespace {
+
+// Rows with a little air between their texts.
+class CRowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
+    }
+};
+
+} // namespace
 
 CListModel::CListModel(std::span<const CColumnSpec> columns) {
     for (const CColumnSpec& column : columns)
@@ -61,7 +75,8 @@ QVariant CListModel::headerData(int nSection, Qt::Orientation nOrientation, int 
     if (nRole == Qt::DisplayRole)
         return column.m_strTitle;
     if (nRole == Qt::TextAlignmentRole)
-        return QVariant::fromValue(Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+        return QVariant::fromValue(
+            Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
     return {};
 }
 
@@ -74,8 +89,8 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     for (const QModelIndex& index : listBefore)
         listSourceRows.push_back(SourceRow(index.row()));
 
-    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same reversal
-    // as a proper order.
+    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same
+    // reversal as a proper order.
     std::ranges::stable_sort(m_listOrder, [&](std::size_t nA, std::size_t nB) {
         return nOrder == Qt::AscendingOrder ? m_pSource->OnCompareItems(nA, nB, nColumn) < 0
                                             : m_pSource->OnCompareItems(nB, nA, nColumn) < 0;
@@ -87,7 +102,8 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
             listPlaces[m_listOrder[n]] = static_cast<int>(n);
         QModelIndexList listAfter;
         for (qsizetype n = 0; n < listBefore.size(); ++n)
-            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]], listBefore[n].column());
+            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]],
+                               listBefore[n].column());
         changePersistentIndexList(listBefore, listAfter);
     }
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
@@ -96,6 +112,7 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
 CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent)
     : QTreeView(pParent), m_model(columns) {
     setModel(&m_model);
+    setItemDelegate(new CRowDelegate(this));
     setAccessibleName(strAccessibleName);
     setRootIsDecorated(false);
     setItemsExpandable(false);
@@ -114,7 +131,7 @@ CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAcc
     header()->setMinimumSectionSize(16);
     header()->setSortIndicatorShown(false);
     for (int n = 0; n < m_model.columnCount(); ++n)
-        header()->resizeSection(n, m_model.ColumnWidth(n));
+        SetColumnWidth(n, m_model.ColumnWidth(n));
     connect(header(), &QHeaderView::sectionClicked, this, &CListCtrl::OnHeaderClicked);
 }
 
@@ -156,12 +173,18 @@ std::vector<int> CListCtrl::SelectedRows() const {
 
 void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
     header()->setSectionHidden(nColumn, nWidth == 0);
-    if (nWidth != 0)
-        header()->resizeSection(nColumn, nWidth);
+    if (nWidth == 0)
+        return;
+    // With a large font the title decides.
+    const QString strTitle = m_model.headerData(nColumn, Qt::Horizontal, Qt::DisplayRole).toString();
+    const int nTitle = header()->fontMetrics().horizontalAdvance(strTitle) +
+                       2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header());
+    header()->resizeSection(nColumn, std::max(nWidth, nTitle));
 }
 
 void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
-    if ((pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) && m_fnOpenRow && SelectedRow() >= 0) {
+    const bool bEnter = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
+    if ((m_bEnterOpens ? bEnter : pEvent->key() == Qt::Key_Space) && m_fnOpenRow && SelectedRow() >= 0) {
         m_fnOpenRow(SelectedRow());
         pEvent->accept();
         return;

@@ -13,15 +13,16 @@
 
 namespace carvelot {
 
-// Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and outlives
-// its time in the model.
+// Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and
+// outlives its time in the model.
 class CListModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
     explicit CListModel(std::span<const CColumnSpec> columns);
 
-    // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own order.
+    // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own
+    // order.
     void BeginFill();
     void EndFill(const CListSource* pSource);
     void SetColumnTitle(int nColumn, const QString& strTitle);
@@ -71,8 +72,10 @@ public:
     std::vector<int> SelectedRows() const;
     void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
 
-    // Answers a double click or Enter on a row.
+    // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
+    // something else.
     std::function<void(int nRow)> m_fnOpenRow;
+    bool m_bEnterOpens = true;
 
 protected:
     void keyPressEvent(QKeyEvent* pEvent) override;

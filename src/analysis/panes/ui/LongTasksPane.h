@@ -1,8 +1,11 @@
-// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the threshold.
+// LongTasksPane.h - the pane "Long Tasks": calls and statements of the selection that took longer than the
+// threshold.
 #pragma once
 
+#include "analysis/panes/RowSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
+#include "views/ui/SessionReference.h"
 
 namespace carvelot {
 
@@ -13,6 +16,8 @@ public:
     CLongTasksPane();
 
     CListCtrl& List() { return *m_pList; }
+    // Longest first.
+    void FillList(CSessionDocument& document, const CBSFNAnalysis& functions, const CSQLAnalysis& statements);
     void ClearList();
     QWidget* MainControl() const override { return m_pList; }
 
@@ -20,6 +25,10 @@ protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    void ShowRows(CSessionDocument& document, std::vector<TaskRow> listRows);
+
+    CRowSource<TaskRow> m_rows;
+    CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };
 

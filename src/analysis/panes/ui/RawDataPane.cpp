@@ -1,5 +1,10 @@
 #include "analysis/panes/ui/RawDataPane.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QTextDocumentFragment>
+
 namespace carvelot {
 
 CRawDataPane::CRawDataPane() : CDockablePane(tr("Raw Data"), QStringLiteral("RawDataPane"), {200, 100}) {
@@ -12,9 +17,26 @@ CRawDataPane::CRawDataPane() : CDockablePane(tr("Raw Data"), QStringLiteral("Raw
     m_pEdit->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     m_pEdit->setTabChangesFocus(true);
     UseEditMenu(m_pEdit);
+    m_pEdit->installEventFilter(this);
 }
 
 void CRawDataPane::SetText(const QString& strText) { m_pEdit->setPlainText(strText); }
+
+bool CRawDataPane::eventFilter(QObject* pObject, QEvent* pEvent) {
+    if (pObject == m_pEdit && pEvent->type() == QEvent::KeyRelease) {
+        const auto& key = static_cast<const QKeyEvent&>(*pEvent);
+        if (key.key() == Qt::Key_C && (QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier)) {
+            Copy();
+            return true;
+        }
+    }
+    return CDockablePane::eventFilter(pObject, pEvent);
+}
+
+void CRawDataPane::Copy() {
+    if (m_pEdit->textCursor().hasSelection())
+        QGuiApplication::clipboard()->setText(m_pEdit->textCursor().selection().toPlainText());
+}
 
 void CRawDataPane::OnSize(int nWidth, int nHeight) { m_pEdit->setGeometry(0, 0, nWidth, nHeight); }
 

@@ -20,8 +20,11 @@ public:
 
 protected:
     void OnSize(int nWidth, int nHeight) override;
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
+    void Copy();
+
     QPlainTextEdit* m_pEdit;
 };
 

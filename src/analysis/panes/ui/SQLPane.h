@@ -1,6 +1,7 @@
 // SQLPane.h - the pane "SQL Table Access": how often each table was read and written by the selection.
 #pragma once
 
+#include "analysis/panes/RowSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
 
@@ -13,6 +14,7 @@ public:
     CSQLPane();
 
     CListCtrl& List() { return *m_pList; }
+    void FillList(const CSQLAnalysis& analysis);
     void ClearList();
     QWidget* MainControl() const override { return m_pList; }
 
@@ -20,6 +22,7 @@ protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    CRowSource<TableRow> m_rows;
     CListCtrl* m_pList;
 };
 

@@ -1,8 +1,10 @@
 // TimingGapsPane.h - the pane "Timing Gaps": where a thread fell silent for longer than the threshold.
 #pragma once
 
+#include "analysis/panes/RowSource.h"
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
+#include "views/ui/SessionReference.h"
 
 namespace carvelot {
 
@@ -13,6 +15,8 @@ public:
     CTimingGapsPane();
 
     CListCtrl& List() { return *m_pList; }
+    // All gaps of the session, the latest on top.
+    void FillList(CSessionDocument& document);
     void ClearList();
     QWidget* MainControl() const override { return m_pList; }
 
@@ -20,6 +24,12 @@ protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    void ShowRows(CSessionDocument& document, std::vector<GapRow> listRows);
+    void OnContextMenu(const QPoint& point);
+    void OnExport();
+
+    CRowSource<GapRow> m_rows;
+    CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };
 

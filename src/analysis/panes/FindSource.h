@@ -1,0 +1,43 @@
+// The rows of the Find list: references to records, and texts of their own once those are gone.
+#pragma once
+
+#include "analysis/panes/ListSource.h"
+#include "logcore/CarvelotDoc.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace carvelot {
+
+class CFindSource final : public CListSource {
+public:
+    // Shows these records of the session, in their order. While they live, texts are made from them when
+    // asked for.
+    void Show(const CCarvelotDoc& session, std::vector<RecordIndex> records);
+    // To be called before the session's records go: the rows keep what they show and lead nowhere any more.
+    void LetGo(const CCarvelotDoc& session);
+    void Clear();
+
+    // The session that the rows lead to; null when its records are gone.
+    const CCarvelotDoc* Session() const;
+    RecordIndex Record(std::size_t nRow) const { return m_listRecords[nRow]; }
+
+    std::size_t RowCount() const override;
+    std::string Text(std::size_t nRow, int nColumn) const override;
+    int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
+
+private:
+    static constexpr std::size_t kColumns = 3;
+
+    const CCarvelotDoc* m_pSession = nullptr;
+    std::uint64_t m_nLoadIdentity = 0;
+    std::vector<RecordIndex> m_listRecords;
+
+    // The texts of rows without records, all in one: those of a row follow one another, and m_listEnds holds
+    // where each text ends.
+    std::string m_strTexts;
+    std::vector<std::size_t> m_listEnds;
+};
+
+} // namespace carvelot
