@@ -658,16 +658,6 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
     case CE_HeaderSection:
         DrawHeader(pOption, pPainter);
         return;
-    case CE_HeaderLabel:
-        // The margin of a header is meant for its sides; above and below it would cut the text.
-        if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeader*>(pOption)) {
-            QStyleOptionHeader label(*pHeader);
-            const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
-            label.rect.adjust(0, -nMargin, 0, nMargin);
-            QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
-            return;
-        }
-        break;
     case CE_HeaderEmptyArea:
         FillGradient(*pPainter, rect, m_look.m_header);
         pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), m_look.m_border);
