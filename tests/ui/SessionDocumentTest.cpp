@@ -80,11 +80,10 @@ private slots:
         QCOMPARE(user.m_listQuestions.back().m_strDefaultExtension, QStringLiteral("log"));
     }
 
-    void closingASessionEmptiesItsFindRowsAndTheCaptions() {
+    void closingASessionEmptiesTheCaptions() {
         CFakeInterface user;
         const CRealRun run(*m_pFolder, {m_strLog.toStdString()});
         CMDIChildWnd* pChild = MainFrame()->ActiveChild();
-        MainFrame()->m_wndFindPane.m_pSearched = pChild->GetActiveDocument();
         MainFrame()->m_wndErrorPane.SetCaption(QStringLiteral(" Process: 1"));
         pChild->CloseWindow();
         QCOMPARE(MainFrame()->m_wndErrorPane.GetCaption(), QString());
