@@ -185,7 +185,8 @@ private:
 
     void Step() {
         const std::uint32_t dice = m_writer.Below(100);
-        if (dice < 14) {
+        // Real calls nest a dozen levels deep and no more.
+        if (dice < 14 && m_pThread->calls.size() < 12) {
             Call();
         } else if (dice < 28) {
             Return();
