@@ -80,12 +80,16 @@ private slots:
         QCOMPARE(user.m_listQuestions.back().m_strDefaultExtension, QStringLiteral("log"));
     }
 
-    void closingASessionEmptiesTheCaptions() {
+    void closingASessionEmptiesItsFindRowsAndTheCaptions() {
         CFakeInterface user;
         const CRealRun run(*m_pFolder, {m_strLog.toStdString()});
         CMDIChildWnd* pChild = MainFrame()->ActiveChild();
+        CFindPane& find = MainFrame()->m_wndFindPane;
+        find.OnFind(); // without a text: everything
+        QVERIFY(find.List().Model().rowCount() > 0);
         MainFrame()->m_wndErrorPane.SetCaption(QStringLiteral(" Process: 1"));
         pChild->CloseWindow();
+        QCOMPARE(find.List().Model().rowCount(), 0);
         QCOMPARE(MainFrame()->m_wndErrorPane.GetCaption(), QString());
         QCOMPARE(MainFrame()->MenuState(), EMenuState::NoWindow);
     }

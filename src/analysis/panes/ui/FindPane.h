@@ -38,9 +38,9 @@ protected:
 private:
     void Paste();
 
-    QToolBar* m_pToolBar; // the CFindPaneToolBar
-    QLineEdit* m_pSearch;
-    CListCtrl* m_pList; // the CFindListCtrl
+    QToolBar* m_pToolBar = nullptr; // the CFindPaneToolBar
+    QLineEdit* m_pSearch = nullptr;
+    CListCtrl* m_pList = nullptr; // the CFindListCtrl
     CFindSource m_source;
     CSessionReference m_session;
 };

@@ -25,7 +25,7 @@ protected:
 private:
     void Copy();
 
-    QPlainTextEdit* m_pEdit;
+    QPlainTextEdit* m_pEdit = nullptr; // the filter sees events before it is made
 };
 
 } // namespace carvelot
