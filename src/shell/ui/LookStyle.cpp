@@ -662,6 +662,18 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
         FillGradient(*pPainter, rect, m_look.m_header);
         pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), m_look.m_border);
         return;
+    case CE_HeaderLabel: {
+        // The margin is one at the sides: above and below, the text takes what room there is.
+        QStyleOptionHeaderV2 label;
+        if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeaderV2*>(pOption))
+            label = *pHeader;
+        else if (const auto* pPlain = qstyleoption_cast<const QStyleOptionHeader*>(pOption))
+            static_cast<QStyleOptionHeader&>(label) = *pPlain;
+        const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
+        label.rect.adjust(0, -nMargin, 0, nMargin);
+        QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
+        return;
+    }
     case CE_Splitter:
         pPainter->fillRect(rect, m_look.m_face);
         return;
