@@ -3,6 +3,7 @@
 
 #include "analysis/panes/ui/DockablePane.h"
 #include "analysis/panes/ui/ListCtrl.h"
+#include "live/ProcessList.h"
 
 #include <QToolBar>
 
@@ -13,13 +14,15 @@ class QTimer;
 
 namespace carvelot {
 
-class CProcessPane : public CDockablePane {
+class CProcessPane : public CDockablePane, private IProcessHost {
     Q_OBJECT
 
 public:
     CProcessPane();
 
     CListCtrl& List() { return *m_pList; }
+    CProcessList& Processes() { return m_processes; }
+    QToolBar& ToolBar() { return *m_pToolBar; }
     QWidget* MainControl() const override { return m_pList; }
 
     // Rebuilds the list. Ticks of the timer that come during it are ignored.
@@ -29,20 +32,32 @@ public:
     bool IsTimerRunning() const;
     int TimerPeriod() const; // milliseconds
 
-    // Gives a button its work and enables it.
-    void SetCommand(int nId, std::function<void()> fnRun);
-
-    // What a refresh does; set by the part that knows the processes.
+    // What a refresh does, and where the processes come from; replaceable by tests.
     std::function<void()> m_fnRefresh;
+    std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;
 
 protected:
     void OnSize(int nWidth, int nHeight) override;
 
 private:
+    void ShowMessage(std::string_view strText) override;
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override;
+    const std::vector<tagTraceApp>& TraceApps() const override;
+    FGetSetProcInfo GetSetProcInfo() const override;
+    void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
+                        std::int32_t nProcess) override;
+    void BeginRebuild() override;
+    void EndRebuild() override;
+    void RowChanged(std::size_t nRow) override;
+
+    void SetCommand(int nId, std::function<void()> fnRun);
+
+    CProcessList m_processes;
     QToolBar* m_pToolBar; // the CProcessPaneToolBar
     CListCtrl* m_pList;
     QTimer* m_pTimer;
     bool m_bRefreshing = false;
+    bool m_bRebuilding = false; // the list's selection is not the user's
     std::map<int, QAction*> m_mapActions;
 };
 

@@ -92,7 +92,7 @@ int CCarvelotApp::ExitInstance() {
 
 void CCarvelotApp::BindCompanionLibrary() {
     std::uint32_t nError = 0;
-    if (!m_hSkelmond.Load("Skelmond.DLL", nError)) {
+    if (!m_hSkelmond.Load(kCompanionLibrary, nError)) {
         UserInterface().ShowMessage(QStringLiteral("Cannot Load Skelmond.DLL Error: %1").arg(nError));
         return;
     }
@@ -144,6 +144,13 @@ void CCarvelotApp::CloseAllDocuments() {
 
 void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
     m_recentFiles.Add(ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+}
+
+bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {
+    const ECacheProbe nProbe = ProbeCache(m_hSkelmond, nProcess, ToUtf8(strHandle));
+    if (nProbe == ECacheProbe::NoEntryPoint)
+        UserInterface().ShowMessage(QStringLiteral("Get Proc address failed"));
+    return nProbe == ECacheProbe::Live;
 }
 
 void CCarvelotApp::OnAppAbout() {

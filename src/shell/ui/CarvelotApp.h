@@ -2,6 +2,7 @@
 // window.
 #pragma once
 
+#include "live/CompanionLibrary.h"
 #include "logcore/Classifier.h"
 #include "platform/DynamicLibrary.h"
 #include "shell/AppSettings.h"
@@ -20,11 +21,6 @@ class QDialog;
 namespace carvelot {
 
 class CMainFrame;
-
-// The companion library's entry point for a process's trace state and identity: process id, four UTF-16
-// buffers for debug file, user, environment and scratch, the mode, and the tracing flag.
-using FGetSetProcInfo = std::int32_t (*)(std::uint32_t, char16_t*, char16_t*, char16_t*, char16_t*,
-                                         std::int32_t, std::int32_t*);
 
 // The store of JDE settings as the application object needs it around its dialog.
 class CJDESettingsStore {
@@ -56,6 +52,12 @@ public:
     // Closes all documents without asking their windows.
     void CloseAllDocuments();
     void AddToRecentFileList(const QString& strPath);
+
+    // Opens the debug file of a running process as a session that keeps that process's records only. A file
+    // that cannot be analysed leaves nothing behind. The recent files stay as they are.
+    void AnalyzeProcess(QString strImageName, QString strDebugFile, std::int32_t nProcess);
+    // Does the cache of that handle, hexadecimal as logs print it, still answer in the running process?
+    bool CacheLive(std::uint32_t nProcess, const QString& strHandle);
 
     void OnAppAbout();
     void OnFileNew();
