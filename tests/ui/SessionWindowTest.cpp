@@ -4,8 +4,11 @@
 #include "resources/ui/Icons.h"
 
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSplitter>
@@ -333,6 +336,30 @@ private slots:
         QVERIFY(m_pRun->m_user.m_listMenuTexts.isEmpty());
         AskForMenu(*tree.viewport(), QPoint(), QContextMenuEvent::Keyboard);
         QCOMPARE(m_pRun->m_user.m_listMenuTexts, QStringList{"Write Message"});
+    }
+
+    void aWrittenMessageComesBackAfterAnalyze() {
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CThreadView& tree = pFrame->ThreadView();
+        m_pRun->m_user.m_strMenuChoice = "Write Message";
+        m_pRun->m_user.m_fnInDialog = [](QDialog& dialog) {
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Carvelot Message"));
+            auto* pEdit = dialog.findChild<QPlainTextEdit*>();
+            QVERIFY(pEdit != nullptr);
+            QTest::keyClicks(pEdit, "hello");
+            dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        };
+        Click(tree, FindNode(tree.Model(), "Thread - 6"), Qt::RightButton);
+        m_pRun->m_user.m_strMenuChoice.clear();
+        QCOMPARE(m_pRun->m_user.m_nDialogs, 1);
+        const CCarvelotDoc& session = static_cast<CSessionDocument*>(pFrame->GetActiveDocument())->Session();
+        const std::size_t nBefore = session.m_listDetails.Size(); // the model waits for Analyze
+        MainFrame()->RunCommand(ID_SESSION_ANALYZE);
+        QCOMPARE(session.m_listDetails.Size(), nBefore + 1);
+        const CLogDetail written = session.m_listDetails[RecordIndex{static_cast<std::uint32_t>(nBefore)}];
+        QCOMPARE(static_cast<int>(written.m_nKind), static_cast<int>(LOG_MESSAGE));
+        QCOMPARE(written.m_nProcessID, 5U);
+        QCOMPARE(written.m_nThreadID, 6U);
     }
 
     void aRightClickOnAProcessOrAUserOrNoNodeDoesNothing() {

@@ -5,6 +5,7 @@
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 #include "views/ThreadTree.h"
+#include "views/ui/MessageDlg.h"
 #include "views/ui/ChildFrame.h"
 #include "views/ui/DetailView.h"
 #include "views/ui/SessionDocument.h"
@@ -165,9 +166,17 @@ void CThreadView::contextMenuEvent(QContextMenuEvent* pEvent) {
 
 void CThreadView::ShowMenu(const QModelIndex& index, const QPoint& screen) {
     SelectIndex(index);
+    // By value: the dialog runs a message loop of its own, in which the session may be closed.
+    const CThread* const pThread = m_model.Thread(index);
+    if (pThread == nullptr)
+        return;
+    const std::uint32_t nProcess = pThread->m_nProcessID;
+    const std::uint32_t nThread = pThread->m_nThreadID;
+    const std::string strLogPath = m_document.Session().m_strLogPath;
     QMenu menu;
-    menu.addAction(tr("Write Message"))->setEnabled(false);
-    UserInterface().RunMenu(menu, screen);
+    const QAction* const pWrite = menu.addAction(tr("Write Message"));
+    if (UserInterface().RunMenu(menu, screen) == pWrite)
+        WriteTraceMessage(strLogPath, nProcess, nThread);
 }
 
 } // namespace carvelot
