@@ -18,9 +18,7 @@ using namespace simulator;
 
 namespace {
 
-constexpr std::int32_t kNoProcess = 1;
-constexpr std::int32_t kNoCache = 2;
-constexpr std::int32_t kBadArgument = 3;
+enum : std::int32_t { kNoProcess = 1, kNoCache = 2, kBadArgument = 3 };
 
 template <std::size_t N> [[maybe_unused]] void CopyText(const char16_t (&from)[N], char16_t* pTo) {
     const std::size_t nLength = static_cast<std::size_t>(std::find(from, from + N - 1, u'\0') - from);

@@ -1,0 +1,101 @@
+#include "ui/UiSupport.h"
+
+#include "views/ui/MessageDlg.h"
+
+#include <QDialogButtonBox>
+#include <QFile>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+class MessageDlgTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        m_strLog = m_pFolder->filePath(QStringLiteral("jdedebug.log"));
+        QFile log(m_strLog);
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write("before\n");
+    }
+
+    void okAppendsOneLineOfTheThread() {
+        CFakeInterface user;
+        user.m_fnInDialog = [](QDialog& dialog) {
+            QCOMPARE(dialog.windowTitle(), QStringLiteral("Carvelot Message"));
+            auto* pEdit = dialog.findChild<QPlainTextEdit*>();
+            QTest::keyClicks(pEdit, QStringLiteral("hello"));
+            Press(dialog, QDialogButtonBox::Ok);
+            QCOMPARE(static_cast<CMessageDlg&>(dialog).m_strMessage, QStringLiteral("hello"));
+        };
+        WriteTraceMessage(m_strLog.toStdString(), 1234, 5678);
+        const QRegularExpression expected(
+            QStringLiteral("\\Abefore\n[A-Z][a-z][a-z] \\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3}000 - 1234/5678 "
+                           "\\[CARVELOT MESSAGE\\] - \t\\[CARVELOT MESSAGE\\]hello\n\\z"));
+        QVERIFY2(expected.match(Content()).hasMatch(), qPrintable(Content()));
+    }
+
+    void theLineBearsTheTimeOfTheCommandAndNotOfOK() {
+        CFakeInterface user;
+        QTime opened;
+        user.m_fnInDialog = [&](QDialog& dialog) {
+            opened = QTime::currentTime();
+            QTest::qWait(1100);
+            Press(dialog, QDialogButtonBox::Ok);
+        };
+        WriteTraceMessage(m_strLog.toStdString(), 1, 2);
+        const QTime written =
+            QTime::fromString(Content().section('\n', 1, 1).mid(7, 12), QStringLiteral("HH:mm:ss.zzz"));
+        QVERIFY(written.isValid());
+        QVERIFY(written <= opened);
+    }
+
+    void lineBreaksOfTheTextBecomeLinesOfTheLog() {
+        CFakeInterface user;
+        user.m_fnInDialog = [](QDialog& dialog) {
+            dialog.findChild<QPlainTextEdit*>()->setPlainText(QStringLiteral("one\ntwo"));
+            Press(dialog, QDialogButtonBox::Ok);
+        };
+        WriteTraceMessage(m_strLog.toStdString(), 1, 2);
+        QCOMPARE(Content().count('\n'), 3);
+        QVERIFY(Content().endsWith(QStringLiteral("two\n")));
+    }
+
+    void cancelLeavesTheLogAsItIs() {
+        CFakeInterface user;
+        user.m_fnInDialog = [](QDialog& dialog) {
+            dialog.findChild<QPlainTextEdit*>()->setPlainText(QStringLiteral("hello"));
+            Press(dialog, QDialogButtonBox::Cancel);
+            QVERIFY(static_cast<CMessageDlg&>(dialog).m_strMessage.isEmpty());
+        };
+        WriteTraceMessage(m_strLog.toStdString(), 1, 2);
+        QCOMPARE(Content(), QStringLiteral("before\n"));
+        QCOMPARE(user.m_nDialogs, 1);
+    }
+
+    void aLogThatCannotBeOpenedIsReportedBeforeAnyDialog() {
+        CFakeInterface user;
+        WriteTraceMessage(m_pFolder->path().toStdString(), 1, 2);
+        QCOMPARE(user.m_listMessages, QStringList{"Failed to open file for writing"});
+        QCOMPARE(user.m_nDialogs, 0);
+    }
+
+private:
+    static void Press(QDialog& dialog, QDialogButtonBox::StandardButton nButton) {
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(nButton), Qt::LeftButton);
+    }
+    QString Content() const {
+        QFile log(m_strLog);
+        return log.open(QIODevice::ReadOnly) ? QString::fromUtf8(log.readAll()) : QString();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+    QString m_strLog;
+};
+
+QTEST_MAIN(MessageDlgTest)
+#include "MessageDlgTest.moc"

@@ -1,0 +1,334 @@
+#include "ui/UiSupport.h"
+
+#include "platform/Registry.h"
+#include "shell/ui/Text.h"
+#include "views/ui/SessionDocument.h"
+
+#include <QFile>
+#include <QHeaderView>
+#include <QProcess>
+#include <QToolBar>
+
+#include <list>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+// The pane over simulated JDE programs: real processes, which work on one order after the other.
+// Programs of other runs on this machine stay out: ours bear names of our own.
+static const std::string kFda = "fda" + std::to_string(QCoreApplication::applicationPid()) + ".exe";
+static const std::string kExplorer = "oexplore" + std::to_string(QCoreApplication::applicationPid()) + ".exe";
+
+class ProcessPaneTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        qputenv("CARVELOT_SIMULATOR_DIR", m_pFolder->path().toUtf8());
+        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/libraries");
+        qputenv("CARVELOT_REGISTRY", m_pFolder->filePath(QStringLiteral("registry.ini")).toUtf8());
+        platform::CRegistryKey apps;
+        QVERIFY(apps.Create(platform::ERegRoot::CurrentUser, kAppsKey));
+        apps.SetDword(kFda, 1);
+        apps.SetDword(kExplorer, 1);
+        m_pUser = std::make_unique<CFakeInterface>();
+        theApp().m_fnAddDocTemplates = AddDocTemplates;
+    }
+    void cleanup() {
+        if (MainFrame() != nullptr)
+            MainFrame()->close();
+        theApp().ExitInstance();
+        for (QProcess& process : m_listProcesses) {
+            process.closeWriteChannel();
+            process.waitForFinished();
+        }
+        m_listProcesses.clear();
+        m_pUser.reset();
+    }
+
+    void columnsAndButtonsStandInTheirOrder() {
+        StartProgram();
+        const QStringList listTitles = {"Process",           "Image Name", "Tracing", "Debug File",
+                                        "File Size (Bytes)", "User",       "Env."};
+        const QList<int> listWidths = {100, 120, 100, 300, 100, 100, 100};
+        for (int n = 0; n < 7; ++n) {
+            QCOMPARE(Pane().List().Model().headerData(n, Qt::Horizontal, Qt::DisplayRole).toString(),
+                     listTitles[n]);
+            QCOMPARE(Pane().List().Model().ColumnWidth(n), listWidths[n]);
+        }
+        QCOMPARE(Pane().List().Model().columnCount(), 7);
+        QStringList listTips;
+        for (const QAction* pAction : Pane().ToolBar().actions())
+            listTips << pAction->statusTip() + "|" + pAction->toolTip();
+        QCOMPARE(listTips,
+                 (QStringList{"Analyze selected process|Analyze", "Refresh Process List|Refresh",
+                              "Toggle Debug Tracing On or Off|Toggle Tracing", "Clear Debug File|Clear File",
+                              "Clears all caches for the process|Clear All Caches"}));
+    }
+
+    void theMainWindowsCreationFillsTheList() {
+        const int nNumber = StartProcess(kFda, {"--user", "MILA", "--environment", "JDV920"});
+        StartProgram();
+        QVERIFY(RowOf(nNumber) >= 0);
+        QCOMPARE(CellOf(nNumber, COLUMN_IMAGE_NAME), ToQString(kFda));
+        QCOMPARE(CellOf(nNumber, COLUMN_TRACING), QStringLiteral("Off"));
+        QCOMPARE(CellOf(nNumber, COLUMN_USER), QStringLiteral("MILA"));
+        QCOMPARE(CellOf(nNumber, COLUMN_ENVIRONMENT), QStringLiteral("JDV920"));
+        QCOMPARE(m_pUser->m_listMessages.count(QStringLiteral("Cannot Load Skelmond.DLL Error: 126")), 0);
+    }
+
+    void withoutTheLibraryAProcessIsListedAndNoBoxComesUpAtARefresh() {
+        qputenv("CARVELOT_LIBRARY_DIR", m_pFolder->path().toUtf8());
+        const int nNumber = StartProcess(kFda);
+        StartProgram();
+        QVERIFY(m_pUser->m_listMessages.contains(QStringLiteral("Cannot Load Skelmond.DLL Error: 126")));
+        m_pUser->m_listMessages.clear();
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(CellOf(nNumber, COLUMN_DEBUG_FILE), QStringLiteral("Undetermined"));
+        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("-1"));
+        QVERIFY(m_pUser->m_listMessages.isEmpty());
+        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(nNumber), QStringLiteral("1A")));
+        QVERIFY(m_pUser->m_listMessages.isEmpty());
+    }
+
+    void theTimerFindsProcessesThatComeAndGo() {
+        StartProgram();
+        theApp().m_bAutoRefresh = true;
+        theApp().m_nRefreshRate = 0;
+        Pane().RestartTimer();
+        QCOMPARE(Pane().TimerPeriod(), 10);
+        const int nNumber = StartProcess(kFda);
+        QTRY_VERIFY(RowOf(nNumber) >= 0);
+        m_listProcesses.back().kill();
+        m_listProcesses.back().waitForFinished();
+        QTRY_COMPARE(RowOf(nNumber), -1);
+    }
+
+    void aRefreshKeepsTheSelectionByProcessAndTheFocusWithItsLastRow() {
+        StartProgram();
+        Fake({{11, kFda}, {12, kFda}, {13, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        m_pUser->m_listMessages.clear();
+        theApp().m_pfnGetSetProcInfo = nullptr;
+        Click(0);
+        Click(2, Qt::ControlModifier);
+        Fake({{13, kFda}, {14, kFda}, {11, kFda}, {12, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{0, 2}));
+        QCOMPARE(Pane().List().currentIndex().row(), 2);
+        Fake({{14, kFda}, {13, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{1}));
+        Click(0);
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{0}));
+    }
+
+    void aClickOnAColumnsTitleDoesNotReorderTheRows() {
+        StartProgram();
+        theApp().m_pfnGetSetProcInfo = nullptr;
+        Fake({{30, kFda}, {10, kFda}, {20, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        QHeaderView* pHeader = Pane().List().header();
+        QTest::mouseClick(pHeader->viewport(), Qt::LeftButton, {}, QPoint(10, pHeader->height() / 2));
+        QCOMPARE(Numbers(), (QList<int>{30, 10, 20}));
+    }
+
+    void withoutAListOfProcessesTheListIsEmptyAndNotDrawnUntilThereIsOne() {
+        StartProgram();
+        theApp().m_pfnGetSetProcInfo = nullptr;
+        Fake({{30, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        Pane().m_fnEnumerateProcesses = [](auto&) { return false; };
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(Pane().List().Model().rowCount(), 0);
+        QVERIFY(!Pane().List().updatesEnabled());
+        Fake({{30, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        QVERIFY(Pane().List().updatesEnabled());
+        QCOMPARE(Numbers(), (QList<int>{30}));
+    }
+
+    void toggleSwitchesTheSelectedProcessesAndTheirLogsGrow() {
+        const int nFirst = StartProcess(kFda);
+        const int nSecond = StartProcess(kExplorer);
+        StartProgram();
+        Button(ID_PROCESS_TOGGLE); // nothing is selected
+        QCOMPARE(CellOf(nFirst, COLUMN_TRACING), QStringLiteral("Off"));
+        Click(RowOf(nFirst));
+        Button(ID_PROCESS_TOGGLE);
+        QCOMPARE(CellOf(nFirst, COLUMN_TRACING), QStringLiteral("On"));
+        QCOMPARE(CellOf(nSecond, COLUMN_TRACING), QStringLiteral("Off"));
+        QTRY_VERIFY(QFile::exists(CellOf(nFirst, COLUMN_DEBUG_FILE)));
+        QVERIFY(!QFile::exists(CellOf(nSecond, COLUMN_DEBUG_FILE)));
+    }
+
+    void aFailingProcessShowsItsBoxOnceForEachRefresh() {
+        const int nNumber = StartProcess(kFda);
+        StartProgram();
+        Switch("fail SkelmondGetSetProcInfo 31\n");
+        m_pUser->m_listMessages.clear();
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(m_pUser->m_listMessages, QStringList{"Error SkelmondGetSetProcInfo returned: 31"});
+        QVERIFY(RowOf(nNumber) >= 0);
+        Click(RowOf(nNumber));
+        Button(ID_PROCESS_TOGGLE);
+        QCOMPARE(m_pUser->m_listMessages.size(), 2);
+    }
+
+    void truncEmptiesTheLogAndTheSizeShowsIt() {
+        const int nNumber = StartProcess(kFda, {"--pace", "0"});
+        StartProgram();
+        QFile log(CellOf(nNumber, COLUMN_DEBUG_FILE));
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write(QByteArray(12345, 'x'));
+        log.flush();
+        Button(ID_PROCESS_REFRESH);
+        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("12,345"));
+        Click(RowOf(nNumber));
+        Button(ID_PROCESS_TRUNC);
+        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("0"));
+        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{RowOf(nNumber)}));
+    }
+
+    void analyzeOpensASessionOfTheProcessAloneForEachSelectedRow() {
+        const int nFirst = StartProcess(kFda, {"--tracing", "--pace", "1"});
+        const int nSecond = StartProcess(kExplorer, {"--tracing", "--pace", "1"});
+        StartProgram();
+        QTRY_VERIFY(QFile(CellOf(nFirst, COLUMN_DEBUG_FILE)).size() > 3000);
+        QTRY_VERIFY(QFile(CellOf(nSecond, COLUMN_DEBUG_FILE)).size() > 3000);
+        const auto recent = theApp().m_recentFiles.m_listPaths;
+        Click(RowOf(nFirst));
+        Click(RowOf(nSecond), Qt::ControlModifier);
+        Button(ID_PROCESS_ANALYZE);
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 2);
+        QCOMPARE(theApp().m_recentFiles.m_listPaths, recent);
+        // The last of them is in front.
+        auto* pDocument = qobject_cast<CSessionDocument*>(MainFrame()->ActiveChild()->GetActiveDocument());
+        const int nLast = RowOf(nSecond) > RowOf(nFirst) ? nSecond : nFirst;
+        QVERIFY(pDocument != nullptr);
+        CCarvelotDoc& session = pDocument->Session();
+        QCOMPARE(session.m_nProcessFilter, static_cast<std::uint32_t>(nLast));
+        QCOMPARE(session.m_strProcessName, nLast == nFirst ? kFda : kExplorer);
+        QCOMPARE(pDocument->GetTitle(), CellOf(nLast, COLUMN_DEBUG_FILE));
+        QVERIFY(session.m_listDetails.Size() > 10);
+        QCOMPARE(session.m_listProcesses.size(), 1U);
+        // Again: a file may be open any number of times.
+        Button(ID_PROCESS_ANALYZE);
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 4);
+        // The live caches of the log answer.
+        const auto& caches = session.m_listProcesses[0]->m_pCacheAnalysis.m_caches;
+        QVERIFY(!caches.empty());
+        QVERIFY(theApp().CacheLive(static_cast<std::uint32_t>(nLast), ToQString(caches.back().m_strHandle)));
+        Click(RowOf(nLast));
+        Button(ID_PROCESS_CLEAR_CACHE);
+        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(nLast), ToQString(caches.back().m_strHandle)));
+    }
+
+    void anotherProcessesRecordsStayOutOfTheSession() {
+        StartProgram();
+        const QString strLog = m_pFolder->filePath("two.log");
+        QFile log(strLog);
+        QVERIFY(log.open(QIODevice::WriteOnly));
+        log.write("Feb 02 03:04:05.100000 - 1234/1 WRK:A\tEntering JDB_InitUser\n"
+                  "Feb 02 03:04:05.200000 - 99/1 WRK:A\tEntering JDB_InitUser\n");
+        log.close();
+        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), strLog, 1234);
+        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), strLog, 0);
+        QList<std::size_t> listSizes;
+        for (CDocument* pDocument : theApp().FirstDocTemplate()->Documents())
+            listSizes << static_cast<CSessionDocument*>(pDocument)->Session().m_listDetails.Size();
+        QCOMPARE(listSizes, (QList<std::size_t>{1, 2}));
+        // Open does not take the analysed process's window for that of the file.
+        theApp().OpenDocumentFile(strLog);
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 3);
+    }
+
+    void analyzeOfAnUndeterminedFileLeavesNoSessionBehind() {
+        StartProgram();
+        theApp().m_pfnGetSetProcInfo = nullptr;
+        Fake({{11, kFda}});
+        Button(ID_PROCESS_REFRESH);
+        m_pUser->m_listMessages.clear();
+        Click(0);
+        Button(ID_PROCESS_ANALYZE);
+        QCOMPARE(m_pUser->m_listMessages, QStringList{"Failed to open file."});
+        QVERIFY(theApp().FirstDocTemplate()->Documents().empty());
+        QVERIFY(MainFrame()->ClientArea().Children().isEmpty());
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+    }
+
+    void aLibraryWithoutTheFetchSaysSoAtTheProbe() {
+        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
+        StartProgram();
+        m_pUser->m_listMessages.clear();
+        QVERIFY(!theApp().CacheLive(1, QStringLiteral("1A")));
+        QCOMPARE(m_pUser->m_listMessages, QStringList{"Get Proc address failed"});
+    }
+
+private:
+    int StartProcess(const std::string& strName, const QStringList& listOptions = {}) {
+        QProcess& process = m_listProcesses.emplace_back();
+        const QString strFolder = m_pFolder->filePath(QString::number(m_listProcesses.size()));
+        QDir().mkpath(strFolder);
+        const QString strProgram = strFolder + '/' + ToQString(strName);
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+        process.start(strProgram,
+                      QStringList{"--log", strFolder + "/jdedebug.log", "--pace", "5"} + listOptions);
+        process.waitForStarted();
+        const int nNumber = static_cast<int>(process.processId());
+        (void)QTest::qWaitFor(
+            [&] { return QFile::exists(m_pFolder->filePath(QString::number(nNumber) + ".jde")); });
+        return nNumber;
+    }
+    void StartProgram() {
+        QVERIFY(theApp().InitInstance({}));
+        MainFrame()->m_wndProcessPane.raise();
+        // Refreshes come when the test wants them.
+        theApp().m_bAutoRefresh = false;
+        Pane().RestartTimer();
+        QCoreApplication::processEvents();
+    }
+    void Switch(const char* pszLines) {
+        QFile file(m_pFolder->filePath("switches"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(pszLines);
+    }
+    static CProcessPane& Pane() { return MainFrame()->m_wndProcessPane; }
+    static void Fake(std::vector<platform::ProcessEntry> listProcesses) {
+        Pane().m_fnEnumerateProcesses = [listProcesses = std::move(listProcesses)](auto& listResult) {
+            listResult = listProcesses;
+            return true;
+        };
+    }
+    static void Button(int nId) {
+        for (QAction* pAction : Pane().ToolBar().actions()) {
+            if (pAction->data().toInt() == nId)
+                QTest::mouseClick(Pane().ToolBar().widgetForAction(pAction), Qt::LeftButton);
+        }
+    }
+    static void Click(int nRow, Qt::KeyboardModifiers modifiers = {}) {
+        const QModelIndex index = Pane().List().Model().index(nRow, 0);
+        QTest::mouseClick(Pane().List().viewport(), Qt::LeftButton, modifiers,
+                          Pane().List().visualRect(index).center());
+    }
+    static QList<int> Numbers() {
+        QList<int> listNumbers;
+        const CListModel& model = Pane().List().Model();
+        for (int n = 0; n < model.rowCount(); ++n)
+            listNumbers << model.index(n, 0).data().toInt();
+        return listNumbers;
+    }
+    static int RowOf(int nNumber) { return static_cast<int>(Numbers().indexOf(nNumber)); }
+    static QString CellOf(int nNumber, int nColumn) {
+        return Pane().List().Model().index(RowOf(nNumber), nColumn).data().toString();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<CFakeInterface> m_pUser;
+    std::list<QProcess> m_listProcesses;
+};
+
+QTEST_MAIN(ProcessPaneTest)
+#include "ProcessPaneTest.moc"
