@@ -1,4 +1,5 @@
-// How the core fares on a generated log, each figure as a ratio to what only reading the file costs in the same run.
+// How the core fares on a generated log, each figure as a ratio to what only reading the file costs in the
+// same run.
 //
 //   carvelot_bench [--carvelot_log=FILE] [--carvelot_size=MEGABYTES] [Google Benchmark's options]
 //   carvelot_bench --carvelot_peak=FILE     loads FILE and prints the peak of its own memory, in bytes
@@ -58,7 +59,8 @@ std::size_t ReadAndSplit(const std::string& path) {
     while (const std::size_t got = std::fread(block.data(), 1, block.size(), file)) {
         const char* at = block.data();
         const char* const end = at + got;
-        while ((at = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)))) != nullptr) {
+        while ((at = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)))) !=
+               nullptr) {
             ++lines;
             ++at;
         }
@@ -128,7 +130,8 @@ void Register(const std::string& name, const std::string& path) {
         }
     });
     add("grep", [path](State& state) {
-        const std::string command = std::string("grep -i -F -c -e ") + kNeedle + " '" + path + "' > /dev/null";
+        const std::string command =
+            std::string("grep -i -F -c -e ") + kNeedle + " '" + path + "' > /dev/null";
         for (auto _ : state) {
             const auto start = std::chrono::steady_clock::now();
             benchmark::DoNotOptimize(std::system(command.c_str()));
@@ -180,7 +183,8 @@ void PrintRatios(const CRatioReporter& reporter, const std::string& name, const 
         const auto a = reporter.SecondsOf(name + "/" + what);
         const auto b = reporter.SecondsOf(name + "/" + over);
         if (a && b) {
-            std::printf("| %-5s | %-5s over %-14s | %8.2f | %6.2f |\n", name.c_str(), what, over, *a / *b, limit);
+            std::printf("| %-5s | %-5s over %-14s | %8.2f | %6.2f |\n", name.c_str(), what, over, *a / *b,
+                        limit);
         }
     };
     row("load", "read-and-split", 12);
@@ -235,7 +239,8 @@ int Main(int argc, char** argv) {
     benchmark::Initialize(&count, rest.data());
     CRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    std::printf("\n| log   | ratio                     | measured | target |\n|-------|---------------------------|---------:"
+    std::printf("\n| log   | ratio                     | measured | target "
+                "|\n|-------|---------------------------|---------:"
                 "|-------:|\n");
     for (const auto& [name, path] : logs) {
         PrintRatios(reporter, name, path, argv[0]);
@@ -248,6 +253,4 @@ int Main(int argc, char** argv) {
 
 } // namespace carvelot::bench
 
-int main(int argc, char** argv) {
-    return carvelot::bench::Main(argc, argv);
-}
+int main(int argc, char** argv) { return carvelot::bench::Main(argc, argv); }

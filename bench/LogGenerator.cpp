@@ -13,44 +13,36 @@ namespace carvelot::bench {
 namespace {
 
 constexpr std::array<std::string_view, 24> kTables = {
-    "F0005", "F0006", "F0010", "F0101", "F0111",  "F0115",  "F0116",  "F0902",  "F0911",  "F4006", "F4072", "F4101",
-    "F4102", "F4104", "F4105", "F4106", "F41021", "F4201",  "F4209",  "F4211",  "F42119", "F4301", "F4311", "F49211"};
+    "F0005",  "F0006", "F0010", "F0101", "F0111",  "F0115", "F0116", "F0902",
+    "F0911",  "F4006", "F4072", "F4101", "F4102",  "F4104", "F4105", "F4106",
+    "F41021", "F4201", "F4209", "F4211", "F42119", "F4301", "F4311", "F49211"};
 
-constexpr std::array<std::string_view, 24> kFunctions = {"F4211FSBeginDoc",
-                                                         "F4211FSEditLine",
-                                                         "F4211EditLine",
-                                                         "F4211FSEndDoc",
-                                                         "F4211ClearWorkFile",
-                                                         "F4211GetLineDefaults",
-                                                         "F4201EditHeader",
-                                                         "ValidateTransactionDate",
-                                                         "GetAuditInfo",
-                                                         "GetItemMasterDescUOM",
-                                                         "VerifyAndGetItemXref",
-                                                         "CalculateSalesPriceAndCost",
-                                                         "ConvertUnitOfMeasure",
-                                                         "GetBranchPlantConstants",
-                                                         "CheckCreditHold",
-                                                         "RetrieveCurrencyExchangeRate",
-                                                         "X0010GetNextNumber",
-                                                         "GetUDC",
-                                                         "FormatAddress",
-                                                         "CommitInventory",
-                                                         "ReleaseOrderLine",
-                                                         "WorkWithPriceHistory",
-                                                         "TaxCalculation",
-                                                         "F0911FSBeginDoc"};
+constexpr std::array<std::string_view, 24> kFunctions = {
+    "F4211FSBeginDoc",      "F4211FSEditLine",
+    "F4211EditLine",        "F4211FSEndDoc",
+    "F4211ClearWorkFile",   "F4211GetLineDefaults",
+    "F4201EditHeader",      "ValidateTransactionDate",
+    "GetAuditInfo",         "GetItemMasterDescUOM",
+    "VerifyAndGetItemXref", "CalculateSalesPriceAndCost",
+    "ConvertUnitOfMeasure", "GetBranchPlantConstants",
+    "CheckCreditHold",      "RetrieveCurrencyExchangeRate",
+    "X0010GetNextNumber",   "GetUDC",
+    "FormatAddress",        "CommitInventory",
+    "ReleaseOrderLine",     "WorkWithPriceHistory",
+    "TaxCalculation",       "F0911FSBeginDoc"};
 
 constexpr std::array<std::string_view, 20> kParameters = {
-    "szBranchPlant",  "mnAddressNumber", "mnShortItemNumber", "szIdentifier2ndItem", "mnQuantityOrdered",
-    "szUnitOfMeasure", "mnUnitPrice",    "jdTransactionDate", "szOrderType",         "mnOrderNumber",
-    "szCompanyKey",   "mnLineNumber",    "cErrorCode",        "cSuppressErrorMsg",   "szCurrencyCode",
-    "szCostCenter",   "mnJobNumber",     "szProgramId",       "szUserId",            "cActionCode"};
+    "szBranchPlant",     "mnAddressNumber",   "mnShortItemNumber", "szIdentifier2ndItem",
+    "mnQuantityOrdered", "szUnitOfMeasure",   "mnUnitPrice",       "jdTransactionDate",
+    "szOrderType",       "mnOrderNumber",     "szCompanyKey",      "mnLineNumber",
+    "cErrorCode",        "cSuppressErrorMsg", "szCurrencyCode",    "szCostCenter",
+    "mnJobNumber",       "szProgramId",       "szUserId",          "cActionCode"};
 
-constexpr std::array<std::string_view, 8> kUsers = {"JSMITH", "MKOHL", "APATEL", "LROSSI",
+constexpr std::array<std::string_view, 8> kUsers = {"JSMITH", "MKOHL",   "APATEL",  "LROSSI",
                                                     "70041",  "SVC-EDI", "TNGUYEN", "BOKAFOR"};
 
-constexpr std::array<std::string_view, 6> kApplications = {"P4210", "P42101", "P4310", "P4112", "P0411", "P03B2002"};
+constexpr std::array<std::string_view, 6> kApplications = {"P4210", "P42101", "P4310",
+                                                           "P4112", "P0411",  "P03B2002"};
 
 constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
@@ -58,7 +50,8 @@ constexpr std::array<std::string_view, 12> kMonths = {"Jan", "Feb", "Mar", "Apr"
 // Text that goes out in blocks, and chance.
 class CWriter {
 public:
-    CWriter(std::ostream& out, std::uint64_t size, std::uint64_t seed) : m_out(out), m_nSize(size), m_random(seed) {}
+    CWriter(std::ostream& out, std::uint64_t size, std::uint64_t seed)
+        : m_out(out), m_nSize(size), m_random(seed) {}
     ~CWriter() { m_out.write(m_block.data(), static_cast<std::streamsize>(m_block.size())); }
     CWriter(const CWriter&) = delete;
     CWriter& operator=(const CWriter&) = delete;
@@ -66,7 +59,9 @@ public:
     bool IsDone() const { return m_nWritten >= m_nSize; }
 
     // Not a distribution of the standard library: those differ from one to the next.
-    std::uint32_t Below(std::uint32_t limit) { return static_cast<std::uint32_t>((m_random() >> 11U) % limit); }
+    std::uint32_t Below(std::uint32_t limit) {
+        return static_cast<std::uint32_t>((m_random() >> 11U) % limit);
+    }
     bool Chance(std::uint32_t percent) { return Below(100) < percent; }
     template <class List> std::string_view Pick(const List& list) {
         return list[Below(static_cast<std::uint32_t>(list.size()))];
@@ -97,9 +92,7 @@ template <class... Args> std::string Format(const char* format, Args... args) {
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-std::string Hex(CWriter& writer) {
-    return Format("%08x", writer.Below(0xFFFFFFFF));
-}
+std::string Hex(CWriter& writer) { return Format("%08x", writer.Below(0xFFFFFFFF)); }
 
 // A clock that starts in the morning and mostly takes small steps.
 class CClock {
@@ -153,14 +146,21 @@ public:
             for (unsigned thread = 0; thread < 3 + process; ++thread) {
                 const std::string_view user = writer.Pick(kUsers);
                 const std::string_view application = writer.Pick(kApplications);
-                std::string label = thread == 0 ? std::string("MAIN_THREAD")
-                                    : thread == 1
-                                        ? std::string("WRK:Starting jdeCallObject")
-                                        : std::string("WRK:").append(user).append("_").append(Hex(writer)).append(
-                                              "_").append(application);
+                std::string label = thread == 0   ? std::string("MAIN_THREAD")
+                                    : thread == 1 ? std::string("WRK:Starting jdeCallObject")
+                                                  : std::string("WRK:")
+                                                        .append(user)
+                                                        .append("_")
+                                                        .append(Hex(writer))
+                                                        .append("_")
+                                                        .append(application);
                 label.resize(std::max<std::size_t>(38, label.size() + 1), ' ');
-                m_threads.push_back({2100 + process * 1204, 1300 + thread * 836 + process * 20, std::move(label),
-                                     user, application, {}});
+                m_threads.push_back({2100 + process * 1204,
+                                     1300 + thread * 836 + process * 20,
+                                     std::move(label),
+                                     user,
+                                     application,
+                                     {}});
             }
         }
     }
@@ -199,7 +199,8 @@ private:
         } else if (dice < 67) {
             Error();
         } else if (dice < 69) {
-            m_writer.Line("   the value that was passed is out of range for this environment and was set to its default");
+            m_writer.Line("   the value that was passed is out of range for this environment and was set to "
+                          "its default");
         } else {
             Jdb();
         }
@@ -207,7 +208,8 @@ private:
 
     void Call() {
         const std::string_view function = m_writer.Pick(kFunctions);
-        const std::string_view caller = m_pThread->calls.empty() ? std::string_view("Level 1") : m_pThread->calls.back();
+        const std::string_view caller =
+            m_pThread->calls.empty() ? std::string_view("Level 1") : m_pThread->calls.back();
         Put(std::string("Calling Business function ")
                 .append(function)
                 .append(" from ")
@@ -249,23 +251,26 @@ private:
         const std::uint32_t kind = m_writer.Below(10);
         std::string statement;
         if (kind < 7) {
-            statement = Format(" SELECT  DISTINCT SDKCOO, SDDOCO, SDDCTO, SDLNID, SDMCU, SDAN8, SDITM, SDUORG, SDUPRC "
-                               "FROM PRODDTA.%s  WHERE  ( SDKCOO = '%05u' AND SDDOCO = %u.000000 AND SDDCTO = 'SO' ) ",
-                               table.data(), m_writer.Below(99), m_writer.Below(999'999));
+            statement = Format(
+                " SELECT  DISTINCT SDKCOO, SDDOCO, SDDCTO, SDLNID, SDMCU, SDAN8, SDITM, SDUORG, SDUPRC "
+                "FROM PRODDTA.%s  WHERE  ( SDKCOO = '%05u' AND SDDOCO = %u.000000 AND SDDCTO = 'SO' ) ",
+                table.data(), m_writer.Below(99), m_writer.Below(999'999));
         } else if (kind < 8) {
-            statement = Format("INSERT INTO PRODDTA.%s (SLKCOO, SLDOCO, SLDCTO, SLLNID, SLUORG) VALUES ('%05u', "
-                               "%u.000000, 'SO', %u.000000, %u.000000)",
-                               table.data(), m_writer.Below(99), m_writer.Below(999'999), m_writer.Below(99'000),
-                               m_writer.Below(5'000));
+            statement =
+                Format("INSERT INTO PRODDTA.%s (SLKCOO, SLDOCO, SLDCTO, SLLNID, SLUORG) VALUES ('%05u', "
+                       "%u.000000, 'SO', %u.000000, %u.000000)",
+                       table.data(), m_writer.Below(99), m_writer.Below(999'999), m_writer.Below(99'000),
+                       m_writer.Below(5'000));
         } else if (kind < 9) {
-            statement = Format("UPDATE PRODDTA.%s SET SDUORG = %u.000000, SDUPMJ = 124%03u  WHERE  ( SDDOCO = "
-                               "%u.000000 ) ",
-                               table.data(), m_writer.Below(5'000), 1 + m_writer.Below(365),
-                               m_writer.Below(999'999));
+            statement =
+                Format("UPDATE PRODDTA.%s SET SDUORG = %u.000000, SDUPMJ = 124%03u  WHERE  ( SDDOCO = "
+                       "%u.000000 ) ",
+                       table.data(), m_writer.Below(5'000), 1 + m_writer.Below(365), m_writer.Below(999'999));
         } else {
-            statement = Format("SELECT  T0.ABAN8, T0.ABALPH, T1.ALADD1 FROM PRODDTA.F0101 T0, PRODDTA.%s T1  WHERE  ( "
-                               "T0.ABAN8 = T1.ALAN8 AND T0.ABAN8 = %u.000000 ) ",
-                               table.data(), m_writer.Below(99'999));
+            statement = Format(
+                "SELECT  T0.ABAN8, T0.ABALPH, T1.ALADD1 FROM PRODDTA.F0101 T0, PRODDTA.%s T1  WHERE  ( "
+                "T0.ABAN8 = T1.ALAN8 AND T0.ABAN8 = %u.000000 ) ",
+                table.data(), m_writer.Below(99'999));
         }
         Put(Format("ORACLE DBInitReq conn=03F46130 requ=%s host (prod) new", request.c_str()));
         Put("Entering DBPerformRequest");
@@ -279,8 +284,8 @@ private:
             Put(Format("ORACLE DBFetch conn=03F46130 requ=%s maxrows=100", request.c_str()));
             Put("Fetched the record");
         }
-        Put(Format("Exiting JDB_SelectKeyed(Table = %s) (UserHandle 2BB4BE18) (hRequest %s) with Success", table.data(),
-                   request.c_str()));
+        Put(Format("Exiting JDB_SelectKeyed(Table = %s) (UserHandle 2BB4BE18) (hRequest %s) with Success",
+                   table.data(), request.c_str()));
     }
 
     void Cache() {
@@ -298,12 +303,13 @@ private:
     }
 
     void Confirm(const std::string& handle, const char* what) {
-        Put(Format("  hCache:[%s] Nm:[975976968DataMapCDISTCache] Recs:%u Curs:1 Hnds:1 Cchs:141 %s", handle.c_str(),
-                   m_writer.Below(50), what));
+        Put(Format("  hCache:[%s] Nm:[975976968DataMapCDISTCache] Recs:%u Curs:1 Hnds:1 Cchs:141 %s",
+                   handle.c_str(), m_writer.Below(50), what));
     }
 
     void EventRules() {
-        const std::string event = Format("Row Exit & Changed - Asynch\tForm: W%sA\t", m_pThread->application.data() + 1);
+        const std::string event =
+            Format("Row Exit & Changed - Asynch\tForm: W%sA\t", m_pThread->application.data() + 1);
         Put("RT: >>>Beginning ER:\t" + event);
         Jdb();
         Put("RT: <<<Finished  ER:\t" + event);
@@ -377,23 +383,28 @@ private:
             Prepared();
         } else if (dice < 50) {
             const std::string_view table = m_writer.Pick(kTables);
-            Put("APP", "RUNTIME", std::string("Object Called: ").append(table).append(".").append(table).append("_CURRENCY"));
+            Put("APP", "RUNTIME",
+                std::string("Object Called: ").append(table).append(".").append(table).append("_CURRENCY"));
         } else if (dice < 75) {
             const std::string_view application = m_writer.Pick(kApplications);
-            const std::string form = std::string(application).append("_W").append(application.substr(1)).append("A");
+            const std::string form =
+                std::string(application).append("_W").append(application.substr(1)).append("A");
             switch (m_writer.Below(3)) {
             case 0:
                 Put("APP", "RUNTIME", form + "_EZGUI004, Event Starts :Post Dialog is Initialized");
                 break;
             case 1:
-                Put("APP", "RUNTIME", form + " assignment of FC Order Number at ER Line " + std::to_string(m_writer.Below(400)));
+                Put("APP", "RUNTIME",
+                    form + " assignment of FC Order Number at ER Line " +
+                        std::to_string(m_writer.Below(400)));
                 break;
             default:
                 Put("APP", "RUNTIME", form + "_EZGUI004, Event Ends:Post Dialog is Initialized");
                 break;
             }
         } else if (dice < 94) {
-            Put("DEBUG", "JASBASE", "Session cache lookup for key " + Hex(m_writer) + " took 0 ms, 14 entries are live  ");
+            Put("DEBUG", "JASBASE",
+                "Session cache lookup for key " + Hex(m_writer) + " took 0 ms, 14 entries are live  ");
         } else if (dice < 98) {
             Put("WARN", "BASE", "Virtual client connection pool is at 80 percent of its capacity");
         } else {

@@ -16,8 +16,8 @@ constexpr std::string_view kObjectPhrase = "Object Called:";
 constexpr std::size_t kObjectNameColumn = 15;
 constexpr std::uint64_t kUnknownDuration = ~std::uint64_t{0};
 
-// What a call that ended earlier than it began has added: the low 32 bits of the 13 hours that other times get. The two
-// differ, and reports depend on each.
+// What a call that ended earlier than it began has added: the low 32 bits of the 13 hours that other times
+// get. The two differ, and reports depend on each.
 constexpr std::uint64_t kBackwardCall = 0xE57F53FF;
 
 std::string_view ObjectName(std::string_view text, std::string& scratch) {
@@ -55,8 +55,10 @@ CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text)
     return line;
 }
 
-std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t name, std::string_view location) {
-    const auto [entry, isNew] = m_placeByName.try_emplace(name, static_cast<std::uint32_t>(m_functions.size()));
+std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t name,
+                                       std::string_view location) {
+    const auto [entry, isNew] =
+        m_placeByName.try_emplace(name, static_cast<std::uint32_t>(m_functions.size()));
     if (isNew) {
         CBSFN& function = m_functions.emplace_back();
         function.m_strName = details.Name(name);
@@ -93,8 +95,8 @@ void CBSFNAnalysis::EndObjectCall(CDetailList& details, const AnalysisSettings& 
     CloseInstances(details, settings, FindOrAdd(details, name, {}), record, 1);
 }
 
-void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings, std::uint32_t function,
-                                   RecordIndex end, std::int32_t level) {
+void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings,
+                                   std::uint32_t function, RecordIndex end, std::int32_t level) {
     const auto open = m_open.find(OpenKey(function, level));
     if (open == m_open.end()) {
         return;

@@ -34,15 +34,17 @@ public:
         };
 
         std::string_view m_strName;
-        std::string_view m_strLocation; // "Local" when first seen on a call line
+        std::string_view m_strLocation;         // "Local" when first seen on a call line
         std::vector<CBSFNInstance> m_instances; // in order of the calls
         std::uint64_t m_longest = 0;            // microseconds, as the two below
         std::uint64_t m_shortest = 0;
         std::uint64_t m_totalTime = 0;
     };
 
-    // A LOG_CALL opens an instance, a LOG_RETURN closes every open one of its function and level, the last one first.
-    void AddCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record, const CallLine& line);
+    // A LOG_CALL opens an instance, a LOG_RETURN closes every open one of its function and level, the last
+    // one first.
+    void AddCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
+                 const CallLine& line);
 
     // The web tier has no return lines: an object call ends at its user's next record.
     void AddObjectCall(CDetailList& details, RecordIndex record);

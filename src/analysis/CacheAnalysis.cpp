@@ -10,16 +10,15 @@ namespace carvelot {
 
 namespace {
 
-bool Holds(std::string_view text, std::string_view word) {
-    return text.find(word) != std::string_view::npos;
-}
+bool Holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
 
-// What stands between a marker and the next "]". Nothing checks that the marker is there: a missing one counts as
-// standing one before the text's start.
+// What stands between a marker and the next "]". Nothing checks that the marker is there: a missing one
+// counts as standing one before the text's start.
 std::string_view Between(std::string_view text, std::string_view marker, std::string& scratch) {
     const std::size_t place = text.find(marker);
-    const std::string_view rest = place == std::string_view::npos ? FromColumn(text, marker.size() - 1, scratch)
-                                                                  : text.substr(place + marker.size());
+    const std::string_view rest = place == std::string_view::npos
+                                      ? FromColumn(text, marker.size() - 1, scratch)
+                                      : text.substr(place + marker.size());
     return UpTo(rest, ']');
 }
 
@@ -52,7 +51,8 @@ std::int32_t CCacheAnalysis::CCache::CCacheOperation::Image() const {
     return 0;
 }
 
-std::string CCacheAnalysis::OperationText(const CDetailList& details, const CCache::CCacheOperation& operation) {
+std::string CCacheAnalysis::OperationText(const CDetailList& details,
+                                          const CCache::CCacheOperation& operation) {
     std::string text = TimeStampText(details[operation.m_pRecord]);
     const auto withCursor = [&](std::string_view words) {
         text.append(words).append(operation.m_strCursor).append("]");
@@ -118,8 +118,8 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
             const auto open = m_openCursors.find(m_strPendingCursor);
             if (open != m_openCursors.end()) {
-                AddOperation(open->second.rbegin()->cache, m_pPendingRecord, CACHE_FETCH, true, m_strPendingCursor,
-                             {});
+                AddOperation(open->second.rbegin()->cache, m_pPendingRecord, CACHE_FETCH, true,
+                             m_strPendingCursor, {});
             }
         }
         return;
@@ -137,7 +137,8 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
     }
     const auto cursorOfPending = [&] {
         std::string scratch;
-        return details.Name(details.InternName(Between(details.Text(m_pPendingRecord), "hCursor:[", scratch)));
+        return details.Name(
+            details.InternName(Between(details.Text(m_pPendingRecord), "hCursor:[", scratch)));
     };
     switch (m_pendingOp) {
     case CACHE_TERMINATE:

@@ -15,9 +15,9 @@
 
 namespace carvelot {
 
-// The trace of one cache call spans two or more lines: the first tells what happens, a later one (with "Nm:[") names
-// the cache. A line therefore first confirms the operation left pending by an earlier line of the process, whatever
-// thread wrote it, and then announces one of its own.
+// The trace of one cache call spans two or more lines: the first tells what happens, a later one (with
+// "Nm:[") names the cache. A line therefore first confirms the operation left pending by an earlier line of
+// the process, whatever thread wrote it, and then announces one of its own.
 class CCacheAnalysis {
 public:
     enum CacheOp : std::uint8_t {
@@ -41,7 +41,7 @@ public:
         struct CCacheOperation {
             RecordIndex m_pRecord; // the line that announced the operation
             CacheOp m_op;
-            bool m_bFailed;           // a fetch that found nothing
+            bool m_bFailed;               // a fetch that found nothing
             std::string_view m_strCursor; // for the codes that show one
             std::int32_t Image() const;   // index into the cache image strip
         };
@@ -83,9 +83,10 @@ private:
 
     void Confirm(CDetailList& details, RecordIndex record, std::string_view message);
     void Announce(CDetailList& details, RecordIndex record, std::string_view message);
-    std::uint32_t AddCache(CDetailList& details, RecordIndex record, std::string_view name, std::string_view handle);
-    void AddOperation(std::uint32_t cache, RecordIndex record, CacheOp op, bool failed, std::string_view shownCursor,
-                      std::string_view cursor);
+    std::uint32_t AddCache(CDetailList& details, RecordIndex record, std::string_view name,
+                           std::string_view handle);
+    void AddOperation(std::uint32_t cache, RecordIndex record, CacheOp op, bool failed,
+                      std::string_view shownCursor, std::string_view cursor);
 
     std::string_view m_strPendingName;
     std::string_view m_strPendingCursor;

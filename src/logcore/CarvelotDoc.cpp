@@ -46,9 +46,7 @@ public:
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
     : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()) {}
 
-CCarvelotDoc::~CCarvelotDoc() {
-    ClearSession();
-}
+CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
 bool CCarvelotDoc::OnOpenDocument(const std::string& path) {
     m_strLogPath = path;
@@ -165,13 +163,9 @@ void CCarvelotDoc::OnAnalyze() {
     m_host.ActivateSession(*this);
 }
 
-bool CCarvelotDoc::OnClearDebugFile() {
-    return platform::TruncateShared(m_strLogPath);
-}
+bool CCarvelotDoc::OnClearDebugFile() { return platform::TruncateShared(m_strLogPath); }
 
-void CCarvelotDoc::OnOpenAsText() {
-    m_host.OpenInShell(m_strLogPath);
-}
+void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
 
 const CProcess* CCarvelotDoc::FindProcess(std::uint32_t id) const {
     const auto found = m_processByID.find(id);

@@ -31,14 +31,15 @@ public:
     bool OnOpenDocument(const std::string& path);
     // File New: asks for a file and opens it.
     bool OnNewDocument();
-    // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format cannot be
-    // told the session is empty. Both are reported to the host.
+    // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
+    // cannot be told the session is empty. Both are reported to the host.
     bool LoadLog();
     // Empties the model. What was learnt about format and columns stays.
     bool ClearSession();
     // Rereads the same file.
     void OnAnalyze();
-    // Empties the log file; the model stays as it is. False, without a message, when the file cannot be opened.
+    // Empties the log file; the model stays as it is. False, without a message, when the file cannot be
+    // opened.
     bool OnClearDebugFile();
     void OnOpenAsText();
 
@@ -46,14 +47,14 @@ public:
     void FillThreadTree();
     // Brings a record up in the session's two trees.
     void ShowDetail(RecordIndex record);
-    // Records of any kind but LOG_NONE whose text holds `text`, without regard to case, in log order. An empty text
-    // is held by all.
+    // Records of any kind but LOG_NONE whose text holds `text`, without regard to case, in log order. An
+    // empty text is held by all.
     std::vector<RecordIndex> FindDetails(std::string_view text) const;
 
     const CProcess* FindProcess(std::uint32_t id) const;
     const CJASUser* FindUser(std::string_view name) const;
 
-    CDetailList m_listDetails; // every record made, in file order
+    CDetailList m_listDetails;                              // every record made, in file order
     std::vector<std::unique_ptr<CProcess>> m_listProcesses; // in order of first appearance
     std::vector<std::unique_ptr<CJASUser>> m_listUsers;     // JAS logs only, in order of first appearance
     std::unordered_map<std::string_view, CJASUser*> m_mapUsers;
@@ -61,20 +62,21 @@ public:
 
     std::string m_strProcessName; // of the running process analysed; empty for a file opened by hand
     std::string m_strLogPath;
-    std::uint32_t m_nProcessFilter = 0; // 0 keeps all; else only debug records of this process, and no JAS record
+    std::uint32_t m_nProcessFilter =
+        0; // 0 keeps all; else only debug records of this process, and no JAS record
     LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
-    std::int32_t m_nTextColumn = 0; // fixed column of statement text, 0 while unknown
-    std::int32_t m_nTabCount = 0;   // tabs ahead of statement text, 0 while unknown
-    bool m_bDashForm = false;       // the marker of the latest debug line was "-"
-    bool m_bUBELog = false;         // for good, once a "--UBE--" line was parsed
+    std::int32_t m_nTextColumn = 0;    // fixed column of statement text, 0 while unknown
+    std::int32_t m_nTabCount = 0;      // tabs ahead of statement text, 0 while unknown
+    bool m_bDashForm = false;          // the marker of the latest debug line was "-"
+    bool m_bUBELog = false;            // for good, once a "--UBE--" line was parsed
     std::uint32_t m_nUBEProcessID = 0; // of UBE lines; nothing assigns them
     std::uint32_t m_nUBEThreadID = 0;
 
     IThreadTreeView* m_pThreadView = nullptr; // the views enter themselves
     IDetailTreeView* m_pDetailView = nullptr;
 
-    // Tells this session and this load of it from all others in the run, so that rows which outlive a session know that
-    // their records are gone.
+    // Tells this session and this load of it from all others in the run, so that rows which outlive a session
+    // know that their records are gone.
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
 
 private:

@@ -8,9 +8,7 @@ namespace carvelot {
 namespace {
 
 // Ranks code points as their UTF-16 forms rank: surrogate pairs stand before U+E000.
-char32_t UnitOrder(char32_t c) {
-    return c >= 0x10000 ? 0xD800 : c >= 0xE000 ? c + 0x200000 : c;
-}
+char32_t UnitOrder(char32_t c) { return c >= 0x10000 ? 0xD800 : c >= 0xE000 ? c + 0x200000 : c; }
 
 } // namespace
 

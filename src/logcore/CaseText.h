@@ -12,8 +12,6 @@ std::string FoldedCase(std::string_view text);
 // -1, 0 or 1: the order of two texts in upper case, by UTF-16 units.
 int CompareNoCase(std::string_view a, std::string_view b);
 
-inline bool EqualNoCase(std::string_view a, std::string_view b) {
-    return CompareNoCase(a, b) == 0;
-}
+inline bool EqualNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }
 
 } // namespace carvelot

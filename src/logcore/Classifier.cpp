@@ -16,16 +16,16 @@ constexpr std::size_t kReturnCodeColumn = 16;
 constexpr std::size_t kCodeLength = 10;
 
 constexpr std::array<std::string_view, 16> kListedCodes = {
-    "CAC0001111", "CAC0001025", "CAC0001036", "JDB3100001", "JDB3100060", "JDB3100076", "JDB3100080", "JDB3300020",
-    "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001", "JDB4100005", "JDB4100006", "JDB9900401", "JDB9901232"};
+    "CAC0001111", "CAC0001025", "CAC0001036", "JDB3100001", "JDB3100060", "JDB3100076",
+    "JDB3100080", "JDB3300020", "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001",
+    "JDB4100005", "JDB4100006", "JDB9900401", "JDB9901232"};
 
-bool Holds(std::string_view text, std::string_view word) {
-    return text.find(word) != std::string_view::npos;
-}
+bool Holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
 
 bool StartsListedCode(std::string_view text) {
     return text.size() >= kCodeLength && IsDigit(text[3]) &&
-           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(0, kCodeLength)) != kListedCodes.end();
+           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(0, kCodeLength)) !=
+               kListedCodes.end();
 }
 
 bool StartsWithSQL(std::string_view text) {
@@ -62,8 +62,9 @@ Classification ClassifyEventRules(std::string_view text) {
         rest.remove_prefix(marker.size() + 1);
         const std::string_view name = UpTo(rest, '\t');
         const std::size_t form = text.find("Form:");
-        const std::string_view formName =
-            form != std::string_view::npos && form > 0 ? UpTo(text.substr(form + 5), '\t') : std::string_view{};
+        const std::string_view formName = form != std::string_view::npos && form > 0
+                                              ? UpTo(text.substr(form + 5), '\t')
+                                              : std::string_view{};
         if (IsAboveBlank(formName)) {
             result.name.append("Form: ").append(formName).append(" - ");
         }
@@ -74,7 +75,8 @@ Classification ClassifyEventRules(std::string_view text) {
     return result;
 }
 
-// "at" names where the word's hinted pair of letters stands in the line; the word must lie in the text as a whole.
+// "at" names where the word's hinted pair of letters stands in the line; the word must lie in the text as a
+// whole.
 bool WordAt(std::string_view text, std::ptrdiff_t at, std::string_view word) {
     return at >= 0 && static_cast<std::size_t>(at) + word.size() <= text.size() &&
            text.compare(static_cast<std::size_t>(at), word.size(), word) == 0;
@@ -110,17 +112,18 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
         }
         switch (text[static_cast<std::size_t>(at)]) {
         case 'C':
-            signs.cache = signs.cache || WordAt(text, at - 3, "jdeCache") || WordAt(text, at - 1, "hCache:") ||
-                          WordAt(text, at - 1, "hCursor:");
+            signs.cache = signs.cache || WordAt(text, at - 3, "jdeCache") ||
+                          WordAt(text, at - 1, "hCache:") || WordAt(text, at - 1, "hCursor:");
             signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
             signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
             break;
         case 'D': {
             // Nearly every "DB" is that of a name such as JDB_Fetch.
-            const char behind = static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
+            const char behind =
+                static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
             if (IsDigit(behind)) {
-                signs.jdbCode =
-                    signs.jdbCode || (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
+                signs.jdbCode = signs.jdbCode ||
+                                (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
             } else if (behind == 'P') {
                 signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
             }
@@ -165,7 +168,8 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
     case '[':
         if (Starts(text, "[JDBOLEDB] ")) {
             const std::string_view statement = text.substr(text.find(' '));
-            for (const std::string_view word : {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
+            for (const std::string_view word :
+                 {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
                 if (Holds(statement, word)) {
                     return is(LOG_SQL);
                 }
@@ -281,7 +285,8 @@ Classification ClassifyJASStatement(std::string_view level, std::string_view& te
         return is(TakeParameter(text, pending, replacement));
     }
     if (Starts(text, "Calling ")) {
-        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE : LOG_CALL);
+        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
+                                                                                          : LOG_CALL);
     }
     if (Starts(text, "On ")) {
         return is(LOG_ON);

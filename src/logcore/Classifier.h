@@ -37,14 +37,15 @@ bool HoldsUBE(const LogLine& line);
 
 Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs);
 
-// The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it between
-// lines, sessions or re-analyses.
+// The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it
+// between lines, sessions or re-analyses.
 struct PendingStatement {
-    std::string statement;      // its "?" marks numbered, and filled in as far as parameters have come
+    std::string statement;       // its "?" marks numbered, and filled in as far as parameters have come
     std::int64_t parameters = 0; // how many it still awaits
 };
 
-// `text` may come to view `replacement` instead: a statement with its marks numbered, or the finished statement.
+// `text` may come to view `replacement` instead: a statement with its marks numbered, or the finished
+// statement.
 Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
                                     PendingStatement& pending, std::string& replacement);
 

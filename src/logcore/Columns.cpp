@@ -4,8 +4,8 @@ namespace carvelot {
 
 namespace {
 
-// Bytes of the character that starts with this byte. Texts in the core are UTF-8, so nothing else is met but lone
-// surrogates, which have three bytes; stray bytes count as one.
+// Bytes of the character that starts with this byte. Texts in the core are UTF-8, so nothing else is met but
+// lone surrogates, which have three bytes; stray bytes count as one.
 std::size_t SequenceLength(unsigned char lead) {
     return lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
@@ -35,13 +35,9 @@ CodePoint Decode(std::string_view text, std::size_t at) {
     return {value, length};
 }
 
-constexpr char32_t HighSurrogate(char32_t c) {
-    return 0xD800 + ((c - 0x10000) >> 10U);
-}
+constexpr char32_t HighSurrogate(char32_t c) { return 0xD800 + ((c - 0x10000) >> 10U); }
 
-constexpr char32_t LowSurrogate(char32_t c) {
-    return 0xDC00 + ((c - 0x10000) & 0x3FFU);
-}
+constexpr char32_t LowSurrogate(char32_t c) { return 0xDC00 + ((c - 0x10000) & 0x3FFU); }
 
 } // namespace
 

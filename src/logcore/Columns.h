@@ -1,5 +1,5 @@
-// Columns of a log line. A column counts UTF-16 units, as the rules of the log do; texts here are UTF-8. For ASCII
-// both are the same, and that is the fast way through every function.
+// Columns of a log line. A column counts UTF-16 units, as the rules of the log do; texts here are UTF-8. For
+// ASCII both are the same, and that is the fast way through every function.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 
 namespace carvelot {
 
-// A text that is usually a slice of another and only now and then, when a cut went through a surrogate pair, a text
-// of its own, kept in the scratch string that the caller lends.
+// A text that is usually a slice of another and only now and then, when a cut went through a surrogate pair,
+// a text of its own, kept in the scratch string that the caller lends.
 std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch);
 
 // The text without its last UTF-16 unit; empty stays empty.

@@ -49,7 +49,8 @@ bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
     if (context.thread == nullptr) {
         CThread*& known = process.m_mapThreads[context.threadID];
         if (known == nullptr) {
-            process.m_listThreads.push_back(std::make_unique<CThread>(context.processID, context.threadID, time));
+            process.m_listThreads.push_back(
+                std::make_unique<CThread>(context.processID, context.threadID, time));
             known = process.m_listThreads.back().get();
         }
         context.thread = known;

@@ -44,11 +44,10 @@ void ScanProcessAndThread(std::string_view token, CLogDetail& detail) {
     detail.m_nThreadID = static_cast<std::uint32_t>(thread);
 }
 
-constexpr std::int32_t Digit(char c) {
-    return c - '0';
-}
+constexpr std::int32_t Digit(char c) { return c - '0'; }
 
-// The number of an unsigned run of at most nine digits that ends at `end`; false leaves the rest to the general scan.
+// The number of an unsigned run of at most nine digits that ends at `end`; false leaves the rest to the
+// general scan.
 bool PlainNumber(const char*& at, const char* limit, std::uint32_t& value) {
     const char* const first = at;
     std::uint32_t sum = 0;
@@ -60,9 +59,9 @@ bool PlainNumber(const char*& at, const char* limit, std::uint32_t& value) {
     return at != first && at - first <= 9;
 }
 
-// The one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label". Gives what ReadFields gives,
-// without looking at each character as a possible delimiter. False, with nothing changed that matters, for any other
-// form.
+// The one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label". Gives what ReadFields
+// gives, without looking at each character as a possible delimiter. False, with nothing changed that matters,
+// for any other form.
 bool ReadUsualFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
     constexpr std::size_t idsColumn = 25;
     if (line.size() <= idsColumn) {
@@ -109,8 +108,8 @@ bool ReadUsualFields(std::string_view line, CLogDetail& detail, bool& dashForm) 
     return true;
 }
 
-// Reads the fields up to the label. False for a line that is no record: one without a word, or whose third word is no
-// time, which is what most continuation lines are.
+// Reads the fields up to the label. False for a line that is no record: one without a word, or whose third
+// word is no time, which is what most continuation lines are.
 bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
     CLineTokens tokens(line);
     std::string_view token;

@@ -16,18 +16,17 @@ namespace {
 constexpr std::size_t kLongestSharedLabel = 64;
 constexpr std::size_t kLongestLoneLabel = 16;
 
-bool FitsBits(std::int32_t value, unsigned bits) {
-    return value >= 0 && value < (std::int32_t{1} << bits);
-}
+bool FitsBits(std::int32_t value, unsigned bits) { return value >= 0 && value < (std::int32_t{1} << bits); }
 
-std::uint32_t Mix(std::uint32_t hash, std::uint32_t value) {
-    return (hash ^ value) * 0x9E3779B1U;
-}
+std::uint32_t Mix(std::uint32_t hash, std::uint32_t value) { return (hash ^ value) * 0x9E3779B1U; }
 
-// A few of a text's bytes, enough to tell most labels apart: those of one log differ at their ends or in length.
+// A few of a text's bytes, enough to tell most labels apart: those of one log differ at their ends or in
+// length.
 std::uint32_t SampleOf(std::string_view text) {
     if (text.size() < 8) {
-        return text.empty() ? 0 : static_cast<std::uint32_t>(text.size() * 31 + static_cast<unsigned char>(text[0]));
+        return text.empty()
+                   ? 0
+                   : static_cast<std::uint32_t>(text.size() * 31 + static_cast<unsigned char>(text[0]));
     }
     std::uint64_t first = 0;
     std::uint64_t middle = 0;
@@ -39,9 +38,7 @@ std::uint32_t SampleOf(std::string_view text) {
 
 } // namespace
 
-CDetailList::CDetailList() {
-    Clear();
-}
+CDetailList::CDetailList() { Clear(); }
 
 void CDetailList::Clear() {
     m_details.Clear();
@@ -98,7 +95,8 @@ std::uint32_t CDetailList::FindOrAddContext(const CLogDetail& detail, std::strin
     };
     const auto same = [&](const RecordContext& c) {
         return c.processID == wanted.processID && c.threadID == wanted.threadID && c.month == wanted.month &&
-               c.label == wanted.label && c.level == wanted.level && c.user == wanted.user && c.source == wanted.source;
+               c.label == wanted.label && c.level == wanted.level && c.user == wanted.user &&
+               c.source == wanted.source;
     };
     std::size_t slot = hashOf(wanted) & (m_contextSlots.size() - 1);
     while (m_contextSlots[slot] != 0) {
@@ -145,8 +143,8 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
         packed.microsecond = static_cast<std::uint64_t>(detail.m_nMicrosecond) & 0xFFFFFU;
     }
 
-    // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from there on the
-    // text's own bytes, or to the odd ones.
+    // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from
+    // there on the text's own bytes, or to the odd ones.
     std::string_view shared = detail.m_strThreadLabel.own;
     std::string_view oddLabel;
     std::string_view stored = detail.m_strText;
@@ -164,7 +162,8 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
         } else if (notBehind(shared.data(), textBegin) && std::less<const char*>{}(textBegin, labelEnd)) {
             const auto before = static_cast<std::size_t>(textBegin - shared.data());
             if (before <= kLongestSharedLabel) {
-                // Blanks that the text was trimmed of, and what the label holds behind them, stand right behind it.
+                // Blanks that the text was trimmed of, and what the label holds behind them, stand right
+                // behind it.
                 if (stored.data() + stored.size() < labelEnd) {
                     stored = {stored.data(), static_cast<std::size_t>(labelEnd - stored.data())};
                 }
@@ -240,7 +239,8 @@ std::uint64_t CDetailList::Time(RecordIndex record) const {
         const OddDetail& odd = Odd(record);
         return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
     }
-    return ((packed.hour * std::uint64_t{60} + packed.minute) * 60 + packed.second) * 1'000'000 + packed.microsecond;
+    return ((packed.hour * std::uint64_t{60} + packed.minute) * 60 + packed.second) * 1'000'000 +
+           packed.microsecond;
 }
 
 CLogDetail CDetailList::operator[](RecordIndex record) const {

@@ -1,5 +1,5 @@
-// All records of a session, in file order: the only owner of records. A record takes 24 bytes, its text one copy in
-// the text store; what repeats from line to line is kept once in a context.
+// All records of a session, in file order: the only owner of records. A record takes 24 bytes, its text one
+// copy in the text store; what repeats from line to line is kept once in a context.
 #pragma once
 
 #include "logcore/Interner.h"
@@ -35,17 +35,21 @@ class CDetailList {
 public:
     CDetailList();
 
-    // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided stands in
-    // m_strThreadLabel.own; a label that runs on into the text shares its bytes.
+    // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
+    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
 
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;
 
     LogKind Kind(RecordIndex record) const { return static_cast<LogKind>(Packed(record).kind); }
-    std::int32_t ReturnCode(RecordIndex record) const { return static_cast<std::int32_t>(Packed(record).returnCode); }
+    std::int32_t ReturnCode(RecordIndex record) const {
+        return static_cast<std::int32_t>(Packed(record).returnCode);
+    }
     bool IsUBE(RecordIndex record) const { return Packed(record).ube != 0; }
-    std::int32_t UBELevel(RecordIndex record) const { return static_cast<std::int32_t>(Packed(record).ubeLevel); }
+    std::int32_t UBELevel(RecordIndex record) const {
+        return static_cast<std::int32_t>(Packed(record).ubeLevel);
+    }
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
     std::string_view Text(RecordIndex record) const;
     bool TextIsAscii(RecordIndex record) const { return Packed(record).ascii != 0; }
@@ -53,7 +57,9 @@ public:
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
-    void SetKind(RecordIndex record, LogKind kind) { Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU; }
+    void SetKind(RecordIndex record, LogKind kind) {
+        Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU;
+    }
     void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
     void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
 
@@ -81,8 +87,9 @@ private:
         std::uint64_t minute : 6;
         std::uint64_t second : 6;
         std::uint64_t microsecond : 20;
-        std::uint64_t odd : 1;      // fields that do not fit here stand in m_odd
-        std::uint64_t ownLabel : 1; // the label ends with the stored bytes from textOffset to a tab or line feed
+        std::uint64_t odd : 1; // fields that do not fit here stand in m_odd
+        std::uint64_t
+            ownLabel : 1; // the label ends with the stored bytes from textOffset to a tab or line feed
         std::uint64_t ascii : 1;
         std::uint64_t textOffset : 40;
         std::uint64_t textLength : 24;
@@ -98,7 +105,8 @@ private:
         std::uint32_t name; // the display name, or the table of a SQL record
     };
 
-    // A record with a stamp out of the ordinary, a text beyond the text store's limit, or a label that shares nothing.
+    // A record with a stamp out of the ordinary, a text beyond the text store's limit, or a label that shares
+    // nothing.
     struct OddDetail {
         RecordIndex record;
         std::int32_t day;
@@ -113,9 +121,7 @@ private:
     PackedDetail& Packed(RecordIndex record) { return m_details[Number(record)]; }
     const PackedDetail& Packed(RecordIndex record) const { return m_details[Number(record)]; }
     Extra& ExtraFor(RecordIndex record);
-    std::uint32_t NameOf(RecordIndex record) const {
-        return m_extras[Packed(record).extra].name;
-    }
+    std::uint32_t NameOf(RecordIndex record) const { return m_extras[Packed(record).extra].name; }
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
     std::uint32_t FindOrAddContext(const CLogDetail& detail, std::string_view sharedLabel);
@@ -129,7 +135,7 @@ private:
     CInterner m_foldedNames;
     std::vector<std::uint32_t> m_tableKeys; // by number in m_names; 0 for not yet folded
     std::vector<RecordContext> m_contexts;
-    std::vector<std::uint32_t> m_contextSlots; // context + 1, by hash
+    std::vector<std::uint32_t> m_contextSlots;         // context + 1, by hash
     std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
     std::uint32_t m_nLastContext = 0;                  // context + 1
 };

@@ -16,20 +16,14 @@ namespace carvelot {
 
 namespace {
 
-char UpperAscii(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
+char UpperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-char LowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
+char LowerAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 // Characters of log text, the commonest first; what is not here is rarer still.
 constexpr std::string_view kCommonFirst = " ETAONRISLDC0UFMHP1_2GB3456789=,().VYKW'-:";
 
-std::size_t Rarity(char upper) {
-    return std::min(kCommonFirst.find(upper), kCommonFirst.size());
-}
+std::size_t Rarity(char upper) { return std::min(kCommonFirst.find(upper), kCommonFirst.size()); }
 
 } // namespace
 

@@ -1,4 +1,5 @@
-// Texts that truly repeat (labels, months, users, levels, table and function names), each kept once under a number.
+// Texts that truly repeat (labels, months, users, levels, table and function names), each kept once under a
+// number.
 #pragma once
 
 #include "logcore/TextStore.h"

@@ -30,8 +30,8 @@ void ScanTime(std::string_view token, CLogDetail& detail) {
         static_cast<std::int32_t>(std::clamp(std::int64_t{milliseconds} * 1000, lowest, highest));
 }
 
-// Reads the fields ahead of the text. False for a line that is no record: an empty one, or one whose second word is no
-// month, which is what continuation lines and stack traces are.
+// Reads the fields ahead of the text. False for a line that is no record: an empty one, or one whose second
+// word is no month, which is what continuation lines and stack traces are.
 bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& text) {
     CLineTokens tokens(line);
     text = {};
@@ -71,9 +71,9 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
     return true;
 }
 
-// The one form that nearly every line has: "29 Jun 2016 12:08:30,122 [APP   ] USER - [JDBJ]   text". Gives what
-// ReadFields gives, without looking at each character as a possible delimiter. False, with nothing changed that
-// matters, for any other form.
+// The one form that nearly every line has: "29 Jun 2016 12:08:30,122 [APP   ] USER - [JDBJ]   text". Gives
+// what ReadFields gives, without looking at each character as a possible delimiter. False, with nothing
+// changed that matters, for any other form.
 bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view& text) {
     const auto digit = [](char c) { return c - '0'; };
     const auto bracketIn = [](std::string_view in) {
@@ -95,8 +95,8 @@ bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view
     if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || !IsDigit(p[21])) {
         return false;
     }
-    if (p[0] != ' ' || p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' || p[22] != ' ' ||
-        p[23] != '[' || !IsMonthName({p + 1, 3})) {
+    if (p[0] != ' ' || p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' ||
+        p[22] != ' ' || p[23] != '[' || !IsMonthName({p + 1, 3})) {
         return false;
     }
     std::string_view rest = line.substr(dayDigits + stampLength);
@@ -111,7 +111,8 @@ bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view
     if (!Starts(rest, " - [")) {
         const std::size_t userEnd = rest.find(' ', 1);
         if (userEnd == std::string_view::npos || userEnd == 1 || rest.front() != ' ' || rest[1] == '-' ||
-            !Starts(rest.substr(userEnd), " - [") || rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
+            !Starts(rest.substr(userEnd), " - [") ||
+            rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
             return false;
         }
         user = rest.substr(1, userEnd - 1);
@@ -151,11 +152,11 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     if (!ReadUsualFields(whole, detail, detail.m_strText) && !ReadFields(whole, detail, detail.m_strText)) {
         return;
     }
-    Classification result = ClassifyJASStatement(detail.m_strLevel, detail.m_strText,
-                                                 line.hints.IsComplete()
-                                                     ? FindSigns(detail.m_strText, whole, line.hints)
+    Classification result =
+        ClassifyJASStatement(detail.m_strLevel, detail.m_strText,
+                             line.hints.IsComplete() ? FindSigns(detail.m_strText, whole, line.hints)
                                                      : FindSigns(detail.m_strText),
-                                                 m_pendingStatement, m_strFinished);
+                             m_pendingStatement, m_strFinished);
     if (m_nProcessFilter != 0) {
         return;
     }
@@ -172,8 +173,8 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         detail.m_strTable = parts.table;
     }
     // A finished statement may hold what earlier lines brought.
-    const bool ascii = detail.m_strText.data() == m_strFinished.data() ? platform::IsAscii(detail.m_strText)
-                                                                        : line.ascii;
+    const bool ascii =
+        detail.m_strText.data() == m_strFinished.data() ? platform::IsAscii(detail.m_strText) : line.ascii;
     const RecordIndex record = m_listDetails.Append(detail, ascii);
     CommitToUser(record, detail.m_nTime);
     CommitDetail(record, detail.m_nTime);

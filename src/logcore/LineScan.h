@@ -1,5 +1,5 @@
-// One pass over a line's bytes: where it ends, where its text ends, whether it is ASCII, and where to look for the words
-// that classify it.
+// One pass over a line's bytes: where it ends, where its text ends, whether it is ASCII, and where to look
+// for the words that classify it.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace carvelot {
 
-// Places in a line where one of the words that classify a statement may stand, found in the same pass that finds the
-// line's end; a few may lie behind it. Most lines have none or two.
+// Places in a line where one of the words that classify a statement may stand, found in the same pass that
+// finds the line's end; a few may lie behind it. Most lines have none or two.
 class LineHints {
 public:
     static constexpr std::size_t kMost = 24;
@@ -45,15 +45,16 @@ struct LineScan {
     bool ascii;
 };
 
-// Scans at most `limit` bytes from `first` on; up to kScanPadding bytes behind them are read as well. `hints` comes out
-// reset and filled.
+// Scans at most `limit` bytes from `first` on; up to kScanPadding bytes behind them are read as well. `hints`
+// comes out reset and filled.
 inline constexpr std::size_t kScanPadding = 64;
 using ScanLineFunction = LineScan (*)(const char* first, std::size_t limit, LineHints& hints);
 
 // The fastest scan that this machine can do.
 template <HintSet set> ScanLineFunction BestScanLine();
 
-// The scans by themselves, for tests. The one in steps of 32 bytes is null where the build or the machine lacks it.
+// The scans by themselves, for tests. The one in steps of 32 bytes is null where the build or the machine
+// lacks it.
 template <HintSet set> LineScan ScanLineBy16(const char* first, std::size_t limit, LineHints& hints);
 template <HintSet set> ScanLineFunction ScanLineBy32();
 

@@ -1,5 +1,5 @@
-// Built for processors with AVX2, and used only where the machine has it. Nothing but the loop may be used here: what a
-// header brings along would be built for those processors, too.
+// Built for processors with AVX2, and used only where the machine has it. Nothing but the loop may be used
+// here: what a header brings along would be built for those processors, too.
 #include "logcore/LineScanLoop.h"
 
 #if defined(__AVX2__)
@@ -34,9 +34,7 @@ template <HintSet set> ScanLineFunction ScanLineBy32() {
 
 #else
 
-template <HintSet set> ScanLineFunction ScanLineBy32() {
-    return nullptr;
-}
+template <HintSet set> ScanLineFunction ScanLineBy32() { return nullptr; }
 
 #endif
 

@@ -1,5 +1,5 @@
-// The loop of every line scan; included by the sources that are built for one kind of processor each. `Stretch` looks at
-// Stretch::kSize bytes at once and gives one bit a byte.
+// The loop of every line scan; included by the sources that are built for one kind of processor each.
+// `Stretch` looks at Stretch::kSize bytes at once and gives one bit a byte.
 #pragma once
 
 #include "logcore/LineScan.h"
@@ -17,9 +17,9 @@ template <class Mask> struct Glance {
     Mask hints; // a pair of letters that the classifying words hold
 };
 
-// The pairs: each of the words that a classifier looks for anywhere in a text holds one of them, and ordinary log text
-// holds few. "Ca" jdeCache, hCache:, Object Called; "CA" CAC codes; "Cu" hCursor:; "DB" JDB codes, DBPerformRequest;
-// "Fo" Found existing cache; "UB" --UBE--; "Ev" Event Starts, Event Ends; "ER" at ER Line.
+// The pairs: each of the words that a classifier looks for anywhere in a text holds one of them, and ordinary
+// log text holds few. "Ca" jdeCache, hCache:, Object Called; "CA" CAC codes; "Cu" hCursor:; "DB" JDB codes,
+// DBPerformRequest; "Fo" Found existing cache; "UB" --UBE--; "Ev" Event Starts, Event Ends; "ER" at ER Line.
 template <class Stretch, HintSet set> inline auto Look(const char* p) {
     const auto v = Stretch::Load(p);
     const auto is = [](auto bytes, char c) { return Stretch::Equal(bytes, c); };

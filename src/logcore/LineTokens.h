@@ -10,8 +10,8 @@ class CLineTokens {
 public:
     explicit CLineTokens(std::string_view line) : m_rest(line) {}
 
-    // The next word between delimiters: leading ones are skipped, and the one that ends it is stepped over. False when
-    // nothing but delimiters is left.
+    // The next word between delimiters: leading ones are skipped, and the one that ends it is stepped over.
+    // False when nothing but delimiters is left.
     template <class IsDelimiter> bool Next(IsDelimiter isDelimiter, std::string_view& token) {
         const char* at = m_rest.data();
         const char* const end = at + m_rest.size();
@@ -48,15 +48,14 @@ inline constexpr auto kBrackets = [](char c) { return c == '[' || c == ']'; };
 // A month is any piece of this, by plain substring search: "anF" is one too.
 inline constexpr std::string_view kMonths = "JanFebMarAprMayJunJulAugSepOctNovDec";
 
-inline bool IsMonth(std::string_view token) {
-    return kMonths.find(token) != std::string_view::npos;
-}
+inline bool IsMonth(std::string_view token) { return kMonths.find(token) != std::string_view::npos; }
 
 // Whether three characters are one of the twelve names themselves.
 inline bool IsMonthName(std::string_view token) {
     const auto key = [](std::string_view name) {
         return (std::uint32_t{static_cast<unsigned char>(name[0])} << 16U) |
-               (std::uint32_t{static_cast<unsigned char>(name[1])} << 8U) | static_cast<unsigned char>(name[2]);
+               (std::uint32_t{static_cast<unsigned char>(name[1])} << 8U) |
+               static_cast<unsigned char>(name[2]);
     };
     const std::uint32_t wanted = key(token);
     bool found = false;

@@ -10,8 +10,8 @@ constexpr std::uint64_t kBackwardStep = 46'799'999'999;
 } // namespace
 
 float SecondsFromMicroseconds(std::uint64_t microseconds) {
-    // The count is converted as a signed number and 2^64 is added back to a negative one: that rounds twice, and the
-    // figures of old reports depend on it.
+    // The count is converted as a signed number and 2^64 is added back to a negative one: that rounds twice,
+    // and the figures of old reports depend on it.
     float value = static_cast<float>(static_cast<std::int64_t>(microseconds));
     if (value < 0) {
         value += 18446744073709551616.0F;

@@ -7,7 +7,8 @@
 
 namespace carvelot {
 
-// What a line is. The numbers are compared all over the system and stand in the JSON report; 9 and 16 are never given.
+// What a line is. The numbers are compared all over the system and stand in the JSON report; 9 and 16 are
+// never given.
 enum LogKind : std::uint8_t {
     LOG_NONE = 0,
     LOG_SQL = 1,
@@ -34,17 +35,23 @@ enum LogKind : std::uint8_t {
 
 enum LogFormat : std::uint8_t { LOG_FORMAT_DEBUG = 0, LOG_FORMAT_JAS = 1 };
 
-enum SqlOperation : std::uint8_t { SQL_NONE = 0, SQL_SELECT = 1, SQL_UPDATE = 2, SQL_INSERT = 3, SQL_DELETE = 4 };
+enum SqlOperation : std::uint8_t {
+    SQL_NONE = 0,
+    SQL_SELECT = 1,
+    SQL_UPDATE = 2,
+    SQL_INSERT = 3,
+    SQL_DELETE = 4
+};
 
-// A record's place in its session's m_listDetails, counted from 0 in file order. Valid until the session is cleared.
+// A record's place in its session's m_listDetails, counted from 0 in file order. Valid until the session is
+// cleared.
 enum class RecordIndex : std::uint32_t {};
 inline constexpr RecordIndex kNoRecord{0xFFFFFFFF};
 
-constexpr std::uint32_t Number(RecordIndex record) {
-    return static_cast<std::uint32_t>(record);
-}
+constexpr std::uint32_t Number(RecordIndex record) { return static_cast<std::uint32_t>(record); }
 
-// The thread label of a debug line in up to two pieces: what many lines of a thread share, and what only this line has.
+// The thread label of a debug line in up to two pieces: what many lines of a thread share, and what only this
+// line has.
 struct LabelText {
     std::string_view shared;
     std::string_view own;
@@ -52,12 +59,12 @@ struct LabelText {
     std::string Joined() const { return std::string(shared).append(own); }
 };
 
-// One record with all its fields. Texts are UTF-8 (a cut through a surrogate pair leaves a lone surrogate in its
-// three-byte form). Out of a session's list this is a snapshot: its texts are views that live as long as the session's
-// content does, and a change to it changes nothing in the session.
+// One record with all its fields. Texts are UTF-8 (a cut through a surrogate pair leaves a lone surrogate in
+// its three-byte form). Out of a session's list this is a snapshot: its texts are views that live as long as
+// the session's content does, and a change to it changes nothing in the session.
 struct CLogDetail {
-    // Written out so that the members are set one by one: for "= default" g++ clears the record by a string instruction,
-    // whose start-up costs a tenth of a load.
+    // Written out so that the members are set one by one: for "= default" g++ clears the record by a string
+    // instruction, whose start-up costs a tenth of a load.
     CLogDetail() {}
 
     LogKind m_nKind = LOG_NONE;
@@ -92,9 +99,9 @@ constexpr std::uint64_t LogTime(std::int32_t hour, std::int32_t minute, std::int
     return ((wide(hour) * 60 + wide(minute)) * 60 + wide(second)) * 1'000'000 + wide(fraction);
 }
 
-// Seconds from an earlier to a later log time, the one rule for every gap and SQL duration. An earlier time of 0 is an
-// unknown time and gives 0. A time that fell gets 13 hours less a microsecond added: logs of a 12-hour clock come out
-// right, and a log that passes midnight shows one enormous value.
+// Seconds from an earlier to a later log time, the one rule for every gap and SQL duration. An earlier time
+// of 0 is an unknown time and gives 0. A time that fell gets 13 hours less a microsecond added: logs of a
+// 12-hour clock come out right, and a log that passes midnight shows one enormous value.
 float ElapsedSeconds(std::uint64_t later, std::uint64_t earlier);
 
 // Microseconds as 32-bit seconds. Single precision is deliberate and shows in the digits of every list.

@@ -1,4 +1,5 @@
-// Tells a debug log from a JAS log by the file's first lines, and learns where a debug log's statement text stands.
+// Tells a debug log from a JAS log by the file's first lines, and learns where a debug log's statement text
+// stands.
 #include "logcore/CarvelotDoc.h"
 
 #include "logcore/Columns.h"

@@ -10,8 +10,8 @@
 
 namespace carvelot {
 
-// One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes stay valid until
-// the next line is read.
+// One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes stay
+// valid until the next line is read.
 struct LogLine {
     std::string_view bytes;
     bool ascii = true;
@@ -28,8 +28,9 @@ public:
     // Starts over from the file's first byte.
     void Rewind();
 
-    // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192 bytes it
-    // ends without a look at the next byte. False at the end of the file: bytes behind the last line end are no line.
+    // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192
+    // bytes it ends without a look at the next byte. False at the end of the file: bytes behind the last line
+    // end are no line.
     template <HintSet hints> bool ReadLogLine(LogLine& line);
 
     // Bytes of the file that the lines read so far took.

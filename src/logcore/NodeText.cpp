@@ -17,13 +17,9 @@ std::string Formatted(const char* format, double value) {
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-std::string SecondsText(float seconds) {
-    return Formatted("%08.6f", static_cast<double>(seconds));
-}
+std::string SecondsText(float seconds) { return Formatted("%08.6f", static_cast<double>(seconds)); }
 
-std::string IdText(std::uint32_t id) {
-    return std::to_string(static_cast<std::int32_t>(id));
-}
+std::string IdText(std::uint32_t id) { return std::to_string(static_cast<std::int32_t>(id)); }
 
 std::string ProcessThreadText(std::uint32_t process, std::uint32_t thread) {
     return IdText(process).append("/").append(IdText(thread));

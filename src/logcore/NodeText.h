@@ -24,8 +24,6 @@ std::string IdText(std::uint32_t id);
 std::string Formatted(const char* format, double value);
 
 // Whether a text sorts above a single blank, which is how the system asks whether there is a name at all.
-inline bool IsAboveBlank(std::string_view text) {
-    return text.compare(" ") > 0;
-}
+inline bool IsAboveBlank(std::string_view text) { return text.compare(" ") > 0; }
 
 } // namespace carvelot

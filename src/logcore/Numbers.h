@@ -7,16 +7,12 @@
 
 namespace carvelot {
 
-constexpr bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-constexpr bool IsSpace(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+constexpr bool IsSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// Reads one "%d" from text[pos]: leading white space, a sign, digits; the value saturates to 32 bits. On success `pos`
-// stands behind the last digit. False, with `value` untouched, when there is no digit.
+// Reads one "%d" from text[pos]: leading white space, a sign, digits; the value saturates to 32 bits. On
+// success `pos` stands behind the last digit. False, with `value` untouched, when there is no digit.
 constexpr bool ScanInteger(std::string_view text, std::size_t& pos, std::int32_t& value) {
     std::size_t at = pos;
     while (at < text.size() && IsSpace(text[at])) {
@@ -56,8 +52,6 @@ constexpr std::int32_t ReadInteger(std::string_view text) {
 }
 
 // One decimal digit; anything else is 0.
-constexpr std::int32_t DigitValue(char c) {
-    return IsDigit(c) ? c - '0' : 0;
-}
+constexpr std::int32_t DigitValue(char c) { return IsDigit(c) ? c - '0' : 0; }
 
 } // namespace carvelot

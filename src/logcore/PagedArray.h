@@ -1,5 +1,5 @@
-// An array that only grows, in blocks that come straight from the system: no element ever moves, growing copies
-// nothing, and closing a session gives back a few large blocks instead of millions of small ones.
+// An array that only grows, in blocks that come straight from the system: no element ever moves, growing
+// copies nothing, and closing a session gives back a few large blocks instead of millions of small ones.
 #pragma once
 
 #include "platform/PageMemory.h"
@@ -34,8 +34,8 @@ public:
 
     void Add(const T& value) { *Reserve(1) = value; }
 
-    // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is left of a
-    // block that is too short for them is skipped.
+    // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is
+    // left of a block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
         if (m_nSize + count > m_blocks.size() * kBlockSize) {
             AddBlock();

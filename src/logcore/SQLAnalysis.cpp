@@ -7,8 +7,8 @@ namespace carvelot {
 
 std::string_view ExtractTableName(std::string_view text, std::string_view keyword, SqlOperation operation,
                                   std::string& scratch) {
-    // One character behind the keyword is passed over. A keyword that is not there counts as standing one before the
-    // text's start.
+    // One character behind the keyword is passed over. A keyword that is not there counts as standing one
+    // before the text's start.
     const std::size_t place = text.find(keyword);
     std::string_view rest = place == std::string_view::npos
                                 ? FromColumn(text, keyword.size(), scratch)
@@ -45,7 +45,8 @@ SqlParts SplitSQLStatement(std::string_view text, std::string& scratch) {
 
 void CSQLAnalysis::AddStatement(CDetailList& details, RecordIndex record) {
     const std::uint32_t key = details.TableKey(record);
-    const auto [entry, isNew] = m_placeByKey.try_emplace(key, static_cast<std::uint32_t>(m_listTables.size()));
+    const auto [entry, isNew] =
+        m_placeByKey.try_emplace(key, static_cast<std::uint32_t>(m_listTables.size()));
     if (isNew) {
         m_listTables.push_back({details.TableName(record)});
     }

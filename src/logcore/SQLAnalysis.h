@@ -20,8 +20,9 @@ struct SqlParts {
 
 SqlParts SplitSQLStatement(std::string_view text, std::string& scratch);
 
-// The table name behind the first "FROM", "UPDATE" or "INTO" of the text, with its schema and, where the statement
-// works on aliased tables ("T0") with a WHERE, the whole table list. The keyword is searched as a plain string.
+// The table name behind the first "FROM", "UPDATE" or "INTO" of the text, with its schema and, where the
+// statement works on aliased tables ("T0") with a WHERE, the whole table list. The keyword is searched as a
+// plain string.
 std::string_view ExtractTableName(std::string_view text, std::string_view keyword, SqlOperation operation,
                                   std::string& scratch);
 

@@ -1,4 +1,5 @@
-// What a session asks of the program around it. The window implements these; the command line and tests do too.
+// What a session asks of the program around it. The window implements these; the command line and tests do
+// too.
 #pragma once
 
 #include "logcore/LogDetail.h"

@@ -2,8 +2,8 @@
 
 namespace carvelot {
 
-void CThread::AddDetail(CDetailList& details, const AnalysisSettings& settings, std::vector<RecordIndex>& gaps,
-                        RecordIndex record, std::uint64_t time) {
+void CThread::AddDetail(CDetailList& details, const AnalysisSettings& settings,
+                        std::vector<RecordIndex>& gaps, RecordIndex record, std::uint64_t time) {
     if (!m_listDetails.empty() && m_nLastTime != 0) {
         const RecordIndex last = m_listDetails.back();
         const float gap = ElapsedSeconds(time, m_nLastTime);

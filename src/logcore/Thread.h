@@ -14,8 +14,8 @@ public:
     CThread(std::uint32_t processID, std::uint32_t id, std::uint64_t startTime)
         : m_nThreadID(id), m_nProcessID(processID), m_nStartTime(startTime) {}
 
-    // Files a record: a LOG_NONE record stays only as the last of the list or beside a silence longer than the
-    // threshold, where it becomes a LOG_GAP. The record behind a silence is appended to `gaps`.
+    // Files a record: a LOG_NONE record stays only as the last of the list or beside a silence longer than
+    // the threshold, where it becomes a LOG_GAP. The record behind a silence is appended to `gaps`.
     void AddDetail(CDetailList& details, const AnalysisSettings& settings, std::vector<RecordIndex>& gaps,
                    RecordIndex record, std::uint64_t time);
 

@@ -112,7 +112,8 @@ public:
 
 private:
     void Put(std::string_view text) {
-        m_writer.String(text.data() == nullptr ? "" : text.data(), static_cast<rapidjson::SizeType>(text.size()));
+        m_writer.String(text.data() == nullptr ? "" : text.data(),
+                        static_cast<rapidjson::SizeType>(text.size()));
     }
 
     CBlockStream m_stream;

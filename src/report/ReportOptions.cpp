@@ -15,7 +15,8 @@ std::optional<std::uint32_t> ParseId(std::string_view text) {
     std::int64_t value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end || value < -(std::int64_t{1} << 31) || value >= (std::int64_t{1} << 32)) {
+    if (error != std::errc{} || stop != end || value < -(std::int64_t{1} << 31) ||
+        value >= (std::int64_t{1} << 32)) {
         return std::nullopt;
     }
     return static_cast<std::uint32_t>(value);
@@ -59,9 +60,11 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         app.add_option("--tree", tree, "Print the detail tree of process:PID, thread:PID/TID or user:NAME")
             ->type_name("SCOPE");
     CLI::Option* const findOption =
-        app.add_option("--find", find, "Print the records whose text holds TEXT, in any case")->type_name("TEXT");
+        app.add_option("--find", find, "Print the records whose text holds TEXT, in any case")
+            ->type_name("TEXT");
     CLI::Option* const exportOption =
-        app.add_option("--export-gaps", exportFile, "Write the timing gaps to FILE, .csv or .txt")->type_name("FILE");
+        app.add_option("--export-gaps", exportFile, "Write the timing gaps to FILE, .csv or .txt")
+            ->type_name("FILE");
     treeOption->excludes(findOption)->excludes(exportOption);
     findOption->excludes(exportOption);
     CLI::Option* const thresholdOption =
@@ -71,7 +74,8 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         app.add_option("--process", process, "Keep only the debug records of this process")->type_name("PID");
     app.add_flag("--no-cache-analysis", noCacheAnalysis, "Leave cache records out of the analyses");
     app.set_help_flag("--help", "Print this help");
-    app.set_version_flag("--version", std::string("carvelot-report ") + CARVELOT_VERSION, "Print the version");
+    app.set_version_flag("--version", std::string("carvelot-report ") + CARVELOT_VERSION,
+                         "Print the version");
 
     status = REPORT_DONE;
     std::string problem;

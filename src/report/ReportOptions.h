@@ -24,7 +24,8 @@ struct ReportOptions {
 // Exit statuses of carvelot-report.
 enum ReportStatus { REPORT_DONE = 0, REPORT_FAILED = 1, REPORT_USAGE = 2 };
 
-// Reads the arguments (without the program's name). Without a value the command line is dealt with already, as by
+// Reads the arguments (without the program's name). Without a value the command line is dealt with already,
+// as by
 // --help or wrong usage: then `status` tells how the program ends.
 std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
                                                std::ostream& err, int& status);

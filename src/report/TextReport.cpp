@@ -41,7 +41,8 @@ std::string OneLine(std::string_view text, std::size_t longest = kLongestMessage
     return line;
 }
 
-// A table whose columns are as wide as they need to be; numbers stand to the right, the last text column runs out.
+// A table whose columns are as wide as they need to be; numbers stand to the right, the last text column runs
+// out.
 class CTextTable {
 public:
     enum class Align { Left, Right };
@@ -112,10 +113,10 @@ constexpr auto R = CTextTable::Align::Right;
 
 std::string_view KindName(std::size_t kind) {
     static constexpr std::array<std::string_view, 23> names = {
-        "no interest",    "SQL",       "BSFN call",   "On",      "return",      "parameter in",
-        "parameter out",  "ER start",  "ER end",      "",        "ERROR",       "cache",
-        "MANDATORY",      "WARN",      "SEVERE",      "ER line", "",            "SQL done",
-        "object call",    "UBE",       "JDB error",   "gap",     "message"};
+        "no interest",   "SQL",      "BSFN call", "On",      "return", "parameter in",
+        "parameter out", "ER start", "ER end",    "",        "ERROR",  "cache",
+        "MANDATORY",     "WARN",     "SEVERE",    "ER line", "",       "SQL done",
+        "object call",   "UBE",      "JDB error", "gap",     "message"};
     return names[kind];
 }
 
@@ -148,7 +149,8 @@ std::vector<Scope> Scopes(const CCarvelotDoc& session) {
         }
     } else {
         for (const auto& process : session.m_listProcesses) {
-            scopes.push_back({IdText(process->m_nProcessID), process->m_pBSFNAnalysis, process->m_pSQLAnalysis});
+            scopes.push_back(
+                {IdText(process->m_nProcessID), process->m_pBSFNAnalysis, process->m_pSQLAnalysis});
         }
     }
     return scopes;
@@ -170,7 +172,8 @@ void PrintOwners(const CCarvelotDoc& session, std::ostream& out) {
         table.Print(out, "Users", session.m_listUsers.size());
         return;
     }
-    CTextTable table({{"process / thread", L}, {"elapsed", R}, {"kept", R}, {"long tasks", R}, {"errors", R}});
+    CTextTable table(
+        {{"process / thread", L}, {"elapsed", R}, {"kept", R}, {"long tasks", R}, {"errors", R}});
     std::size_t rows = 0;
     std::size_t total = 0;
     const auto add = [&](std::string name, std::uint64_t start, std::uint64_t end, std::size_t kept,
@@ -191,9 +194,9 @@ void PrintOwners(const CCarvelotDoc& session, std::ostream& out) {
         add(IdText(process->m_nProcessID), process->m_nStartTime, process->m_nEndTime, kept,
             process->m_pBSFNAnalysis, process->m_pSQLAnalysis, process->m_listErrors.size());
         for (const auto& thread : process->m_listThreads) {
-            add(std::string(2, ' ').append(IdText(thread->m_nThreadID)), thread->m_nStartTime, thread->m_nEndTime,
-                thread->m_listDetails.size(), thread->m_pBSFNAnalysis, thread->m_pSQLAnalysis,
-                thread->m_listErrors.size());
+            add(std::string(2, ' ').append(IdText(thread->m_nThreadID)), thread->m_nStartTime,
+                thread->m_nEndTime, thread->m_listDetails.size(), thread->m_pBSFNAnalysis,
+                thread->m_pSQLAnalysis, thread->m_listErrors.size());
         }
     }
     table.Print(out, "Processes and threads", total);
@@ -221,8 +224,8 @@ void PrintFunctions(const CCarvelotDoc& session, std::ostream& out) {
                       {"average", R}});
     for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
         const BSFNRow& row = entries[i].row;
-        table.Add({entries[i].scope, OneLine(row.m_strName), row.Text(1), row.Text(2), row.Text(3), row.Text(4),
-                   row.Text(5)});
+        table.Add({entries[i].scope, OneLine(row.m_strName), row.Text(1), row.Text(2), row.Text(3),
+                   row.Text(4), row.Text(5)});
     }
     table.Print(out, "Business functions, by total time", entries.size());
 }
@@ -236,24 +239,34 @@ void PrintTables(const CCarvelotDoc& session, std::ostream& out) {
     std::vector<Entry> entries;
     for (const Scope& scope : Scopes(session)) {
         for (TableRow& row : MakeTableRows(scope.statements)) {
-            const std::int64_t statements = std::int64_t{row.m_nSelects} + row.m_nInserts + row.m_nUpdates +
-                                            row.m_nDeletes;
+            const std::int64_t statements =
+                std::int64_t{row.m_nSelects} + row.m_nInserts + row.m_nUpdates + row.m_nDeletes;
             entries.push_back({scope.name, std::move(row), statements});
         }
     }
     std::stable_sort(entries.begin(), entries.end(),
                      [](const Entry& a, const Entry& b) { return a.statements > b.statements; });
-    CTextTable table(
-        {{ScopeTitle(session), L}, {"table", L}, {"selects", R}, {"inserts", R}, {"updates", R}, {"deletes", R}});
+    CTextTable table({{ScopeTitle(session), L},
+                      {"table", L},
+                      {"selects", R},
+                      {"inserts", R},
+                      {"updates", R},
+                      {"deletes", R}});
     for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
         const TableRow& row = entries[i].row;
-        table.Add({entries[i].scope, OneLine(row.m_strTable, 50), row.Text(1), row.Text(2), row.Text(3), row.Text(4)});
+        table.Add({entries[i].scope, OneLine(row.m_strTable, 50), row.Text(1), row.Text(2), row.Text(3),
+                   row.Text(4)});
     }
     table.Print(out, "Tables, by statements", entries.size());
 }
 
 void PrintCaches(const CCarvelotDoc& session, std::ostream& out) {
-    CTextTable table({{"process", R}, {"cache", L}, {"handle", L}, {"instance", L}, {"operations", R}, {"cursors", R},
+    CTextTable table({{"process", R},
+                      {"cache", L},
+                      {"handle", L},
+                      {"instance", L},
+                      {"operations", R},
+                      {"cursors", R},
                       {"left open", R}});
     std::size_t total = 0;
     for (const auto& process : session.m_listProcesses) {
@@ -263,9 +276,10 @@ void PrintCaches(const CCarvelotDoc& session, std::ostream& out) {
             }
             const auto open = std::count_if(cache.m_cursors.begin(), cache.m_cursors.end(),
                                             [](const auto& cursor) { return cursor.m_pClose == kNoRecord; });
-            table.Add({IdText(cache.m_processId), OneLine(cache.m_strName, 40), OneLine(cache.m_strHandle, 20),
-                       OneLine(cache.m_strInstance, 40), Grouped(cache.m_operations.size()),
-                       Grouped(cache.m_cursors.size()), Grouped(static_cast<std::size_t>(open))});
+            table.Add({IdText(cache.m_processId), OneLine(cache.m_strName, 40),
+                       OneLine(cache.m_strHandle, 20), OneLine(cache.m_strInstance, 40),
+                       Grouped(cache.m_operations.size()), Grouped(cache.m_cursors.size()),
+                       Grouped(static_cast<std::size_t>(open))});
         }
     }
     if (total > 0) {
@@ -281,8 +295,11 @@ void PrintLongTasks(const CCarvelotDoc& session, std::ostream& out) {
         }
     }
     SortRows(rows, 2, true);
-    CTextTable table({{"duration", R}, {"type", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
-                      {"record", R}, {"message", L}});
+    CTextTable table({{"duration", R},
+                      {"type", L},
+                      {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
+                      {"record", R},
+                      {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         table.Add({rows[i].Text(2), rows[i].m_strType, OneLine(rows[i].m_strShownOwner, 30),
                    std::to_string(Number(rows[i].m_pRecord)), OneLine(rows[i].m_strMessage)});
@@ -313,7 +330,9 @@ void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
         const bool warnB = isWarning(b);
         return warnA != warnB ? warnB : a.m_pRecord > b.m_pRecord;
     });
-    CTextTable table({{"type", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L}, {"record", R},
+    CTextTable table({{"type", L},
+                      {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
+                      {"record", R},
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         table.Add({rows[i].m_strType, OneLine(rows[i].m_strProcessThread, 30),
@@ -325,8 +344,11 @@ void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
 void PrintGaps(const CCarvelotDoc& session, std::ostream& out) {
     std::vector<GapRow> rows = MakeGapRows(session);
     SortRows(rows, 2, true);
-    CTextTable table({{"gap", R}, {"until", L}, {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
-                      {"record", R}, {"message", L}});
+    CTextTable table({{"gap", R},
+                      {"until", L},
+                      {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
+                      {"record", R},
+                      {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         table.Add({rows[i].Text(2), std::string(TrimRight(rows[i].m_strTimeStamp, " ")),
                    OneLine(rows[i].m_strProcessThread, 30), std::to_string(Number(rows[i].m_pRecord)),
@@ -348,7 +370,8 @@ void WriteSummary(const CCarvelotDoc& session, const std::string& log, std::ostr
             threads += process->m_listThreads.size();
         }
         out << "  debug log, " << Grouped(session.m_listDetails.Size()) << " records of "
-            << Grouped(session.m_listProcesses.size()) << " processes with " << Grouped(threads) << " threads\n";
+            << Grouped(session.m_listProcesses.size()) << " processes with " << Grouped(threads)
+            << " threads\n";
     }
     PrintLongTasks(session, out);
     PrintErrors(session, out);
@@ -375,8 +398,8 @@ void WriteTree(const CDetailTree& tree, std::ostream& out) {
         }
         const CDetailTree::Node node = tree.Child(level.parent, level.next++);
         constexpr std::size_t deepestIndent = 100;
-        out << std::string(std::min(levels.size() - 1, deepestIndent) * 2, ' ') << OneLine(tree.Text(node), 100'000)
-            << '\n';
+        out << std::string(std::min(levels.size() - 1, deepestIndent) * 2, ' ')
+            << OneLine(tree.Text(node), 100'000) << '\n';
         levels.push_back({node, 0});
     }
 }

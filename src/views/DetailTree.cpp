@@ -7,12 +7,10 @@ namespace carvelot {
 
 namespace {
 
-bool IsParameter(LogKind kind) {
-    return kind == LOG_PARM_IN || kind == LOG_PARM_OUT;
-}
+bool IsParameter(LogKind kind) { return kind == LOG_PARM_IN || kind == LOG_PARM_OUT; }
 
-// The image that a record starts from, before its kind has the last word: most kinds go on with the image of the record
-// before, so a call that never returns keeps showing that.
+// The image that a record starts from, before its kind has the last word: most kinds go on with the image of
+// the record before, so a call that never returns keeps showing that.
 int StartImage(LogKind kind, int previous) {
     switch (kind) {
     case LOG_JDB_ERROR:
@@ -161,7 +159,8 @@ void CDetailTree::LayOut() const {
     m_firstChild.assign(m_nodes.size() + 2, 0);
     m_children.resize(m_nodes.size());
     m_rows.resize(m_nodes.size());
-    // Counts first, one place further on than they belong, so that the running sum leaves each parent's first place.
+    // Counts first, one place further on than they belong, so that the running sum leaves each parent's first
+    // place.
     const auto slot = [](Node parent) { return parent == kRoot ? std::size_t{0} : std::size_t{parent} + 1; };
     for (const NodeData& node : m_nodes) {
         if (!node.removed) {

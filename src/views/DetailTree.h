@@ -1,5 +1,5 @@
-// The call tree that a flat, time-ordered list of records describes: calls open a level, returns close it, parameters
-// hang in groups of their own, and each call's image tells after the fact how it ended.
+// The call tree that a flat, time-ordered list of records describes: calls open a level, returns close it,
+// parameters hang in groups of their own, and each call's image tells after the fact how it ended.
 #pragma once
 
 #include "logcore/CarvelotDoc.h"
@@ -14,9 +14,9 @@ namespace carvelot {
 
 // Index into the strip of images that both session trees share.
 enum TreeImage : std::uint8_t {
-    IMAGE_FAILED = 0,         // red no-entry disc
-    IMAGE_WARNING = 1,        // yellow triangle
-    IMAGE_OK = 2,             // green tick
+    IMAGE_FAILED = 0,  // red no-entry disc
+    IMAGE_WARNING = 1, // yellow triangle
+    IMAGE_OK = 2,      // green tick
     IMAGE_SQL = 3,
     IMAGE_PARM_IN = 4,
     IMAGE_PARM_OUT = 5,
@@ -44,8 +44,9 @@ public:
     explicit CDetailTree(const CCarvelotDoc& session) : m_session(session) {}
 
     void ResetTree();
-    // Lays out a list of records. With `singleThread` the list becomes the whole content; without, it is appended to
-    // what is there, nesting anew from the root, and every record's text starts with its thread number.
+    // Lays out a list of records. With `singleThread` the list becomes the whole content; without, it is
+    // appended to what is there, nesting anew from the root, and every record's text starts with its thread
+    // number.
     void FillDetails(bool singleThread, std::span<const RecordIndex> records);
 
     // The tree as a window walks it; rows count from 0.
@@ -57,8 +58,8 @@ public:
 
     std::string Text(Node node) const;
     int Image(Node node) const { return m_nodes[node].image; }
-    // The record that the node's data refers to: its own; for "PARMS IN" the first parameter's; for "PARMS OUT" and
-    // "UBE" kNoRecord.
+    // The record that the node's data refers to: its own; for "PARMS IN" the first parameter's; for "PARMS
+    // OUT" and "UBE" kNoRecord.
     RecordIndex Record(Node node) const { return m_nodes[node].record; }
     // The record's own node, kRoot when the present tree has none.
     Node NodeOf(RecordIndex record) const;
@@ -66,7 +67,8 @@ public:
     // What the Raw Data pane shows of a node: the record's whole statement, else the node's words.
     std::string RawText(Node node) const;
     bool OffersCopyParms(Node node) const;
-    // The parameters of the node's group as they go to the clipboard: three blanks before each, and two behind the last.
+    // The parameters of the node's group as they go to the clipboard: three blanks before each, and two
+    // behind the last.
     std::string CopyParmsText(Node node) const;
 
 private:

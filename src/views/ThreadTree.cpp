@@ -51,16 +51,12 @@ std::string UserTitle(const CCarvelotDoc& session, const CJASUser& user) {
     return session.m_strLogPath + " - User: " + user.m_strUser;
 }
 
-std::string ProcessCaption(const CProcess& process) {
-    return " Process: " + IdText(process.m_nProcessID);
-}
+std::string ProcessCaption(const CProcess& process) { return " Process: " + IdText(process.m_nProcessID); }
 
 std::string ThreadCaption(const CThread& thread) {
     return " Process: " + IdText(thread.m_nProcessID) + " Thread: " + IdText(thread.m_nThreadID);
 }
 
-std::string UserCaption(const CJASUser& user) {
-    return " User: " + user.m_strUser;
-}
+std::string UserCaption(const CJASUser& user) { return " User: " + user.m_strUser; }
 
 } // namespace carvelot

@@ -8,8 +8,8 @@
 
 namespace carvelot {
 
-// "Process - %d (%08f)": id and seconds from its first to its last record; with the image name of the running process
-// when the session was opened from one.
+// "Process - %d (%08f)": id and seconds from its first to its last record; with the image name of the running
+// process when the session was opened from one.
 std::string ProcessNodeText(const CCarvelotDoc& session, const CProcess& process);
 
 // "Thread - %d (%08f)".

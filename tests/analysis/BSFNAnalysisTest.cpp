@@ -12,7 +12,9 @@ using Indices = std::vector<std::uint32_t>;
 using Function = CBSFNAnalysis::CBSFN;
 
 std::string Call(std::string_view function, int level) {
-    return std::string("Calling Business function ").append(function).append(" from Level 1 for JDE. (BSFNLevel = ") +
+    return std::string("Calling Business function ")
+               .append(function)
+               .append(" from Level 1 for JDE. (BSFNLevel = ") +
            std::to_string(level) + ")";
 }
 
@@ -34,8 +36,10 @@ const Function& Find(const CBSFNAnalysis& analysis, std::string_view name) {
 
 TEST(AddCall, ClosesAllOpenCallsOfAFunctionAndLevelAtOneReturn) {
     const TestSession session(DebugLog({
-        DebugLine("10:00:00.000000", Call("F", 2)), DebugLine("10:00:00.100000", Call("F", 2)),
-        DebugLine("10:00:00.300000", Call("F", 2)), DebugLine("10:00:00.400000", Call("F", 3)),
+        DebugLine("10:00:00.000000", Call("F", 2)),
+        DebugLine("10:00:00.100000", Call("F", 2)),
+        DebugLine("10:00:00.300000", Call("F", 2)),
+        DebugLine("10:00:00.400000", Call("F", 3)),
         DebugLine("10:00:02.000000", Return("F", 2, 1)),
     }));
     const Function& f = Find(session.Thread(4120, 3388).m_pBSFNAnalysis, "F");
@@ -64,7 +68,8 @@ TEST(AddCall, ClosesTheCallsOfOtherThreadsInTheProcessesAnalysis) {
     EXPECT_EQ(ofProcess.m_instances[0].m_endTime, LogTime(10, 0, 0, 500000));
     EXPECT_EQ(ofProcess.m_instances[1].m_endTime, LogTime(10, 0, 0, 500000));
     EXPECT_EQ(Find(session.Thread(9, 1).m_pBSFNAnalysis, "F").m_instances[0].m_endTime, 0U);
-    EXPECT_EQ(Find(session.Thread(9, 2).m_pBSFNAnalysis, "F").m_instances[0].m_endTime, LogTime(10, 0, 0, 500000));
+    EXPECT_EQ(Find(session.Thread(9, 2).m_pBSFNAnalysis, "F").m_instances[0].m_endTime,
+              LogTime(10, 0, 0, 500000));
     EXPECT_EQ(session.Record(1).m_fDuration, 0.5F); // by the process's closing
 }
 
@@ -120,9 +125,12 @@ TEST(AddCall, ClosesACallOnceMoreThatEndedWithoutATime) {
 
 TEST(AddCall, NeverKeepsACallOf0AsTheShortest) {
     const TestSession session(DebugLog({
-        DebugLine("10:00:00.000000", Call("F", 1)), DebugLine("10:00:00.000000", Return("F", 1)),
-        DebugLine("10:00:00.000010", Call("F", 1)), DebugLine("10:00:00.000015", Return("F", 1)),
-        DebugLine("10:00:00.000020", Call("F", 1)), DebugLine("10:00:00.000023", Return("F", 1)),
+        DebugLine("10:00:00.000000", Call("F", 1)),
+        DebugLine("10:00:00.000000", Return("F", 1)),
+        DebugLine("10:00:00.000010", Call("F", 1)),
+        DebugLine("10:00:00.000015", Return("F", 1)),
+        DebugLine("10:00:00.000020", Call("F", 1)),
+        DebugLine("10:00:00.000023", Return("F", 1)),
     }));
     const Function& f = Find(session.Process(4120).m_pBSFNAnalysis, "F");
     EXPECT_EQ(f.m_shortest, 3U);
@@ -149,7 +157,8 @@ TEST(ReadCallLine, ReadsNameAndLevel) {
         const CallLine line = ReadCallLine(names, kind, text);
         return std::string(names.Name(line.function)) + "/" + std::to_string(line.level);
     };
-    EXPECT_EQ(read(LOG_CALL, "Calling Business function F4111EditLine from X for JDE. (BSFNLevel = 2)"), "F4111EditLine/2");
+    EXPECT_EQ(read(LOG_CALL, "Calling Business function F4111EditLine from X for JDE. (BSFNLevel = 2)"),
+              "F4111EditLine/2");
     EXPECT_EQ(read(LOG_CALL, "Calling Business function F4111EditLine"), "/0"); // nothing follows the name
     EXPECT_EQ(read(LOG_CALL, "Calling something else (BSFNLevel = 3)"), "/3");
     EXPECT_EQ(read(LOG_CALL, "Calling Business function X y BSFNLevel = 12"), "X/12");
@@ -161,8 +170,10 @@ TEST(ReadCallLine, ReadsNameAndLevel) {
 
 TEST(AddObjectCall, TakesTheNameBehindTheFirstDotFromColumn15) {
     const TestSession session(JASLog({
-        JASLine("08:00:00,001", "A", "Object Called: a.b.c"), JASLine("08:00:00,002", "A", "Object Called: nodot"),
-        JASLine("08:00:00,003", "A", "x Object Called: F.G"),  JASLine("08:00:00,004", "A", "nothing"),
+        JASLine("08:00:00,001", "A", "Object Called: a.b.c"),
+        JASLine("08:00:00,002", "A", "Object Called: nodot"),
+        JASLine("08:00:00,003", "A", "x Object Called: F.G"),
+        JASLine("08:00:00,004", "A", "nothing"),
     }));
     const auto& functions = session.User("A").m_pBSFNAnalysis.m_functions;
     ASSERT_EQ(functions.size(), 3U);
@@ -175,7 +186,8 @@ TEST(AddObjectCall, TakesTheNameBehindTheFirstDotFromColumn15) {
 }
 
 TEST(EndObjectCall, DecidesByItsOwnConstantWhatElapsedSecondsThenMeasures) {
-    const TestSession session(JASLog({JASLine("08:00:02,000", "A", "Object Called: F.G"), JASLine("08:00:01,000", "A", "x")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:02,000", "A", "Object Called: F.G"), JASLine("08:00:01,000", "A", "x")}));
     // One second back: 3850 seconds less one by the call's rule, 46,799 by the other.
     EXPECT_EQ(session.User("A").m_pBSFNAnalysis.m_functions[0].m_totalTime, 3'850'327'039ULL - 1'000'000ULL);
     EXPECT_EQ(session.Record(kJASLead).m_fDuration, 46798.999999F);

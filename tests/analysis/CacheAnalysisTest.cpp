@@ -10,27 +10,26 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-// A log of cache lines of process 7, a microsecond apart, each on a thread of its own: the pending operation belongs to
-// the process.
+// A log of cache lines of process 7, a microsecond apart, each on a thread of its own: the pending operation
+// belongs to the process.
 TestSession CacheSession(std::initializer_list<const char*> texts) {
     std::vector<std::string> lines = DebugLog({});
     int number = 0;
     for (const char* text : texts) {
         ++number;
-        lines.push_back(DebugLine("10:00:00.00000" + std::to_string(number), text, "7/" + std::to_string(number)));
+        lines.push_back(
+            DebugLine("10:00:00.00000" + std::to_string(number), text, "7/" + std::to_string(number)));
     }
     return TestSession(lines);
 }
 
-const CCacheAnalysis& Caches(const TestSession& session) {
-    return session.Process(7).m_pCacheAnalysis;
-}
+const CCacheAnalysis& Caches(const TestSession& session) { return session.Process(7).m_pCacheAnalysis; }
 
 Strings Operations(const TestSession& session, std::size_t cache) {
     Strings texts;
     for (const auto& operation : Caches(session).m_caches.at(cache).m_operations) {
-        texts.push_back(CCacheAnalysis::OperationText(session.m_doc.m_listDetails, operation).substr(15) + " " +
-                        std::to_string(operation.Image()));
+        texts.push_back(CCacheAnalysis::OperationText(session.m_doc.m_listDetails, operation).substr(15) +
+                        " " + std::to_string(operation.Image()));
     }
     return texts;
 }
@@ -38,8 +37,9 @@ Strings Operations(const TestSession& session, std::size_t cache) {
 } // namespace
 
 TEST(CacheAddLine, ConfirmsANewCacheWithoutRegardToCase) {
-    const TestSession session = CacheSession({"Entering jdeCacheInit - Name:[WorkFile]", "Created new cache - hCache:[1A]",
-                                              "hCache:[1a] Nm:[9WorkFile] Recs:0"});
+    const TestSession session =
+        CacheSession({"Entering jdeCacheInit - Name:[WorkFile]", "Created new cache - hCache:[1A]",
+                      "hCache:[1a] Nm:[9WorkFile] Recs:0"});
     ASSERT_EQ(Caches(session).m_caches.size(), 1U);
     const auto& cache = Caches(session).m_caches[0];
     EXPECT_EQ(cache.m_strName, "WorkFile");
@@ -55,7 +55,8 @@ TEST(CacheAddLine, ConfirmsANewCacheWithoutRegardToCase) {
 }
 
 TEST(CacheAddLine, NamesACacheThatItMeetsFirstByItsHandle) {
-    const TestSession session = CacheSession({"Found existing cache, total references:[2]", "hCache:[77] Nm:[x]"});
+    const TestSession session =
+        CacheSession({"Found existing cache, total references:[2]", "hCache:[77] Nm:[x]"});
     const auto& cache = Caches(session).m_caches.at(0);
     EXPECT_EQ(CCacheAnalysis::CacheText(cache), "77 Handle:[77] Instance:[x]");
     EXPECT_EQ(Operations(session, 0), Strings{"    Cache Init (Existing) 4"});
@@ -63,20 +64,30 @@ TEST(CacheAddLine, NamesACacheThatItMeetsFirstByItsHandle) {
 
 TEST(CacheAddLine, RecordsEachOperationWithItsTextAndImage) {
     const TestSession session = CacheSession({
-        "jdeCacheAdd", "hCache:[1] Nm:[x]",
-        "jdeCacheDelete", "hCache:[1] Nm:[x]",
-        "jdeCacheDeleteAll", "hCache:[1] Nm:[x]",
-        "jdeCacheUpdate", "hCache:[1] Nm:[x]",
-        "jdeCacheTerminate", "hCache:[1] Nm:[x]",
+        "jdeCacheAdd",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheDelete",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheDeleteAll",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheUpdate",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheTerminate",
+        "hCache:[1] Nm:[x]",
     });
-    EXPECT_EQ(Operations(session, 0), (Strings{"    Cache Add 1", "    Cache Delete 2", "    Cache Delete All 2",
-                                               "    Cache Terminate 10"})); // an update is never recorded
+    EXPECT_EQ(Operations(session, 0),
+              (Strings{"    Cache Add 1", "    Cache Delete 2", "    Cache Delete All 2",
+                       "    Cache Terminate 10"})); // an update is never recorded
     EXPECT_EQ(Caches(session).m_caches[0].m_instanceCount, 0);
     const TestSession cursors = CacheSession({
-        "Open Cursor Success hCursor:[c1]", "hCache:[1] Nm:[x]",
-        "jdeCacheResetCursor hCursor:[c1]", "hCache:[1] Nm:[x]",
-        "jdeCacheFetch hCursor:[c1]", "hCache:[1] Nm:[x]",
-        "jdeCacheCloseCursor hCursor:[c1]", "hCache:[1] Nm:[x]",
+        "Open Cursor Success hCursor:[c1]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheResetCursor hCursor:[c1]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheFetch hCursor:[c1]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheCloseCursor hCursor:[c1]",
+        "hCache:[1] Nm:[x]",
         "jdeCacheTerminateAll hCache:[1] Nm:[x]",
     });
     EXPECT_EQ(Operations(cursors, 0), (Strings{"    Open Cursor [c1] 9", "    Reset Cursor [c1] 8",
@@ -88,13 +99,19 @@ TEST(CacheAddLine, RecordsEachOperationWithItsTextAndImage) {
 
 TEST(CacheAddLine, TakesAFetchThatIsNotConfirmedForAFailedOne) {
     const TestSession session = CacheSession({
-        "Open Cursor Success hCursor:[c1]", "hCache:[1] Nm:[x]",
-        "Open Cursor Success hCursor:[c1]", "hCache:[2] Nm:[y]",
-        "jdeCacheFetch hCursor:[c1]", "jdeCacheAdd", "hCache:[1] Nm:[x]",
-        "jdeCacheFetch hCursor:[none]", "jdeCacheAdd",
+        "Open Cursor Success hCursor:[c1]",
+        "hCache:[1] Nm:[x]",
+        "Open Cursor Success hCursor:[c1]",
+        "hCache:[2] Nm:[y]",
+        "jdeCacheFetch hCursor:[c1]",
+        "jdeCacheAdd",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheFetch hCursor:[none]",
+        "jdeCacheAdd",
     });
     // On the cache of the newest open cursor with that handle; the cache line is then read for its own words.
-    EXPECT_EQ(Operations(session, 1), (Strings{"    Open Cursor [c1] 9", "    Fetch Failed.  Cursor [c1] 5"}));
+    EXPECT_EQ(Operations(session, 1),
+              (Strings{"    Open Cursor [c1] 9", "    Fetch Failed.  Cursor [c1] 5"}));
     EXPECT_EQ(Operations(session, 0), (Strings{"    Open Cursor [c1] 9", "    Cache Add 1"}));
 }
 
@@ -105,8 +122,14 @@ TEST(CacheAddLine, LosesAnyOtherOperationThatIsNotConfirmed) {
 
 TEST(CacheAddLine, ClosesTheOlderOfTwoCursorsWithOneHandleTwice) {
     const TestSession session = CacheSession({
-        "Open Cursor Success hCursor:[c]", "hCache:[1] Nm:[x]", "Open Cursor Success hCursor:[c]", "hCache:[1] Nm:[x]",
-        "jdeCacheCloseCursor hCursor:[c]", "hCache:[1] Nm:[x]", "jdeCacheCloseCursor hCursor:[c]", "hCache:[1] Nm:[x]",
+        "Open Cursor Success hCursor:[c]",
+        "hCache:[1] Nm:[x]",
+        "Open Cursor Success hCursor:[c]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheCloseCursor hCursor:[c]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheCloseCursor hCursor:[c]",
+        "hCache:[1] Nm:[x]",
     });
     const auto& cursors = Caches(session).m_caches.at(0).m_cursors;
     ASSERT_EQ(cursors.size(), 2U);
@@ -115,10 +138,10 @@ TEST(CacheAddLine, ClosesTheOlderOfTwoCursorsWithOneHandleTwice) {
 }
 
 TEST(CacheAddLine, LetsTheLaterWordsOfALineDecide) {
-    const TestSession session =
-        CacheSession({"jdeCacheFetch jdeCacheAdd hCursor:[c9]", "hCache:[1] Nm:[x]", "jdeCacheFetch", "hCache:[1] Nm:[x]"});
-    // The add is what is pending, but the cursor was read. A fetch without "hCursor:[" reads from column 8 on, finds no
-    // bracket, and shows none.
+    const TestSession session = CacheSession({"jdeCacheFetch jdeCacheAdd hCursor:[c9]", "hCache:[1] Nm:[x]",
+                                              "jdeCacheFetch", "hCache:[1] Nm:[x]"});
+    // The add is what is pending, but the cursor was read. A fetch without "hCursor:[" reads from column 8
+    // on, finds no bracket, and shows none.
     EXPECT_EQ(Operations(session, 0), (Strings{"    Cache Add 1", "    Cache Fetch. Cursor [] 5"}));
 }
 
@@ -129,11 +152,18 @@ TEST(CacheAddLine, ReadsAMissingHandleFromColumn7On) {
 
 TEST(CacheAddLine, LandsOnTheNewestCacheOfAHandleAlsoAfterItsEnd) {
     const TestSession session = CacheSession({
-        "Created new cache - hCache:[1]", "hCache:[1] Nm:[x]", "jdeCacheTerminate", "hCache:[1] Nm:[x]", "jdeCacheAdd",
-        "hCache:[1] Nm:[x]", "Created new cache - hCache:[1]", "hCache:[1] Nm:[y]",
+        "Created new cache - hCache:[1]",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheTerminate",
+        "hCache:[1] Nm:[x]",
+        "jdeCacheAdd",
+        "hCache:[1] Nm:[x]",
+        "Created new cache - hCache:[1]",
+        "hCache:[1] Nm:[y]",
     });
     ASSERT_EQ(Caches(session).m_caches.size(), 2U);
-    EXPECT_EQ(Operations(session, 0), (Strings{"    Cache Init (New) 4", "    Cache Terminate 10", "    Cache Add 1"}));
+    EXPECT_EQ(Operations(session, 0),
+              (Strings{"    Cache Init (New) 4", "    Cache Terminate 10", "    Cache Add 1"}));
     EXPECT_EQ(Operations(session, 1), Strings{"    Cache Init (New) 4"});
     EXPECT_EQ(Caches(session).m_caches[1].m_strInstance, "y");
 }

@@ -22,8 +22,9 @@ template <class Row> Strings Column(const std::vector<Row>& rows, int column) {
 }
 
 TestSession GapSession() {
-    return TestSession(DebugLog({DebugLine("10:00:00.000000", "On a"), DebugLine("10:00:02.500000", "On \"b\""),
-                                 DebugLine("10:00:13.000000", "On c")}));
+    return TestSession(
+        DebugLog({DebugLine("10:00:00.000000", "On a"), DebugLine("10:00:02.500000", "On \"b\""),
+                  DebugLine("10:00:13.000000", "On c")}));
 }
 
 } // namespace
@@ -81,7 +82,8 @@ TEST(TaskRows, StandLongestFirstAndTwiceWhereTheListsHoldThemTwice) {
         DebugLine("10:00:08.000000", "Return value is 0 for F. (BSFNLevel = 1)"),
     }));
     const CProcess& process = session.Process(4120);
-    const std::vector<TaskRow> rows = MakeTaskRows(session.m_doc, process.m_pBSFNAnalysis, process.m_pSQLAnalysis);
+    const std::vector<TaskRow> rows =
+        MakeTaskRows(session.m_doc, process.m_pBSFNAnalysis, process.m_pSQLAnalysis);
     EXPECT_EQ(Column(rows, 2), (Strings{"5.000000", "3.000000", "3.000000"}));
     EXPECT_EQ(Column(rows, 1), (Strings{"BSFN", "SQL", "SQL"}));
     EXPECT_EQ(rows[0].Text(0), "4120/3388");
@@ -89,7 +91,8 @@ TEST(TaskRows, StandLongestFirstAndTwiceWhereTheListsHoldThemTwice) {
 }
 
 TEST(TaskRows, ShowTheUserOfAJASSessionButSortByTheHiddenIds) {
-    const TestSession session(JASLog({JASLine("08:00:01,000", "B", "SELECT A FROM T"), JASLine("08:00:03,000", "B", "x")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:01,000", "B", "SELECT A FROM T"), JASLine("08:00:03,000", "B", "x")}));
     const CJASUser& user = session.User("B");
     const std::vector<TaskRow> rows = MakeTaskRows(session.m_doc, user.m_pBSFNAnalysis, user.m_pSQLAnalysis);
     ASSERT_EQ(rows.size(), 1U);
@@ -110,9 +113,12 @@ TEST(ErrorRows, NameTheErrorByKindAndReturnCode) {
 }
 
 TEST(ErrorRows, StandNewestFirstInADebugLogAndOldestFirstInAJASLog) {
-    const TestSession debug(DebugLog({DebugLine("10:00:00.000000", "ERROR 1"), DebugLine("10:00:00.000001", "ERROR 2")}));
-    EXPECT_EQ(Column(MakeErrorRows(debug.m_doc, debug.Process(4120).m_listErrors), 2), (Strings{"ERROR 2", "ERROR 1"}));
-    const TestSession jas(JASLog({JASLine("08:00:00,001", "A", "one", "WARN"), JASLine("08:00:00,002", "A", "two", "WARN")}));
+    const TestSession debug(
+        DebugLog({DebugLine("10:00:00.000000", "ERROR 1"), DebugLine("10:00:00.000001", "ERROR 2")}));
+    EXPECT_EQ(Column(MakeErrorRows(debug.m_doc, debug.Process(4120).m_listErrors), 2),
+              (Strings{"ERROR 2", "ERROR 1"}));
+    const TestSession jas(
+        JASLog({JASLine("08:00:00,001", "A", "one", "WARN"), JASLine("08:00:00,002", "A", "two", "WARN")}));
     const std::vector<ErrorRow> rows = MakeErrorRows(jas.m_doc, jas.User("A").m_listErrors);
     EXPECT_EQ(Column(rows, 2), (Strings{"one", "two"}));
     EXPECT_EQ(rows[0].Text(0), "A");
@@ -137,18 +143,21 @@ TEST(GapExport, TakesItsFormatFromTheExtension) {
 TEST(GapExport, WritesCommaSeparatedRowsWithoutEscapingAnything) {
     const TestSession session = GapSession();
     std::vector<GapRow> rows = MakeGapRows(session.m_doc);
-    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Csv), "Proc/Thread,Timestamp,Gap Duration,Message\n"
-                                                      "\"4120/3388\",10:00:13.000000    ,10.500000,\"On c\"\n"
-                                                      "\"4120/3388\",10:00:02.500000    ,2.500000,\"On \"b\"\"\n");
+    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Csv),
+              "Proc/Thread,Timestamp,Gap Duration,Message\n"
+              "\"4120/3388\",10:00:13.000000    ,10.500000,\"On c\"\n"
+              "\"4120/3388\",10:00:02.500000    ,2.500000,\"On \"b\"\"\n");
 }
 
 TEST(GapExport, TrimsTheStoredTimeStampsInATextExport) {
     const TestSession session = GapSession();
     std::vector<GapRow> rows = MakeGapRows(session.m_doc);
-    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Text), "Proc/Thread   Timestamp          Gap Duration     Message\n"
-                                                       "4120/3388     10:00:13.000000    10.500000        On c\n"
-                                                       "4120/3388     10:00:02.500000    2.500000         On \"b\"\n");
-    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Csv).substr(43, 45), "\"4120/3388\",10:00:13.000000,10.500000,\"On c\"\n");
+    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Text),
+              "Proc/Thread   Timestamp          Gap Duration     Message\n"
+              "4120/3388     10:00:13.000000    10.500000        On c\n"
+              "4120/3388     10:00:02.500000    2.500000         On \"b\"\n");
+    EXPECT_EQ(ExportGaps(rows, GapExportFormat::Csv).substr(43, 45),
+              "\"4120/3388\",10:00:13.000000,10.500000,\"On c\"\n");
     EXPECT_EQ(rows[0].Text(1), "10:00:13.000000    "); // what is shown stays
 }
 

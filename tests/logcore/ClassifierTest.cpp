@@ -8,13 +8,9 @@ namespace carvelot::test {
 
 namespace {
 
-Classification Debug(std::string_view text) {
-    return ClassifyDebugStatement(text, FindSigns(text));
-}
+Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text)); }
 
-LogKind DebugKind(std::string_view text) {
-    return Debug(text).kind;
-}
+LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
 Classification JAS(std::string_view text, std::string_view level = "APP") {
     PendingStatement pending;
@@ -22,9 +18,7 @@ Classification JAS(std::string_view text, std::string_view level = "APP") {
     return ClassifyJASStatement(level, text, FindSigns(text), pending, replacement);
 }
 
-LogKind JASKind(std::string_view text, std::string_view level = "APP") {
-    return JAS(text, level).kind;
-}
+LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }
 
 } // namespace
 
@@ -58,7 +52,10 @@ TEST(ClassifyDebugStatement, ReadsOneDigitAtColumn16OfAReturn) {
     EXPECT_EQ(Debug("Return value is -1 for X").returnCode, 0);
     EXPECT_EQ(Debug("Return code").kind, LOG_RETURN);
     EXPECT_EQ(Debug("Return code").returnCode, 0);
-    EXPECT_EQ(Debug("Return \xC3\xA9" "alue is 3 for X").returnCode, 3);
+    EXPECT_EQ(Debug("Return \xC3\xA9"
+                    "alue is 3 for X")
+                  .returnCode,
+              3);
 }
 
 TEST(ClassifyDebugStatement, TakesTheOtherFirstWords) {
@@ -75,9 +72,9 @@ TEST(ClassifyDebugStatement, TakesTheOtherFirstWords) {
 
 TEST(ClassifyDebugStatement, TakesOnlyTheListedCodesInsideAText) {
     for (const char* code :
-         {"CAC0001111", "CAC0001025", "CAC0001036", "JDB3100001", "JDB3100060", "JDB3100076", "JDB3100080", "JDB3300020",
-          "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001", "JDB4100005", "JDB4100006", "JDB9900401",
-          "JDB9901232"}) {
+         {"CAC0001111", "CAC0001025", "CAC0001036", "JDB3100001", "JDB3100060", "JDB3100076", "JDB3100080",
+          "JDB3300020", "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001", "JDB4100005", "JDB4100006",
+          "JDB9900401", "JDB9901232"}) {
         EXPECT_EQ(DebugKind(std::string("the code ") + code + " stands here"), LOG_JDB_ERROR) << code;
     }
     EXPECT_EQ(DebugKind("the code JDB9900402 is not listed"), LOG_NONE);
@@ -102,7 +99,8 @@ TEST(ClassifyDebugStatement, TakesCacheWordsAnywhere) {
 TEST(ClassifyEventRules, BuildsTheDisplayName) {
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").kind, LOG_EVENT_START);
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").name, "Form:  W4210A - OK Button");
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A").name, "OK Button"); // no closing tab, no form
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A").name,
+              "OK Button"); // no closing tab, no form
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button").name, "");
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: \t").name, "OK Button"); // no more than a blank
     EXPECT_EQ(Debug("RT: <<<Finished  ER:\tOK Button").kind, LOG_EVENT_END);
@@ -141,9 +139,10 @@ TEST(ClassifyJASStatement, TakesTheTextByItsOwnTests) {
 
 TEST(FindSigns, SeesTheSameThroughHintsAsThroughTheWholeText) {
     // Each word once, and each with a letter missing, at several places of a line.
-    const std::vector<std::string> words = {"jdeCache",     "hCache:",     "hCursor:",      "Found existing cache",
-                                            "JDB9901232",   "CAC0001025",  "--UBE--",       "Exiting DBPerformRequest",
-                                            "Event Starts :", "Event Ends:", "at ER Line",   "Object Called:"};
+    const std::vector<std::string> words = {
+        "jdeCache",       "hCache:",     "hCursor:",   "Found existing cache",
+        "JDB9901232",     "CAC0001025",  "--UBE--",    "Exiting DBPerformRequest",
+        "Event Starts :", "Event Ends:", "at ER Line", "Object Called:"};
     for (const std::string& word : words) {
         for (std::size_t cut = 0; cut <= word.size(); ++cut) {
             for (std::size_t before = 0; before < 40; before += 3) {
@@ -160,10 +159,10 @@ TEST(FindSigns, SeesTheSameThroughHintsAsThroughTheWholeText) {
                 ASSERT_TRUE(hints.IsComplete());
                 const TextSigns slow = FindSigns(text);
                 const TextSigns fast = FindSigns(text, text, hints);
-                EXPECT_EQ(std::tie(slow.cache, slow.jdbCode, slow.sqlDone, slow.ube, slow.eventStarts, slow.eventEnds,
-                                   slow.erLine, slow.objectCalled),
-                          std::tie(fast.cache, fast.jdbCode, fast.sqlDone, fast.ube, fast.eventStarts, fast.eventEnds,
-                                   fast.erLine, fast.objectCalled))
+                EXPECT_EQ(std::tie(slow.cache, slow.jdbCode, slow.sqlDone, slow.ube, slow.eventStarts,
+                                   slow.eventEnds, slow.erLine, slow.objectCalled),
+                          std::tie(fast.cache, fast.jdbCode, fast.sqlDone, fast.ube, fast.eventStarts,
+                                   fast.eventEnds, fast.erLine, fast.objectCalled))
                     << text;
             }
         }

@@ -38,42 +38,48 @@ TEST(AddDetail, LetsARecordBehindAGapKeepItsKind) {
 }
 
 TEST(AddDetail, KeepsOnlyTheLatestOfLinesWithoutInterest) {
-    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "a b"), DebugLine("10:00:00.000001", "c d"),
-                                        DebugLine("10:00:00.000002", "e f")}));
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000000", "a b"), DebugLine("10:00:00.000001", "c d"),
+                  DebugLine("10:00:00.000002", "e f")}));
     EXPECT_EQ(Numbers(session.Thread(4120, 3388).m_listDetails), Indices{3});
     EXPECT_EQ(session.Count(), 4U); // the session keeps them all
 }
 
 TEST(AddDetail, MeasuresEachThreadByItself) {
-    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On x", "1/10"), DebugLine("10:00:05.000000", "On y", "1/11"),
-                                        DebugLine("10:00:05.500000", "On z", "1/11")}));
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000000", "On x", "1/10"), DebugLine("10:00:05.000000", "On y", "1/11"),
+                  DebugLine("10:00:05.500000", "On z", "1/11")}));
     EXPECT_TRUE(session.m_doc.m_listGaps.empty());
 }
 
 TEST(AddDetail, KnowsNoGapBehindARecordWithoutATime) {
-    const TestSession session(DebugLog({DebugLine("00:00:00.000000", "a b"), DebugLine("10:00:00.000000", "c d")}));
+    const TestSession session(
+        DebugLog({DebugLine("00:00:00.000000", "a b"), DebugLine("10:00:00.000000", "c d")}));
     EXPECT_TRUE(session.m_doc.m_listGaps.empty());
     // Nor is the record without a time dropped.
     EXPECT_EQ(Numbers(session.Thread(4120, 3388).m_listDetails), (Indices{1, 2}));
 }
 
 TEST(AddDetail, ShowsOneHugeGapAcrossMidnight) {
-    const TestSession session(DebugLog({DebugLine("23:59:59.000000", "On x"), DebugLine("00:00:00.000001", "On y")}));
+    const TestSession session(
+        DebugLog({DebugLine("23:59:59.000000", "On x"), DebugLine("00:00:00.000001", "On y")}));
     EXPECT_GT(session.Record(2).m_fGap, 1.8e13F);
 }
 
 TEST(AddDetail, TakesEveryMeasuredGapUnderAThresholdOf0) {
     AnalysisSettings settings;
     settings.m_fThreshold = 0;
-    const TestSession session(DebugLog({DebugLine("10:00:00.000001", "On x"), DebugLine("10:00:00.000002", "On y"),
-                                        DebugLine("10:00:00.000002", "On z")}),
-                              settings);
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000001", "On x"), DebugLine("10:00:00.000002", "On y"),
+                  DebugLine("10:00:00.000002", "On z")}),
+        settings);
     EXPECT_EQ(Numbers(session.m_doc.m_listGaps), Indices{2});
 }
 
 TEST(CommitDetail, FilesProcessesAndThreadsInOrderOfFirstAppearance) {
-    const TestSession session(DebugLog({DebugLine("10:00:00.000001", "On x", "9/2"), DebugLine("10:00:00.000002", "On y", "7/1"),
-                                        DebugLine("10:00:00.000003", "On z", "9/1")}));
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000001", "On x", "9/2"), DebugLine("10:00:00.000002", "On y", "7/1"),
+                  DebugLine("10:00:00.000003", "On z", "9/1")}));
     ASSERT_EQ(session.m_doc.m_listProcesses.size(), 3U);
     EXPECT_EQ(session.m_doc.m_listProcesses[1]->m_nProcessID, 9U);
     EXPECT_EQ(session.m_doc.m_listProcesses[2]->m_nProcessID, 7U);
@@ -86,16 +92,19 @@ TEST(CommitDetail, FilesProcessesAndThreadsInOrderOfFirstAppearance) {
 }
 
 TEST(CommitDetail, EndsAProcessAtItsLargestTimeOfDay) {
-    const TestSession session(DebugLog({DebugLine("23:00:00.000000", "On x", "9/1"), DebugLine("23:59:00.000000", "On y", "9/2"),
-                                        DebugLine("00:01:00.000000", "On z", "9/1")}));
+    const TestSession session(
+        DebugLog({DebugLine("23:00:00.000000", "On x", "9/1"), DebugLine("23:59:00.000000", "On y", "9/2"),
+                  DebugLine("00:01:00.000000", "On z", "9/1")}));
     EXPECT_EQ(session.Thread(9, 1).m_nEndTime, LogTime(0, 1, 0, 0));
     EXPECT_EQ(session.Process(9).m_nEndTime, LogTime(23, 59, 0, 0));
 }
 
 TEST(CommitDetail, ListsErrorsAndReturnCodesOfProcessAndThread) {
     const TestSession session(DebugLog({
-        DebugLine("10:00:00.000001", "ERROR x"), DebugLine("10:00:00.000002", "JDB9900401 - x"),
-        DebugLine("10:00:00.000003", "Return value is 2 for X"), DebugLine("10:00:00.000004", "Return value is 0 for X"),
+        DebugLine("10:00:00.000001", "ERROR x"),
+        DebugLine("10:00:00.000002", "JDB9900401 - x"),
+        DebugLine("10:00:00.000003", "Return value is 2 for X"),
+        DebugLine("10:00:00.000004", "Return value is 0 for X"),
         DebugLine("10:00:00.000005", "Return value is 1 for X", "4120/7"),
     }));
     EXPECT_EQ(Numbers(session.Process(4120).m_listErrors), (Indices{1, 2, 3, 5}));
@@ -116,16 +125,18 @@ TEST(CommitDetail, MeasuresAStatementAgainAtEveryEndBehindIt) {
 
 TEST(CommitDetail, ListsTheNewestLongStatementFirst) {
     const TestSession session(DebugLog({
-        DebugLine("10:00:00.000000", "SELECT A FROM T"), DebugLine("10:00:02.000000", "Exiting DBPerformRequest"),
-        DebugLine("10:00:02.000001", "SELECT B FROM T"), DebugLine("10:00:05.000000", "Exiting DBPerformRequest"),
+        DebugLine("10:00:00.000000", "SELECT A FROM T"),
+        DebugLine("10:00:02.000000", "Exiting DBPerformRequest"),
+        DebugLine("10:00:02.000001", "SELECT B FROM T"),
+        DebugLine("10:00:05.000000", "Exiting DBPerformRequest"),
     }));
     EXPECT_EQ(Numbers(session.Process(4120).m_pSQLAnalysis.m_listLongTasks), (Indices{3, 1}));
 }
 
 TEST(CommitDetail, TakesNoStatementForLongWithoutAnEnd) {
-    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "Exiting DBPerformRequest"),
-                                        DebugLine("10:00:00.000001", "SELECT A FROM T"),
-                                        DebugLine("10:00:09.000000", "On x")}));
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000000", "Exiting DBPerformRequest"),
+                  DebugLine("10:00:00.000001", "SELECT A FROM T"), DebugLine("10:00:09.000000", "On x")}));
     EXPECT_EQ(session.Record(2).m_fDuration, 0.0F);
     EXPECT_TRUE(session.Process(4120).m_pSQLAnalysis.m_listLongTasks.empty());
 }
@@ -167,16 +178,17 @@ TEST(CommitToUser, EndsAStatementAndAnObjectCallAtTheUsersNextLine) {
 }
 
 TEST(CommitToUser, ListsTheNewestWarningFirst) {
-    const TestSession session(JASLog({JASLine("08:00:00,001", "A", "one", "WARN  "),
-                                      JASLine("08:00:00,002", "A", "two", "SEVERE"),
-                                      JASLine("08:00:00,003", "A", "ERROR three")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:00,001", "A", "one", "WARN  "), JASLine("08:00:00,002", "A", "two", "SEVERE"),
+                JASLine("08:00:00,003", "A", "ERROR three")}));
     EXPECT_EQ(Numbers(session.User("A").m_listErrors), (Indices{7, 6}));
     // As records of process 0 only the ERROR line counts.
     EXPECT_EQ(Numbers(session.Process(0).m_listErrors), Indices{8});
 }
 
 TEST(CommitToUser, FilesEveryRecordUnderProcess0AndThread0Too) {
-    const TestSession session(JASLog({JASLine("08:00:05,000", "A", "x y"), JASLine("08:00:08,000", "B", "x y")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:05,000", "A", "x y"), JASLine("08:00:08,000", "B", "x y")}));
     ASSERT_EQ(session.m_doc.m_listProcesses.size(), 1U);
     ASSERT_EQ(session.Process(0).m_listThreads.size(), 1U);
     // A gap is a silence of the whole log.

@@ -5,8 +5,9 @@
 namespace carvelot::test {
 
 TEST(ParseDebugLine, ReadsEveryFieldOfTheNewerForm) {
-    const TestSession session(std::vector<std::string>{
-        "Jan 15 09:12:03.250000 - 4120/3388 Worker\tEntering JDB_OpenTable", "Feb  3 10:11:12.000007 - 1/2 A b\tx y  "});
+    const TestSession session(
+        std::vector<std::string>{"Jan 15 09:12:03.250000 - 4120/3388 Worker\tEntering JDB_OpenTable",
+                                 "Feb  3 10:11:12.000007 - 1/2 A b\tx y  "});
     ASSERT_EQ(session.Count(), 2U);
     const CLogDetail a = session.Record(0);
     EXPECT_EQ(a.m_strMonth, "Jan");
@@ -41,7 +42,8 @@ TEST(ParseDebugLine, ReadsTheOlderFormWithoutALabel) {
 }
 
 TEST(ParseDebugLine, TakesTheTextForTheLabelWhereATabFollowsTheIds) {
-    for (const char* line : {"Jan 15 09:12:03.25 - 4120/3388 \tText", "Jan 15 09:12:03.25 - 4120/3388\tText"}) {
+    for (const char* line :
+         {"Jan 15 09:12:03.25 - 4120/3388 \tText", "Jan 15 09:12:03.25 - 4120/3388\tText"}) {
         const TestSession session(DebugLog({line}));
         EXPECT_EQ(session.Last().m_strThreadLabel.Joined(), "Text") << line;
         EXPECT_EQ(session.Last().m_strText, "Text") << line;
@@ -49,15 +51,16 @@ TEST(ParseDebugLine, TakesTheTextForTheLabelWhereATabFollowsTheIds) {
 }
 
 TEST(ParseDebugLine, TakesTheWholeRestForTheLabelOfALineWithoutATab) {
-    const TestSession session(
-        std::vector<std::string>{"Jan 15 09:12:03.25 - 4120/3388 WRK:Call Object        Entering JDB_Fetch  "});
+    const TestSession session(std::vector<std::string>{
+        "Jan 15 09:12:03.25 - 4120/3388 WRK:Call Object        Entering JDB_Fetch  "});
     EXPECT_EQ(session.Last().m_strThreadLabel.Joined(), "WRK:Call Object        Entering JDB_Fetch  ");
     EXPECT_EQ(session.Last().m_strText, "Entering JDB_Fetch");
 }
 
 TEST(ParseDebugLine, EndsALabelThatRunsIntoTheTextAtItsFirstTab) {
-    const TestSession session(std::vector<std::string>{"Jan 15 09:12:03.25 - 4120/3388 WRK  Entering JDB_Fetch",
-                                                       "Jan 15 09:12:03.25 - 4120/3388 WRK  RT: one\ttwo\tthree"});
+    const TestSession session(
+        std::vector<std::string>{"Jan 15 09:12:03.25 - 4120/3388 WRK  Entering JDB_Fetch",
+                                 "Jan 15 09:12:03.25 - 4120/3388 WRK  RT: one\ttwo\tthree"});
     EXPECT_EQ(session.Text(1), "RT: one\ttwo\tthree");
     EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), "WRK  RT: one");
 }
@@ -86,14 +89,15 @@ TEST(ParseDebugLine, CallsAWordThatIsNoMonthMonthAndKeepsTheRecord) {
 }
 
 TEST(ParseDebugLine, DropsALineWhoseThirdWordIsNoTime) {
-    const TestSession session(DebugLog({"a continuation line", "--UBE--[2] is dropped", "x 1 12:00", "x 1 12:00:", "   ",
-                                        "", "\t \t"}));
+    const TestSession session(DebugLog(
+        {"a continuation line", "--UBE--[2] is dropped", "x 1 12:00", "x 1 12:00:", "   ", "", "\t \t"}));
     EXPECT_EQ(session.Count(), 1U);
 }
 
 TEST(ParseDebugLine, MakesRecordsOfProcess0OfLinesWithoutIds) {
-    const TestSession session(DebugLog({"one", "two words", "Jan 15 09:12:03.25", "Jan 15 09:12:03.25 no marker",
-                                        "Jan 15 09:12:03.25 -", "Jan 15 09:12:03.25 ** ids"}));
+    const TestSession session(
+        DebugLog({"one", "two words", "Jan 15 09:12:03.25", "Jan 15 09:12:03.25 no marker",
+                  "Jan 15 09:12:03.25 -", "Jan 15 09:12:03.25 ** ids"}));
     ASSERT_EQ(session.Count(), 7U);
     for (std::uint32_t i = 1; i < 7; ++i) {
         EXPECT_EQ(session.Record(i).m_nProcessID, 0U) << i;
@@ -110,9 +114,10 @@ TEST(ParseDebugLine, PassesOverEveryWordAheadOfTheMarker) {
 }
 
 TEST(ParseDebugLine, ReadsIdsAsFarAsTheyScan) {
-    const TestSession session(DebugLog({"Jan 15 09:12:03.25 - 4120 L\tx", "Jan 15 09:12:03.25 - 18753/-167733552 L\tx",
-                                        "Jan 15 09:12:03.25 - x/5 L\tx", "Jan 15 09:12:03.25 - 99999999999/1 L\tx",
-                                        "Jan 15 09:12:03.250000 - 99999999999/1 L\tx"}));
+    const TestSession session(
+        DebugLog({"Jan 15 09:12:03.25 - 4120 L\tx", "Jan 15 09:12:03.25 - 18753/-167733552 L\tx",
+                  "Jan 15 09:12:03.25 - x/5 L\tx", "Jan 15 09:12:03.25 - 99999999999/1 L\tx",
+                  "Jan 15 09:12:03.250000 - 99999999999/1 L\tx"}));
     EXPECT_EQ(session.Record(1).m_nProcessID, 4120U);
     EXPECT_EQ(session.Record(1).m_nThreadID, 0U);
     EXPECT_EQ(session.Record(2).m_nThreadID, static_cast<std::uint32_t>(-167733552));
@@ -123,7 +128,8 @@ TEST(ParseDebugLine, ReadsIdsAsFarAsTheyScan) {
 }
 
 TEST(ParseDebugLine, KeepsStampsThatNoClockHas) {
-    const TestSession session(DebugLog({"Jan 99 77:88:99.12345678 - 1/2 L\tx", "Jan -5 -1:0:0.0 - 1/2 L\tx"}));
+    const TestSession session(
+        DebugLog({"Jan 99 77:88:99.12345678 - 1/2 L\tx", "Jan -5 -1:0:0.0 - 1/2 L\tx"}));
     EXPECT_EQ(session.Record(1).m_nDay, 99);
     EXPECT_EQ(session.Record(1).m_nHour, 77);
     EXPECT_EQ(session.Record(1).m_nMinute, 88);
@@ -145,7 +151,8 @@ TEST(ParseDebugLine, StartsTheTabSearchOverWhereALineHasFewerTabs) {
 TEST(ParseDebugLine, FixesTheTextColumnAtTheFirstDashBehindTheTabs) {
     const TestSession session(std::vector<std::string>{
         "Jan 15 09:12:03.25 - 1/2 L\tEntering JDB_X", "Jan 15 09:12:03.25 - 1/2 L\t - now fixed",
-        "Jan 15 09:12:03.25 - 1/2 L\t - now fixed", "Jan 15 09:12:03.25 - 1234/5678 L\t - cut elsewhere", "short"});
+        "Jan 15 09:12:03.25 - 1/2 L\t - now fixed", "Jan 15 09:12:03.25 - 1234/5678 L\t - cut elsewhere",
+        "short"});
     EXPECT_EQ(session.Text(0), "Entering JDB_X");
     EXPECT_EQ(session.m_doc.m_nTextColumn, 30);
     EXPECT_EQ(session.Text(1), "now fixed");
@@ -181,8 +188,8 @@ TEST(ParseDebugLine, TakesColumn8OfAStampedUBELineForItsLevel) {
 }
 
 TEST(ParseDebugLine, KeepsOnlyTheProcessOfAFilter) {
-    TestSession session(DebugLog({DebugLine("09:00:00.000001", "a b", "5/1"), DebugLine("09:00:00.000002", "c d", "6/1"),
-                                  "--UBE--[1] Started"}));
+    TestSession session(DebugLog({DebugLine("09:00:00.000001", "a b", "5/1"),
+                                  DebugLine("09:00:00.000002", "c d", "6/1"), "--UBE--[1] Started"}));
     session.m_doc.m_nProcessFilter = 6;
     ASSERT_TRUE(session.m_doc.LoadLog());
     EXPECT_EQ(session.Texts(), std::vector<std::string>{"c d"});
@@ -192,8 +199,8 @@ TEST(ParseDebugLine, KeepsOnlyTheProcessOfAFilter) {
 
 TEST(ParseDebugLine, TakesInvalidUTF8ForWindows1252) {
 #ifndef _WIN32
-    const TestSession session(
-        DebugLog({DebugLine("09:00:00.000001", "valid \xC3\xA9"), DebugLine("09:00:00.000002", "no \xE9 \x81 \x80")}));
+    const TestSession session(DebugLog(
+        {DebugLine("09:00:00.000001", "valid \xC3\xA9"), DebugLine("09:00:00.000002", "no \xE9 \x81 \x80")}));
     EXPECT_EQ(session.Text(1), "valid \xC3\xA9");
     EXPECT_EQ(session.Text(2), "no \xC3\xA9 \xC2\x81 \xE2\x82\xAC");
 #endif
@@ -202,7 +209,8 @@ TEST(ParseDebugLine, TakesInvalidUTF8ForWindows1252) {
 TEST(ParseDebugLine, CutsASurrogatePairAtTheTextColumn) {
 #ifndef _WIN32
     // The text column is 11; the pair of U+1F69A takes columns 10 and 11.
-    const TestSession session(std::vector<std::string>{"0123456 89 Entering JDB_X", "a b 0:0:1 \xF0\x9F\x9A\x9A rest"});
+    const TestSession session(
+        std::vector<std::string>{"0123456 89 Entering JDB_X", "a b 0:0:1 \xF0\x9F\x9A\x9A rest"});
     ASSERT_EQ(session.m_doc.m_nTextColumn, 11);
     EXPECT_EQ(session.Last().m_strText, "\xED\xBA\x9A rest");
 #endif

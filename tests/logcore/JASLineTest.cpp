@@ -106,10 +106,11 @@ TEST(ParseJASParam, IsEmptyWithoutADotAndHasNoIndexWithoutAColon) {
 }
 
 TEST(PreparedStatement, ComesToLifeOnTheLineOfItsLastParameter) {
-    const TestSession session(JASLog({JASLine("08:00:00,001", "U", "SELECT * FROM F4211 WHERE A = ? AND B = ?"),
-                                      JASLine("08:00:00,002", "U", "SQL statement parameter marker values are :"),
-                                      JASLine("08:00:00,003", "U", "Param1: 52_Types.VARCHAR,"),
-                                      JASLine("08:00:00,004", "U", "Param2: 7_Types.DECIMAL,")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:00,001", "U", "SELECT * FROM F4211 WHERE A = ? AND B = ?"),
+                JASLine("08:00:00,002", "U", "SQL statement parameter marker values are :"),
+                JASLine("08:00:00,003", "U", "Param1: 52_Types.VARCHAR,"),
+                JASLine("08:00:00,004", "U", "Param2: 7_Types.DECIMAL,")}));
     EXPECT_EQ(session.Kind(kJASLead), LOG_NONE);
     EXPECT_EQ(session.Text(kJASLead), "SELECT * FROM F4211 WHERE A = ?1 AND B = ?2");
     EXPECT_EQ(session.Kind(kJASLead + 1), LOG_NONE);
@@ -157,7 +158,8 @@ TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
 TEST(PreparedStatement, OutlivesItsSession) {
     TestSession session(JASLog({JASLine("09:00:01,000", "U", "SELECT * FROM F0101 WHERE A = ?")}));
     EXPECT_EQ(session.m_pending.parameters, 1);
-    session.m_file.Write(TestSession::Joined(JASLog({JASLine("09:00:01,000", "U", "Param1: 5_Types.DECIMAL")})));
+    session.m_file.Write(
+        TestSession::Joined(JASLog({JASLine("09:00:01,000", "U", "Param1: 5_Types.DECIMAL")})));
     ASSERT_TRUE(session.m_doc.LoadLog());
     EXPECT_EQ(session.Last().m_nKind, LOG_SQL);
     EXPECT_EQ(session.Last().m_strText, "SELECT * FROM F0101 WHERE A = 5");

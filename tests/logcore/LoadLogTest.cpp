@@ -33,7 +33,9 @@ class DetailTree : public IDetailTreeView {
 public:
     explicit DetailTree(Strings& events) : m_events(events) {}
     void ResetTree() override { m_events.emplace_back("reset details"); }
-    void SelectRecord(RecordIndex record) override { m_events.push_back("record " + std::to_string(Number(record))); }
+    void SelectRecord(RecordIndex record) override {
+        m_events.push_back("record " + std::to_string(Number(record)));
+    }
     void SetFocusToTree() override { m_events.emplace_back("focus details"); }
 
     Strings& m_events;
@@ -49,8 +51,8 @@ TEST(OnOpenDocument, TellsTheHostInOrder) {
     session.m_doc.m_pDetailView = &details;
     const std::string path = session.m_file.Path();
     EXPECT_TRUE(session.m_doc.OnOpenDocument(path));
-    EXPECT_EQ(session.m_host.m_events,
-              (Strings{"clear threads", "reset details", "title " + path, "fill processes", "recent " + path}));
+    EXPECT_EQ(session.m_host.m_events, (Strings{"clear threads", "reset details", "title " + path,
+                                                "fill processes", "recent " + path}));
     EXPECT_EQ(session.m_host.m_nWaits, 0);
 }
 
@@ -64,8 +66,8 @@ TEST(OnOpenDocument, FillsTheUsersOfAJASLog) {
 
 TEST(OnOpenDocument, LeavesTheEarlierSessionWhereNeitherTheFileNorACopyOpens) {
     TestSession session(DebugLog({DebugLine("10:00:00.000000", "On x")}));
-    for (const std::string& path : {session.m_file.Path() + ".missing", std::string("Undetermined"), std::string(),
-                                    session.m_file.Path() + "/below-a-file"}) {
+    for (const std::string& path : {session.m_file.Path() + ".missing", std::string("Undetermined"),
+                                    std::string(), session.m_file.Path() + "/below-a-file"}) {
         session.m_host.m_messages.clear();
         session.m_doc.m_strLogPath = path;
         EXPECT_FALSE(session.m_doc.LoadLog()) << path;
@@ -199,8 +201,8 @@ TEST(OnAnalyze, EmptiesTheSessionOfAFileThatWasEmptied) {
     EXPECT_EQ(session.Count(), 0U);
     EXPECT_TRUE(session.m_doc.m_listProcesses.empty());
     EXPECT_TRUE(session.m_doc.m_listGaps.empty());
-    EXPECT_EQ(session.m_host.m_events, (Strings{"clear panes", "reset details", "clear threads", "reset details",
-                                                "fill processes", "activate"}));
+    EXPECT_EQ(session.m_host.m_events, (Strings{"clear panes", "reset details", "clear threads",
+                                                "reset details", "fill processes", "activate"}));
 }
 
 TEST(OnAnalyze, ReadsWhatWasAppended) {
@@ -272,8 +274,9 @@ TEST(ShowDetail, AlwaysSelectsTheUserOfAJASRecord) {
 }
 
 TEST(FindDetails, IgnoresCaseAndPassesOverLinesWithoutInterest) {
-    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On Startup"), DebugLine("10:00:00.000001", "a STARTUP b"),
-                                        DebugLine("10:00:00.000002", "ERROR at startup")}));
+    const TestSession session(
+        DebugLog({DebugLine("10:00:00.000000", "On Startup"), DebugLine("10:00:00.000001", "a STARTUP b"),
+                  DebugLine("10:00:00.000002", "ERROR at startup")}));
     using Indices = std::vector<std::uint32_t>;
     EXPECT_EQ(Numbers(session.m_doc.FindDetails("startup")), (Indices{1, 3}));
     EXPECT_EQ(Numbers(session.m_doc.FindDetails("STARTUP")), (Indices{1, 3}));
@@ -294,7 +297,9 @@ TEST(FindDetails, FindsATextAtEveryPlaceOfALine) {
 
 TEST(FindDetails, FoldsCaseBeyondAscii) {
 #ifndef _WIN32
-    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On Stra\xC3\x9F" "e M\xC3\xBC" "nchen")}));
+    const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On Stra\xC3\x9F"
+                                                                     "e M\xC3\xBC"
+                                                                     "nchen")}));
     EXPECT_EQ(session.m_doc.FindDetails("m\xC3\x9CNCHEN").size(), 1U);
     EXPECT_EQ(session.m_doc.FindDetails("STRASSE").size(), 0U); // one character to one character
 #endif

@@ -7,13 +7,9 @@
 
 namespace carvelot::test {
 
-TEST(ElapsedSeconds, IsZeroForEqualTimes) {
-    EXPECT_EQ(ElapsedSeconds(5, 5), 0.0F);
-}
+TEST(ElapsedSeconds, IsZeroForEqualTimes) { EXPECT_EQ(ElapsedSeconds(5, 5), 0.0F); }
 
-TEST(ElapsedSeconds, IsZeroFromAnUnknownTime) {
-    EXPECT_EQ(ElapsedSeconds(7'000'000, 0), 0.0F);
-}
+TEST(ElapsedSeconds, IsZeroFromAnUnknownTime) { EXPECT_EQ(ElapsedSeconds(7'000'000, 0), 0.0F); }
 
 TEST(ElapsedSeconds, AddsThirteenHoursLessAMicrosecondToABackwardStep) {
     EXPECT_EQ(ElapsedSeconds(1'000'000, 2'000'000), 46798.999999F);
@@ -32,9 +28,7 @@ TEST(LogTime, TakesTheFractionAsTheIntegerThatTheLogWrote) {
     EXPECT_EQ(LogTime(9, 12, 3, 250000), 33'123'250'000U);
 }
 
-TEST(LogTime, WrapsModuloTwoToThe64) {
-    EXPECT_EQ(LogTime(0, 0, -1, 0), ~std::uint64_t{0} - 999'999);
-}
+TEST(LogTime, WrapsModuloTwoToThe64) { EXPECT_EQ(LogTime(0, 0, -1, 0), ~std::uint64_t{0} - 999'999); }
 
 TEST(ReadInteger, ReadsAsTheCLibraryDoes) {
     EXPECT_EQ(ReadInteger("12abc"), 12);
@@ -54,8 +48,14 @@ TEST(Columns, CountUTF16Units) {
     EXPECT_EQ(FromColumn("abc", 3, scratch), "");
     EXPECT_EQ(FromColumn("abc", 99, scratch), "");
     EXPECT_EQ(ColumnOf("\xF0\x9F\x9A\x9A\xC3\xA9z", 6), 3U);
-    EXPECT_EQ(AsciiAtColumn("\xC3\xA9" "7", 1), '7');
-    EXPECT_EQ(AsciiAtColumn("\xC3\xA9" "7", 0), '\0');
+    EXPECT_EQ(AsciiAtColumn("\xC3\xA9"
+                            "7",
+                            1),
+              '7');
+    EXPECT_EQ(AsciiAtColumn("\xC3\xA9"
+                            "7",
+                            0),
+              '\0');
     EXPECT_EQ(AsciiAtColumn("7", 1), '\0');
 }
 

@@ -20,9 +20,7 @@ std::vector<std::string> Lines(std::string_view content) {
     return lines;
 }
 
-std::string Of(std::size_t size, char c = 'x') {
-    return std::string(size, c);
-}
+std::string Of(std::size_t size, char c = 'x') { return std::string(size, c); }
 
 using Strings = std::vector<std::string>;
 

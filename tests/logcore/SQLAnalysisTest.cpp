@@ -31,7 +31,8 @@ TEST(SplitSQLStatement, FindsOperationAndTable) {
 }
 
 TEST(SplitSQLStatement, LeavesOtherStatementsAlone) {
-    for (const char* text : {"ALTER TABLE F0101", "DROP TABLE F0101", "CREATE TABLE F0101", "[JDBOLEDB] SELECT * FROM F0101"}) {
+    for (const char* text :
+         {"ALTER TABLE F0101", "DROP TABLE F0101", "CREATE TABLE F0101", "[JDBOLEDB] SELECT * FROM F0101"}) {
         EXPECT_EQ(Operation(text), SQL_NONE) << text;
         EXPECT_EQ(Table(text), "") << text;
     }

@@ -1,4 +1,5 @@
-// The whole JSON of each sample and of some malformed logs, byte for byte. tests/golden/update writes them anew.
+// The whole JSON of each sample and of some malformed logs, byte for byte. tests/golden/update writes them
+// anew.
 #include "report/ReportRun.h"
 
 #include <gtest/gtest.h>
@@ -23,9 +24,7 @@ std::string ReadFile(const std::filesystem::path& path) {
 }
 
 // Without the member that holds the path as it was given.
-std::string WithoutPath(const std::string& json) {
-    return json.substr(json.find(",\"format\":"));
-}
+std::string WithoutPath(const std::string& json) { return json.substr(json.find(",\"format\":")); }
 
 std::vector<std::string> Logs() {
     std::vector<std::string> logs;
@@ -58,7 +57,8 @@ TEST(Golden, EveryLogGivesItsJson) {
             ReadFile(kRoot / "tests/golden" / std::filesystem::path(log).stem().concat(".json"));
         ASSERT_FALSE(expected.empty()) << log;
         EXPECT_TRUE(WithoutPath(out.str()) == WithoutPath(expected))
-            << log << " no longer gives tests/golden/" << std::filesystem::path(log).stem().string() << ".json";
+            << log << " no longer gives tests/golden/" << std::filesystem::path(log).stem().string()
+            << ".json";
     }
 }
 

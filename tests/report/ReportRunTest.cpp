@@ -75,7 +75,8 @@ TEST(Report, EndsWith1AndTheWindowsMessage) {
     const Outcome scope = RunTool({"--tree", "process:99", kSample});
     EXPECT_EQ(scope.status, 1);
     EXPECT_EQ(scope.err, "No such scope: process:99\n");
-    for (const char* name : {"process", "process:", "process:x", "thread:1", "thread:1/", "thread:/1", "user:JDE", "", "PROCESS:1"}) {
+    for (const char* name : {"process", "process:", "process:x", "thread:1", "thread:1/", "thread:/1",
+                             "user:JDE", "", "PROCESS:1"}) {
         EXPECT_EQ(RunTool({"--tree", name, kSample}).err, std::string("No such scope: ") + name + "\n");
     }
     EXPECT_EQ(RunTool({"--export-gaps", "gaps.log", kSample}).err, "Invalid file type\n");
@@ -149,8 +150,8 @@ TEST(Report, FindsAsLinesOrAsJson) {
 }
 
 TEST(Report, ExportsTheGapsToAFile) {
-    const TestFile log(TestSession::Joined(
-        DebugLog({DebugLine("10:00:00.000001", "On x", "5/6"), DebugLine("10:00:02.500001", "On y", "5/6")})));
+    const TestFile log(TestSession::Joined(DebugLog(
+        {DebugLine("10:00:00.000001", "On x", "5/6"), DebugLine("10:00:02.500001", "On y", "5/6")})));
     const TestFile folder;
     const std::string path = folder.Path() + ".csv";
     EXPECT_EQ(RunTool({"--export-gaps", path, log.Path()}).status, 0);
@@ -170,8 +171,9 @@ TEST(Report, ExportsTheGapsToAFile) {
 TEST(Report, PrintsTheSummaryWorstFirst) {
     const Outcome outcome = RunTool({kSample});
     ASSERT_EQ(outcome.status, 0);
-    const std::vector<std::string> sections = {"Long tasks, longest first", "Errors and warnings", "Timing gaps",
-                                               "Business functions", "Tables", "Processes and threads", "Records by kind"};
+    const std::vector<std::string> sections = {
+        "Long tasks, longest first", "Errors and warnings", "Timing gaps", "Business functions", "Tables",
+        "Processes and threads",     "Records by kind"};
     std::size_t at = 0;
     for (const std::string& section : sections) {
         const std::size_t place = outcome.out.find("\n" + section, at);

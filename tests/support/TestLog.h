@@ -25,8 +25,8 @@ public:
     TestFile& operator=(const TestFile&) = delete;
 
     void Write(std::string_view content) const {
-        std::ofstream(m_path, std::ios::binary | std::ios::trunc).write(
-            content.data(), static_cast<std::streamsize>(content.size()));
+        std::ofstream(m_path, std::ios::binary | std::ios::trunc)
+            .write(content.data(), static_cast<std::streamsize>(content.size()));
     }
     const std::string& Path() const { return m_path; }
 
@@ -42,7 +42,9 @@ public:
     void BeginWaitCursor() override { ++m_nWaits; }
     void EndWaitCursor() override { --m_nWaits; }
     void ClearPanes() override { m_events.emplace_back("clear panes"); }
-    void SetTitle(CCarvelotDoc& /*session*/, const std::string& title) override { m_events.push_back("title " + title); }
+    void SetTitle(CCarvelotDoc& /*session*/, const std::string& title) override {
+        m_events.push_back("title " + title);
+    }
     void AddToRecentFileList(const std::string& path) override { m_events.push_back("recent " + path); }
     std::optional<std::string> AskForLog() override { return m_answer; }
     void OpenInShell(const std::string& path) override { m_events.push_back("shell " + path); }
@@ -110,12 +112,13 @@ template <class List> std::vector<std::uint32_t> Numbers(const List& records) {
 }
 
 // A debug line of the newer form; `text` stands behind the tab that the first line of DebugLog teaches.
-inline std::string DebugLine(std::string_view time, std::string_view text, std::string_view ids = "4120/3388") {
+inline std::string DebugLine(std::string_view time, std::string_view text,
+                             std::string_view ids = "4120/3388") {
     return std::string("Jan 15 ").append(time).append(" - ").append(ids).append(" Worker\t").append(text);
 }
 
-// Lines that make a debug log: the first one tells the format and puts the statement text behind the first tab. It is
-// record 0, of a process and thread of its own.
+// Lines that make a debug log: the first one tells the format and puts the statement text behind the first
+// tab. It is record 0, of a process and thread of its own.
 inline std::vector<std::string> DebugLog(std::initializer_list<std::string> lines) {
     std::vector<std::string> log{DebugLine("08:00:00.000001", "Entering JDB_OpenTable", "1/1")};
     log.insert(log.end(), lines.begin(), lines.end());

@@ -63,7 +63,8 @@ private slots:
         QCOMPARE(QFile(m_strLog).size(), 0);
         QVERIFY(Session().m_listDetails.Size() > 0);
         MainFrame()->CommandAction(ID_SESSION_ANALYZE)->trigger();
-        QCOMPARE(user.m_listMessages.constLast(), QStringLiteral("Error: Cannot determine tracing log format"));
+        QCOMPARE(user.m_listMessages.constLast(),
+                 QStringLiteral("Error: Cannot determine tracing log format"));
         QCOMPARE(Session().m_listDetails.Size(), 0U);
     }
 

@@ -37,7 +37,8 @@ TestSession ThreadSession(std::initializer_list<const char*> texts, bool ube = f
     int number = 0;
     for (const char* text : texts) {
         const std::string ids = ube ? "0/0" : "5/6";
-        lines.push_back(text[0] == '-' ? text : DebugLine("10:00:00.0000" + std::to_string(10 + number), text, ids));
+        lines.push_back(text[0] == '-' ? text
+                                       : DebugLine("10:00:00.0000" + std::to_string(10 + number), text, ids));
         ++number;
     }
     return TestSession(lines);
@@ -48,7 +49,8 @@ TestSession ThreadSession(std::initializer_list<const char*> texts, bool ube = f
 TEST(FillDetails, NestsCallsAndShowsHowTheyEnded) {
     const TestSession session = ThreadSession({
         "Calling Business function A from Level 1 (BSFNLevel = 1)",
-        "IN->[  1] a", "IN->[  2] b",
+        "IN->[  1] a",
+        "IN->[  2] b",
         "SELECT X FROM T",
         "Calling Business function B from A (BSFNLevel = 2)",
         "Return value is 2 for B. (BSFNLevel = 2)",
@@ -71,16 +73,20 @@ TEST(FillDetails, NestsCallsAndShowsHowTheyEnded) {
 
 TEST(FillDetails, MarksACallThatReturned1AboveAFailure) {
     const TestSession session = ThreadSession({
-        "Calling Business function A from Level 1 (BSFNLevel = 1)", "Calling Business function B from A (BSFNLevel = 2)",
-        "Return value is 2 for B. (BSFNLevel = 2)", "Return value is 1 for A. (BSFNLevel = 1)",
+        "Calling Business function A from Level 1 (BSFNLevel = 1)",
+        "Calling Business function B from A (BSFNLevel = 2)",
+        "Return value is 2 for B. (BSFNLevel = 2)",
+        "Return value is 1 for A. (BSFNLevel = 1)",
     });
     EXPECT_EQ(Tree(session, 5, 6).substr(0, 3), "11 ");
 }
 
 TEST(FillDetails, MarksNoAncestorForAReturnOf3) {
     const TestSession session = ThreadSession({
-        "Calling Business function A from Level 1 (BSFNLevel = 1)", "Calling Business function B from A (BSFNLevel = 2)",
-        "Return value is 3 for B. (BSFNLevel = 2)", "Return value is 0 for A. (BSFNLevel = 1)",
+        "Calling Business function A from Level 1 (BSFNLevel = 1)",
+        "Calling Business function B from A (BSFNLevel = 2)",
+        "Return value is 3 for B. (BSFNLevel = 2)",
+        "Return value is 0 for A. (BSFNLevel = 1)",
     });
     const std::string tree = Tree(session, 5, 6);
     EXPECT_EQ(tree.substr(0, 2), "2 ");
@@ -93,13 +99,18 @@ TEST(FillDetails, LeavesAReturnWithoutACallAtTheRoot) {
 }
 
 TEST(FillDetails, LetsACallThatNeverReturnsKeepTheImageBeforeIt) {
-    const TestSession session = ThreadSession({"SELECT X FROM T", "Calling Business function A from Level 1"});
+    const TestSession session =
+        ThreadSession({"SELECT X FROM T", "Calling Business function A from Level 1"});
     EXPECT_EQ(Tree(session, 5, 6), "3 SELECT X FROM T\n3 Calling Business function A from Level 1\n");
 }
 
 TEST(FillDetails, HidesEndsButLetsThemCloseTheirLevelAndPassTheirImageOn) {
     const TestSession session = ThreadSession({
-        "RT: >>>Beginning ER:\tOK\tForm: W1\t", "On inner", "RT: <<<Finished  ER:\tOK", "RT: <<<Finished  ER:\tOK", "On outer",
+        "RT: >>>Beginning ER:\tOK\tForm: W1\t",
+        "On inner",
+        "RT: <<<Finished  ER:\tOK",
+        "RT: <<<Finished  ER:\tOK",
+        "On outer",
     });
     EXPECT_EQ(Tree(session, 5, 6), "6 Form:  W1 - OK\n  6 On inner\n6 On outer\n");
 }
@@ -111,12 +122,15 @@ TEST(FillDetails, ShowsAnEndBehindAGap) {
 }
 
 TEST(FillDetails, GivesEachKindItsImage) {
-    const TestSession session = ThreadSession({"ERROR a", "JDB9900401 b", "a hCache:[1] c", "[CARVELOT MESSAGE]d", "On e"});
-    EXPECT_EQ(Tree(session, 5, 6), "0 ERROR a\n0 JDB9900401 b\n17 a hCache:[1] c\n12 [CARVELOT MESSAGE]d\n12 On e\n");
+    const TestSession session =
+        ThreadSession({"ERROR a", "JDB9900401 b", "a hCache:[1] c", "[CARVELOT MESSAGE]d", "On e"});
+    EXPECT_EQ(Tree(session, 5, 6),
+              "0 ERROR a\n0 JDB9900401 b\n17 a hCache:[1] c\n12 [CARVELOT MESSAGE]d\n12 On e\n");
 }
 
 TEST(FillDetails, HangsUBELinesBelowTheLatestOfLevel2) {
-    const TestSession session = ThreadSession({"--UBE--[1] a", "--UBE--[2] b", "--UBE--[3] c", "--UBE--[2] d", "--UBE--[4] e"}, true);
+    const TestSession session =
+        ThreadSession({"--UBE--[1] a", "--UBE--[2] b", "--UBE--[3] c", "--UBE--[2] d", "--UBE--[4] e"}, true);
     EXPECT_EQ(Tree(session, 0, 0), "21 UBE\n"
                                    "  21 --UBE--[1] a\n"
                                    "  21 --UBE--[2] b\n"
@@ -157,7 +171,8 @@ TEST(FillDetails, ShowsTheSourceInAJASLog) {
     const TestSession session(JASLog({JASLine("08:00:00,001", "A", "Object Called: X.Y")}));
     CDetailTree tree(session.m_doc);
     tree.FillDetails(true, session.User("A").m_listDetails);
-    EXPECT_EQ(tree.Text(tree.Child(CDetailTree::kRoot, 0)), "08:00:00.001000    [RUNTIME] Object Called: X.Y");
+    EXPECT_EQ(tree.Text(tree.Child(CDetailTree::kRoot, 0)),
+              "08:00:00.001000    [RUNTIME] Object Called: X.Y");
     EXPECT_EQ(tree.Image(tree.Child(CDetailTree::kRoot, 0)), 15);
 }
 
@@ -172,7 +187,8 @@ TEST(FillDetails, NestsAHundredThousandCallsWithoutEffort) {
     std::vector<std::string> lines = DebugLog({});
     constexpr int depth = 100'000;
     for (int i = 0; i < depth; ++i) {
-        lines.push_back(DebugLine("10:00:00.000001", "Calling Business function A from A (BSFNLevel = 1)", "5/6"));
+        lines.push_back(
+            DebugLine("10:00:00.000001", "Calling Business function A from A (BSFNLevel = 1)", "5/6"));
     }
     for (int i = 0; i < depth; ++i) {
         lines.push_back(DebugLine("10:00:00.000002", "Return value is 2 for A. (BSFNLevel = 1)", "5/6"));
@@ -211,21 +227,26 @@ TEST(CopyParms, TakesTheWholeGroupWithThreeBlanksAheadAndTwoBehind) {
 }
 
 TEST(ThreadTree, WritesIdsAndElapsedSeconds) {
-    TestSession session(DebugLog({DebugLine("12:59:59.000000", "On x", "5/-6"), DebugLine("00:00:01.000000", "On y", "5/-6")}));
+    TestSession session(DebugLog(
+        {DebugLine("12:59:59.000000", "On x", "5/-6"), DebugLine("00:00:01.000000", "On y", "5/-6")}));
     EXPECT_EQ(ThreadNodeText(session.Thread(5, static_cast<std::uint32_t>(-6))), "Thread - -6 (1.999999)");
     EXPECT_EQ(ProcessNodeText(session.m_doc, session.Process(5)), "Process - 5 (1.999999)");
     session.m_doc.m_strProcessName = "activconsole.exe";
-    EXPECT_EQ(ProcessNodeText(session.m_doc, session.Process(5)), "Process - 5 - activconsole.exe (1.999999)");
-    EXPECT_EQ(ProcessNodeText(session.m_doc, session.Process(1)), "Process - 1 - activconsole.exe (0.000000)");
+    EXPECT_EQ(ProcessNodeText(session.m_doc, session.Process(5)),
+              "Process - 5 - activconsole.exe (1.999999)");
+    EXPECT_EQ(ProcessNodeText(session.m_doc, session.Process(1)),
+              "Process - 1 - activconsole.exe (0.000000)");
 }
 
 TEST(ThreadTree, ShowsABackwardStepOfMoreThan13HoursAsAnEnormousNumber) {
-    const TestSession session(DebugLog({DebugLine("23:59:59.000000", "On x", "5/6"), DebugLine("00:00:01.000000", "On y", "5/6")}));
+    const TestSession session(
+        DebugLog({DebugLine("23:59:59.000000", "On x", "5/6"), DebugLine("00:00:01.000000", "On y", "5/6")}));
     EXPECT_EQ(ThreadNodeText(session.Thread(5, 6)), "Thread - 6 (18446744027136.000000)");
 }
 
 TEST(ThreadTree, CarriesTheMonitorOnToTheUsersBehindTheSystemLevel) {
-    const TestSession session(JASLog({JASLine("08:00:00,000", "", "x"), JASLine("08:00:00,000", "ZOE", "x")}));
+    const TestSession session(
+        JASLog({JASLine("08:00:00,000", "", "x"), JASLine("08:00:00,000", "ZOE", "x")}));
     EXPECT_EQ(UserImages(session.m_doc), (std::vector<int>{13, 14, 14}));
 }
 

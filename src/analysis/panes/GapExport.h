@@ -14,8 +14,8 @@ enum class GapExportFormat { Csv, Text };
 // The format by the file name's extension, in any case; nothing for another one ("Invalid file type").
 std::optional<GapExportFormat> GapExportFormatOf(const std::string& path);
 
-// The file's content, UTF-8 with line feeds: a header and the rows in their order. Nothing is escaped. The text form
-// trims the rows' stored time stamps in place, and what they show stays.
+// The file's content, UTF-8 with line feeds: a header and the rows in their order. Nothing is escaped. The
+// text form trims the rows' stored time stamps in place, and what they show stays.
 std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format);
 
 // Writes the file as a whole or not at all. False with the system's error number.

@@ -21,8 +21,8 @@ public:
     virtual std::size_t RowCount() const = 0;
     // The text of a cell, UTF-8.
     virtual std::string Text(std::size_t nRow, int nColumn) const = 0;
-    // Below 0 when row A comes before row B in ascending order by that column, else 0 or above. Equal numbers may
-    // answer 1: only "below 0" is ever asked for.
+    // Below 0 when row A comes before row B in ascending order by that column, else 0 or above. Equal numbers
+    // may answer 1: only "below 0" is ever asked for.
     virtual int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const = 0;
 };
 

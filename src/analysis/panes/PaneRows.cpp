@@ -9,17 +9,16 @@ namespace carvelot {
 
 namespace {
 
-template <class Number> int CompareNumbers(Number a, Number b) {
-    return a < b ? -1 : 1;
-}
+template <class Number> int CompareNumbers(Number a, Number b) { return a < b ? -1 : 1; }
 
 std::string MicrosecondsText(std::uint64_t microseconds) {
     return SecondsText(SecondsFromMicroseconds(microseconds));
 }
 
 std::string OwnerText(const CCarvelotDoc& session, const CLogDetail& detail) {
-    return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(detail.m_strUser)
-                                                  : ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID);
+    return session.m_nLogFormat == LOG_FORMAT_JAS
+               ? std::string(detail.m_strUser)
+               : ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID);
 }
 
 } // namespace
@@ -28,11 +27,13 @@ std::string_view ProcessOrUserTitle(LogFormat format) {
     return format == LOG_FORMAT_JAS ? "User" : "Process/Thread";
 }
 
-// --- BSFN Calls -----------------------------------------------------------------------------------------------------
+// --- BSFN Calls
+// -----------------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& BSFNRow::Columns() {
-    static const std::vector<PaneColumn> columns = {{"Business Function", 200}, {"Calls", 70},    {"Total Time", 100},
-                                                    {"Shortest", 100},          {"Longest", 100}, {"Average", 100}};
+    static const std::vector<PaneColumn> columns = {{"Business Function", 200}, {"Calls", 70},
+                                                    {"Total Time", 100},        {"Shortest", 100},
+                                                    {"Longest", 100},           {"Average", 100}};
     return columns;
 }
 
@@ -59,9 +60,12 @@ std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis) {
     std::vector<BSFNRow> rows;
     rows.reserve(analysis.m_functions.size());
     for (const auto& function : analysis.m_functions) {
-        BSFNRow row{std::string(function.m_strName), static_cast<std::int64_t>(function.m_instances.size()),
-                    function.m_totalTime,            function.m_longest,
-                    function.m_shortest,             0};
+        BSFNRow row{std::string(function.m_strName),
+                    static_cast<std::int64_t>(function.m_instances.size()),
+                    function.m_totalTime,
+                    function.m_longest,
+                    function.m_shortest,
+                    0};
         if (row.m_nCalls > 0 && row.m_nTotal != 0) {
             row.m_nAverage = row.m_nTotal / static_cast<std::uint64_t>(row.m_nCalls);
         }
@@ -89,7 +93,8 @@ int OnCompareItems(const BSFNRow& a, const BSFNRow& b, int column) {
     }
 }
 
-// --- SQL Table Access -----------------------------------------------------------------------------------------------
+// --- SQL Table Access
+// -----------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& TableRow::Columns() {
     static const std::vector<PaneColumn> columns = {
@@ -142,7 +147,8 @@ int OnCompareItems(const TableRow& a, const TableRow& b, int column) {
     }
 }
 
-// --- Long Tasks -----------------------------------------------------------------------------------------------------
+// --- Long Tasks
+// -----------------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& TaskRow::Columns() {
     static const std::vector<PaneColumn> columns = {
@@ -172,8 +178,9 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
     const auto add = [&](const CHeadList<RecordIndex>& tasks, const char* type) {
         for (const RecordIndex record : tasks) {
             const CLogDetail detail = session.m_listDetails[record];
-            rows.push_back({ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID), OwnerText(session, detail),
-                            type, static_cast<double>(detail.m_fDuration), std::string(detail.m_strText), record});
+            rows.push_back({ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID),
+                            OwnerText(session, detail), type, static_cast<double>(detail.m_fDuration),
+                            std::string(detail.m_strText), record});
         }
     };
     add(functions.m_listLongTasks, "BSFN");
@@ -197,10 +204,12 @@ int OnCompareItems(const TaskRow& a, const TaskRow& b, int column) {
     }
 }
 
-// --- Errors/Warnings ------------------------------------------------------------------------------------------------
+// --- Errors/Warnings
+// ------------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& ErrorRow::Columns() {
-    static const std::vector<PaneColumn> columns = {{"Process/Thread", 100}, {"Error Type", 70}, {"Message", 600}};
+    static const std::vector<PaneColumn> columns = {
+        {"Process/Thread", 100}, {"Error Type", 70}, {"Message", 600}};
     return columns;
 }
 
@@ -229,7 +238,8 @@ template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& se
     rows.reserve(errors.size());
     for (const RecordIndex record : errors) {
         const CLogDetail detail = session.m_listDetails[record];
-        rows.push_back({OwnerText(session, detail), std::string(ErrorType(detail.m_nKind, detail.m_nReturnCode)),
+        rows.push_back({OwnerText(session, detail),
+                        std::string(ErrorType(detail.m_nKind, detail.m_nReturnCode)),
                         std::string(detail.m_strText), record});
     }
     std::reverse(rows.begin(), rows.end());
@@ -252,7 +262,8 @@ int OnCompareItems(const ErrorRow& a, const ErrorRow& b, int column) {
     }
 }
 
-// --- Timing Gaps ----------------------------------------------------------------------------------------------------
+// --- Timing Gaps
+// ----------------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& GapRow::Columns() {
     static const std::vector<PaneColumn> columns = {
@@ -303,7 +314,8 @@ int OnCompareItems(const GapRow& a, const GapRow& b, int column) {
     }
 }
 
-// --- Find -----------------------------------------------------------------------------------------------------------
+// --- Find
+// -----------------------------------------------------------------------------------------------------------
 
 const std::vector<PaneColumn>& FindRow::Columns() {
     static const std::vector<PaneColumn> columns = {{"Process", 60}, {"Thread", 60}, {"Message", 500}};
@@ -325,15 +337,17 @@ std::string FindRow::Text(int column) const {
 
 FindRow MakeFindRow(const CCarvelotDoc& session, RecordIndex record) {
     const CLogDetail detail = session.m_listDetails[record];
-    return {session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(detail.m_strUser) : IdText(detail.m_nProcessID),
+    return {session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(detail.m_strUser)
+                                                   : IdText(detail.m_nProcessID),
             IdText(detail.m_nThreadID), std::string(detail.m_strText), record};
 }
 
-// --- Sorting --------------------------------------------------------------------------------------------------------
+// --- Sorting
+// --------------------------------------------------------------------------------------------------------
 
 template <class Row> void SortRows(std::vector<Row>& rows, int column, bool descending) {
-    // "Less" is true only for a real difference: asking both ways round tells equal numbers, which compare as 1 each
-    // way, from ordered ones.
+    // "Less" is true only for a real difference: asking both ways round tells equal numbers, which compare as
+    // 1 each way, from ordered ones.
     std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
         return descending ? OnCompareItems(b, a, column) < 0 : OnCompareItems(a, b, column) < 0;
     });

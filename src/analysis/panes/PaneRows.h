@@ -1,4 +1,5 @@
-// The rows of the analysis lists: what sorting and export use, apart from any window. Row texts are made when asked for.
+// The rows of the analysis lists: what sorting and export use, apart from any window. Row texts are made when
+// asked for.
 #pragma once
 
 #include "logcore/CarvelotDoc.h"
@@ -20,10 +21,11 @@ struct PaneColumn {
 // The title of the first column of the lists that show records: it goes by the log's format.
 std::string_view ProcessOrUserTitle(LogFormat format);
 
-// Every list compares two rows by one column for ascending order: below 0, 0, or above 0. Equal numbers compare as 1,
-// never as 0, so this is no order to sort with; SortRows is.
+// Every list compares two rows by one column for ascending order: below 0, 0, or above 0. Equal numbers
+// compare as 1, never as 0, so this is no order to sort with; SortRows is.
 
-// --- BSFN Calls -----------------------------------------------------------------------------------------------------
+// --- BSFN Calls
+// -----------------------------------------------------------------------------------------------------
 
 struct BSFNRow {
     std::string m_strName;
@@ -39,7 +41,8 @@ struct BSFNRow {
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis);
 int OnCompareItems(const BSFNRow& a, const BSFNRow& b, int column);
 
-// --- SQL Table Access -----------------------------------------------------------------------------------------------
+// --- SQL Table Access
+// -----------------------------------------------------------------------------------------------
 
 struct TableRow {
     std::string m_strTable;
@@ -54,10 +57,12 @@ struct TableRow {
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
 int OnCompareItems(const TableRow& a, const TableRow& b, int column);
 
-// --- Long Tasks -----------------------------------------------------------------------------------------------------
+// --- Long Tasks
+// -----------------------------------------------------------------------------------------------------
 
 struct TaskRow {
-    std::string m_strProcessThread; // also in a JAS session, where it is the hidden sort key behind the user shown
+    std::string
+        m_strProcessThread; // also in a JAS session, where it is the hidden sort key behind the user shown
     std::string m_strShownOwner;
     std::string m_strType; // "BSFN" or "SQL"
     double m_fDuration = 0;
@@ -72,7 +77,8 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
                                   const CSQLAnalysis& statements);
 int OnCompareItems(const TaskRow& a, const TaskRow& b, int column);
 
-// --- Errors/Warnings ------------------------------------------------------------------------------------------------
+// --- Errors/Warnings
+// ------------------------------------------------------------------------------------------------
 
 struct ErrorRow {
     std::string m_strProcessThread; // the user in a JAS session
@@ -89,7 +95,8 @@ std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
 template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& session, const List& errors);
 int OnCompareItems(const ErrorRow& a, const ErrorRow& b, int column);
 
-// --- Timing Gaps ----------------------------------------------------------------------------------------------------
+// --- Timing Gaps
+// ----------------------------------------------------------------------------------------------------
 
 struct GapRow {
     std::string m_strProcessThread; // the user in a JAS session
@@ -106,7 +113,8 @@ struct GapRow {
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
 int OnCompareItems(const GapRow& a, const GapRow& b, int column);
 
-// --- Find -----------------------------------------------------------------------------------------------------------
+// --- Find
+// -----------------------------------------------------------------------------------------------------------
 
 struct FindRow {
     std::string m_strProcess; // the user in a JAS session
@@ -119,7 +127,8 @@ struct FindRow {
 };
 FindRow MakeFindRow(const CCarvelotDoc& session, RecordIndex record);
 
-// --- Sorting --------------------------------------------------------------------------------------------------------
+// --- Sorting
+// --------------------------------------------------------------------------------------------------------
 
 // Sorts rows by a column as a click on its header does. Rows that compare equal either way keep their order.
 template <class Row> void SortRows(std::vector<Row>& rows, int column, bool descending);

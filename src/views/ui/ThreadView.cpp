@@ -5,9 +5,9 @@
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 #include "views/ThreadTree.h"
-#include "views/ui/MessageDlg.h"
 #include "views/ui/ChildFrame.h"
 #include "views/ui/DetailView.h"
+#include "views/ui/MessageDlg.h"
 #include "views/ui/SessionDocument.h"
 
 #include <QContextMenuEvent>

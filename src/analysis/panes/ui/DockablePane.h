@@ -12,7 +12,8 @@ namespace carvelot {
 QFont SettingsFont();
 QFont CellFont(const QString& strFace, int nHeight);
 
-// A pane that docks at any side, floats, closes, and stands in the View menu. Its parts are laid out by OnSize.
+// A pane that docks at any side, floats, closes, and stands in the View menu. Its parts are laid out by
+// OnSize.
 class CDockablePane : public QDockWidget {
     Q_OBJECT
 
