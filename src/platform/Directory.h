@@ -20,6 +20,13 @@ struct DirectoryEntry {
 /// name.
 std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::string_view mask);
 
+/// What stands between the names of a path.
+#ifdef _WIN32
+inline constexpr char kPathSeparator = '\\';
+#else
+inline constexpr char kPathSeparator = '/';
+#endif
+
 /// A path and a name with the platform's separator between them.
 std::string JoinPath(std::string_view folder, std::string_view name);
 

@@ -329,6 +329,25 @@ bool Raw32(const CRegValue& value, std::uint32_t& nNumber) {
     return false;
 }
 
+// A UTF-16 unit that stands alone, as UTF-8; a NUL and half of a pair give nothing and U+FFFD.
+void AppendUnit(std::string& strText, std::uint32_t nUnit) {
+    if (nUnit == 0)
+        return;
+    if (nUnit >= 0xD800 && nUnit <= 0xDFFF)
+        nUnit = 0xFFFD;
+    if (nUnit < 0x80) {
+        strText += static_cast<char>(nUnit);
+        return;
+    }
+    if (nUnit < 0x800) {
+        strText += static_cast<char>(0xC0 | (nUnit >> 6));
+    } else {
+        strText += static_cast<char>(0xE0 | (nUnit >> 12));
+        strText += static_cast<char>(0x80 | ((nUnit >> 6) & 0x3F));
+    }
+    strText += static_cast<char>(0x80 | (nUnit & 0x3F));
+}
+
 } // namespace
 
 struct CRegistryKey::CImpl {
@@ -418,6 +437,34 @@ ERegStatus CRegistryKey::QueryValue(std::string_view strName, CRegValue& value) 
     if (pValue == nullptr)
         return ERegStatus::NotFound;
     value = *pValue;
+    return ERegStatus::Ok;
+}
+
+ERegStatus CRegistryKey::QueryRawText(std::string_view strName, std::size_t nBytes,
+                                      std::string& strText) const {
+    if (!m_pImpl->m_bOpen)
+        return ERegStatus::Failed;
+    const CRegValue* pValue = m_pImpl->Value(strName);
+    if (pValue == nullptr)
+        return ERegStatus::NotFound;
+    strText.clear();
+    if (pValue->m_nType == ERegType::Dword) {
+        if (nBytes < sizeof pValue->m_nNumber)
+            return ERegStatus::Failed;
+        AppendUnit(strText, pValue->m_nNumber & 0xFFFF);
+        if (!strText.empty())
+            AppendUnit(strText, pValue->m_nNumber >> 16);
+        return ERegStatus::Ok;
+    }
+    // Every character has one byte that is no continuation, and those of four bytes take two units.
+    std::size_t nUnits = 1;
+    for (const char c : pValue->m_strText) {
+        const auto nByte = static_cast<unsigned char>(c);
+        nUnits += (nByte & 0xC0) == 0x80 ? 0u : nByte >= 0xF0 ? 2u : 1u;
+    }
+    if (nUnits * 2 > nBytes)
+        return ERegStatus::Failed;
+    strText = pValue->m_strText;
     return ERegStatus::Ok;
 }
 

@@ -126,6 +126,22 @@ ERegStatus CRegistryKey::QueryValue(std::string_view strName, CRegValue& value) 
     return ERegStatus::Ok;
 }
 
+ERegStatus CRegistryKey::QueryRawText(std::string_view strName, std::size_t nBytes,
+                                      std::string& strText) const {
+    // One unit more than the query knows of, so that the text ends whatever the value holds.
+    std::vector<wchar_t> buffer(nBytes / sizeof(wchar_t) + 1, L'\0');
+    DWORD nSize = static_cast<DWORD>(nBytes);
+    const LSTATUS nStatus = RegQueryValueExW(m_pImpl->m_hKey, Widen(strName).c_str(), nullptr, nullptr,
+                                             reinterpret_cast<BYTE*>(buffer.data()), &nSize);
+    if (nStatus == ERROR_FILE_NOT_FOUND)
+        return ERegStatus::NotFound;
+    strText.clear();
+    if (nStatus != ERROR_SUCCESS)
+        return ERegStatus::Failed;
+    strText = Narrow(buffer.data(), std::wcslen(buffer.data()));
+    return ERegStatus::Ok;
+}
+
 bool CRegistryKey::EnumRaw32(std::size_t nIndex, std::string& strName, std::uint32_t& nNumber) const {
     wchar_t szName[260];
     DWORD nName = 260;

@@ -1,0 +1,57 @@
+#include "tools/SpecFiles.h"
+
+#include "logcore/CaseText.h"
+#include "platform/Directory.h"
+#include "platform/ProfileFile.h"
+#include "platform/TemporaryFile.h"
+
+namespace carvelot {
+
+std::string CSpecFiles::InstallationPath() {
+    constexpr std::size_t kBuffer = 256;
+    std::string strPath = platform::ReadProfileText("INSTALL", "B9", "", kBuffer, "jde.ini");
+    if (strPath.empty())
+        strPath = platform::ReadProfileText("INSTALL", "B733", "", kBuffer, "jde.ini");
+    return strPath;
+}
+
+bool CSpecFiles::Fill() {
+    m_listRows.clear();
+    const std::string strPath = InstallationPath();
+    if (strPath.empty())
+        return false;
+    for (const char* pszMask : {"glbltbl.*", "dddict.*", "ddtext.*"})
+        Walk(strPath, pszMask);
+    return true;
+}
+
+void CSpecFiles::Walk(const std::string& strPath, const char* pszMask) {
+    for (const platform::DirectoryEntry& directory : platform::EnumerateDirectory(strPath, "*")) {
+        if (!directory.m_bDirectory)
+            continue;
+        const std::string strSpec =
+            strPath + platform::kPathSeparator + directory.m_strName + platform::kPathSeparator + "spec";
+        // A directory of such a name is a row too; its deletion fails.
+        for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask))
+            m_listRows.push_back({strSpec + platform::kPathSeparator + file.m_strName,
+                                  static_cast<std::int32_t>(static_cast<std::uint32_t>(file.m_nSize))});
+    }
+}
+
+void CSpecFiles::Delete(const std::vector<std::string>& listPaths) const {
+    // The rows stay where they are, so every pass asks for the same files again.
+    for (std::size_t n = 0; n < m_listRows.size(); ++n) {
+        for (const std::string& strPath : listPaths)
+            platform::DeleteFileAt(strPath);
+    }
+}
+
+std::string CSpecFiles::Text(std::size_t nRow, int nColumn) const {
+    return nColumn == 0 ? m_listRows[nRow].m_strPath : std::to_string(m_listRows[nRow].m_nSize);
+}
+
+int CSpecFiles::OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const {
+    return nColumn == 0 ? CompareNoCase(m_listRows[nRowA].m_strPath, m_listRows[nRowB].m_strPath) : 0;
+}
+
+} // namespace carvelot
