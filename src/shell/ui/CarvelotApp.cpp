@@ -10,6 +10,9 @@
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
+#include "tools/ui/ConvertDates.h"
+#include "tools/ui/GBLTables.h"
+#include "tools/ui/Settings.h"
 
 #include <QCoreApplication>
 #include <QDialog>
@@ -24,13 +27,16 @@ CCarvelotApp& theApp() {
 }
 
 CCarvelotApp::CCarvelotApp()
-    : m_fnInitializeOle(platform::InitializeOle), m_fnAddDocTemplates(AddDocTemplates) {
+    : m_pJDESettings(MakeJDESettingsStore(m_jdeSettings)), m_fnInitializeOle(platform::InitializeOle),
+      m_fnAddDocTemplates(AddDocTemplates) {
     AddCommand(ID_APP_ABOUT, [this] { OnAppAbout(); });
     AddCommand(
         ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });
     AddCommand(
         ID_FILE_OPEN, [this] { OnFileOpen(); }, [this] { return FirstDocTemplate() != nullptr; });
     AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
+    AddCommand(ID_TOOLS_GLOBAL_TABLES, [this] { OnGlobalTables(); });
+    AddCommand(ID_TOOLS_CONVERT_DATES, [this] { OnConvertDates(); });
     AddCommand(
         ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); }, [this] { return m_pJDESettings != nullptr; });
 }
@@ -179,6 +185,16 @@ void CCarvelotApp::OnOptions() {
         return;
     m_pMainWnd->m_wndProcessPane.RestartTimer();
     m_pMainWnd->m_wndProcessPane.RefreshProcessList();
+}
+
+void CCarvelotApp::OnGlobalTables() {
+    CGBLTables dialog;
+    UserInterface().RunDialog(dialog);
+}
+
+void CCarvelotApp::OnConvertDates() {
+    CConvertDates dialog;
+    UserInterface().RunDialog(dialog);
 }
 
 void CCarvelotApp::OnJDESettings() {

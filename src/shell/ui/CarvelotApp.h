@@ -9,6 +9,7 @@
 #include "shell/RecentFiles.h"
 #include "shell/ui/CommandTarget.h"
 #include "shell/ui/Document.h"
+#include "tools/JDESettings.h"
 
 #include <cstdint>
 #include <functional>
@@ -64,13 +65,17 @@ public:
     void OnFileOpen();
     void OnOptions();
     void OnJDESettings();
+    void OnGlobalTables();
+    void OnConvertDates();
 
     // "64 bit" or "32 bit", as the program was built.
     static QString BitnessText();
     // "Carvelot, Version: %d.%d.%d.%d" of the program's own file.
     static QString VersionText();
 
-    std::unique_ptr<CJDESettingsStore> m_pJDESettings; // null until the workstation tools are there
+    CJDESettings m_jdeSettings;
+    std::unique_ptr<CJDESettingsStore>
+        m_pJDESettings; // over m_jdeSettings; without one the command is disabled
     CRecentFiles m_recentFiles;
     platform::CDynamicLibrary m_hSkelmond;
     FGetSetProcInfo m_pfnGetSetProcInfo = nullptr;

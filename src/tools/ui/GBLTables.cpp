@@ -1,0 +1,59 @@
+#include "tools/ui/GBLTables.h"
+
+#include "analysis/panes/ui/ListCtrl.h"
+#include "shell/ui/Text.h"
+#include "shell/ui/UserInterface.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace carvelot {
+
+CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
+    setWindowTitle(tr("Global Tables"));
+    m_pList = new CListCtrl(kSpecFileColumns, tr("Spec files"), this);
+    m_pList->setObjectName(QStringLiteral("SpecFiles"));
+    m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+
+    auto* pButtons = new QDialogButtonBox;
+    QPushButton* pDelete = pButtons->addButton(tr("Delete Selected"), QDialogButtonBox::AcceptRole);
+    pDelete->setObjectName(QStringLiteral("DeleteSelected"));
+    pDelete->setDefault(true);
+    pButtons->addButton(QDialogButtonBox::Cancel);
+
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->addWidget(m_pList);
+    pLayout->addWidget(pButtons);
+    resize(480, 320);
+    m_pList->setFocus();
+
+    connect(pButtons, &QDialogButtonBox::accepted, this, &CGBLTables::OnDeleteSelected);
+    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    if (m_files.Fill()) {
+        m_pList->Fill(&m_files);
+        // What was found last has the focus, wherever the sort puts it.
+        if (m_files.RowCount() != 0) {
+            const QModelIndex last = m_pList->Model().index(static_cast<int>(m_files.RowCount()) - 1, 0);
+            m_pList->selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+        }
+        m_pList->selectAll();
+        m_pList->SortBy(0, Qt::AscendingOrder);
+    } else {
+        UserInterface().ShowMessage(QStringLiteral("Could not determine installation path."));
+    }
+    QApplication::restoreOverrideCursor();
+}
+
+void CGBLTables::OnDeleteSelected() {
+    std::vector<std::string> listPaths;
+    for (const int nRow : m_pList->SelectedRows())
+        listPaths.push_back(m_files.Text(m_pList->Model().SourceRow(nRow), 0));
+    m_files.Delete(listPaths);
+    accept();
+}
+
+} // namespace carvelot

@@ -1,0 +1,348 @@
+#include "ui/UiSupport.h"
+
+#include "analysis/panes/ui/ListCtrl.h"
+#include "support/JDEInstallation.h"
+#include "tools/ui/ConvertDates.h"
+#include "tools/ui/GBLTables.h"
+#include "tools/ui/PropertyGrid.h"
+#include "tools/ui/Settings.h"
+
+#include <QComboBox>
+#include <QDateTimeEdit>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+class ToolsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pRegistry = std::make_unique<QTemporaryDir>();
+        qputenv("CARVELOT_REGISTRY", m_pRegistry->filePath("registry.ini").toUtf8());
+        m_pIni = std::make_unique<JDEIni>();
+        m_pFolder = std::make_unique<TestFolder>();
+        m_pIni->Write(RealisticIni());
+    }
+    void cleanup() {
+        m_pDialog.reset();
+        m_pSettings.reset();
+        m_pFolder.reset();
+        m_pIni.reset();
+    }
+
+    void aJulianDateIsConvertedByKeysAndButton() {
+        Show(std::make_unique<CConvertDates>());
+        QCOMPARE(m_pDialog->windowTitle(), QStringLiteral("Convert Dates"));
+        QTest::keyClicks(Edit("Julian"), QStringLiteral("1x2-5 001"));
+        QCOMPARE(Edit("Julian")->text(), QStringLiteral("125001"));
+        Click("To Gregorian");
+        QCOMPARE(Edit("GregorianResult")->text(), QStringLiteral("2025-01-01"));
+        QVERIFY(Edit("GregorianResult")->isReadOnly());
+    }
+
+    void anInvalidJulianDateGivesItsMessageAndEmptiesTheResult() {
+        CFakeInterface user;
+        Show(std::make_unique<CConvertDates>());
+        Edit("Julian")->setText(QStringLiteral("366"));
+        Click("To Gregorian");
+        QCOMPARE(Edit("GregorianResult")->text(), QStringLiteral("1901-01-01"));
+        for (const char* pszText : {"", "12", "1234567", "000", "367"}) {
+            user.m_listMessages.clear();
+            Edit("GregorianResult")->setText(QStringLiteral("before"));
+            Edit("Julian")->setText(QString::fromLatin1(pszText));
+            Click("To Gregorian");
+            QCOMPARE(user.m_listMessages, QStringList{"Invalid Julian Date"});
+            QCOMPARE(Edit("GregorianResult")->text(), QString());
+        }
+    }
+
+    void aPickedDateIsConvertedWhateverItsTime() {
+        Show(std::make_unique<CConvertDates>());
+        auto* pDate = m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
+        QCOMPARE(pDate->date(), QDate::currentDate());
+        pDate->setDateTime(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)));
+        Click("To Julian");
+        QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("124060"));
+        pDate->setDate(QDate(1899, 12, 31));
+        Click("To Julian");
+        QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("-1365"));
+        Click("OK");
+        QVERIFY(!m_pDialog->isVisible());
+    }
+
+    void allSpecFilesAreListedSortedAndSelected() {
+        Install();
+        Show(std::make_unique<CGBLTables>());
+        QCOMPARE(m_pDialog->windowTitle(), QStringLiteral("Global Tables"));
+        QCOMPARE(Names(),
+                 (QStringList{"a/spec/ddtext.x", "a/spec/glbltbl.x", "B/spec/dddict.x", "B/spec/GLBLTBL.y"}));
+        QCOMPARE(List().SelectedRows(), (std::vector<int>{0, 1, 2, 3}));
+        QCOMPARE(List().header()->sectionSize(0), 250);
+        QCOMPARE(List().header()->sectionSize(1), 150);
+        QVERIFY(List().hasFocus());
+        // What the last mask found last has the focus.
+        QCOMPARE(List().currentIndex().row(), 0);
+    }
+
+    void theSizeHeaderKeepsTheOrderAndThePathHeaderTurnsItRound() {
+        Install();
+        Show(std::make_unique<CGBLTables>());
+        const QStringList listBefore = Names();
+        ClickHeader(1);
+        QCOMPARE(Names(), listBefore);
+        ClickHeader(0);
+        ClickHeader(0);
+        QStringList listReversed(listBefore.rbegin(), listBefore.rend());
+        QCOMPARE(Names(), listReversed);
+    }
+
+    void deleteSelectedDeletesTheSelectedRowsOnly() {
+        Install();
+        Show(std::make_unique<CGBLTables>());
+        auto expected = Tree(m_pFolder->Path());
+        List().clearSelection();
+        ClickRow(1, Qt::NoModifier);
+        ClickRow(3, Qt::ControlModifier);
+        Click("Delete Selected");
+        QCOMPARE(m_pDialog->result(), static_cast<int>(QDialog::Accepted));
+        expected.erase("jde/a/spec/glbltbl.x");
+        expected.erase("jde/B/spec/GLBLTBL.y");
+        QVERIFY(Tree(m_pFolder->Path()) == expected);
+    }
+
+    void cancelAndEscapeDeleteNothing() {
+        Install();
+        const auto before = Tree(m_pFolder->Path());
+        Show(std::make_unique<CGBLTables>());
+        Click("Cancel");
+        Show(std::make_unique<CGBLTables>());
+        QTest::keyClick(&List(), Qt::Key_Escape);
+        QVERIFY(!m_pDialog->isVisible());
+        QVERIFY(Tree(m_pFolder->Path()) == before);
+    }
+
+    void withoutAnInstallationTheDialogSaysSoAndStays() {
+        CFakeInterface user;
+        Show(std::make_unique<CGBLTables>());
+        QCOMPARE(user.m_listMessages, QStringList{"Could not determine installation path."});
+        QVERIFY(m_pDialog->isVisible());
+        QCOMPARE(List().model()->rowCount(), 0);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        Click("Delete Selected");
+        QCOMPARE(m_pDialog->result(), static_cast<int>(QDialog::Accepted));
+    }
+
+    void theGridShowsGroupsOverTheWholeWidthAndDescriptions() {
+        ShowSettings();
+        QCOMPARE(m_pDialog->windowTitle(), QStringLiteral("JDE Settings"));
+        QVERIFY(Grid().isHeaderHidden());
+        QCOMPARE(Grid().topLevelItemCount(), 2);
+        QVERIFY(Grid().topLevelItem(0)->isFirstColumnSpanned());
+        QVERIFY(Item("DEBUG")->isFirstColumnSpanned());
+        QVERIFY(Item("DEBUG")->isExpanded());
+        Grid().setCurrentItem(Item("serviceNameListen"));
+        QCOMPARE(m_pDialog->findChild<QLabel*>(QStringLiteral("Description"))->text(),
+                 QStringLiteral("JDENET listener port"));
+    }
+
+    void theGridTakesAllButTheLastPixelsForTheButtons() {
+        ShowSettings();
+        m_pDialog->resize(700, 650);
+        const auto* pGrid = m_pDialog->findChild<CPropertyGrid*>();
+        QCOMPARE(pGrid->geometry(), QRect(0, 0, 700, 615));
+        for (const auto* pButton : m_pDialog->findChildren<QPushButton*>())
+            QVERIFY(pButton->mapTo(m_pDialog.get(), QPoint()).y() >= 615);
+    }
+
+    void okWithoutAChangeWritesNothing() {
+        ShowSettings();
+        m_pIni->Remove();
+        Click("OK");
+        QVERIFY(!m_pIni->Exists());
+        QCOMPARE(m_pDialog->result(), static_cast<int>(QDialog::Accepted));
+    }
+
+    void aChosenOptionIsMarkedAppliedAndWrittenOnceMoreByOk() {
+        ShowSettings();
+        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("Output"));
+        QVERIFY(pCombo != nullptr);
+        QVERIFY(!pCombo->isEditable());
+        QTest::keyClick(pCombo, Qt::Key_Down);
+        QTest::keyClick(pCombo, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(Item("Output")->text(1), QStringLiteral("NONE"));
+        QVERIFY(Item("Output")->font(1).bold());
+        QVERIFY(!Item("Level")->font(1).bold());
+        Click("Apply");
+        QVERIFY(m_pDialog->isVisible());
+        std::string expected = RealisticIni();
+        expected.replace(expected.find("Output=FILE"), 11, "Output=NONE");
+        QVERIFY(m_pIni->Read() == expected);
+        QVERIFY(Item("Output")->font(1).bold());
+        m_pIni->Write(RealisticIni());
+        Click("OK");
+        QVERIFY(m_pIni->Read() == expected);
+    }
+
+    void typingIntoARowReplacesItsValueAndEnterKeepsTheDialogOpen() {
+        ShowSettings();
+        Grid().setCurrentItem(Item("serviceNameListen"));
+        QTest::keyClicks(&Grid(), QStringLiteral("p"));
+        QWidget* pEditor = QApplication::focusWidget();
+        QVERIFY(qobject_cast<QLineEdit*>(pEditor) != nullptr);
+        QTest::keyClicks(pEditor, QStringLiteral("ort"));
+        QTest::keyClick(pEditor, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QVERIFY(m_pDialog->isVisible());
+        QCOMPARE(Item("serviceNameListen")->text(1), QStringLiteral("port"));
+        Click("OK");
+        std::string expected = RealisticIni();
+        expected.replace(expected.find("serviceNameListen=6017"), 22, "serviceNameListen=port");
+        QVERIFY(m_pIni->Read() == expected);
+        ShowSettings();
+        QCOMPARE(Item("serviceNameListen")->text(1), QStringLiteral("0"));
+    }
+
+    void anOpenEditorIsTakenOverByOkAndDroppedByEscape() {
+        ShowSettings();
+        auto* pEdit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
+        QVERIFY(pEdit != nullptr);
+        pEdit->setText(QStringLiteral("x=1|2"));
+        QTest::keyClick(pEdit, Qt::Key_Escape);
+        QVERIFY(m_pDialog->isVisible());
+        QCOMPARE(Item("JobFile")->text(1), QStringLiteral("c:\\jde.log"));
+        pEdit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
+        pEdit->setText(QStringLiteral("y=1|2"));
+        Click("OK");
+        std::string expected = RealisticIni();
+        expected.replace(expected.find("JobFile = c:\\jde.log"), 20, "JobFile = y=1|2");
+        QVERIFY(m_pIni->Read() == expected);
+    }
+
+    void cancelWritesNothing() {
+        ShowSettings();
+        auto* pEdit = qobject_cast<QLineEdit*>(OpenEditor("Level"));
+        pEdit->setText(QStringLiteral("SF_GRID"));
+        QTest::keyClick(pEdit, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(Item("Level")->text(1), QStringLiteral("SF_GRID"));
+        Click("Cancel");
+        QVERIFY(m_pIni->Read() == RealisticIni());
+    }
+
+    void loggingRowsTakeTypedTextAndWriteTheirOwnFile() {
+        WriteBelow(*m_pFolder, "web/WEB-INF/classes/jdelog.properties",
+                   "[E1LOG]\nLEVEL=odd\n[TWO]\nLEVEL=APP\n");
+        m_pSettings = std::make_unique<CJDESettings>();
+        m_pSettings->m_strWebInfDir = m_pFolder->Path("web");
+        m_pSettings->ReadLogProperties();
+        Show(std::make_unique<CSettings>(*m_pSettings));
+        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("LEVEL"));
+        QVERIFY(pCombo != nullptr);
+        QVERIFY(pCombo->isEditable());
+        QCOMPARE(pCombo->currentText(), QStringLiteral("odd"));
+        pCombo->lineEdit()->selectAll();
+        QTest::keyClicks(pCombo, QStringLiteral("DE"));
+        QTest::keyClick(pCombo, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(Item("LEVEL")->text(1), QStringLiteral("DE"));
+        Click("OK");
+        QCOMPARE(m_pFolder->Read("web/WEB-INF/classes/jdelog.properties"),
+                 std::string("[E1LOG]\nLEVEL=DE\n[TWO]\nLEVEL=APP\n"));
+        QVERIFY(m_pIni->Read() == RealisticIni());
+    }
+
+    void theCommandsOpenTheirDialogsAndTheStoreIsReadAroundItsOwn() {
+        Install();
+        CFakeInterface user;
+        const CRun run(*m_pRegistry);
+        QStringList listTitles;
+        user.m_fnInDialog = [&](QDialog& dialog) { listTitles << dialog.windowTitle(); };
+        QVERIFY(run.Frame().RunCommand(ID_TOOLS_GLOBAL_TABLES));
+        QVERIFY(run.Frame().RunCommand(ID_TOOLS_CONVERT_DATES));
+        m_pIni->Write("[DEBUG]\nOutput=FILE\n");
+        user.m_fnInDialog = [&](QDialog& dialog) {
+            listTitles << dialog.windowTitle();
+            QCOMPARE(theApp().m_jdeSettings.m_strOutput, std::string("FILE"));
+            m_pIni->Write("[DEBUG]\nOutput=NONE\n");
+        };
+        QVERIFY(run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS));
+        QCOMPARE(listTitles, (QStringList{"Global Tables", "Convert Dates", "JDE Settings"}));
+        QCOMPARE(theApp().m_jdeSettings.m_strOutput, std::string("NONE"));
+    }
+
+private:
+    void Install() const {
+        for (const char* pszName : {"a/spec/glbltbl.x", "a/spec/ddtext.x", "B/spec/GLBLTBL.y",
+                                    "B/spec/dddict.x", "B/spec/other.x", "B/glbltbl.x"})
+            WriteBelow(*m_pFolder, std::string("jde/") + pszName, pszName);
+        m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path("jde") + "\n");
+    }
+    void Show(std::unique_ptr<QDialog> pDialog) {
+        m_pDialog = std::move(pDialog);
+        m_pDialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_pDialog.get()));
+    }
+    void ShowSettings() {
+        m_pDialog.reset();
+        m_pSettings = std::make_unique<CJDESettings>();
+        Show(std::make_unique<CSettings>(*m_pSettings));
+    }
+    QLineEdit* Edit(const char* pszName) const {
+        return m_pDialog->findChild<QLineEdit*>(QString::fromLatin1(pszName));
+    }
+    void Click(const char* pszText) const {
+        for (auto* pButton : m_pDialog->findChildren<QPushButton*>()) {
+            if (pButton->text().remove(QLatin1Char('&')) == QLatin1String(pszText)) {
+                QTest::mouseClick(pButton, Qt::LeftButton);
+                return;
+            }
+        }
+        QFAIL(pszText);
+    }
+    CListCtrl& List() const { return *m_pDialog->findChild<CListCtrl*>(); }
+    QStringList Names() const {
+        const QString strRoot = QString::fromStdString(m_pFolder->Path("jde")) + u'/';
+        QStringList listNames;
+        for (int n = 0; n < List().model()->rowCount(); ++n)
+            listNames << List().model()->index(n, 0).data().toString().remove(strRoot);
+        return listNames;
+    }
+    void ClickRow(int nRow, Qt::KeyboardModifier nModifier) const {
+        QTest::mouseClick(List().viewport(), Qt::LeftButton, nModifier,
+                          List().visualRect(List().model()->index(nRow, 0)).center());
+    }
+    void ClickHeader(int nColumn) const {
+        QHeaderView* pHeader = List().header();
+        QTest::mouseClick(pHeader->viewport(), Qt::LeftButton, {},
+                          QPoint(pHeader->sectionViewportPosition(nColumn) + 30, pHeader->height() / 2));
+    }
+    QTreeWidget& Grid() const { return *m_pDialog->findChild<QTreeWidget*>(QStringLiteral("Grid")); }
+    QTreeWidgetItem* Item(const char* pszLabel) const {
+        return Grid()
+            .findItems(QString::fromLatin1(pszLabel), Qt::MatchExactly | Qt::MatchRecursive)
+            .value(0);
+    }
+    // Clicks on a row's value and gives the editor that opens.
+    QWidget* OpenEditor(const char* pszLabel) const {
+        Grid().scrollToItem(Item(pszLabel));
+        const QModelIndex index = Grid().indexFromItem(Item(pszLabel), 1);
+        QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, Grid().visualRect(index).center());
+        QWidget* pEditor = Grid().indexWidget(index);
+        return pEditor != nullptr ? pEditor : QApplication::focusWidget();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_pRegistry;
+    std::unique_ptr<JDEIni> m_pIni;
+    std::unique_ptr<TestFolder> m_pFolder;
+    std::unique_ptr<CJDESettings> m_pSettings;
+    std::unique_ptr<QDialog> m_pDialog;
+};
+
+QTEST_MAIN(ToolsTest)
+#include "ToolsTest.moc"
