@@ -49,9 +49,9 @@ public:
     ERegStatus QueryRaw32(std::string_view strName, std::uint32_t& nNumber) const;
     // Reads a value with its type.
     ERegStatus QueryValue(std::string_view strName, CRegValue& value) const;
-    // Reads a value's bytes into a zeroed buffer of that size, whatever its type, and takes them as UTF-16 text
-    // up to the first NUL. A value that does not fit is Failed and gives an empty text; NotFound leaves the
-    // text alone.
+    // Reads a value's bytes into a zeroed buffer of that size, whatever its type, and takes them as UTF-16
+    // text up to the first NUL. A value that does not fit is Failed and gives an empty text; NotFound leaves
+    // the text alone.
     ERegStatus QueryRawText(std::string_view strName, std::size_t nBytes, std::string& strText) const;
     // The value at a position; false past the last one, and for a value of more than 4 bytes or with a name
     // of 260 characters or more, so that an enumeration that stops at the first failure stops there.
