@@ -146,6 +146,8 @@ private slots:
         QVERIFY(Item("DEBUG")->isFirstColumnSpanned());
         QVERIFY(Item("DEBUG")->isExpanded());
         Grid().setCurrentItem(Item("serviceNameListen"));
+        QVERIFY(Grid().columnWidth(0) >
+                Grid().fontMetrics().horizontalAdvance(QStringLiteral("serviceNameConnect")));
         QCOMPARE(m_pDialog->findChild<QLabel*>(QStringLiteral("Description"))->text(),
                  QStringLiteral("JDENET listener port"));
     }

@@ -12,6 +12,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 #include <QVBoxLayout>
 
 namespace carvelot {
@@ -179,6 +180,7 @@ void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& listTop) {
         AddRow(m_pTree->invisibleRootItem(), row);
     m_pTree->expandAll();
     m_pTree->setCurrentItem(m_pTree->topLevelItem(0));
+    FitLabels();
 }
 
 void CPropertyGrid::AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row) {
@@ -249,11 +251,19 @@ bool CPropertyGrid::eventFilter(QObject* pObject, QEvent* pEvent) {
     return true;
 }
 
-void CPropertyGrid::showEvent(QShowEvent* pEvent) {
-    QWidget::showEvent(pEvent);
-    m_pTree->resizeColumnToContents(kLabelColumn);
-    const int nWidth = m_pTree->columnWidth(kLabelColumn) + 16;
-    m_pTree->setColumnWidth(kLabelColumn, std::min(nWidth, m_pTree->viewport()->width() / 2));
+void CPropertyGrid::FitLabels() {
+    // The tree itself measures only what it shows, and it may not be laid out yet.
+    int nWidest = 0;
+    for (QTreeWidgetItemIterator it(m_pTree); *it != nullptr; ++it) {
+        int nDepth = 1;
+        for (const QTreeWidgetItem* pParent = (*it)->parent(); pParent != nullptr;
+             pParent = pParent->parent())
+            ++nDepth;
+        const int nText = m_pTree->fontMetrics().horizontalAdvance((*it)->text(kLabelColumn));
+        nWidest = std::max(nWidest, nDepth * m_pTree->indentation() + nText);
+    }
+    constexpr int kRoom = 24;
+    m_pTree->setColumnWidth(kLabelColumn, std::min(nWidest + kRoom, width() / 2));
 }
 
 } // namespace carvelot

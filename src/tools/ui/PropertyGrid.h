@@ -31,9 +31,10 @@ public:
 
 protected:
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
-    void showEvent(QShowEvent* pEvent) override;
 
 private:
+    // Makes the first column as wide as its labels, but at most half the grid.
+    void FitLabels();
     void AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row);
     void ShowDescription(const QTreeWidgetItem* pItem);
 
