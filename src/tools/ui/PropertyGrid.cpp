@@ -102,7 +102,7 @@ public:
             pPainter->fillRect(option.rect, option.palette.brush(QPalette::Button));
         QStyledItemDelegate::paint(pPainter, option, index);
         pPainter->save();
-        pPainter->setPen(option.palette.color(QPalette::Midlight));
+        pPainter->setPen(option.palette.color(QPalette::Mid).lighter(125));
         pPainter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
         if (index.column() == kValueColumn)
             pPainter->drawLine(option.rect.topLeft(), option.rect.bottomLeft());
@@ -179,6 +179,9 @@ void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& listTop) {
         AddRow(m_pTree->invisibleRootItem(), row);
     m_pTree->expandAll();
     m_pTree->setCurrentItem(m_pTree->topLevelItem(0));
+    m_pTree->resizeColumnToContents(kLabelColumn);
+    constexpr int kGap = 16;
+    m_pTree->setColumnWidth(kLabelColumn, std::min(m_pTree->columnWidth(kLabelColumn) + kGap, width() / 2));
 }
 
 void CPropertyGrid::AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row) {
@@ -247,13 +250,6 @@ bool CPropertyGrid::eventFilter(QObject* pObject, QEvent* pEvent) {
     if (bTyped && pEditor != nullptr && pEditor != m_pTree && m_pTree->isAncestorOf(pEditor))
         QApplication::sendEvent(pEditor, pEvent);
     return true;
-}
-
-void CPropertyGrid::showEvent(QShowEvent* pEvent) {
-    QWidget::showEvent(pEvent);
-    m_pTree->resizeColumnToContents(kLabelColumn);
-    const int nWidth = m_pTree->columnWidth(kLabelColumn) + 16;
-    m_pTree->setColumnWidth(kLabelColumn, std::min(nWidth, m_pTree->viewport()->width() / 2));
 }
 
 } // namespace carvelot

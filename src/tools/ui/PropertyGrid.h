@@ -31,7 +31,6 @@ public:
 
 protected:
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
-    void showEvent(QShowEvent* pEvent) override;
 
 private:
     void AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row);
