@@ -145,6 +145,8 @@ private slots:
         QVERIFY(Grid().topLevelItem(0)->isFirstColumnSpanned());
         QVERIFY(Item("DEBUG")->isFirstColumnSpanned());
         QVERIFY(Item("DEBUG")->isExpanded());
+        const QRect label = Grid().visualRect(Grid().indexFromItem(Item("serviceNameConnect"), 0));
+        QVERIFY(label.width() > Grid().fontMetrics().horizontalAdvance(QStringLiteral("serviceNameConnect")));
         Grid().setCurrentItem(Item("serviceNameListen"));
         QVERIFY(Grid().columnWidth(0) >
                 Grid().fontMetrics().horizontalAdvance(QStringLiteral("serviceNameConnect")));

@@ -103,7 +103,7 @@ public:
             pPainter->fillRect(option.rect, option.palette.brush(QPalette::Button));
         QStyledItemDelegate::paint(pPainter, option, index);
         pPainter->save();
-        pPainter->setPen(option.palette.color(QPalette::Midlight));
+        pPainter->setPen(option.palette.color(QPalette::Mid).lighter(125));
         pPainter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
         if (index.column() == kValueColumn)
             pPainter->drawLine(option.rect.topLeft(), option.rect.bottomLeft());
@@ -180,7 +180,9 @@ void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& listTop) {
         AddRow(m_pTree->invisibleRootItem(), row);
     m_pTree->expandAll();
     m_pTree->setCurrentItem(m_pTree->topLevelItem(0));
-    FitLabels();
+    m_pTree->resizeColumnToContents(kLabelColumn);
+    constexpr int kGap = 16;
+    m_pTree->setColumnWidth(kLabelColumn, std::min(m_pTree->columnWidth(kLabelColumn) + kGap, width() / 2));
 }
 
 void CPropertyGrid::AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row) {
@@ -249,21 +251,6 @@ bool CPropertyGrid::eventFilter(QObject* pObject, QEvent* pEvent) {
     if (bTyped && pEditor != nullptr && pEditor != m_pTree && m_pTree->isAncestorOf(pEditor))
         QApplication::sendEvent(pEditor, pEvent);
     return true;
-}
-
-void CPropertyGrid::FitLabels() {
-    // The tree itself measures only what it shows, and it may not be laid out yet.
-    int nWidest = 0;
-    for (QTreeWidgetItemIterator it(m_pTree); *it != nullptr; ++it) {
-        int nDepth = 1;
-        for (const QTreeWidgetItem* pParent = (*it)->parent(); pParent != nullptr;
-             pParent = pParent->parent())
-            ++nDepth;
-        const int nText = m_pTree->fontMetrics().horizontalAdvance((*it)->text(kLabelColumn));
-        nWidest = std::max(nWidest, nDepth * m_pTree->indentation() + nText);
-    }
-    constexpr int kRoom = 24;
-    m_pTree->setColumnWidth(kLabelColumn, std::min(nWidest + kRoom, width() / 2));
 }
 
 } // namespace carvelot
