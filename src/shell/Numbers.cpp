@@ -2,7 +2,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <limits>
 #include <system_error>
 
 namespace carvelot {
@@ -21,25 +20,6 @@ bool TakeSign(std::string_view& strText) {
 }
 
 } // namespace
-
-std::int32_t TextToInt(std::string_view strText) {
-    const bool bNegative = TakeSign(strText);
-    std::int64_t nNumber = 0;
-    for (const char ch : strText) {
-        if (ch < '0' || ch > '9')
-            break;
-        nNumber = nNumber * 10 + (ch - '0');
-        if (nNumber > std::int64_t{std::numeric_limits<std::int32_t>::max()} + 1)
-            break;
-    }
-    if (bNegative)
-        nNumber = -nNumber;
-    if (nNumber > std::numeric_limits<std::int32_t>::max())
-        return std::numeric_limits<std::int32_t>::max();
-    if (nNumber < std::numeric_limits<std::int32_t>::min())
-        return std::numeric_limits<std::int32_t>::min();
-    return static_cast<std::int32_t>(nNumber);
-}
 
 double TextToDouble(std::string_view strText) {
     const bool bNegative = TakeSign(strText);

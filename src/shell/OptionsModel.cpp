@@ -1,5 +1,6 @@
 #include "shell/OptionsModel.h"
 
+#include "logcore/Numbers.h"
 #include "shell/Numbers.h"
 
 namespace carvelot {
@@ -50,11 +51,11 @@ void COptionsModel::Commit(CAppSettings& settings) const {
     for (const CRow& row : m_listRows)
         settings.m_traceApps.push_back({row.m_strApplication, row.m_strStatus == "On"});
     settings.m_bAutoRefresh = m_bAutoRefresh;
-    settings.m_nRefreshRate = TextToInt(m_strRate);
+    settings.m_nRefreshRate = ReadInteger(m_strRate);
     settings.m_fThreshold = static_cast<float>(TextToDouble(m_strThreshold));
     settings.SaveOptions();
     settings.m_strFontName = m_strFontName;
-    settings.m_nFontHeight = TextToInt(m_strFontHeight);
+    settings.m_nFontHeight = ReadInteger(m_strFontHeight);
 }
 
 } // namespace carvelot

@@ -1,3 +1,4 @@
+#include "logcore/Numbers.h"
 #include "shell/Commands.h"
 #include "shell/Numbers.h"
 #include "shell/RecentFiles.h"
@@ -12,20 +13,20 @@ namespace carvelot {
 namespace {
 
 TEST(Numbers, IntegersEndAtTheFirstCharacterThatIsNoDigit) {
-    EXPECT_EQ(TextToInt("12 apples"), 12);
-    EXPECT_EQ(TextToInt("  -7"), -7);
-    EXPECT_EQ(TextToInt("+3"), 3);
-    EXPECT_EQ(TextToInt(""), 0);
-    EXPECT_EQ(TextToInt("abc"), 0);
-    EXPECT_EQ(TextToInt("- 3"), 0);
+    EXPECT_EQ(ReadInteger("12 apples"), 12);
+    EXPECT_EQ(ReadInteger("  -7"), -7);
+    EXPECT_EQ(ReadInteger("+3"), 3);
+    EXPECT_EQ(ReadInteger(""), 0);
+    EXPECT_EQ(ReadInteger("abc"), 0);
+    EXPECT_EQ(ReadInteger("- 3"), 0);
 }
 
 TEST(Numbers, IntegersSaturateTo32Bits) {
-    EXPECT_EQ(TextToInt("2147483647"), 2147483647);
-    EXPECT_EQ(TextToInt("2147483648"), 2147483647);
-    EXPECT_EQ(TextToInt("99999999999999999999999"), 2147483647);
-    EXPECT_EQ(TextToInt("-2147483648"), -2147483647 - 1);
-    EXPECT_EQ(TextToInt("-99999999999999999999999"), -2147483647 - 1);
+    EXPECT_EQ(ReadInteger("2147483647"), 2147483647);
+    EXPECT_EQ(ReadInteger("2147483648"), 2147483647);
+    EXPECT_EQ(ReadInteger("99999999999999999999999"), 2147483647);
+    EXPECT_EQ(ReadInteger("-2147483648"), -2147483647 - 1);
+    EXPECT_EQ(ReadInteger("-99999999999999999999999"), -2147483647 - 1);
 }
 
 TEST(Numbers, FloatingPointNumbersAreReadAsFarAsTheyGo) {

@@ -1,8 +1,8 @@
 #include "shell/ui/PersonalMenu.h"
 
+#include "logcore/Numbers.h"
 #include "shell/AppSettings.h"
 #include "shell/Commands.h"
-#include "shell/Numbers.h"
 #include "shell/ui/Text.h"
 
 #include <QKeyEvent>
@@ -16,7 +16,7 @@ void CMenuHabits::Load() {
     m_setUsed.clear();
     const QString strUsed = ToQString(GetWorkspaceString("UsedCommands", ""));
     for (const QString& strId : strUsed.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        m_setUsed.insert(TextToInt(ToUtf8(strId)));
+        m_setUsed.insert(ReadInteger(ToUtf8(strId)));
 }
 
 void CMenuHabits::Save() const {

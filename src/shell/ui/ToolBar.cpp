@@ -1,7 +1,7 @@
 #include "shell/ui/ToolBar.h"
 
+#include "logcore/Numbers.h"
 #include "shell/Commands.h"
-#include "shell/Numbers.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/Text.h"
 
@@ -116,7 +116,7 @@ void CToolBar::SetStoredCommands(const QString& strStored) {
     std::vector<int> listCommands;
     for (const QString& strId : strStored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
         if (listCommands.size() < 200)
-            listCommands.push_back(TextToInt(ToUtf8(strId)));
+            listCommands.push_back(ReadInteger(ToUtf8(strId)));
     }
     SetCommands(listCommands);
 }
