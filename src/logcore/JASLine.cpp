@@ -152,11 +152,14 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     if (!ReadUsualFields(whole, detail, detail.m_strText) && !ReadFields(whole, detail, detail.m_strText)) {
         return;
     }
+    // While a statement awaits parameters no test looks for words inside a text.
+    TextSigns signs;
+    if (m_pendingStatement.parameters <= 0) {
+        signs = line.hints.IsComplete() ? FindSigns(detail.m_strText, whole, line.hints)
+                                        : FindSigns(detail.m_strText);
+    }
     Classification result =
-        ClassifyJASStatement(detail.m_strLevel, detail.m_strText,
-                             line.hints.IsComplete() ? FindSigns(detail.m_strText, whole, line.hints)
-                                                     : FindSigns(detail.m_strText),
-                             m_pendingStatement, m_strFinished);
+        ClassifyJASStatement(detail.m_strLevel, detail.m_strText, signs, m_pendingStatement, m_strFinished);
     if (m_nProcessFilter != 0) {
         return;
     }
