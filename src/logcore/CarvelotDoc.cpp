@@ -96,17 +96,17 @@ bool CCarvelotDoc::LoadLog() {
     ClearSession();
 
     m_pLogFile = std::move(file);
-    CLogReader reader(m_pLogFile);
+    CLogReader reader(m_pLogFile, HintSet::None);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
         return false;
     }
-    reader.Rewind();
+    reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
     const std::uint64_t size = m_pLogFile.Size();
     std::uint64_t nextProgress = kProgressStep;
     LogLine line;
-    const auto parseAll = [&](auto readLine, auto parseLine) {
-        while (readLine()) {
+    const auto parseAll = [&](auto parseLine) {
+        while (reader.ReadLogLine(line)) {
             parseLine();
             if (reader.Position() >= nextProgress) {
                 m_host.LoadProgress(reader.Position(), size);
@@ -115,9 +115,9 @@ bool CCarvelotDoc::LoadLog() {
         }
     };
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Debug>(line); }, [&] { ParseDebugLine(line); });
+        parseAll([&] { ParseDebugLine(line); });
     } else {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Jas>(line); }, [&] { ParseJASLine(line); });
+        parseAll([&] { ParseJASLine(line); });
     }
     m_pLogFile.Close();
 

@@ -105,45 +105,46 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
         return signs;
     }
     const std::ptrdiff_t textStart = text.data() - line.data();
-    for (const std::uint16_t hint : hints) {
-        const std::ptrdiff_t at = hint - textStart;
+    hints.ForEach([&](std::size_t place) {
+        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
         if (at < 0 || static_cast<std::size_t>(at) >= text.size()) {
-            continue;
+            return;
         }
+        // By the first letter of the word's pair.
         switch (text[static_cast<std::size_t>(at)]) {
-        case 'C':
-            signs.cache = signs.cache || WordAt(text, at - 3, "jdeCache") ||
-                          WordAt(text, at - 1, "hCache:") || WordAt(text, at - 1, "hCursor:");
-            signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
-            signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
+        case 'e':
+            signs.cache = signs.cache || WordAt(text, at - 2, "jdeCache");
             break;
-        case 'D': {
-            // Nearly every "DB" is that of a name such as JDB_Fetch.
-            const char behind =
-                static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
-            if (IsDigit(behind)) {
-                signs.jdbCode = signs.jdbCode ||
-                                (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
-            } else if (behind == 'P') {
-                signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
-            }
+        case 'h':
+            signs.cache = signs.cache || WordAt(text, at, "hCache:") || WordAt(text, at, "hCursor:");
             break;
-        }
         case 'F':
             signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
             break;
-        case 'U':
-            signs.ube = signs.ube || WordAt(text, at - 2, "--UBE--");
+        case 'B':
+            signs.sqlDone = signs.sqlDone || WordAt(text, at - 9, "Exiting DBPerformRequest");
+            [[fallthrough]];
+        case 'C':
+            signs.jdbCode =
+                signs.jdbCode || (at >= 2 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 2))));
+            break;
+        case '-':
+            signs.ube = signs.ube || WordAt(text, at - 1, "--UBE--");
             break;
         case 'E':
             signs.eventStarts = signs.eventStarts || WordAt(text, at, "Event Starts :");
             signs.eventEnds = signs.eventEnds || WordAt(text, at, "Event Ends:");
-            signs.erLine = signs.erLine || WordAt(text, at - 3, "at ER Line");
+            break;
+        case 'L':
+            signs.erLine = signs.erLine || WordAt(text, at - 6, "at ER Line");
+            break;
+        case 'O':
+            signs.objectCalled = signs.objectCalled || WordAt(text, at, "Object Called:");
             break;
         default:
             break;
         }
-    }
+    });
     return signs;
 }
 
@@ -151,9 +152,11 @@ bool HoldsUBE(const LogLine& line) {
     if (!line.hints.IsComplete()) {
         return Holds(line.bytes, "--UBE--");
     }
-    return std::any_of(line.hints.begin(), line.hints.end(), [&](std::uint16_t hint) {
-        return hint < line.bytes.size() && line.bytes[hint] == 'U' && WordAt(line.bytes, hint - 2, "--UBE--");
+    bool found = false;
+    line.hints.ForEach([&](std::size_t place) {
+        found = found || WordAt(line.bytes, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
     });
+    return found;
 }
 
 Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs) {
