@@ -133,6 +133,8 @@ bool CCarvelotDoc::LoadLog() {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
+    m_stamp = {};
+    m_heads.Clear();
     m_processByID.clear();
     m_listProcesses.clear();
     m_listGaps = {};

@@ -5,6 +5,7 @@
 #include "logcore/Classifier.h"
 #include "logcore/DetailList.h"
 #include "logcore/JASUser.h"
+#include "logcore/LineHead.h"
 #include "logcore/LogReader.h"
 #include "logcore/Process.h"
 #include "logcore/SessionHost.h"
@@ -84,6 +85,12 @@ private:
     bool DetectJASFormat(CLogReader& reader);
     void ParseDebugLine(LogLine& line);
     void ParseJASLine(LogLine& line);
+    // For lines that begin as earlier ones did. False leaves the line to the two above, which look at each
+    // word and remember what they see for the next line.
+    bool ParseUsualDebugLine(const LogLine& line);
+    bool ParseUsualJASLine(const LogLine& line);
+    TextSigns SignsOf(const LogLine& line, std::string_view text) const;
+    void LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record);
     std::string_view StatementText(std::string_view line, bool ascii);
     bool CommitDetail(RecordIndex record, std::uint64_t time);
     void CommitToUser(RecordIndex record, std::uint64_t time);
@@ -97,6 +104,10 @@ private:
     platform::SharedFile m_pLogFile;
     std::unordered_map<std::uint32_t, CProcess*> m_processByID;
     std::uint64_t m_nLoadIdentity;
+
+    // How lines of this load begin.
+    LineStamp m_stamp;
+    CLineHeads m_heads;
 
     std::string m_strConverted; // the current line, when its bytes are no UTF-8
     std::string m_strCut;       // its statement text, when a column cut a surrogate pair

@@ -269,18 +269,16 @@ LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::st
 
 } // namespace
 
-Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
-                                    PendingStatement& pending, std::string& replacement) {
+LogKind KindOfLevel(std::string_view level) {
+    return level == "MANDATORY" ? LOG_MANDATORY
+           : level == "WARN"    ? LOG_WARN
+           : level == "SEVERE"  ? LOG_SEVERE
+                                : LOG_NONE;
+}
+
+Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
+                                    std::string& replacement) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
-    if (level == "MANDATORY") {
-        return is(LOG_MANDATORY);
-    }
-    if (level == "WARN") {
-        return is(LOG_WARN);
-    }
-    if (level == "SEVERE") {
-        return is(LOG_SEVERE);
-    }
     if (StartsWithSQL(text)) {
         return is(TakeStatement(text, pending, replacement));
     }

@@ -44,10 +44,13 @@ struct PendingStatement {
     std::int64_t parameters = 0; // how many it still awaits
 };
 
-// `text` may come to view `replacement` instead: a statement with its marks numbered, or the finished
-// statement.
-Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
-                                    PendingStatement& pending, std::string& replacement);
+// The kind of a JAS line whose level alone decides it, else LOG_NONE.
+LogKind KindOfLevel(std::string_view level);
+
+// For a line whose level decides nothing. `text` may come to view `replacement` instead: a statement with its
+// marks numbered, or the finished statement.
+Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
+                                    std::string& replacement);
 
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
 struct JASParam {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "logcore/Interner.h"
+#include "logcore/LineHead.h"
 #include "logcore/LogDetail.h"
 #include "logcore/PagedArray.h"
 
@@ -38,6 +39,29 @@ public:
     // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
     // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
+
+    // The same for a line that begins as earlier ones did: its stamp and its context are known. Returns the
+    // record; `stored` is the text and perhaps blanks behind it that belong to its label.
+    struct UsualDetail {
+        const LineStamp& stamp;
+        std::uint32_t fraction;
+        std::uint32_t context;
+        LogKind kind;
+        std::int32_t returnCode;
+        SqlOperation operation;
+        bool ascii;
+        bool labelRunsOn;
+        std::string_view text;
+        std::string_view stored;
+        std::string_view name; // the display name, or the table of a SQL record
+    };
+    RecordIndex AppendUsual(const UsualDetail& detail);
+    // Whether a record has nothing that only Append can give it.
+    bool IsUsual(RecordIndex record) const {
+        const PackedDetail& packed = Packed(record);
+        return packed.odd == 0 && packed.textLength != 0;
+    }
+    std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
 
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;

@@ -13,9 +13,12 @@ Classification Debug(std::string_view text) { return ClassifyDebugStatement(text
 LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
 Classification JAS(std::string_view text, std::string_view level = "APP") {
+    if (const LogKind levelKind = KindOfLevel(level); levelKind != LOG_NONE) {
+        return {levelKind, 0, {}};
+    }
     PendingStatement pending;
     std::string replacement;
-    return ClassifyJASStatement(level, text, FindSigns(text), pending, replacement);
+    return ClassifyJASStatement(text, FindSigns(text), pending, replacement);
 }
 
 LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }
