@@ -3,6 +3,7 @@
 
 #include "logcore/Numbers.h"
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -80,6 +81,38 @@ inline bool SameShortText(std::string_view a, std::string_view b) {
         return Load32(x) == Load32(y) && Load32(x + size - 4) == Load32(y + size - 4);
     }
     return size == 0 || (x[0] == y[0] && x[size / 2] == y[size / 2] && x[size - 1] == y[size - 1]);
+}
+
+// Where a word of at least two characters first stands in a text, as std::string_view::find tells it, without
+// a stop at each place that only its first character has.
+inline std::size_t FindWord(std::string_view text, std::string_view word) {
+#if defined(__SSE2__)
+    const std::size_t behind = word.size() - 1;
+    if (text.size() >= behind + 16) {
+        const char* const p = text.data();
+        const __m128i first = _mm_set1_epi8(word.front());
+        const __m128i second = _mm_set1_epi8(word[1]);
+        const std::size_t lastStep = text.size() - behind - 16;
+        for (std::size_t at = 0;; at += 16) {
+            // The last step overlaps the one before.
+            at = at < lastStep ? at : lastStep;
+            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + at));
+            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + at + 1));
+            auto places = static_cast<std::uint32_t>(
+                _mm_movemask_epi8(_mm_and_si128(_mm_cmpeq_epi8(a, first), _mm_cmpeq_epi8(b, second))));
+            for (; places != 0; places &= places - 1) {
+                const std::size_t place = at + static_cast<std::size_t>(std::countr_zero(places));
+                if (SameShortText({p + place, word.size()}, word)) {
+                    return place;
+                }
+            }
+            if (at == lastStep) {
+                return std::string_view::npos;
+            }
+        }
+    }
+#endif
+    return text.find(word);
 }
 
 } // namespace carvelot

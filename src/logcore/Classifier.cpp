@@ -20,7 +20,9 @@ constexpr std::array<std::string_view, 16> kListedCodes = {
     "JDB3100080", "JDB3300020", "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001",
     "JDB4100005", "JDB4100006", "JDB9900401", "JDB9901232"};
 
-bool Holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
+bool Holds(std::string_view text, std::string_view word) {
+    return FindWord(text, word) != std::string_view::npos;
+}
 
 bool StartsListedCode(std::string_view text) {
     return text.size() >= kCodeLength && IsDigit(text[3]) &&
@@ -49,7 +51,7 @@ bool StartsWithSQL(std::string_view text) {
 
 // Whether the first word begins so. A text without a blank has no first word.
 bool FirstWordBegins(std::string_view text, std::string_view start) {
-    return text.starts_with(start) && Holds(text.substr(start.size()), " ");
+    return text.starts_with(start) && text.find(' ', start.size()) != std::string_view::npos;
 }
 
 // A text of the form "RT: >>>Beginning ER:" tab, name, tab, and perhaps "Form:", the form, tab.
@@ -61,7 +63,7 @@ Classification ClassifyEventRules(std::string_view text) {
         result.kind = LOG_EVENT_START;
         rest.remove_prefix(marker.size() + 1);
         const std::string_view name = UpTo(rest, '\t');
-        const std::size_t form = text.find("Form:");
+        const std::size_t form = FindWord(text, "Form:");
         const std::string_view formName = form != std::string_view::npos && form > 0
                                               ? UpTo(text.substr(form + 5), '\t')
                                               : std::string_view{};
@@ -79,7 +81,7 @@ Classification ClassifyEventRules(std::string_view text) {
 // whole.
 bool WordAt(std::string_view text, std::ptrdiff_t at, std::string_view word) {
     return at >= 0 && static_cast<std::size_t>(at) + word.size() <= text.size() &&
-           text.compare(static_cast<std::size_t>(at), word.size(), word) == 0;
+           SameShortText(text.substr(static_cast<std::size_t>(at), word.size()), word);
 }
 
 } // namespace
@@ -336,7 +338,7 @@ JASParam ParseJASParam(std::string_view text) {
     if (colon != std::string_view::npos) {
         const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
         param.index = ReadInteger(behindTag);
-        const std::size_t types = text.find("_Types.");
+        const std::size_t types = FindWord(text, "_Types.");
         if (types != std::string_view::npos && types > colon) {
             // One character behind the colon is passed over.
             param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);

@@ -49,7 +49,7 @@ void CDetailList::Clear() {
     m_words.Clear();
     m_names.Clear();
     m_foldedNames.Clear();
-    m_tableKeys.clear();
+    m_foldedIds.clear();
     m_contexts = {};
     m_contextSlots.assign(64, 0);
     m_recentContexts.fill(0);
@@ -323,15 +323,14 @@ CLogDetail CDetailList::operator[](RecordIndex record) const {
     return detail;
 }
 
-std::uint32_t CDetailList::TableKey(RecordIndex record) {
-    const std::uint32_t name = NameOf(record);
+std::uint32_t CDetailList::FoldedName(std::uint32_t name) {
     if (name == 0) {
         return 0;
     }
-    if (m_tableKeys.size() <= name) {
-        m_tableKeys.resize(std::max(m_names.Count(), m_tableKeys.size() * 2), 0);
+    if (m_foldedIds.size() <= name) {
+        m_foldedIds.resize(std::max(m_names.Count(), m_foldedIds.size() * 2), 0);
     }
-    std::uint32_t& key = m_tableKeys[name];
+    std::uint32_t& key = m_foldedIds[name];
     if (key == 0) {
         key = m_foldedNames.Id(FoldedCase(m_names.Text(name)));
     }

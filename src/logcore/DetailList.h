@@ -92,10 +92,12 @@ public:
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
     // The number under which a SQL record's table counts: tables whose names differ in case only share one.
-    std::uint32_t TableKey(RecordIndex record);
+    std::uint32_t TableKey(RecordIndex record) { return FoldedName(NameOf(record)); }
     // The interned name behind a number that InternName gave.
     std::uint32_t InternName(std::string_view name) { return m_names.Id(name); }
     std::string_view Name(std::uint32_t id) const { return m_names.Text(id); }
+    // One number for all interned names that differ in case only; 0 for the empty name.
+    std::uint32_t FoldedName(std::uint32_t name);
 
     void Clear();
 
@@ -157,7 +159,7 @@ private:
     CInterner m_words;            // months, labels, levels, users, sources
     CInterner m_names;            // tables, display names, functions
     CInterner m_foldedNames;
-    std::vector<std::uint32_t> m_tableKeys; // by number in m_names; 0 for not yet folded
+    std::vector<std::uint32_t> m_foldedIds; // by number in m_names; 0 for not yet folded
     std::vector<RecordContext> m_contexts;
     std::vector<std::uint32_t> m_contextSlots;         // context + 1, by hash
     std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
