@@ -44,7 +44,8 @@ public:
 } // namespace
 
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
-    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()) {}
+    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
+      m_gapRule(settings.m_fThreshold) {}
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
@@ -94,6 +95,7 @@ bool CCarvelotDoc::LoadLog() {
         m_pDetailView->ResetTree();
     }
     ClearSession();
+    m_gapRule = CGapRule(m_settings.m_fThreshold);
 
     m_pLogFile = std::move(file);
     CLogReader reader(m_pLogFile, HintSet::None);

@@ -55,8 +55,9 @@ bool FirstWordBegins(std::string_view text, std::string_view start) {
 }
 
 // A text of the form "RT: >>>Beginning ER:" tab, name, tab, and perhaps "Form:", the form, tab.
-Classification ClassifyEventRules(std::string_view text) {
+Classification ClassifyEventRules(std::string_view text, std::string& scratch) {
     Classification result;
+    scratch.clear();
     std::string_view rest = text.substr(text.find(' ') + 1);
     const std::string_view marker = UpTo(rest, '\t');
     if (marker == ">>>Beginning ER:") {
@@ -68,9 +69,9 @@ Classification ClassifyEventRules(std::string_view text) {
                                               ? UpTo(text.substr(form + 5), '\t')
                                               : std::string_view{};
         if (IsAboveBlank(formName)) {
-            result.name.append("Form: ").append(formName).append(" - ");
+            scratch.append("Form: ").append(formName).append(" - ");
         }
-        result.name.append(name);
+        result.name = scratch.append(name);
     } else if (marker == "<<<Finished  ER:") {
         result.kind = LOG_EVENT_END;
     }
@@ -108,6 +109,10 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
     }
     const std::ptrdiff_t textStart = text.data() - line.data();
     hints.ForEach([&](std::size_t place) {
+        if (place < line.size() && line[place] == '-') {
+            signs.lineHoldsUBE =
+                signs.lineHoldsUBE || WordAt(line, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
+        }
         const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
         if (at < 0 || static_cast<std::size_t>(at) >= text.size()) {
             return;
@@ -161,7 +166,7 @@ bool HoldsUBE(const LogLine& line) {
     return found;
 }
 
-Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs) {
+Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (text.empty()) {
         return {};
@@ -200,7 +205,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
             return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
         }
         if (Starts(text, "RT: ")) {
-            return ClassifyEventRules(text);
+            return ClassifyEventRules(text, scratch);
         }
         break;
     case 'E':
@@ -279,7 +284,7 @@ LogKind KindOfLevel(std::string_view level) {
 }
 
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
-                                    std::string& replacement) {
+                                    std::string& replacement, std::string& scratch) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (StartsWithSQL(text)) {
         return is(TakeStatement(text, pending, replacement));
@@ -319,7 +324,7 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
         return is(LOG_OBJECT_CALL);
     }
     if (Starts(text, "RT: ")) {
-        return ClassifyEventRules(text);
+        return ClassifyEventRules(text, scratch);
     }
     return is(signs.cache ? LOG_CACHE : LOG_NONE);
 }

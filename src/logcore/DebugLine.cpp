@@ -165,16 +165,21 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     }
     const std::uint32_t context = head.contexts[blanks];
     if (context == LineHead::kUnknown ||
-        (m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - ")) ||
-        (!line.hints.Empty() && HoldsUBE(line))) {
+        (m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
         return false;
+    }
+    TextSigns signs;
+    if (!line.hints.Empty()) {
+        signs = FindSigns(text, line.bytes, line.hints);
+        if (signs.lineHoldsUBE) {
+            return false;
+        }
     }
     m_bDashForm = true;
     if (m_nProcessFilter != 0 && m_nProcessFilter != head.processID) {
         return true;
     }
-    const Classification result = ClassifyDebugStatement(
-        text, line.hints.Empty() ? TextSigns{} : FindSigns(text, line.bytes, line.hints));
+    const Classification result = ClassifyDebugStatement(text, signs, m_strName);
     SqlParts parts;
     if (result.kind == LOG_SQL) {
         parts = SplitSQLStatement(text, m_strTable);
@@ -185,8 +190,8 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     }
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, context, result.kind, result.returnCode, parts.operation, true, head.labelRunsOn,
-         text, stored, result.kind == LOG_SQL ? parts.table : std::string_view(result.name)});
-    CommitDetail(record, m_stamp.time + fraction);
+         text, stored, result.kind == LOG_SQL ? parts.table : result.name});
+    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
     return true;
 }
 
@@ -243,9 +248,11 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_nUBELevel = DigitValue(AsciiAtColumn(text, kUBELevelColumn));
     }
     const bool isSlice = detail.m_strText.data() != m_strCut.data();
-    Classification result = ClassifyDebugStatement(
-        detail.m_strText, isSlice && line.hints.IsComplete() ? FindSigns(detail.m_strText, text, line.hints)
-                                                             : FindSigns(detail.m_strText));
+    Classification result = ClassifyDebugStatement(detail.m_strText,
+                                                   isSlice && line.hints.IsComplete()
+                                                       ? FindSigns(detail.m_strText, text, line.hints)
+                                                       : FindSigns(detail.m_strText),
+                                                   m_strName);
     if (m_nProcessFilter != 0 && m_nProcessFilter != detail.m_nProcessID) {
         return;
     }
@@ -260,7 +267,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
     }
     const RecordIndex record = m_listDetails.Append(detail, line.ascii);
     LearnDebugHead(line, detail, record);
-    CommitDetail(record, detail.m_nTime);
+    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

@@ -127,7 +127,8 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
     Classification result{head.levelKind, 0, {}};
     if (head.levelKind == LOG_NONE) {
-        result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strFinished);
+        result =
+            ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strFinished, m_strName);
     }
     if (m_nProcessFilter != 0) {
         return true;
@@ -140,9 +141,9 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     const bool ascii = text.data() != m_strFinished.data() || platform::IsAscii(text);
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
-         text, text, result.kind == LOG_SQL ? parts.table : std::string_view(result.name)});
-    CommitToUser(record, m_stamp.time + fraction);
-    CommitDetail(record, m_stamp.time + fraction);
+         text, text, result.kind == LOG_SQL ? parts.table : result.name});
+    CommitToUser(record, result.kind, m_stamp.time + fraction);
+    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
     return true;
 }
 
@@ -174,7 +175,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     Classification result{levelKind, 0, {}};
     if (levelKind == LOG_NONE) {
         result = ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pendingStatement,
-                                      m_strFinished);
+                                      m_strFinished, m_strName);
     }
     const std::string_view source = detail.m_strSource;
     if (m_nProcessFilter != 0) {
@@ -205,8 +206,8 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
                           m_listDetails.ContextNumber(record), 0, levelKind);
         }
     }
-    CommitToUser(record, detail.m_nTime);
-    CommitDetail(record, detail.m_nTime);
+    CommitToUser(record, detail.m_nKind, detail.m_nTime);
+    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

@@ -45,7 +45,7 @@ struct LineStamp {
 // What stands between the stamp and the text.
 struct LineHead {
     static constexpr std::size_t kLongest = 128;
-    static constexpr std::size_t kMostBlanks = 3;
+    static constexpr std::size_t kMostBlanks = 6;
 
     std::uint32_t length = 0; // 0 for nothing known
     std::uint32_t month = 0;

@@ -20,7 +20,8 @@ public:
 
     CPagedArray() = default;
     CPagedArray(CPagedArray&& other) noexcept
-        : m_blocks(std::move(other.m_blocks)), m_nSize(std::exchange(other.m_nSize, 0)) {
+        : m_blocks(std::move(other.m_blocks)), m_pNext(std::exchange(other.m_pNext, nullptr)),
+          m_nRoom(std::exchange(other.m_nRoom, 0)), m_nSize(std::exchange(other.m_nSize, 0)) {
         other.m_blocks.clear();
     }
     CPagedArray(const CPagedArray&) = delete;
@@ -37,10 +38,12 @@ public:
     // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is
     // left of a block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
-        if (m_nSize + count > m_blocks.size() * kBlockSize) {
+        if (count > m_nRoom) {
             AddBlock();
         }
-        T* const place = m_blocks.back() + (m_nSize & (kBlockSize - 1));
+        T* const place = m_pNext;
+        m_pNext += count;
+        m_nRoom -= count;
         m_nSize += count;
         return place;
     }
@@ -52,7 +55,8 @@ public:
             }
         }
         m_blocks.clear();
-        m_nSize = 0;
+        m_pNext = nullptr;
+        m_nRoom = m_nSize = 0;
     }
 
 private:
@@ -60,9 +64,13 @@ private:
         m_nSize = m_blocks.size() * kBlockSize;
         m_blocks.push_back(nullptr);
         m_blocks.back() = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
+        m_pNext = m_blocks.back();
+        m_nRoom = kBlockSize;
     }
 
     std::vector<T*> m_blocks;
+    T* m_pNext = nullptr;    // of the last block
+    std::size_t m_nRoom = 0; // elements left in it
     std::size_t m_nSize = 0;
 };
 

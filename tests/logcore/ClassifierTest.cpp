@@ -8,7 +8,9 @@ namespace carvelot::test {
 
 namespace {
 
-Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text)); }
+std::string g_name; // what the latest Classification's name views
+
+Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text), g_name); }
 
 LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
@@ -18,7 +20,7 @@ Classification JAS(std::string_view text, std::string_view level = "APP") {
     }
     PendingStatement pending;
     std::string replacement;
-    return ClassifyJASStatement(text, FindSigns(text), pending, replacement);
+    return ClassifyJASStatement(text, FindSigns(text), pending, replacement, g_name);
 }
 
 LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }
