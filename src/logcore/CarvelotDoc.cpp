@@ -117,9 +117,17 @@ bool CCarvelotDoc::LoadLog() {
         }
     };
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
-        parseAll([&] { ParseDebugLine(line); });
+        parseAll([&] {
+            if (!ParseUsualDebugLine(line)) {
+                ParseDebugLine(line);
+            }
+        });
     } else {
-        parseAll([&] { ParseJASLine(line); });
+        parseAll([&] {
+            if (!ParseUsualJASLine(line)) {
+                ParseJASLine(line);
+            }
+        });
     }
     m_pLogFile.Close();
 

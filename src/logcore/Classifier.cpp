@@ -292,24 +292,38 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
     if (pending.parameters > 0) {
         return is(TakeParameter(text, pending, replacement));
     }
-    if (Starts(text, "Calling ")) {
-        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
-                                                                                          : LOG_CALL);
-    }
-    if (Starts(text, "On ")) {
-        return is(LOG_ON);
-    }
-    if (Starts(text, "Return ")) {
-        return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
-    }
-    if (FirstWordBegins(text, "ERROR")) {
-        return is(LOG_ERROR);
-    }
-    if (FirstWordBegins(text, "IN->[")) {
-        return is(LOG_PARM_IN);
-    }
-    if (FirstWordBegins(text, "OUT->[")) {
-        return is(LOG_PARM_OUT);
+    switch (text.empty() ? '\0' : text.front()) {
+    case 'C':
+        if (Starts(text, "Calling ")) {
+            return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
+                                                                                              : LOG_CALL);
+        }
+        break;
+    case 'O':
+        if (Starts(text, "On ")) {
+            return is(LOG_ON);
+        }
+        if (FirstWordBegins(text, "OUT->[")) {
+            return is(LOG_PARM_OUT);
+        }
+        break;
+    case 'R':
+        if (Starts(text, "Return ")) {
+            return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
+        }
+        break;
+    case 'E':
+        if (FirstWordBegins(text, "ERROR")) {
+            return is(LOG_ERROR);
+        }
+        break;
+    case 'I':
+        if (FirstWordBegins(text, "IN->[")) {
+            return is(LOG_PARM_IN);
+        }
+        break;
+    default:
+        break;
     }
     if (signs.eventStarts) {
         return is(LOG_EVENT_START);
@@ -339,19 +353,23 @@ JASParam ParseJASParam(std::string_view text) {
     }
     const std::string_view type = text.substr(dot + 1);
     const std::size_t colon = text.find(':');
-    std::string scratch;
+    std::string_view value;
+    std::string valueScratch;
     if (colon != std::string_view::npos) {
+        std::string scratch;
         const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
         param.index = ReadInteger(behindTag);
         const std::size_t types = FindWord(text, "_Types.");
         if (types != std::string_view::npos && types > colon) {
             // One character behind the colon is passed over.
-            param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);
+            value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, valueScratch);
         }
     }
     if (type == "VARCHAR" || type == "LONGVARCHAR") {
-        param.value.insert(param.value.begin(), '\'');
-        param.value.push_back('\'');
+        param.value.reserve(value.size() + 2);
+        param.value.append(1, '\'').append(value).append(1, '\'');
+    } else {
+        param.value = value;
     }
     return param;
 }

@@ -223,9 +223,6 @@ void CCarvelotDoc::LearnDebugHead(const LogLine& line, const CLogDetail& detail,
 }
 
 void CCarvelotDoc::ParseDebugLine(LogLine& line) {
-    if (ParseUsualDebugLine(line)) {
-        return;
-    }
     std::string_view text = line.bytes;
     if (!line.ascii) {
         text = platform::BytesToUtf8(line.bytes, m_strConverted);

@@ -156,9 +156,6 @@ TextSigns CCarvelotDoc::SignsOf(const LogLine& line, std::string_view text) cons
 }
 
 void CCarvelotDoc::ParseJASLine(LogLine& line) {
-    if (ParseUsualJASLine(line)) {
-        return;
-    }
     std::string_view whole = line.bytes;
     if (!line.ascii) {
         whole = platform::BytesToUtf8(line.bytes, m_strConverted);
