@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace carvelot {
 
@@ -244,7 +245,11 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
     pending.parameters = 0;
     std::string_view rest = text;
     for (std::size_t mark = rest.find('?'); mark != std::string_view::npos; mark = rest.find('?')) {
-        pending.statement.append(rest.substr(0, mark + 1)).append(std::to_string(++pending.parameters));
+        std::array<char, 20> number{};
+        char* const first = number.data();
+        const char* const last = std::to_chars(first, first + number.size(), ++pending.parameters).ptr;
+        pending.statement.append(rest.substr(0, mark + 1));
+        pending.statement.append(first, static_cast<std::size_t>(last - first));
         rest.remove_prefix(mark + 1);
     }
     pending.statement.append(rest);
@@ -256,14 +261,24 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
     return LOG_NONE;
 }
 
-LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement) {
+// Puts the value in the place of the leftmost "?1" or the like.
+void FillIn(std::string& statement, const JASParam& param) {
+    std::array<char, 12> mark{'?'};
+    const char* const markEnd = std::to_chars(mark.data() + 1, mark.data() + mark.size(), param.index).ptr;
+    const std::string_view marked(mark.data(), static_cast<std::size_t>(markEnd - mark.data()));
+    const std::size_t place = FindWord(statement, marked);
+    if (place == std::string_view::npos) {
+        return;
+    }
+    const std::size_t quote = param.quoted ? 1 : 0;
+    statement.replace(place, marked.size(), param.value.size() + 2 * quote, '\'');
+    param.value.copy(statement.data() + place + quote, param.value.size());
+}
+
+LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement,
+                      std::string& scratch) {
     if (Holds(text, "Param")) {
-        const JASParam param = ParseJASParam(text);
-        const std::string mark = std::string(1, '?').append(std::to_string(param.index));
-        const std::size_t place = pending.statement.find(mark);
-        if (place != std::string::npos) {
-            pending.statement.replace(place, mark.size(), param.value);
-        }
+        FillIn(pending.statement, ParseJASParam(text, scratch));
         --pending.parameters;
     }
     if (pending.parameters > 0) {
@@ -290,7 +305,7 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
         return is(TakeStatement(text, pending, replacement));
     }
     if (pending.parameters > 0) {
-        return is(TakeParameter(text, pending, replacement));
+        return is(TakeParameter(text, pending, replacement, scratch));
     }
     switch (text.empty() ? '\0' : text.front()) {
     case 'C':
@@ -343,7 +358,7 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
     return is(signs.cache ? LOG_CACHE : LOG_NONE);
 }
 
-JASParam ParseJASParam(std::string_view text) {
+JASParam ParseJASParam(std::string_view text, std::string& scratch) {
     constexpr std::size_t indexColumn = 5;
     JASParam param;
     text = TrimRight(text, " ,");
@@ -352,24 +367,15 @@ JASParam ParseJASParam(std::string_view text) {
         return param;
     }
     const std::string_view type = text.substr(dot + 1);
+    param.quoted = type == "VARCHAR" || type == "LONGVARCHAR";
     const std::size_t colon = text.find(':');
-    std::string_view value;
-    std::string valueScratch;
     if (colon != std::string_view::npos) {
-        std::string scratch;
-        const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
-        param.index = ReadInteger(behindTag);
+        param.index = ReadInteger(FromColumn(text.substr(0, colon), indexColumn, scratch));
         const std::size_t types = FindWord(text, "_Types.");
         if (types != std::string_view::npos && types > colon) {
             // One character behind the colon is passed over.
-            value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, valueScratch);
+            param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);
         }
-    }
-    if (type == "VARCHAR" || type == "LONGVARCHAR") {
-        param.value.reserve(value.size() + 2);
-        param.value.append(1, '\'').append(value).append(1, '\'');
-    } else {
-        param.value = value;
     }
     return param;
 }

@@ -56,8 +56,9 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
 struct JASParam {
     std::int32_t index = 0;
-    std::string value; // text values in single quotes
+    std::string_view value; // as the line writes it, or in the scratch string
+    bool quoted = false;    // a text value, which stands in single quotes in a statement
 };
-JASParam ParseJASParam(std::string_view text);
+JASParam ParseJASParam(std::string_view text, std::string& scratch);
 
 } // namespace carvelot

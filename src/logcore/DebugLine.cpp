@@ -145,10 +145,11 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
         m_stamp.length = 0;
         return false;
     }
-    const LineHead& head = m_heads.PlaceFor(p + kIDsColumn);
-    if (!head.IsAt(p + kIDsColumn, size - kIDsColumn) || head.month != m_stamp.month) {
+    const LineHead* const known = m_heads.Find(p + kIDsColumn, size - kIDsColumn, m_stamp.month);
+    if (known == nullptr) {
         return false;
     }
+    const LineHead& head = *known;
     const char* const first = p + kIDsColumn + head.length;
     const char* const end = p + size;
     const std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});

@@ -119,10 +119,12 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     }
     const char* const headStart = p + m_stamp.length + 4;
     const char* const end = p + size;
-    const LineHead& head = m_heads.PlaceFor(headStart);
-    if (!head.IsAt(headStart, static_cast<std::size_t>(end - headStart)) || head.month != m_stamp.month) {
+    const LineHead* const known =
+        m_heads.Find(headStart, static_cast<std::size_t>(end - headStart), m_stamp.month);
+    if (known == nullptr) {
         return false;
     }
+    const LineHead& head = *known;
     const char* const first = headStart + head.length;
     std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
     Classification result{head.levelKind, 0, {}};

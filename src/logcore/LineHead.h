@@ -66,10 +66,15 @@ struct LineHead {
 
 class CLineHeads {
 public:
-    // The place of the head that begins at `at`, where at least 24 bytes are readable.
-    LineHead& PlaceFor(const char* at) {
-        const std::uint64_t mixed = (Load64(at) * 31 + Load64(at + 8)) * 31 + Load64(at + 16);
-        return m_heads[(mixed * 0x9E3779B97F4A7C15U) >> 56U];
+    // The head that stands at `at`, where at least 24 bytes are readable; null when none is known.
+    const LineHead* Find(const char* at, std::size_t available, std::uint32_t month) const {
+        const std::size_t place = PlaceFor(at);
+        for (const LineHead* head : {&m_heads[place], &m_heads[place ^ 1U]}) {
+            if (head->month == month && head->IsAt(at, available)) {
+                return head;
+            }
+        }
+        return nullptr;
     }
     void Clear() {
         for (LineHead& head : m_heads) {
@@ -81,6 +86,12 @@ public:
                std::uint32_t context, std::uint32_t processID, LogKind levelKind);
 
 private:
+    // A head has two places, so that two which meet do not drive each other out.
+    static std::size_t PlaceFor(const char* at) {
+        const std::uint64_t mixed = (Load64(at) * 31 + Load64(at + 8)) * 31 + Load64(at + 16);
+        return static_cast<std::size_t>((mixed * 0x9E3779B97F4A7C15U) >> 56U);
+    }
+
     std::array<LineHead, 256> m_heads;
 };
 
