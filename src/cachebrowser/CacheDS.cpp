@@ -11,8 +11,6 @@ namespace {
 constexpr std::string_view kMemberClass = "CMember";
 constexpr std::uint16_t kMemberSchema = 1;
 
-constexpr CListColumn MemberColumn(const char* pszTitle, int nWidth) { return {pszTitle, nWidth}; }
-
 } // namespace
 
 void CMember::Serialize(CArchive& archive) {
@@ -97,11 +95,19 @@ void CCacheDS::Serialize(CArchive& archive) {
     }
 }
 
-void CCacheDS::FillMemberList(IMemberList& list) const {
-    const CListColumn columns[] = {MemberColumn("Column Name", 100), MemberColumn("Data Type", 70),
-                                   MemberColumn("Array Size", 60)};
-    list.Fill(columns, m_members);
+std::string CMemberRows::Text(std::size_t nRow, int nColumn) const {
+    const CMember& member = *m_listRows[nRow];
+    switch (nColumn) {
+    case 0:
+        return member.m_name;
+    case 1:
+        return member.m_typeName;
+    default:
+        return std::to_string(member.m_count);
+    }
 }
+
+void CCacheDS::FillMemberList(IMemberList& list) const { list.Fill(m_members); }
 
 void CCacheDS::BuildDataColumns(IDataColumns& dataView) const {
     std::vector<CListColumn> listColumns;

@@ -1,6 +1,9 @@
 // CacheDS.h - what a row of a cache looks like: its columns one after the other, without any padding.
 #pragma once
 
+#include "analysis/panes/ListSource.h"
+
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -73,14 +76,26 @@ struct CListColumn {
     int m_nWidth; // device-independent pixels
 };
 
-// A list that shows a structure, one row a member. Rows keep their members alive, so that a list that was not
-// refilled still shows what it did.
+inline constexpr std::array<CColumnSpec, 3> kMemberColumns{
+    {{"Column Name", 100}, {"Data Type", 70}, {"Array Size", 60}}};
+
+// What a list of kMemberColumns shows. Rows keep their members alive, so that a list that was not refilled
+// still shows what it did.
+class CMemberRows final : public CListSource {
+public:
+    std::size_t RowCount() const override { return m_listRows.size(); }
+    std::string Text(std::size_t nRow, int nColumn) const override;
+    int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
+
+    std::vector<std::shared_ptr<CMember>> m_listRows;
+};
+
+// A list that shows a structure in kMemberColumns, one row a member.
 class IMemberList {
 public:
     virtual ~IMemberList() = default;
-    // In the place of all rows and columns.
-    virtual void Fill(std::span<const CListColumn> columns,
-                      std::vector<std::shared_ptr<CMember>> listRows) = 0;
+    // In the place of all rows.
+    virtual void Fill(std::vector<std::shared_ptr<CMember>> listRows) = 0;
 };
 
 // A list that shows rows of a cache.

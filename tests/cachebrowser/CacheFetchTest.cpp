@@ -77,16 +77,12 @@ class CFakeDSView final : public ICacheDSView {
 public:
     std::string ProcessText() const override { return m_strProcess; }
     std::string HandleText() const override { return m_strHandle; }
-    void Fill(std::span<const CListColumn> columns, std::vector<std::shared_ptr<CMember>> listRows) override {
-        m_listColumns.clear();
-        for (const CListColumn& column : columns)
-            m_listColumns.push_back(column.m_strTitle + " " + std::to_string(column.m_nWidth));
-        m_listRows = std::move(listRows);
+    void Fill(std::vector<std::shared_ptr<CMember>> listRows) override {
+        m_rows.m_listRows = std::move(listRows);
     }
     std::string m_strProcess;
     std::string m_strHandle;
-    std::vector<std::string> m_listColumns;
-    std::vector<std::shared_ptr<CMember>> m_listRows;
+    CMemberRows m_rows;
 };
 
 class CFakeDataView final : public ICacheDataView {
@@ -306,8 +302,10 @@ TEST_F(CacheFetchTest, RowsStayReadableWhileTheStructureIsReplaced) {
     ASSERT_EQ(dataView.m_listColumns.size(), 1U);
     EXPECT_EQ(dataView.m_listColumns[0].m_strTitle, "c 1 1");
     EXPECT_EQ(dataView.m_listColumns[0].m_nWidth, 100);
-    EXPECT_THAT(dsView.m_listColumns, ElementsAre("Column Name 100", "Data Type 70", "Array Size 60"));
-    ASSERT_EQ(dsView.m_listRows.size(), 1U);
+    ASSERT_EQ(dsView.m_rows.RowCount(), 1U);
+    EXPECT_EQ(dsView.m_rows.Text(0, 0), "c");
+    EXPECT_EQ(dsView.m_rows.Text(0, 1), "char");
+    EXPECT_EQ(dsView.m_rows.Text(0, 2), "1");
 }
 
 TEST_F(CacheFetchTest, AHugeRowThatIsHardlyFilledTakesHardlyAnyMemory) {
