@@ -124,14 +124,15 @@ CCacheDlg::CCacheDlg(CCacheDoc& document) : QDialog(QApplication::activeWindow()
         pButton->setFixedWidth(nButton);
 
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addLayout(pCache);
     pLayout->addWidget(pColumns, 3);
     pLayout->addWidget(pStructure, 2);
     pLayout->addWidget(pButtons);
-    resize(std::max(560, sizeHint().width()), std::max(480, sizeHint().height()));
+    // In the dialog already: else it would forget it when the focus passes Cancel.
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
+    resize(std::max(620, sizeHint().width()), std::max(480, sizeHint().height()));
     QWidget* pLast = nullptr;
     for (QWidget* pNext : std::initializer_list<QWidget*>{
              m_strColumnName, m_cmbType, m_editArraySize, pAdd, m_lstColumns, pRemove, pLoad, pSave,
