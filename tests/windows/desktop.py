@@ -86,6 +86,9 @@ class Desktop:
         os.close(reading)
         self.environment["DISPLAY"] = ":" + number.decode().strip()
         self.started = []
+        # A Wine without the faces of Windows falls back to one with serifs.
+        for face in ("Tahoma", "Segoe UI", "MS Shell Dlg", "MS Shell Dlg 2"):
+            self.run("reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", face, "/d", "Liberation Sans", "/f")
         return self
 
     def __exit__(self, *_):
@@ -113,9 +116,11 @@ class Desktop:
             printed.seek(0)
             return status, printed.read().decode(errors="replace").replace("\r", "")
 
-    def start(self, *command, environment=None, **options):
-        process = subprocess.Popen([self.wine, *command], env=self.environment | (environment or {}),
-                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)
+    def start(self, *command, environment=None, messages=None, **options):
+        """Starts a Windows program. messages: a file for what Wine says of calls that it only pretends to do."""
+        variables = self.environment | (environment or {}) | ({"WINEDEBUG": "fixme+all"} if messages else {})
+        process = subprocess.Popen([self.wine, *command], env=variables, stdin=subprocess.DEVNULL,
+                                   stdout=subprocess.DEVNULL, stderr=messages or subprocess.DEVNULL, **options)
         self.started.append(process)
         return process
 
@@ -149,8 +154,16 @@ class Desktop:
     def key(self, window, key):
         self.run(self.helper, "key", str(window.handle), str(key))
 
-    def picture(self):
-        return Picture(os.path.join(self.folder, "Xvfb_screen0"))
+    def picture(self, seconds=10):
+        """What the screen shows once nothing changes on it any more."""
+        end = time.monotonic() + seconds
+        last = None
+        while True:
+            picture = Picture(os.path.join(self.folder, "Xvfb_screen0"))
+            if (last is not None and picture.pixels == last.pixels) or time.monotonic() > end:
+                return picture
+            last = picture
+            time.sleep(0.5)
 
     def registry(self, key):
         """The values of a key below HKCU or HKLM: name to (type, text), in the registry's order. None without the key."""

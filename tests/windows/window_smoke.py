@@ -6,6 +6,7 @@ libraries and with settings that somebody else wrote.
 """
 
 import os
+import re
 import shutil
 import struct
 import subprocess
@@ -44,7 +45,8 @@ def not_blank(desktop, window, name, screenshots):
 def first_start(desktop, program, log, screenshots):
     """Both messages in their order, six applications, the settings' defaults, and the window's own state at the end."""
     desktop.run("reg", "delete", r"HKCU\Software\Tamrisk", "/f", check=False)
-    running = desktop.start(program, windows_path(log))
+    messages = tempfile.TemporaryFile()
+    running = desktop.start(program, windows_path(log), messages=messages)
     box = desktop.window("Carvelot")
     equal("the message about Skelmond.DLL comes before the window", [w.title for w in desktop.windows()], ["Carvelot"])
     # The settings are read before the library is looked for.
@@ -66,6 +68,16 @@ def first_start(desktop, program, log, screenshots):
     not_blank(desktop, window, "log", screenshots)
     desktop.close(window)
     equal("the program ends when its window closes", running.wait(60), 0)
+
+    messages.seek(0)
+    said = messages.read().decode(errors="replace")
+    if "SetCurrentProcessExplicitAppUserModelID" in said and "RegisterApplicationRestart" in said:
+        equal("the program's identifier", re.findall(r'AppUserModelID\W+L"([^"]*)"', said), ["Tamrisk.Carvelot.2.0"])
+        file = windows_path(log).replace("\\", "\\\\")
+        equal("a restart would open the log in front, and nothing once it is closed",
+              re.findall(r'RegisterApplicationRestart \(L"(.*)",0\)', said), [f'\\"{file}\\"', ""])
+    else:
+        print("not seen in this Wine: the program's identifier and its registration for a restart")
 
     workspace = desktop.registry(ROOT + r"\Workspace")
     equal("what is only ever set from outside is not written",
