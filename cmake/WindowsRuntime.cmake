@@ -1,5 +1,5 @@
 # carvelot_qt_files: what a window program cross-built with mingw-w64 needs beside it, copied into the build's bin folder.
-# CARVELOT_RUNTIME_FILES lists it as "source|path beside the program" for whoever packs the program.
+# The file runtime-files.txt lists it, "source|path beside the program", for whoever packs the program.
 set(CARVELOT_RUNTIME_FILES "")
 foreach(library Core Gui Widgets)
   list(APPEND CARVELOT_RUNTIME_FILES "${CARVELOT_QT_WINDOWS}/bin/Qt6${library}.dll|Qt6${library}.dll")
@@ -38,3 +38,6 @@ if(CARVELOT_TESTS AND EXISTS /usr/share/fonts/truetype/liberation)
   file(CREATE_LINK /usr/share/fonts/truetype/liberation "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/lib/fonts" SYMBOLIC)
 endif()
 add_custom_target(carvelot_qt_files ALL DEPENDS ${outputs})
+
+string(REPLACE ";" "\n" lines "${CARVELOT_RUNTIME_FILES}")
+file(WRITE "${CMAKE_BINARY_DIR}/runtime-files.txt" "${lines}\n")

@@ -42,7 +42,7 @@ def not_blank(desktop, window, name, screenshots):
     print(f"ok: {name} shows a picture ({len(colours)} colours)")
 
 
-def first_start(desktop, program, log, screenshots):
+def first_start(desktop, program, log, screenshots, name="log"):
     """Both messages in their order, six applications, the settings' defaults, and the window's own state at the end."""
     desktop.run("reg", "delete", r"HKCU\Software\Tamrisk", "/f", check=False)
     messages = tempfile.TemporaryFile()
@@ -65,7 +65,7 @@ def first_start(desktop, program, log, screenshots):
     equal("the message about jdekrnl.dll comes when the window shows", sorted(w.title for w in desktop.windows()),
           ["Carvelot", title])
     answer(desktop, box)
-    not_blank(desktop, window, "log", screenshots)
+    not_blank(desktop, window, name, screenshots)
     desktop.close(window)
     equal("the program ends when its window closes", running.wait(60), 0)
 
