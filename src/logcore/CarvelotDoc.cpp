@@ -4,7 +4,9 @@
 #include "platform/TemporaryFile.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace carvelot {
 
@@ -93,9 +95,27 @@ bool CCarvelotDoc::LoadLog() {
     if (m_pDetailView != nullptr) {
         m_pDetailView->ResetTree();
     }
-    ClearSession();
-
     m_pLogFile = std::move(file);
+    const char* failure = nullptr;
+    bool read = false;
+    try {
+        ClearSession();
+        read = ReadLog();
+    } catch (const std::bad_alloc&) {
+        failure = "There is not enough memory for this log.";
+    } catch (const std::length_error&) {
+        failure = "This log is too large: it holds more than a session can.";
+    }
+    m_pLogFile.Close();
+    if (failure != nullptr) {
+        // Half a record may have been filed; what is left of the memory is needed for the message.
+        ClearSession();
+        m_host.ShowMessage(failure);
+    }
+    return read;
+}
+
+bool CCarvelotDoc::ReadLog() {
     CLogReader reader(m_pLogFile);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
@@ -119,7 +139,6 @@ bool CCarvelotDoc::LoadLog() {
     } else {
         parseAll([&] { return reader.ReadLogLine<HintSet::Jas>(line); }, [&] { ParseJASLine(line); });
     }
-    m_pLogFile.Close();
 
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
     for (const auto& process : m_listProcesses) {

@@ -33,10 +33,16 @@ struct RecordContext {
 
 class CDetailList {
 public:
+    // The most records of a session. A tree of them has at most three nodes a record, whose numbers have 32
+    // bits, and a list or a tree level at most as many rows as a window can count.
+    static constexpr std::size_t kMost = std::size_t{1} << 30U;
+
     CDetailList();
 
     // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
-    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes.
+    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes. Throws
+    // std::length_error for a record beyond the most, or with a text beyond the text store's; the list must
+    // then be cleared.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
 
     std::size_t Size() const { return m_details.Size(); }
@@ -74,6 +80,12 @@ public:
     std::string_view Name(std::uint32_t id) const { return m_names.Text(id); }
 
     void Clear();
+
+    // For tests of the boundaries: 2^18 records and 2^22 bytes of text are the least that can be told apart.
+    void LimitTo(std::size_t records, std::size_t textBytes) {
+        m_details.LimitTo(records);
+        m_texts.LimitTo(textBytes);
+    }
 
 private:
     struct PackedDetail {

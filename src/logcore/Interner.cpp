@@ -1,6 +1,7 @@
 #include "logcore/Interner.h"
 
 #include <functional>
+#include <stdexcept>
 
 namespace carvelot {
 
@@ -23,6 +24,9 @@ std::uint32_t CInterner::Id(std::string_view text) {
             return id;
         }
         slot = (slot + 1) & (m_slots.size() - 1);
+    }
+    if (m_texts.size() >= m_nMost) {
+        throw std::length_error("interned texts");
     }
     const auto id = static_cast<std::uint32_t>(m_texts.size());
     m_texts.push_back(m_store.Keep(text));
