@@ -79,7 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // A line of a UBE is its own text, and a fixed column counts the blank.
     if (!column && !session.m_doc.m_bUBELog && session.m_doc.m_nTextColumn == 0) {
         const fuzz::CFuzzSession other(shifted);
-        if (other.m_doc.m_nTextColumn == 0) {
+        // A first word that teaches the format must stand behind something.
+        if (other.m_doc.m_nTextColumn == 0 && other.m_doc.m_nTabCount == session.m_doc.m_nTabCount) {
             fuzz::RequireSameRecords(session, other);
         }
     }

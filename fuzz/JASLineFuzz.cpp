@@ -43,7 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Lines of a debug log or a UBE among them can make another format of it.
     if (session.m_doc.m_nLogFormat == LOG_FORMAT_JAS) {
         const fuzz::CFuzzSession other(shifted);
-        fuzz::RequireSameRecords(session, other);
+        if (other.m_doc.m_nLogFormat == LOG_FORMAT_JAS) {
+            fuzz::RequireSameRecords(session, other);
+        }
     }
     fuzz::WalkSession(session);
     return 0;
