@@ -4,7 +4,9 @@
 #include "platform/TemporaryFile.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace carvelot {
 
@@ -94,10 +96,28 @@ bool CCarvelotDoc::LoadLog() {
     if (m_pDetailView != nullptr) {
         m_pDetailView->ResetTree();
     }
-    ClearSession();
-    m_gapRule = CGapRule(m_settings.m_fThreshold);
-
     m_pLogFile = std::move(file);
+    const char* failure = nullptr;
+    bool read = false;
+    try {
+        ClearSession();
+        m_gapRule = CGapRule(m_settings.m_fThreshold);
+        read = ReadLog();
+    } catch (const std::bad_alloc&) {
+        failure = "There is not enough memory for this log.";
+    } catch (const std::length_error&) {
+        failure = "This log is too large: it holds more than a session can.";
+    }
+    m_pLogFile.Close();
+    if (failure != nullptr) {
+        // Half a record may have been filed; what is left of the memory is needed for the message.
+        ClearSession();
+        m_host.ShowMessage(failure);
+    }
+    return read;
+}
+
+bool CCarvelotDoc::ReadLog() {
     CLogReader reader(m_pLogFile, HintSet::None);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
@@ -129,7 +149,6 @@ bool CCarvelotDoc::LoadLog() {
             }
         });
     }
-    m_pLogFile.Close();
 
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
     for (const auto& process : m_listProcesses) {

@@ -33,7 +33,8 @@ public:
     // File New: asks for a file and opens it.
     bool OnNewDocument();
     // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
-    // cannot be told the session is empty. Both are reported to the host.
+    // cannot be told, or that is more than the memory or a session can hold, the session is empty. All are
+    // reported to the host.
     bool LoadLog();
     // Empties the model. What was learnt about format and columns stays.
     bool ClearSession();
@@ -81,6 +82,7 @@ public:
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
 
 private:
+    bool ReadLog();
     bool DetectLogFormat(CLogReader& reader);
     bool DetectJASFormat(CLogReader& reader);
     void ParseDebugLine(LogLine& line);

@@ -38,7 +38,10 @@ std::uint32_t SampleOf(std::string_view text) {
 
 } // namespace
 
-CDetailList::CDetailList() { Clear(); }
+CDetailList::CDetailList() {
+    m_details.LimitTo(kMost);
+    Clear();
+}
 
 void CDetailList::Clear() {
     m_details.Clear();

@@ -34,10 +34,16 @@ struct RecordContext {
 
 class CDetailList {
 public:
+    // The most records of a session. A tree of them has at most three nodes a record, whose numbers have 32
+    // bits, and a list or a tree level at most as many rows as a window can count.
+    static constexpr std::size_t kMost = std::size_t{1} << 30U;
+
     CDetailList();
 
     // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
-    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes.
+    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes. Throws
+    // std::length_error for a record beyond the most, or with a text beyond the text store's; the list must
+    // then be cleared.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
 
     // The same for a line that begins as earlier ones did: its stamp and its context are known. Returns the
@@ -100,6 +106,12 @@ public:
     std::uint32_t FoldedName(std::uint32_t name);
 
     void Clear();
+
+    // For tests of the boundaries: 2^18 records and 2^22 bytes of text are the least that can be told apart.
+    void LimitTo(std::size_t records, std::size_t textBytes) {
+        m_details.LimitTo(records);
+        m_texts.LimitTo(textBytes);
+    }
 
 private:
     struct PackedDetail {

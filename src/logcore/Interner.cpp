@@ -2,6 +2,8 @@
 
 #include "logcore/ByteScan.h"
 
+#include <stdexcept>
+
 namespace carvelot {
 
 namespace {
@@ -50,6 +52,9 @@ std::uint32_t CInterner::Id(std::string_view text) {
             return m_slots[at].number - 1;
         }
         at = (at + 1) & (m_slots.size() - 1);
+    }
+    if (m_texts.size() >= m_nMost) {
+        throw std::length_error("interned texts");
     }
     const auto id = static_cast<std::uint32_t>(m_texts.size());
     m_texts.push_back(m_store.Keep(text));

@@ -17,6 +17,14 @@ class CTextStore {
 public:
     using Offset = std::uint64_t;
 
+    // Bytes from which on Add throws std::length_error.
+    static constexpr std::size_t kMost = std::size_t{1} << 40U;
+
+    CTextStore() { m_bytes.LimitTo(kMost); }
+
+    // For tests of the boundary.
+    void LimitTo(std::size_t bytes) { m_bytes.LimitTo(bytes); }
+
     // Longest text that an offset can name; longer ones are kept by KeepLarge.
     static constexpr std::size_t kLongest = std::size_t{1} << 16U;
 
