@@ -187,8 +187,9 @@ TEST(DecodeMemberTest, WhatStandsOutsideTheRowReadsAsZero) {
     EXPECT_EQ(Decode(*pWide, row, 3), "b");
     EXPECT_EQ(Decode(*structure.CreateMember("bool", ""), row, 9), "False");
     EXPECT_EQ(Decode(*structure.CreateMember("JDEDATE", ""), row, 3), "");
-    EXPECT_EQ(Decode(*structure.CreateMember("MATH_NUMERIC", ""), row, 3, Format).empty(),
-              s_strBlock.empty());
+    s_strBlock.clear();
+    EXPECT_EQ(Decode(*structure.CreateMember("MATH_NUMERIC", ""), row, 3, Format), "");
+    EXPECT_EQ(s_strGiven, "b" + std::string(49, '\0')) << "the number's bytes end with the row";
 }
 
 } // namespace
