@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 namespace carvelot {
@@ -139,7 +139,7 @@ std::string s_strBlock; // what the next formatting leaves
 
 std::int32_t Format(char16_t* pText, const void* pNumber) {
     s_strGiven.assign(static_cast<const char*>(pNumber), 50);
-    std::memcpy(pText, s_strBlock.data(), s_strBlock.size());
+    std::copy(s_strBlock.begin(), s_strBlock.end(), reinterpret_cast<char*>(pText));
     return 0;
 }
 
