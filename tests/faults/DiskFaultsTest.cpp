@@ -13,9 +13,12 @@
 #include "views/TraceMessage.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -241,9 +244,9 @@ TEST(TwoPrograms, AStoreThatAnotherHoldsForeverIsWrittenAllTheSame) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        const std::string command = "exec flock '" + store.Folder().Path() +
-                                    "' -c 'echo; exec sleep 60 >/dev/null' >&" + std::to_string(ready[1]);
-        ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+        const int folder = ::open(store.Folder().Path().c_str(), O_RDONLY | O_DIRECTORY);
+        if (::flock(folder, LOCK_EX) == 0 && ::write(ready[1], "x", 1) == 1)
+            ::pause();
         ::_exit(1);
     }
     ::close(ready[1]);

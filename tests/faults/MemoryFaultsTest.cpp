@@ -1,6 +1,7 @@
 // A load for which the memory does not suffice, and what opening and closing costs in the long run.
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
+#include "support/Sanitizer.h"
 #include "support/SettingsStore.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
@@ -16,18 +17,6 @@
 namespace carvelot::test {
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-#else
-constexpr bool kSanitized = false;
-#endif
 
 constexpr const char* kNoMemory = "There is not enough memory for this log.";
 
