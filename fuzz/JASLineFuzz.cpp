@@ -3,6 +3,7 @@
 // A line with one blank more ahead of it takes the general way instead of the one for lines of the usual
 // form: both must read the same. Words that the hints of the line scan lead to are those of a whole search.
 #include "logcore/Classifier.h"
+#include "platform/CodePage.h"
 #include "support/FuzzSession.h"
 
 #include <algorithm>
@@ -37,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                               a.objectCalled == b.objectCalled,
                           "the hints lead to every word of a JAS line");
         }
-        (void)ParseJASParam(line);
+        std::string scratch;
+        (void)ParseJASParam(platform::BytesToUtf8(line, scratch));
     }
     fuzz::CFuzzSession session(usual);
     // Lines of a debug log or a UBE among them can make another format of it.

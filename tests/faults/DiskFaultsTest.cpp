@@ -235,6 +235,35 @@ TEST(TwoPrograms, WriteOneSettingsFileAndLoseNoValueOfEither) {
     EXPECT_EQ(store.Folder().Names(), Strings{"registry.ini"});
 }
 
+TEST(TwoPrograms, WriteOneProfileFileAndLoseNoValueOfEither) {
+    const TestFolder folder;
+    const std::string path = folder.Write("JDE.INI", "; kept\r\n[A]\r\nk=v\r\n");
+    constexpr int kPrograms = 3;
+    constexpr int kValues = 40;
+    for (int program = 0; program < kPrograms; ++program) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (int i = 0; i < kValues; ++i)
+                platform::WriteProfileText("P" + std::to_string(program), "v" + std::to_string(i),
+                                           std::to_string(i), path);
+            ::_exit(0);
+        }
+    }
+    for (int running = kPrograms; running > 0;) {
+        ASSERT_EQ(platform::ReadProfileText("A", "k", "torn", 100, path), "v");
+        running -= ::waitpid(-1, nullptr, WNOHANG) > 0 ? 1 : 0;
+    }
+    for (int program = 0; program < kPrograms; ++program) {
+        for (int i = 0; i < kValues; ++i)
+            EXPECT_EQ(
+                platform::ReadProfileInt("P" + std::to_string(program), "v" + std::to_string(i), -1, path),
+                i);
+    }
+    EXPECT_TRUE(folder.Read("JDE.INI").starts_with("; kept\r\n[A]\r\nk=v\r\n"));
+    EXPECT_EQ(folder.Names(), Strings{"JDE.INI"});
+}
+
 TEST(TwoPrograms, AStoreThatAnotherHoldsForeverIsWrittenAllTheSame) {
     // Whoever keeps the lock must not keep the user from working.
     const SettingsStore store;

@@ -152,6 +152,22 @@ TEST(MemoryFaults, SettingsFilesOfAnAbsurdSizeCountAsUnreadable) {
     EXPECT_EQ(std::filesystem::file_size(store.Path()), std::uintmax_t{1} << 40U);
 }
 
+TEST(MemoryFaults, SettingsFilesAreReadUpTo16Mebibytes) {
+    constexpr std::size_t most = std::size_t{16} << 20U;
+    const TestFolder folder;
+    const std::string values = "[A]\nk=v\n;";
+    const std::string store = "[HKEY_CURRENT_USER\\K]\n\"a\"=dword:00000001\n;";
+    for (const std::size_t size : {most, most + 1}) {
+        folder.Write("JDE.INI", values + std::string(size - values.size(), 'x'));
+        EXPECT_EQ(platform::ReadProfileText("A", "k", "none", 100, folder.Path("JDE.INI")),
+                  size == most ? "v" : "none");
+        folder.Write(std::to_string(size), store + std::string(size - store.size(), 'x'));
+        const EnvironmentGuard guard("CARVELOT_REGISTRY", folder.Path(std::to_string(size)).c_str());
+        platform::CRegistryKey key;
+        EXPECT_EQ(key.Open(platform::ERegRoot::CurrentUser, "K", platform::ERegAccess::Read), size == most);
+    }
+}
+
 TEST(MemoryFaults, TenThousandOpensAndClosesLeaveNothingBehind) {
     UseSmallPages();
     const TestFile debug(TestSession::Joined(BusyDebugLog()));
