@@ -13,6 +13,10 @@ function(carvelot_target name)
   if(CARVELOT_WERROR)
     target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Werror>)
   endif()
+  if(MINGW)
+    # The same sources make the same program.
+    target_link_options(${name} PRIVATE -Wl,--no-insert-timestamp)
+  endif()
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # g++ 12 takes every "text" + std::string for an overlapping copy (GCC bug 105651).
     target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)

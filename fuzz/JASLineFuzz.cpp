@@ -2,17 +2,21 @@
 //
 // A line with one blank more ahead of it takes the general way instead of the one for lines of the usual
 // form: both must read the same. Words that the hints of the line scan lead to are those of a whole search.
-#include "logcore/Classifier.h"
 #include "platform/CodePage.h"
 #include "support/FuzzSession.h"
+#include "support/ScanChecks.h"
 
 #include <algorithm>
-#include <memory>
 
 using namespace carvelot;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view lines = fuzz::AsText(data, size);
+    fuzz::CheckScans(HintSet::Jas, lines, [](const TextSigns& a, const TextSigns& b) {
+        return a.cache == b.cache && a.eventStarts == b.eventStarts && a.eventEnds == b.eventEnds &&
+               a.erLine == b.erLine && a.objectCalled == b.objectCalled;
+    });
+    std::string scratch;
     std::string usual;
     for (int i = 0; i < 6; ++i) {
         usual += "15 Jan 2024 08:00:00,000 [APP   ] INIT - [RUNTIME] starting\n";
@@ -25,21 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         shifted.append(" ").append(line).append("\n");
         rest.remove_prefix(std::min(end + 1, rest.size()));
 
-        const auto buffer = std::make_unique<char[]>(line.size() + kScanPadding);
-        std::copy(line.begin(), line.end(), buffer.get());
-        LineHints hints;
-        const LineScan scan = ScanLineBy16<HintSet::Jas>(buffer.get(), line.size(), hints);
-        const std::string_view text(buffer.get(), std::min(scan.length, scan.nul));
-        if (hints.IsComplete()) {
-            const TextSigns a = FindSigns(text);
-            const TextSigns b = FindSigns(text, text, hints);
-            fuzz::Require(a.cache == b.cache && a.eventStarts == b.eventStarts &&
-                              a.eventEnds == b.eventEnds && a.erLine == b.erLine &&
-                              a.objectCalled == b.objectCalled,
-                          "the hints lead to every word of a JAS line");
-        }
-        std::string scratch;
-        (void)ParseJASParam(platform::BytesToUtf8(line, scratch));
+        std::string converted;
+        (void)ParseJASParam(platform::BytesToUtf8(line, converted), scratch);
     }
     fuzz::CFuzzSession session(usual);
     // Lines of a debug log or a UBE among them can make another format of it.

@@ -46,7 +46,8 @@ public:
 } // namespace
 
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
-    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()) {}
+    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
+      m_gapRule(settings.m_fThreshold) {}
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
@@ -100,6 +101,7 @@ bool CCarvelotDoc::LoadLog() {
     bool read = false;
     try {
         ClearSession();
+        m_gapRule = CGapRule(m_settings.m_fThreshold);
         read = ReadLog();
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
@@ -116,17 +118,17 @@ bool CCarvelotDoc::LoadLog() {
 }
 
 bool CCarvelotDoc::ReadLog() {
-    CLogReader reader(m_pLogFile);
+    CLogReader reader(m_pLogFile, HintSet::None);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
         return false;
     }
-    reader.Rewind();
+    reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
     const std::uint64_t size = m_pLogFile.Size();
     std::uint64_t nextProgress = kProgressStep;
     LogLine line;
-    const auto parseAll = [&](auto readLine, auto parseLine) {
-        while (readLine()) {
+    const auto parseAll = [&](auto parseLine) {
+        while (reader.ReadLogLine(line)) {
             parseLine();
             if (reader.Position() >= nextProgress) {
                 m_host.LoadProgress(reader.Position(), size);
@@ -135,9 +137,17 @@ bool CCarvelotDoc::ReadLog() {
         }
     };
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Debug>(line); }, [&] { ParseDebugLine(line); });
+        parseAll([&] {
+            if (!ParseUsualDebugLine(line)) {
+                ParseDebugLine(line);
+            }
+        });
     } else {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Jas>(line); }, [&] { ParseJASLine(line); });
+        parseAll([&] {
+            if (!ParseUsualJASLine(line)) {
+                ParseJASLine(line);
+            }
+        });
     }
 
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
@@ -152,6 +162,8 @@ bool CCarvelotDoc::ReadLog() {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
+    m_stamp = {};
+    m_heads.Clear();
     m_processByID.clear();
     m_listProcesses.clear();
     m_listGaps = {};

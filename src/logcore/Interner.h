@@ -31,8 +31,11 @@ private:
 
     CTextStore m_store;
     std::vector<std::string_view> m_texts;
-    std::vector<std::size_t> m_hashes;
-    std::vector<std::uint32_t> m_slots; // id + 1, 0 for a free slot; a power of two long
+    struct Slot {
+        std::uint32_t hash;
+        std::uint32_t number; // of the text, + 1; 0 for a free slot
+    };
+    std::vector<Slot> m_slots; // a power of two long, at most half full
     std::size_t m_nMost = kMost;
 };
 

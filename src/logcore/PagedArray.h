@@ -23,7 +23,8 @@ public:
 
     CPagedArray() = default;
     CPagedArray(CPagedArray&& other) noexcept
-        : m_blocks(std::move(other.m_blocks)), m_nSize(std::exchange(other.m_nSize, 0)) {
+        : m_blocks(std::move(other.m_blocks)), m_pNext(std::exchange(other.m_pNext, nullptr)),
+          m_nRoom(std::exchange(other.m_nRoom, 0)), m_nSize(std::exchange(other.m_nSize, 0)) {
         other.m_blocks.clear();
     }
     CPagedArray(const CPagedArray&) = delete;
@@ -45,10 +46,12 @@ public:
     // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is
     // left of a block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
-        if (m_nSize + count > m_blocks.size() * kBlockSize) {
+        if (count > m_nRoom) {
             AddBlock();
         }
-        T* const place = m_blocks.back() + (m_nSize & (kBlockSize - 1));
+        T* const place = m_pNext;
+        m_pNext += count;
+        m_nRoom -= count;
         m_nSize += count;
         return place;
     }
@@ -58,7 +61,8 @@ public:
             platform::FreePages(block, kBlockSize * sizeof(T));
         }
         m_blocks.clear();
-        m_nSize = 0;
+        m_pNext = nullptr;
+        m_nRoom = m_nSize = 0;
     }
 
 private:
@@ -73,9 +77,13 @@ private:
         T* const block = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
         m_nSize = m_blocks.size() * kBlockSize;
         m_blocks.push_back(block);
+        m_pNext = block;
+        m_nRoom = kBlockSize;
     }
 
     std::vector<T*> m_blocks;
+    T* m_pNext = nullptr;    // of the last block
+    std::size_t m_nRoom = 0; // elements left in it
     std::size_t m_nSize = 0;
     std::size_t m_nMostBlocks = std::numeric_limits<std::size_t>::max();
 };

@@ -234,8 +234,9 @@ TEST(Limits, AParametersNumberSaturatesAndAMarkOfItsNumberAloneIsReplaced) {
     TestSession session(JASLog({JASLine("10:00:00,000", "U", "SELECT A FROM T WHERE B = ?"),
                                 JASLine("10:00:00,001", "U", "Param99999999999: 5_Types.DECIMAL,")}));
     EXPECT_EQ(session.Last().m_strText, "SELECT A FROM T WHERE B = ?1");
-    EXPECT_EQ(ParseJASParam("Param99999999999: 5_Types.DECIMAL,").index, 2147483647);
-    EXPECT_EQ(ParseJASParam("Param-99999999999: 5_Types.DECIMAL,").index,
+    std::string scratch;
+    EXPECT_EQ(ParseJASParam("Param99999999999: 5_Types.DECIMAL,", scratch).index, 2147483647);
+    EXPECT_EQ(ParseJASParam("Param-99999999999: 5_Types.DECIMAL,", scratch).index,
               std::numeric_limits<std::int32_t>::min());
 }
 

@@ -1,8 +1,8 @@
-// An empty settings store for one test. On Windows the user's own keys of the program are emptied, so that
-// tests run under Wine or a test account only.
+// An empty settings store for one test.
 #pragma once
 
 #include "platform/Registry.h"
+#include "support/MachineState.h"
 #include "support/TestFolder.h"
 
 namespace carvelot::test {
@@ -10,9 +10,8 @@ namespace carvelot::test {
 class SettingsStore {
 public:
     SettingsStore() : m_path(m_folder.Path("registry.ini")), m_guard("CARVELOT_REGISTRY", m_path.c_str()) {
-        Empty();
+        UseSettingsStore(m_path);
     }
-    ~SettingsStore() { Empty(); }
 
     /// A key below the current user's, with full access.
     static platform::CRegistryKey Key(std::string_view path) {
@@ -24,12 +23,6 @@ public:
     const std::string& Path() const { return m_path; }
 
 private:
-    static void Empty() {
-#ifdef _WIN32
-        Key("Software\\Tamrisk\\Carvelot").DeleteContent();
-#endif
-    }
-
     TestFolder m_folder;
     std::string m_path;
     EnvironmentGuard m_guard;

@@ -355,7 +355,7 @@ private slots:
 
     void aStoredLookWithoutANameTakesOffice2007AndMarksNothing() {
         CFakeInterface user;
-        qputenv("CARVELOT_REGISTRY", m_pFolder->filePath("registry.ini").toUtf8());
+        UseSettingsStore(ToUtf8(m_pFolder->filePath("registry.ini")));
         WriteWorkspaceInt("ApplicationLook", 211);
         const CRun run(*m_pFolder);
         QCOMPARE(CurrentLook().m_nId, 215);

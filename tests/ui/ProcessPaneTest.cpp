@@ -26,8 +26,8 @@ private slots:
     void init() {
         m_pFolder = std::make_unique<QTemporaryDir>();
         qputenv("CARVELOT_SIMULATOR_DIR", m_pFolder->path().toUtf8());
-        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/libraries");
-        qputenv("CARVELOT_REGISTRY", m_pFolder->filePath(QStringLiteral("registry.ini")).toUtf8());
+        UseLibraryFolder(CARVELOT_SIMULATOR "/libraries");
+        UseSettingsStore(ToUtf8(m_pFolder->filePath(QStringLiteral("registry.ini"))));
         platform::CRegistryKey apps;
         QVERIFY(apps.Create(platform::ERegRoot::CurrentUser, kAppsKey));
         apps.SetDword(kFda, 1);
@@ -79,7 +79,7 @@ private slots:
     }
 
     void withoutTheLibraryAProcessIsListedAndNoBoxComesUpAtARefresh() {
-        qputenv("CARVELOT_LIBRARY_DIR", m_pFolder->path().toUtf8());
+        UseLibraryFolder(ToUtf8(m_pFolder->path()));
         const int nNumber = StartProcess(kFda);
         StartProgram();
         QVERIFY(m_pUser->m_listMessages.contains(QStringLiteral("Cannot Load Skelmond.DLL Error: 126")));
@@ -260,7 +260,7 @@ private slots:
     }
 
     void aLibraryWithoutTheFetchSaysSoAtTheProbe() {
-        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
+        UseLibraryFolder(CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
         StartProgram();
         m_pUser->m_listMessages.clear();
         QVERIFY(!theApp().CacheLive(1, QStringLiteral("1A")));
@@ -273,7 +273,11 @@ private:
         const QString strFolder = m_pFolder->filePath(QString::number(m_listProcesses.size()));
         QDir().mkpath(strFolder);
         const QString strProgram = strFolder + '/' + ToQString(strName);
+#ifdef Q_OS_WIN
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), strProgram);
+#else
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+#endif
         process.start(strProgram,
                       QStringList{"--log", strFolder + "/jdedebug.log", "--pace", "5"} + listOptions);
         process.waitForStarted();

@@ -2,6 +2,7 @@
 
 #include "views/ui/SessionDocument.h"
 
+#include <QDir>
 #include <QFile>
 
 using namespace carvelot;
@@ -13,7 +14,7 @@ namespace {
 class CRealRun {
 public:
     explicit CRealRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {
-        qputenv("CARVELOT_REGISTRY", folder.filePath(QStringLiteral("registry.ini")).toUtf8());
+        UseSettingsStore(ToUtf8(folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = AddDocTemplates;
         m_bStarted = theApp().InitInstance(listArguments);
     }
@@ -45,7 +46,7 @@ private slots:
         QCOMPARE(MainFrame()->windowTitle(), m_strLog + QStringLiteral(" - Carvelot"));
         QCOMPARE(MainFrame()->MenuState(), EMenuState::Session);
         QVERIFY(Session().m_listDetails.Size() > 0);
-        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), m_strLog.toStdString());
+        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), ToUtf8(QDir::toNativeSeparators(m_strLog)));
     }
 
     void aLogOnTheCommandLineThatIsMissingEndsTheRun() {

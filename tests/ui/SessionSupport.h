@@ -18,7 +18,7 @@ namespace carvelot::test {
 class CSessionRun {
 public:
     explicit CSessionRun(std::vector<std::string> listArguments = {}) {
-        qputenv("CARVELOT_REGISTRY", m_folder.filePath(QStringLiteral("registry.ini")).toUtf8());
+        UseSettingsStore(ToUtf8(m_folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = AddDocTemplates;
         m_bStarted = theApp().InitInstance(listArguments);
         if (!m_bStarted)

@@ -6,6 +6,7 @@
 
 #include <QDesktopServices>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -89,7 +90,8 @@ private slots:
         QCOMPARE(pFrame->DetailView().Model().rowCount(), 0);
         QCOMPARE(pFrame->windowTitle(), m_pRun->Path("a.log"));
         QCOMPARE(m_pRun->Frame().windowTitle(), m_pRun->Path("a.log") + " - Carvelot");
-        QCOMPARE(theApp().m_recentFiles.m_listPaths, std::vector<std::string>{ToUtf8(m_pRun->Path("a.log"))});
+        QCOMPARE(theApp().m_recentFiles.m_listPaths,
+                 std::vector<std::string>{ToUtf8(QDir::toNativeSeparators(m_pRun->Path("a.log")))});
     }
 
     void theWindowIsSplitWith200PixelsForTheThreadTree() {

@@ -6,7 +6,9 @@
 #include "shell/ui/Document.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/TabbedClientArea.h"
+#include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
+#include "support/MachineState.h"
 
 #include <QAction>
 #include <QDialog>
@@ -124,7 +126,7 @@ inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState nState) {
 class CRun {
 public:
     explicit CRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {
-        qputenv("CARVELOT_REGISTRY", folder.filePath(QStringLiteral("registry.ini")).toUtf8());
+        UseSettingsStore(ToUtf8(folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = [](CCarvelotApp& app) {
             app.AddDocTemplate(TestTemplate(EMenuState::Session));
             app.m_pCacheTemplate = &app.AddDocTemplate(TestTemplate(EMenuState::Cache));

@@ -1,6 +1,7 @@
 #include "shell/ui/CarvelotApp.h"
 
 #include "platform/Ole.h"
+#include "platform/ProgramIdentity.h"
 #include "platform/VersionResource.h"
 #include "shell/Commands.h"
 #include "shell/StartArguments.h"
@@ -71,6 +72,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
     }
     m_pMainWnd->show();
     m_pMainWnd->repaint();
+    RegisterRestart();
     // Last and after the window is there: a workstation without JDE meets this message, and goes on.
     BindMathNumeric();
     return true;
@@ -150,6 +152,15 @@ void CCarvelotApp::CloseAllDocuments() {
 
 void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
     m_recentFiles.Add(ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+}
+
+void CCarvelotApp::RegisterRestart() const {
+    const CMDIChildWnd* pChild = m_pMainWnd != nullptr ? m_pMainWnd->ActiveChild() : nullptr;
+    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
+    const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
+    platform::RegisterRestart(
+        strPath.isEmpty() ? std::string()
+                          : ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {

@@ -33,6 +33,9 @@ public:
     virtual std::unique_ptr<QDialog> MakeDialog() = 0;
 };
 
+// The program's windows are one group on the task bar.
+inline constexpr char kProgramIdentifier[] = "Tamrisk.Carvelot.2.0";
+
 class CCarvelotApp : public CAppSettings, public CCommandTarget {
 public:
     CCarvelotApp();
@@ -53,6 +56,8 @@ public:
     // Closes all documents without asking their windows.
     void CloseAllDocuments();
     void AddToRecentFileList(const QString& strPath);
+    // Tells the system which file to open should it have to start the program again: the one in front.
+    void RegisterRestart() const;
 
     // Opens the debug file of a running process as a session that keeps that process's records only. A file
     // that cannot be analysed leaves nothing behind. The recent files stay as they are.

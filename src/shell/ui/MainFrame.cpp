@@ -117,7 +117,11 @@ bool CMainFrame::LoadFrame() {
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
     RestoreState();
 
-    connect(m_pClientArea, &CTabbedClientArea::ActiveChildChanged, this, &CMainFrame::UpdateTitleAndMenus);
+    connect(m_pClientArea, &CTabbedClientArea::ActiveChildChanged, this, [this] {
+        UpdateTitleAndMenus();
+        if (isVisible())
+            theApp().RegisterRestart();
+    });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* pOld, QWidget* pNow) {
         // The title of the pane with the focus is drawn in another colour.
         for (CDockablePane* pPane : Panes()) {

