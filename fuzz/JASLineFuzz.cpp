@@ -2,6 +2,7 @@
 //
 // A line with one blank more ahead of it takes the general way instead of the one for lines of the usual
 // form: both must read the same. Words that the hints of the line scan lead to are those of a whole search.
+#include "platform/CodePage.h"
 #include "support/FuzzSession.h"
 #include "support/ScanChecks.h"
 
@@ -28,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         shifted.append(" ").append(line).append("\n");
         rest.remove_prefix(std::min(end + 1, rest.size()));
 
-        (void)ParseJASParam(line, scratch);
+        std::string converted;
+        (void)ParseJASParam(platform::BytesToUtf8(line, converted), scratch);
     }
     fuzz::CFuzzSession session(usual);
     // Lines of a debug log or a UBE among them can make another format of it.

@@ -109,8 +109,15 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
     if (m_nTextColumn == 0 && m_nTabCount > 0) {
         // A search that finds no tab makes the next one start over from the line's start.
         std::size_t tab = std::string_view::npos;
-        for (std::int32_t i = 0; i < m_nTabCount; ++i) {
+        std::int32_t searches = 0;
+        for (std::int32_t left = m_nTabCount; left > 0;) {
             tab = line.find('\t', tab == std::string_view::npos ? 0 : tab + 1);
+            --left;
+            ++searches;
+            if (tab == std::string_view::npos) {
+                // The rest repeats what was found so far: whole rounds of it change nothing.
+                left %= searches;
+            }
         }
         if (tab == std::string_view::npos) {
             return {};

@@ -13,9 +13,12 @@
 #include "views/TraceMessage.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -232,6 +235,35 @@ TEST(TwoPrograms, WriteOneSettingsFileAndLoseNoValueOfEither) {
     EXPECT_EQ(store.Folder().Names(), Strings{"registry.ini"});
 }
 
+TEST(TwoPrograms, WriteOneProfileFileAndLoseNoValueOfEither) {
+    const TestFolder folder;
+    const std::string path = folder.Write("JDE.INI", "; kept\r\n[A]\r\nk=v\r\n");
+    constexpr int kPrograms = 3;
+    constexpr int kValues = 40;
+    for (int program = 0; program < kPrograms; ++program) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (int i = 0; i < kValues; ++i)
+                platform::WriteProfileText("P" + std::to_string(program), "v" + std::to_string(i),
+                                           std::to_string(i), path);
+            ::_exit(0);
+        }
+    }
+    for (int running = kPrograms; running > 0;) {
+        ASSERT_EQ(platform::ReadProfileText("A", "k", "torn", 100, path), "v");
+        running -= ::waitpid(-1, nullptr, WNOHANG) > 0 ? 1 : 0;
+    }
+    for (int program = 0; program < kPrograms; ++program) {
+        for (int i = 0; i < kValues; ++i)
+            EXPECT_EQ(
+                platform::ReadProfileInt("P" + std::to_string(program), "v" + std::to_string(i), -1, path),
+                i);
+    }
+    EXPECT_TRUE(folder.Read("JDE.INI").starts_with("; kept\r\n[A]\r\nk=v\r\n"));
+    EXPECT_EQ(folder.Names(), Strings{"JDE.INI"});
+}
+
 TEST(TwoPrograms, AStoreThatAnotherHoldsForeverIsWrittenAllTheSame) {
     // Whoever keeps the lock must not keep the user from working.
     const SettingsStore store;
@@ -241,9 +273,9 @@ TEST(TwoPrograms, AStoreThatAnotherHoldsForeverIsWrittenAllTheSame) {
     const pid_t child = ::fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-        const std::string command = "exec flock '" + store.Folder().Path() +
-                                    "' -c 'echo; exec sleep 60 >/dev/null' >&" + std::to_string(ready[1]);
-        ::execl("/bin/sh", "sh", "-c", command.c_str(), nullptr);
+        const int folder = ::open(store.Folder().Path().c_str(), O_RDONLY | O_DIRECTORY);
+        if (::flock(folder, LOCK_EX) == 0 && ::write(ready[1], "x", 1) == 1)
+            ::pause();
         ::_exit(1);
     }
     ::close(ready[1]);

@@ -1,6 +1,7 @@
 // A load for which the memory does not suffice, and what opening and closing costs in the long run.
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
+#include "support/Sanitizer.h"
 #include "support/SettingsStore.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
@@ -16,18 +17,6 @@
 namespace carvelot::test {
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__)
-constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-constexpr bool kSanitized = true;
-#else
-constexpr bool kSanitized = false;
-#endif
-#else
-constexpr bool kSanitized = false;
-#endif
 
 constexpr const char* kNoMemory = "There is not enough memory for this log.";
 
@@ -161,6 +150,22 @@ TEST(MemoryFaults, SettingsFilesOfAnAbsurdSizeCountAsUnreadable) {
     EXPECT_EQ(key.QueryRaw32("a", number), platform::ERegStatus::Ok);
     EXPECT_EQ(number, 2U);
     EXPECT_EQ(std::filesystem::file_size(store.Path()), std::uintmax_t{1} << 40U);
+}
+
+TEST(MemoryFaults, SettingsFilesAreReadUpTo16Mebibytes) {
+    constexpr std::size_t most = std::size_t{16} << 20U;
+    const TestFolder folder;
+    const std::string values = "[A]\nk=v\n;";
+    const std::string store = "[HKEY_CURRENT_USER\\K]\n\"a\"=dword:00000001\n;";
+    for (const std::size_t size : {most, most + 1}) {
+        folder.Write("JDE.INI", values + std::string(size - values.size(), 'x'));
+        EXPECT_EQ(platform::ReadProfileText("A", "k", "none", 100, folder.Path("JDE.INI")),
+                  size == most ? "v" : "none");
+        folder.Write(std::to_string(size), store + std::string(size - store.size(), 'x'));
+        const EnvironmentGuard guard("CARVELOT_REGISTRY", folder.Path(std::to_string(size)).c_str());
+        platform::CRegistryKey key;
+        EXPECT_EQ(key.Open(platform::ERegRoot::CurrentUser, "K", platform::ERegAccess::Read), size == most);
+    }
 }
 
 TEST(MemoryFaults, TenThousandOpensAndClosesLeaveNothingBehind) {

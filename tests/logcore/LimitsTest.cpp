@@ -2,11 +2,15 @@
 #include "support/TestLog.h"
 
 #include "logcore/Numbers.h"
+#include "report/JsonReport.h"
+#include "report/TextReport.h"
 #include "views/DetailTree.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
+#include <sstream>
 #include <stdexcept>
 
 namespace carvelot::test {
@@ -306,6 +310,62 @@ TEST(Limits, ATreeAsDeepAsItsLogIsLongIsLaidOut) {
         ++levels;
     }
     EXPECT_EQ(levels, depth);
+    std::ostringstream text;
+    WriteTree(tree, text);
+    EXPECT_EQ(std::ranges::count(text.str(), '\n'), static_cast<std::ptrdiff_t>(depth));
+    std::ostringstream json;
+    WriteTreeJson(tree, "thread:5/6", json);
+    EXPECT_EQ(std::ranges::count(json.str(), '['), static_cast<std::ptrdiff_t>(depth) + 1);
+}
+
+TEST(Limits, AListOfLongTasksEndsBeforeTheMemory) {
+    // A return at midnight sharp has no time: it leaves its calls open, and the next one lists them all
+    // again, so that such a list grows by the square of its log.
+    std::vector<std::string> lines = DebugLog({});
+    lines.insert(lines.end(), 1000,
+                 DebugLine("10:00:00.000001", "Calling Business function F from X (BSFNLevel = 1)", "5/6"));
+    lines.insert(lines.end(), 50,
+                 DebugLine("00:00:00.000000", "Return value is 0 for F. (BSFNLevel = 1)", "5/6"));
+    const TestSession session(lines);
+    EXPECT_EQ(session.Thread(5, 6).m_pBSFNAnalysis.m_listLongTasks.size(), 50'000U);
+
+    CHeadList<int, 3> list;
+    for (const int value : {1, 2, 3}) {
+        list.AddHead(value);
+    }
+    EXPECT_THROW(list.AddHead(4), std::length_error);
+    EXPECT_EQ(list.size(), 3U);
+    EXPECT_EQ(list[0], 3);
+}
+
+TEST(Limits, ATabCountBeyondALinesTabsGoesRoundAndRoundTheLine) {
+    // The format's line stands behind eleven tabs. A search that finds none makes the next one start over: in
+    // a line of one tab every second search is in vain and the eleventh finds it, in one of two the second,
+    // of three the third.
+    std::vector<std::string> lines = {"Jan 15 08:00:00.000001 - 1/1 W" + std::string(11, '\t') +
+                                      "Entering JDB_OpenTable"};
+    for (const char* tail : {"\tOn a", "\tOn a\tOn b", "\tOn a\tOn b\tOn c", ""}) {
+        lines.push_back("Jan 15 10:00:00.000001 - 5/6 W" + std::string(tail));
+    }
+    const TestSession session(lines);
+    EXPECT_EQ(session.m_doc.m_nTabCount, 11);
+    EXPECT_EQ(session.Texts(), (Strings{"Entering JDB_OpenTable", "On a", "On b", "On c", ""}));
+}
+
+TEST(Limits, TheSummaryShows15RowsOfAListAndSaysHowManyThereAre) {
+    for (const int count : {15, 16}) {
+        std::vector<std::string> lines = DebugLog({});
+        for (int i = 0; i < count; ++i) {
+            lines.push_back(DebugLine("10:00:00.000001", "SELECT A FROM T" + std::to_string(100 + i), "5/6"));
+        }
+        const TestSession session(lines);
+        std::ostringstream out;
+        WriteSummary(session.m_doc, "log", out);
+        EXPECT_EQ(out.str().find("Tables, by statements (" + std::to_string(count) + ")") !=
+                      std::string::npos,
+                  true);
+        EXPECT_EQ(out.str().find("... and 1 more") != std::string::npos, count == 16) << out.str();
+    }
 }
 
 TEST(Limits, TimesOfDayThatNoClockHasWrapIn64Bits) {

@@ -2,6 +2,7 @@
 #include "ui/SessionSupport.h"
 
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/ToolBar.h"
 
 #include <QAbstractItemModelTester>
 #include <QFile>
@@ -88,6 +89,47 @@ private slots:
             pFrame->CloseWindow();
             CSessionRun::Settle();
         }
+    }
+
+    void aToolBarTakesTheFirst200OfItsStoredButtons() {
+        CToolBar* pToolBar = m_pRun->Frame().NewUserToolBar(QStringLiteral("Many"));
+        for (const int nStored : {199, 200, 201, 5000}) {
+            pToolBar->SetStoredCommands(QStringList(nStored, QStringLiteral("0")).join(QLatin1Char(',')));
+            QCOMPARE(pToolBar->StoredCommands().count(QLatin1Char('0')), std::min(nStored, 200));
+        }
+    }
+
+    void aPictureOfMoreThan819200BytesGivesNoButtonImages() {
+        QImage strip(48, 16, QImage::Format_RGB32);
+        strip.fill(Qt::red);
+        const QString strPath = m_pRun->Path(QStringLiteral("images.bmp"));
+        QVERIFY(strip.save(strPath, "BMP"));
+        CToolBarImages images;
+        QVERIFY(QFile::resize(strPath, 819200));
+        QVERIFY(images.Load(strPath));
+        QCOMPARE(images.Count(), 3);
+        QVERIFY(QFile::resize(strPath, 819201));
+        QVERIFY(!CToolBarImages().Load(strPath));
+    }
+
+    void theRefreshPeriodWrapsAt32BitsAndStaysWithinATimersReach() {
+        CProcessPane& pane = m_pRun->Frame().m_wndProcessPane;
+        theApp().m_bAutoRefresh = true;
+        for (const auto& [nRate, nPeriod] : std::initializer_list<std::pair<std::int32_t, int>>{
+                 {0, 10},
+                 {1, 1000},
+                 {2147483, 2147483000},
+                 {2147484, 2147483647},
+                 {4294967, 2147483647},
+                 {4294968, 704}, // 4294968000 less 2^32
+                 {-1, 2147483647},
+             }) {
+            theApp().m_nRefreshRate = nRate;
+            pane.RestartTimer();
+            QCOMPARE(pane.TimerPeriod(), nPeriod);
+        }
+        theApp().m_bAutoRefresh = false;
+        pane.RestartTimer();
     }
 
     void aLogThatDoesNotLoadLeavesNoWindowBehind() {

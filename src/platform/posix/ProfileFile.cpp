@@ -4,6 +4,7 @@
 #include "platform/SharedFile.h"
 #include "platform/posix/ConfigFolder.h"
 #include "platform/posix/FoldedText.h"
+#include "platform/posix/FolderLock.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -431,6 +432,7 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
 bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
                       const std::string& file) {
     const std::string path = ProfilePath(file);
+    const FolderLock lock(path.substr(0, path.rfind('/')));
     std::string bytes;
     if (!ReadBytes(path, bytes))
         return false;

@@ -8,11 +8,10 @@
 // lock on the folder: two running programs lose no more than the one value that both write, and a reader
 // never sees half a file.
 #include "platform/Registry.h"
+#include "platform/posix/FolderLock.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -351,42 +350,13 @@ void AppendUnit(std::string& strText, std::uint32_t nUnit) {
     strText += static_cast<char>(0x80 | (nUnit & 0x3F));
 }
 
-// Keeps other programs from changing the store for as long as it lives. One that never lets go, or a file
-// system without locks, is waited for once in a run and then passed over.
-class CStoreLock {
-public:
-    CStoreLock() {
-        std::error_code error;
-        std::filesystem::path folder = StorePath().parent_path();
-        if (folder.empty())
-            folder = ".";
-        std::filesystem::create_directories(folder, error);
-        m_hFolder = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (m_hFolder < 0)
-            return;
-        static int nAttempts = kAttempts;
-        int nLeft = nAttempts;
-        while (flock(m_hFolder, LOCK_EX | LOCK_NB) != 0) {
-            if (--nLeft <= 0 || (errno != EWOULDBLOCK && errno != EINTR)) {
-                nAttempts = 1;
-                break;
-            }
-            const timespec pause{0, 1'000'000};
-            nanosleep(&pause, nullptr);
-        }
-    }
-    ~CStoreLock() {
-        if (m_hFolder >= 0)
-            close(m_hFolder);
-    }
-    CStoreLock(const CStoreLock&) = delete;
-    CStoreLock& operator=(const CStoreLock&) = delete;
-
-private:
-    static constexpr int kAttempts = 2000; // a millisecond each
-
-    int m_hFolder = -1;
-};
+// The lock of the store's folder, which is made when it is missing.
+FolderLock LockStore() {
+    const std::filesystem::path folder = StorePath().parent_path();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return FolderLock(folder.string());
+}
 
 } // namespace
 
@@ -416,7 +386,7 @@ struct CRegistryKey::CImpl {
     bool Write(CRegValue value) const {
         if (!m_bOpen || !m_bWritable)
             return false;
-        const CStoreLock lock;
+        const FolderLock lock = LockStore();
         Store().Refresh();
         CStore::Put(Store().Make(m_strPath), std::move(value));
         Store().Save();
@@ -451,7 +421,7 @@ bool CRegistryKey::Create(ERegRoot nRoot, std::string_view strKey) {
     const std::string strPath = FullPath(nRoot, strKey);
     Store().Refresh();
     if (Store().Find(strPath) == nullptr) {
-        const CStoreLock lock;
+        const FolderLock lock = LockStore();
         Store().Refresh();
         Store().Make(strPath);
         Store().Save();
@@ -531,7 +501,7 @@ bool CRegistryKey::SetString(std::string_view strName, std::string_view strText)
 }
 
 bool CRegistryKey::DeleteValue(std::string_view strName) {
-    const CStoreLock lock;
+    const FolderLock lock = LockStore();
     CKey* pKey = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
     if (pKey == nullptr)
         return false;
@@ -545,7 +515,7 @@ bool CRegistryKey::DeleteValue(std::string_view strName) {
 bool CRegistryKey::DeleteContent() {
     if (!m_pImpl->m_bOpen || !m_pImpl->m_bWritable)
         return false;
-    const CStoreLock lock;
+    const FolderLock lock = LockStore();
     Store().Refresh();
     Store().RemoveBelow(m_pImpl->m_strPath);
     Store().Make(m_pImpl->m_strPath).m_listValues.clear();
