@@ -3,6 +3,8 @@
 #include "logcore/Columns.h"
 #include "platform/CaseFold.h"
 
+#include <algorithm>
+
 namespace carvelot {
 
 namespace {
@@ -28,6 +30,14 @@ std::string FoldedCase(std::string_view text) {
 }
 
 int CompareNoCase(std::string_view a, std::string_view b) {
+    // What both begin with needs no look at its case, up to the start of a character.
+    std::size_t same =
+        static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+    while (same > 0 && (static_cast<unsigned char>(a[same - 1]) & 0x80U) != 0) {
+        --same;
+    }
+    a.remove_prefix(same);
+    b.remove_prefix(same);
     while (!a.empty() && !b.empty()) {
         const char32_t x = platform::ToUpper(TakeCodePoint(a));
         const char32_t y = platform::ToUpper(TakeCodePoint(b));

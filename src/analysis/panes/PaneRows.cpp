@@ -4,12 +4,11 @@
 #include "logcore/NodeText.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace carvelot {
 
 namespace {
-
-template <class Number> int CompareNumbers(Number a, Number b) { return a < b ? -1 : 1; }
 
 std::string MicrosecondsText(std::uint64_t microseconds) {
     return SecondsText(SecondsFromMicroseconds(microseconds));
@@ -74,22 +73,22 @@ std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis) {
     return rows;
 }
 
-int OnCompareItems(const BSFNRow& a, const BSFNRow& b, int column) {
+SortKey BSFNRow::Key(int column) const {
     switch (column) {
     case 0:
-        return CompareNoCase(a.m_strName, b.m_strName);
+        return SortKey(m_strName);
     case 1:
-        return CompareNumbers(a.m_nCalls, b.m_nCalls);
+        return SortKey(m_nCalls);
     case 2:
-        return CompareNumbers(a.m_nTotal, b.m_nTotal);
+        return SortKey(m_nTotal);
     case 3:
-        return CompareNumbers(a.m_nShortest, b.m_nShortest);
+        return SortKey(m_nShortest);
     case 4:
-        return CompareNumbers(a.m_nLongest, b.m_nLongest);
+        return SortKey(m_nLongest);
     case 5:
-        return CompareNumbers(a.m_nAverage, b.m_nAverage);
+        return SortKey(m_nAverage);
     default:
-        return 0;
+        return {};
     }
 }
 
@@ -130,20 +129,20 @@ std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis) {
     return rows;
 }
 
-int OnCompareItems(const TableRow& a, const TableRow& b, int column) {
+SortKey TableRow::Key(int column) const {
     switch (column) {
     case 0:
-        return CompareNoCase(a.m_strTable, b.m_strTable);
+        return SortKey(m_strTable);
     case 1:
-        return CompareNumbers(a.m_nSelects, b.m_nSelects);
+        return SortKey(m_nSelects);
     case 2:
-        return CompareNumbers(a.m_nInserts, b.m_nInserts);
+        return SortKey(m_nInserts);
     case 3:
-        return CompareNumbers(a.m_nUpdates, b.m_nUpdates);
+        return SortKey(m_nUpdates);
     case 4:
-        return CompareNumbers(a.m_nDeletes, b.m_nDeletes);
+        return SortKey(m_nDeletes);
     default:
-        return 0;
+        return {};
     }
 }
 
@@ -189,18 +188,18 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
     return rows;
 }
 
-int OnCompareItems(const TaskRow& a, const TaskRow& b, int column) {
+SortKey TaskRow::Key(int column) const {
     switch (column) {
     case 0:
-        return CompareNoCase(a.m_strProcessThread, b.m_strProcessThread);
+        return SortKey(m_strProcessThread);
     case 1:
-        return CompareNoCase(a.m_strType, b.m_strType);
+        return SortKey(m_strType);
     case 2:
-        return CompareNumbers(a.m_fDuration, b.m_fDuration);
+        return SortKey(m_fDuration);
     case 3:
-        return CompareNoCase(a.m_strMessage, b.m_strMessage);
+        return SortKey(m_strMessage);
     default:
-        return 0;
+        return {};
     }
 }
 
@@ -249,16 +248,16 @@ template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& se
 template std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc&, const std::vector<RecordIndex>&);
 template std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc&, const CHeadList<RecordIndex>&);
 
-int OnCompareItems(const ErrorRow& a, const ErrorRow& b, int column) {
+SortKey ErrorRow::Key(int column) const {
     switch (column) {
     case 0:
-        return CompareNoCase(a.m_strProcessThread, b.m_strProcessThread);
+        return SortKey(m_strProcessThread);
     case 1:
-        return CompareNoCase(a.m_strType, b.m_strType);
+        return SortKey(m_strType);
     case 2:
-        return CompareNoCase(a.m_strMessage, b.m_strMessage);
+        return SortKey(m_strMessage);
     default:
-        return 0;
+        return {};
     }
 }
 
@@ -299,18 +298,18 @@ std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session) {
     return rows;
 }
 
-int OnCompareItems(const GapRow& a, const GapRow& b, int column) {
+SortKey GapRow::Key(int column) const {
     switch (column) {
     case 0:
-        return CompareNoCase(a.m_strProcessThread, b.m_strProcessThread);
+        return SortKey(m_strProcessThread);
     case 1:
-        return CompareNoCase(a.m_strTimeStamp, b.m_strTimeStamp);
+        return SortKey(m_strTimeStamp);
     case 2:
-        return CompareNumbers(a.m_fGap, b.m_fGap);
+        return SortKey(m_fGap);
     case 3:
-        return CompareNoCase(a.m_strMessage, b.m_strMessage);
+        return SortKey(m_strMessage);
     default:
-        return 0;
+        return {};
     }
 }
 
@@ -346,11 +345,15 @@ FindRow MakeFindRow(const CCarvelotDoc& session, RecordIndex record) {
 // --------------------------------------------------------------------------------------------------------
 
 template <class Row> void SortRows(std::vector<Row>& rows, int column, bool descending) {
-    // "Less" is true only for a real difference: asking both ways round tells equal numbers, which compare as
-    // 1 each way, from ordered ones.
-    std::stable_sort(rows.begin(), rows.end(), [&](const Row& a, const Row& b) {
-        return descending ? OnCompareItems(b, a, column) < 0 : OnCompareItems(a, b, column) < 0;
-    });
+    std::vector<std::size_t> order(rows.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    SortByKey(order, descending, [&](std::size_t row) { return rows[row].Key(column); });
+    std::vector<Row> sorted;
+    sorted.reserve(rows.size());
+    for (const std::size_t row : order) {
+        sorted.push_back(std::move(rows[row]));
+    }
+    rows = std::move(sorted);
 }
 
 template void SortRows(std::vector<BSFNRow>&, int, bool);

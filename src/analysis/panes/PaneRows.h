@@ -2,6 +2,7 @@
 // asked for.
 #pragma once
 
+#include "analysis/panes/SortKey.h"
 #include "logcore/CarvelotDoc.h"
 
 #include <cstdint>
@@ -21,8 +22,10 @@ struct PaneColumn {
 // The title of the first column of the lists that show records: it goes by the log's format.
 std::string_view ProcessOrUserTitle(LogFormat format);
 
-// Every list compares two rows by one column for ascending order: below 0, 0, or above 0. Equal numbers
-// compare as 1, never as 0, so this is no order to sort with; SortRows is.
+// Every list compares two rows by one column as SortKey::Compare does; SortRows sorts them.
+template <class Row> int OnCompareItems(const Row& a, const Row& b, int column) {
+    return SortKey::Compare(a.Key(column), b.Key(column));
+}
 
 // --- BSFN Calls
 // -----------------------------------------------------------------------------------------------------
@@ -37,9 +40,9 @@ struct BSFNRow {
 
     static const std::vector<PaneColumn>& Columns();
     std::string Text(int column) const;
+    SortKey Key(int column) const;
 };
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis);
-int OnCompareItems(const BSFNRow& a, const BSFNRow& b, int column);
 
 // --- SQL Table Access
 // -----------------------------------------------------------------------------------------------
@@ -53,9 +56,9 @@ struct TableRow {
 
     static const std::vector<PaneColumn>& Columns();
     std::string Text(int column) const;
+    SortKey Key(int column) const;
 };
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
-int OnCompareItems(const TableRow& a, const TableRow& b, int column);
 
 // --- Long Tasks
 // -----------------------------------------------------------------------------------------------------
@@ -71,11 +74,11 @@ struct TaskRow {
 
     static const std::vector<PaneColumn>& Columns();
     std::string Text(int column) const;
+    SortKey Key(int column) const;
 };
 // Longest first; of equal ones that which the lists held first.
 std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalysis& functions,
                                   const CSQLAnalysis& statements);
-int OnCompareItems(const TaskRow& a, const TaskRow& b, int column);
 
 // --- Errors/Warnings
 // ------------------------------------------------------------------------------------------------
@@ -88,12 +91,12 @@ struct ErrorRow {
 
     static const std::vector<PaneColumn>& Columns();
     std::string Text(int column) const;
+    SortKey Key(int column) const;
 };
 // The error type by kind and return code.
 std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
 // Each record goes above the earlier ones, so the rows stand in the list's reverse order.
 template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& session, const List& errors);
-int OnCompareItems(const ErrorRow& a, const ErrorRow& b, int column);
 
 // --- Timing Gaps
 // ----------------------------------------------------------------------------------------------------
@@ -108,10 +111,10 @@ struct GapRow {
 
     static const std::vector<PaneColumn>& Columns();
     std::string Text(int column) const;
+    SortKey Key(int column) const;
 };
 // The latest gap of the log first.
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
-int OnCompareItems(const GapRow& a, const GapRow& b, int column);
 
 // --- Find
 // -----------------------------------------------------------------------------------------------------------

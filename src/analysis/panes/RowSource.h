@@ -13,6 +13,9 @@ public:
     int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override {
         return carvelot::OnCompareItems(m_listRows[nRowA], m_listRows[nRowB], nColumn);
     }
+    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override {
+        SortByKey(listOrder, bDescending, [&](std::size_t nRow) { return m_listRows[nRow].Key(nColumn); });
+    }
 
     std::vector<TRow> m_listRows;
 };

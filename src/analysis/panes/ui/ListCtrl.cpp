@@ -89,12 +89,7 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     for (const QModelIndex& index : listBefore)
         listSourceRows.push_back(SourceRow(index.row()));
 
-    // Negating the comparison would call equal rows unordered both ways; swapping its sides gives the same
-    // reversal as a proper order.
-    std::ranges::stable_sort(m_listOrder, [&](std::size_t nA, std::size_t nB) {
-        return nOrder == Qt::AscendingOrder ? m_pSource->OnCompareItems(nA, nB, nColumn) < 0
-                                            : m_pSource->OnCompareItems(nB, nA, nColumn) < 0;
-    });
+    m_pSource->Sort(m_listOrder, nColumn, nOrder == Qt::DescendingOrder);
 
     if (!listBefore.isEmpty()) {
         std::vector<int> listPlaces(m_listOrder.size());
