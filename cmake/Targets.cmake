@@ -47,6 +47,10 @@ function(carvelot_library name)
   endif()
   add_library(${name} STATIC ${ARGN})
   carvelot_target(${name})
+  if(CARVELOT_FUZZ)
+    # A fuzzer learns from the branches that an input takes in the libraries.
+    target_compile_options(${name} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # A program that brings the compiler's run time with it, so that it starts wherever it is copied.

@@ -1,5 +1,6 @@
 #include "analysis/BSFNAnalysis.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/Numbers.h"
 
@@ -21,7 +22,7 @@ constexpr std::uint64_t kUnknownDuration = ~std::uint64_t{0};
 constexpr std::uint64_t kBackwardCall = 0xE57F53FF;
 
 std::string_view ObjectName(std::string_view text, std::string& scratch) {
-    if (text.find(kObjectPhrase) == std::string_view::npos) {
+    if (FindWord(text, kObjectPhrase) == std::string_view::npos) {
         return {};
     }
     const std::string_view candidate = FromColumn(text, kObjectNameColumn, scratch);
@@ -36,18 +37,18 @@ CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text)
     std::string scratch;
     std::string_view name;
     if (kind == LOG_CALL) {
-        const std::size_t place = text.find(kCallPhrase);
+        const std::size_t place = FindWord(text, kCallPhrase);
         if (place != std::string_view::npos) {
             name = UpTo(FromColumn(text.substr(place + kCallPhrase.size()), 1, scratch), ' ');
         }
     } else {
-        const std::size_t place = text.find("for ");
+        const std::size_t place = FindWord(text, "for ");
         if (place != std::string_view::npos) {
             name = TrimRight(UpTo(text.substr(place + 4), ' '), ".");
         }
     }
     line.function = details.InternName(name);
-    const std::size_t place = text.find(kLevelPhrase);
+    const std::size_t place = FindWord(text, kLevelPhrase);
     if (place != std::string_view::npos) {
         const std::string_view level = text.substr(place + kLevelPhrase.size());
         line.level = ReadInteger(level.substr(0, level.find(')')));
@@ -57,19 +58,23 @@ CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text)
 
 std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t name,
                                        std::string_view location) {
-    const auto [entry, isNew] =
-        m_placeByName.try_emplace(name, static_cast<std::uint32_t>(m_functions.size()));
+    const auto [place, isNew] = m_placeByName.FindOrAdd(name, static_cast<std::uint32_t>(m_functions.size()));
     if (isNew) {
         CBSFN& function = m_functions.emplace_back();
         function.m_strName = details.Name(name);
         function.m_strLocation = location;
     }
-    return entry->second;
+    return place;
 }
 
 void CBSFNAnalysis::Open(std::uint32_t function, RecordIndex record, std::int32_t level) {
     auto& instances = m_functions[function].m_instances;
-    m_open[OpenKey(function, level)].push_back(static_cast<std::uint32_t>(instances.size()));
+    const auto [place, isNew] =
+        m_placeOfOpen.FindOrAdd(OpenKey(function, level), static_cast<std::uint32_t>(m_open.size()));
+    if (isNew) {
+        m_open.emplace_back();
+    }
+    m_open[place].push_back(static_cast<std::uint32_t>(instances.size()));
     instances.push_back({record, level});
 }
 
@@ -97,13 +102,14 @@ void CBSFNAnalysis::EndObjectCall(CDetailList& details, const AnalysisSettings& 
 
 void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings,
                                    std::uint32_t function, RecordIndex end, std::int32_t level) {
-    const auto open = m_open.find(OpenKey(function, level));
-    if (open == m_open.end()) {
+    const std::uint32_t placeOfOpen = m_placeOfOpen.Find(OpenKey(function, level));
+    if (placeOfOpen == CNumberMap::kNone) {
         return;
     }
+    std::vector<std::uint32_t>& open = m_open[placeOfOpen];
     const std::uint64_t endTime = details.Time(end);
     CBSFN& bsfn = m_functions[function];
-    for (auto place = open->second.rbegin(); place != open->second.rend(); ++place) {
+    for (auto place = open.rbegin(); place != open.rend(); ++place) {
         CBSFN::CBSFNInstance& instance = bsfn.m_instances[*place];
         instance.m_result = details.ReturnCode(end);
         instance.m_endTime = endTime;
@@ -129,7 +135,7 @@ void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings&
     }
     // An end without a time leaves its calls open: the next return at this level closes them once more.
     if (endTime != 0) {
-        open->second.clear();
+        open.clear();
     }
 }
 

@@ -4,11 +4,11 @@
 #include "logcore/AnalysisSettings.h"
 #include "logcore/DetailList.h"
 #include "logcore/HeadList.h"
+#include "logcore/NumberMap.h"
 
 #include <cstdint>
 #include <deque>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace carvelot {
@@ -64,9 +64,10 @@ private:
         return (std::uint64_t{function} << 32U) | static_cast<std::uint32_t>(level);
     }
 
-    std::unordered_map<std::uint32_t, std::uint32_t> m_placeByName;
+    CNumberMap m_placeByName;
     // Instances whose m_endTime is 0, by function and level, in order of the calls.
-    std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> m_open;
+    CNumberMap m_placeOfOpen;
+    std::vector<std::vector<std::uint32_t>> m_open;
 };
 
 } // namespace carvelot

@@ -1,6 +1,6 @@
 #include "analysis/CacheAnalysis.h"
 
-#include "logcore/CaseText.h"
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 
@@ -10,12 +10,14 @@ namespace carvelot {
 
 namespace {
 
-bool Holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
+bool Holds(std::string_view text, std::string_view word) {
+    return FindWord(text, word) != std::string_view::npos;
+}
 
 // What stands between a marker and the next "]". Nothing checks that the marker is there: a missing one
 // counts as standing one before the text's start.
 std::string_view Between(std::string_view text, std::string_view marker, std::string& scratch) {
-    const std::size_t place = text.find(marker);
+    const std::size_t place = FindWord(text, marker);
     const std::string_view rest = place == std::string_view::npos
                                       ? FromColumn(text, marker.size() - 1, scratch)
                                       : text.substr(place + marker.size());
@@ -116,29 +118,29 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
     if (!Holds(message, "Nm:[")) {
         if (m_pendingOp == CACHE_FETCH) {
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
-            const auto open = m_openCursors.find(m_strPendingCursor);
-            if (open != m_openCursors.end()) {
-                AddOperation(open->second.rbegin()->cache, m_pPendingRecord, CACHE_FETCH, true,
-                             m_strPendingCursor, {});
+            const std::uint32_t open = m_placeOfOpen.Find(m_pendingCursor);
+            if (open != CNumberMap::kNone && !m_openCursors[open].empty()) {
+                AddOperation(details, m_openCursors[open].rbegin()->cache, m_pPendingRecord, CACHE_FETCH,
+                             true, m_pendingCursor, 0);
             }
         }
         return;
     }
     std::string handleScratch;
     std::string instanceScratch;
-    const std::string_view handle = Between(message, "hCache:[", handleScratch);
+    const std::uint32_t handle = details.InternName(Between(message, "hCache:[", handleScratch));
+    const std::uint32_t handleKey = details.FoldedName(handle);
     const std::string_view instance = Between(message, "Nm:[", instanceScratch);
-    const auto known = m_newestByHandle.find(FoldedCase(handle));
+    const std::uint32_t known = m_newestByHandle.Find(handleKey);
     const std::uint32_t place =
-        known != m_newestByHandle.end() ? known->second : AddCache(details, record, handle, handle);
+        known != CNumberMap::kNone ? known : AddCache(details, record, handle, handle, handleKey);
     CCache& cache = m_caches[place];
     if (cache.m_strInstance.empty()) {
         cache.m_strInstance = details.Name(details.InternName(instance));
     }
     const auto cursorOfPending = [&] {
         std::string scratch;
-        return details.Name(
-            details.InternName(Between(details.Text(m_pPendingRecord), "hCursor:[", scratch)));
+        return details.InternName(Between(details.Text(m_pPendingRecord), "hCursor:[", scratch));
     };
     switch (m_pendingOp) {
     case CACHE_TERMINATE:
@@ -147,26 +149,26 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         if (m_pendingOp == CACHE_TERMINATE_ALL || cache.m_instanceCount < 1) {
             cache.m_instanceCount = 0;
         }
-        AddOperation(place, m_pPendingRecord, m_pendingOp, false, {}, {});
+        AddOperation(details, place, m_pPendingRecord, m_pendingOp, false, 0, 0);
         break;
     case CACHE_FETCH:
-        AddOperation(place, m_pPendingRecord, m_pendingOp, false, m_strPendingCursor, {});
+        AddOperation(details, place, m_pPendingRecord, m_pendingOp, false, m_pendingCursor, 0);
         break;
     case CACHE_OPEN_CURSOR:
     case CACHE_CLOSE_CURSOR: {
-        const std::string_view cursor = cursorOfPending();
-        AddOperation(place, m_pPendingRecord, m_pendingOp, false, cursor, cursor);
+        const std::uint32_t cursor = cursorOfPending();
+        AddOperation(details, place, m_pPendingRecord, m_pendingOp, false, cursor, cursor);
         break;
     }
     case CACHE_RESET_CURSOR:
         // Shows its cursor but does not hand it over: a reset closes nothing but a cursor without a handle.
-        AddOperation(place, m_pPendingRecord, m_pendingOp, false, cursorOfPending(), {});
+        AddOperation(details, place, m_pPendingRecord, m_pendingOp, false, cursorOfPending(), 0);
         break;
     case CACHE_NONE:
     case CACHE_UPDATE:
         break;
     default:
-        AddOperation(place, m_pPendingRecord, m_pendingOp, false, {}, {});
+        AddOperation(details, place, m_pPendingRecord, m_pendingOp, false, 0, 0);
         break;
     }
 }
@@ -176,17 +178,18 @@ void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::str
     // Most lines name no call of the cache's interface.
     const bool namesCall = Holds(message, "jdeCache");
     if (namesCall && Holds(message, "jdeCacheInit")) {
-        m_strPendingName = details.Name(details.InternName(Between(message, "Name:[", scratch)));
+        m_pendingName = details.InternName(Between(message, "Name:[", scratch));
     }
     if (Holds(message, "Created new cache")) {
-        AddCache(details, record, m_strPendingName, Between(message, "hCache:[", scratch));
+        const std::uint32_t handle = details.InternName(Between(message, "hCache:[", scratch));
+        AddCache(details, record, m_pendingName, handle, details.FoldedName(handle));
         m_pendingOp = CACHE_INIT_NEW;
     }
     if (Holds(message, "Found existing cache")) {
         m_pendingOp = CACHE_INIT_EXISTING;
     }
     if (namesCall && Holds(message, "jdeCacheFetch")) {
-        m_strPendingCursor = details.Name(details.InternName(Between(message, "hCursor:[", scratch)));
+        m_pendingCursor = details.InternName(Between(message, "hCursor:[", scratch));
         m_pendingOp = CACHE_FETCH;
     }
     m_pPendingRecord = record;
@@ -207,40 +210,39 @@ void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::str
     }
 }
 
-std::uint32_t CCacheAnalysis::AddCache(CDetailList& details, RecordIndex record, std::string_view name,
-                                       std::string_view handle) {
+std::uint32_t CCacheAnalysis::AddCache(const CDetailList& details, RecordIndex record, std::uint32_t name,
+                                       std::uint32_t handle, std::uint32_t handleKey) {
     const auto place = static_cast<std::uint32_t>(m_caches.size());
     CCache& cache = m_caches.emplace_back();
-    cache.m_strName = details.Name(details.InternName(name));
-    cache.m_strHandle = details.Name(details.InternName(handle));
+    cache.m_strName = details.Name(name);
+    cache.m_strHandle = details.Name(handle);
     cache.m_processId = details.Context(record).processID;
-    m_newestByHandle[FoldedCase(handle)] = place;
+    m_newestByHandle.Set(handleKey, place);
     return place;
 }
 
-void CCacheAnalysis::AddOperation(std::uint32_t place, RecordIndex record, CacheOp op, bool failed,
-                                  std::string_view shownCursor, std::string_view cursor) {
+void CCacheAnalysis::AddOperation(const CDetailList& details, std::uint32_t place, RecordIndex record,
+                                  CacheOp op, bool failed, std::uint32_t shownCursor, std::uint32_t cursor) {
     CCache& cache = m_caches[place];
     if (op == CACHE_OPEN_CURSOR) {
         const auto index = static_cast<std::uint32_t>(cache.m_cursors.size());
-        cache.m_cursors.push_back({cursor, record});
-        cache.m_firstCursor.try_emplace(cursor, index);
-        m_openCursors[cursor].insert({place, index});
+        cache.m_cursors.push_back({details.Name(cursor), record});
+        cache.m_firstCursor.FindOrAdd(cursor, index);
+        const auto [open, isNew] =
+            m_placeOfOpen.FindOrAdd(cursor, static_cast<std::uint32_t>(m_openCursors.size()));
+        if (isNew) {
+            m_openCursors.emplace_back();
+        }
+        m_openCursors[open].insert({place, index});
     } else if (op == CACHE_CLOSE_CURSOR || op == CACHE_RESET_CURSOR) {
         // The first cursor of that handle, open or not.
-        const auto first = cache.m_firstCursor.find(cursor);
-        if (first != cache.m_firstCursor.end()) {
-            cache.m_cursors[first->second].m_pClose = record;
-            const auto open = m_openCursors.find(cursor);
-            if (open != m_openCursors.end()) {
-                open->second.erase({place, first->second});
-                if (open->second.empty()) {
-                    m_openCursors.erase(open);
-                }
-            }
+        const std::uint32_t first = cache.m_firstCursor.Find(cursor);
+        if (first != CNumberMap::kNone) {
+            cache.m_cursors[first].m_pClose = record;
+            m_openCursors[m_placeOfOpen.Find(cursor)].erase({place, first});
         }
     }
-    cache.m_operations.push_back({record, op, failed, shownCursor});
+    cache.m_operations.push_back({record, op, failed, details.Name(shownCursor)});
 }
 
 } // namespace carvelot

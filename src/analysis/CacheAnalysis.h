@@ -2,14 +2,13 @@
 #pragma once
 
 #include "logcore/DetailList.h"
+#include "logcore/NumberMap.h"
 
 #include <cstdint>
 #include <deque>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -61,7 +60,7 @@ public:
 
     private:
         friend class CCacheAnalysis;
-        std::unordered_map<std::string_view, std::uint32_t> m_firstCursor; // by handle
+        CNumberMap m_firstCursor; // by the number of its handle
     };
 
     // Takes the LOG_CACHE records of the process in the order of the log.
@@ -83,18 +82,19 @@ private:
 
     void Confirm(CDetailList& details, RecordIndex record, std::string_view message);
     void Announce(CDetailList& details, RecordIndex record, std::string_view message);
-    std::uint32_t AddCache(CDetailList& details, RecordIndex record, std::string_view name,
-                           std::string_view handle);
-    void AddOperation(std::uint32_t cache, RecordIndex record, CacheOp op, bool failed,
-                      std::string_view shownCursor, std::string_view cursor);
+    std::uint32_t AddCache(const CDetailList& details, RecordIndex record, std::uint32_t name,
+                           std::uint32_t handle, std::uint32_t handleKey);
+    void AddOperation(const CDetailList& details, std::uint32_t cache, RecordIndex record, CacheOp op,
+                      bool failed, std::uint32_t shownCursor, std::uint32_t cursor);
 
-    std::string_view m_strPendingName;
-    std::string_view m_strPendingCursor;
+    std::uint32_t m_pendingName = 0; // numbers of interned names, as all names in the operations below
+    std::uint32_t m_pendingCursor = 0;
     CacheOp m_pendingOp = CACHE_NONE;
     RecordIndex m_pPendingRecord = kNoRecord;
 
-    std::unordered_map<std::string, std::uint32_t> m_newestByHandle; // by the handle in upper case
-    std::unordered_map<std::string_view, std::set<CursorPlace>> m_openCursors;
+    CNumberMap m_newestByHandle; // by the number that the handle has whatever its case
+    CNumberMap m_placeOfOpen;    // in m_openCursors, by the number of the cursor's handle
+    std::vector<std::set<CursorPlace>> m_openCursors;
 };
 
 } // namespace carvelot

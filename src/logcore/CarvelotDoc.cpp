@@ -4,7 +4,9 @@
 #include "platform/TemporaryFile.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
+#include <stdexcept>
 
 namespace carvelot {
 
@@ -44,7 +46,8 @@ public:
 } // namespace
 
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
-    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()) {}
+    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
+      m_gapRule(settings.m_fThreshold) {}
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
@@ -93,20 +96,39 @@ bool CCarvelotDoc::LoadLog() {
     if (m_pDetailView != nullptr) {
         m_pDetailView->ResetTree();
     }
-    ClearSession();
-
     m_pLogFile = std::move(file);
-    CLogReader reader(m_pLogFile);
+    const char* failure = nullptr;
+    bool read = false;
+    try {
+        ClearSession();
+        m_gapRule = CGapRule(m_settings.m_fThreshold);
+        read = ReadLog();
+    } catch (const std::bad_alloc&) {
+        failure = "There is not enough memory for this log.";
+    } catch (const std::length_error&) {
+        failure = "This log is too large: it holds more than a session can.";
+    }
+    m_pLogFile.Close();
+    if (failure != nullptr) {
+        // Half a record may have been filed; what is left of the memory is needed for the message.
+        ClearSession();
+        m_host.ShowMessage(failure);
+    }
+    return read;
+}
+
+bool CCarvelotDoc::ReadLog() {
+    CLogReader reader(m_pLogFile, HintSet::None);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
         return false;
     }
-    reader.Rewind();
+    reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
     const std::uint64_t size = m_pLogFile.Size();
     std::uint64_t nextProgress = kProgressStep;
     LogLine line;
-    const auto parseAll = [&](auto readLine, auto parseLine) {
-        while (readLine()) {
+    const auto parseAll = [&](auto parseLine) {
+        while (reader.ReadLogLine(line)) {
             parseLine();
             if (reader.Position() >= nextProgress) {
                 m_host.LoadProgress(reader.Position(), size);
@@ -115,11 +137,18 @@ bool CCarvelotDoc::LoadLog() {
         }
     };
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Debug>(line); }, [&] { ParseDebugLine(line); });
+        parseAll([&] {
+            if (!ParseUsualDebugLine(line)) {
+                ParseDebugLine(line);
+            }
+        });
     } else {
-        parseAll([&] { return reader.ReadLogLine<HintSet::Jas>(line); }, [&] { ParseJASLine(line); });
+        parseAll([&] {
+            if (!ParseUsualJASLine(line)) {
+                ParseJASLine(line);
+            }
+        });
     }
-    m_pLogFile.Close();
 
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
     for (const auto& process : m_listProcesses) {
@@ -133,6 +162,8 @@ bool CCarvelotDoc::LoadLog() {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
+    m_stamp = {};
+    m_heads.Clear();
     m_processByID.clear();
     m_listProcesses.clear();
     m_listGaps = {};

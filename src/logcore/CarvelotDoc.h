@@ -5,6 +5,7 @@
 #include "logcore/Classifier.h"
 #include "logcore/DetailList.h"
 #include "logcore/JASUser.h"
+#include "logcore/LineHead.h"
 #include "logcore/LogReader.h"
 #include "logcore/Process.h"
 #include "logcore/SessionHost.h"
@@ -32,7 +33,8 @@ public:
     // File New: asks for a file and opens it.
     bool OnNewDocument();
     // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
-    // cannot be told the session is empty. Both are reported to the host.
+    // cannot be told, or that is more than the memory or a session can hold, the session is empty. All are
+    // reported to the host.
     bool LoadLog();
     // Empties the model. What was learnt about format and columns stays.
     bool ClearSession();
@@ -80,13 +82,21 @@ public:
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
 
 private:
+    bool ReadLog();
     bool DetectLogFormat(CLogReader& reader);
     bool DetectJASFormat(CLogReader& reader);
     void ParseDebugLine(LogLine& line);
     void ParseJASLine(LogLine& line);
+    // For lines that begin as earlier ones did. False leaves the line to the two above, which look at each
+    // word and remember what they see for the next line.
+    bool ParseUsualDebugLine(const LogLine& line);
+    bool ParseUsualJASLine(const LogLine& line);
+    TextSigns SignsOf(const LogLine& line, std::string_view text) const;
+    void LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record);
     std::string_view StatementText(std::string_view line, bool ascii);
-    bool CommitDetail(RecordIndex record, std::uint64_t time);
-    void CommitToUser(RecordIndex record, std::uint64_t time);
+    // Files a record that stands in m_listDetails, its kind and return code at hand.
+    void CommitDetail(RecordIndex record, LogKind kind, std::int32_t returnCode, std::uint64_t time);
+    void CommitToUser(RecordIndex record, LogKind kind, std::uint64_t time);
     // Sets the duration of a record from its own time to `endTime`.
     float Measure(RecordIndex pending, std::uint64_t endTime);
     CProcess& ProcessOf(RecordContext& context, std::uint64_t time);
@@ -98,9 +108,15 @@ private:
     std::unordered_map<std::uint32_t, CProcess*> m_processByID;
     std::uint64_t m_nLoadIdentity;
 
+    CGapRule m_gapRule; // by the threshold at the load's start
+    // How lines of this load begin.
+    LineStamp m_stamp;
+    CLineHeads m_heads;
+
     std::string m_strConverted; // the current line, when its bytes are no UTF-8
     std::string m_strCut;       // its statement text, when a column cut a surrogate pair
     std::string m_strFinished;  // its text, when the classifier replaced it
+    std::string m_strName;      // its display name
     std::string m_strTable;     // its table, when that is no slice of the text
 };
 

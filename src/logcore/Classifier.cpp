@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 
 namespace carvelot {
 
@@ -20,7 +21,9 @@ constexpr std::array<std::string_view, 16> kListedCodes = {
     "JDB3100080", "JDB3300020", "JDB3400009", "JDB3500011", "JDB3600011", "JDB3700001",
     "JDB4100005", "JDB4100006", "JDB9900401", "JDB9901232"};
 
-bool Holds(std::string_view text, std::string_view word) { return text.find(word) != std::string_view::npos; }
+bool Holds(std::string_view text, std::string_view word) {
+    return FindWord(text, word) != std::string_view::npos;
+}
 
 bool StartsListedCode(std::string_view text) {
     return text.size() >= kCodeLength && IsDigit(text[3]) &&
@@ -49,26 +52,27 @@ bool StartsWithSQL(std::string_view text) {
 
 // Whether the first word begins so. A text without a blank has no first word.
 bool FirstWordBegins(std::string_view text, std::string_view start) {
-    return text.starts_with(start) && Holds(text.substr(start.size()), " ");
+    return text.starts_with(start) && text.find(' ', start.size()) != std::string_view::npos;
 }
 
 // A text of the form "RT: >>>Beginning ER:" tab, name, tab, and perhaps "Form:", the form, tab.
-Classification ClassifyEventRules(std::string_view text) {
+Classification ClassifyEventRules(std::string_view text, std::string& scratch) {
     Classification result;
+    scratch.clear();
     std::string_view rest = text.substr(text.find(' ') + 1);
     const std::string_view marker = UpTo(rest, '\t');
     if (marker == ">>>Beginning ER:") {
         result.kind = LOG_EVENT_START;
         rest.remove_prefix(marker.size() + 1);
         const std::string_view name = UpTo(rest, '\t');
-        const std::size_t form = text.find("Form:");
+        const std::size_t form = FindWord(text, "Form:");
         const std::string_view formName = form != std::string_view::npos && form > 0
                                               ? UpTo(text.substr(form + 5), '\t')
                                               : std::string_view{};
         if (IsAboveBlank(formName)) {
-            result.name.append("Form: ").append(formName).append(" - ");
+            scratch.append("Form: ").append(formName).append(" - ");
         }
-        result.name.append(name);
+        result.name = scratch.append(name);
     } else if (marker == "<<<Finished  ER:") {
         result.kind = LOG_EVENT_END;
     }
@@ -79,7 +83,7 @@ Classification ClassifyEventRules(std::string_view text) {
 // whole.
 bool WordAt(std::string_view text, std::ptrdiff_t at, std::string_view word) {
     return at >= 0 && static_cast<std::size_t>(at) + word.size() <= text.size() &&
-           text.compare(static_cast<std::size_t>(at), word.size(), word) == 0;
+           SameShortText(text.substr(static_cast<std::size_t>(at), word.size()), word);
 }
 
 } // namespace
@@ -105,45 +109,50 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
         return signs;
     }
     const std::ptrdiff_t textStart = text.data() - line.data();
-    for (const std::uint16_t hint : hints) {
-        const std::ptrdiff_t at = hint - textStart;
+    hints.ForEach([&](std::size_t place) {
+        if (place < line.size() && line[place] == '-') {
+            signs.lineHoldsUBE =
+                signs.lineHoldsUBE || WordAt(line, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
+        }
+        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
         if (at < 0 || static_cast<std::size_t>(at) >= text.size()) {
-            continue;
+            return;
         }
+        // By the first letter of the word's pair.
         switch (text[static_cast<std::size_t>(at)]) {
-        case 'C':
-            signs.cache = signs.cache || WordAt(text, at - 3, "jdeCache") ||
-                          WordAt(text, at - 1, "hCache:") || WordAt(text, at - 1, "hCursor:");
-            signs.jdbCode = signs.jdbCode || StartsListedCode(text.substr(static_cast<std::size_t>(at)));
-            signs.objectCalled = signs.objectCalled || WordAt(text, at - 7, "Object Called:");
+        case 'e':
+            signs.cache = signs.cache || WordAt(text, at - 2, "jdeCache");
             break;
-        case 'D': {
-            // Nearly every "DB" is that of a name such as JDB_Fetch.
-            const char behind =
-                static_cast<std::size_t>(at) + 2 < text.size() ? text[static_cast<std::size_t>(at) + 2] : ' ';
-            if (IsDigit(behind)) {
-                signs.jdbCode = signs.jdbCode ||
-                                (at >= 1 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 1))));
-            } else if (behind == 'P') {
-                signs.sqlDone = signs.sqlDone || WordAt(text, at - 8, "Exiting DBPerformRequest");
-            }
+        case 'h':
+            signs.cache = signs.cache || WordAt(text, at, "hCache:") || WordAt(text, at, "hCursor:");
             break;
-        }
         case 'F':
             signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
             break;
-        case 'U':
-            signs.ube = signs.ube || WordAt(text, at - 2, "--UBE--");
+        case 'B':
+            signs.sqlDone = signs.sqlDone || WordAt(text, at - 9, "Exiting DBPerformRequest");
+            [[fallthrough]];
+        case 'C':
+            signs.jdbCode =
+                signs.jdbCode || (at >= 2 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 2))));
+            break;
+        case '-':
+            signs.ube = signs.ube || WordAt(text, at - 1, "--UBE--");
             break;
         case 'E':
             signs.eventStarts = signs.eventStarts || WordAt(text, at, "Event Starts :");
             signs.eventEnds = signs.eventEnds || WordAt(text, at, "Event Ends:");
-            signs.erLine = signs.erLine || WordAt(text, at - 3, "at ER Line");
+            break;
+        case 'L':
+            signs.erLine = signs.erLine || WordAt(text, at - 6, "at ER Line");
+            break;
+        case 'O':
+            signs.objectCalled = signs.objectCalled || WordAt(text, at, "Object Called:");
             break;
         default:
             break;
         }
-    }
+    });
     return signs;
 }
 
@@ -151,12 +160,14 @@ bool HoldsUBE(const LogLine& line) {
     if (!line.hints.IsComplete()) {
         return Holds(line.bytes, "--UBE--");
     }
-    return std::any_of(line.hints.begin(), line.hints.end(), [&](std::uint16_t hint) {
-        return hint < line.bytes.size() && line.bytes[hint] == 'U' && WordAt(line.bytes, hint - 2, "--UBE--");
+    bool found = false;
+    line.hints.ForEach([&](std::size_t place) {
+        found = found || WordAt(line.bytes, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
     });
+    return found;
 }
 
-Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs) {
+Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (text.empty()) {
         return {};
@@ -195,7 +206,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
             return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
         }
         if (Starts(text, "RT: ")) {
-            return ClassifyEventRules(text);
+            return ClassifyEventRules(text, scratch);
         }
         break;
     case 'E':
@@ -234,7 +245,11 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
     pending.parameters = 0;
     std::string_view rest = text;
     for (std::size_t mark = rest.find('?'); mark != std::string_view::npos; mark = rest.find('?')) {
-        pending.statement.append(rest.substr(0, mark + 1)).append(std::to_string(++pending.parameters));
+        std::array<char, 20> number{};
+        char* const first = number.data();
+        const char* const last = std::to_chars(first, first + number.size(), ++pending.parameters).ptr;
+        pending.statement.append(rest.substr(0, mark + 1));
+        pending.statement.append(first, static_cast<std::size_t>(last - first));
         rest.remove_prefix(mark + 1);
     }
     pending.statement.append(rest);
@@ -246,14 +261,24 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
     return LOG_NONE;
 }
 
-LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement) {
+// Puts the value in the place of the leftmost "?1" or the like.
+void FillIn(std::string& statement, const JASParam& param) {
+    std::array<char, 12> mark{'?'};
+    const char* const markEnd = std::to_chars(mark.data() + 1, mark.data() + mark.size(), param.index).ptr;
+    const std::string_view marked(mark.data(), static_cast<std::size_t>(markEnd - mark.data()));
+    const std::size_t place = FindWord(statement, marked);
+    if (place == std::string_view::npos) {
+        return;
+    }
+    const std::size_t quote = param.quoted ? 1 : 0;
+    statement.replace(place, marked.size(), param.value.size() + 2 * quote, '\'');
+    param.value.copy(statement.data() + place + quote, param.value.size());
+}
+
+LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement,
+                      std::string& scratch) {
     if (Holds(text, "Param")) {
-        const JASParam param = ParseJASParam(text);
-        const std::string mark = std::string(1, '?').append(std::to_string(param.index));
-        const std::size_t place = pending.statement.find(mark);
-        if (place != std::string::npos) {
-            pending.statement.replace(place, mark.size(), param.value);
-        }
+        FillIn(pending.statement, ParseJASParam(text, scratch));
         --pending.parameters;
     }
     if (pending.parameters > 0) {
@@ -266,42 +291,54 @@ LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::st
 
 } // namespace
 
-Classification ClassifyJASStatement(std::string_view level, std::string_view& text, const TextSigns& signs,
-                                    PendingStatement& pending, std::string& replacement) {
+LogKind KindOfLevel(std::string_view level) {
+    return level == "MANDATORY" ? LOG_MANDATORY
+           : level == "WARN"    ? LOG_WARN
+           : level == "SEVERE"  ? LOG_SEVERE
+                                : LOG_NONE;
+}
+
+Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
+                                    std::string& replacement, std::string& scratch) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
-    if (level == "MANDATORY") {
-        return is(LOG_MANDATORY);
-    }
-    if (level == "WARN") {
-        return is(LOG_WARN);
-    }
-    if (level == "SEVERE") {
-        return is(LOG_SEVERE);
-    }
     if (StartsWithSQL(text)) {
         return is(TakeStatement(text, pending, replacement));
     }
     if (pending.parameters > 0) {
-        return is(TakeParameter(text, pending, replacement));
+        return is(TakeParameter(text, pending, replacement, scratch));
     }
-    if (Starts(text, "Calling ")) {
-        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
-                                                                                          : LOG_CALL);
-    }
-    if (Starts(text, "On ")) {
-        return is(LOG_ON);
-    }
-    if (Starts(text, "Return ")) {
-        return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
-    }
-    if (FirstWordBegins(text, "ERROR")) {
-        return is(LOG_ERROR);
-    }
-    if (FirstWordBegins(text, "IN->[")) {
-        return is(LOG_PARM_IN);
-    }
-    if (FirstWordBegins(text, "OUT->[")) {
-        return is(LOG_PARM_OUT);
+    switch (text.empty() ? '\0' : text.front()) {
+    case 'C':
+        if (Starts(text, "Calling ")) {
+            return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
+                                                                                              : LOG_CALL);
+        }
+        break;
+    case 'O':
+        if (Starts(text, "On ")) {
+            return is(LOG_ON);
+        }
+        if (FirstWordBegins(text, "OUT->[")) {
+            return is(LOG_PARM_OUT);
+        }
+        break;
+    case 'R':
+        if (Starts(text, "Return ")) {
+            return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
+        }
+        break;
+    case 'E':
+        if (FirstWordBegins(text, "ERROR")) {
+            return is(LOG_ERROR);
+        }
+        break;
+    case 'I':
+        if (FirstWordBegins(text, "IN->[")) {
+            return is(LOG_PARM_IN);
+        }
+        break;
+    default:
+        break;
     }
     if (signs.eventStarts) {
         return is(LOG_EVENT_START);
@@ -316,12 +353,12 @@ Classification ClassifyJASStatement(std::string_view level, std::string_view& te
         return is(LOG_OBJECT_CALL);
     }
     if (Starts(text, "RT: ")) {
-        return ClassifyEventRules(text);
+        return ClassifyEventRules(text, scratch);
     }
     return is(signs.cache ? LOG_CACHE : LOG_NONE);
 }
 
-JASParam ParseJASParam(std::string_view text) {
+JASParam ParseJASParam(std::string_view text, std::string& scratch) {
     constexpr std::size_t indexColumn = 5;
     JASParam param;
     text = TrimRight(text, " ,");
@@ -330,20 +367,15 @@ JASParam ParseJASParam(std::string_view text) {
         return param;
     }
     const std::string_view type = text.substr(dot + 1);
+    param.quoted = type == "VARCHAR" || type == "LONGVARCHAR";
     const std::size_t colon = text.find(':');
-    std::string scratch;
     if (colon != std::string_view::npos) {
-        const std::string_view behindTag = FromColumn(text.substr(0, colon), indexColumn, scratch);
-        param.index = ReadInteger(behindTag);
-        const std::size_t types = text.find("_Types.");
+        param.index = ReadInteger(FromColumn(text.substr(0, colon), indexColumn, scratch));
+        const std::size_t types = FindWord(text, "_Types.");
         if (types != std::string_view::npos && types > colon) {
             // One character behind the colon is passed over.
             param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);
         }
-    }
-    if (type == "VARCHAR" || type == "LONGVARCHAR") {
-        param.value.insert(param.value.begin(), '\'');
-        param.value.push_back('\'');
     }
     return param;
 }

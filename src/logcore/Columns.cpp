@@ -66,7 +66,7 @@ char32_t TakeCodePoint(std::string_view& text) {
     return c.value;
 }
 
-std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch) {
+std::string_view FromColumnOfAny(std::string_view text, std::size_t column, std::string& scratch) {
     std::size_t at = 0;
     while (column > 0 && at < text.size()) {
         const std::size_t length = SequenceLength(static_cast<unsigned char>(text[at]));

@@ -2,7 +2,10 @@
 // ASCII both are the same, and that is the fast way through every function.
 #pragma once
 
+#include "logcore/ByteScan.h"
+
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -10,7 +13,16 @@ namespace carvelot {
 
 // A text that is usually a slice of another and only now and then, when a cut went through a surrogate pair,
 // a text of its own, kept in the scratch string that the caller lends.
-std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch);
+std::string_view FromColumnOfAny(std::string_view text, std::size_t column, std::string& scratch);
+inline std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch) {
+    const std::size_t passed = column < text.size() ? column : text.size();
+    for (std::size_t at = 0; at < passed; ++at) {
+        if (static_cast<unsigned char>(text[at]) >= 0x80) {
+            return FromColumnOfAny(text, column, scratch);
+        }
+    }
+    return text.substr(passed);
+}
 
 // The text without its last UTF-16 unit; empty stays empty.
 std::string_view WithoutLastUnit(std::string_view text, std::string& scratch);
@@ -33,7 +45,15 @@ void AppendCodePoint(std::string& text, char32_t c);
 
 // The text without the characters of a set at its right or its left end.
 inline std::string_view TrimRight(std::string_view text, std::string_view set) {
-    while (!text.empty() && set.find(text.back()) != std::string_view::npos) {
+    const auto isIn = [set](char c) {
+        for (const char member : set) {
+            if (member == c) {
+                return true;
+            }
+        }
+        return false;
+    };
+    while (!text.empty() && isIn(text.back())) {
         text.remove_suffix(1);
     }
     return text;
@@ -50,6 +70,10 @@ inline std::string_view TrimLeft(std::string_view text, std::string_view set) {
 inline std::string_view TrimStatement(std::string_view text) {
     const char* first = text.data();
     const char* last = first + text.size();
+    constexpr std::uint64_t eightBlanks = 0x2020202020202020U;
+    while (last - first >= 8 && Load64(first) == eightBlanks) {
+        first += 8;
+    }
     while (first != last && (*first == ' ' || *first == '\t')) {
         ++first;
     }

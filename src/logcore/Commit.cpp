@@ -15,13 +15,14 @@ CProcess& CCarvelotDoc::ProcessOf(RecordContext& context, std::uint64_t time) {
     return *context.process;
 }
 
-bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
-    if (record == kNoRecord) {
-        return false;
-    }
+void CCarvelotDoc::CommitDetail(RecordIndex record, LogKind kind, std::int32_t returnCode,
+                                std::uint64_t time) {
     RecordContext& context = m_listDetails.Context(record);
+    if (kind == LOG_NONE && context.thread != nullptr) {
+        context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
+        return;
+    }
     CProcess& process = context.process != nullptr ? *context.process : ProcessOf(context, time);
-    const LogKind kind = m_listDetails.Kind(record);
     const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
     CallLine call;
     switch (kind) {
@@ -56,7 +57,7 @@ bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
         context.thread = known;
     }
     CThread& thread = *context.thread;
-    thread.AddDetail(m_listDetails, m_settings, m_listGaps, record, time);
+    thread.AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
 
     // AddDetail turns a LOG_NONE into a LOG_GAP and leaves every other kind, so the kinds below still hold.
     switch (kind) {
@@ -82,11 +83,10 @@ bool CCarvelotDoc::CommitDetail(RecordIndex record, std::uint64_t time) {
     if (isCall) {
         thread.m_pBSFNAnalysis.AddCall(m_listDetails, m_settings, record, call);
     }
-    if (m_listDetails.ReturnCode(record) > 0) {
+    if (returnCode > 0) {
         process.m_listErrors.push_back(record);
         thread.m_listErrors.push_back(record);
     }
-    return true;
 }
 
 float CCarvelotDoc::Measure(RecordIndex pending, std::uint64_t endTime) {
@@ -95,7 +95,7 @@ float CCarvelotDoc::Measure(RecordIndex pending, std::uint64_t endTime) {
     return seconds;
 }
 
-void CCarvelotDoc::CommitToUser(RecordIndex record, std::uint64_t time) {
+void CCarvelotDoc::CommitToUser(RecordIndex record, LogKind kind, std::uint64_t time) {
     RecordContext& context = m_listDetails.Context(record);
     if (context.jasUser == nullptr) {
         const std::string_view name = m_listDetails[record].m_strUser;
@@ -120,7 +120,7 @@ void CCarvelotDoc::CommitToUser(RecordIndex record, std::uint64_t time) {
         }
         user.m_pPendingSQL = kNoRecord;
     }
-    switch (m_listDetails.Kind(record)) {
+    switch (kind) {
     case LOG_SQL:
         user.m_pSQLAnalysis.AddStatement(m_listDetails, record);
         user.m_pPendingSQL = record;

@@ -46,66 +46,25 @@ void ScanProcessAndThread(std::string_view token, CLogDetail& detail) {
 
 constexpr std::int32_t Digit(char c) { return c - '0'; }
 
-// The number of an unsigned run of at most nine digits that ends at `end`; false leaves the rest to the
-// general scan.
-bool PlainNumber(const char*& at, const char* limit, std::uint32_t& value) {
-    const char* const first = at;
-    std::uint32_t sum = 0;
-    while (at != limit && IsDigit(*at)) {
-        sum = sum * 10 + static_cast<std::uint32_t>(Digit(*at));
-        ++at;
-    }
-    value = sum;
-    return at != first && at - first <= 9;
-}
+// Date and time of the one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label".
+constexpr std::size_t kIDsColumn = 25;
+constexpr std::size_t kSecondsLength = 16; // up to the point
 
-// The one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label". Gives what ReadFields
-// gives, without looking at each character as a possible delimiter. False, with nothing changed that matters,
-// for any other form.
-bool ReadUsualFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
-    constexpr std::size_t idsColumn = 25;
-    if (line.size() <= idsColumn) {
-        return false;
-    }
-    const char* const p = line.data();
+// Reads the stamp up to the whole second; false for any other form, and for numbers that no clock shows.
+bool ReadStamp(const char* p, LineStamp& stamp) {
     // Of the sixteen characters from column 5 on all but these are digits: " 16:36:42.440295".
     constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 1) | (1U << 4) | (1U << 7) | (1U << 10));
-    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || !IsDigit(p[21])) {
-        return false;
-    }
-    if (std::memcmp(p + 22, " - ", 3) != 0 || p[3] != ' ' || p[6] != ' ' || p[9] != ':' || p[12] != ':' ||
-        p[15] != '.' || (p[4] != ' ' && !IsDigit(p[4]))) {
-        return false;
-    }
-    const std::string_view month = line.substr(0, 3);
-    if (!IsMonthName(month)) {
-        return false;
-    }
-    const char* at = p + idsColumn;
-    const char* const end = p + line.size();
-    if (!PlainNumber(at, end, detail.m_nProcessID) || at == end || *at != '/' ||
-        !PlainNumber(++at, end, detail.m_nThreadID) || (at != end && *at != ' ' && *at != '\t')) {
-        detail.m_nProcessID = detail.m_nThreadID = 0;
+    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || p[3] != ' ' || p[6] != ' ' || p[9] != ':' ||
+        p[12] != ':' || p[15] != '.' || (p[4] != ' ' && !IsDigit(p[4])) || !IsMonthName({p, 3})) {
         return false;
     }
     const auto two = [p](std::size_t column) { return Digit(p[column]) * 10 + Digit(p[column + 1]); };
-    detail.m_strMonth = month;
-    detail.m_nDay = (p[4] == ' ' ? 0 : Digit(p[4]) * 10) + Digit(p[5]);
-    detail.m_nHour = two(7);
-    detail.m_nMinute = two(10);
-    detail.m_nSecond = two(13);
-    detail.m_nMicrosecond = (two(16) * 100 + two(18)) * 100 + two(20);
-    dashForm = true;
-    // The delimiter behind the ids is stepped over; from there on only a tab is one.
-    at += at != end ? 1 : 0;
-    while (at != end && *at == '\t') {
-        ++at;
-    }
-    if (at != end) {
-        const std::string_view rest(at, static_cast<std::size_t>(end - at));
-        detail.m_strThreadLabel.own = rest.substr(0, rest.find('\t'));
-    }
-    return true;
+    stamp.day = (p[4] == ' ' ? 0 : Digit(p[4]) * 10) + Digit(p[5]);
+    stamp.hour = two(7);
+    stamp.minute = two(10);
+    stamp.second = two(13);
+    stamp.SetBytes({p, kSecondsLength}, {p, 3});
+    return stamp.IsOfAClock();
 }
 
 // Reads the fields up to the label. False for a line that is no record: one without a word, or whose third
@@ -150,8 +109,15 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
     if (m_nTextColumn == 0 && m_nTabCount > 0) {
         // A search that finds no tab makes the next one start over from the line's start.
         std::size_t tab = std::string_view::npos;
-        for (std::int32_t i = 0; i < m_nTabCount; ++i) {
+        std::int32_t searches = 0;
+        for (std::int32_t left = m_nTabCount; left > 0;) {
             tab = line.find('\t', tab == std::string_view::npos ? 0 : tab + 1);
+            --left;
+            ++searches;
+            if (tab == std::string_view::npos) {
+                // The rest repeats what was found so far: whole rounds of it change nothing.
+                left %= searches;
+            }
         }
         if (tab == std::string_view::npos) {
             return {};
@@ -162,6 +128,7 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
         }
         // From this line on the text column is fixed for the session.
         m_nTextColumn = static_cast<std::int32_t>(ColumnOf(line, tab + 1) + 3);
+        m_heads.Clear();
     }
     if (m_nTextColumn == 0) {
         return {};
@@ -171,6 +138,96 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
         return column < line.size() ? TrimStatement(line.substr(column)) : std::string_view{};
     }
     return TrimStatement(FromColumn(line, column, m_strCut));
+}
+
+bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
+    const char* const p = line.bytes.data();
+    const std::size_t size = line.bytes.size();
+    if (!line.ascii || size <= kIDsColumn) {
+        return false;
+    }
+    std::uint32_t fraction = 0;
+    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) || !SixDigits(p + kSecondsLength, fraction) ||
+        std::memcmp(p + 22, " - ", 3) != 0) {
+        m_stamp.length = 0;
+        return false;
+    }
+    const LineHead* const known = m_heads.Find(p + kIDsColumn, size - kIDsColumn, m_stamp.month);
+    if (known == nullptr) {
+        return false;
+    }
+    const LineHead& head = *known;
+    const char* const first = p + kIDsColumn + head.length;
+    const char* const end = p + size;
+    const std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
+    if (text.empty()) {
+        return false;
+    }
+    std::size_t blanks = 0;
+    if (head.labelRunsOn) {
+        blanks = static_cast<std::size_t>(text.data() - first);
+        // A tab ahead of the text would end the label.
+        if (blanks > LineHead::kMostBlanks || std::memchr(first, '\t', blanks) != nullptr) {
+            return false;
+        }
+    }
+    const std::uint32_t context = head.contexts[blanks];
+    if (context == LineHead::kUnknown ||
+        (m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
+        return false;
+    }
+    TextSigns signs;
+    if (!line.hints.Empty()) {
+        signs = FindSigns(text, line.bytes, line.hints);
+        if (signs.lineHoldsUBE) {
+            return false;
+        }
+    }
+    m_bDashForm = true;
+    if (m_nProcessFilter != 0 && m_nProcessFilter != head.processID) {
+        return true;
+    }
+    const Classification result = ClassifyDebugStatement(text, signs, m_strName);
+    SqlParts parts;
+    if (result.kind == LOG_SQL) {
+        parts = SplitSQLStatement(text, m_strTable);
+    }
+    std::string_view stored = text;
+    if (head.labelRunsOn && end[-1] == ' ' && std::memchr(text.data(), '\t', text.size()) == nullptr) {
+        stored = {text.data(), static_cast<std::size_t>(end - text.data())};
+    }
+    const RecordIndex record = m_listDetails.AppendUsual(
+        {m_stamp, fraction, context, result.kind, result.returnCode, parts.operation, true, head.labelRunsOn,
+         text, stored, result.kind == LOG_SQL ? parts.table : result.name});
+    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
+    return true;
+}
+
+void CCarvelotDoc::LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record) {
+    if (m_stamp.length == 0 || !line.ascii || detail.m_bUBE || !m_listDetails.IsUsual(record)) {
+        return;
+    }
+    const std::string_view whole = line.bytes;
+    std::size_t headEnd = static_cast<std::size_t>(m_nTextColumn);
+    if (headEnd == 0) {
+        for (std::int32_t i = 0; i < m_nTabCount; ++i) {
+            headEnd = whole.find('\t', headEnd) + 1;
+        }
+    }
+    const std::string_view label = detail.m_strThreadLabel.own;
+    const auto column = [&](const char* at) { return static_cast<std::size_t>(at - whole.data()); };
+    if (headEnd <= kIDsColumn || label.empty() || column(label.data()) >= headEnd) {
+        return;
+    }
+    // A label that ends right at the head's end would go on in another line.
+    const std::size_t labelEnd = column(label.data() + label.size());
+    const bool runsOn = labelEnd >= headEnd;
+    const std::size_t textStart = column(detail.m_strText.data());
+    if (!runsOn || labelEnd > textStart) {
+        m_heads.Learn(whole.substr(kIDsColumn, headEnd - kIDsColumn), m_stamp.month, runsOn,
+                      runsOn ? textStart - headEnd : 0, m_listDetails.ContextNumber(record),
+                      detail.m_nProcessID, LOG_NONE);
+    }
 }
 
 void CCarvelotDoc::ParseDebugLine(LogLine& line) {
@@ -183,7 +240,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         }
     }
     CLogDetail detail;
-    if (!ReadUsualFields(text, detail, m_bDashForm) && !ReadFields(text, detail, m_bDashForm)) {
+    if (!ReadFields(text, detail, m_bDashForm)) {
         return;
     }
     detail.m_strText = StatementText(text, line.ascii);
@@ -196,9 +253,11 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_nUBELevel = DigitValue(AsciiAtColumn(text, kUBELevelColumn));
     }
     const bool isSlice = detail.m_strText.data() != m_strCut.data();
-    Classification result = ClassifyDebugStatement(
-        detail.m_strText, isSlice && line.hints.IsComplete() ? FindSigns(detail.m_strText, text, line.hints)
-                                                             : FindSigns(detail.m_strText));
+    Classification result = ClassifyDebugStatement(detail.m_strText,
+                                                   isSlice && line.hints.IsComplete()
+                                                       ? FindSigns(detail.m_strText, text, line.hints)
+                                                       : FindSigns(detail.m_strText),
+                                                   m_strName);
     if (m_nProcessFilter != 0 && m_nProcessFilter != detail.m_nProcessID) {
         return;
     }
@@ -211,7 +270,9 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_nSQLOperation = parts.operation;
         detail.m_strTable = parts.table;
     }
-    CommitDetail(m_listDetails.Append(detail, line.ascii), detail.m_nTime);
+    const RecordIndex record = m_listDetails.Append(detail, line.ascii);
+    LearnDebugHead(line, detail, record);
+    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

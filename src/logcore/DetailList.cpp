@@ -38,7 +38,10 @@ std::uint32_t SampleOf(std::string_view text) {
 
 } // namespace
 
-CDetailList::CDetailList() { Clear(); }
+CDetailList::CDetailList() {
+    m_details.LimitTo(kMost);
+    Clear();
+}
 
 void CDetailList::Clear() {
     m_details.Clear();
@@ -49,7 +52,7 @@ void CDetailList::Clear() {
     m_words.Clear();
     m_names.Clear();
     m_foldedNames.Clear();
-    m_tableKeys.clear();
+    m_foldedIds.clear();
     m_contexts = {};
     m_contextSlots.assign(64, 0);
     m_recentContexts.fill(0);
@@ -208,6 +211,42 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     return record;
 }
 
+RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
+    const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
+    PackedDetail packed{};
+    packed.kind = static_cast<std::uint64_t>(detail.kind) & 0x1FU;
+    packed.returnCode = static_cast<std::uint64_t>(detail.returnCode) & 0xFU;
+    packed.sqlOperation = static_cast<std::uint64_t>(detail.operation) & 0x7U;
+    packed.day = static_cast<std::uint64_t>(detail.stamp.day) & 0x1FU;
+    packed.hour = static_cast<std::uint64_t>(detail.stamp.hour) & 0x1FU;
+    packed.minute = static_cast<std::uint64_t>(detail.stamp.minute) & 0x3FU;
+    packed.second = static_cast<std::uint64_t>(detail.stamp.second) & 0x3FU;
+    packed.microsecond = detail.fraction & 0xFFFFFU;
+    packed.ascii = detail.ascii ? 1 : 0;
+    packed.ownLabel = detail.labelRunsOn ? 1 : 0;
+    if (detail.stored.size() < CTextStore::kLongest) {
+        packed.textLength = detail.text.size() & 0xFFFFFFU;
+        packed.textOffset = m_texts.AddShared(detail.stored, detail.labelRunsOn) & 0xFFFFFFFFFFU;
+    } else {
+        // A statement that its parameters made long; no line is that long.
+        packed.odd = 1;
+        m_odd.push_back({record,
+                         detail.stamp.day,
+                         detail.stamp.hour,
+                         detail.stamp.minute,
+                         detail.stamp.second,
+                         static_cast<std::int32_t>(detail.fraction),
+                         m_texts.Keep(detail.text),
+                         {}});
+    }
+    packed.context = detail.context;
+    m_details.Add(packed);
+    if (!detail.name.empty()) {
+        ExtraFor(record).name = m_names.Id(detail.name);
+    }
+    return record;
+}
+
 CDetailList::Extra& CDetailList::ExtraFor(RecordIndex record) {
     PackedDetail& packed = Packed(record);
     if (packed.extra == 0) {
@@ -287,15 +326,14 @@ CLogDetail CDetailList::operator[](RecordIndex record) const {
     return detail;
 }
 
-std::uint32_t CDetailList::TableKey(RecordIndex record) {
-    const std::uint32_t name = NameOf(record);
+std::uint32_t CDetailList::FoldedName(std::uint32_t name) {
     if (name == 0) {
         return 0;
     }
-    if (m_tableKeys.size() <= name) {
-        m_tableKeys.resize(std::max(m_names.Count(), m_tableKeys.size() * 2), 0);
+    if (m_foldedIds.size() <= name) {
+        m_foldedIds.resize(std::max(m_names.Count(), m_foldedIds.size() * 2), 0);
     }
-    std::uint32_t& key = m_tableKeys[name];
+    std::uint32_t& key = m_foldedIds[name];
     if (key == 0) {
         key = m_foldedNames.Id(FoldedCase(m_names.Text(name)));
     }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "logcore/Interner.h"
+#include "logcore/LineHead.h"
 #include "logcore/LogDetail.h"
 #include "logcore/PagedArray.h"
 
@@ -33,11 +34,40 @@ struct RecordContext {
 
 class CDetailList {
 public:
+    // The most records of a session. A tree of them has at most three nodes a record, whose numbers have 32
+    // bits, and a list or a tree level at most as many rows as a window can count.
+    static constexpr std::size_t kMost = std::size_t{1} << 30U;
+
     CDetailList();
 
     // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
-    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes.
+    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes. Throws
+    // std::length_error for a record beyond the most, or with a text beyond the text store's; the list must
+    // then be cleared.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
+
+    // The same for a line that begins as earlier ones did: its stamp and its context are known. Returns the
+    // record; `stored` is the text and perhaps blanks behind it that belong to its label.
+    struct UsualDetail {
+        const LineStamp& stamp;
+        std::uint32_t fraction;
+        std::uint32_t context;
+        LogKind kind;
+        std::int32_t returnCode;
+        SqlOperation operation;
+        bool ascii;
+        bool labelRunsOn;
+        std::string_view text;
+        std::string_view stored;
+        std::string_view name; // the display name, or the table of a SQL record
+    };
+    RecordIndex AppendUsual(const UsualDetail& detail);
+    // Whether a record has nothing that only Append can give it.
+    bool IsUsual(RecordIndex record) const {
+        const PackedDetail& packed = Packed(record);
+        return packed.odd == 0 && packed.textLength != 0;
+    }
+    std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
 
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;
@@ -68,12 +98,20 @@ public:
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
     // The number under which a SQL record's table counts: tables whose names differ in case only share one.
-    std::uint32_t TableKey(RecordIndex record);
+    std::uint32_t TableKey(RecordIndex record) { return FoldedName(NameOf(record)); }
     // The interned name behind a number that InternName gave.
     std::uint32_t InternName(std::string_view name) { return m_names.Id(name); }
     std::string_view Name(std::uint32_t id) const { return m_names.Text(id); }
+    // One number for all interned names that differ in case only; 0 for the empty name.
+    std::uint32_t FoldedName(std::uint32_t name);
 
     void Clear();
+
+    // For tests of the boundaries: 2^18 records and 2^22 bytes of text are the least that can be told apart.
+    void LimitTo(std::size_t records, std::size_t textBytes) {
+        m_details.LimitTo(records);
+        m_texts.LimitTo(textBytes);
+    }
 
 private:
     struct PackedDetail {
@@ -133,7 +171,7 @@ private:
     CInterner m_words;            // months, labels, levels, users, sources
     CInterner m_names;            // tables, display names, functions
     CInterner m_foldedNames;
-    std::vector<std::uint32_t> m_tableKeys; // by number in m_names; 0 for not yet folded
+    std::vector<std::uint32_t> m_foldedIds; // by number in m_names; 0 for not yet folded
     std::vector<RecordContext> m_contexts;
     std::vector<std::uint32_t> m_contextSlots;         // context + 1, by hash
     std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1

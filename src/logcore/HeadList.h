@@ -2,13 +2,21 @@
 #pragma once
 
 #include <cstddef>
+#include <stdexcept>
 #include <vector>
 
 namespace carvelot {
 
-template <class T> class CHeadList {
+// A log can list each of its calls at each of its returns: from `most` entries on AddHead throws
+// std::length_error, before such a list takes all of the machine's memory.
+template <class T, std::size_t most = std::size_t{1} << 28U> class CHeadList {
 public:
-    void AddHead(T value) { m_oldestFirst.push_back(value); }
+    void AddHead(T value) {
+        if (m_oldestFirst.size() >= most) {
+            throw std::length_error("head list");
+        }
+        m_oldestFirst.push_back(value);
+    }
     std::size_t size() const { return m_oldestFirst.size(); }
     bool empty() const { return m_oldestFirst.empty(); }
     T operator[](std::size_t i) const { return m_oldestFirst[m_oldestFirst.size() - 1 - i]; }

@@ -71,73 +71,91 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
     return true;
 }
 
-// The one form that nearly every line has: "29 Jun 2016 12:08:30,122 [APP   ] USER - [JDBJ]   text". Gives
-// what ReadFields gives, without looking at each character as a possible delimiter. False, with nothing
-// changed that matters, for any other form.
-bool ReadUsualFields(std::string_view line, CLogDetail& detail, std::string_view& text) {
-    const auto digit = [](char c) { return c - '0'; };
-    const auto bracketIn = [](std::string_view in) {
-        std::size_t at = 0;
-        while (at < in.size() && !kBrackets(in[at])) {
-            ++at;
-        }
-        return at;
-    };
-    const std::size_t dayDigits = line.size() > 1 && IsDigit(line[1]) ? 2 : 1;
-    // Behind the day: " Jun 2016 12:08:30,122 [".
-    constexpr std::size_t stampLength = 24;
-    if (line.size() < dayDigits + stampLength || !IsDigit(line[0])) {
-        return false;
-    }
-    const char* const p = line.data() + dayDigits;
+// The stamp of the one form that nearly every line has: "29 Jun 2016 12:08:30,122 [".
+constexpr std::size_t kLongestStamp = 26;
+
+// Reads the stamp up to the comma; false for any other form, and for numbers that no clock shows.
+bool ReadStamp(const char* line, LineStamp& stamp) {
+    const std::size_t dayDigits = IsDigit(line[1]) ? 2 : 1;
+    const char* const p = line + dayDigits;
     // Of the sixteen characters from the year on all but these are digits: "2016 12:08:30,122".
     constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 4) | (1U << 7) | (1U << 10) | (1U << 13));
-    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || !IsDigit(p[21])) {
+    if (!IsDigit(line[0]) || (DigitsAmong16(p + 5) & digitColumns) != digitColumns || p[0] != ' ' ||
+        p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' ||
+        !IsMonthName({p + 1, 3})) {
         return false;
     }
-    if (p[0] != ' ' || p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' ||
-        p[22] != ' ' || p[23] != '[' || !IsMonthName({p + 1, 3})) {
-        return false;
-    }
-    std::string_view rest = line.substr(dayDigits + stampLength);
-    const std::size_t levelEnd = bracketIn(rest);
-    if (levelEnd == rest.size() || levelEnd == 0 || rest[levelEnd] != ']') {
-        return false;
-    }
-    const std::string_view level = rest.substr(0, levelEnd);
-    rest.remove_prefix(levelEnd + 1);
-    // Nothing, or one word, and the dash, each with one blank ahead.
-    std::string_view user;
-    if (!Starts(rest, " - [")) {
-        const std::size_t userEnd = rest.find(' ', 1);
-        if (userEnd == std::string_view::npos || userEnd == 1 || rest.front() != ' ' || rest[1] == '-' ||
-            !Starts(rest.substr(userEnd), " - [") ||
-            rest.substr(0, userEnd).find('\t') != std::string_view::npos) {
-            return false;
-        }
-        user = rest.substr(1, userEnd - 1);
-        rest.remove_prefix(userEnd);
-    }
-    rest.remove_prefix(4);
-    const std::size_t sourceEnd = bracketIn(rest);
-    if (sourceEnd == rest.size() || sourceEnd == 0) {
-        return false;
-    }
+    const auto digit = [](char c) { return c - '0'; };
     const auto two = [&](std::size_t at) { return digit(p[at]) * 10 + digit(p[at + 1]); };
-    detail.m_nDay = dayDigits == 2 ? digit(line[0]) * 10 + digit(line[1]) : digit(line[0]);
-    detail.m_strMonth = {p + 1, 3};
-    detail.m_nHour = two(10);
-    detail.m_nMinute = two(13);
-    detail.m_nSecond = two(16);
-    detail.m_nMicrosecond = (two(19) * 10 + digit(p[21])) * 1000;
-    detail.m_strLevel = TrimRight(TrimLeft(level, " "), " ");
-    detail.m_strUser = user;
-    detail.m_strSource = rest.substr(0, sourceEnd);
-    text = TrimStatement(rest.substr(sourceEnd + 1));
-    return true;
+    stamp.day = dayDigits == 2 ? digit(line[0]) * 10 + digit(line[1]) : digit(line[0]);
+    stamp.hour = two(10);
+    stamp.minute = two(13);
+    stamp.second = two(16);
+    stamp.SetBytes({line, dayDigits + 19}, {p + 1, 3});
+    return stamp.IsOfAClock();
 }
 
 } // namespace
+
+bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
+    const char* const p = line.bytes.data();
+    const std::size_t size = line.bytes.size();
+    if (!line.ascii || size < kLongestStamp) {
+        return false;
+    }
+    const auto readFraction = [&](std::uint32_t& fraction) {
+        const char* const at = p + m_stamp.length;
+        if (!IsDigit(at[0]) || !IsDigit(at[1]) || !IsDigit(at[2]) || at[3] != ' ' || at[4] != '[') {
+            return false;
+        }
+        fraction =
+            static_cast<std::uint32_t>((at[0] - '0') * 100 + (at[1] - '0') * 10 + (at[2] - '0')) * 1000;
+        return true;
+    };
+    std::uint32_t fraction = 0;
+    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) || !readFraction(fraction)) {
+        m_stamp.length = 0;
+        return false;
+    }
+    const char* const headStart = p + m_stamp.length + 4;
+    const char* const end = p + size;
+    const LineHead* const known =
+        m_heads.Find(headStart, static_cast<std::size_t>(end - headStart), m_stamp.month);
+    if (known == nullptr) {
+        return false;
+    }
+    const LineHead& head = *known;
+    const char* const first = headStart + head.length;
+    std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
+    Classification result{head.levelKind, 0, {}};
+    if (head.levelKind == LOG_NONE) {
+        result =
+            ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strFinished, m_strName);
+    }
+    if (m_nProcessFilter != 0) {
+        return true;
+    }
+    SqlParts parts;
+    if (result.kind == LOG_SQL) {
+        parts = SplitSQLStatement(text, m_strTable);
+    }
+    // A finished statement may hold what earlier lines brought.
+    const bool ascii = text.data() != m_strFinished.data() || platform::IsAscii(text);
+    const RecordIndex record = m_listDetails.AppendUsual(
+        {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
+         text, text, result.kind == LOG_SQL ? parts.table : result.name});
+    CommitToUser(record, result.kind, m_stamp.time + fraction);
+    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
+    return true;
+}
+
+TextSigns CCarvelotDoc::SignsOf(const LogLine& line, std::string_view text) const {
+    // While a statement awaits parameters no test looks for words inside a text.
+    if (m_pendingStatement.parameters > 0 || line.hints.Empty()) {
+        return {};
+    }
+    return line.hints.IsComplete() ? FindSigns(text, line.bytes, line.hints) : FindSigns(text);
+}
 
 void CCarvelotDoc::ParseJASLine(LogLine& line) {
     std::string_view whole = line.bytes;
@@ -149,17 +167,16 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         }
     }
     CLogDetail detail;
-    if (!ReadUsualFields(whole, detail, detail.m_strText) && !ReadFields(whole, detail, detail.m_strText)) {
+    if (!ReadFields(whole, detail, detail.m_strText)) {
         return;
     }
-    // While a statement awaits parameters no test looks for words inside a text.
-    TextSigns signs;
-    if (m_pendingStatement.parameters <= 0) {
-        signs = line.hints.IsComplete() ? FindSigns(detail.m_strText, whole, line.hints)
-                                        : FindSigns(detail.m_strText);
+    const LogKind levelKind = KindOfLevel(detail.m_strLevel);
+    Classification result{levelKind, 0, {}};
+    if (levelKind == LOG_NONE) {
+        result = ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pendingStatement,
+                                      m_strFinished, m_strName);
     }
-    Classification result =
-        ClassifyJASStatement(detail.m_strLevel, detail.m_strText, signs, m_pendingStatement, m_strFinished);
+    const std::string_view source = detail.m_strSource;
     if (m_nProcessFilter != 0) {
         return;
     }
@@ -179,8 +196,17 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     const bool ascii =
         detail.m_strText.data() == m_strFinished.data() ? platform::IsAscii(detail.m_strText) : line.ascii;
     const RecordIndex record = m_listDetails.Append(detail, ascii);
-    CommitToUser(record, detail.m_nTime);
-    CommitDetail(record, detail.m_nTime);
+    if (m_stamp.length != 0 && line.ascii && !source.empty() && whole.size() >= kLongestStamp) {
+        // The head ends with the bracket behind the source.
+        const std::size_t headStart = m_stamp.length + 4;
+        const auto headEnd = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());
+        if (headEnd <= whole.size()) {
+            m_heads.Learn(whole.substr(headStart, headEnd - headStart), m_stamp.month, false, 0,
+                          m_listDetails.ContextNumber(record), 0, levelKind);
+        }
+    }
+    CommitToUser(record, detail.m_nKind, detail.m_nTime);
+    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

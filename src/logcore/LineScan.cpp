@@ -1,79 +1,60 @@
 #include "logcore/LineScanLoop.h"
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
-
 namespace carvelot {
 
 namespace {
 
-#if defined(__SSE2__)
+// For every processor.
+class ByteStretch {
+public:
+    explicit ByteStretch(const ClassTables& tables) : m_tables(tables) {}
 
-struct By16 {
-    static constexpr std::size_t kSize = 16;
-    static __m128i Load(const char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-    static __m128i None() { return _mm_setzero_si128(); }
-    static __m128i Equal(__m128i v, char c) { return _mm_cmpeq_epi8(v, _mm_set1_epi8(c)); }
-    static __m128i Or(__m128i a, __m128i b) { return _mm_or_si128(a, b); }
-    static __m128i And(__m128i a, __m128i b) { return _mm_and_si128(a, b); }
-    static std::uint32_t Bits(__m128i v) { return static_cast<std::uint32_t>(_mm_movemask_epi8(v)); }
-};
-
-#else
-
-struct By16 {
-    static constexpr std::size_t kSize = 16;
-    struct Bytes {
-        unsigned char b[kSize];
-    };
-    template <class Each> static Bytes Make(Each each) {
-        Bytes v{};
-        for (std::size_t i = 0; i < kSize; ++i) {
-            v.b[i] = static_cast<unsigned char>(each(i));
+    void Look(const char* p) {
+        m_ends = m_hints = 0;
+        const auto classOf = [](char c, const unsigned char* low, const unsigned char* high) {
+            const auto byte = static_cast<unsigned char>(c);
+            return byte < 0x80 ? low[byte & 0xFU] & high[byte >> 4U] : 0;
+        };
+        for (unsigned at = 0; at < 64; ++at) {
+            const int here = classOf(p[at], m_tables.firstLow, m_tables.firstHigh);
+            m_ascii = m_ascii && static_cast<unsigned char>(p[at]) < 0x80;
+            m_nul = m_nul || p[at] == '\0';
+            if (here == 0) {
+                continue;
+            }
+            m_ends |= std::uint64_t{(here & kLineEnd) != 0} << at;
+            const int behind = classOf(p[at + 1], m_tables.secondLow, m_tables.secondHigh);
+            m_hints |= std::uint64_t{(here & behind) != 0} << at;
         }
-        return v;
     }
-    static Bytes Load(const char* p) {
-        return Make([&](std::size_t i) { return p[i]; });
-    }
-    static Bytes None() { return {}; }
-    static Bytes Equal(const Bytes& v, char c) {
-        return Make([&](std::size_t i) { return v.b[i] == static_cast<unsigned char>(c) ? 0xFF : 0; });
-    }
-    static Bytes Or(const Bytes& x, const Bytes& y) {
-        return Make([&](std::size_t i) { return x.b[i] | y.b[i]; });
-    }
-    static Bytes And(const Bytes& x, const Bytes& y) {
-        return Make([&](std::size_t i) { return x.b[i] & y.b[i]; });
-    }
-    static std::uint32_t Bits(const Bytes& v) {
-        std::uint32_t bits = 0;
-        for (std::size_t i = 0; i < kSize; ++i) {
-            bits |= static_cast<std::uint32_t>(v.b[i] >> 7U) << i;
-        }
-        return bits;
-    }
-};
+    std::uint64_t LineEnds() const { return m_ends; }
+    std::uint64_t Hints() const { return m_hints; }
+    bool IsAscii() const { return m_ascii; }
+    bool HoldsNul() const { return m_nul; }
 
-#endif
+private:
+    const ClassTables& m_tables;
+    std::uint64_t m_ends = 0;
+    std::uint64_t m_hints = 0;
+    bool m_ascii = true;
+    bool m_nul = false;
+};
 
 } // namespace
 
-template <HintSet set> LineScan ScanLineBy16(const char* first, std::size_t limit, LineHints& hints) {
-    return ScanLine<By16, set>(first, limit, hints);
-}
+LineIndex::LineIndex(std::size_t size)
+    : ends(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)),
+      hints(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {}
 
-template <HintSet set> ScanLineFunction BestScanLine() {
-    const ScanLineFunction wide = ScanLineBy32<set>();
-    return wide != nullptr ? wide : &ScanLineBy16<set>;
-}
+ScanBlockFunction ScanByBytes(HintSet set) { return ScanOf<ByteStretch>(set); }
 
-template LineScan ScanLineBy16<HintSet::None>(const char*, std::size_t, LineHints&);
-template LineScan ScanLineBy16<HintSet::Debug>(const char*, std::size_t, LineHints&);
-template LineScan ScanLineBy16<HintSet::Jas>(const char*, std::size_t, LineHints&);
-template ScanLineFunction BestScanLine<HintSet::None>();
-template ScanLineFunction BestScanLine<HintSet::Debug>();
-template ScanLineFunction BestScanLine<HintSet::Jas>();
+ScanBlockFunction BestScan(HintSet set) {
+    for (const ScanBlockFunction scan : {ScanBy32(set), ScanBy16(set)}) {
+        if (scan != nullptr) {
+            return scan;
+        }
+    }
+    return ScanByBytes(set);
+}
 
 } // namespace carvelot

@@ -1,78 +1,159 @@
-// The loop of every line scan; included by the sources that are built for one kind of processor each.
-// `Stretch` looks at Stretch::kSize bytes at once and gives one bit a byte.
+// The loop of every block scan; included by the sources that are built for one kind of processor each, so it
+// uses nothing that a header would bring along.
 #pragma once
 
 #include "logcore/LineScan.h"
-
-#include <bit>
 
 namespace carvelot {
 
 namespace {
 
-// What one look at a stretch of bytes tells.
-template <class Mask> struct Glance {
-    Mask stops; // line feed, carriage return or NUL
-    Mask highs; // not ASCII
-    Mask hints; // a pair of letters that the classifying words hold
+// Each of the words that a classifier looks for anywhere in a text holds a pair of neighbouring letters that
+// ordinary log text hardly holds. One group is any of the first letters before any of the second.
+struct HintPairs {
+    const char* first;
+    const char* second;
+};
+constexpr HintPairs kDebugPairs[] = {
+    {"eh", "C"},  // jdeCache, hCache:, hCursor:
+    {"C", "0"},   // CAC0001111
+    {"B", "349"}, // JDB3100001
+    {"B", "P"},   // Exiting DBPerformRequest
+    {"F", "o"},   // Found existing cache
+    {"-", "U"},   // --UBE--
+};
+constexpr HintPairs kJasPairs[] = {
+    {"eh", "C"}, // jdeCache, hCache:, hCursor:
+    {"F", "o"},  // Found existing cache
+    {"E", "v"},  // Event Starts :, Event Ends:
+    {"L", "i"},  // at ER Line
+    {"O", "b"},  // Object Called:
 };
 
-// The pairs: each of the words that a classifier looks for anywhere in a text holds one of them, and ordinary
-// log text holds few. "Ca" jdeCache, hCache:, Object Called; "CA" CAC codes; "Cu" hCursor:; "DB" JDB codes,
-// DBPerformRequest; "Fo" Found existing cache; "UB" --UBE--; "Ev" Event Starts, Event Ends; "ER" at ER Line.
-template <class Stretch, HintSet set> inline auto Look(const char* p) {
-    const auto v = Stretch::Load(p);
-    const auto is = [](auto bytes, char c) { return Stretch::Equal(bytes, c); };
-    auto stops = Stretch::Or(Stretch::Or(is(v, '\n'), is(v, '\r')), is(v, '\0'));
-    auto hit = Stretch::None();
-    if constexpr (set != HintSet::None) {
-        const auto next = Stretch::Load(p + 1);
-        auto behindC = Stretch::Or(is(next, 'a'), is(next, 'u'));
-        hit = Stretch::And(is(v, 'F'), is(next, 'o'));
-        if constexpr (set == HintSet::Debug) {
-            behindC = Stretch::Or(behindC, is(next, 'A'));
-            hit = Stretch::Or(hit, Stretch::And(Stretch::Or(is(v, 'D'), is(v, 'U')), is(next, 'B')));
-        } else {
-            hit = Stretch::Or(hit, Stretch::And(is(v, 'E'), Stretch::Or(is(next, 'v'), is(next, 'R'))));
-        }
-        hit = Stretch::Or(hit, Stretch::And(is(v, 'C'), behindC));
+// Letters by class, one bit a class, looked up by the two halves of a byte: a byte is of a class when both
+// tables say so. The top bit of the first letters' classes is that of the line ends, so 7 groups fit. A group
+// with several letters may let a few others in; the place is then looked at in vain.
+struct alignas(32) ClassTables {
+    unsigned char firstLow[16] = {};
+    unsigned char firstHigh[16] = {};
+    unsigned char secondLow[16] = {};
+    unsigned char secondHigh[16] = {};
+};
+constexpr unsigned char kLineEnd = 0x80;
+
+constexpr void Enter(unsigned char (&low)[16], unsigned char (&high)[16], const char* letters,
+                     unsigned char bit) {
+    for (; *letters != '\0'; ++letters) {
+        const auto c = static_cast<unsigned char>(*letters);
+        low[c & 0xFU] = static_cast<unsigned char>(low[c & 0xFU] | bit);
+        high[c >> 4U] = static_cast<unsigned char>(high[c >> 4U] | bit);
     }
-    return Glance<std::uint32_t>{Stretch::Bits(stops), Stretch::Bits(v), Stretch::Bits(hit)};
 }
 
-template <class Stretch, HintSet set>
-inline LineScan ScanLine(const char* first, std::size_t limit, LineHints& hints) {
-    hints.Reset();
-    LineScan scan{limit, limit, false, true};
-    std::uint32_t highs = 0;
-    for (std::size_t at = 0; at < limit; at += Stretch::kSize) {
-        const auto glance = Look<Stretch, set>(first + at);
-        for (std::uint32_t rest = glance.hints; rest != 0; rest &= rest - 1) {
-            hints.Add(at + static_cast<std::size_t>(std::countr_zero(rest)));
+template <HintSet set> constexpr ClassTables MakeTables() {
+    ClassTables tables;
+    Enter(tables.firstLow, tables.firstHigh, "\r\n", kLineEnd);
+    unsigned char bit = 1;
+    const auto enter = [&](const HintPairs& pairs) {
+        Enter(tables.firstLow, tables.firstHigh, pairs.first, bit);
+        Enter(tables.secondLow, tables.secondHigh, pairs.second, bit);
+        bit = static_cast<unsigned char>(bit << 1U);
+    };
+    if constexpr (set == HintSet::Debug) {
+        for (const HintPairs& pairs : kDebugPairs) {
+            enter(pairs);
         }
-        if (glance.stops == 0) {
-            highs |= glance.highs;
-            continue;
+    } else if constexpr (set == HintSet::Jas) {
+        for (const HintPairs& pairs : kJasPairs) {
+            enter(pairs);
         }
-        // A NUL ends the text but not the line.
-        std::uint32_t stops = glance.stops;
-        while (stops != 0 && first[at + static_cast<std::size_t>(std::countr_zero(stops))] == '\0') {
-            const std::size_t nul = at + static_cast<std::size_t>(std::countr_zero(stops));
-            scan.nul = nul < scan.nul ? nul : scan.nul;
-            stops &= stops - 1;
-        }
-        const std::size_t end = at + static_cast<std::size_t>(std::countr_zero(stops));
-        if (stops != 0 && end < limit) {
-            scan.length = end;
-            scan.ended = true;
-            highs |= glance.highs & ((stops & (~stops + 1)) - 1);
-            break;
-        }
-        highs |= glance.highs;
     }
-    scan.ascii = highs == 0;
-    return scan;
+    return tables;
 }
+
+template <HintSet set> constexpr ClassTables kTables = MakeTables<set>();
+
+// Writes the places of the bits, of which there are mostly none or one.
+inline std::uint32_t* WritePlaces(std::uint64_t bits, std::uint32_t origin, std::uint32_t* places) {
+    while (bits != 0) {
+        *places++ = origin + static_cast<std::uint32_t>(__builtin_ctzll(bits));
+        bits &= bits - 1;
+    }
+    return places;
+}
+
+// `Stretch` looks at 64 bytes and the one behind them.
+template <class Stretch, HintSet set> void ScanBlock(const char* first, std::size_t size, LineIndex& index) {
+    Stretch stretch(kTables<set>);
+    std::uint32_t* ends = index.ends.get();
+    std::uint32_t* hints = index.hints.get();
+    for (std::size_t at = 0; at < size; at += 64) {
+        stretch.Look(first + at);
+        const std::uint64_t valid = size - at >= 64 ? ~0ULL : (1ULL << (size - at)) - 1;
+        const auto origin = static_cast<std::uint32_t>(at);
+        ends = WritePlaces(stretch.LineEnds() & valid, origin, ends);
+        if constexpr (set != HintSet::None) {
+            hints = WritePlaces(stretch.Hints() & valid, origin, hints);
+        }
+    }
+    *ends = LineIndex::kNoMore;
+    *hints = LineIndex::kNoMore;
+    index.ascii = stretch.IsAscii();
+    index.holdsNul = stretch.HoldsNul();
+}
+
+template <class Stretch> ScanBlockFunction ScanOf(HintSet set) {
+    switch (set) {
+    case HintSet::Debug:
+        return &ScanBlock<Stretch, HintSet::Debug>;
+    case HintSet::Jas:
+        return &ScanBlock<Stretch, HintSet::Jas>;
+    case HintSet::None:
+        break;
+    }
+    return &ScanBlock<Stretch, HintSet::None>;
+}
+
+// 64 bytes in several steps of `Vector::kSize`.
+template <class Vector> class VectorStretch {
+    using V = typename Vector::Type;
+
+public:
+    explicit VectorStretch(const ClassTables& tables)
+        : m_firstLow(Vector::Table(tables.firstLow)), m_firstHigh(Vector::Table(tables.firstHigh)),
+          m_secondLow(Vector::Table(tables.secondLow)), m_secondHigh(Vector::Table(tables.secondHigh)) {}
+
+    void Look(const char* p) {
+        m_ends = 0;
+        m_misses = 0;
+        for (unsigned at = 0; at < 64; at += Vector::kSize) {
+            const V v = Vector::Load(p + at);
+            const V next = Vector::Load(p + at + 1);
+            m_all = Vector::Or(m_all, v);
+            m_least = Vector::Min(m_least, v);
+            const V here = Vector::And(Vector::Lookup(m_firstLow, v),
+                                       Vector::Lookup(m_firstHigh, Vector::HighHalves(v)));
+            const V behind = Vector::And(Vector::Lookup(m_secondLow, next),
+                                         Vector::Lookup(m_secondHigh, Vector::HighHalves(next)));
+            m_ends |= std::uint64_t{Vector::TopBits(here)} << at;
+            m_misses |= std::uint64_t{Vector::TopBits(Vector::IsZero(Vector::And(here, behind)))} << at;
+        }
+    }
+    std::uint64_t LineEnds() const { return m_ends; }
+    std::uint64_t Hints() const { return ~m_misses; }
+    bool IsAscii() const { return Vector::TopBits(m_all) == 0; }
+    bool HoldsNul() const { return Vector::TopBits(Vector::IsZero(m_least)) != 0; }
+
+private:
+    V m_firstLow;
+    V m_firstHigh;
+    V m_secondLow;
+    V m_secondHigh;
+    V m_all = Vector::Zero();
+    V m_least = Vector::IsZero(Vector::Zero());
+    std::uint64_t m_ends = 0;
+    std::uint64_t m_misses = 0;
+};
 
 } // namespace
 

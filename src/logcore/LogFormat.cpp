@@ -22,7 +22,7 @@ bool CCarvelotDoc::DetectLogFormat(CLogReader& reader) {
     int hits = 0;
     int tabs = 0;
     LogLine line;
-    for (int lines = 0; lines < kMostLines && reader.ReadLogLine<HintSet::None>(line); ++lines) {
+    for (int lines = 0; lines < kMostLines && reader.ReadLogLine(line); ++lines) {
         const std::string_view text = platform::BytesToUtf8(line.bytes, m_strConverted);
         const std::size_t sign = text.find(kDebugSign);
         if (sign != std::string_view::npos && sign > 0) {
@@ -50,7 +50,7 @@ bool CCarvelotDoc::DetectLogFormat(CLogReader& reader) {
     if (m_nTextColumn > 0 || hits > 0) {
         return true;
     }
-    reader.Rewind();
+    reader.Rewind(HintSet::None);
     return DetectJASFormat(reader);
 }
 
@@ -58,7 +58,7 @@ bool CCarvelotDoc::DetectJASFormat(CLogReader& reader) {
     int lines = 0;
     int score = 0;
     LogLine line;
-    while (lines < kMostLines && reader.ReadLogLine<HintSet::None>(line)) {
+    while (lines < kMostLines && reader.ReadLogLine(line)) {
         if (line.bytes.empty()) {
             continue;
         }

@@ -4,8 +4,11 @@
 
 #include "platform/PageMemory.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <stdexcept>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -20,7 +23,8 @@ public:
 
     CPagedArray() = default;
     CPagedArray(CPagedArray&& other) noexcept
-        : m_blocks(std::move(other.m_blocks)), m_nSize(std::exchange(other.m_nSize, 0)) {
+        : m_blocks(std::move(other.m_blocks)), m_pNext(std::exchange(other.m_pNext, nullptr)),
+          m_nRoom(std::exchange(other.m_nRoom, 0)), m_nSize(std::exchange(other.m_nSize, 0)) {
         other.m_blocks.clear();
     }
     CPagedArray(const CPagedArray&) = delete;
@@ -29,6 +33,11 @@ public:
     ~CPagedArray() { Clear(); }
 
     std::size_t Size() const { return m_nSize; }
+
+    // From here on the array takes no more blocks than so many elements fill; growing beyond them throws
+    // std::length_error and leaves the array as it is.
+    void LimitTo(std::size_t elements) { m_nMostBlocks = elements / kBlockSize; }
+
     T& operator[](std::size_t i) { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
     const T& operator[](std::size_t i) const { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
 
@@ -37,33 +46,46 @@ public:
     // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is
     // left of a block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
-        if (m_nSize + count > m_blocks.size() * kBlockSize) {
+        if (count > m_nRoom) {
             AddBlock();
         }
-        T* const place = m_blocks.back() + (m_nSize & (kBlockSize - 1));
+        T* const place = m_pNext;
+        m_pNext += count;
+        m_nRoom -= count;
         m_nSize += count;
         return place;
     }
 
     void Clear() {
         for (T* block : m_blocks) {
-            if (block != nullptr) {
-                platform::FreePages(block, kBlockSize * sizeof(T));
-            }
+            platform::FreePages(block, kBlockSize * sizeof(T));
         }
         m_blocks.clear();
-        m_nSize = 0;
+        m_pNext = nullptr;
+        m_nRoom = m_nSize = 0;
     }
 
 private:
     void AddBlock() {
+        if (m_blocks.size() >= m_nMostBlocks) {
+            throw std::length_error("paged array");
+        }
+        // Room in the list first: a failure of either allocation must leave nothing behind.
+        if (m_blocks.size() == m_blocks.capacity()) {
+            m_blocks.reserve(std::max<std::size_t>(m_blocks.size() * 2, 4));
+        }
+        T* const block = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
         m_nSize = m_blocks.size() * kBlockSize;
-        m_blocks.push_back(nullptr);
-        m_blocks.back() = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
+        m_blocks.push_back(block);
+        m_pNext = block;
+        m_nRoom = kBlockSize;
     }
 
     std::vector<T*> m_blocks;
+    T* m_pNext = nullptr;    // of the last block
+    std::size_t m_nRoom = 0; // elements left in it
     std::size_t m_nSize = 0;
+    std::size_t m_nMostBlocks = std::numeric_limits<std::size_t>::max();
 };
 
 } // namespace carvelot

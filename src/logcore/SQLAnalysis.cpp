@@ -9,14 +9,14 @@ std::string_view ExtractTableName(std::string_view text, std::string_view keywor
                                   std::string& scratch) {
     // One character behind the keyword is passed over. A keyword that is not there counts as standing one
     // before the text's start.
-    const std::size_t place = text.find(keyword);
+    const std::size_t place = FindWord(text, keyword);
     std::string_view rest = place == std::string_view::npos
                                 ? FromColumn(text, keyword.size(), scratch)
                                 : FromColumn(text.substr(place + keyword.size()), 1, scratch);
     rest = TrimLeft(TrimRight(rest, " "), " ");
     std::string_view table = rest.substr(0, rest.find(' '));
-    if (operation == SQL_SELECT && rest.find("T0") != std::string_view::npos) {
-        const std::size_t where = rest.find("WHERE");
+    if (operation == SQL_SELECT && FindWord(rest, "T0") != std::string_view::npos) {
+        const std::size_t where = FindWord(rest, "WHERE");
         if (where != std::string_view::npos) {
             table = WithoutLastUnit(rest.substr(0, where), scratch);
         }
@@ -45,12 +45,11 @@ SqlParts SplitSQLStatement(std::string_view text, std::string& scratch) {
 
 void CSQLAnalysis::AddStatement(CDetailList& details, RecordIndex record) {
     const std::uint32_t key = details.TableKey(record);
-    const auto [entry, isNew] =
-        m_placeByKey.try_emplace(key, static_cast<std::uint32_t>(m_listTables.size()));
+    const auto [place, isNew] = m_placeByKey.FindOrAdd(key, static_cast<std::uint32_t>(m_listTables.size()));
     if (isNew) {
         m_listTables.push_back({details.TableName(record)});
     }
-    CSQLTable& table = m_listTables[entry->second];
+    CSQLTable& table = m_listTables[place];
     switch (details.Operation(record)) {
     case SQL_SELECT:
         ++table.m_nSelects;

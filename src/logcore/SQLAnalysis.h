@@ -3,11 +3,11 @@
 
 #include "logcore/DetailList.h"
 #include "logcore/HeadList.h"
+#include "logcore/NumberMap.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace carvelot {
@@ -43,7 +43,7 @@ public:
     CHeadList<RecordIndex> m_listLongTasks;
 
 private:
-    std::unordered_map<std::uint32_t, std::uint32_t> m_placeByKey;
+    CNumberMap m_placeByKey;
 };
 
 } // namespace carvelot

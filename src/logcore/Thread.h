@@ -9,6 +9,26 @@
 
 namespace carvelot {
 
+// Tells silences from steps in time that nobody cares about, which nearly all are.
+class CGapRule {
+public:
+    explicit CGapRule(float threshold);
+
+    // Whether a step is a silence; if so, `seconds` is set.
+    bool IsGap(std::uint64_t time, std::uint64_t last, float& seconds) const {
+        // Out of odd stamps a time can be any 64-bit number: a step back across 0 is still a step back.
+        if (time >= last && time - last < m_nSurelyNone) {
+            return false;
+        }
+        seconds = ElapsedSeconds(time, last);
+        return seconds > m_fThreshold;
+    }
+
+private:
+    float m_fThreshold;              // any number: the stored setting is taken as it is
+    std::uint64_t m_nSurelyNone = 0; // shorter steps, in microseconds, are safely below the threshold
+};
+
 class CThread {
 public:
     CThread(std::uint32_t processID, std::uint32_t id, std::uint64_t startTime)
@@ -16,8 +36,8 @@ public:
 
     // Files a record: a LOG_NONE record stays only as the last of the list or beside a silence longer than
     // the threshold, where it becomes a LOG_GAP. The record behind a silence is appended to `gaps`.
-    void AddDetail(CDetailList& details, const AnalysisSettings& settings, std::vector<RecordIndex>& gaps,
-                   RecordIndex record, std::uint64_t time);
+    void AddDetail(CDetailList& details, const CGapRule& rule, std::vector<RecordIndex>& gaps,
+                   RecordIndex record, LogKind kind, std::uint64_t time);
 
     std::vector<RecordIndex> m_listDetails;
     std::uint32_t m_nThreadID;
@@ -31,6 +51,7 @@ public:
 
 private:
     std::uint64_t m_nLastTime = 0; // of the last record of m_listDetails
+    LogKind m_nLastKind = LOG_NONE;
 };
 
 } // namespace carvelot

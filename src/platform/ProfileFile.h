@@ -2,7 +2,8 @@
 //
 // Texts and paths are UTF-8. A file named without a folder is the platform's own: on Windows that of the
 // Windows folder; elsewhere it is looked for, whatever the case of its name, in $CARVELOT_PROFILE_DIR, else
-// in $XDG_CONFIG_HOME/carvelot. A file that is missing or can't be read has no sections.
+// in $XDG_CONFIG_HOME/carvelot. A file that is missing or can't be read has no sections; off Windows one of
+// more than 16 MiB counts as such.
 #pragma once
 
 #include <cstddef>

@@ -6,6 +6,7 @@
 #include "report/TextReport.h"
 
 #include <cstring>
+#include <new>
 #include <ostream>
 #include <system_error>
 
@@ -79,9 +80,7 @@ int ExportGapsTo(const CCarvelotDoc& session, const std::string& path, std::ostr
     return REPORT_DONE;
 }
 
-} // namespace
-
-int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
     int status = REPORT_DONE;
     const std::optional<ReportOptions> options = ReadReportOptions(arguments, out, err, status);
     if (!options) {
@@ -126,6 +125,17 @@ int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std:
         return REPORT_FAILED;
     }
     return REPORT_DONE;
+}
+
+} // namespace
+
+int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    try {
+        return Run(arguments, out, err);
+    } catch (const std::bad_alloc&) {
+        err << "There is not enough memory for this report.\n";
+        return REPORT_FAILED;
+    }
 }
 
 } // namespace carvelot

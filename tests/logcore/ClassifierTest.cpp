@@ -8,14 +8,19 @@ namespace carvelot::test {
 
 namespace {
 
-Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text)); }
+std::string g_name; // what the latest Classification's name views
+
+Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text), g_name); }
 
 LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
 Classification JAS(std::string_view text, std::string_view level = "APP") {
+    if (const LogKind levelKind = KindOfLevel(level); levelKind != LOG_NONE) {
+        return {levelKind, 0, {}};
+    }
     PendingStatement pending;
     std::string replacement;
-    return ClassifyJASStatement(level, text, FindSigns(text), pending, replacement);
+    return ClassifyJASStatement(text, FindSigns(text), pending, replacement, g_name);
 }
 
 LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }
@@ -139,24 +144,31 @@ TEST(ClassifyJASStatement, TakesTheTextByItsOwnTests) {
 
 TEST(FindSigns, SeesTheSameThroughHintsAsThroughTheWholeText) {
     // Each word once, and each with a letter missing, at several places of a line.
-    const std::vector<std::string> words = {
-        "jdeCache",       "hCache:",     "hCursor:",   "Found existing cache",
-        "JDB9901232",     "CAC0001025",  "--UBE--",    "Exiting DBPerformRequest",
-        "Event Starts :", "Event Ends:", "at ER Line", "Object Called:"};
-    for (const std::string& word : words) {
+    const std::vector<std::pair<HintSet, std::string>> words = {
+        {HintSet::Debug, "jdeCache"},     {HintSet::Debug, "hCache:"},
+        {HintSet::Debug, "hCursor:"},     {HintSet::Debug, "Found existing cache"},
+        {HintSet::Debug, "JDB3100001"},   {HintSet::Debug, "JDB4100005"},
+        {HintSet::Debug, "JDB9901232"},   {HintSet::Debug, "CAC0001025"},
+        {HintSet::Debug, "--UBE--"},      {HintSet::Debug, "Exiting DBPerformRequest"},
+        {HintSet::Jas, "jdeCache"},       {HintSet::Jas, "hCache:"},
+        {HintSet::Jas, "hCursor:"},       {HintSet::Jas, "Found existing cache"},
+        {HintSet::Jas, "Event Starts :"}, {HintSet::Jas, "Event Ends:"},
+        {HintSet::Jas, "at ER Line"},     {HintSet::Jas, "Object Called:"}};
+    for (const auto& [set, word] : words) {
         for (std::size_t cut = 0; cut <= word.size(); ++cut) {
             for (std::size_t before = 0; before < 40; before += 3) {
                 std::string text = std::string(before, 'x') + word + " and more";
                 if (cut < word.size()) {
                     text.erase(before + cut, 1);
                 }
-                LineHints hints;
-                for (std::uint32_t i = 0; i < text.size(); ++i) {
-                    if (std::string_view("CDEFU").find(text[i]) != std::string_view::npos) {
-                        hints.Add(i); // more places than a reader would give
-                    }
+                std::string line = text + std::string(kScanPadding, ' ');
+                LineIndex index(text.size());
+                ScanByBytes(set)(line.data(), text.size(), index);
+                const std::uint32_t* last = index.hints.get();
+                while (*last != LineIndex::kNoMore) {
+                    ++last;
                 }
-                ASSERT_TRUE(hints.IsComplete());
+                const LineHints hints(index.hints.get(), last, 0);
                 const TextSigns slow = FindSigns(text);
                 const TextSigns fast = FindSigns(text, text, hints);
                 EXPECT_EQ(std::tie(slow.cache, slow.jdbCode, slow.sqlDone, slow.ube, slow.eventStarts,

@@ -84,25 +84,42 @@ TEST(ParseJASLine, YieldsNothingUnderAProcessFilter) {
     EXPECT_TRUE(session.m_doc.m_listUsers.empty());
 }
 
+namespace {
+
+std::int32_t IndexOf(std::string_view line) {
+    std::string scratch;
+    return ParseJASParam(line, scratch).index;
+}
+
+// As it comes to stand in a statement.
+std::string ValueOf(std::string_view line) {
+    std::string scratch;
+    const JASParam param = ParseJASParam(line, scratch);
+    const std::string quote = param.quoted ? "'" : "";
+    return quote + std::string(param.value) + quote;
+}
+
+} // namespace
+
 TEST(ParseJASParam, ReadsIndexValueAndType) {
-    EXPECT_EQ(ParseJASParam("Param2: 1000_Types.DECIMAL,").index, 2);
-    EXPECT_EQ(ParseJASParam("Param2: 1000_Types.DECIMAL,").value, "1000");
-    EXPECT_EQ(ParseJASParam("Param1: 52_Types.VARCHAR, ").value, "'52'");
-    EXPECT_EQ(ParseJASParam("Param1: a b_Types.LONGVARCHAR").value, "'a b'");
-    EXPECT_EQ(ParseJASParam("Param12: x_Types.CHAR").index, 12);
+    EXPECT_EQ(IndexOf("Param2: 1000_Types.DECIMAL,"), 2);
+    EXPECT_EQ(ValueOf("Param2: 1000_Types.DECIMAL,"), "1000");
+    EXPECT_EQ(ValueOf("Param1: 52_Types.VARCHAR, "), "'52'");
+    EXPECT_EQ(ValueOf("Param1: a b_Types.LONGVARCHAR"), "'a b'");
+    EXPECT_EQ(IndexOf("Param12: x_Types.CHAR"), 12);
 }
 
 TEST(ParseJASParam, KeepsADotOfTheValueAndEndsItAtTheFirstTypesWord) {
-    EXPECT_EQ(ParseJASParam("Param1: 1.5_Types.DECIMAL,").value, "1.5");
-    EXPECT_EQ(ParseJASParam("Param1: a_Types.b_Types.VARCHAR").value, "'a'");
+    EXPECT_EQ(ValueOf("Param1: 1.5_Types.DECIMAL,"), "1.5");
+    EXPECT_EQ(ValueOf("Param1: a_Types.b_Types.VARCHAR"), "'a'");
 }
 
 TEST(ParseJASParam, IsEmptyWithoutADotAndHasNoIndexWithoutAColon) {
-    EXPECT_EQ(ParseJASParam("Param1: x").index, 0);
-    EXPECT_EQ(ParseJASParam("Param1: x").value, "");
-    EXPECT_EQ(ParseJASParam("Param1 x_Types.DECIMAL").index, 0);
-    EXPECT_EQ(ParseJASParam("Param1 x_Types.DECIMAL").value, "");
-    EXPECT_EQ(ParseJASParam("Param1 x_Types.VARCHAR").value, "''");
+    EXPECT_EQ(IndexOf("Param1: x"), 0);
+    EXPECT_EQ(ValueOf("Param1: x"), "");
+    EXPECT_EQ(IndexOf("Param1 x_Types.DECIMAL"), 0);
+    EXPECT_EQ(ValueOf("Param1 x_Types.DECIMAL"), "");
+    EXPECT_EQ(ValueOf("Param1 x_Types.VARCHAR"), "''");
 }
 
 TEST(PreparedStatement, ComesToLifeOnTheLineOfItsLastParameter) {
@@ -130,12 +147,13 @@ TEST(PreparedStatement, ReplacesTheLeftmostHitOfAMark) {
     TestSession session(JASLog({}));
     PendingStatement pending;
     std::string replacement;
+    std::string scratch;
     std::string_view text = statement;
-    ClassifyJASStatement("", text, {}, pending, replacement);
+    ClassifyJASStatement(text, {}, pending, replacement, scratch);
     EXPECT_EQ(pending.parameters, 10);
     for (int i = 0; i < 2; ++i) {
         text = "Param1: v_Types.CHAR";
-        ClassifyJASStatement("", text, {}, pending, replacement);
+        ClassifyJASStatement(text, {}, pending, replacement, scratch);
     }
     EXPECT_EQ(pending.statement, "SELECT X FROM T WHERE A IN (v,?2,?3,?4,?5,?6,?7,?8,?9,v0");
 }
@@ -145,7 +163,11 @@ TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
     TestSession session(JASLog({}));
     const auto classify = [&](std::string_view level, std::string_view text) {
         std::string replacement;
-        return ClassifyJASStatement(level, text, FindSigns(text), pending, replacement).kind;
+        std::string scratch;
+        const LogKind levelKind = KindOfLevel(level);
+        return levelKind != LOG_NONE
+                   ? levelKind
+                   : ClassifyJASStatement(text, FindSigns(text), pending, replacement, scratch).kind;
     };
     EXPECT_EQ(classify("APP", "UPDATE T SET A = ?"), LOG_NONE);
     EXPECT_EQ(classify("APP", "Calling Business function X"), LOG_NONE);

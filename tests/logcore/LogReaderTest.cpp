@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace carvelot::test {
 
 namespace {
@@ -11,10 +13,10 @@ namespace {
 std::vector<std::string> Lines(std::string_view content) {
     const TestFile path(content);
     platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file);
+    CLogReader reader(file, HintSet::Debug);
     std::vector<std::string> lines;
     LogLine line;
-    while (reader.ReadLogLine<HintSet::Debug>(line)) {
+    while (reader.ReadLogLine(line)) {
         lines.emplace_back(line.bytes);
     }
     return lines;
@@ -74,66 +76,68 @@ TEST(ReadLogLine, HintsAtEveryWordThatClassifiesALine) {
     const TestFile path("a jdeCache hCache: hCursor: Found existing cache JDB9900401 CAC0001111 Exiting "
                         "DBPerformRequest --UBE--\n");
     platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file);
+    CLogReader reader(file, HintSet::Debug);
     LogLine line;
-    ASSERT_TRUE(reader.ReadLogLine<HintSet::Debug>(line));
+    ASSERT_TRUE(reader.ReadLogLine(line));
     EXPECT_TRUE(line.hints.IsComplete());
     std::string pairs;
-    for (const std::uint16_t at : line.hints) {
-        pairs.append(line.bytes.substr(at, 2)).append(" ");
-    }
-    EXPECT_EQ(pairs, "Ca Ca Cu Fo DB CA DB UB ");
+    line.hints.ForEach([&](std::size_t at) { pairs.append(line.bytes.substr(at, 2)).append(" "); });
+    EXPECT_EQ(pairs, "eC hC hC Fo B9 C0 BP -U ");
 }
 
 TEST(ReadLogLine, StartsOverAfterRewind) {
     const TestFile path("a\nb\n");
     platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file);
+    CLogReader reader(file, HintSet::Debug);
     LogLine line;
-    ASSERT_TRUE(reader.ReadLogLine<HintSet::None>(line));
-    ASSERT_TRUE(reader.ReadLogLine<HintSet::None>(line));
-    reader.Rewind();
-    ASSERT_TRUE(reader.ReadLogLine<HintSet::None>(line));
+    ASSERT_TRUE(reader.ReadLogLine(line));
+    ASSERT_TRUE(reader.ReadLogLine(line));
+    reader.Rewind(HintSet::None);
+    ASSERT_TRUE(reader.ReadLogLine(line));
     EXPECT_EQ(line.bytes, "a");
     EXPECT_EQ(reader.Position(), 2U);
 }
 
-TEST(ScanLine, SeesTheSameInStepsOf32BytesAsInStepsOf16) {
-    const ScanLineFunction wide = ScanLineBy32<HintSet::Debug>();
-    if (wide == nullptr) {
-        GTEST_SKIP() << "this machine or this build has no wider step";
-    }
+TEST(ScanBlock, SeesTheSameInEveryStep) {
     // Bytes that matter among such that do not, drawn by a fixed rule.
-    const std::string bytes = std::string("abcCaCADBFoUB\xE9 ") + "\n\r" + std::string(1, '\0');
+    const std::string bytes = std::string("ehCBD0349PFoUEvLiOb-\xE9\xFF ") + "\n\r" + std::string(1, '\0');
     std::uint32_t state = 1;
-    for (std::size_t length = 0; length < 200; ++length) {
-        std::string line(length + kScanPadding, ' ');
-        for (char& c : line) {
-            state = state * 1664525 + 1013904223;
-            const std::size_t draw = (state >> 16U) % 40;
-            c = draw < bytes.size() ? bytes[draw] : 'x';
-        }
-        LineHints narrowHints;
-        LineHints wideHints;
-        const LineScan a = ScanLineBy16<HintSet::Debug>(line.data(), length, narrowHints);
-        const LineScan b = wide(line.data(), length, wideHints);
-        EXPECT_EQ(a.length, b.length);
-        EXPECT_EQ(a.ended, b.ended);
-        EXPECT_EQ(std::min(a.nul, a.length), std::min(b.nul, b.length));
-        const auto within = [&](const LineHints& hints) {
-            std::vector<std::uint16_t> places;
-            for (const std::uint16_t place : hints) {
-                if (place + 1U < a.length) {
-                    places.push_back(place);
+    for (const HintSet set : {HintSet::None, HintSet::Debug, HintSet::Jas}) {
+        for (std::size_t length = 0; length < 300; ++length) {
+            std::string block(length + kScanPadding, ' ');
+            for (std::size_t i = 0; i < length; ++i) {
+                state = state * 1664525 + 1013904223;
+                const std::size_t draw = (state >> 16U) % (bytes.size() + length / 8);
+                block[i] = draw < bytes.size() ? bytes[draw] : 'x';
+            }
+            const auto seen = [&](ScanBlockFunction scan) {
+                LineIndex index(length);
+                scan(block.data(), length, index);
+                const auto places = [](const std::uint32_t* place) {
+                    std::vector<std::uint32_t> all;
+                    while (*place != LineIndex::kNoMore) {
+                        all.push_back(*place++);
+                    }
+                    return all;
+                };
+                return std::tuple(places(index.ends.get()), places(index.hints.get()), index.ascii,
+                                  index.holdsNul);
+            };
+            const auto plain = seen(ScanByBytes(set));
+            for (const ScanBlockFunction scan : {ScanBy16(set), ScanBy32(set)}) {
+                if (scan != nullptr) {
+                    EXPECT_EQ(seen(scan), plain);
                 }
             }
-            return places;
-        };
-        if (narrowHints.IsComplete() && wideHints.IsComplete()) {
-            EXPECT_EQ(within(narrowHints), within(wideHints));
-        }
-        if (a.ended) {
-            EXPECT_EQ(a.ascii, b.ascii);
+            std::vector<std::uint32_t> ends;
+            for (std::uint32_t i = 0; i < length; ++i) {
+                if (block[i] == '\n' || block[i] == '\r') {
+                    ends.push_back(i);
+                }
+            }
+            EXPECT_EQ(std::get<0>(plain), ends);
+            EXPECT_EQ(std::get<2>(plain), block.find_first_of("\xE9\xFF") == std::string::npos);
+            EXPECT_EQ(std::get<3>(plain), block.find('\0') != std::string::npos);
         }
     }
 }

@@ -68,9 +68,12 @@ std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format) {
 bool WriteGapExport(const std::string& path, std::string_view content, int& error) {
     platform::AtomicFile file = platform::AtomicFile::Create(path, &error);
     const bool valid = platform::IsValidUtf8(content);
-    return file &&
-           file.Write(platform::Utf8ToTextFile(valid ? std::string(content) : WithReplacements(content))) &&
-           file.Commit(&error);
+    if (!file) {
+        return false;
+    }
+    // Commit tells of a failed write, with its error.
+    file.Write(platform::Utf8ToTextFile(valid ? std::string(content) : WithReplacements(content)));
+    return file.Commit(&error);
 }
 
 } // namespace carvelot

@@ -4,6 +4,7 @@
 #include "platform/SharedFile.h"
 #include "platform/posix/ConfigFolder.h"
 #include "platform/posix/FoldedText.h"
+#include "platform/posix/FolderLock.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -144,6 +145,9 @@ public:
             m_encoding = Encoding::Utf8Mark;
             at = 3;
         }
+        // Half a unit at the end is no text, and would shift whatever is written behind it.
+        if (Width() == 2 && m_strBytes.size() % 2 != 0)
+            m_strBytes.pop_back();
         while (at < m_strBytes.size())
             at = AddLine(at);
     }
@@ -316,12 +320,17 @@ std::string ProfilePath(const std::string& file) {
     return found.empty() ? exact : folder + "/" + *std::min_element(found.begin(), found.end());
 }
 
+// No settings file comes near this size; one that says so is no settings file, or has a hole in it.
+constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
+
 // The bytes of a file; false if it is there but can't be read.
 bool ReadBytes(const std::string& path, std::string& bytes) {
     int error = 0;
     SharedFile file = SharedFile::OpenForReading(path, &error);
     if (!file)
         return error == ENOENT;
+    if (file.Size() > kMostBytes)
+        return false;
     constexpr std::size_t kBlock = std::size_t{1} << 16;
     for (std::size_t count = kBlock; count == kBlock;) {
         const std::size_t size = bytes.size();
@@ -423,6 +432,7 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
 bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
                       const std::string& file) {
     const std::string path = ProfilePath(file);
+    const FolderLock lock(path.substr(0, path.rfind('/')));
     std::string bytes;
     if (!ReadBytes(path, bytes))
         return false;

@@ -4,9 +4,11 @@
 //   "AutoRefresh"=dword:00000001
 //   "FontName"="Courier New"
 //
-// Each write reads the file again, changes it in memory and replaces it as a whole, so that two running
-// programs lose no more than the one value that both write, and a reader never sees half a file.
+// Each write reads the file again, changes it in memory and replaces it as a whole, and meanwhile holds a
+// lock on the folder: two running programs lose no more than the one value that both write, and a reader
+// never sees half a file.
 #include "platform/Registry.h"
+#include "platform/posix/FolderLock.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -348,6 +350,14 @@ void AppendUnit(std::string& strText, std::uint32_t nUnit) {
     strText += static_cast<char>(0x80 | (nUnit & 0x3F));
 }
 
+// The lock of the store's folder, which is made when it is missing.
+FolderLock LockStore() {
+    const std::filesystem::path folder = StorePath().parent_path();
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    return FolderLock(folder.string());
+}
+
 } // namespace
 
 struct CRegistryKey::CImpl {
@@ -376,6 +386,7 @@ struct CRegistryKey::CImpl {
     bool Write(CRegValue value) const {
         if (!m_bOpen || !m_bWritable)
             return false;
+        const FolderLock lock = LockStore();
         Store().Refresh();
         CStore::Put(Store().Make(m_strPath), std::move(value));
         Store().Save();
@@ -410,6 +421,8 @@ bool CRegistryKey::Create(ERegRoot nRoot, std::string_view strKey) {
     const std::string strPath = FullPath(nRoot, strKey);
     Store().Refresh();
     if (Store().Find(strPath) == nullptr) {
+        const FolderLock lock = LockStore();
+        Store().Refresh();
         Store().Make(strPath);
         Store().Save();
     }
@@ -488,6 +501,7 @@ bool CRegistryKey::SetString(std::string_view strName, std::string_view strText)
 }
 
 bool CRegistryKey::DeleteValue(std::string_view strName) {
+    const FolderLock lock = LockStore();
     CKey* pKey = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
     if (pKey == nullptr)
         return false;
@@ -501,6 +515,7 @@ bool CRegistryKey::DeleteValue(std::string_view strName) {
 bool CRegistryKey::DeleteContent() {
     if (!m_pImpl->m_bOpen || !m_pImpl->m_bWritable)
         return false;
+    const FolderLock lock = LockStore();
     Store().Refresh();
     Store().RemoveBelow(m_pImpl->m_strPath);
     Store().Make(m_pImpl->m_strPath).m_listValues.clear();

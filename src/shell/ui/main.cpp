@@ -3,8 +3,31 @@
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/LookStyle.h"
 #include "shell/ui/Text.h"
+#include "shell/ui/UserInterface.h"
 
 #include <QApplication>
+
+#include <new>
+
+namespace {
+
+// What a user asked for may be more than the memory holds (a tree, a list, a search): then it did not happen,
+// and the program goes on.
+class CApplication final : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* pReceiver, QEvent* pEvent) override {
+        try {
+            return QApplication::notify(pReceiver, pEvent);
+        } catch (const std::bad_alloc&) {
+            carvelot::UserInterface().ShowMessage(QStringLiteral("There is not enough memory for this."));
+            return true;
+        }
+    }
+};
+
+} // namespace
 
 int main(int argc, char** argv) {
     using namespace carvelot;
@@ -13,7 +36,7 @@ int main(int argc, char** argv) {
     CCarvelotApp& app = theApp();
     int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QApplication application(argc, argv);
+    const CApplication application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Tamrisk"));
     QCoreApplication::setApplicationName(QStringLiteral("Carvelot"));
     QGuiApplication::setApplicationDisplayName({});

@@ -48,6 +48,9 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     QApplication::restoreOverrideCursor();
 }
 
+// A dialog hides itself, list and all, when its own members are gone already.
+CGBLTables::~CGBLTables() { m_pList->Fill(nullptr); }
+
 void CGBLTables::OnDeleteSelected() {
     std::vector<std::string> listPaths;
     for (const int nRow : m_pList->SelectedRows())

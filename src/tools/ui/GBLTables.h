@@ -15,6 +15,7 @@ class CGBLTables : public QDialog {
 public:
     // Fills the list, with every row selected, and says so when there is no installation.
     CGBLTables();
+    ~CGBLTables() override;
 
 private:
     void OnDeleteSelected();

@@ -1,9 +1,15 @@
 #include "analysis/panes/ui/CachePane.h"
 
+#include "cachebrowser/ui/CacheDocument.h"
 #include "resources/ui/Icons.h"
+#include "shell/Commands.h"
+#include "shell/ui/CarvelotApp.h"
+#include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 
 namespace carvelot {
@@ -20,9 +26,34 @@ void CCacheTree::mousePressEvent(QMouseEvent* pEvent) {
         return;
     }
     pEvent->accept();
-    const QModelIndex index = indexAt(pEvent->position().toPoint());
-    if (index.isValid())
-        SelectIndex(index);
+    OfferMenu(indexAt(pEvent->position().toPoint()), pEvent->globalPosition().toPoint());
+}
+
+void CCacheTree::contextMenuEvent(QContextMenuEvent* pEvent) {
+    pEvent->accept();
+    // The mouse has had its menu when its button went down.
+    if (pEvent->reason() == QContextMenuEvent::Keyboard)
+        OfferMenu(SelectedIndex(), MenuPoint(SelectedIndex()));
+}
+
+void CCacheTree::OfferMenu(const QModelIndex& index, const QPoint& screen) {
+    const CCacheAnalysis::CCache* const pCache = m_model.Cache(index);
+    if (pCache == nullptr)
+        return;
+    SelectIndex(index);
+    if (!theApp().CacheLive(pCache->m_processId, ToQString(pCache->m_strHandle)))
+        return;
+    QMenu menu;
+    QAction* const pBrowse = menu.addAction(CommandIcon(ID_CACHE_BROWSE_DATA), QStringLiteral("Browse Data"));
+    pBrowse->setData(ID_CACHE_BROWSE_DATA);
+    if (UserInterface().RunMenu(menu, screen) == pBrowse)
+        OnBrowseData();
+}
+
+void CCacheTree::OnBrowseData() {
+    const CCacheAnalysis::CCache* const pCache = m_model.Cache(SelectedIndex());
+    if (pCache != nullptr)
+        BrowseCache(pCache->m_processId, pCache->m_strHandle, pCache->m_strName, pCache->m_strInstance);
 }
 
 void CCacheTree::mouseDoubleClickEvent(QMouseEvent* pEvent) {

@@ -10,7 +10,8 @@
 
 namespace carvelot {
 
-// Caches at the top, their operations below. A double click opens the operation's record and folds nothing.
+// Caches at the top, their operations below. A double click opens the operation's record and folds nothing; a
+// right click on a cache that still lives in its process offers to browse its data.
 class CCacheTree final : public CTreeCtrl {
     Q_OBJECT
 
@@ -24,9 +25,12 @@ protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
     void keyPressEvent(QKeyEvent* pEvent) override;
+    void contextMenuEvent(QContextMenuEvent* pEvent) override;
 
 private:
     void OpenSelected();
+    void OfferMenu(const QModelIndex& index, const QPoint& screen);
+    void OnBrowseData();
 
     CCacheTreeModel& m_model;
 };

@@ -1,0 +1,6 @@
+# Sourced: how the sanitizers' run times behave in tests and fuzzing.
+export ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1
+export UBSAN_OPTIONS=print_stacktrace=1
+export LSAN_OPTIONS=suppressions=$PWD/cmake/leak-suppressions.txt:print_suppressions=0
+ASAN_SYMBOLIZER_PATH=$(command -v llvm-symbolizer-14 || true)
+export ASAN_SYMBOLIZER_PATH

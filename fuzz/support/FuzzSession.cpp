@@ -1,0 +1,201 @@
+#include "support/FuzzSession.h"
+
+#include "analysis/panes/FindSource.h"
+#include "analysis/panes/GapExport.h"
+#include "analysis/panes/PaneRows.h"
+#include "logcore/NodeText.h"
+#include "report/JsonReport.h"
+#include "report/TextReport.h"
+#include "views/DetailTree.h"
+#include "views/ThreadTree.h"
+
+#include <rapidjson/document.h>
+
+#include <sstream>
+
+#ifdef __linux__
+#include <sys/prctl.h>
+#endif
+
+namespace carvelot::fuzz {
+
+namespace {
+
+#ifdef __linux__
+// A session's blocks are huge pages, which the kernel clears as a whole: too dear for logs of a few lines.
+[[maybe_unused]] const int s_noHugePages = ::prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);
+#endif
+
+void RequireJson(const std::string& text) {
+    rapidjson::Document document;
+    document.Parse<rapidjson::kParseValidateEncodingFlag | rapidjson::kParseFullPrecisionFlag |
+                   rapidjson::kParseIterativeFlag>(text.c_str(), text.size());
+    Require(!document.HasParseError(), "the JSON is valid");
+    Require(document.IsObject(), "the JSON is one object");
+}
+
+void WalkTree(const CDetailTree& tree) {
+    std::vector<CDetailTree::Node> open{CDetailTree::kRoot};
+    std::size_t seen = 0;
+    while (!open.empty()) {
+        const CDetailTree::Node parent = open.back();
+        open.pop_back();
+        const std::size_t count = tree.ChildCount(parent);
+        for (std::size_t row = 0; row < count; ++row) {
+            const CDetailTree::Node node = tree.Child(parent, row);
+            ++seen;
+            Require(tree.Parent(node) == parent, "a child names its parent");
+            Require(tree.Row(node) == row, "a child names its row");
+            const int image = tree.Image(node);
+            Require(image >= 0 && image < IMAGE_COUNT, "an image is one of the strip");
+            (void)tree.Text(node);
+            (void)tree.RawText(node);
+            if (tree.OffersCopyParms(node)) {
+                (void)tree.CopyParmsText(node);
+            }
+            open.push_back(node);
+        }
+    }
+    Require(seen <= tree.NodeCount(), "each node is met at most once");
+    std::ostringstream out;
+    WriteTree(tree, out);
+    out.str({});
+    WriteTreeJson(tree, "scope", out);
+    RequireJson(out.str());
+}
+
+template <class Row> void SortEveryWay(std::vector<Row> rows) {
+    const std::size_t count = rows.size();
+    for (int column = 0; column < static_cast<int>(Row::Columns().size()); ++column) {
+        for (const bool descending : {false, true}) {
+            SortRows(rows, column, descending);
+        }
+        for (const Row& row : rows) {
+            (void)row.Text(column);
+        }
+    }
+    Require(rows.size() == count, "sorting keeps every row");
+}
+
+void WalkAnalyses(const CCarvelotDoc& doc, const CBSFNAnalysis& functions, const CSQLAnalysis& statements) {
+    SortEveryWay(MakeBSFNRows(functions));
+    SortEveryWay(MakeTableRows(statements));
+    SortEveryWay(MakeTaskRows(doc, functions, statements));
+    for (const auto& function : functions.m_functions) {
+        for (const auto& instance : function.m_instances) {
+            Require(Number(instance.m_pStart) < doc.m_listDetails.Size(), "a call names its record");
+        }
+    }
+}
+
+template <class List> void RequireRecords(const CCarvelotDoc& doc, const List& records) {
+    for (const RecordIndex record : records) {
+        Require(Number(record) < doc.m_listDetails.Size(), "a list names records of its session");
+    }
+}
+
+} // namespace
+
+void WalkSession(CFuzzSession& session) {
+    CCarvelotDoc& doc = session.m_doc;
+    for (std::uint32_t i = 0; i < doc.m_listDetails.Size(); ++i) {
+        const CLogDetail detail = doc.m_listDetails[RecordIndex{i}];
+        Require(detail.m_nTime == doc.m_listDetails.Time(RecordIndex{i}), "a record has one time");
+        Require(detail.m_strText == doc.m_listDetails.Text(RecordIndex{i}), "a record has one text");
+        (void)detail.m_strThreadLabel.Joined();
+    }
+    RequireRecords(doc, doc.m_listGaps);
+
+    CDetailTree tree(doc);
+    for (const auto& process : doc.m_listProcesses) {
+        (void)ProcessNodeText(doc, *process);
+        (void)ProcessTitle(doc, *process);
+        (void)ProcessCaption(*process);
+        RequireRecords(doc, process->m_listErrors);
+        SortEveryWay(MakeErrorRows(doc, process->m_listErrors));
+        WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
+        for (const auto& cache : process->m_pCacheAnalysis.m_caches) {
+            (void)CCacheAnalysis::CacheText(cache);
+            for (const auto& operation : cache.m_operations) {
+                Require(Number(operation.m_pRecord) < doc.m_listDetails.Size(), "an operation has a record");
+                (void)CCacheAnalysis::OperationText(doc.m_listDetails, operation);
+                (void)operation.Image();
+            }
+        }
+        tree.ResetTree();
+        for (const auto& thread : process->m_listThreads) {
+            (void)ThreadNodeText(*thread);
+            (void)ThreadTitle(doc, *thread);
+            (void)ThreadCaption(*thread);
+            Require(!thread->m_listDetails.empty(), "a thread keeps its last record");
+            RequireRecords(doc, thread->m_listDetails);
+            RequireRecords(doc, thread->m_listErrors);
+            WalkAnalyses(doc, thread->m_pBSFNAnalysis, thread->m_pSQLAnalysis);
+            tree.FillDetails(false, thread->m_listDetails);
+        }
+        WalkTree(tree);
+        if (!process->m_listThreads.empty()) {
+            tree.FillDetails(true, process->m_listThreads.front()->m_listDetails);
+            WalkTree(tree);
+        }
+    }
+    (void)UserImages(doc);
+    for (const auto& user : doc.m_listUsers) {
+        (void)UserTitle(doc, *user);
+        (void)UserCaption(*user);
+        RequireRecords(doc, user->m_listDetails);
+        RequireRecords(doc, user->m_listErrors);
+        SortEveryWay(MakeErrorRows(doc, user->m_listErrors));
+        WalkAnalyses(doc, user->m_pBSFNAnalysis, user->m_pSQLAnalysis);
+        tree.FillDetails(true, user->m_listDetails);
+        WalkTree(tree);
+    }
+
+    std::vector<GapRow> gaps = MakeGapRows(doc);
+    SortEveryWay(gaps);
+    (void)ExportGaps(gaps, GapExportFormat::Csv);
+    (void)ExportGaps(gaps, GapExportFormat::Text);
+
+    CFindSource source;
+    for (const std::string_view text : {"", "a", "JDB", "\xC3\xA4"}) {
+        const std::vector<RecordIndex> hits = doc.FindDetails(text);
+        RequireRecords(doc, hits);
+        std::ostringstream out;
+        WriteHits(doc, hits, out);
+        source.Show(doc, hits);
+    }
+    source.LetGo(doc);
+    for (std::size_t row = 0; row < source.RowCount(); ++row) {
+        (void)source.Text(row, 2);
+    }
+
+    std::ostringstream out;
+    WriteSummary(doc, "log", out);
+    out.str({});
+    WriteSessionJson(doc, "log", out);
+    RequireJson(out.str());
+}
+
+void RequireSameRecords(const CFuzzSession& one, const CFuzzSession& other) {
+    const CDetailList& a = one.m_doc.m_listDetails;
+    const CDetailList& b = other.m_doc.m_listDetails;
+    Require(one.m_bLoaded == other.m_bLoaded, "both load or neither");
+    Require(a.Size() == b.Size(), "the same number of records");
+    for (std::uint32_t i = 0; i < a.Size(); ++i) {
+        const CLogDetail x = a[RecordIndex{i}];
+        const CLogDetail y = b[RecordIndex{i}];
+        Require(x.m_nKind == y.m_nKind && x.m_nReturnCode == y.m_nReturnCode, "the same kind and code");
+        Require(x.m_strMonth == y.m_strMonth && x.m_nDay == y.m_nDay, "the same day");
+        Require(x.m_nHour == y.m_nHour && x.m_nMinute == y.m_nMinute && x.m_nSecond == y.m_nSecond &&
+                    x.m_nMicrosecond == y.m_nMicrosecond,
+                "the same time");
+        Require(x.m_nProcessID == y.m_nProcessID && x.m_nThreadID == y.m_nThreadID, "the same ids");
+        Require(x.m_strThreadLabel.Joined() == y.m_strThreadLabel.Joined(), "the same label");
+        Require(x.m_strText == y.m_strText, "the same text");
+        Require(x.m_strName == y.m_strName && x.m_strTable == y.m_strTable, "the same name and table");
+        Require(x.m_strLevel == y.m_strLevel && x.m_strUser == y.m_strUser && x.m_strSource == y.m_strSource,
+                "the same level, user and source");
+    }
+}
+
+} // namespace carvelot::fuzz

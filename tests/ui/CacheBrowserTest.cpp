@@ -1,0 +1,765 @@
+#include "ui/SessionSupport.h"
+
+#include "cachebrowser/ui/CacheDlg.h"
+#include "cachebrowser/ui/CacheDocument.h"
+#include "cachebrowser/ui/CacheFrame.h"
+#include "platform/DateText.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QElapsedTimer>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QThread>
+#include <QToolBar>
+
+#include <memory>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+const QString kOrderLine = QStringLiteral("typedef struct { JCHAR szItem[11]; MATH_NUMERIC mnPrice; JDEDATE "
+                                          "jdRequested; int nLine; char cStatus[4];\n"
+                                          "BOOL bTaxable; ID idLine; short nPriority; } OrderLines;");
+
+const std::string kFda = "fda" + std::to_string(QCoreApplication::applicationPid()) + ".exe";
+
+// A person's hands in the dialog.
+class CDialogHands {
+public:
+    explicit CDialogHands(QDialog& dialog) : m_dialog(dialog) {}
+
+    template <typename TWidget> TWidget& Part(const char* pszName) const {
+        auto* pPart = m_dialog.findChild<TWidget*>(QLatin1String(pszName));
+        if (pPart == nullptr)
+            qFatal("no %s", pszName);
+        return *pPart;
+    }
+    CListCtrl& List() const { return Part<CListCtrl>("Columns"); }
+    void Press(const char* pszName) const { QTest::mouseClick(&Part<QPushButton>(pszName), Qt::LeftButton); }
+    void Type(const char* pszName, const QString& strText) const {
+        auto& edit = Part<QLineEdit>(pszName);
+        edit.setFocus();
+        edit.selectAll();
+        QTest::keyClick(&edit, Qt::Key_Delete);
+        QTest::keyClicks(&edit, strText);
+    }
+    void Choose(const QString& strType) const { Part<QComboBox>("DataType").setCurrentText(strType); }
+    void Paste(const QString& strText) const { Part<QPlainTextEdit>("Structure").setPlainText(strText); }
+    void Parse(const QString& strText) const {
+        Paste(strText);
+        Press("Parse");
+    }
+    void Add(const QString& strName, const QString& strType,
+             const QString& strArray = QStringLiteral("1")) const {
+        Type("ColumnName", strName);
+        Choose(strType);
+        Type("Array", strArray);
+        Press("Add");
+    }
+    void Ok() const { Key(QDialogButtonBox::Ok); }
+    void Cancel() const { Key(QDialogButtonBox::Cancel); }
+
+private:
+    void Key(QDialogButtonBox::StandardButton nButton) const {
+        QTest::mouseClick(m_dialog.findChild<QDialogButtonBox*>()->button(nButton), Qt::LeftButton);
+    }
+    QDialog& m_dialog;
+};
+
+QString Describe(const CCacheDS& structure) {
+    QStringList listMembers;
+    for (const auto& pMember : structure.m_members)
+        listMembers << QStringLiteral("%1 %2[%3]")
+                           .arg(ToQString(pMember->m_typeName), ToQString(pMember->m_name))
+                           .arg(pMember->m_count);
+    return listMembers.join(QLatin1String("; "));
+}
+
+QStringList CellsOf(const QAbstractItemModel& model, int nRow) {
+    QStringList listCells;
+    for (int n = 0; n < model.columnCount(); ++n)
+        listCells << model.index(nRow, n).data().toString();
+    return listCells;
+}
+
+QStringList TitlesOf(const QAbstractItemModel& model) {
+    QStringList listTitles;
+    for (int n = 0; n < model.columnCount(); ++n)
+        listTitles << model.headerData(n, Qt::Horizontal).toString();
+    return listTitles;
+}
+
+} // namespace
+
+class CacheBrowserTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        qputenv("CARVELOT_SIMULATOR_DIR", m_pFolder->path().toUtf8());
+        UseLibraryFolder(CARVELOT_SIMULATOR "/libraries");
+    }
+    void cleanup() {
+        m_pRun.reset();
+        m_process.closeWriteChannel();
+        m_process.waitForFinished();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+    }
+
+    // ---- the dialog
+
+    void theDialogShowsWhatItIsAbout() {
+        CCacheDoc document;
+        document.m_strName = "7OrderLines";
+        document.m_strInstance = "97OrderLines";
+        CCacheDlg dialog(document);
+        dialog.show();
+        const CDialogHands hands(dialog);
+        QCOMPARE(dialog.windowTitle(), QStringLiteral("Define Cache Structure"));
+        QCOMPARE(hands.Part<QLineEdit>("CacheName").text(), QStringLiteral("7OrderLines"));
+        QVERIFY(hands.Part<QLineEdit>("CacheName").isReadOnly());
+        QCOMPARE(hands.Part<QLineEdit>("Instance").text(), QStringLiteral("97OrderLines"));
+        QVERIFY(hands.Part<QLineEdit>("Instance").isReadOnly());
+        QCOMPARE(hands.Part<QLineEdit>("Array").text(), QStringLiteral("1"));
+        const auto& types = hands.Part<QComboBox>("DataType");
+        QStringList listTypes;
+        for (int n = 0; n < types.count(); ++n)
+            listTypes << types.itemText(n);
+        QCOMPARE(listTypes, (QStringList{"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "unsigned long",
+                                         "long", "unsigned int", "int"}));
+        QVERIFY(!types.isEditable());
+        QCOMPARE(types.currentText(), QString());
+        QCOMPARE(TitlesOf(hands.List().Model()), (QStringList{"Column Name", "Data Type", "Array Size"}));
+        for (int n = 0; n < 3; ++n)
+            QCOMPARE(hands.List().Model().ColumnWidth(n), (QList<int>{100, 70, 60}[n]));
+        QCOMPARE(hands.List().selectionMode(), QAbstractItemView::SingleSelection);
+        QCOMPARE(hands.List().selectionBehavior(), QAbstractItemView::SelectRows);
+        QStringList listLabels;
+        for (const QLabel* pLabel : dialog.findChildren<QLabel*>())
+            listLabels << pLabel->text();
+        QCOMPARE(listLabels.count(QStringLiteral("Name")), 2);
+        for (const char* pszLabel : {"Instance", "Datatype", "Array"})
+            QVERIFY(listLabels.contains(QLatin1String(pszLabel)));
+        QStringList listGroups;
+        for (const QGroupBox* pGroup : dialog.findChildren<QGroupBox*>())
+            listGroups << pGroup->title();
+        QCOMPARE(listGroups, (QStringList{"Cache Columns", "Data Structure"}));
+        for (const char* pszButton : {"Add", "Parse", "Remove", "Load", "Save"})
+            QCOMPARE(hands.Part<QPushButton>(pszButton).text(), QLatin1String(pszButton));
+    }
+
+    void parseShowsTheSizeAndReplacesAllMembers() {
+        InDialog({}, [&](const CDialogHands& hands) {
+            hands.Parse(QString());
+            QCOMPARE(Messages(), QStringList{" size: 0"});
+            hands.Add("hand", "int");
+            QCOMPARE(Rows(hands.List()), QStringList{"hand|int|1"});
+            hands.Parse(QStringLiteral("unsigned long x; JCHAR szName[11]; VOID* p;\n/* and this"));
+            QCOMPARE(Messages(), QStringList{" size: 30"});
+            QCOMPARE(Rows(hands.List()), (QStringList{"x|long|1", "szName|JCHAR|11", "p|VOID|1"}));
+            QCOMPARE(hands.Part<QPlainTextEdit>("Structure").toPlainText().right(8),
+                     QStringLiteral("and this"));
+            hands.Ok();
+        });
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("long x[1]; JCHAR szName[11]; VOID p[1]"));
+        QVERIFY(m_document.m_cacheDS.m_members[0]->m_unsigned);
+        QVERIFY(m_document.m_cacheDS.m_members[2]->m_pointer);
+    }
+
+    void addTellsWhatIsMissingInItsOrder() {
+        InDialog({}, [&](const CDialogHands& hands) {
+            hands.Type("Array", QStringLiteral("0"));
+            hands.Press("Add");
+            QCOMPARE(Messages(), QStringList{"Enter an integer between 1 and 99999999."});
+            hands.Type("Array", QString());
+            hands.Press("Add");
+            QCOMPARE(Messages(), QStringList{"Enter an integer."});
+            hands.Type("Array", QStringLiteral("100000000"));
+            hands.Press("Add");
+            hands.Type("Array", QStringLiteral("99999999999999999999"));
+            hands.Press("Add");
+            QCOMPARE(Messages(), (QStringList{"Enter an integer between 1 and 99999999.",
+                                              "Enter an integer between 1 and 99999999."}));
+            hands.Type("Array", QStringLiteral("1-2x3"));
+            QCOMPARE(hands.Part<QLineEdit>("Array").text(), QStringLiteral("123")); // digits only
+            hands.Press("Add");
+            QCOMPARE(Messages(), QStringList{"Column name is required"});
+            hands.Type("ColumnName", QStringLiteral("a"));
+            hands.Press("Add");
+            QCOMPARE(Messages(), QStringList{"Data Type is required"});
+            for (const char* pszType : {"unsigned int", "unsigned long"}) {
+                hands.Choose(QLatin1String(pszType));
+                hands.Press("Add");
+                QCOMPARE(Messages(), QStringList{"Failed to create member"});
+            }
+            QVERIFY(Rows(hands.List()).isEmpty());
+            for (const char* pszType : {"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "long", "int"})
+                hands.Add(QLatin1String(pszType) + QStringLiteral("Column"), QLatin1String(pszType));
+            QVERIFY(Messages().isEmpty());
+            QCOMPARE(Rows(hands.List()),
+                     (QStringList{"JDEDATEColumn|JDEDATE|1", "MATH_NUMERICColumn|MATH_NUMERIC|1",
+                                  "JCHARColumn|JCHAR|1", "charColumn|char|1", "boolColumn|bool|1",
+                                  "longColumn|long|1", "intColumn|int|1"}));
+        });
+    }
+
+    void anArraySuffixOverridesTheArrayBox() {
+        InDialog({}, [&](const CDialogHands& hands) {
+            hands.Add(QStringLiteral("a[5]"), QStringLiteral("char"), QStringLiteral("3"));
+            hands.Add(QStringLiteral("a"), QStringLiteral("char"), QStringLiteral("3"));
+            hands.Add(QStringLiteral("b[]"), QStringLiteral("char"), QStringLiteral("99999999"));
+            hands.Add(QStringLiteral("two words"), QStringLiteral("char"));
+            QVERIFY(Messages().isEmpty());
+            QCOMPARE(Rows(hands.List()),
+                     (QStringList{"a|char|5", "a|char|3", "b|char|99999999", "two words|char|1"}));
+        });
+    }
+
+    void removeTakesTheSelectedRow() {
+        InDialog(QStringLiteral("int a; int a; int b; int c;"), [&](const CDialogHands& hands) {
+            hands.Press("Remove");
+            QCOMPARE(hands.List().Model().rowCount(), 4); // nothing is selected
+            Click(hands.List(), hands.List().Model().index(1, 0));
+            hands.Press("Remove");
+            QCOMPARE(Rows(hands.List()), (QStringList{"a|int|1", "b|int|1", "c|int|1"}));
+            hands.Press("Remove");
+            QCOMPARE(hands.List().Model().rowCount(), 3); // nothing is selected any more
+            hands.List().setFocus();
+            QTest::keyClick(&hands.List(), Qt::Key_Down);
+            QCOMPARE(hands.List().SelectedRow(), 2);
+            hands.Press("Remove");
+            hands.Ok();
+        });
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("int a[1]; int b[1]"));
+    }
+
+    void aSavedStructureIsLoadedAgain() {
+        const QString strPath = m_pFolder->filePath(QStringLiteral("lines.cds"));
+        m_user.m_strSaveAnswer = m_user.m_strOpenAnswer = strPath;
+        InDialog(kOrderLine, [&](const CDialogHands& hands) {
+            hands.Press("Save");
+            QVERIFY(Messages().isEmpty());
+            QVERIFY(QFile::exists(strPath));
+            const CFileQuestion save = m_user.m_listQuestions.back();
+            QCOMPARE(save.m_strDefaultExtension, QStringLiteral("cds"));
+            QCOMPARE(save.m_strInitialName, QStringLiteral("Cache"));
+            QCOMPARE(save.m_strFilter,
+                     QStringLiteral("Carvelot Cache Definition Files (*.cds)|*.cds|All Files (*.*)|*.*||"));
+            hands.Parse(QStringLiteral("int other;"));
+            hands.Press("Load");
+            const CFileQuestion load = m_user.m_listQuestions.back();
+            QCOMPARE(load.m_strDefaultExtension, QStringLiteral("cds"));
+            QCOMPARE(load.m_strInitialName, QStringLiteral("*.cds"));
+            QCOMPARE(load.m_strFilter, save.m_strFilter);
+            QCOMPARE(hands.List().Model().rowCount(), 8);
+            hands.Ok();
+        });
+        QCOMPARE(m_document.m_cacheDS.GetRowSize(), 96);
+        QCOMPARE(QDir(m_pFolder->path()).entryList(QDir::Files), QStringList{"lines.cds"});
+        // Cancelled file dialogs change nothing.
+        m_user.m_strSaveAnswer = m_user.m_strOpenAnswer = std::nullopt;
+        InDialog(QStringLiteral("int a;"), [&](const CDialogHands& hands) {
+            hands.Press("Load");
+            hands.Press("Save");
+            QCOMPARE(hands.List().Model().rowCount(), 1);
+        });
+    }
+
+    void cancelAfterLoadLeavesTheDocumentUntouched() {
+        const QString strPath = m_pFolder->filePath(QStringLiteral("empty.cds"));
+        WriteFile(strPath, QByteArray(2, '\0'));
+        m_user.m_strOpenAnswer = strPath;
+        InDialog(QStringLiteral("int a; char b[3];"), [&](const CDialogHands& hands) {
+            hands.Press("Load");
+            QCOMPARE(hands.List().Model().rowCount(), 0);
+            hands.Cancel();
+        });
+        QCOMPARE(m_nResult, int(QDialog::Rejected));
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("int a[1]; char b[3]"));
+    }
+
+    void aBadFileLeavesTheListAsItWasAndTheStructureAsFarAsItWasRead() {
+        const QString strPath = m_pFolder->filePath(QStringLiteral("bad.cds"));
+        const QByteArray example = QByteArray::fromHex("0100ffff01000700434d656d62657200000200000001000000"
+                                                       "04000000fffeff016100fffeff046c006f006e006700");
+        WriteFile(strPath, QByteArray("\x02\0", 2) + example.mid(2) + "\x01\x80");
+        m_user.m_strOpenAnswer = strPath;
+        InDialog(QStringLiteral("int x; int y; int z;"), [&](const CDialogHands& hands) {
+            hands.Press("Load");
+            QCOMPARE(Messages(), QStringList{"An attempt was made to access " + strPath + " past its end."});
+            QCOMPARE(Rows(hands.List()), (QStringList{"x|int|1", "y|int|1", "z|int|1"}));
+            // A row of before goes from the list alone.
+            Click(hands.List(), hands.List().Model().index(0, 0));
+            hands.Press("Remove");
+            QCOMPARE(Rows(hands.List()), (QStringList{"y|int|1", "z|int|1"}));
+            hands.Ok();
+        });
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("long a[1]"));
+        WriteFile(strPath, example.left(4) + "\x02" + example.mid(5));
+        InDialog(QStringLiteral("int x;"), [&](const CDialogHands& hands) {
+            hands.Press("Load");
+            QCOMPARE(Messages(), QStringList{strPath + " contains an incorrect schema."});
+            hands.Ok();
+        });
+        QVERIFY(m_document.m_cacheDS.m_members.empty());
+    }
+
+    void aSaveThatFailsSaysSo() {
+        m_user.m_strSaveAnswer = m_pFolder->filePath(QStringLiteral("no/folder/x.cds"));
+        InDialog(QStringLiteral("int a;"), [&](const CDialogHands& hands) {
+            hands.Press("Save");
+            QCOMPARE(m_user.m_listMessages.size(), 1);
+            QVERIFY(Messages().constFirst().contains(QLatin1String("x.cds")));
+        });
+    }
+
+    void whatWasNeitherAddedNorParsedHasNoEffectAtOk() {
+        InDialog(QStringLiteral("int a;"), [&](const CDialogHands& hands) {
+            hands.Type("ColumnName", QStringLiteral("b"));
+            hands.Choose(QStringLiteral("long"));
+            hands.Paste(QStringLiteral("int c;"));
+            hands.Ok();
+        });
+        QCOMPARE(m_nResult, int(QDialog::Accepted));
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("int a[1]"));
+    }
+
+    void theDialogIsWorkedByKeysAlone() {
+        InDialog({}, [&](const CDialogHands& hands) {
+            const auto type = [](const QString& strText) {
+                QTest::keyClicks(QApplication::focusWidget(), strText);
+            };
+            const auto key = [](Qt::Key nKey) { QTest::keyClick(QApplication::focusWidget(), nKey); };
+            QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("ColumnName"));
+            type(QStringLiteral("szName"));
+            key(Qt::Key_Tab);
+            QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("JC"));
+            key(Qt::Key_Tab);
+            type(QStringLiteral("11"));
+            key(Qt::Key_Tab);
+            key(Qt::Key_Space);
+            QCOMPARE(Rows(hands.List()), QStringList{"szName|JCHAR|11"});
+            QStringList listOrder;
+            for (int n = 0; n < 11; ++n) {
+                key(Qt::Key_Tab);
+                listOrder << QApplication::focusWidget()->objectName();
+            }
+            QCOMPARE(listOrder, (QStringList{"Columns", "Remove", "Load", "Save", "Structure", "Parse", "",
+                                             "", "CacheName", "Instance", "ColumnName"}));
+            key(Qt::Key_Return);
+        });
+        QCOMPARE(m_nResult, int(QDialog::Accepted));
+        QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("JCHAR szName[11]"));
+    }
+
+    // ---- the window
+
+    void aRightClickOnALiveCacheLeadsToItsRows() {
+        StartProgram();
+        CCachePane& pane = OpenLog();
+        const QModelIndex lines = FindNode(pane.Model(), QStringLiteral("OrderLines"));
+        QVERIFY(lines.isValid());
+        User().m_strMenuChoice = QStringLiteral("Browse Data");
+        User().m_fnInDialog = [&](QDialog& dialog) {
+            const CDialogHands hands(dialog);
+            QVERIFY(hands.Part<QLineEdit>("CacheName").text().endsWith(QLatin1String("OrderLines")));
+            QVERIFY(theApp().m_pCacheTemplate->Documents().size() == 1);
+            QVERIFY(Frame() == nullptr);
+            hands.Parse(kOrderLine);
+            hands.Ok();
+        };
+        Click(pane.Tree(), lines, Qt::RightButton);
+        QCOMPARE(User().m_listMenuTexts, QStringList{"Browse Data"});
+        QCOMPARE(User().m_listMessages, QStringList{" size: 96"});
+        QCOMPARE(SelectedText(pane.Tree()), lines.data().toString());
+        CCacheFrame* pFrame = Frame();
+        QVERIFY(pFrame != nullptr);
+        const QString strNumber = QString::number(m_process.processId());
+        QCOMPARE(pFrame->windowTitle(), "Cache Browser: " + strNumber + "OrderLines");
+        QCOMPARE(MainFrame()->MenuState(), EMenuState::Cache);
+        QCOMPARE(
+            Rows(pFrame->DSView().List()),
+            (QStringList{"szItem|JCHAR|11", "mnPrice|MATH_NUMERIC|1", "jdRequested|JDEDATE|1", "nLine|int|1",
+                         "cStatus|char|4", "bTaxable|BOOL|1", "idLine|ID|1", "nPriority|short|1"}));
+        QCOMPARE(TitlesOf(pFrame->DSView().List().Model()),
+                 (QStringList{"Column Name", "Data Type", "Array Size"}));
+        QCOMPARE(Edit("Process").text(), strNumber);
+        QVERIFY(!Edit("Process").isReadOnly());
+        CCacheDocument& document = Document();
+        QCOMPARE(ToUtf8(Edit("Handle").text()), document.Cache().m_strHandle);
+        QVERIFY(document.Cache().m_bCacheValid);
+        QCOMPARE(TitlesOf(Data()),
+                 (QStringList{"szItem 2 11", "mnPrice 50 1", "jdRequested 6 1", "nLine 4 1", "cStatus 1 4",
+                              "bTaxable 4 1", "idLine 4 1", "nPriority 2 1"}));
+        QCOMPARE(pFrame->DataView().columnWidth(0), 100);
+        QCOMPARE(Data().rowCount(), 0); // no fetch runs at creation
+
+        const QAbstractItemModelTester tester(&pFrame->DataView().Model(),
+                                              QAbstractItemModelTester::FailureReportingMode::QtTest);
+        Refresh();
+        QCOMPARE(User().m_listMessages.size(), 1);
+        QCOMPARE(Data().rowCount(), 3);
+        QCOMPARE(CellsOf(Data(), 0),
+                 (QStringList{"220-W", "383.86", "2025-02-22", "1", "540", "True", "100101", "Not Handled"}));
+        QCOMPARE(CellsOf(Data(), 2), (QStringList{"3400-B", "408.86", "2025-04-22", "3", "520", "True",
+                                                  "100103", "Not Handled"}));
+
+        // What stands in the boxes wins: the other cache of that process.
+        const QString strHeader = FindNode(pane.Model(), QStringLiteral("OrderHeader")).data().toString();
+        Retype("Handle", strHeader.section('[', 1).section(']', 0, 0));
+        User().m_fnInDialog = [&](QDialog& dialog) {
+            const CDialogHands hands(dialog);
+            QCOMPARE(hands.List().Model().rowCount(), 8);
+            hands.Parse(QStringLiteral("JCHAR szCustomer[21]; MATH_NUMERIC mnOrder; JDEDATE jdEntered;"));
+            hands.Ok();
+        };
+        Command("Define Structure");
+        QCOMPARE(TitlesOf(Data()), (QStringList{"szCustomer 2 21", "mnOrder 50 1", "jdEntered 6 1"}));
+        QCOMPARE(Data().rowCount(), 0);
+        QCOMPARE(pFrame->DSView().List().Model().rowCount(), 3);
+        Refresh();
+        QCOMPARE(Data().rowCount(), 1);
+        QCOMPARE(CellsOf(Data(), 0), (QStringList{"Capital Supply", "1001", "2025-06-22"}));
+
+        // A process that is none.
+        document.Cache().m_bCacheValid = true;
+        User().m_listMessages.clear();
+        Retype("Process", QStringLiteral("none"));
+        Refresh();
+        QCOMPARE(User().m_listMessages, QStringList{"Invalid Cache"});
+        QCOMPARE(Data().rowCount(), 0);
+        QVERIFY(!document.Cache().m_bCacheValid);
+
+        // Closing asks nothing and leaves the session alone.
+        User().m_listMessages.clear();
+        pFrame->CloseWindow();
+        CSessionRun::Settle();
+        QVERIFY(Frame() == nullptr);
+        QVERIFY(theApp().m_pCacheTemplate->Documents().empty());
+        QVERIFY(User().m_listMessages.isEmpty());
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 1);
+    }
+
+    void anOperationsNodeOffersTheCacheOfItsParent() {
+        StartProgram();
+        CCachePane& pane = OpenLog();
+        const QModelIndex header = FindNode(pane.Model(), QStringLiteral("OrderHeader"));
+        pane.Tree().expand(header);
+        User().m_strMenuChoice = QStringLiteral("Browse Data");
+        QString strName;
+        User().m_fnInDialog = [&](QDialog& dialog) {
+            strName = CDialogHands(dialog).Part<QLineEdit>("CacheName").text();
+        };
+        Click(pane.Tree(), pane.Model().index(0, 0, header), Qt::RightButton);
+        QVERIFY(strName.endsWith(QLatin1String("OrderHeader")));
+        // The dialog was not ended with OK.
+        QVERIFY(theApp().m_pCacheTemplate->Documents().empty());
+        QVERIFY(Frame() == nullptr);
+        // By its key.
+        strName.clear();
+        AskForMenu(pane.Tree(), QPoint(), QContextMenuEvent::Keyboard);
+        QVERIFY(strName.endsWith(QLatin1String("OrderHeader")));
+    }
+
+    void aCacheThatIsGoneGetsNoMenuAndNoMessage() {
+        StartProgram();
+        CCachePane& pane = OpenLog();
+        m_process.kill();
+        m_process.waitForFinished();
+        User().m_listMenuTexts = QStringList{"untouched"};
+        const QModelIndex lines = FindNode(pane.Model(), QStringLiteral("OrderLines"));
+        Click(pane.Tree(), lines, Qt::RightButton);
+        QCOMPARE(User().m_listMenuTexts, QStringList{"untouched"});
+        QVERIFY(User().m_listMessages.isEmpty());
+        QCOMPARE(SelectedText(pane.Tree()), lines.data().toString());
+        QCOMPARE(User().m_nDialogs, 0);
+        // Beside the nodes nothing is asked.
+        QTest::mouseClick(pane.Tree().viewport(), Qt::RightButton, {},
+                          QPoint(20, pane.Tree().viewport()->height() - 2));
+        QCOMPARE(User().m_listMenuTexts, QStringList{"untouched"});
+    }
+
+    void theFormStandsWhereItShould() {
+        StartProgram();
+        CCacheFrame& frame = *Browse(QStringLiteral("int a;"));
+        CCacheDSView& view = frame.DSView();
+        QCOMPARE(view.width(), 250);
+        QCOMPARE(view.findChild<QGroupBox*>()->geometry(), QRect(2, 1, 248, 58));
+        QCOMPARE(view.List().geometry(), QRect(2, 62, 248, view.height() - 62));
+        auto* pSplitter = frame.findChild<QSplitter*>();
+        pSplitter->setSizes({400, 600});
+        QCOMPARE(view.findChild<QGroupBox*>()->width(), view.width() - 2);
+        QCOMPARE(frame.DataView().selectionBehavior(), QAbstractItemView::SelectRows);
+        // F6 walks from the structure to the rows.
+        frame.FocusLastPane();
+        QVERIFY(view.List().hasFocus());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+        QVERIFY(frame.DataView().hasFocus());
+    }
+
+    void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {
+        StartProgram();
+        const auto enabled = [](int nId) { return MainFrame()->CommandAction(nId)->isEnabled(); };
+        QVERIFY(!enabled(ID_CACHE_REFRESH_DATA));
+        Browse(QStringLiteral("int a;"));
+        MainFrame()->UpdateCommands();
+        QVERIFY(enabled(ID_CACHE_REFRESH_DATA) && enabled(ID_CACHE_DEFINE_STRUCTURE));
+        QCOMPARE(int(ID_CACHE_REFRESH_DATA), 32800);
+        QCOMPARE(int(ID_CACHE_DEFINE_STRUCTURE), 32801);
+        QCOMPARE(MainFrame()->windowTitle(), QStringLiteral("Cache Browser: Orders - Carvelot"));
+        // A number that is no process, shown signed.
+        QCOMPARE(Edit("Process").text(), QStringLiteral("-7"));
+    }
+
+    void withoutALibraryThereIsAMessageAndAnEmptyList() {
+        UseManyRows("3");
+        StartProgram();
+        Browse(QStringLiteral("int a;"));
+        Refresh();
+        QCOMPARE(Data().rowCount(), 3);
+        UseLibraryFolder(CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
+        User().m_listMessages.clear();
+        Refresh();
+        QCOMPARE(User().m_listMessages, QStringList{"Get Proc address failed"});
+        QCOMPARE(Data().rowCount(), 0);
+        UseLibraryFolder(ToUtf8(m_pFolder->path()));
+        User().m_listMessages.clear();
+        Refresh();
+        QCOMPARE(User().m_listMessages, QStringList{"Cannot Load Skelmond.DLL"});
+    }
+
+    void aStructureWithoutMembersShowsTheRunningNumber() {
+        UseManyRows("3");
+        StartProgram();
+        CCacheFrame& frame = *Browse(QString());
+        const QAbstractItemModelTester tester(&frame.DataView().Model(),
+                                              QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(Data().columnCount(), 0);
+        Refresh();
+        QCOMPARE(Data().rowCount(), 3);
+        QCOMPARE(CellsOf(Data(), 2), QStringList{"2"});
+        Refresh();
+        QCOMPARE(Data().rowCount(), 3);
+        User().m_fnInDialog = [](QDialog& dialog) {
+            const CDialogHands hands(dialog);
+            hands.Parse(QStringLiteral("int a; JCHAR b[16];"));
+            hands.Ok();
+        };
+        Command("Define Structure");
+        Refresh();
+        QCOMPARE(CellsOf(Data(), 2), (QStringList{"2", "row 2"}));
+    }
+
+    void aHundredThousandRowsStayUsable() {
+        UseManyRows("100000");
+        StartProgram();
+        CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR b[16];"));
+        QElapsedTimer timer;
+        timer.start();
+        Refresh();
+        QCoreApplication::processEvents();
+        QCOMPARE(Data().rowCount(), 100000);
+        QCOMPARE(CellsOf(Data(), 54321), (QStringList{"54321", "row 54321"}));
+        QTreeView& view = frame.DataView();
+        view.setFocus();
+        Click(view, view.model()->index(0, 0));
+        QTest::keyClick(&view, Qt::Key_End);
+        QCOMPARE(view.currentIndex().row(), 99999);
+        QVERIFY(view.viewport()->rect().contains(view.visualRect(view.currentIndex()).center()));
+        for (int n = 0; n < 50; ++n)
+            QTest::keyClick(&view, Qt::Key_PageUp);
+        QCoreApplication::processEvents();
+        view.grab();
+        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void tenThousandMembersStayUsable() {
+        UseManyRows("100");
+        StartProgram();
+        QString strTypedef;
+        for (int n = 0; n < 10000; ++n)
+            strTypedef += QStringLiteral("int nMember%1; ").arg(n);
+        QElapsedTimer timer;
+        timer.start();
+        CCacheFrame& frame = *Browse(strTypedef);
+        Refresh();
+        QCOMPARE(Data().columnCount(), 10000);
+        QCOMPARE(frame.DSView().List().Model().rowCount(), 10000);
+        QCOMPARE(CellsOf(Data(), 99).first(2), (QStringList{"99", "7274610"})); // "ro" of "row 99"
+        frame.DataView().grab();
+        frame.DataView().scrollTo(Data().index(99, 9999));
+        frame.DataView().grab();
+        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void escStopsACursorThatNeverEndsAndTheRowsStay() {
+        UseManyRows("endless");
+        StartProgram();
+        CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR b[16];"));
+        QMainWindow* pMain = MainFrame();
+        const std::unique_ptr<QThread> pHand(QThread::create([pMain] {
+            QThread::msleep(300);
+            // What a user does meanwhile comes to nothing.
+            QCoreApplication::postEvent(pMain, new QCloseEvent);
+            QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_F6, {}));
+            QThread::msleep(300);
+            QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
+        }));
+        pHand->start();
+        QElapsedTimer timer;
+        timer.start();
+        Refresh();
+        QVERIFY2(timer.elapsed() >= 550 && timer.elapsed() < 10000,
+                 qPrintable(QString::number(timer.elapsed())));
+        pHand->wait();
+        QVERIFY(Data().rowCount() > 1000);
+        QCOMPARE(CellsOf(Data(), 1000), (QStringList{"1000", "row 1000"}));
+        QVERIFY(pMain->isVisible());
+        QVERIFY(Frame() == &frame);
+        QVERIFY(User().m_listMessages.isEmpty());
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        // And once more, to an end.
+        qputenv("CARVELOT_MANY_ROWS", "2");
+        Refresh();
+        QCOMPARE(Data().rowCount(), 2);
+    }
+
+private:
+    CFakeInterface& User() { return m_pRun != nullptr ? m_pRun->m_user : m_user; }
+    QStringList Messages() { return std::exchange(m_user.m_listMessages, {}); }
+    static void WriteFile(const QString& strPath, const QByteArray& bytes) {
+        QFile file(strPath);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    // Runs the dialog on a document of that structure.
+    void InDialog(const QString& strTypedef, const std::function<void(const CDialogHands&)>& fnWork) {
+        SetUserInterface(&m_user);
+        m_user.m_listMessages.clear();
+        std::string strText = ToUtf8(strTypedef);
+        m_document.m_cacheDS.ParseTypedef(strText);
+        CCacheDlg dialog(m_document);
+        m_user.m_fnInDialog = [&](QDialog& shown) {
+            (void)QTest::qWaitForWindowExposed(&shown);
+            shown.activateWindow();
+            fnWork(CDialogHands(shown));
+        };
+        m_nResult = UserInterface().RunDialog(dialog);
+        m_user.m_fnInDialog = {};
+    }
+
+    void UseManyRows(const char* pszRows) {
+        UseLibraryFolder(CARVELOT_MANY_ROWS);
+        qputenv("CARVELOT_MANY_ROWS", pszRows);
+    }
+    void StartProgram() {
+        m_pRun = std::make_unique<CSessionRun>();
+        QVERIFY(m_pRun->m_bStarted);
+        theApp().m_bAutoRefresh = false;
+        MainFrame()->m_wndProcessPane.RestartTimer();
+    }
+    // The pane over the log of a simulated process that has worked on one order.
+    CCachePane& OpenLog() {
+        const QString strProgram = m_pFolder->filePath(ToQString(kFda));
+        const QString strLog = m_pFolder->filePath(QStringLiteral("jdedebug.log"));
+#ifdef Q_OS_WIN
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), strProgram);
+#else
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+#endif
+        m_process.start(strProgram, {"--log", strLog, "--pace", "0", "--tracing"});
+        m_process.waitForStarted();
+        m_process.write("round\n");
+        m_process.waitForBytesWritten();
+        // An order ends with the return of its last function.
+        (void)QTest::qWaitFor(
+            [&] {
+                QFile log(strLog);
+                return log.open(QIODevice::ReadOnly) &&
+                       log.readAll().contains("for F4211FSEndDoc. (BSFNLevel = 1)");
+            },
+            10000);
+        theApp().AnalyzeProcess(ToQString(kFda), strLog, static_cast<std::int32_t>(m_process.processId()));
+        auto* pSession = qobject_cast<CChildFrame*>(MainFrame()->ActiveChild());
+        Select(pSession, "Process");
+        CCachePane& pane = MainFrame()->m_wndCachePane;
+        CSessionRun::ShowPane(pane);
+        User().m_listMessages.clear();
+        return pane;
+    }
+    // A window without a process behind it.
+    CCacheFrame* Browse(const QString& strTypedef) {
+        User().m_fnInDialog = [&](QDialog& dialog) {
+            const CDialogHands hands(dialog);
+            hands.Paste(strTypedef);
+            hands.Press("Parse");
+            hands.Ok();
+        };
+        BrowseCache(static_cast<std::uint32_t>(-7), "1A", "Orders", "9Orders");
+        User().m_fnInDialog = {};
+        User().m_listMessages.clear();
+        MainFrame()->activateWindow();
+        QCoreApplication::processEvents();
+        return Frame();
+    }
+    static CCacheFrame* Frame() {
+        return MainFrame() != nullptr ? qobject_cast<CCacheFrame*>(MainFrame()->ActiveChild()) : nullptr;
+    }
+    static CCacheDocument& Document() { return *qobject_cast<CCacheDocument*>(Frame()->GetActiveDocument()); }
+    static QAbstractItemModel& Data() { return *Frame()->DataView().model(); }
+    static QLineEdit& Edit(const char* pszName) {
+        return *Frame()->DSView().findChild<QLineEdit*>(QLatin1String(pszName));
+    }
+    static void Retype(const char* pszName, const QString& strText) {
+        Edit(pszName).setFocus();
+        Edit(pszName).selectAll();
+        QTest::keyClicks(&Edit(pszName), strText);
+    }
+    // A command of the Cache menu.
+    void Command(const char* pszText) {
+        for (QAction* pMenuAction : MainFrame()->menuBar()->actions()) {
+            if (pMenuAction->text() != QLatin1String("&Cache"))
+                continue;
+            QMenu* pMenu = pMenuAction->menu();
+            pMenu->popup(QPoint());
+            QAction* pAction = Entry(*pMenu, pszText);
+            QVERIFY(pAction != nullptr && pAction->isEnabled());
+            pMenu->close();
+            pAction->trigger();
+            return;
+        }
+        QFAIL("no Cache menu");
+    }
+    // The button of the cache toolbar.
+    void Refresh() {
+        QAction* pAction = MainFrame()->CommandAction(ID_CACHE_REFRESH_DATA);
+        for (auto* pToolBar : MainFrame()->findChildren<QToolBar*>()) {
+            QWidget* pButton = pToolBar->widgetForAction(pAction);
+            if (pButton != nullptr && pButton->isVisible()) {
+                QTest::mouseClick(pButton, Qt::LeftButton);
+                return;
+            }
+        }
+        QFAIL("no button for Refresh Data");
+    }
+
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+    CFakeInterface m_user; // of the dialog alone
+    std::unique_ptr<CSessionRun> m_pRun;
+    QProcess m_process;
+    CCacheDoc m_document;
+    int m_nResult = -1;
+};
+
+QTEST_MAIN(CacheBrowserTest)
+#include "CacheBrowserTest.moc"

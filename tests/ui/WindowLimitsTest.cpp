@@ -1,0 +1,198 @@
+// What the window shows at its limits, and what stays of sessions that were opened and closed in it.
+#include "ui/SessionSupport.h"
+
+#include "shell/ui/CarvelotApp.h"
+#include "shell/ui/ToolBar.h"
+
+#include <QAbstractItemModelTester>
+#include <QFile>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+std::vector<std::string> Log() {
+    return DebugLog({
+        DebugLine("10:00:00.000001", "Calling Business function A from Level 1 (BSFNLevel = 1)", "5/6"),
+        DebugLine("10:00:00.000002", "IN->[  1] first", "5/6"),
+        DebugLine("10:00:00.000004", "SELECT X FROM T1", "5/6"),
+        DebugLine("10:00:02.500004", "Exiting DBPerformRequest", "5/6"),
+        DebugLine("10:00:02.500006", "Return value is 2 for A. (BSFNLevel = 1)", "5/6"),
+        DebugLine("10:00:02.500007", "Entering jdeCacheInit - Name:[Orders]", "5/6"),
+        DebugLine("10:00:02.500008", "Created new cache - hCache:[1]", "5/6"),
+        DebugLine("10:00:02.500009", "hCache:[1] Nm:[xOrders]", "5/6"),
+    });
+}
+
+std::string Steps(int nCount) {
+    std::string strBytes = TestSession::Joined(DebugLog({}));
+    for (int n = 0; n < nCount; ++n)
+        strBytes += DebugLine("10:00:07.000000", "On step " + std::to_string(n), "12/3") + "\n";
+    return strBytes;
+}
+
+// How many levels the tree has, and how many rows its last level.
+std::pair<int, int> DepthAndRows(const QAbstractItemModel& model) {
+    QModelIndex index;
+    int nDepth = 0;
+    int nRows = 0;
+    while (model.rowCount(index) > 0) {
+        nRows = model.rowCount(index);
+        index = model.index(0, 0, index);
+        ++nDepth;
+    }
+    return {nDepth, nRows};
+}
+
+qint64 OpenFiles() {
+    return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System).size();
+}
+
+} // namespace
+
+class WindowLimitsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() { m_pRun = std::make_unique<CSessionRun>(); }
+    void cleanup() { m_pRun.reset(); }
+
+    void aNodeShowsTheFirst260CharactersOfItsText() {
+        const std::string strStamp = "10:00:00.000000    ";
+        for (const std::size_t nLength : {259U, 260U, 261U, 8000U}) {
+            const std::string strText = "On " + std::string(nLength - strStamp.size() - 3, 'x');
+            CChildFrame* pFrame = m_pRun->Open(QStringLiteral("long%1.log").arg(nLength),
+                                               DebugLog({DebugLine("10:00:00.000000", strText, "5/6")}));
+            QVERIFY(pFrame != nullptr);
+            Select(pFrame, "Thread - 6");
+            const CDetailTreeModel& model = pFrame->DetailView().Model();
+            const std::string strWhole = strStamp + strText;
+            QCOMPARE(model.index(0, 0, {}).data().toString(),
+                     QString::fromStdString(strWhole.substr(0, 260)));
+            Click(pFrame->DetailView(), model.index(0, 0, {}));
+            QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QString::fromStdString(strText));
+        }
+    }
+
+    void aTreeHas500LevelsAndTheNextOnesNodesStandBesideTheLast() {
+        for (const auto& [nSteps, nDepth, nLast] :
+             std::initializer_list<std::tuple<int, int, int>>{{499, 499, 1}, {500, 500, 1}, {501, 500, 2}}) {
+            CChildFrame* pFrame =
+                m_pRun->Open(m_pRun->WriteBytes(QStringLiteral("deep%1.log").arg(nSteps), Steps(nSteps)));
+            QVERIFY(pFrame != nullptr);
+            Select(pFrame, "Thread - 3");
+            CDetailTreeModel& model = pFrame->DetailView().Model();
+            const QAbstractItemModelTester tester(&model,
+                                                  QAbstractItemModelTester::FailureReportingMode::QtTest);
+            QCOMPARE(DepthAndRows(model), std::pair(nDepth, nLast));
+            pFrame->CloseWindow();
+            CSessionRun::Settle();
+        }
+    }
+
+    void aToolBarTakesTheFirst200OfItsStoredButtons() {
+        CToolBar* pToolBar = m_pRun->Frame().NewUserToolBar(QStringLiteral("Many"));
+        for (const int nStored : {199, 200, 201, 5000}) {
+            pToolBar->SetStoredCommands(QStringList(nStored, QStringLiteral("0")).join(QLatin1Char(',')));
+            QCOMPARE(pToolBar->StoredCommands().count(QLatin1Char('0')), std::min(nStored, 200));
+        }
+    }
+
+    void aPictureOfMoreThan819200BytesGivesNoButtonImages() {
+        QImage strip(48, 16, QImage::Format_RGB32);
+        strip.fill(Qt::red);
+        const QString strPath = m_pRun->Path(QStringLiteral("images.bmp"));
+        QVERIFY(strip.save(strPath, "BMP"));
+        CToolBarImages images;
+        QVERIFY(QFile::resize(strPath, 819200));
+        QVERIFY(images.Load(strPath));
+        QCOMPARE(images.Count(), 3);
+        QVERIFY(QFile::resize(strPath, 819201));
+        QVERIFY(!CToolBarImages().Load(strPath));
+    }
+
+    void theRefreshPeriodWrapsAt32BitsAndStaysWithinATimersReach() {
+        CProcessPane& pane = m_pRun->Frame().m_wndProcessPane;
+        theApp().m_bAutoRefresh = true;
+        for (const auto& [nRate, nPeriod] : std::initializer_list<std::pair<std::int32_t, int>>{
+                 {0, 10},
+                 {1, 1000},
+                 {2147483, 2147483000},
+                 {2147484, 2147483647},
+                 {4294967, 2147483647},
+                 {4294968, 704}, // 4294968000 less 2^32
+                 {-1, 2147483647},
+             }) {
+            theApp().m_nRefreshRate = nRate;
+            pane.RestartTimer();
+            QCOMPARE(pane.TimerPeriod(), nPeriod);
+        }
+        theApp().m_bAutoRefresh = false;
+        pane.RestartTimer();
+    }
+
+    void aLogThatDoesNotLoadLeavesNoWindowBehind() {
+        const auto nWidgets = QApplication::allWidgets().size();
+        const auto nFiles = OpenFiles();
+        for (int n = 0; n < 20; ++n) {
+            QVERIFY(m_pRun->Open(m_pRun->WriteBytes(QStringLiteral("none.log"), "no log\n")) == nullptr);
+            QVERIFY(m_pRun->Open(m_pRun->Path(QStringLiteral("missing.log"))) == nullptr);
+            CSessionRun::Settle();
+        }
+        QCOMPARE(m_pRun->m_user.m_listMessages.size(), 40);
+        QCOMPARE(QApplication::allWidgets().size(), nWidgets);
+        QCOMPARE(OpenFiles(), nFiles);
+    }
+
+    void twoHundredSessionsOpenedAndClosedLeaveNothingBehind() {
+        const QString strLog = m_pRun->Write(QStringLiteral("a.log"), Log());
+        const QString strJas =
+            m_pRun->Write(QStringLiteral("jas.log"),
+                          JASLog({
+                              JASLine("09:00:01,000", "ANNIKA", "Branch record invalid", "WARN  "),
+                              JASLine("09:00:02,000", "TOMAS", "SELECT X FROM T1"),
+                          }));
+        CMainFrame& frame = m_pRun->Frame();
+        QList<QPointer<QObject>> listParts;
+        const auto openAndClose = [&](int nSession) {
+            CChildFrame* pFrame = m_pRun->Open(nSession % 2 == 0 ? strLog : strJas);
+            QVERIFY(pFrame != nullptr);
+            Select(pFrame, nSession % 2 == 0 ? "Thread - 6" : "TOMAS");
+            QVERIFY(pFrame->DetailView().Model().rowCount({}) > 0);
+            QCOMPARE(frame.m_wndSQLPane.List().Model().rowCount({}), 1);
+            for (QObject* pPart : std::initializer_list<QObject*>{
+                     pFrame, &pFrame->SessionDocument(), &pFrame->ThreadView(), &pFrame->ThreadView().Model(),
+                     &pFrame->DetailView(), &pFrame->DetailView().Model()})
+                listParts << pPart;
+            pFrame->CloseWindow();
+            CSessionRun::Settle();
+            QCOMPARE(frame.m_wndSQLPane.List().Model().rowCount({}), 0);
+        };
+        const auto count = [&] {
+            return std::tuple(frame.findChildren<QObject*>().size(), QApplication::allWidgets().size(),
+                              qApp->findChildren<QObject*>().size(), frame.ClientArea().Children().size(),
+                              OpenFiles());
+        };
+        for (int n = 0; n < 4; ++n)
+            openAndClose(n);
+        const auto before = count();
+        for (int n = 4; n < 200; ++n) {
+            openAndClose(n);
+            if (QTest::currentTestFailed())
+                return;
+        }
+        QVERIFY(count() == before);
+        QCOMPARE(listParts.size(), 200 * 6);
+        for (const QPointer<QObject>& pPart : listParts)
+            QVERIFY(pPart.isNull());
+        QCOMPARE(frame.m_wndBSFNPane.List().Model().rowCount({}), 0);
+        QCOMPARE(frame.m_wndTimingGapsPane.List().Model().rowCount({}), 0);
+    }
+
+private:
+    std::unique_ptr<CSessionRun> m_pRun;
+};
+
+QTEST_MAIN(WindowLimitsTest)
+#include "WindowLimitsTest.moc"
