@@ -11,6 +11,7 @@ Unicode true
 Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
+!include LogicLib.nsh
 !include x64.nsh
 
 Name "Carvelot"
@@ -48,15 +49,17 @@ VIAddVersionKey LegalCopyright "MIT licence"
 !insertmacro MUI_LANGUAGE English
 
 ; Nothing is changed while a file could not be replaced or removed.
-!macro RequireNotRunning ABORT
-    IfFileExists "$INSTDIR\carvelot.exe" 0 +7
-    ClearErrors
-    FileOpen $0 "$INSTDIR\carvelot.exe" a
-    IfErrors 0 +4
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Carvelot is running, or its files are protected. Close it and try again." /SD IDOK
-    SetErrorLevel 2
-    ${ABORT}
-    FileClose $0
+!macro RequireNotRunning
+    ${If} ${FileExists} "$INSTDIR\carvelot.exe"
+        ClearErrors
+        FileOpen $0 "$INSTDIR\carvelot.exe" a
+        ${If} ${Errors}
+            MessageBox MB_OK|MB_ICONEXCLAMATION "Carvelot is running, or its files are protected. Close it and try again." /SD IDOK
+            SetErrorLevel 2
+            Abort
+        ${EndIf}
+        FileClose $0
+    ${EndIf}
 !macroend
 
 Function .onInit
@@ -76,11 +79,12 @@ Function .onInit
 FunctionEnd
 
 Section
-    !insertmacro RequireNotRunning Abort
+    !insertmacro RequireNotRunning
     SetOutPath "$INSTDIR"
     ; What an earlier version had and this one has not does not stay behind.
-    IfFileExists "$INSTDIR\uninstall.exe" 0 +2
-    ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+    ${If} ${FileExists} "$INSTDIR\uninstall.exe"
+        ExecWait '"$INSTDIR\uninstall.exe" /S _?=$INSTDIR'
+    ${EndIf}
     File /r "${STAGE}\*"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     CreateShortcut "$SMPROGRAMS\Carvelot.lnk" "$INSTDIR\carvelot.exe" "" "" "" "" "" "Analyses JD Edwards debug logs"
@@ -115,7 +119,7 @@ Function un.onInit
 FunctionEnd
 
 Section Uninstall
-    !insertmacro RequireNotRunning Abort
+    !insertmacro RequireNotRunning
     ; Our own files, one by one: what a user has put beside the program, such as Skelmond.DLL, is not ours to remove.
     !include "${FILES}.delete.nsh"
     Delete "$INSTDIR\uninstall.exe"

@@ -214,9 +214,39 @@ TEST(ProfileFile, OnWindowsABareNameIsAFileOfTheWindowsFolder) {
     EXPECT_EQ(Read("CARVELOT-TEST.INI", "A", "k"), "v");
     std::filesystem::remove(path);
 }
+
+TEST(ProfileFile, OnWindowsBytesWithoutAMarkAreOfTheAnsiCodePage) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[A]\nold=\xFC\nnew=\xC3\xBC\n");
+    if (GetACP() != 1252)
+        GTEST_SKIP() << "the bytes are other letters in code page " << GetACP();
+    EXPECT_EQ(Read(file, "A", "old"), "\xC3\xBC");
+    EXPECT_EQ(Read(file, "A", "new"), "\xC3\x83\xC2\xBC");
+}
 #else
 
-// Wine folds no letters but those of ASCII.
+// Where these differ from what the same calls do under Wine, this is why.
+
+// There is no ANSI code page here: the machine's own texts are UTF-8, as a log's lines are.
+TEST(ProfileFile, BytesWithoutAMarkAreUtf8WhereTheyCanBeAndWindows1252Else) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[A]\nold=\xFC\nnew=\xC3\xBC\n");
+    EXPECT_EQ(Read(file, "A", "old"), "\xC3\xBC");
+    EXPECT_EQ(Read(file, "A", "new"), "\xC3\xBC");
+}
+
+// The quotes go before the cut. Wine cuts with the room for the quotes already taken off, and so one
+// character early when the text within them just fills the buffer.
+TEST(ProfileFile, AQuotedValueIsCutAsItsTextIs) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[A]\nk=\"abcdef\"\n");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 8, file), "abcdef");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 7, file), "abcdef");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 6, file), "abcde");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 2, file), "a");
+}
+
+// Windows folds names by its table of simple upper-case letters; Wine folds none but those of ASCII.
 TEST(ProfileFile, NamesBeyondAsciiCompareWithoutCaseToo) {
     const TestFolder folder;
     const std::string file = folder.Write("f.ini", Utf16(u"[\u00C4rger]\r\n\u03C3=x\u00FC\r\n", false));
@@ -273,6 +303,8 @@ TEST(ProfileFile, AWriteToAMissingFileMakesIt) {
     EXPECT_EQ(folder.Read("new.ini"), "[A]\nk=v\n");
 }
 
+// "[]" is a section like any other here. What the calls of Windows do with an empty name is stated nowhere,
+// and Wine takes it for the lines above the first header: there our own reads answer with the default.
 TEST(ProfileFile, AWriteToASectionWithoutANameMakesThatSection) {
     const TestFolder folder;
     const std::string file = folder.Write("f.ini", "[A]\nk=1\n");

@@ -106,7 +106,7 @@ private slots:
     void init() {
         m_pFolder = std::make_unique<QTemporaryDir>();
         qputenv("CARVELOT_SIMULATOR_DIR", m_pFolder->path().toUtf8());
-        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/libraries");
+        UseLibraryFolder(CARVELOT_SIMULATOR "/libraries");
     }
     void cleanup() {
         m_pRun.reset();
@@ -526,12 +526,12 @@ private slots:
         Browse(QStringLiteral("int a;"));
         Refresh();
         QCOMPARE(Data().rowCount(), 3);
-        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
+        UseLibraryFolder(CARVELOT_SIMULATOR "/without/SkelmondCacheFetchProcessor");
         User().m_listMessages.clear();
         Refresh();
         QCOMPARE(User().m_listMessages, QStringList{"Get Proc address failed"});
         QCOMPARE(Data().rowCount(), 0);
-        qputenv("CARVELOT_LIBRARY_DIR", m_pFolder->path().toUtf8());
+        UseLibraryFolder(ToUtf8(m_pFolder->path()));
         User().m_listMessages.clear();
         Refresh();
         QCOMPARE(User().m_listMessages, QStringList{"Cannot Load Skelmond.DLL"});
@@ -659,7 +659,7 @@ private:
     }
 
     void UseManyRows(const char* pszRows) {
-        qputenv("CARVELOT_LIBRARY_DIR", CARVELOT_MANY_ROWS);
+        UseLibraryFolder(CARVELOT_MANY_ROWS);
         qputenv("CARVELOT_MANY_ROWS", pszRows);
     }
     void StartProgram() {
@@ -672,7 +672,11 @@ private:
     CCachePane& OpenLog() {
         const QString strProgram = m_pFolder->filePath(ToQString(kFda));
         const QString strLog = m_pFolder->filePath(QStringLiteral("jdedebug.log"));
+#ifdef Q_OS_WIN
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), strProgram);
+#else
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+#endif
         m_process.start(strProgram, {"--log", strLog, "--pace", "0", "--tracing"});
         m_process.waitForStarted();
         m_process.write("round\n");

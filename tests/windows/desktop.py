@@ -87,8 +87,8 @@ class Desktop:
         self.environment["DISPLAY"] = ":" + number.decode().strip()
         self.started = []
         # A Wine without the faces of Windows falls back to one with serifs.
-        for face in ("Tahoma", "Segoe UI", "MS Shell Dlg", "MS Shell Dlg 2"):
-            self.run("reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", face, "/d", "Liberation Sans", "/f")
+        for face, other in (("Tahoma", "DejaVu Sans"), ("Segoe UI", "DejaVu Sans"), ("Courier New", "Liberation Mono")):
+            self.run("reg", "add", r"HKCU\Software\Wine\Fonts\Replacements", "/v", face, "/d", other, "/f")
         return self
 
     def __exit__(self, *_):

@@ -186,6 +186,14 @@ def check_installer(desktop, installer, stage, libraries, screenshots):
     desktop.run(installer, "/S", "/D=" + elsewhere)
     folder = native(desktop, elsewhere)
     check_companion(desktop, folder, libraries, screenshots, "installed-companion")
+    running = desktop.start(elsewhere + "\\carvelot.exe")
+    desktop.window("Carvelot")
+    equal("while the program runs nothing is installed", desktop.output(installer, "/S")[0], 2)
+    equal("and nothing is removed", names_below(folder), sorted(names_below(stage) + ["Skelmond.DLL", "uninstall.exe"]))
+    while running.poll() is None:
+        for window in desktop.windows():
+            desktop.close(window)
+        time.sleep(0.5)
     desktop.run(installer, "/S")
     equal("a second installation stays in the place of the first", desktop.registry(UNINSTALL)["InstallLocation"],
           ("REG_SZ", elsewhere))
