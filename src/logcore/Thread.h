@@ -16,7 +16,8 @@ public:
 
     // Whether a step is a silence; if so, `seconds` is set.
     bool IsGap(std::uint64_t time, std::uint64_t last, float& seconds) const {
-        if (time - last < m_nSurelyNone) {
+        // Out of odd stamps a time can be any 64-bit number: a step back across 0 is still a step back.
+        if (time >= last && time - last < m_nSurelyNone) {
             return false;
         }
         seconds = ElapsedSeconds(time, last);

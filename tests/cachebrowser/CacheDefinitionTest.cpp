@@ -9,6 +9,11 @@
 #include <chrono>
 #include <random>
 
+#ifndef _WIN32
+#include <csignal>
+#include <sys/resource.h>
+#endif
+
 namespace carvelot {
 namespace {
 
@@ -115,7 +120,7 @@ TEST(CacheDefinitionTest, LengthsCountUtf16UnitsAndHaveThreeForms) {
         EXPECT_EQ(ReadCacheDefinition(strBytes, read), EArchiveError::None);
         ExpectEqual(read, structure);
         const std::size_t nAt = Bytes(std::string("01 00") + kClass).size() + 14;
-        return strBytes.substr(nAt, strBytes.find("x", nAt) - nAt);
+        return strBytes.substr(nAt, strBytes.find('x', nAt) - nAt);
     };
     EXPECT_EQ(header(1), Bytes("FF FE FF 01"));
     EXPECT_EQ(header(254), Bytes("FF FE FF FE"));
@@ -325,6 +330,24 @@ TEST(CacheDefinitionTest, AFailedSaveLeavesTheFileAsItWas) {
 }
 
 #ifndef _WIN32
+TEST(CacheDefinitionTest, ASaveThatFailsHalfWayLeavesTheFileAsItWas) {
+    test::TestFolder folder;
+    folder.Write("old.cds", "old");
+    CCacheDS structure;
+    structure.m_members.push_back(Member(1, 4, 1, std::string(100000, 'x'), "int"));
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    auto* const pfnBefore = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{8192, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string strMessage = SaveCacheDefinition(folder.Path("old.cds"), structure);
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, pfnBefore);
+    EXPECT_THAT(strMessage, HasSubstr(folder.Path("old.cds")));
+    EXPECT_EQ(folder.Read("old.cds"), "old");
+    EXPECT_THAT(folder.Names(), ElementsAre("old.cds"));
+}
+
 TEST(CacheDefinitionTest, AFullDiskIsReported) {
     CCacheDS structure;
     structure.m_members.push_back(Member(1, 4, 1, std::string(100000, 'x'), "int"));

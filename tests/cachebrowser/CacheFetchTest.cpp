@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstring>
 #include <functional>
@@ -47,7 +48,8 @@ public:
             return 0;
         }
         const auto& row = m_listRows[m_nNext++];
-        std::memcpy(pRow, row.data(), std::min(row.size(), static_cast<std::size_t>(nRowSize)));
+        std::copy_n(row.data(), std::min(row.size(), static_cast<std::size_t>(nRowSize)),
+                    static_cast<unsigned char*>(pRow));
         nCursor = m_nNext;
         return 0;
     }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 namespace carvelot {
@@ -139,7 +139,7 @@ std::string s_strBlock; // what the next formatting leaves
 
 std::int32_t Format(char16_t* pText, const void* pNumber) {
     s_strGiven.assign(static_cast<const char*>(pNumber), 50);
-    std::memcpy(pText, s_strBlock.data(), s_strBlock.size());
+    std::copy(s_strBlock.begin(), s_strBlock.end(), reinterpret_cast<char*>(pText));
     return 0;
 }
 
@@ -161,12 +161,13 @@ TEST(DecodeMemberTest, AMathNumericIsFormattedByItsLibrary) {
 }
 
 TEST(DecodeMemberTest, ABlockThatLooksLikeUnicodeIsReadAs8BitText) {
-    // 64 units without any zero: the test takes them for UTF-16, so they are read as bytes.
-    s_strBlock.clear();
-    for (int n = 0; n < 64; ++n)
-        s_strBlock += "7\x30";
-    EXPECT_EQ(DecodeAs("MATH_NUMERIC", 1, {}, Format).substr(0, 4), "7070");
-    EXPECT_EQ(DecodeAs("MATH_NUMERIC", 1, {}, Format).size(), 128U);
+    // 64 units without a zero, behind the mark of UTF-16: the test takes them for it, so they are read as
+    // bytes.
+    s_strBlock = "\xFF\xFE";
+    while (s_strBlock.size() < 128)
+        s_strBlock.append("7\0", 2);
+    EXPECT_EQ(DecodeAs("MATH_NUMERIC", 1, {}, Format), "\xC3\xBF\xC3\xBE"
+                                                       "7");
 }
 
 TEST(DecodeMemberTest, WhatStandsOutsideTheRowReadsAsZero) {
@@ -186,8 +187,9 @@ TEST(DecodeMemberTest, WhatStandsOutsideTheRowReadsAsZero) {
     EXPECT_EQ(Decode(*pWide, row, 3), "b");
     EXPECT_EQ(Decode(*structure.CreateMember("bool", ""), row, 9), "False");
     EXPECT_EQ(Decode(*structure.CreateMember("JDEDATE", ""), row, 3), "");
-    EXPECT_EQ(Decode(*structure.CreateMember("MATH_NUMERIC", ""), row, 3, Format).empty(),
-              s_strBlock.empty());
+    s_strBlock.clear();
+    EXPECT_EQ(Decode(*structure.CreateMember("MATH_NUMERIC", ""), row, 3, Format), "");
+    EXPECT_EQ(s_strGiven, "b" + std::string(49, '\0')) << "the number's bytes end with the row";
 }
 
 } // namespace

@@ -66,6 +66,16 @@ TEST(AddDetail, ShowsOneHugeGapAcrossMidnight) {
     EXPECT_GT(session.Record(2).m_fGap, 1.8e13F);
 }
 
+TEST(AddDetail, TakesAStepBackAcross0ForOne) {
+    // A negative hour is a time shortly below 2^64: the next one is smaller, whatever its distance.
+    AnalysisSettings settings;
+    settings.m_fThreshold = 46799;
+    const TestSession session(
+        DebugLog({DebugLine("-1:00:00.000000", "On x"), DebugLine("00:02:03.000000", "On y")}), settings);
+    EXPECT_EQ(session.Record(2).m_fGap, 50523.0F);
+    EXPECT_EQ(Numbers(session.m_doc.m_listGaps), Indices{2});
+}
+
 TEST(AddDetail, TakesEveryMeasuredGapUnderAThresholdOf0) {
     AnalysisSettings settings;
     settings.m_fThreshold = 0;

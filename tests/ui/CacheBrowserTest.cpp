@@ -582,6 +582,25 @@ private slots:
         QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
     }
 
+    void tenThousandMembersStayUsable() {
+        UseManyRows("100");
+        StartProgram();
+        QString strTypedef;
+        for (int n = 0; n < 10000; ++n)
+            strTypedef += QStringLiteral("int nMember%1; ").arg(n);
+        QElapsedTimer timer;
+        timer.start();
+        CCacheFrame& frame = *Browse(strTypedef);
+        Refresh();
+        QCOMPARE(Data().columnCount(), 10000);
+        QCOMPARE(frame.DSView().List().Model().rowCount(), 10000);
+        QCOMPARE(CellsOf(Data(), 99).first(2), (QStringList{"99", "7274610"})); // "ro" of "row 99"
+        frame.DataView().grab();
+        frame.DataView().scrollTo(Data().index(99, 9999));
+        frame.DataView().grab();
+        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    }
+
     void escStopsACursorThatNeverEndsAndTheRowsStay() {
         UseManyRows("endless");
         StartProgram();

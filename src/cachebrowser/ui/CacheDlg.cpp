@@ -55,12 +55,13 @@ QLabel* Label(const QString& strText, QWidget* pBuddy) {
 
 } // namespace
 
-CCacheDlg::CCacheDlg(CCacheDoc& document) : QDialog(QApplication::activeWindow()), m_pDoc(&document) {
+CCacheDlg::CCacheDlg(CCacheDoc& document)
+    : QDialog(QApplication::activeWindow()), m_pDoc(&document), m_pWorkDS(std::make_unique<CCacheDS>()) {
     setWindowTitle(tr("Define Cache Structure"));
 
-    m_strCacheName = Named(new QLineEdit, "CacheName", tr("Cache name"));
-    m_strInstance = Named(new QLineEdit, "Instance", tr("Instance"));
-    m_strColumnName = Named(new QLineEdit, "ColumnName", tr("Column name"));
+    m_editCacheName = Named(new QLineEdit, "CacheName", tr("Cache name"));
+    m_editInstance = Named(new QLineEdit, "Instance", tr("Instance"));
+    m_editColumnName = Named(new QLineEdit, "ColumnName", tr("Column name"));
     m_cmbType = Named(new QComboBox, "DataType", tr("Data type"));
     m_editArraySize = Named(new QLineEdit, "Array", tr("Array size"));
     m_lstColumns = new CListCtrl(kMemberColumns, tr("Cache columns"), this);
@@ -73,12 +74,12 @@ CCacheDlg::CCacheDlg(CCacheDoc& document) : QDialog(QApplication::activeWindow()
     QPushButton* pParse = Button(tr("Parse"), "Parse");
 
     const int nCharacter = fontMetrics().averageCharWidth();
-    m_strCacheName->setReadOnly(true);
-    m_strInstance->setReadOnly(true);
+    m_editCacheName->setReadOnly(true);
+    m_editInstance->setReadOnly(true);
     m_editArraySize->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), m_editArraySize));
     m_editArraySize->setFixedWidth(nCharacter * 10 + 24);
-    m_strColumnName->setMinimumWidth(nCharacter * 18);
+    m_editColumnName->setMinimumWidth(nCharacter * 18);
     m_lstColumns->Model().SetSortable(false);
     m_lstColumns->setMinimumHeight(m_lstColumns->fontMetrics().lineSpacing() * 8);
     m_editStructure->setLineWrapMode(QPlainTextEdit::NoWrap);
@@ -86,14 +87,14 @@ CCacheDlg::CCacheDlg(CCacheDoc& document) : QDialog(QApplication::activeWindow()
     m_editStructure->setMinimumHeight(m_editStructure->fontMetrics().lineSpacing() * 6);
 
     auto* pCache = new QHBoxLayout;
-    pCache->addWidget(Label(tr("Name"), m_strCacheName));
-    pCache->addWidget(m_strCacheName, 1);
-    pCache->addWidget(Label(tr("Instance"), m_strInstance));
-    pCache->addWidget(m_strInstance, 1);
+    pCache->addWidget(Label(tr("Name"), m_editCacheName));
+    pCache->addWidget(m_editCacheName, 1);
+    pCache->addWidget(Label(tr("Instance"), m_editInstance));
+    pCache->addWidget(m_editInstance, 1);
 
     auto* pMember = new QHBoxLayout;
-    pMember->addWidget(Label(tr("Name"), m_strColumnName));
-    pMember->addWidget(m_strColumnName, 1);
+    pMember->addWidget(Label(tr("Name"), m_editColumnName));
+    pMember->addWidget(m_editColumnName, 1);
     pMember->addWidget(Label(tr("Datatype"), m_cmbType));
     pMember->addWidget(m_cmbType);
     pMember->addWidget(Label(tr("Array"), m_editArraySize));
@@ -135,25 +136,25 @@ CCacheDlg::CCacheDlg(CCacheDoc& document) : QDialog(QApplication::activeWindow()
     resize(std::max(620, sizeHint().width()), std::max(480, sizeHint().height()));
     QWidget* pLast = nullptr;
     for (QWidget* pNext : std::initializer_list<QWidget*>{
-             m_strColumnName, m_cmbType, m_editArraySize, pAdd, m_lstColumns, pRemove, pLoad, pSave,
+             m_editColumnName, m_cmbType, m_editArraySize, pAdd, m_lstColumns, pRemove, pLoad, pSave,
              m_editStructure, pParse, pButtons->button(QDialogButtonBox::Ok),
-             pButtons->button(QDialogButtonBox::Cancel), m_strCacheName, m_strInstance}) {
+             pButtons->button(QDialogButtonBox::Cancel), m_editCacheName, m_editInstance}) {
         if (pLast != nullptr)
             setTabOrder(pLast, pNext);
         pLast = pNext;
     }
-    m_strColumnName->setFocus();
+    m_editColumnName->setFocus();
 
-    m_strCacheName->setText(ToQString(m_pDoc->m_strName));
-    m_strInstance->setText(ToQString(m_pDoc->m_strInstance));
-    m_strCacheName->setCursorPosition(0);
-    m_strInstance->setCursorPosition(0);
-    m_workDS.CopyMembers(m_pDoc->m_cacheDS);
+    m_editCacheName->setText(ToQString(m_pDoc->m_strName));
+    m_editInstance->setText(ToQString(m_pDoc->m_strInstance));
+    m_editCacheName->setCursorPosition(0);
+    m_editInstance->setCursorPosition(0);
+    m_pWorkDS->CopyMembers(m_pDoc->m_cacheDS);
     for (const char* pszType : kTypes)
         m_cmbType->insertItem(0, QLatin1String(pszType));
     m_cmbType->setCurrentIndex(-1);
     m_editArraySize->setText(QString::number(m_nArraySize));
-    m_workDS.FillMemberList(*this);
+    m_pWorkDS->FillMemberList(*this);
 
     connect(pAdd, &QPushButton::clicked, this, &CCacheDlg::OnAdd);
     connect(pRemove, &QPushButton::clicked, this, &CCacheDlg::OnRemove);
@@ -174,7 +175,9 @@ void CCacheDlg::Fill(std::vector<std::shared_ptr<CMember>> listRows) {
     m_lstColumns->Fill(&m_rows);
 }
 
-bool CCacheDlg::ReadArraySize() {
+bool CCacheDlg::UpdateData() {
+    m_strColumnName = m_editColumnName->text();
+    m_strDataType = m_cmbType->currentText();
     const std::string strText = ToUtf8(m_editArraySize->text());
     std::size_t nPosition = 0;
     QString strMessage;
@@ -191,27 +194,27 @@ bool CCacheDlg::ReadArraySize() {
 }
 
 void CCacheDlg::OnAdd() {
-    if (!ReadArraySize())
+    if (!UpdateData())
         return;
-    if (m_strColumnName->text().isEmpty())
+    if (m_strColumnName.isEmpty())
         return UserInterface().ShowMessage(QStringLiteral("Column name is required"));
-    if (m_cmbType->currentText().isEmpty())
+    if (m_strDataType.isEmpty())
         return UserInterface().ShowMessage(QStringLiteral("Data Type is required"));
-    std::shared_ptr<CMember> pMember = m_workDS.CreateMember(ToUtf8(m_cmbType->currentText()), {});
+    std::shared_ptr<CMember> pMember = m_pWorkDS->CreateMember(ToUtf8(m_strDataType), {});
     if (pMember == nullptr)
         return UserInterface().ShowMessage(QStringLiteral("Failed to create member"));
     pMember->m_count = m_nArraySize;
-    CCacheDS::SetMemberName(*pMember, ToUtf8(m_strColumnName->text()));
-    m_workDS.m_members.push_back(std::move(pMember));
-    m_workDS.FillMemberList(*this);
+    CCacheDS::SetMemberName(*pMember, ToUtf8(m_strColumnName));
+    m_pWorkDS->m_members.push_back(std::move(pMember));
+    m_pWorkDS->FillMemberList(*this);
     m_lstColumns->scrollToBottom();
 }
 
 void CCacheDlg::OnParse() {
     std::string strText = ToUtf8(m_editStructure->toPlainText());
-    m_workDS.ParseTypedef(strText);
-    m_workDS.FillMemberList(*this);
-    UserInterface().ShowMessage(QStringLiteral(" size: %1").arg(m_workDS.GetRowSize()));
+    m_pWorkDS->ParseTypedef(strText);
+    m_pWorkDS->FillMemberList(*this);
+    UserInterface().ShowMessage(QStringLiteral(" size: %1").arg(m_pWorkDS->GetRowSize()));
 }
 
 void CCacheDlg::OnRemove() {
@@ -220,7 +223,7 @@ void CCacheDlg::OnRemove() {
         return;
     // After a load that failed the list still shows members that are no longer there.
     std::vector<std::shared_ptr<CMember>> listRows = m_rows.m_listRows;
-    std::erase(m_workDS.m_members, listRows[static_cast<std::size_t>(nRow)]);
+    std::erase(m_pWorkDS->m_members, listRows[static_cast<std::size_t>(nRow)]);
     listRows.erase(listRows.begin() + nRow);
     const int nScrolled = m_lstColumns->verticalScrollBar()->value();
     Fill(std::move(listRows));
@@ -236,9 +239,9 @@ void CCacheDlg::OnLoad() {
         {tr("Open"), QStringLiteral("cds"), QStringLiteral("*.cds"), QLatin1String(kDefinitionFilter)});
     if (!strPath)
         return;
-    const std::string strMessage = LoadCacheDefinition(ToUtf8(*strPath), m_workDS);
+    const std::string strMessage = LoadCacheDefinition(ToUtf8(*strPath), *m_pWorkDS);
     if (strMessage.empty())
-        m_workDS.FillMemberList(*this);
+        m_pWorkDS->FillMemberList(*this);
     else
         UserInterface().ShowMessage(ToQString(strMessage));
 }
@@ -248,14 +251,14 @@ void CCacheDlg::OnSave() {
         {tr("Save As"), QStringLiteral("cds"), QStringLiteral("Cache"), QLatin1String(kDefinitionFilter)});
     if (!strPath)
         return;
-    const std::string strMessage = SaveCacheDefinition(ToUtf8(*strPath), m_workDS);
+    const std::string strMessage = SaveCacheDefinition(ToUtf8(*strPath), *m_pWorkDS);
     if (!strMessage.empty())
         UserInterface().ShowMessage(ToQString(strMessage));
 }
 
 void CCacheDlg::OnOk() {
-    m_pDoc->m_cacheDS.CopyMembers(m_workDS);
-    m_workDS.Clear();
+    m_pDoc->m_cacheDS.CopyMembers(*m_pWorkDS);
+    m_pWorkDS->Clear();
     accept();
 }
 

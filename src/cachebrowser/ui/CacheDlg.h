@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <memory>
+
 class QComboBox;
 class QLineEdit;
 class QPlainTextEdit;
@@ -29,16 +31,19 @@ private:
     void OnLoad();
     void OnSave();
     void OnOk();
-    // The Array box, or nothing after a message when it does not hold an allowed number.
-    bool ReadArraySize();
+    // Takes over what the controls for a new column say; false after a message when the Array box does not
+    // hold an allowed number.
+    bool UpdateData();
 
     CCacheDoc* m_pDoc;
-    CCacheDS m_workDS;
+    std::unique_ptr<CCacheDS> m_pWorkDS;
     CMemberRows m_rows;
+    QString m_strColumnName;
+    QString m_strDataType;
     std::int32_t m_nArraySize = 1;
-    QLineEdit* m_strCacheName;
-    QLineEdit* m_strInstance;
-    QLineEdit* m_strColumnName;
+    QLineEdit* m_editCacheName;
+    QLineEdit* m_editInstance;
+    QLineEdit* m_editColumnName;
     QComboBox* m_cmbType;
     QLineEdit* m_editArraySize;
     CListCtrl* m_lstColumns;
