@@ -61,10 +61,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         // Once it is there it is written in its place, and writing it again changes nothing.
         fuzz::Require(platform::WriteProfileText("SVR", key, value, file.Path()), "again");
         fuzz::Require(file.Read() == after, "the same value once more changes nothing");
-        // All bytes of the file are still there, in their order, but for one earlier value, and half a unit
-        // at its end.
-        if ((input.starts_with("\xFF\xFE") || input.starts_with("\xFE\xFF")) && input.size() % 2 != 0) {
-            input.remove_suffix(1);
+        // All bytes of the file are still there, in their order, but for one earlier value. In UTF-16 bytes
+        // are no characters.
+        if (input.starts_with("\xFF\xFE") || input.starts_with("\xFE\xFF")) {
+            return 0;
         }
         const std::string_view now = after;
         const std::size_t same = static_cast<std::size_t>(
