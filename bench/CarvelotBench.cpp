@@ -2,6 +2,7 @@
 // same run.
 //
 //   carvelot_bench [--carvelot_log=FILE] [--carvelot_size=MEGABYTES] [Google Benchmark's options]
+//                                           without a file or a size: logs of 100 MB, 200 MB and 1 GB
 //   carvelot_bench --carvelot_peak=FILE     loads FILE and prints the peak of its own memory, in bytes
 #include "LogGenerator.h"
 
@@ -177,30 +178,33 @@ std::uint64_t PeakOf(const std::string& program, const std::string& path) {
     return bytes;
 }
 
+void PrintRow(const std::string& name, const std::string& ratio, double measured, double target) {
+    std::printf("| %-10s | %-25s | %8.3f | %6.2f |\n", name.c_str(), ratio.c_str(), measured, target);
+}
+
 void PrintRatios(const CRatioReporter& reporter, const std::string& name, const std::string& path,
                  const std::string& program) {
-    const auto row = [&](const char* what, const char* over, double limit) {
+    const auto row = [&](const std::string& what, const std::string& over, double target) {
         const auto a = reporter.SecondsOf(name + "/" + what);
         const auto b = reporter.SecondsOf(name + "/" + over);
         if (a && b) {
-            std::printf("| %-5s | %-5s over %-14s | %8.2f | %6.2f |\n", name.c_str(), what, over, *a / *b,
-                        limit);
+            PrintRow(name, what + " over " + over, *a / *b, target);
         }
     };
-    row("load", "read-and-split", 12);
-    row("tree", "load", 0.25);
-    row("find", "grep", 1.5);
+    row("load", "read-and-split", 6);
+    row("tree", "load", 0.1);
+    row("find", "grep", 1);
     row("close", "load", 0.02);
     const double peak = static_cast<double>(PeakOf(program, path));
-    std::printf("| %-5s | %-25s | %8.2f | %6.2f |\n", name.c_str(), "peak memory over file",
-                peak / static_cast<double>(std::filesystem::file_size(path)), 2.0);
+    PrintRow(name, "peak memory over file", peak / static_cast<double>(std::filesystem::file_size(path)),
+             1.3);
 }
 
 } // namespace
 
 int Main(int argc, char** argv) {
     std::vector<std::string> files;
-    std::uint64_t megabytes = 200;
+    std::vector<std::uint64_t> sizes;
     std::vector<char*> rest;
     for (int i = 0; i < argc; ++i) {
         const std::string_view argument = argv[i];
@@ -212,24 +216,30 @@ int Main(int argc, char** argv) {
         if (argument.starts_with("--carvelot_log=")) {
             files.emplace_back(argument.substr(15));
         } else if (argument.starts_with("--carvelot_size=")) {
-            megabytes = std::strtoull(argv[i] + 16, nullptr, 10);
+            sizes.push_back(std::strtoull(argv[i] + 16, nullptr, 10));
         } else {
             rest.push_back(argv[i]);
         }
     }
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() / ("carvelot-bench-" + std::to_string(megabytes));
+    const bool scales = files.empty() && sizes.empty();
+    if (scales) {
+        sizes = {100, 200, 1000};
+    }
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / "carvelot-bench";
     std::vector<std::pair<std::string, std::string>> logs;
     for (const std::string& file : files) {
         logs.emplace_back("log" + std::to_string(logs.size() + 1), file);
     }
-    if (logs.empty()) {
+    if (files.empty()) {
         std::filesystem::create_directories(folder);
-        for (const char* kind : {"debug", "jas"}) {
-            const std::string path = (folder / (std::string(kind) + ".log")).string();
-            std::ofstream out(path, std::ios::binary);
-            (std::strcmp(kind, "debug") == 0 ? WriteDebugLog : WriteJASLog)(out, megabytes << 20U, 1);
-            logs.emplace_back(kind, path);
+        for (const std::uint64_t megabytes : sizes) {
+            for (const char* kind : {"debug", "jas"}) {
+                const std::string name = std::string(kind) + "-" + std::to_string(megabytes);
+                const std::string path = (folder / (name + ".log")).string();
+                std::ofstream out(path, std::ios::binary);
+                (std::strcmp(kind, "debug") == 0 ? WriteDebugLog : WriteJASLog)(out, megabytes << 20U, 1);
+                logs.emplace_back(name, path);
+            }
         }
     }
     for (const auto& [name, path] : logs) {
@@ -239,11 +249,19 @@ int Main(int argc, char** argv) {
     benchmark::Initialize(&count, rest.data());
     CRatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    std::printf("\n| log   | ratio                     | measured | target "
-                "|\n|-------|---------------------------|---------:"
-                "|-------:|\n");
+    std::printf("\n| log        | ratio                     | measured | target |\n"
+                "|------------|---------------------------|---------:|-------:|\n");
     for (const auto& [name, path] : logs) {
         PrintRatios(reporter, name, path, argv[0]);
+    }
+    if (scales) {
+        for (const std::string kind : {"debug", "jas"}) {
+            const auto small = reporter.SecondsOf(kind + "-100/load");
+            const auto large = reporter.SecondsOf(kind + "-1000/load");
+            if (small && large) {
+                PrintRow(kind, "load of 10 times the log", *large / *small, 10.5);
+            }
+        }
     }
     if (files.empty()) {
         std::filesystem::remove_all(folder);
