@@ -101,9 +101,11 @@ QStringList TitlesOf(const QAbstractItemModel& model) {
 // A new Wine's form, that of the United States.
 constexpr const char* kRequested = "2/22/2025";
 constexpr const char* kRequestedLater = "4/22/2025";
+constexpr const char* kEntered = "6/22/2025";
 #else
 constexpr const char* kRequested = "2025-02-22";
 constexpr const char* kRequestedLater = "2025-04-22";
+constexpr const char* kEntered = "2025-06-22";
 #endif
 
 } // namespace
@@ -437,7 +439,7 @@ private slots:
         QCOMPARE(pFrame->DSView().List().Model().rowCount(), 3);
         Refresh();
         QCOMPARE(Data().rowCount(), 1);
-        QCOMPARE(CellsOf(Data(), 0), (QStringList{"Capital Supply", "1001", "2025-06-22"}));
+        QCOMPARE(CellsOf(Data(), 0), (QStringList{"Capital Supply", "1001", kEntered}));
 
         // A process that is none.
         document.Cache().m_bCacheValid = true;
