@@ -226,7 +226,7 @@ RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
     packed.ownLabel = detail.labelRunsOn ? 1 : 0;
     if (detail.stored.size() < CTextStore::kLongest) {
         packed.textLength = detail.text.size() & 0xFFFFFFU;
-        packed.textOffset = m_texts.AddShared(detail.stored, detail.labelRunsOn) & 0xFFFFFFFFFFU;
+        packed.textOffset = m_texts.Add(detail.stored, detail.labelRunsOn) & 0xFFFFFFFFFFU;
     } else {
         // A statement that its parameters made long; no line is that long.
         packed.odd = 1;

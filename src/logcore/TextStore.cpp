@@ -25,7 +25,6 @@ std::string_view CTextStore::Keep(std::string_view text) {
 void CTextStore::Clear() {
     m_bytes.Clear();
     m_large.clear();
-    m_recent.fill({});
 }
 
 } // namespace carvelot

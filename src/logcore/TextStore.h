@@ -1,10 +1,8 @@
 // The one home of a session's texts: bytes appended, never moved, freed all at once.
 #pragma once
 
-#include "logcore/ByteScan.h"
 #include "logcore/PagedArray.h"
 
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -42,27 +40,6 @@ public:
         return m_bytes.Size() - size;
     }
 
-    // The same for a text that a recent one may equal: then that one serves for both. Many lines of a log are
-    // the same but for their stamps.
-    Offset AddShared(std::string_view text, bool ended) {
-        if (text.size() < 8) {
-            return Add(text, ended);
-        }
-        const char* const first = text.data();
-        const char* const last = first + text.size() - 8;
-        const std::uint64_t mixed =
-            ((Load64(first) * 31 + Load64(first + text.size() / 2 - 4)) * 31 + Load64(last)) *
-            0x9E3779B97F4A7C15U;
-        RecentText& recent = m_recent[mixed >> 54U];
-        const auto key = static_cast<std::uint32_t>(mixed >> 22U);
-        const auto size = static_cast<std::uint32_t>(text.size() * 2 + (ended ? 1 : 0));
-        if (recent.key != key || recent.size != size ||
-            !SameShortText({&m_bytes[recent.offset], text.size()}, text)) {
-            recent = {key, size, Add(text, ended)};
-        }
-        return recent.offset;
-    }
-
     std::string_view View(Offset offset, std::size_t length) const { return {&m_bytes[offset], length}; }
 
     // The text from `offset` up to the first of two characters, one of which the caller knows to be there.
@@ -74,14 +51,7 @@ public:
     void Clear();
 
 private:
-    struct RecentText {
-        std::uint32_t key;
-        std::uint32_t size; // twice the length, and 1 for one that ends with a line feed; 0 for none
-        Offset offset;
-    };
-
     CPagedArray<char, 22> m_bytes;
-    std::array<RecentText, 1024> m_recent{};
     std::vector<std::unique_ptr<char[]>> m_large;
 };
 
