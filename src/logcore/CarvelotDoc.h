@@ -115,7 +115,6 @@ private:
 
     std::string m_strConverted; // the current line, when its bytes are no UTF-8
     std::string m_strCut;       // its statement text, when a column cut a surrogate pair
-    std::string m_strFinished;  // its text, when the classifier replaced it
     std::string m_strName;      // its display name
     std::string m_strTable;     // its table, when that is no slice of the text
 };

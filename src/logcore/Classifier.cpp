@@ -240,7 +240,7 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
 namespace {
 
 // A SQL statement in a JAS log. With "?" marks it only comes to life on the line of its last parameter.
-LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::string& replacement) {
+LogKind TakeStatement(std::string_view& text, PendingStatement& pending) {
     pending.statement.clear();
     pending.parameters = 0;
     std::string_view rest = text;
@@ -256,8 +256,7 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, std::st
     if (pending.parameters == 0) {
         return LOG_SQL;
     }
-    replacement = pending.statement;
-    text = replacement;
+    text = pending.statement;
     return LOG_NONE;
 }
 
@@ -275,8 +274,7 @@ void FillIn(std::string& statement, const JASParam& param) {
     param.value.copy(statement.data() + place + quote, param.value.size());
 }
 
-LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& replacement,
-                      std::string& scratch) {
+LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch) {
     if (Holds(text, "Param")) {
         FillIn(pending.statement, ParseJASParam(text, scratch));
         --pending.parameters;
@@ -284,8 +282,7 @@ LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::st
     if (pending.parameters > 0) {
         return LOG_NONE;
     }
-    replacement = pending.statement;
-    text = replacement;
+    text = pending.statement;
     return LOG_SQL;
 }
 
@@ -299,13 +296,13 @@ LogKind KindOfLevel(std::string_view level) {
 }
 
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
-                                    std::string& replacement, std::string& scratch) {
+                                    std::string& scratch) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (StartsWithSQL(text)) {
-        return is(TakeStatement(text, pending, replacement));
+        return is(TakeStatement(text, pending));
     }
     if (pending.parameters > 0) {
-        return is(TakeParameter(text, pending, replacement, scratch));
+        return is(TakeParameter(text, pending, scratch));
     }
     switch (text.empty() ? '\0' : text.front()) {
     case 'C':

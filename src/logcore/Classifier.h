@@ -48,10 +48,10 @@ struct PendingStatement {
 // The kind of a JAS line whose level alone decides it, else LOG_NONE.
 LogKind KindOfLevel(std::string_view level);
 
-// For a line whose level decides nothing. `text` may come to view `replacement` instead: a statement with its
-// marks numbered, or the finished statement.
+// For a line whose level decides nothing. `text` may come to view `pending.statement` instead: a statement
+// with its marks numbered, or the finished statement.
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
-                                    std::string& replacement, std::string& scratch);
+                                    std::string& scratch);
 
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
 struct JASParam {

@@ -129,8 +129,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
     Classification result{head.levelKind, 0, {}};
     if (head.levelKind == LOG_NONE) {
-        result =
-            ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strFinished, m_strName);
+        result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName);
     }
     if (m_nProcessFilter != 0) {
         return true;
@@ -140,7 +139,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
         parts = SplitSQLStatement(text, m_strTable);
     }
     // A finished statement may hold what earlier lines brought.
-    const bool ascii = text.data() != m_strFinished.data() || platform::IsAscii(text);
+    const bool ascii = text.data() != m_pendingStatement.statement.data() || platform::IsAscii(text);
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
          text, text, result.kind == LOG_SQL ? parts.table : result.name});
@@ -174,7 +173,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     Classification result{levelKind, 0, {}};
     if (levelKind == LOG_NONE) {
         result = ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pendingStatement,
-                                      m_strFinished, m_strName);
+                                      m_strName);
     }
     const std::string_view source = detail.m_strSource;
     if (m_nProcessFilter != 0) {
@@ -193,8 +192,9 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         detail.m_strTable = parts.table;
     }
     // A finished statement may hold what earlier lines brought.
-    const bool ascii =
-        detail.m_strText.data() == m_strFinished.data() ? platform::IsAscii(detail.m_strText) : line.ascii;
+    const bool ascii = detail.m_strText.data() == m_pendingStatement.statement.data()
+                           ? platform::IsAscii(detail.m_strText)
+                           : line.ascii;
     const RecordIndex record = m_listDetails.Append(detail, ascii);
     if (m_stamp.length != 0 && line.ascii && !source.empty() && whole.size() >= kLongestStamp) {
         // The head ends with the bracket behind the source.

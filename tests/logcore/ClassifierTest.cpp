@@ -19,8 +19,7 @@ Classification JAS(std::string_view text, std::string_view level = "APP") {
         return {levelKind, 0, {}};
     }
     PendingStatement pending;
-    std::string replacement;
-    return ClassifyJASStatement(text, FindSigns(text), pending, replacement, g_name);
+    return ClassifyJASStatement(text, FindSigns(text), pending, g_name);
 }
 
 LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }

@@ -146,14 +146,13 @@ TEST(PreparedStatement, ReplacesTheLeftmostHitOfAMark) {
     }
     TestSession session(JASLog({}));
     PendingStatement pending;
-    std::string replacement;
     std::string scratch;
     std::string_view text = statement;
-    ClassifyJASStatement(text, {}, pending, replacement, scratch);
+    ClassifyJASStatement(text, {}, pending, scratch);
     EXPECT_EQ(pending.parameters, 10);
     for (int i = 0; i < 2; ++i) {
         text = "Param1: v_Types.CHAR";
-        ClassifyJASStatement(text, {}, pending, replacement, scratch);
+        ClassifyJASStatement(text, {}, pending, scratch);
     }
     EXPECT_EQ(pending.statement, "SELECT X FROM T WHERE A IN (v,?2,?3,?4,?5,?6,?7,?8,?9,v0");
 }
@@ -162,12 +161,10 @@ TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
     PendingStatement pending;
     TestSession session(JASLog({}));
     const auto classify = [&](std::string_view level, std::string_view text) {
-        std::string replacement;
         std::string scratch;
         const LogKind levelKind = KindOfLevel(level);
-        return levelKind != LOG_NONE
-                   ? levelKind
-                   : ClassifyJASStatement(text, FindSigns(text), pending, replacement, scratch).kind;
+        return levelKind != LOG_NONE ? levelKind
+                                     : ClassifyJASStatement(text, FindSigns(text), pending, scratch).kind;
     };
     EXPECT_EQ(classify("APP", "UPDATE T SET A = ?"), LOG_NONE);
     EXPECT_EQ(classify("APP", "Calling Business function X"), LOG_NONE);
