@@ -3,6 +3,9 @@
 #include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 
+#include <algorithm>
+#include <numeric>
+
 namespace carvelot {
 
 namespace {
@@ -69,7 +72,10 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
     m_bLaidOut = false;
     const CDetailList& details = m_session.m_listDetails;
     const bool ubeLog = m_session.m_bUBELog;
-    m_nodes.reserve(m_nodes.size() + records.size());
+    // A process is filled thread by thread: room grows by leaps, not by each thread's records.
+    if (m_nodes.size() + records.size() > m_nodes.capacity()) {
+        m_nodes.reserve(std::max(m_nodes.size() + records.size(), m_nodes.capacity() * 2));
+    }
 
     Node parent = kRoot;
     Node last = kRoot;
@@ -156,26 +162,24 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
 }
 
 void CDetailTree::LayOut() const {
-    m_firstChild.assign(m_nodes.size() + 2, 0);
+    m_firstChild.assign(m_nodes.size() + 3, 0);
     m_children.resize(m_nodes.size());
-    m_rows.resize(m_nodes.size());
-    // Counts first, one place further on than they belong, so that the running sum leaves each parent's first
-    // place.
+    m_places.resize(m_nodes.size());
+    // Counts first, two places further on than they belong. The running sum puts each parent's first place
+    // one further on, and handing the places out moves it on to the next parent's, which is where that
+    // belongs.
     const auto slot = [](Node parent) { return parent == kRoot ? std::size_t{0} : std::size_t{parent} + 1; };
     for (const NodeData& node : m_nodes) {
         if (!node.removed) {
-            ++m_firstChild[slot(node.parent) + 1];
+            ++m_firstChild[slot(node.parent) + 2];
         }
     }
-    for (std::size_t i = 1; i < m_firstChild.size(); ++i) {
-        m_firstChild[i] += m_firstChild[i - 1];
-    }
-    std::vector<std::uint32_t> next(m_firstChild.begin(), m_firstChild.end() - 1);
+    std::partial_sum(m_firstChild.begin(), m_firstChild.end(), m_firstChild.begin());
     for (Node node = 0; node < m_nodes.size(); ++node) {
         if (!m_nodes[node].removed) {
-            const std::size_t parent = slot(m_nodes[node].parent);
-            m_rows[node] = next[parent] - m_firstChild[parent];
-            m_children[next[parent]++] = node;
+            const std::uint32_t place = m_firstChild[slot(m_nodes[node].parent) + 1]++;
+            m_places[node] = place;
+            m_children[place] = node;
         }
     }
     m_bLaidOut = true;
@@ -200,7 +204,7 @@ std::size_t CDetailTree::Row(Node node) const {
     if (!m_bLaidOut) {
         LayOut();
     }
-    return m_rows[node];
+    return m_places[node] - FirstChild(m_nodes[node].parent);
 }
 
 std::string CDetailTree::Text(Node node) const {

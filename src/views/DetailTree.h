@@ -4,6 +4,7 @@
 
 #include "logcore/CarvelotDoc.h"
 #include "logcore/LogDetail.h"
+#include "logcore/PageAllocator.h"
 
 #include <cstdint>
 #include <span>
@@ -87,14 +88,14 @@ private:
     std::size_t FirstChild(Node parent) const { return m_firstChild[parent == kRoot ? 0 : parent + 1]; }
 
     const CCarvelotDoc& m_session;
-    std::vector<NodeData> m_nodes;
+    CLargeVector<NodeData> m_nodes;
     bool m_bSingleThread = true;
 
     // The children of all nodes, one parent's after the other's, made when first asked for after a fill.
     mutable bool m_bLaidOut = false;
-    mutable std::vector<std::uint32_t> m_firstChild; // by parent + 1, the root's first; one more at the end
-    mutable std::vector<Node> m_children;
-    mutable std::vector<std::uint32_t> m_rows; // by node
+    mutable CLargeVector<std::uint32_t> m_firstChild; // by parent + 1, the root's first; one more at the end
+    mutable CLargeVector<Node> m_children;
+    mutable CLargeVector<std::uint32_t> m_places; // in m_children, by node
 };
 
 } // namespace carvelot
