@@ -10,7 +10,7 @@ void CDetailTreeModel::EndChange() {
     m_pFlat.reset();
     const auto nNodes = static_cast<CDetailTree::Node>(m_tree.NodeCount());
     // Parents stand before their children.
-    std::vector<std::uint32_t> listDepths(nNodes);
+    CLargeVector<std::uint32_t> listDepths(nNodes);
     std::uint32_t nDeepest = 0;
     for (CDetailTree::Node node = 0; node < nNodes; ++node) {
         const CDetailTree::Node parent = m_tree.Parent(node);
