@@ -3,8 +3,11 @@
 #include "shell/ui/Text.h"
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QTest>
+#include <QToolTip>
 
 using namespace carvelot;
 
@@ -130,6 +133,20 @@ private slots:
         m_pList->SetColumnWidth(1, 60);
         QVERIFY(!m_pList->header()->isSectionHidden(1));
         QCOMPARE(m_pList->header()->sectionSize(1), 60);
+    }
+
+    void aCellThatIsTooNarrowTellsItsTextAndAWideOneNothing() {
+        CRowList<CTestRow> rows = Rows();
+        rows.m_listRows[1].m_strName = std::string(100, 'w');
+        m_pList->Fill(&rows);
+        const auto fnTip = [this](int nRow) {
+            const QPoint point = m_pList->visualRect(m_pList->Model().index(nRow, 0)).center();
+            QHelpEvent event(QEvent::ToolTip, point, m_pList->viewport()->mapToGlobal(point));
+            QApplication::sendEvent(m_pList->viewport(), &event);
+            return QToolTip::isVisible() ? QToolTip::text() : QString();
+        };
+        QCOMPARE(fnTip(0), QString());
+        QCOMPARE(fnTip(1), QString(100, QLatin1Char('w')));
     }
 
 private:

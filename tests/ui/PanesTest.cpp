@@ -333,15 +333,24 @@ private slots:
     }
 
     void modelsKeepTheToolkitsRules() {
-        const QAbstractItemModelTester caches(&m_pRun->Frame().m_wndCachePane.Model(),
-                                              QAbstractItemModelTester::FailureReportingMode::QtTest);
-        const QAbstractItemModelTester gaps(&m_pRun->Frame().m_wndTimingGapsPane.List().Model(),
-                                            QAbstractItemModelTester::FailureReportingMode::QtTest);
-        const QAbstractItemModelTester tasks(&m_pRun->Frame().m_wndLongTasksPane.List().Model(),
-                                             QAbstractItemModelTester::FailureReportingMode::QtTest);
+        CMainFrame& frame = m_pRun->Frame();
+        std::vector<std::unique_ptr<QAbstractItemModelTester>> listTesters;
+        for (QAbstractItemModel* pModel : std::initializer_list<QAbstractItemModel*>{
+                 &frame.m_wndCachePane.Model(), &frame.m_wndTimingGapsPane.List().Model(),
+                 &frame.m_wndLongTasksPane.List().Model(), &frame.m_wndBSFNPane.List().Model(),
+                 &frame.m_wndSQLPane.List().Model(), &frame.m_wndErrorPane.List().Model(),
+                 &frame.m_wndFindPane.List().Model(), &frame.m_wndProcessPane.List().Model()})
+            listTesters.push_back(std::make_unique<QAbstractItemModelTester>(
+                pModel, QAbstractItemModelTester::FailureReportingMode::QtTest));
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         Select(pFrame, "Process - 5");
         Select(pFrame, "Process - 10");
+        for (CListCtrl* pList :
+             {&frame.m_wndTimingGapsPane.List(), &frame.m_wndLongTasksPane.List(),
+              &frame.m_wndBSFNPane.List(), &frame.m_wndSQLPane.List(), &frame.m_wndErrorPane.List()}) {
+            pList->SortBy(0, Qt::AscendingOrder);
+            pList->SortBy(0, Qt::DescendingOrder);
+        }
         pFrame->CloseWindow();
         CSessionRun::Settle();
         QCOMPARE(m_pRun->Frame().m_wndCachePane.Model().rowCount(), 0);

@@ -64,7 +64,6 @@ CAboutDlg::CAboutDlg() : QDialog(QApplication::activeWindow()) {
 
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok);
     connect(pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
     pButtons->button(QDialogButtonBox::Ok)->setFocus();
 
     auto* pLayout = new QVBoxLayout(this);
@@ -72,6 +71,8 @@ CAboutDlg::CAboutDlg() : QDialog(QApplication::activeWindow()) {
     pLayout->setSpacing(14);
     pLayout->addLayout(pTop);
     pLayout->addWidget(pButtons);
+    // In the dialog already: else it would forget it when the focus passes another button.
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
     pLayout->setSizeConstraint(QLayout::SetFixedSize);
 }
 

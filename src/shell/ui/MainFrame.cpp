@@ -2,6 +2,7 @@
 
 #include "resources/ui/Icons.h"
 #include "shell/AppSettings.h"
+#include "shell/ui/AutoHide.h"
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/CustomizeDlg.h"
 #include "shell/ui/Document.h"
@@ -101,6 +102,7 @@ CMainFrame::~CMainFrame() {
     // The documents' windows look at panes and commands of this window: they go first.
     theApp().CloseAllDocuments();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    delete m_pAutoHide; // before the panes that it looks after
     if (s_pMainFrame == this)
         s_pMainFrame = nullptr;
 }
@@ -112,6 +114,7 @@ bool CMainFrame::LoadFrame() {
     MakeMenus();
     MakeToolBars();
     MakeStatusBar();
+    m_pAutoHide = new CAutoHide(*this);
     DockPanes();
     OnApplicationLook(theApp().m_nAppLook);
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
@@ -339,6 +342,7 @@ void CMainFrame::DockPanes() {
 }
 
 void CMainFrame::RestoreDefaultLayout() {
+    m_pAutoHide->PinAll();
     for (CDockablePane* pPane : Panes()) {
         pPane->setFloating(false);
         removeDockWidget(pPane);
@@ -370,6 +374,8 @@ void CMainFrame::RestoreState() {
     const QByteArray layout = Unseal(GetWorkspaceString("Layout", ""));
     if (layout.isEmpty() || !restoreState(layout, kLayoutVersion))
         RestoreDefaultLayout();
+    else
+        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
     statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
     SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
 }
@@ -404,6 +410,7 @@ void CMainFrame::LoadUserToolBars() {
 void CMainFrame::SaveState() const {
     WriteWorkspaceString("Geometry", Seal(saveGeometry()));
     WriteWorkspaceString("Layout", Seal(saveState(kLayoutVersion)));
+    WriteWorkspaceString("AutoHide", ToUtf8(m_pAutoHide->Stored()));
     WriteWorkspaceInt("StatusBar", statusBar()->isHidden() ? 0 : 1);
     WriteWorkspaceInt("ToolTips", m_bToolTips ? 1 : 0);
     WriteWorkspaceString("ToolBarStandard",
@@ -549,6 +556,7 @@ void CMainFrame::NextPane(bool bForward) {
         if (pPane->isVisible() && !pPane->visibleRegion().isEmpty())
             listPanes << pPane->MainControl();
     }
+    listPanes += m_pAutoHide->Strips();
     if (listPanes.isEmpty())
         return;
     const QWidget* pFocus = QApplication::focusWidget();
@@ -580,7 +588,11 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         QAction* pAction = menu.addAction(pPane->windowTitle());
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
-        connect(pAction, &QAction::triggered, pPane, [pPane](bool bShow) {
+        connect(pAction, &QAction::triggered, pPane, [this, pPane](bool bShow) {
+            if (m_pAutoHide->IsFolded(*pPane)) {
+                m_pAutoHide->SlideOut(*pPane, true);
+                return;
+            }
             // A pane behind another one's tab comes to the front first.
             const bool bBehind = pPane->isVisible() && pPane->visibleRegion().isEmpty();
             pPane->setVisible(bShow || bBehind);

@@ -27,6 +27,7 @@ class QProgressBar;
 
 namespace carvelot {
 
+class CAutoHide;
 class CCustomizeDlg;
 class CTabbedClientArea;
 class CToolBar;
@@ -72,6 +73,7 @@ public:
 
     CTabbedClientArea& ClientArea() const { return *m_pClientArea; }
     CMDIChildWnd* ActiveChild() const;
+    CAutoHide& AutoHide() const { return *m_pAutoHide; }
     QList<CDockablePane*> Panes(); // in the order of their tabs
 
     // Sets a look from 205 to 219 and stores its number.
@@ -132,6 +134,7 @@ private:
     QWidget* EditWithFocus() const;
 
     CTabbedClientArea* m_pClientArea = nullptr;
+    CAutoHide* m_pAutoHide = nullptr;
     CMenuHabits m_habits;
     std::map<int, QAction*> m_mapActions;
     std::map<EMenu, CPersonalMenu*> m_mapMenus;

@@ -105,11 +105,12 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     pLongLayout->addStretch();
 
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
     auto* pLayout = new QVBoxLayout(this);
     for (QWidget* pPart : std::initializer_list<QWidget*>{pRefresh, pApplications, pFonts, pLong, pButtons})
         pLayout->addWidget(pPart, pPart == pApplications ? 1 : 0);
+    // In the dialog already: else it would forget it when the focus passes another button.
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
     m_pAutoRefresh->setChecked(m_model.m_bAutoRefresh);
     m_pRate->setText(ToQString(m_model.m_strRate));

@@ -31,7 +31,6 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     auto* pLabel = new QLabel(tr("&Select window:"));
     pLabel->setBuddy(m_pList);
     auto* pOk = new QPushButton(tr("OK"));
-    pOk->setDefault(true);
     m_pActivate->setAutoDefault(false);
     m_pClose->setAutoDefault(false);
 
@@ -46,6 +45,8 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(pLabel);
     pLayout->addLayout(pRow);
+    // In the dialog already: else it would forget it when the focus passes another button.
+    pOk->setDefault(true);
     resize(680, 340);
 
     Fill();

@@ -75,7 +75,6 @@ CConvertDates::CConvertDates() : QDialog(QApplication::activeWindow()) {
     m_pJulianResult = Edit("JulianResult", tr("Julian date, converted"), true);
 
     auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok);
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
 
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(Group(tr("Julian"), m_pJulian, pToGregorian, m_pGregorianResult));
@@ -85,6 +84,8 @@ CConvertDates::CConvertDates() : QDialog(QApplication::activeWindow()) {
     pToJulian->setMinimumWidth(nWidth);
     pLayout->addStretch();
     pLayout->addWidget(pButtons);
+    // In the dialog already: else it would forget it when the focus passes another button.
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
     m_pJulian->setFocus();
 
     connect(pToGregorian, &QPushButton::clicked, this, &CConvertDates::OnToGregorian);

@@ -20,12 +20,13 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     auto* pButtons = new QDialogButtonBox;
     QPushButton* pDelete = pButtons->addButton(tr("Delete Selected"), QDialogButtonBox::AcceptRole);
     pDelete->setObjectName(QStringLiteral("DeleteSelected"));
-    pDelete->setDefault(true);
     pButtons->addButton(QDialogButtonBox::Cancel);
 
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(m_pList);
     pLayout->addWidget(pButtons);
+    // In the dialog already: else it would forget it when the focus passes another button.
+    pDelete->setDefault(true);
     resize(480, 320);
     m_pList->setFocus();
 

@@ -6,6 +6,7 @@
 
 #include <QDialogButtonBox>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace carvelot {
@@ -20,6 +21,7 @@ CMessageDlg::CMessageDlg() : m_pEdit(new QPlainTextEdit) {
     auto* pLayout = new QVBoxLayout(this);
     pLayout->addWidget(m_pEdit);
     pLayout->addWidget(pButtons);
+    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
     resize(420, 200);
 }
 

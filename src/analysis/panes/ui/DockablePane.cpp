@@ -1,11 +1,16 @@
 #include "analysis/panes/ui/DockablePane.h"
 
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/LookStyle.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/Text.h"
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QEvent>
 #include <QFontMetricsF>
+#include <QPainter>
+#include <QStyleOptionToolButton>
 
 #include <algorithm>
 
@@ -25,6 +30,53 @@ public:
 
 private:
     QSize m_initial;
+};
+
+// The pin in the title, beside the toolkit's own buttons.
+class CPinButton : public QAbstractButton {
+public:
+    explicit CPinButton(CDockablePane& pane) : QAbstractButton(&pane), m_pane(pane) {
+        setObjectName(QStringLiteral("PinButton"));
+        setToolTip(CDockablePane::tr("Auto Hide"));
+        setAccessibleName(CDockablePane::tr("Auto Hide"));
+        setFocusPolicy(Qt::TabFocus);
+        setAttribute(Qt::WA_Hover);
+        setCursor(Qt::ArrowCursor);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        QStyleOptionToolButton option;
+        option.initFrom(this);
+        option.state |= QStyle::State_AutoRaise;
+        if (underMouse())
+            option.state |= isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
+        if (underMouse() || isDown())
+            style()->drawPrimitive(QStyle::PE_PanelButtonTool, &option, &painter, this);
+        const QWidget* pFocus = QApplication::focusWidget();
+        const bool bActive = pFocus != nullptr && m_pane.isAncestorOf(pFocus);
+        const QColor color = underMouse() ? CurrentLook().m_text
+                             : bActive    ? CurrentLook().m_activeTitleText
+                                          : CurrentLook().m_titleText;
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(QRectF(rect()).center());
+        if (!m_pane.IsPinned())
+            painter.rotate(90);
+        painter.setPen(QPen(color, 1));
+        painter.drawRect(QRectF(-2.5, -4.5, 5, 5));
+        painter.fillRect(QRectF(0.5, -4.5, 2, 5), color);
+        painter.drawLine(QPointF(-4, 0.5), QPointF(4, 0.5));
+        painter.drawLine(QPointF(0, 1), QPointF(0, 5));
+        if (hasFocus()) {
+            painter.setPen(QPen(color, 1, Qt::DotLine));
+            painter.resetTransform();
+            painter.drawRect(rect().adjusted(0, 0, -1, -1));
+        }
+    }
+
+private:
+    CDockablePane& m_pane;
 };
 
 } // namespace
@@ -48,7 +100,7 @@ QFont CellFont(const QString& strFace, int nHeight) {
 QFont SettingsFont() { return CellFont(ToQString(theApp().m_strFontName), theApp().m_nFontHeight); }
 
 CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QSize initial)
-    : QDockWidget(strTitle), m_pClient(new CPaneClient(initial)) {
+    : QDockWidget(strTitle), m_pPin(new CPinButton(*this)), m_pClient(new CPaneClient(initial)) {
     setObjectName(strName);
     setAllowedAreas(Qt::AllDockWidgetAreas);
     setFeatures(DockWidgetClosable | DockWidgetMovable | DockWidgetFloatable);
@@ -56,6 +108,42 @@ CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QS
     m_pClient->setAccessibleName(strTitle);
     m_pClient->installEventFilter(this);
     setWidget(m_pClient);
+    m_pPin->hide();
+    connect(m_pPin, &QAbstractButton::clicked, this, [this] {
+        if (m_fnPin)
+            m_fnPin();
+    });
+}
+
+void CDockablePane::SetPinned(bool bPinned) {
+    m_bPinned = bPinned;
+    m_pPin->setToolTip(bPinned ? tr("Auto Hide") : tr("Dock"));
+    m_pPin->setAccessibleName(m_pPin->toolTip());
+    PlacePin();
+    m_pPin->update();
+}
+
+void CDockablePane::PlacePin() {
+    // Left of the buttons that the toolkit puts into a title; a floating pane has the system's title.
+    QRect beside;
+    for (const char* pszName : {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton"}) {
+        const auto* pButton = findChild<QAbstractButton*>(QLatin1String(pszName), Qt::FindDirectChildrenOnly);
+        if (pButton != nullptr && !pButton->isHidden() && beside.isNull())
+            beside = pButton->geometry();
+    }
+    const bool bShow = m_fnPin && !isFloating() && !beside.isNull();
+    if (bShow)
+        m_pPin->setGeometry(beside.translated(-beside.width() - 1, 0));
+    m_pPin->setVisible(bShow);
+    m_pPin->raise();
+}
+
+bool CDockablePane::event(QEvent* pEvent) {
+    const bool bDone = QDockWidget::event(pEvent);
+    if (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::LayoutRequest ||
+        pEvent->type() == QEvent::Show || pEvent->type() == QEvent::StyleChange)
+        PlacePin();
+    return bDone;
 }
 
 void CDockablePane::AddCaption() {

@@ -5,6 +5,10 @@
 #include <QFont>
 #include <QLineEdit>
 
+#include <functional>
+
+class QAbstractButton;
+
 namespace carvelot {
 
 // The font whose cells are m_nFontHeight high, as the settings now stand. A negative height is that of the
@@ -27,6 +31,13 @@ public:
     // The part that F6 goes to.
     virtual QWidget* MainControl() const = 0;
 
+    // What the pin in the title does; without it there is no pin.
+    std::function<void()> m_fnPin;
+    // The pin stands upright while the pane is docked and lies while it is folded away.
+    void SetPinned(bool bPinned);
+    bool IsPinned() const { return m_bPinned; }
+    QAbstractButton* PinButton() const { return m_pPin; }
+
 protected:
     static constexpr int kCaptionHeight = 20;
     static constexpr int kListTop = 22;
@@ -41,8 +52,13 @@ protected:
     void UseEditMenu(QWidget* pEdit);
 
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool event(QEvent* pEvent) override;
 
 private:
+    void PlacePin();
+
+    QAbstractButton* m_pPin;
+    bool m_bPinned = true;
     QWidget* m_pClient;
     QLineEdit* m_pCaption = nullptr;
 };

@@ -3,9 +3,11 @@
 #include "shell/ui/Text.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 #include <algorithm>
 #include <numeric>
@@ -14,12 +16,27 @@ namespace carvelot {
 
 namespace {
 
+constexpr int kLongestTip = 1000;
+
 // Rows with a little air between their texts.
 class CRowDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
+    }
+    // A cell that is too narrow for its text tells it below the pointer.
+    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        if (pEvent->type() != QEvent::ToolTip)
+            return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
+        const QString strText = displayText(index.data(), option.locale);
+        const int nMargins =
+            2 * (pView->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, pView) + 1);
+        const bool bCut = strText.contains(QLatin1Char('\n')) ||
+                          option.fontMetrics.horizontalAdvance(strText) + nMargins > option.rect.width();
+        QToolTip::showText(pEvent->globalPos(), bCut ? strText.left(kLongestTip) : QString(), pView);
+        return true;
     }
 };
 

@@ -1,0 +1,234 @@
+// Panes folded away to the edge of the window.
+#include "ui/UiSupport.h"
+
+#include "shell/ui/AutoHide.h"
+
+#include <QAbstractButton>
+#include <QSignalSpy>
+#include <QToolBar>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+QStringList Tabs(const CMainFrame& frame, const char* pszEdge) {
+    QStringList listTexts;
+    const auto* pStrip = frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(pszEdge));
+    if (pStrip == nullptr || !pStrip->isVisible())
+        return listTexts;
+    for (const auto* pTab : pStrip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
+        if (pTab->isVisible())
+            listTexts << pTab->text();
+    }
+    return listTexts;
+}
+
+QAbstractButton* Tab(const CMainFrame& frame, const char* pszText) {
+    for (auto* pTab : frame.findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
+        if (pTab->text() == QLatin1String(pszText) && pTab->isVisible())
+            return pTab;
+    }
+    return nullptr;
+}
+
+void Settle() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",
+                             "Find",          "Long Tasks",       "Raw Data",
+                             "Cache Details", "Errors/Warnings",  "BSFN Calls"};
+
+} // namespace
+
+class AutoHideTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_pFolder = std::make_unique<QTemporaryDir>();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+        Settle();
+    }
+    void cleanup() { m_pRun.reset(); }
+
+    void thePinOfAPaneFoldsItsWholeGroupToTheEdgeInTheOrderOfTheTabs() {
+        CMainFrame& frame = m_pRun->Frame();
+        const int nBefore = m_pRun->Area().height();
+        QVERIFY(frame.m_wndBSFNPane.PinButton()->isVisible());
+        QCOMPARE(frame.m_wndBSFNPane.PinButton()->accessibleName(), QStringLiteral("Auto Hide"));
+        QTest::mouseClick(frame.m_wndBSFNPane.PinButton(), Qt::LeftButton);
+        Settle();
+        QCOMPARE(Tabs(frame, "bottom"), kPaneOrder);
+        QVERIFY(!frame.m_wndBSFNPane.isVisible());
+        QVERIFY(m_pRun->Area().height() > nBefore + 100);
+    }
+
+    void aTabSlidesItsPaneOutWithoutMovingTheWindowsAndTheFocusTakesItBack() {
+        CMainFrame& frame = m_pRun->Frame();
+        CTestFrame* pChild = m_pRun->Open("a");
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        const QRect area = m_pRun->Area().geometry();
+        QTest::mouseClick(Tab(frame, "Find"), Qt::LeftButton);
+        Settle();
+        QVERIFY(frame.m_wndFindPane.isVisible());
+        QVERIFY(frame.m_wndFindPane.isAncestorOf(QApplication::focusWidget()));
+        QCOMPARE(m_pRun->Area().geometry(), area);
+        QCOMPARE(frame.m_wndFindPane.PinButton()->accessibleName(), QStringLiteral("Dock"));
+        pChild->m_edits[0]->setFocus();
+        QVERIFY(!frame.m_wndFindPane.isVisible());
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+    }
+
+    void anotherTabTakesTheFirstPanesPlace() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        QTest::mouseClick(Tab(frame, "Find"), Qt::LeftButton);
+        QTest::mouseClick(Tab(frame, "Raw Data"), Qt::LeftButton);
+        Settle();
+        QVERIFY(!frame.m_wndFindPane.isVisible());
+        QVERIFY(frame.m_wndRawDataPane.isVisible());
+        QCOMPARE(frame.AutoHide().PaneOut(), &frame.m_wndRawDataPane);
+    }
+
+    void escFoldsThePaneAndItsTabHasTheFocus() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        Tab(frame, "BSFN Calls")->setFocus();
+        QTest::keyClick(Tab(frame, "BSFN Calls"), Qt::Key_Return);
+        QVERIFY(frame.m_wndBSFNPane.isVisible());
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QVERIFY(!frame.m_wndBSFNPane.isVisible());
+        QCOMPARE(QApplication::focusWidget(), Tab(frame, "BSFN Calls"));
+    }
+
+    void thePinOfAFoldedPaneDocksTheGroupAgainWithThatPaneInFront() {
+        CMainFrame& frame = m_pRun->Frame();
+        const int nBefore = frame.m_wndBSFNPane.height();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        QTest::mouseClick(Tab(frame, "Long Tasks"), Qt::LeftButton);
+        Settle();
+        QTest::mouseClick(frame.m_wndLongTasksPane.PinButton(), Qt::LeftButton);
+        Settle();
+        QCOMPARE(Tabs(frame, "bottom"), QStringList());
+        QVERIFY(!frame.m_wndLongTasksPane.visibleRegion().isEmpty());
+        QCOMPARE(frame.dockWidgetArea(&frame.m_wndLongTasksPane), Qt::BottomDockWidgetArea);
+        QCOMPARE(frame.tabifiedDockWidgets(&frame.m_wndLongTasksPane).size(), 8);
+        QCOMPARE(frame.m_wndLongTasksPane.height(), nBefore);
+        QVERIFY((frame.m_wndLongTasksPane.features() & QDockWidget::DockWidgetFloatable) != 0);
+    }
+
+    void aPaneAtTheSideFoldsToThatSideAlone() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.addDockWidget(Qt::LeftDockWidgetArea, &frame.m_wndFindPane);
+        Settle();
+        frame.AutoHide().Fold(frame.m_wndFindPane);
+        Settle();
+        QCOMPARE(Tabs(frame, "left"), QStringList{"Find"});
+        QCOMPARE(Tabs(frame, "bottom"), QStringList());
+        QVERIFY(Tab(frame, "Find")->height() > Tab(frame, "Find")->width());
+        QTest::mouseClick(Tab(frame, "Find"), Qt::LeftButton);
+        QVERIFY(frame.m_wndFindPane.isVisible());
+    }
+
+    void whatIsFoldedIsFoldedAtTheNextStartToo() {
+        CMainFrame* pFrame = &m_pRun->Frame();
+        pFrame->addDockWidget(Qt::RightDockWidgetArea, &pFrame->m_wndFindPane);
+        Settle();
+        pFrame->AutoHide().Fold(pFrame->m_wndFindPane);
+        pFrame->AutoHide().Fold(pFrame->m_wndBSFNPane);
+        const QString strStored = pFrame->AutoHide().Stored();
+        m_pRun.reset();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+        Settle();
+        pFrame = &m_pRun->Frame();
+        QStringList listOthers = kPaneOrder;
+        listOthers.removeOne(QStringLiteral("Find"));
+        QCOMPARE(Tabs(*pFrame, "right"), QStringList{"Find"});
+        QCOMPARE(Tabs(*pFrame, "bottom"), listOthers);
+        QCOMPARE(pFrame->AutoHide().Stored(), strStored);
+    }
+
+    void aStoredTextThatMakesNoSenseFoldsNothing() {
+        CMainFrame& frame = m_pRun->Frame();
+        for (const char* pszStored : {"", ";;", "bottom", "middle:100:FindPane",
+                                      "bottom:100:", "bottom:100:Nobody", "::", "bottom:x"})
+            frame.AutoHide().Restore(QLatin1String(pszStored));
+        QCOMPARE(frame.AutoHide().Stored(), QString());
+        frame.AutoHide().Restore(QStringLiteral("bottom:-7:FindPane,FindPane;top:300:FindPane"));
+        Settle();
+        QCOMPARE(Tabs(frame, "bottom"), QStringList{"Find"});
+        QCOMPARE(Tabs(frame, "top"), QStringList());
+    }
+
+    void aFoldedPaneThatIsClosedLeavesTheStripAndComesBackDocked() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        frame.AutoHide().SlideOut(frame.m_wndFindPane, true);
+        frame.m_wndFindPane.close();
+        Settle();
+        Settle();
+        QVERIFY(!Tabs(frame, "bottom").contains(QLatin1String("Find")));
+        QCOMPARE(Tabs(frame, "bottom").size(), 8);
+        QVERIFY(frame.m_wndFindPane.isHidden());
+        frame.m_wndFindPane.show();
+        Settle();
+        QVERIFY(frame.m_wndFindPane.isVisible());
+        QVERIFY(!frame.AutoHide().IsFolded(frame.m_wndFindPane));
+    }
+
+    void theViewMenuSlidesAFoldedPaneOut() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        CPersonalMenu* pView = m_pRun->OpenMenu("View");
+        QMenu* pBars = Entry(*pView, "&Toolbars and Docking Windows")->menu();
+        emit pBars->aboutToShow();
+        QVERIFY(Entry(*pBars, "Find")->isChecked());
+        Entry(*pBars, "Find")->trigger();
+        pView->close();
+        QVERIFY(frame.m_wndFindPane.isVisible());
+    }
+
+    void f6ReachesTheStripAndThePaneThatIsOut() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        frame.activateWindow();
+        frame.RunCommand(ID_WINDOW_NEXT_PANE);
+        QCOMPARE(QApplication::focusWidget(), Tab(frame, "JDE Processes"));
+    }
+
+    void restoringTheDefaultLayoutDocksAllPanes() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        frame.RunCommand(ID_VIEW_RESTORE_LAYOUT);
+        Settle();
+        QCOMPARE(Tabs(frame, "bottom"), QStringList());
+        for (const CDockablePane* pPane : frame.Panes())
+            QVERIFY(!pPane->isHidden());
+        QVERIFY(!frame.m_wndBSFNPane.visibleRegion().isEmpty());
+    }
+
+    void aFloatingPaneHasNoPin() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.m_wndFindPane.setFloating(true);
+        Settle();
+        QVERIFY(!frame.m_wndFindPane.PinButton()->isVisible());
+        frame.AutoHide().Fold(frame.m_wndFindPane);
+        QVERIFY(!frame.AutoHide().IsFolded(frame.m_wndFindPane));
+    }
+
+private:
+    CFakeInterface m_user;
+    std::unique_ptr<QTemporaryDir> m_pFolder;
+    std::unique_ptr<CRun> m_pRun;
+};
+
+QTEST_MAIN(AutoHideTest)
+#include "AutoHideTest.moc"
