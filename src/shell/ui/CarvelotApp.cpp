@@ -158,9 +158,9 @@ void CCarvelotApp::RegisterRestart() const {
     const CMDIChildWnd* pChild = m_pMainWnd != nullptr ? m_pMainWnd->ActiveChild() : nullptr;
     const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
     const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
-    platform::RegisterRestart(
-        strPath.isEmpty() ? std::string()
-                          : ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+    platform::RegisterRestart(strPath.isEmpty()
+                                  ? std::string()
+                                  : ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {
