@@ -167,32 +167,12 @@ bool HoldsUBE(const LogLine& line) {
     return found;
 }
 
-Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
+namespace {
+
+// By the first words that both formats know; LOG_NONE leaves the text to the tests behind.
+Classification ClassifyFirstWord(std::string_view text) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
-    if (text.empty()) {
-        return {};
-    }
-    if (StartsWithSQL(text)) {
-        return is(LOG_SQL);
-    }
     switch (text.front()) {
-    case '[':
-        if (Starts(text, "[JDBOLEDB] ")) {
-            const std::string_view statement = text.substr(text.find(' '));
-            for (const std::string_view word :
-                 {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
-                if (Holds(statement, word)) {
-                    return is(LOG_SQL);
-                }
-            }
-            return {};
-        }
-        break;
-    case 'C':
-        if (Starts(text, "Calling ")) {
-            return is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
-        }
-        break;
     case 'O':
         if (Starts(text, "On ")) {
             return is(LOG_ON);
@@ -204,9 +184,6 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
     case 'R':
         if (Starts(text, "Return ")) {
             return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
-        }
-        if (Starts(text, "RT: ")) {
-            return ClassifyEventRules(text, scratch);
         }
         break;
     case 'E':
@@ -221,6 +198,38 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
         break;
     default:
         break;
+    }
+    return {};
+}
+
+} // namespace
+
+Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
+    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
+    if (text.empty()) {
+        return {};
+    }
+    if (StartsWithSQL(text)) {
+        return is(LOG_SQL);
+    }
+    if (Starts(text, "[JDBOLEDB] ")) {
+        const std::string_view statement = text.substr(text.find(' '));
+        for (const std::string_view word :
+             {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
+            if (Holds(statement, word)) {
+                return is(LOG_SQL);
+            }
+        }
+        return {};
+    }
+    if (Starts(text, "Calling ")) {
+        return is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
+    }
+    if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
+        return known;
+    }
+    if (Starts(text, "RT: ")) {
+        return ClassifyEventRules(text, scratch);
     }
     if (signs.jdbCode || Starts(text, "JDB")) {
         return is(LOG_JDB_ERROR);
@@ -304,38 +313,15 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
     if (pending.parameters > 0) {
         return is(TakeParameter(text, pending, scratch));
     }
-    switch (text.empty() ? '\0' : text.front()) {
-    case 'C':
-        if (Starts(text, "Calling ")) {
-            return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
-                                                                                              : LOG_CALL);
-        }
-        break;
-    case 'O':
-        if (Starts(text, "On ")) {
-            return is(LOG_ON);
-        }
-        if (FirstWordBegins(text, "OUT->[")) {
-            return is(LOG_PARM_OUT);
-        }
-        break;
-    case 'R':
-        if (Starts(text, "Return ")) {
-            return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
-        }
-        break;
-    case 'E':
-        if (FirstWordBegins(text, "ERROR")) {
-            return is(LOG_ERROR);
-        }
-        break;
-    case 'I':
-        if (FirstWordBegins(text, "IN->[")) {
-            return is(LOG_PARM_IN);
-        }
-        break;
-    default:
-        break;
+    if (text.empty()) {
+        return {};
+    }
+    if (Starts(text, "Calling ")) {
+        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
+                                                                                          : LOG_CALL);
+    }
+    if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
+        return known;
     }
     if (signs.eventStarts) {
         return is(LOG_EVENT_START);
