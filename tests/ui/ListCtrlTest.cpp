@@ -9,6 +9,9 @@
 #include <QTest>
 #include <QToolTip>
 
+#include <functional>
+#include <utility>
+
 using namespace carvelot;
 
 namespace {
@@ -16,6 +19,31 @@ namespace {
 struct CTestRow {
     std::string m_strName;
     int m_nCalls;
+};
+
+// A vector of rows and, for each column, how a row prints and compares.
+template <typename TRow> class CRowList : public CListSource {
+public:
+    struct CColumn {
+        std::function<std::string(const TRow&)> m_fnText;
+        std::function<int(const TRow&, const TRow&)> m_fnCompare;
+    };
+
+    explicit CRowList(std::vector<CColumn> listColumns) : m_listColumns(std::move(listColumns)) {}
+
+    std::size_t RowCount() const override { return m_listRows.size(); }
+    std::string Text(std::size_t nRow, int nColumn) const override {
+        return m_listColumns[static_cast<std::size_t>(nColumn)].m_fnText(m_listRows[nRow]);
+    }
+    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override {
+        const auto& fnCompare = m_listColumns[static_cast<std::size_t>(nColumn)].m_fnCompare;
+        return fnCompare(m_listRows[nRowA], m_listRows[nRowB]);
+    }
+
+    std::vector<TRow> m_listRows;
+
+private:
+    std::vector<CColumn> m_listColumns;
 };
 
 constexpr CColumnSpec kColumns[] = {{"Name", 200}, {"Calls", 70}};

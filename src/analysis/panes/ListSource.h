@@ -3,9 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <functional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace carvelot {
@@ -34,31 +32,6 @@ public:
             return bDescending ? OnCompareItems(nB, nA, nColumn) < 0 : OnCompareItems(nA, nB, nColumn) < 0;
         });
     }
-};
-
-// The usual source: a vector of rows and, for each column, how a row prints and compares.
-template <typename TRow> class CRowList : public CListSource {
-public:
-    struct CColumn {
-        std::function<std::string(const TRow&)> m_fnText;
-        std::function<int(const TRow&, const TRow&)> m_fnCompare; // absent: the column does not sort
-    };
-
-    explicit CRowList(std::vector<CColumn> listColumns) : m_listColumns(std::move(listColumns)) {}
-
-    std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t nRow, int nColumn) const override {
-        return m_listColumns[static_cast<std::size_t>(nColumn)].m_fnText(m_listRows[nRow]);
-    }
-    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override {
-        const auto& fnCompare = m_listColumns[static_cast<std::size_t>(nColumn)].m_fnCompare;
-        return fnCompare ? fnCompare(m_listRows[nRowA], m_listRows[nRowB]) : 0;
-    }
-
-    std::vector<TRow> m_listRows;
-
-private:
-    std::vector<CColumn> m_listColumns;
 };
 
 } // namespace carvelot

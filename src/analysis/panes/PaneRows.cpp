@@ -1,6 +1,5 @@
 #include "analysis/panes/PaneRows.h"
 
-#include "logcore/CaseText.h"
 #include "logcore/NodeText.h"
 
 #include <algorithm>
