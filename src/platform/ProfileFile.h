@@ -16,7 +16,7 @@ namespace carvelot::platform {
 
 /// The value of a key in the first section of that name, or the default. Names compare without case; blanks
 /// around the value and one pair of quotes around it are left out. Texts of `bufferUnits` or more UTF-16
-/// units are cut to one less.
+/// units are cut to one less. A section without a name has no values: only lines below a header count.
 std::string ReadProfileText(std::string_view section, std::string_view key, std::string_view defaultValue,
                             std::size_t bufferUnits, const std::string& file);
 

@@ -105,6 +105,23 @@ TEST(ProfileFile, ALongValueIsCutToOneLessThanTheBufferHolds) {
     EXPECT_EQ(ReadProfileText("A", "k", "", 1, file), "");
 }
 
+TEST(ProfileFile, AQuotedValueThatJustFillsTheBufferLosesItsLastCharacter) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[A]\nk=\"abcdef\"\n");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 8, file), "abcdef");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 7, file), "abcde");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 6, file), "abcde");
+    EXPECT_EQ(ReadProfileText("A", "k", "", 2, file), "a");
+}
+
+TEST(ProfileFile, NamesCompareWithoutCaseWhereTheirLettersAreOfAscii) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", Utf16(u"[\u00C4rger]\r\n\u03C3=x\u00FC\r\n", false));
+    EXPECT_EQ(Read(file, "\xC3\x84RGER", "\xCF\x83"), "x\xC3\xBC");
+    EXPECT_EQ(Read(file, "\xC3\xA4rger", "\xCF\x83"), kDefault);
+    EXPECT_EQ(Read(file, "\xC3\x84rger", "\xCE\xA3"), kDefault);
+}
+
 TEST(ProfileFile, EveryLineEndAndNoneEndsALine) {
     const TestFolder folder;
     for (const char* text :
@@ -134,6 +151,14 @@ TEST(ProfileFile, LinesAboveTheFirstHeaderBelongToNoSection) {
     const std::string file = folder.Write("f.ini", "LEVEL=APP\nk=1\n");
     EXPECT_EQ(Read(file, "", "LEVEL"), kDefault);
     EXPECT_EQ(ReadProfileInt("", "k", 7, file), 7);
+    EXPECT_EQ(ReadProfileSections(256, file), Names{""});
+}
+
+TEST(ProfileFile, ASectionWithoutANameHasNoValues) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[]\nLEVEL=APP\nk=1\n");
+    EXPECT_EQ(Read(file, "", "LEVEL"), kDefault);
+    EXPECT_EQ(ReadProfileInt(" ", "k", 7, file), 7);
     EXPECT_EQ(ReadProfileSections(256, file), Names{""});
 }
 
@@ -225,32 +250,12 @@ TEST(ProfileFile, OnWindowsBytesWithoutAMarkAreOfTheAnsiCodePage) {
 }
 #else
 
-// Where these differ from what the same calls do under Wine, this is why.
-
 // There is no ANSI code page here: the machine's own texts are UTF-8, as a log's lines are.
 TEST(ProfileFile, BytesWithoutAMarkAreUtf8WhereTheyCanBeAndWindows1252Else) {
     const TestFolder folder;
     const std::string file = folder.Write("f.ini", "[A]\nold=\xFC\nnew=\xC3\xBC\n");
     EXPECT_EQ(Read(file, "A", "old"), "\xC3\xBC");
     EXPECT_EQ(Read(file, "A", "new"), "\xC3\xBC");
-}
-
-// The quotes go before the cut. Wine cuts with the room for the quotes already taken off, and so one
-// character early when the text within them just fills the buffer.
-TEST(ProfileFile, AQuotedValueIsCutAsItsTextIs) {
-    const TestFolder folder;
-    const std::string file = folder.Write("f.ini", "[A]\nk=\"abcdef\"\n");
-    EXPECT_EQ(ReadProfileText("A", "k", "", 8, file), "abcdef");
-    EXPECT_EQ(ReadProfileText("A", "k", "", 7, file), "abcdef");
-    EXPECT_EQ(ReadProfileText("A", "k", "", 6, file), "abcde");
-    EXPECT_EQ(ReadProfileText("A", "k", "", 2, file), "a");
-}
-
-// Windows folds names by its table of simple upper-case letters; Wine folds none but those of ASCII.
-TEST(ProfileFile, NamesBeyondAsciiCompareWithoutCaseToo) {
-    const TestFolder folder;
-    const std::string file = folder.Write("f.ini", Utf16(u"[\u00C4rger]\r\n\u03C3=x\u00FC\r\n", false));
-    EXPECT_EQ(Read(file, "\xC3\xA4RGER", "\xCE\xA3"), "x\xC3\xBC");
 }
 
 // How a write changes the bytes of a file. (On Windows that is the platform's own affair.)
@@ -303,14 +308,11 @@ TEST(ProfileFile, AWriteToAMissingFileMakesIt) {
     EXPECT_EQ(folder.Read("new.ini"), "[A]\nk=v\n");
 }
 
-// "[]" is a section like any other here. What the calls of Windows do with an empty name is stated nowhere,
-// and Wine takes it for the lines above the first header: there our own reads answer with the default.
 TEST(ProfileFile, AWriteToASectionWithoutANameMakesThatSection) {
     const TestFolder folder;
     const std::string file = folder.Write("f.ini", "[A]\nk=1\n");
     EXPECT_TRUE(WriteProfileText("", "LEVEL", "APP", file));
     EXPECT_EQ(folder.Read("f.ini"), "[A]\nk=1\n[]\nLEVEL=APP\n");
-    EXPECT_EQ(Read(file, "", "LEVEL"), "APP");
 }
 
 TEST(ProfileFile, AUtf16FileStaysOneOfTheSameOrder) {

@@ -32,7 +32,15 @@ std::string_view Trim(std::string_view text) {
     return text;
 }
 
-bool SameName(std::string_view one, std::string_view other) { return FoldedText(one) == FoldedText(other); }
+char LowerAscii(char character) {
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
+// Names of sections and keys fold no letters but those of ASCII, as under Wine, whose calls ours answer like.
+bool SameName(std::string_view one, std::string_view other) {
+    return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                      [](char left, char right) { return LowerAscii(left) == LowerAscii(right); });
+}
 
 void AppendCharacter(std::string& text, char32_t character) {
     if (character < 0x80) {
@@ -313,7 +321,7 @@ std::string ProfilePath(const std::string& file) {
         open != nullptr) {
         while (const dirent* const entry = ::readdir(open.get())) {
             const std::string_view name = entry->d_name;
-            if (SameName(name, file))
+            if (FoldedText(name) == FoldedText(file))
                 found.emplace_back(name);
         }
     }
@@ -347,10 +355,19 @@ ProfileText Load(const std::string& file) {
     return ProfileText(std::move(bytes));
 }
 
-std::string_view WithoutQuotes(std::string_view value) {
+// What fits into a buffer, without the pair of quotes around it. The call takes the first quote off, cuts,
+// and then takes off the last character if it believes that to be the other quote: a text within quotes that
+// just fills the buffer loses its last character.
+std::string_view CutToBuffer(std::string_view value, std::size_t bufferUnits) {
+    const std::size_t most = bufferUnits == 0 ? 0 : bufferUnits - 1;
     const bool quoted =
         value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front();
-    return quoted ? value.substr(1, value.size() - 2) : value;
+    if (!quoted)
+        return CutToUnits(value, most);
+    value.remove_prefix(1);
+    const bool fits = CountUnits(value) <= bufferUnits;
+    value = CutToUnits(value, most);
+    return fits && !value.empty() ? CutToUnits(value, CountUnits(value) - 1) : value;
 }
 
 } // namespace
@@ -361,12 +378,13 @@ std::string ReadProfileText(std::string_view section, std::string_view key, std:
         defaultValue.remove_suffix(1);
     std::string_view value = defaultValue;
     const ProfileText text = Load(file);
-    if (const auto header = text.FindSection(Trim(section))) {
+    const std::string_view name = Trim(section);
+    if (const auto header = name.empty() ? std::nullopt : text.FindSection(name)) {
         const auto found = text.FindKey(*header, Trim(key));
         if (found && text.Lines()[*found].m_bHasValue)
             value = text.Lines()[*found].m_strValue;
     }
-    return std::string(CutToUnits(WithoutQuotes(value), bufferUnits == 0 ? 0 : bufferUnits - 1));
+    return std::string(CutToBuffer(value, bufferUnits));
 }
 
 std::int32_t ReadProfileInt(std::string_view section, std::string_view key, std::int32_t defaultValue,

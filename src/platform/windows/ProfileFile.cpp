@@ -11,7 +11,7 @@ std::wstring ProfileName(const std::string& file) {
     return bare ? ToWide(file) : ToWidePath(file);
 }
 
-// Lines above the first header belong to no section. Wine would give them for a section without a name.
+// A section without a name has no values. Wine would give the lines above the first header for it.
 bool HasNoName(std::string_view section) {
     return section.find_first_not_of(" \t") == std::string_view::npos;
 }
