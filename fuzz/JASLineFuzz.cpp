@@ -12,10 +12,9 @@ using namespace carvelot;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view lines = fuzz::AsText(data, size);
-    fuzz::CheckScans(HintSet::Jas, lines, [](const TextSigns& a, const TextSigns& b) {
-        return a.cache == b.cache && a.eventStarts == b.eventStarts && a.eventEnds == b.eventEnds &&
-               a.erLine == b.erLine && a.objectCalled == b.objectCalled;
-    });
+    fuzz::CheckScans(HintSet::Jas, lines,
+                     TextSigns::SIGN_CACHE | TextSigns::SIGN_EVENT_STARTS | TextSigns::SIGN_EVENT_ENDS |
+                         TextSigns::SIGN_ER_LINE | TextSigns::SIGN_OBJECT_CALLED);
     std::string scratch;
     std::string usual;
     for (int i = 0; i < 6; ++i) {

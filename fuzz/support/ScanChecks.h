@@ -13,8 +13,8 @@
 namespace carvelot::fuzz {
 
 // All scans agree, the line ends are those that a plain search finds, and the hints of a text lead to every
-// sign that a search of the whole text sees. `same` compares the signs that the set looks for.
-template <class Same> void CheckScans(HintSet set, std::string_view bytes, Same same) {
+// sign that a search of the whole text sees. `signs` are those that the set looks for.
+inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs) {
     const auto buffer = std::make_unique<char[]>(bytes.size() + kScanPadding);
     std::copy(bytes.begin(), bytes.end(), buffer.get());
     std::fill_n(buffer.get() + bytes.size(), kScanPadding, 'C');
@@ -55,7 +55,8 @@ template <class Same> void CheckScans(HintSet set, std::string_view bytes, Same 
     }
     const LineHints hints(index.hints.get(), last, 0);
     for (const std::string_view part : {text, text.substr(text.size() / 3)}) {
-        Require(same(FindSigns(part), FindSigns(part, text, hints)), "the hints lead to every word");
+        Require(((FindSigns(part).found ^ FindSigns(part, text, hints).found) & signs) == 0,
+                "the hints lead to every word");
     }
 }
 

@@ -1,6 +1,5 @@
 #include "analysis/CacheAnalysis.h"
 
-#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 
@@ -10,18 +9,21 @@ namespace carvelot {
 
 namespace {
 
-bool Holds(std::string_view text, std::string_view word) {
-    return FindWord(text, word) != std::string_view::npos;
+// What stands between a marker that ends at `place` and the next "]". Nothing checks that the marker is
+// there: a missing one counts as standing one before the message's start.
+std::string_view Between(std::string_view message, std::size_t place, std::string_view marker,
+                         std::string& scratch) {
+    return UpTo(place == CacheWords::kNone ? FromColumn(message, marker.size() - 1, scratch)
+                                           : message.substr(place),
+                ']');
 }
 
-// What stands between a marker and the next "]". Nothing checks that the marker is there: a missing one
-// counts as standing one before the text's start.
-std::string_view Between(std::string_view text, std::string_view marker, std::string& scratch) {
-    const std::size_t place = FindWord(text, marker);
-    const std::string_view rest = place == std::string_view::npos
-                                      ? FromColumn(text, marker.size() - 1, scratch)
-                                      : text.substr(place + marker.size());
-    return UpTo(rest, ']');
+std::string_view HandleIn(std::string_view message, const CacheWords& words, std::string& scratch) {
+    return Between(message, words.handle, "hCache:[", scratch);
+}
+
+std::string_view CursorIn(std::string_view message, const CacheWords& words, std::string& scratch) {
+    return Between(message, words.cursor, "hCursor:[", scratch);
 }
 
 } // namespace
@@ -107,15 +109,17 @@ void CCacheAnalysis::AddLine(CDetailList& details, RecordIndex record) {
         return;
     }
     const std::string_view message = details.Text(record);
+    const CacheWords words = FindCacheWords(message);
     if (m_pendingOp != CACHE_NONE) {
-        Confirm(details, record, message);
+        Confirm(details, record, message, words);
         m_pendingOp = CACHE_NONE;
     }
-    Announce(details, record, message);
+    Announce(details, record, message, words);
 }
 
-void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::string_view message) {
-    if (!Holds(message, "Nm:[")) {
+void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::string_view message,
+                             const CacheWords& words) {
+    if (words.instance == CacheWords::kNone) {
         if (m_pendingOp == CACHE_FETCH) {
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
             const std::uint32_t open = m_placeOfOpen.Find(m_pendingCursor);
@@ -126,21 +130,19 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         }
         return;
     }
-    std::string handleScratch;
-    std::string instanceScratch;
-    const std::uint32_t handle = details.InternName(Between(message, "hCache:[", handleScratch));
+    std::string scratch;
+    const std::uint32_t handle = details.InternName(HandleIn(message, words, scratch));
     const std::uint32_t handleKey = details.FoldedName(handle);
-    const std::string_view instance = Between(message, "Nm:[", instanceScratch);
     const std::uint32_t known = m_newestByHandle.Find(handleKey);
     const std::uint32_t place =
         known != CNumberMap::kNone ? known : AddCache(details, record, handle, handle, handleKey);
     CCache& cache = m_caches[place];
     if (cache.m_strInstance.empty()) {
+        const std::string_view instance = Between(message, words.instance, "Nm:[", scratch);
         cache.m_strInstance = details.Name(details.InternName(instance));
     }
     const auto cursorOfPending = [&] {
-        std::string scratch;
-        return details.InternName(Between(details.Text(m_pPendingRecord), "hCursor:[", scratch));
+        return details.InternName(CursorIn(details.Text(m_pPendingRecord), m_pendingWords, scratch));
     };
     switch (m_pendingOp) {
     case CACHE_TERMINATE:
@@ -173,39 +175,43 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
     }
 }
 
-void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::string_view message) {
-    std::string scratch;
-    // Most lines name no call of the cache's interface.
-    const bool namesCall = Holds(message, "jdeCache");
-    if (namesCall && Holds(message, "jdeCacheInit")) {
-        m_pendingName = details.InternName(Between(message, "Name:[", scratch));
+void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::string_view message,
+                              const CacheWords& words) {
+    m_pPendingRecord = record;
+    m_pendingWords = words;
+    if (words.calls == 0) {
+        return;
     }
-    if (Holds(message, "Created new cache")) {
-        const std::uint32_t handle = details.InternName(Between(message, "hCache:[", scratch));
+    std::string scratch;
+    if (words.Hold(CacheWords::CALL_CACHE_INIT)) {
+        m_pendingName = details.InternName(Between(message, words.name, "Name:[", scratch));
+    }
+    if (words.Hold(CacheWords::CALL_CREATED)) {
+        const std::uint32_t handle = details.InternName(HandleIn(message, words, scratch));
         AddCache(details, record, m_pendingName, handle, details.FoldedName(handle));
         m_pendingOp = CACHE_INIT_NEW;
     }
-    if (Holds(message, "Found existing cache")) {
+    if (words.Hold(CacheWords::CALL_FOUND)) {
         m_pendingOp = CACHE_INIT_EXISTING;
     }
-    if (namesCall && Holds(message, "jdeCacheFetch")) {
-        m_pendingCursor = details.InternName(Between(message, "hCursor:[", scratch));
+    if (words.Hold(CacheWords::CALL_CACHE_FETCH)) {
+        m_pendingCursor = details.InternName(CursorIn(message, words, scratch));
         m_pendingOp = CACHE_FETCH;
     }
-    m_pPendingRecord = record;
-    if (namesCall && Holds(message, "jdeCacheTerminate")) {
-        m_pendingOp = Holds(message, "jdeCacheTerminateAll") ? CACHE_TERMINATE_ALL : CACHE_TERMINATE;
-    } else if (namesCall && Holds(message, "jdeCacheAdd")) {
+    if (words.Hold(CacheWords::CALL_CACHE_TERMINATE)) {
+        m_pendingOp =
+            words.Hold(CacheWords::CALL_CACHE_TERMINATE_ALL) ? CACHE_TERMINATE_ALL : CACHE_TERMINATE;
+    } else if (words.Hold(CacheWords::CALL_CACHE_ADD)) {
         m_pendingOp = CACHE_ADD;
-    } else if (namesCall && Holds(message, "jdeCacheUpdate")) {
+    } else if (words.Hold(CacheWords::CALL_CACHE_UPDATE)) {
         m_pendingOp = CACHE_UPDATE;
-    } else if (namesCall && Holds(message, "jdeCacheDelete")) {
-        m_pendingOp = Holds(message, "jdeCacheDeleteAll") ? CACHE_DELETE_ALL : CACHE_DELETE;
-    } else if (Holds(message, "Open Cursor Success")) {
+    } else if (words.Hold(CacheWords::CALL_CACHE_DELETE)) {
+        m_pendingOp = words.Hold(CacheWords::CALL_CACHE_DELETE_ALL) ? CACHE_DELETE_ALL : CACHE_DELETE;
+    } else if (words.Hold(CacheWords::CALL_CURSOR_OPEN)) {
         m_pendingOp = CACHE_OPEN_CURSOR;
-    } else if (namesCall && Holds(message, "jdeCacheResetCursor")) {
+    } else if (words.Hold(CacheWords::CALL_CACHE_RESET_CURSOR)) {
         m_pendingOp = CACHE_RESET_CURSOR;
-    } else if (namesCall && Holds(message, "jdeCacheCloseCursor")) {
+    } else if (words.Hold(CacheWords::CALL_CACHE_CLOSE_CURSOR)) {
         m_pendingOp = CACHE_CLOSE_CURSOR;
     }
 }

@@ -1,6 +1,7 @@
 // What one process did to its jdeCache caches, rebuilt from the trace lines of a debug log.
 #pragma once
 
+#include "analysis/CacheWords.h"
 #include "logcore/DetailList.h"
 #include "logcore/NumberMap.h"
 
@@ -80,8 +81,9 @@ private:
         auto operator<=>(const CursorPlace&) const = default;
     };
 
-    void Confirm(CDetailList& details, RecordIndex record, std::string_view message);
-    void Announce(CDetailList& details, RecordIndex record, std::string_view message);
+    void Confirm(CDetailList& details, RecordIndex record, std::string_view message, const CacheWords& words);
+    void Announce(CDetailList& details, RecordIndex record, std::string_view message,
+                  const CacheWords& words);
     std::uint32_t AddCache(const CDetailList& details, RecordIndex record, std::uint32_t name,
                            std::uint32_t handle, std::uint32_t handleKey);
     void AddOperation(const CDetailList& details, std::uint32_t cache, RecordIndex record, CacheOp op,
@@ -91,6 +93,7 @@ private:
     std::uint32_t m_pendingCursor = 0;
     CacheOp m_pendingOp = CACHE_NONE;
     RecordIndex m_pPendingRecord = kNoRecord;
+    CacheWords m_pendingWords; // of that record
 
     CNumberMap m_newestByHandle; // by the number that the handle has whatever its case
     CNumberMap m_placeOfOpen;    // in m_openCursors, by the number of the cursor's handle

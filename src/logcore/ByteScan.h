@@ -42,17 +42,69 @@ inline std::uint32_t DigitsAmong16(const char* p) {
 #endif
 }
 
-// Reads six digits; false when one of the six bytes is none.
-inline bool SixDigits(const char* p, std::uint32_t& value) {
-    std::uint32_t sum = 0;
-    bool digits = true;
-    for (unsigned i = 0; i < 6; ++i) {
-        const auto digit = static_cast<std::uint32_t>(static_cast<unsigned char>(p[i])) - '0';
-        digits = digits && digit < 10;
-        sum = sum * 10 + digit;
+// Reads six digits with " -" behind them; false when one of the eight bytes, which are ASCII, is another.
+inline bool SixDigitsAndDash(const char* p, std::uint32_t& value) {
+    if constexpr (std::endian::native == std::endian::little) {
+        // Of eight bytes the first is the lowest: what is left of each is a digit's value, and nothing of the
+        // last two.
+        const std::uint64_t values = Load64(p) ^ 0x2D20'3030'3030'3030U;
+        // 10 and more, in the last two 1 and more, reach a byte's top bit.
+        if (((values + 0x7F7F'7676'7676'7676U) & 0x8080'8080'8080'8080U) != 0) {
+            return false;
+        }
+        // Neighbours are joined: to numbers of two digits, of four, of eight.
+        std::uint64_t joined = ((values << 16U) * (10 * 256 + 1)) >> 8U;
+        joined = ((joined & 0x00FF'00FF'00FF'00FFU) * (100 * 65536 + 1)) >> 16U;
+        joined = ((joined & 0x0000'FFFF'0000'FFFFU) * (10'000 * 0x1'0000'0000U + 1)) >> 32U;
+        value = static_cast<std::uint32_t>(joined);
+        return true;
+    } else {
+        std::uint32_t sum = 0;
+        bool digits = p[6] == ' ' && p[7] == '-';
+        for (unsigned i = 0; i < 6; ++i) {
+            const auto digit = static_cast<std::uint32_t>(static_cast<unsigned char>(p[i])) - '0';
+            digits = digits && digit < 10;
+            sum = sum * 10 + digit;
+        }
+        value = sum;
+        return digits;
     }
-    value = sum;
-    return digits;
+}
+
+// Reads three digits, thousandths, with " [" behind them; false when one of the five bytes is another.
+inline bool ThreeDigitsAndBracket(const char* p, std::uint32_t& millionths) {
+    const auto digit = [p](unsigned i) {
+        return static_cast<std::uint32_t>(static_cast<unsigned char>(p[i])) - '0';
+    };
+    const std::uint32_t hundreds = digit(0);
+    const std::uint32_t tens = digit(1);
+    const std::uint32_t ones = digit(2);
+    millionths = (hundreds * 100 + tens * 10 + ones) * 1000;
+    return (hundreds < 10) & (tens < 10) & (ones < 10) & (p[3] == ' ') & (p[4] == '[');
+}
+
+// How many blanks and tabs sixteen bytes begin with.
+struct LeadingBlanks {
+    static constexpr std::uint32_t kMost = 16;
+
+    std::uint32_t count = 0;
+    bool holdTab = false;
+};
+inline LeadingBlanks LeadingBlanksAmong16(const char* p) {
+#if defined(__SSE2__)
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const auto tabs = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8('\t'))));
+    const auto blanks = static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8(' '))));
+    const auto count = static_cast<std::uint32_t>(std::countr_one(tabs | blanks));
+    return {count, (tabs & ((1U << count) - 1)) != 0};
+#else
+    LeadingBlanks leading;
+    for (; leading.count < LeadingBlanks::kMost && (p[leading.count] == ' ' || p[leading.count] == '\t');
+         ++leading.count) {
+        leading.holdTab = leading.holdTab || p[leading.count] == '\t';
+    }
+    return leading;
+#endif
 }
 
 // Whether a text starts with a word, without a call.
@@ -69,6 +121,21 @@ inline bool SameShortText(std::string_view a, std::string_view b) {
     const char* const y = b.data();
     const std::size_t size = a.size();
     // The last load of each branch may overlap the one before.
+#if defined(__SSE2__)
+    if (size >= 16) {
+        const auto same = [&](std::size_t at) {
+            return _mm_movemask_epi8(
+                       _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x + at)),
+                                      _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + at)))) == 0xFFFF;
+        };
+        for (std::size_t at = 0; at + 16 < size; at += 16) {
+            if (!same(at)) {
+                return false;
+            }
+        }
+        return same(size - 16);
+    }
+#endif
     if (size >= 8) {
         for (std::size_t at = 0; at + 8 < size; at += 8) {
             if (Load64(x + at) != Load64(y + at)) {
@@ -81,6 +148,52 @@ inline bool SameShortText(std::string_view a, std::string_view b) {
         return Load32(x) == Load32(y) && Load32(x + size - 4) == Load32(y + size - 4);
     }
     return size == 0 || (x[0] == y[0] && x[size / 2] == y[size / 2] && x[size - 1] == y[size - 1]);
+}
+
+// Calls look(place) for each place of one of four characters in a text, in rising order.
+template <char a, char b, char c, char d, class Look> void ForEachOfFour(std::string_view text, Look look) {
+    const char* const p = text.data();
+    std::size_t at = 0;
+#if defined(__SSE2__)
+    if (text.size() >= 16) {
+        const std::size_t lastStep = text.size() - 16;
+        for (;; at += 16) {
+            // The last step overlaps the one before, whose places are left out.
+            const std::size_t from = at < lastStep ? at : lastStep;
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + from));
+            const auto is = [v](char character) { return _mm_cmpeq_epi8(v, _mm_set1_epi8(character)); };
+            auto places = static_cast<std::uint32_t>(_mm_movemask_epi8(
+                              _mm_or_si128(_mm_or_si128(is(a), is(b)), _mm_or_si128(is(c), is(d))))) >>
+                          (at - from);
+            for (; places != 0; places &= places - 1) {
+                look(at + static_cast<std::size_t>(std::countr_zero(places)));
+            }
+            if (at >= lastStep) {
+                return;
+            }
+        }
+    }
+#endif
+    for (; at < text.size(); ++at) {
+        if (p[at] == a || p[at] == b || p[at] == c || p[at] == d) {
+            look(at);
+        }
+    }
+}
+
+// Where a character first stands in a text, mostly near its start.
+inline std::size_t FindNear(std::string_view text, char character) {
+#if defined(__SSE2__)
+    if (text.size() >= 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data()));
+        const auto places =
+            static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8(character))));
+        if (places != 0) {
+            return static_cast<std::size_t>(std::countr_zero(places));
+        }
+    }
+#endif
+    return text.find(character);
 }
 
 // Where a word of at least two characters first stands in a text, as std::string_view::find tells it, without

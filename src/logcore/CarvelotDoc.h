@@ -94,9 +94,19 @@ private:
     TextSigns SignsOf(const LogLine& line, std::string_view text) const;
     void LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record);
     std::string_view StatementText(std::string_view line, bool ascii);
-    // Files a record that stands in m_listDetails, its kind and return code at hand.
-    void CommitDetail(RecordIndex record, LogKind kind, std::int32_t returnCode, std::uint64_t time);
-    void CommitToUser(RecordIndex record, LogKind kind, std::uint64_t time);
+    // Files a record that stands in m_listDetails, its context, kind, return code and time at hand.
+    void CommitDetail(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
+                      std::uint64_t time) {
+        // Most records feed no analysis.
+        if (kind == LOG_NONE && context.thread != nullptr) {
+            context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
+        } else {
+            CommitToThread(record, context, kind, returnCode, time);
+        }
+    }
+    void CommitToThread(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
+                        std::uint64_t time);
+    void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time);
     // Sets the duration of a record from its own time to `endTime`.
     float Measure(RecordIndex pending, std::uint64_t endTime);
     CProcess& ProcessOf(RecordContext& context, std::uint64_t time);

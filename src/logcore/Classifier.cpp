@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstring>
 
 namespace carvelot {
 
@@ -25,9 +26,9 @@ bool Holds(std::string_view text, std::string_view word) {
     return FindWord(text, word) != std::string_view::npos;
 }
 
-bool StartsListedCode(std::string_view text) {
-    return text.size() >= kCodeLength && IsDigit(text[3]) &&
-           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(0, kCodeLength)) !=
+bool StartsListedCode(std::string_view text, std::size_t at) {
+    return at + kCodeLength <= text.size() && IsDigit(text[at + 3]) &&
+           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(at, kCodeLength)) !=
                kListedCodes.end();
 }
 
@@ -51,8 +52,8 @@ bool StartsWithSQL(std::string_view text) {
 }
 
 // Whether the first word begins so. A text without a blank has no first word.
-bool FirstWordBegins(std::string_view text, std::string_view start) {
-    return text.starts_with(start) && text.find(' ', start.size()) != std::string_view::npos;
+template <std::size_t size> bool FirstWordBegins(std::string_view text, const char (&start)[size]) {
+    return Starts(text, start) && text.find(' ', size - 1) != std::string_view::npos;
 }
 
 // A text of the form "RT: >>>Beginning ER:" tab, name, tab, and perhaps "Form:", the form, tab.
@@ -79,81 +80,82 @@ Classification ClassifyEventRules(std::string_view text, std::string& scratch) {
     return result;
 }
 
-// "at" names where the word's hinted pair of letters stands in the line; the word must lie in the text as a
-// whole.
-bool WordAt(std::string_view text, std::ptrdiff_t at, std::string_view word) {
-    return at >= 0 && static_cast<std::size_t>(at) + word.size() <= text.size() &&
-           SameShortText(text.substr(static_cast<std::size_t>(at), word.size()), word);
+// Whether a word stands at a place of a text, as a whole. The place may be any number.
+template <std::size_t size> bool WordAt(std::string_view text, std::ptrdiff_t at, const char (&word)[size]) {
+    return at >= 0 &&
+           at + static_cast<std::ptrdiff_t>(size) - 1 <= static_cast<std::ptrdiff_t>(text.size()) &&
+           std::memcmp(text.data() + at, word, size - 1) == 0;
 }
 
 } // namespace
 
 TextSigns FindSigns(std::string_view text) {
     TextSigns signs;
-    signs.cache = Holds(text, "jdeCache") || Holds(text, "hCache:") || Holds(text, "hCursor:") ||
-                  Holds(text, "Found existing cache");
-    signs.jdbCode = std::any_of(kListedCodes.begin(), kListedCodes.end(),
-                                [&](std::string_view code) { return Holds(text, code); });
-    signs.sqlDone = Holds(text, "Exiting DBPerformRequest");
-    signs.ube = Holds(text, "--UBE--");
-    signs.eventStarts = Holds(text, "Event Starts :");
-    signs.eventEnds = Holds(text, "Event Ends:");
-    signs.erLine = Holds(text, "at ER Line");
-    signs.objectCalled = Holds(text, "Object Called:");
+    const auto take = [&signs](TextSigns::Sign sign, bool found) { signs.found |= found ? sign : 0U; };
+    take(TextSigns::SIGN_CACHE, Holds(text, "jdeCache") || Holds(text, "hCache:") ||
+                                    Holds(text, "hCursor:") || Holds(text, "Found existing cache"));
+    take(TextSigns::SIGN_JDB_CODE, std::any_of(kListedCodes.begin(), kListedCodes.end(),
+                                               [&](std::string_view code) { return Holds(text, code); }));
+    take(TextSigns::SIGN_SQL_DONE, Holds(text, "Exiting DBPerformRequest"));
+    take(TextSigns::SIGN_UBE, Holds(text, "--UBE--"));
+    take(TextSigns::SIGN_EVENT_STARTS, Holds(text, "Event Starts :"));
+    take(TextSigns::SIGN_EVENT_ENDS, Holds(text, "Event Ends:"));
+    take(TextSigns::SIGN_ER_LINE, Holds(text, "at ER Line"));
+    take(TextSigns::SIGN_OBJECT_CALLED, Holds(text, "Object Called:"));
     return signs;
 }
 
 TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints) {
-    TextSigns signs;
+    std::uint32_t found = 0;
     if (text.empty()) {
-        return signs;
+        return {};
     }
     const std::ptrdiff_t textStart = text.data() - line.data();
     hints.ForEach([&](std::size_t place) {
-        if (place < line.size() && line[place] == '-') {
-            signs.lineHoldsUBE =
-                signs.lineHoldsUBE || WordAt(line, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
-        }
-        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
-        if (at < 0 || static_cast<std::size_t>(at) >= text.size()) {
+        if (place >= line.size()) {
             return;
         }
-        // By the first letter of the word's pair.
-        switch (text[static_cast<std::size_t>(at)]) {
+        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
+        // By the first letter of the word's pair. A pair outside of the text is no start of a word within it.
+        switch (line[place]) {
         case 'e':
-            signs.cache = signs.cache || WordAt(text, at - 2, "jdeCache");
+            found |= WordAt(text, at - 2, "jdeCache") ? TextSigns::SIGN_CACHE : 0U;
             break;
         case 'h':
-            signs.cache = signs.cache || WordAt(text, at, "hCache:") || WordAt(text, at, "hCursor:");
+            found |= WordAt(text, at, "hCache:") || WordAt(text, at, "hCursor:") ? TextSigns::SIGN_CACHE : 0U;
             break;
         case 'F':
-            signs.cache = signs.cache || WordAt(text, at, "Found existing cache");
+            found |= WordAt(text, at, "Found existing cache") ? TextSigns::SIGN_CACHE : 0U;
             break;
         case 'B':
-            signs.sqlDone = signs.sqlDone || WordAt(text, at - 9, "Exiting DBPerformRequest");
+            found |= WordAt(text, at - 9, "Exiting DBPerformRequest") ? TextSigns::SIGN_SQL_DONE : 0U;
             [[fallthrough]];
         case 'C':
-            signs.jdbCode =
-                signs.jdbCode || (at >= 2 && StartsListedCode(text.substr(static_cast<std::size_t>(at - 2))));
+            found |= at >= 2 && StartsListedCode(text, static_cast<std::size_t>(at - 2))
+                         ? TextSigns::SIGN_JDB_CODE
+                         : 0U;
             break;
         case '-':
-            signs.ube = signs.ube || WordAt(text, at - 1, "--UBE--");
+            found |= WordAt(text, at - 1, "--UBE--") ? TextSigns::SIGN_UBE : 0U;
+            found |= WordAt(line, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--")
+                         ? TextSigns::SIGN_UBE_IN_LINE
+                         : 0U;
             break;
         case 'E':
-            signs.eventStarts = signs.eventStarts || WordAt(text, at, "Event Starts :");
-            signs.eventEnds = signs.eventEnds || WordAt(text, at, "Event Ends:");
+            found |= WordAt(text, at, "Event Starts :") ? TextSigns::SIGN_EVENT_STARTS : 0U;
+            found |= WordAt(text, at, "Event Ends:") ? TextSigns::SIGN_EVENT_ENDS : 0U;
             break;
         case 'L':
-            signs.erLine = signs.erLine || WordAt(text, at - 6, "at ER Line");
+            found |= WordAt(text, at - 6, "at ER Line") ? TextSigns::SIGN_ER_LINE : 0U;
             break;
         case 'O':
-            signs.objectCalled = signs.objectCalled || WordAt(text, at, "Object Called:");
+            found |= WordAt(text, at, "Object Called:") ? TextSigns::SIGN_OBJECT_CALLED : 0U;
             break;
         default:
             break;
         }
     });
-    return signs;
+    return {found};
 }
 
 bool HoldsUBE(const LogLine& line) {
@@ -169,16 +171,18 @@ bool HoldsUBE(const LogLine& line) {
 
 namespace {
 
-// By the first words that both formats know; LOG_NONE leaves the text to the tests behind.
+constexpr Classification Is(LogKind kind) { return {kind, 0, {}}; }
+
+// By the first words that both formats know and that begin no SQL; LOG_NONE leaves the text to the tests
+// behind.
 Classification ClassifyFirstWord(std::string_view text) {
-    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     switch (text.front()) {
     case 'O':
         if (Starts(text, "On ")) {
-            return is(LOG_ON);
+            return Is(LOG_ON);
         }
         if (FirstWordBegins(text, "OUT->[")) {
-            return is(LOG_PARM_OUT);
+            return Is(LOG_PARM_OUT);
         }
         break;
     case 'R':
@@ -188,12 +192,12 @@ Classification ClassifyFirstWord(std::string_view text) {
         break;
     case 'E':
         if (FirstWordBegins(text, "ERROR")) {
-            return is(LOG_ERROR);
+            return Is(LOG_ERROR);
         }
         break;
     case 'I':
         if (FirstWordBegins(text, "IN->[")) {
-            return is(LOG_PARM_IN);
+            return Is(LOG_PARM_IN);
         }
         break;
     default:
@@ -202,48 +206,86 @@ Classification ClassifyFirstWord(std::string_view text) {
     return {};
 }
 
+// A text that an OLE DB driver wrote.
+LogKind ClassifyOLEDB(std::string_view text) {
+    const std::string_view statement = text.substr(text.find(' '));
+    for (const std::string_view word : {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
+        if (Holds(statement, word)) {
+            return LOG_SQL;
+        }
+    }
+    return LOG_NONE;
+}
+
 } // namespace
 
 Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
-    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (text.empty()) {
         return {};
     }
-    if (StartsWithSQL(text)) {
-        return is(LOG_SQL);
-    }
-    if (Starts(text, "[JDBOLEDB] ")) {
-        const std::string_view statement = text.substr(text.find(' '));
-        for (const std::string_view word :
-             {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
-            if (Holds(statement, word)) {
-                return is(LOG_SQL);
-            }
+    // The tests by first words, none of which another one with the same first letter would take.
+    switch (text.front()) {
+    case 'S':
+    case 'U':
+    case 'D':
+    case 'A':
+        if (StartsWithSQL(text)) {
+            return Is(LOG_SQL);
         }
-        return {};
+        break;
+    case 'C':
+        if (Starts(text, "Calling ")) {
+            return Is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
+        }
+        if (StartsWithSQL(text)) {
+            return Is(LOG_SQL);
+        }
+        break;
+    case 'I':
+        if (StartsWithSQL(text)) {
+            return Is(LOG_SQL);
+        }
+        [[fallthrough]];
+    case 'O':
+    case 'E':
+        if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
+            return known;
+        }
+        break;
+    case 'R':
+        if (Starts(text, "RT: ")) {
+            return ClassifyEventRules(text, scratch);
+        }
+        if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
+            return known;
+        }
+        break;
+    case '[':
+        if (Starts(text, "[JDBOLEDB] ")) {
+            return Is(ClassifyOLEDB(text));
+        }
+        break;
+    case 'J':
+        if (Starts(text, "JDB")) {
+            return Is(LOG_JDB_ERROR);
+        }
+        break;
+    default:
+        break;
     }
-    if (Starts(text, "Calling ")) {
-        return is(text == "Calling legacy API" || text == "Calling sqlplus.exe" ? LOG_NONE : LOG_CALL);
+    if (signs.Hold(TextSigns::SIGN_JDB_CODE)) {
+        return Is(LOG_JDB_ERROR);
     }
-    if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
-        return known;
+    if (signs.Hold(TextSigns::SIGN_CACHE)) {
+        return Is(LOG_CACHE);
     }
-    if (Starts(text, "RT: ")) {
-        return ClassifyEventRules(text, scratch);
+    if (signs.Hold(TextSigns::SIGN_SQL_DONE)) {
+        return Is(LOG_SQL_DONE);
     }
-    if (signs.jdbCode || Starts(text, "JDB")) {
-        return is(LOG_JDB_ERROR);
+    if (signs.Hold(TextSigns::SIGN_UBE)) {
+        return Is(LOG_UBE);
     }
-    if (signs.cache) {
-        return is(LOG_CACHE);
-    }
-    if (signs.sqlDone) {
-        return is(LOG_SQL_DONE);
-    }
-    if (signs.ube) {
-        return is(LOG_UBE);
-    }
-    return is(Starts(text, "[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
+    return Is(Starts(text, "[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
 }
 
 namespace {
@@ -271,7 +313,7 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending) {
 
 // Puts the value in the place of the leftmost "?1" or the like.
 void FillIn(std::string& statement, const JASParam& param) {
-    std::array<char, 12> mark{'?'};
+    std::array<char, 16> mark{'?'};
     const char* const markEnd = std::to_chars(mark.data() + 1, mark.data() + mark.size(), param.index).ptr;
     const std::string_view marked(mark.data(), static_cast<std::size_t>(markEnd - mark.data()));
     const std::size_t place = FindWord(statement, marked);
@@ -284,7 +326,7 @@ void FillIn(std::string& statement, const JASParam& param) {
 }
 
 LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch) {
-    if (Holds(text, "Param")) {
+    if (Starts(text, "Param") || Holds(text, "Param")) {
         FillIn(pending.statement, ParseJASParam(text, scratch));
         --pending.parameters;
     }
@@ -323,22 +365,22 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
     if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
         return known;
     }
-    if (signs.eventStarts) {
+    if (signs.Hold(TextSigns::SIGN_EVENT_STARTS)) {
         return is(LOG_EVENT_START);
     }
-    if (signs.eventEnds) {
+    if (signs.Hold(TextSigns::SIGN_EVENT_ENDS)) {
         return is(LOG_EVENT_END);
     }
-    if (signs.erLine) {
+    if (signs.Hold(TextSigns::SIGN_ER_LINE)) {
         return is(LOG_ER_LINE);
     }
-    if (signs.objectCalled) {
+    if (signs.Hold(TextSigns::SIGN_OBJECT_CALLED)) {
         return is(LOG_OBJECT_CALL);
     }
     if (Starts(text, "RT: ")) {
         return ClassifyEventRules(text, scratch);
     }
-    return is(signs.cache ? LOG_CACHE : LOG_NONE);
+    return is(signs.Hold(TextSigns::SIGN_CACHE) ? LOG_CACHE : LOG_NONE);
 }
 
 JASParam ParseJASParam(std::string_view text, std::string& scratch) {

@@ -18,15 +18,21 @@ struct Classification {
 
 // Which of the words that a classifier looks for anywhere in a text are there.
 struct TextSigns {
-    bool cache = false;        // jdeCache, hCache:, hCursor:, Found existing cache
-    bool jdbCode = false;      // one of the listed CAC and JDB codes
-    bool sqlDone = false;      // Exiting DBPerformRequest
-    bool ube = false;          // --UBE--
-    bool eventStarts = false;  // Event Starts :
-    bool eventEnds = false;    // Event Ends:
-    bool erLine = false;       // at ER Line
-    bool objectCalled = false; // Object Called:
-    bool lineHoldsUBE = false; // --UBE-- anywhere in the line; told from hints only
+    enum Sign : std::uint32_t {
+        SIGN_CACHE = 1U << 0U,         // jdeCache, hCache:, hCursor:, Found existing cache
+        SIGN_JDB_CODE = 1U << 1U,      // one of the listed CAC and JDB codes
+        SIGN_SQL_DONE = 1U << 2U,      // Exiting DBPerformRequest
+        SIGN_UBE = 1U << 3U,           // --UBE--
+        SIGN_EVENT_STARTS = 1U << 4U,  // Event Starts :
+        SIGN_EVENT_ENDS = 1U << 5U,    // Event Ends:
+        SIGN_ER_LINE = 1U << 6U,       // at ER Line
+        SIGN_OBJECT_CALLED = 1U << 7U, // Object Called:
+        SIGN_UBE_IN_LINE = 1U << 8U,   // --UBE-- anywhere in the line; told from hints only
+    };
+
+    std::uint32_t found = 0;
+
+    bool Hold(Sign sign) const { return (found & sign) != 0; }
 };
 
 // Searches the text as a whole.

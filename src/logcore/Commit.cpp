@@ -15,13 +15,8 @@ CProcess& CCarvelotDoc::ProcessOf(RecordContext& context, std::uint64_t time) {
     return *context.process;
 }
 
-void CCarvelotDoc::CommitDetail(RecordIndex record, LogKind kind, std::int32_t returnCode,
-                                std::uint64_t time) {
-    RecordContext& context = m_listDetails.Context(record);
-    if (kind == LOG_NONE && context.thread != nullptr) {
-        context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
-        return;
-    }
+void CCarvelotDoc::CommitToThread(RecordIndex record, RecordContext& context, LogKind kind,
+                                  std::int32_t returnCode, std::uint64_t time) {
     CProcess& process = context.process != nullptr ? *context.process : ProcessOf(context, time);
     const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
     CallLine call;
@@ -95,8 +90,8 @@ float CCarvelotDoc::Measure(RecordIndex pending, std::uint64_t endTime) {
     return seconds;
 }
 
-void CCarvelotDoc::CommitToUser(RecordIndex record, LogKind kind, std::uint64_t time) {
-    RecordContext& context = m_listDetails.Context(record);
+void CCarvelotDoc::CommitToUser(RecordIndex record, RecordContext& context, LogKind kind,
+                                std::uint64_t time) {
     if (context.jasUser == nullptr) {
         const std::string_view name = m_listDetails[record].m_strUser;
         CJASUser*& known = m_mapUsers[name];

@@ -64,6 +64,7 @@ bool ReadStamp(const char* p, LineStamp& stamp) {
     stamp.minute = two(10);
     stamp.second = two(13);
     stamp.SetBytes({p, kSecondsLength}, {p, 3});
+    stamp.packed = CDetailList::PackStamp(stamp);
     return stamp.IsOfAClock();
 }
 
@@ -147,8 +148,8 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
         return false;
     }
     std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) || !SixDigits(p + kSecondsLength, fraction) ||
-        std::memcmp(p + 22, " - ", 3) != 0) {
+    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
+        !SixDigitsAndDash(p + kSecondsLength, fraction) || p[kIDsColumn - 1] != ' ') {
         m_stamp.length = 0;
         return false;
     }
@@ -159,27 +160,34 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     const LineHead& head = *known;
     const char* const first = p + kIDsColumn + head.length;
     const char* const end = p + size;
-    const std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
-    if (text.empty()) {
+    const LeadingBlanks leading = LeadingBlanksAmong16(first);
+    // More blanks than a head may have, or a text with nothing else in it, take the long way.
+    if (leading.count >= LeadingBlanks::kMost || first + leading.count >= end) {
         return false;
     }
+    const char* const begin = first + leading.count;
+    const char* textEnd = end;
+    while (textEnd[-1] == ' ') {
+        --textEnd;
+    }
+    const std::string_view text(begin, static_cast<std::size_t>(textEnd - begin));
     std::size_t blanks = 0;
     if (head.labelRunsOn) {
-        blanks = static_cast<std::size_t>(text.data() - first);
         // A tab ahead of the text would end the label.
-        if (blanks > LineHead::kMostBlanks || std::memchr(first, '\t', blanks) != nullptr) {
+        if (leading.count > LineHead::kMostBlanks || leading.holdTab) {
             return false;
         }
+        blanks = leading.count;
     }
-    const std::uint32_t context = head.contexts[blanks];
-    if (context == LineHead::kUnknown ||
+    const std::uint32_t contextNumber = head.contexts[blanks];
+    if (contextNumber == LineHead::kUnknown ||
         (m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
         return false;
     }
     TextSigns signs;
     if (!line.hints.Empty()) {
         signs = FindSigns(text, line.bytes, line.hints);
-        if (signs.lineHoldsUBE) {
+        if (signs.Hold(TextSigns::SIGN_UBE_IN_LINE)) {
             return false;
         }
     }
@@ -197,9 +205,10 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
         stored = {text.data(), static_cast<std::size_t>(end - text.data())};
     }
     const RecordIndex record = m_listDetails.AppendUsual(
-        {m_stamp, fraction, context, result.kind, result.returnCode, parts.operation, true, head.labelRunsOn,
-         text, stored, result.kind == LOG_SQL ? parts.table : result.name});
-    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
+        {m_stamp, fraction, contextNumber, result.kind, result.returnCode, parts.operation, true,
+         head.labelRunsOn, text, stored, result.kind == LOG_SQL ? parts.table : result.name});
+    CommitDetail(record, m_listDetails.ContextOfNumber(contextNumber), result.kind, result.returnCode,
+                 m_stamp.time + fraction);
     return true;
 }
 
@@ -272,7 +281,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
     }
     const RecordIndex record = m_listDetails.Append(detail, line.ascii);
     LearnDebugHead(line, detail, record);
-    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

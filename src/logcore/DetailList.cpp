@@ -128,22 +128,21 @@ std::uint32_t CDetailList::FindOrAddContext(const CLogDetail& detail, std::strin
 
 RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
-    PackedDetail packed{};
-    packed.kind = static_cast<std::uint64_t>(detail.m_nKind) & 0x1FU;
-    packed.returnCode = static_cast<std::uint64_t>(detail.m_nReturnCode) & 0xFU;
-    packed.ubeLevel = static_cast<std::uint64_t>(detail.m_nUBELevel) & 0xFU;
-    packed.ube = detail.m_bUBE ? 1 : 0;
-    packed.sqlOperation = static_cast<std::uint64_t>(detail.m_nSQLOperation) & 0x7U;
-    packed.ascii = ascii ? 1 : 0;
+    std::uint64_t head = KindField::Of(detail.m_nKind) |
+                         ReturnCodeField::Of(static_cast<std::uint64_t>(detail.m_nReturnCode)) |
+                         UBELevelField::Of(static_cast<std::uint64_t>(detail.m_nUBELevel)) |
+                         UBEField::Of(detail.m_bUBE ? 1 : 0) |
+                         OperationField::Of(static_cast<std::uint64_t>(detail.m_nSQLOperation)) |
+                         AsciiField::Of(ascii ? 1 : 0);
     bool odd = true;
     if (FitsBits(detail.m_nDay, 5) && FitsBits(detail.m_nHour, 5) && FitsBits(detail.m_nMinute, 6) &&
         FitsBits(detail.m_nSecond, 6) && FitsBits(detail.m_nMicrosecond, 20)) {
         odd = false;
-        packed.day = static_cast<std::uint64_t>(detail.m_nDay) & 0x1FU;
-        packed.hour = static_cast<std::uint64_t>(detail.m_nHour) & 0x1FU;
-        packed.minute = static_cast<std::uint64_t>(detail.m_nMinute) & 0x3FU;
-        packed.second = static_cast<std::uint64_t>(detail.m_nSecond) & 0x3FU;
-        packed.microsecond = static_cast<std::uint64_t>(detail.m_nMicrosecond) & 0xFFFFFU;
+        head |= DayField::Of(static_cast<std::uint64_t>(detail.m_nDay)) |
+                HourField::Of(static_cast<std::uint64_t>(detail.m_nHour)) |
+                MinuteField::Of(static_cast<std::uint64_t>(detail.m_nMinute)) |
+                SecondField::Of(static_cast<std::uint64_t>(detail.m_nSecond)) |
+                MicrosecondField::Of(static_cast<std::uint64_t>(detail.m_nMicrosecond));
     }
 
     // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from
@@ -183,6 +182,7 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     }
 
     std::string_view keptText;
+    std::uint64_t text = 0;
     if (stored.size() >= CTextStore::kLongest) {
         keptText = m_texts.Keep(detail.m_strText);
         odd = true;
@@ -192,18 +192,16 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
             ownLabel = false;
         }
     } else {
-        packed.textLength = detail.m_strText.size() & 0xFFFFFFU;
         // The line feed, which no line holds, ends a label that no tab ends.
-        packed.textOffset = m_texts.Add(stored, ownLabel) & 0xFFFFFFFFFFU;
+        text = OffsetField::Of(m_texts.Add(stored, ownLabel)) | LengthField::Of(detail.m_strText.size());
     }
-    packed.ownLabel = ownLabel ? 1 : 0;
+    head |= OwnLabelField::Of(ownLabel ? 1 : 0);
     if (odd || !oddLabel.empty()) {
-        packed.odd = 1;
+        head |= OddField::Of(1);
         m_odd.push_back({record, detail.m_nDay, detail.m_nHour, detail.m_nMinute, detail.m_nSecond,
                          detail.m_nMicrosecond, keptText, m_texts.Keep(oddLabel)});
     }
-    packed.context = ContextFor(detail, shared);
-    m_details.Add(packed);
+    m_details.Add({head, text, ContextFor(detail, shared), 0});
     const std::string_view name = detail.m_nKind == LOG_SQL ? detail.m_strTable : detail.m_strName;
     if (!name.empty()) {
         ExtraFor(record).name = m_names.Id(name);
@@ -211,47 +209,22 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     return record;
 }
 
-RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
-    const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
-    PackedDetail packed{};
-    packed.kind = static_cast<std::uint64_t>(detail.kind) & 0x1FU;
-    packed.returnCode = static_cast<std::uint64_t>(detail.returnCode) & 0xFU;
-    packed.sqlOperation = static_cast<std::uint64_t>(detail.operation) & 0x7U;
-    packed.day = static_cast<std::uint64_t>(detail.stamp.day) & 0x1FU;
-    packed.hour = static_cast<std::uint64_t>(detail.stamp.hour) & 0x1FU;
-    packed.minute = static_cast<std::uint64_t>(detail.stamp.minute) & 0x3FU;
-    packed.second = static_cast<std::uint64_t>(detail.stamp.second) & 0x3FU;
-    packed.microsecond = detail.fraction & 0xFFFFFU;
-    packed.ascii = detail.ascii ? 1 : 0;
-    packed.ownLabel = detail.labelRunsOn ? 1 : 0;
-    if (detail.stored.size() < CTextStore::kLongest) {
-        packed.textLength = detail.text.size() & 0xFFFFFFU;
-        packed.textOffset = m_texts.Add(detail.stored, detail.labelRunsOn) & 0xFFFFFFFFFFU;
-    } else {
-        // A statement that its parameters made long; no line is that long.
-        packed.odd = 1;
-        m_odd.push_back({record,
-                         detail.stamp.day,
-                         detail.stamp.hour,
-                         detail.stamp.minute,
-                         detail.stamp.second,
-                         static_cast<std::int32_t>(detail.fraction),
-                         m_texts.Keep(detail.text),
-                         {}});
-    }
-    packed.context = detail.context;
-    m_details.Add(packed);
-    if (!detail.name.empty()) {
-        ExtraFor(record).name = m_names.Id(detail.name);
-    }
-    return record;
+// A statement that its parameters made long; no line is that long.
+void CDetailList::AddOddText(RecordIndex record, const UsualDetail& detail) {
+    m_odd.push_back({record,
+                     detail.stamp.day,
+                     detail.stamp.hour,
+                     detail.stamp.minute,
+                     detail.stamp.second,
+                     static_cast<std::int32_t>(detail.fraction),
+                     m_texts.Keep(detail.text),
+                     {}});
 }
 
 CDetailList::Extra& CDetailList::ExtraFor(RecordIndex record) {
     PackedDetail& packed = Packed(record);
     if (packed.extra == 0) {
-        packed.extra = static_cast<std::uint32_t>(m_extras.Size());
-        m_extras.Add({});
+        packed.extra = AddExtra({});
     }
     return m_extras[packed.extra];
 }
@@ -263,39 +236,40 @@ const CDetailList::OddDetail& CDetailList::Odd(RecordIndex record) const {
 
 std::string_view CDetailList::Text(RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
-    if (packed.odd != 0) {
+    if (OddField::In(packed.head) != 0) {
         const OddDetail& odd = Odd(record);
         if (odd.text.data() != nullptr) {
             return odd.text;
         }
     }
-    return packed.textLength == 0 ? std::string_view{} : m_texts.View(packed.textOffset, packed.textLength);
+    const std::size_t length = LengthField::In(packed.text);
+    return length == 0 ? std::string_view{} : m_texts.View(OffsetField::In(packed.text), length);
 }
 
 std::uint64_t CDetailList::Time(RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
-    if (packed.odd != 0) {
+    if (OddField::In(packed.head) != 0) {
         const OddDetail& odd = Odd(record);
         return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
     }
-    return ((packed.hour * std::uint64_t{60} + packed.minute) * 60 + packed.second) * 1'000'000 +
-           packed.microsecond;
+    const std::uint64_t minutes = HourField::In(packed.head) * 60 + MinuteField::In(packed.head);
+    return (minutes * 60 + SecondField::In(packed.head)) * 1'000'000 + MicrosecondField::In(packed.head);
 }
 
 CLogDetail CDetailList::operator[](RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
     const RecordContext& context = m_contexts[packed.context];
     CLogDetail detail;
-    detail.m_nKind = static_cast<LogKind>(packed.kind);
-    detail.m_nSQLOperation = static_cast<SqlOperation>(packed.sqlOperation);
-    detail.m_bUBE = packed.ube != 0;
-    detail.m_nReturnCode = static_cast<std::int32_t>(packed.returnCode);
-    detail.m_nUBELevel = static_cast<std::int32_t>(packed.ubeLevel);
-    detail.m_nDay = static_cast<std::int32_t>(packed.day);
-    detail.m_nHour = static_cast<std::int32_t>(packed.hour);
-    detail.m_nMinute = static_cast<std::int32_t>(packed.minute);
-    detail.m_nSecond = static_cast<std::int32_t>(packed.second);
-    detail.m_nMicrosecond = static_cast<std::int32_t>(packed.microsecond);
+    detail.m_nKind = KindField::As<LogKind>(packed.head);
+    detail.m_nSQLOperation = OperationField::As<SqlOperation>(packed.head);
+    detail.m_bUBE = UBEField::In(packed.head) != 0;
+    detail.m_nReturnCode = ReturnCodeField::As<std::int32_t>(packed.head);
+    detail.m_nUBELevel = UBELevelField::As<std::int32_t>(packed.head);
+    detail.m_nDay = DayField::As<std::int32_t>(packed.head);
+    detail.m_nHour = HourField::As<std::int32_t>(packed.head);
+    detail.m_nMinute = MinuteField::As<std::int32_t>(packed.head);
+    detail.m_nSecond = SecondField::As<std::int32_t>(packed.head);
+    detail.m_nMicrosecond = MicrosecondField::As<std::int32_t>(packed.head);
     detail.m_nProcessID = context.processID;
     detail.m_nThreadID = context.threadID;
     detail.m_strText = Text(record);
@@ -304,10 +278,10 @@ CLogDetail CDetailList::operator[](RecordIndex record) const {
     detail.m_strUser = m_words.Text(context.user);
     detail.m_strSource = m_words.Text(context.source);
     detail.m_strThreadLabel.shared = m_words.Text(context.label);
-    if (packed.ownLabel != 0) {
-        detail.m_strThreadLabel.own = m_texts.ViewUpTo(packed.textOffset, '\t', '\n');
+    if (OwnLabelField::In(packed.head) != 0) {
+        detail.m_strThreadLabel.own = m_texts.ViewUpTo(OffsetField::In(packed.text), '\t', '\n');
     }
-    if (packed.odd != 0) {
+    if (OddField::In(packed.head) != 0) {
         const OddDetail& odd = Odd(record);
         detail.m_nDay = odd.day;
         detail.m_nHour = odd.hour;

@@ -62,39 +62,43 @@ public:
         std::string_view name; // the display name, or the table of a SQL record
     };
     RecordIndex AppendUsual(const UsualDetail& detail);
+    // Day and time of a stamp as records keep them.
+    static std::uint64_t PackStamp(const LineStamp& stamp);
     // Whether a record has nothing that only Append can give it.
     bool IsUsual(RecordIndex record) const {
         const PackedDetail& packed = Packed(record);
-        return packed.odd == 0 && packed.textLength != 0;
+        return OddField::In(packed.head) == 0 && LengthField::In(packed.text) != 0;
     }
     std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
+    RecordContext& ContextOfNumber(std::uint32_t context) { return m_contexts[context]; }
 
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;
 
-    LogKind Kind(RecordIndex record) const { return static_cast<LogKind>(Packed(record).kind); }
+    LogKind Kind(RecordIndex record) const { return KindField::As<LogKind>(Packed(record).head); }
     std::int32_t ReturnCode(RecordIndex record) const {
-        return static_cast<std::int32_t>(Packed(record).returnCode);
+        return ReturnCodeField::As<std::int32_t>(Packed(record).head);
     }
-    bool IsUBE(RecordIndex record) const { return Packed(record).ube != 0; }
+    bool IsUBE(RecordIndex record) const { return UBEField::In(Packed(record).head) != 0; }
     std::int32_t UBELevel(RecordIndex record) const {
-        return static_cast<std::int32_t>(Packed(record).ubeLevel);
+        return UBELevelField::As<std::int32_t>(Packed(record).head);
     }
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
     std::string_view Text(RecordIndex record) const;
-    bool TextIsAscii(RecordIndex record) const { return Packed(record).ascii != 0; }
+    bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).head) != 0; }
     std::uint64_t Time(RecordIndex record) const;
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
     void SetKind(RecordIndex record, LogKind kind) {
-        Packed(record).kind = static_cast<std::uint64_t>(kind) & 0x1FU;
+        std::uint64_t& head = Packed(record).head;
+        head = (head & KindField::kNone) | KindField::Of(kind);
     }
     void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
     void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
 
     SqlOperation Operation(RecordIndex record) const {
-        return static_cast<SqlOperation>(Packed(record).sqlOperation);
+        return OperationField::As<SqlOperation>(Packed(record).head);
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
     // The number under which a SQL record's table counts: tables whose names differ in case only share one.
@@ -114,23 +118,38 @@ public:
     }
 
 private:
+    // Some bits of a word.
+    template <unsigned shift, unsigned bits> struct Field {
+        static_assert(shift + bits <= 64);
+        static constexpr std::uint64_t kMask = (std::uint64_t{1} << bits) - 1;
+
+        static constexpr std::uint64_t Of(std::uint64_t value) { return (value & kMask) << shift; }
+        static constexpr std::uint64_t In(std::uint64_t word) { return (word >> shift) & kMask; }
+        template <class T> static constexpr T As(std::uint64_t word) { return static_cast<T>(In(word)); }
+        static constexpr std::uint64_t kNone = ~(kMask << shift); // a word's other bits
+    };
+    // Of PackedDetail::head.
+    using KindField = Field<0, 5>;
+    using ReturnCodeField = Field<5, 4>;
+    using UBELevelField = Field<9, 4>;
+    using UBEField = Field<13, 1>;
+    using OperationField = Field<14, 3>;
+    using DayField = Field<17, 5>;
+    using HourField = Field<22, 5>;
+    using MinuteField = Field<27, 6>;
+    using SecondField = Field<33, 6>;
+    using MicrosecondField = Field<39, 20>;
+    using OddField = Field<59, 1>;      // fields that do not fit here stand in m_odd
+    using OwnLabelField = Field<60, 1>; // the label ends with the stored bytes from the text's start to a tab
+                                        // or line feed
+    using AsciiField = Field<61, 1>;
+    // Of PackedDetail::text.
+    using OffsetField = Field<0, 40>;
+    using LengthField = Field<40, 24>;
+
     struct PackedDetail {
-        std::uint64_t kind : 5;
-        std::uint64_t returnCode : 4;
-        std::uint64_t ubeLevel : 4;
-        std::uint64_t ube : 1;
-        std::uint64_t sqlOperation : 3;
-        std::uint64_t day : 5;
-        std::uint64_t hour : 5;
-        std::uint64_t minute : 6;
-        std::uint64_t second : 6;
-        std::uint64_t microsecond : 20;
-        std::uint64_t odd : 1; // fields that do not fit here stand in m_odd
-        std::uint64_t
-            ownLabel : 1; // the label ends with the stored bytes from textOffset to a tab or line feed
-        std::uint64_t ascii : 1;
-        std::uint64_t textOffset : 40;
-        std::uint64_t textLength : 24;
+        std::uint64_t head;
+        std::uint64_t text;
         std::uint32_t context;
         std::uint32_t extra; // 0 for nothing extra
     };
@@ -159,6 +178,12 @@ private:
     PackedDetail& Packed(RecordIndex record) { return m_details[Number(record)]; }
     const PackedDetail& Packed(RecordIndex record) const { return m_details[Number(record)]; }
     Extra& ExtraFor(RecordIndex record);
+    std::uint32_t AddExtra(const Extra& extra) {
+        const auto number = static_cast<std::uint32_t>(m_extras.Size());
+        m_extras.Add(extra);
+        return number;
+    }
+    void AddOddText(RecordIndex record, const UsualDetail& detail);
     std::uint32_t NameOf(RecordIndex record) const { return m_extras[Packed(record).extra].name; }
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
@@ -177,5 +202,32 @@ private:
     std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
     std::uint32_t m_nLastContext = 0;                  // context + 1
 };
+
+inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
+    return DayField::Of(static_cast<std::uint64_t>(stamp.day)) |
+           HourField::Of(static_cast<std::uint64_t>(stamp.hour)) |
+           MinuteField::Of(static_cast<std::uint64_t>(stamp.minute)) |
+           SecondField::Of(static_cast<std::uint64_t>(stamp.second));
+}
+
+inline RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
+    const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
+    std::uint64_t head = detail.stamp.packed | MicrosecondField::Of(detail.fraction) |
+                         KindField::Of(detail.kind) |
+                         ReturnCodeField::Of(static_cast<std::uint64_t>(detail.returnCode)) |
+                         OperationField::Of(static_cast<std::uint64_t>(detail.operation)) |
+                         AsciiField::Of(detail.ascii ? 1 : 0) | OwnLabelField::Of(detail.labelRunsOn ? 1 : 0);
+    std::uint64_t text = 0;
+    if (detail.stored.size() < CTextStore::kLongest) [[likely]] {
+        text = OffsetField::Of(m_texts.Add(detail.stored, detail.labelRunsOn)) |
+               LengthField::Of(detail.text.size());
+    } else {
+        head |= OddField::Of(1);
+        AddOddText(record, detail);
+    }
+    const std::uint32_t extra = detail.name.empty() ? 0 : AddExtra({0, 0, m_names.Id(detail.name)});
+    m_details.Add({head, text, detail.context, extra});
+    return record;
+}
 
 } // namespace carvelot

@@ -92,6 +92,7 @@ bool ReadStamp(const char* line, LineStamp& stamp) {
     stamp.minute = two(13);
     stamp.second = two(16);
     stamp.SetBytes({line, dayDigits + 19}, {p + 1, 3});
+    stamp.packed = CDetailList::PackStamp(stamp);
     return stamp.IsOfAClock();
 }
 
@@ -103,17 +104,9 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     if (!line.ascii || size < kLongestStamp) {
         return false;
     }
-    const auto readFraction = [&](std::uint32_t& fraction) {
-        const char* const at = p + m_stamp.length;
-        if (!IsDigit(at[0]) || !IsDigit(at[1]) || !IsDigit(at[2]) || at[3] != ' ' || at[4] != '[') {
-            return false;
-        }
-        fraction =
-            static_cast<std::uint32_t>((at[0] - '0') * 100 + (at[1] - '0') * 10 + (at[2] - '0')) * 1000;
-        return true;
-    };
     std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) || !readFraction(fraction)) {
+    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
+        !ThreeDigitsAndBracket(p + m_stamp.length, fraction)) {
         m_stamp.length = 0;
         return false;
     }
@@ -126,7 +119,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     }
     const LineHead& head = *known;
     const char* const first = headStart + head.length;
-    std::string_view text = TrimStatement({first, static_cast<std::size_t>(end - first)});
+    std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
     Classification result{head.levelKind, 0, {}};
     if (head.levelKind == LOG_NONE) {
         result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName);
@@ -143,8 +136,9 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
          text, text, result.kind == LOG_SQL ? parts.table : result.name});
-    CommitToUser(record, result.kind, m_stamp.time + fraction);
-    CommitDetail(record, result.kind, result.returnCode, m_stamp.time + fraction);
+    RecordContext& context = m_listDetails.ContextOfNumber(head.contexts[0]);
+    CommitToUser(record, context, result.kind, m_stamp.time + fraction);
+    CommitDetail(record, context, result.kind, result.returnCode, m_stamp.time + fraction);
     return true;
 }
 
@@ -205,8 +199,8 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
                           m_listDetails.ContextNumber(record), 0, levelKind);
         }
     }
-    CommitToUser(record, detail.m_nKind, detail.m_nTime);
-    CommitDetail(record, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+    CommitToUser(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nTime);
+    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 
 } // namespace carvelot

@@ -23,8 +23,9 @@ struct LineStamp {
     std::int32_t hour = 0;
     std::int32_t minute = 0;
     std::int32_t second = 0;
-    std::uint32_t month = 0; // the three bytes of its name
-    std::uint64_t time = 0;  // microseconds since midnight
+    std::uint32_t month = 0;  // the three bytes of its name
+    std::uint64_t time = 0;   // microseconds since midnight
+    std::uint64_t packed = 0; // day and time as records keep them
 
     void SetBytes(std::string_view stamp, std::string_view monthName) {
         length = stamp.size();
@@ -43,9 +44,9 @@ struct LineStamp {
 };
 
 // What stands between the stamp and the text.
-struct LineHead {
+struct alignas(64) LineHead {
     static constexpr std::size_t kLongest = 128;
-    static constexpr std::size_t kMostBlanks = 6;
+    static constexpr std::size_t kMostBlanks = 15;
 
     std::uint32_t length = 0; // 0 for nothing known
     std::uint32_t month = 0;

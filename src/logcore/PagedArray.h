@@ -23,8 +23,9 @@ public:
 
     CPagedArray() = default;
     CPagedArray(CPagedArray&& other) noexcept
-        : m_blocks(std::move(other.m_blocks)), m_pNext(std::exchange(other.m_pNext, nullptr)),
-          m_nRoom(std::exchange(other.m_nRoom, 0)), m_nSize(std::exchange(other.m_nSize, 0)) {
+        : m_blocks(std::move(other.m_blocks)), m_pLast(std::exchange(other.m_pLast, nullptr)),
+          m_pNext(std::exchange(other.m_pNext, nullptr)), m_pEnd(std::exchange(other.m_pEnd, nullptr)),
+          m_nBefore(std::exchange(other.m_nBefore, 0)) {
         other.m_blocks.clear();
     }
     CPagedArray(const CPagedArray&) = delete;
@@ -32,7 +33,7 @@ public:
     CPagedArray& operator=(CPagedArray&&) = delete;
     ~CPagedArray() { Clear(); }
 
-    std::size_t Size() const { return m_nSize; }
+    std::size_t Size() const { return m_nBefore + static_cast<std::size_t>(m_pNext - m_pLast); }
 
     // From here on the array takes no more blocks than so many elements fill; growing beyond them throws
     // std::length_error and leaves the array as it is.
@@ -46,13 +47,11 @@ public:
     // Room for `count` (at most a block) neighbouring elements at the end, now part of the array; what is
     // left of a block that is too short for them is skipped.
     T* Reserve(std::size_t count) {
-        if (count > m_nRoom) {
+        if (count > static_cast<std::size_t>(m_pEnd - m_pNext)) [[unlikely]] {
             AddBlock();
         }
         T* const place = m_pNext;
         m_pNext += count;
-        m_nRoom -= count;
-        m_nSize += count;
         return place;
     }
 
@@ -61,8 +60,8 @@ public:
             platform::FreePages(block, kBlockSize * sizeof(T));
         }
         m_blocks.clear();
-        m_pNext = nullptr;
-        m_nRoom = m_nSize = 0;
+        m_pLast = m_pNext = m_pEnd = nullptr;
+        m_nBefore = 0;
     }
 
 private:
@@ -75,16 +74,17 @@ private:
             m_blocks.reserve(std::max<std::size_t>(m_blocks.size() * 2, 4));
         }
         T* const block = static_cast<T*>(platform::AllocatePages(kBlockSize * sizeof(T)));
-        m_nSize = m_blocks.size() * kBlockSize;
+        m_nBefore = m_blocks.size() * kBlockSize;
         m_blocks.push_back(block);
-        m_pNext = block;
-        m_nRoom = kBlockSize;
+        m_pLast = m_pNext = block;
+        m_pEnd = block + kBlockSize;
     }
 
     std::vector<T*> m_blocks;
-    T* m_pNext = nullptr;    // of the last block
-    std::size_t m_nRoom = 0; // elements left in it
-    std::size_t m_nSize = 0;
+    T* m_pLast = nullptr;      // the last block
+    T* m_pNext = nullptr;      // behind its last element
+    T* m_pEnd = nullptr;       // behind its room
+    std::size_t m_nBefore = 0; // elements of the blocks before it
     std::size_t m_nMostBlocks = std::numeric_limits<std::size_t>::max();
 };
 

@@ -11,8 +11,8 @@ CGapRule::CGapRule(float threshold) : m_fThreshold(threshold) {
     }
 }
 
-void CThread::AddDetail(CDetailList& details, const CGapRule& rule, std::vector<RecordIndex>& gaps,
-                        RecordIndex record, LogKind kind, std::uint64_t time) {
+void CThread::AddAfterStep(CDetailList& details, const CGapRule& rule, std::vector<RecordIndex>& gaps,
+                           RecordIndex record, LogKind kind, std::uint64_t time) {
     const bool lastIsNone = m_nLastKind == LOG_NONE;
     m_nLastKind = kind;
     if (!m_listDetails.empty() && m_nLastTime != 0) {

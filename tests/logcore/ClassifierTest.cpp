@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <tuple>
-
 namespace carvelot::test {
 
 namespace {
@@ -170,11 +168,7 @@ TEST(FindSigns, SeesTheSameThroughHintsAsThroughTheWholeText) {
                 const LineHints hints(index.hints.get(), last, 0);
                 const TextSigns slow = FindSigns(text);
                 const TextSigns fast = FindSigns(text, text, hints);
-                EXPECT_EQ(std::tie(slow.cache, slow.jdbCode, slow.sqlDone, slow.ube, slow.eventStarts,
-                                   slow.eventEnds, slow.erLine, slow.objectCalled),
-                          std::tie(fast.cache, fast.jdbCode, fast.sqlDone, fast.ube, fast.eventStarts,
-                                   fast.eventEnds, fast.erLine, fast.objectCalled))
-                    << text;
+                EXPECT_EQ(slow.found, fast.found & ~std::uint32_t{TextSigns::SIGN_UBE_IN_LINE}) << text;
             }
         }
     }
