@@ -87,17 +87,17 @@ void CBSFNAnalysis::AddCall(CDetailList& details, const AnalysisSettings& settin
     }
 }
 
-void CBSFNAnalysis::AddObjectCall(CDetailList& details, RecordIndex record) {
+std::uint32_t CBSFNAnalysis::AddObjectCall(CDetailList& details, RecordIndex record) {
     std::string scratch;
     const std::uint32_t name = details.InternName(ObjectName(details.Text(record), scratch));
-    Open(FindOrAdd(details, name, {}), record, 1);
+    const std::uint32_t function = FindOrAdd(details, name, {});
+    Open(function, record, 1);
+    return function;
 }
 
 void CBSFNAnalysis::EndObjectCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
-                                  RecordIndex started) {
-    std::string scratch;
-    const std::uint32_t name = details.InternName(ObjectName(details.Text(started), scratch));
-    CloseInstances(details, settings, FindOrAdd(details, name, {}), record, 1);
+                                  std::uint32_t function) {
+    CloseInstances(details, settings, function, record, 1);
 }
 
 void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings,

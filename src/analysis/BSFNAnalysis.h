@@ -46,10 +46,11 @@ public:
     void AddCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
                  const CallLine& line);
 
-    // The web tier has no return lines: an object call ends at its user's next record.
-    void AddObjectCall(CDetailList& details, RecordIndex record);
+    // The web tier has no return lines: an object call ends at its user's next record. What is called is
+    // told by its place in m_functions.
+    std::uint32_t AddObjectCall(CDetailList& details, RecordIndex record);
     void EndObjectCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
-                       RecordIndex started);
+                       std::uint32_t function);
 
     std::deque<CBSFN> m_functions; // in order of first appearance
     CHeadList<RecordIndex> m_listLongTasks;

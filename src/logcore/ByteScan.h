@@ -14,6 +14,12 @@
 
 namespace carvelot {
 
+// Eight bytes are looked at as one number, the first of them in its lowest eight bits.
+static_assert(std::endian::native == std::endian::little);
+
+// The top bit of each of eight bytes.
+inline constexpr std::uint64_t kUpperHalves = 0x8080'8080'8080'8080U;
+
 inline std::uint64_t Load64(const char* p) {
     std::uint64_t value = 0;
     std::memcpy(&value, p, sizeof value);
@@ -44,31 +50,18 @@ inline std::uint32_t DigitsAmong16(const char* p) {
 
 // Reads six digits with " -" behind them; false when one of the eight bytes, which are ASCII, is another.
 inline bool SixDigitsAndDash(const char* p, std::uint32_t& value) {
-    if constexpr (std::endian::native == std::endian::little) {
-        // Of eight bytes the first is the lowest: what is left of each is a digit's value, and nothing of the
-        // last two.
-        const std::uint64_t values = Load64(p) ^ 0x2D20'3030'3030'3030U;
-        // 10 and more, in the last two 1 and more, reach a byte's top bit.
-        if (((values + 0x7F7F'7676'7676'7676U) & 0x8080'8080'8080'8080U) != 0) {
-            return false;
-        }
-        // Neighbours are joined: to numbers of two digits, of four, of eight.
-        std::uint64_t joined = ((values << 16U) * (10 * 256 + 1)) >> 8U;
-        joined = ((joined & 0x00FF'00FF'00FF'00FFU) * (100 * 65536 + 1)) >> 16U;
-        joined = ((joined & 0x0000'FFFF'0000'FFFFU) * (10'000 * 0x1'0000'0000U + 1)) >> 32U;
-        value = static_cast<std::uint32_t>(joined);
-        return true;
-    } else {
-        std::uint32_t sum = 0;
-        bool digits = p[6] == ' ' && p[7] == '-';
-        for (unsigned i = 0; i < 6; ++i) {
-            const auto digit = static_cast<std::uint32_t>(static_cast<unsigned char>(p[i])) - '0';
-            digits = digits && digit < 10;
-            sum = sum * 10 + digit;
-        }
-        value = sum;
-        return digits;
+    // What is left of each byte is a digit's value, and nothing of the last two.
+    const std::uint64_t values = Load64(p) ^ 0x2D20'3030'3030'3030U;
+    // 10 and more, in the last two 1 and more, reach a byte's top bit.
+    if (((values + 0x7F7F'7676'7676'7676U) & kUpperHalves) != 0) {
+        return false;
     }
+    // Neighbours are joined: to numbers of two digits, of four, of eight.
+    std::uint64_t joined = ((values << 16U) * (10 * 256 + 1)) >> 8U;
+    joined = ((joined & 0x00FF'00FF'00FF'00FFU) * (100 * 65536 + 1)) >> 16U;
+    joined = ((joined & 0x0000'FFFF'0000'FFFFU) * (10'000 * 0x1'0000'0000U + 1)) >> 32U;
+    value = static_cast<std::uint32_t>(joined);
+    return true;
 }
 
 // Reads three digits, thousandths, with " [" behind them; false when one of the five bytes is another.
@@ -181,19 +174,56 @@ template <char a, char b, char c, char d, class Look> void ForEachOfFour(std::st
     }
 }
 
-// Where a character first stands in a text, mostly near its start.
+// Where one of two characters first stands in a text; the text's size where neither does.
+inline std::size_t FindEither(std::string_view text, char one, char other) {
+    std::size_t at = 0;
+#if defined(__SSE2__)
+    for (; at + 16 <= text.size(); at += 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + at));
+        const auto places = static_cast<std::uint32_t>(_mm_movemask_epi8(
+            _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8(one)), _mm_cmpeq_epi8(v, _mm_set1_epi8(other)))));
+        if (places != 0) {
+            return at + static_cast<std::size_t>(std::countr_zero(places));
+        }
+    }
+#endif
+    while (at < text.size() && text[at] != one && text[at] != other) {
+        ++at;
+    }
+    return at;
+}
+
+// Which of sixteen bytes are one character, the first one in the lowest bit.
+#if defined(__SSE2__)
+inline std::uint32_t PlacesAmong16(const char* p, char character) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    return static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8(character))));
+}
+#endif
+
+// Where a character first stands in a text, which is mostly near its start.
 inline std::size_t FindNear(std::string_view text, char character) {
 #if defined(__SSE2__)
     if (text.size() >= 16) {
-        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data()));
-        const auto places =
-            static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8(character))));
-        if (places != 0) {
+        if (const std::uint32_t places = PlacesAmong16(text.data(), character); places != 0) {
             return static_cast<std::size_t>(std::countr_zero(places));
         }
     }
 #endif
     return text.find(character);
+}
+
+// Where a character last stands in a text, which is mostly near its end.
+inline std::size_t FindLastNear(std::string_view text, char character) {
+#if defined(__SSE2__)
+    if (text.size() >= 16) {
+        const std::size_t from = text.size() - 16;
+        if (const std::uint32_t places = PlacesAmong16(text.data() + from, character); places != 0) {
+            return from + 31 - static_cast<std::size_t>(std::countl_zero(places));
+        }
+    }
+#endif
+    return text.rfind(character);
 }
 
 // Where a word of at least two characters first stands in a text, as std::string_view::find tells it, without

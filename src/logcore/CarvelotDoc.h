@@ -106,7 +106,16 @@ private:
     }
     void CommitToThread(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
                         std::uint64_t time);
-    void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time);
+    void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time) {
+        CJASUser* const user = context.jasUser;
+        if (kind == LOG_NONE && user != nullptr && user->m_pPendingObject == kNoRecord &&
+            user->m_pPendingSQL == kNoRecord) {
+            user->m_listDetails.push_back(record);
+        } else {
+            CommitTaskToUser(record, context, kind, time);
+        }
+    }
+    void CommitTaskToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time);
     // Sets the duration of a record from its own time to `endTime`.
     float Measure(RecordIndex pending, std::uint64_t endTime);
     CProcess& ProcessOf(RecordContext& context, std::uint64_t time);

@@ -291,9 +291,11 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
 namespace {
 
 // A SQL statement in a JAS log. With "?" marks it only comes to life on the line of its last parameter.
-LogKind TakeStatement(std::string_view& text, PendingStatement& pending) {
+LogKind TakeStatement(std::string_view& text, PendingStatement& pending, bool ascii) {
     pending.statement.clear();
     pending.parameters = 0;
+    pending.ascii = ascii;
+    pending.begin = 0;
     std::string_view rest = text;
     for (std::size_t mark = rest.find('?'); mark != std::string_view::npos; mark = rest.find('?')) {
         std::array<char, 20> number{};
@@ -312,22 +314,27 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending) {
 }
 
 // Puts the value in the place of the leftmost "?1" or the like.
-void FillIn(std::string& statement, const JASParam& param) {
+void FillIn(PendingStatement& pending, const JASParam& param) {
+    std::string& statement = pending.statement;
+    pending.begin = std::min(statement.find('?', pending.begin), statement.size());
     std::array<char, 16> mark{'?'};
     const char* const markEnd = std::to_chars(mark.data() + 1, mark.data() + mark.size(), param.index).ptr;
     const std::string_view marked(mark.data(), static_cast<std::size_t>(markEnd - mark.data()));
-    const std::size_t place = FindWord(statement, marked);
-    if (place == std::string_view::npos) {
+    const std::string_view rest = std::string_view(statement).substr(pending.begin);
+    const std::size_t found = rest.starts_with(marked) ? 0 : FindWord(rest, marked);
+    if (found == std::string_view::npos) {
         return;
     }
+    const std::size_t place = pending.begin + found;
     const std::size_t quote = param.quoted ? 1 : 0;
     statement.replace(place, marked.size(), param.value.size() + 2 * quote, '\'');
     param.value.copy(statement.data() + place + quote, param.value.size());
 }
 
-LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch) {
+LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch, bool ascii) {
     if (Starts(text, "Param") || Holds(text, "Param")) {
-        FillIn(pending.statement, ParseJASParam(text, scratch));
+        pending.ascii = pending.ascii && ascii;
+        FillIn(pending, ParseJASParam(text, scratch, ascii));
         --pending.parameters;
     }
     if (pending.parameters > 0) {
@@ -347,13 +354,13 @@ LogKind KindOfLevel(std::string_view level) {
 }
 
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
-                                    std::string& scratch) {
+                                    std::string& scratch, bool ascii) {
     const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (StartsWithSQL(text)) {
-        return is(TakeStatement(text, pending));
+        return is(TakeStatement(text, pending, ascii));
     }
     if (pending.parameters > 0) {
-        return is(TakeParameter(text, pending, scratch));
+        return is(TakeParameter(text, pending, scratch, ascii));
     }
     if (text.empty()) {
         return {};
@@ -383,23 +390,28 @@ Classification ClassifyJASStatement(std::string_view& text, const TextSigns& sig
     return is(signs.Hold(TextSigns::SIGN_CACHE) ? LOG_CACHE : LOG_NONE);
 }
 
-JASParam ParseJASParam(std::string_view text, std::string& scratch) {
+JASParam ParseJASParam(std::string_view text, std::string& scratch, bool ascii) {
     constexpr std::size_t indexColumn = 5;
+    const auto fromColumn = [&](std::string_view part, std::size_t column) {
+        return ascii ? part.substr(std::min(column, part.size())) : FromColumn(part, column, scratch);
+    };
     JASParam param;
-    text = TrimRight(text, " ,");
-    const std::size_t dot = text.rfind('.');
+    while (!text.empty() && (text.back() == ' ' || text.back() == ',')) {
+        text.remove_suffix(1);
+    }
+    const std::size_t dot = FindLastNear(text, '.');
     if (dot == std::string_view::npos) {
         return param;
     }
     const std::string_view type = text.substr(dot + 1);
-    param.quoted = type == "VARCHAR" || type == "LONGVARCHAR";
-    const std::size_t colon = text.find(':');
+    param.quoted = SameShortText(type, "VARCHAR") || SameShortText(type, "LONGVARCHAR");
+    const std::size_t colon = FindNear(text, ':');
     if (colon != std::string_view::npos) {
-        param.index = ReadInteger(FromColumn(text.substr(0, colon), indexColumn, scratch));
+        param.index = ReadInteger(fromColumn(text.substr(0, colon), indexColumn));
         const std::size_t types = FindWord(text, "_Types.");
         if (types != std::string_view::npos && types > colon) {
             // One character behind the colon is passed over.
-            param.value = FromColumn(text.substr(colon + 1, types - colon - 1), 1, scratch);
+            param.value = fromColumn(text.substr(colon + 1, types - colon - 1), 1);
         }
     }
     return param;

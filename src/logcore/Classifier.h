@@ -49,15 +49,17 @@ Classification ClassifyDebugStatement(std::string_view text, const TextSigns& si
 struct PendingStatement {
     std::string statement;       // its "?" marks numbered, and filled in as far as parameters have come
     std::int64_t parameters = 0; // how many it still awaits
+    bool ascii = false;          // all lines that went into the statement were known to be ASCII
+    std::size_t begin = 0;       // of the part of the statement that may still hold a "?"
 };
 
 // The kind of a JAS line whose level alone decides it, else LOG_NONE.
 LogKind KindOfLevel(std::string_view level);
 
 // For a line whose level decides nothing. `text` may come to view `pending.statement` instead: a statement
-// with its marks numbered, or the finished statement.
+// with its marks numbered, or the finished statement. A line that is known to be ASCII takes fewer steps.
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
-                                    std::string& scratch);
+                                    std::string& scratch, bool ascii = false);
 
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
 struct JASParam {
@@ -65,6 +67,6 @@ struct JASParam {
     std::string_view value; // as the line writes it, or in the scratch string
     bool quoted = false;    // a text value, which stands in single quotes in a statement
 };
-JASParam ParseJASParam(std::string_view text, std::string& scratch);
+JASParam ParseJASParam(std::string_view text, std::string& scratch, bool ascii = false);
 
 } // namespace carvelot

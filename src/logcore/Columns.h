@@ -16,7 +16,16 @@ namespace carvelot {
 std::string_view FromColumnOfAny(std::string_view text, std::size_t column, std::string& scratch);
 inline std::string_view FromColumn(std::string_view text, std::size_t column, std::string& scratch) {
     const std::size_t passed = column < text.size() ? column : text.size();
-    for (std::size_t at = 0; at < passed; ++at) {
+    std::size_t at = 0;
+    // The first eight at once; of those that are not passed over none is looked at.
+    if (text.size() >= 8 && passed != 0) {
+        const std::size_t looked = passed < 8 ? passed : 8;
+        if (((Load64(text.data()) & kUpperHalves) << (64 - 8 * looked)) != 0) {
+            return FromColumnOfAny(text, column, scratch);
+        }
+        at = looked;
+    }
+    for (; at < passed; ++at) {
         if (static_cast<unsigned char>(text[at]) >= 0x80) {
             return FromColumnOfAny(text, column, scratch);
         }

@@ -20,13 +20,14 @@ void CCarvelotDoc::CommitToThread(RecordIndex record, RecordContext& context, Lo
     CProcess& process = context.process != nullptr ? *context.process : ProcessOf(context, time);
     const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
     CallLine call;
+    const std::uint32_t table = kind == LOG_SQL ? m_listDetails.TableKey(record) : 0;
     switch (kind) {
     case LOG_ERROR:
     case LOG_JDB_ERROR:
         process.m_listErrors.push_back(record);
         break;
     case LOG_SQL:
-        process.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        process.m_pSQLAnalysis.AddStatement(m_listDetails, record, table);
         break;
     case LOG_CACHE:
         if (m_settings.m_bCacheAnalysis) {
@@ -61,7 +62,7 @@ void CCarvelotDoc::CommitToThread(RecordIndex record, RecordContext& context, Lo
         thread.m_listErrors.push_back(record);
         break;
     case LOG_SQL:
-        thread.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        thread.m_pSQLAnalysis.AddStatement(m_listDetails, record, table);
         thread.m_pPendingSQL = record;
         break;
     case LOG_SQL_DONE:
@@ -90,8 +91,8 @@ float CCarvelotDoc::Measure(RecordIndex pending, std::uint64_t endTime) {
     return seconds;
 }
 
-void CCarvelotDoc::CommitToUser(RecordIndex record, RecordContext& context, LogKind kind,
-                                std::uint64_t time) {
+void CCarvelotDoc::CommitTaskToUser(RecordIndex record, RecordContext& context, LogKind kind,
+                                    std::uint64_t time) {
     if (context.jasUser == nullptr) {
         const std::string_view name = m_listDetails[record].m_strUser;
         CJASUser*& known = m_mapUsers[name];
@@ -105,7 +106,7 @@ void CCarvelotDoc::CommitToUser(RecordIndex record, RecordContext& context, LogK
 
     // Both kinds of task last until the user's next record, whatever it is.
     if (user.m_pPendingObject != kNoRecord) {
-        user.m_pBSFNAnalysis.EndObjectCall(m_listDetails, m_settings, record, user.m_pPendingObject);
+        user.m_pBSFNAnalysis.EndObjectCall(m_listDetails, m_settings, record, user.m_nPendingFunction);
         Measure(user.m_pPendingObject, time);
         user.m_pPendingObject = kNoRecord;
     }
@@ -117,11 +118,11 @@ void CCarvelotDoc::CommitToUser(RecordIndex record, RecordContext& context, LogK
     }
     switch (kind) {
     case LOG_SQL:
-        user.m_pSQLAnalysis.AddStatement(m_listDetails, record);
+        user.m_pSQLAnalysis.AddStatement(m_listDetails, record, m_listDetails.TableKey(record));
         user.m_pPendingSQL = record;
         break;
     case LOG_OBJECT_CALL:
-        user.m_pBSFNAnalysis.AddObjectCall(m_listDetails, record);
+        user.m_nPendingFunction = user.m_pBSFNAnalysis.AddObjectCall(m_listDetails, record);
         user.m_pPendingObject = record;
         break;
     case LOG_WARN:

@@ -210,7 +210,7 @@ inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
            SecondField::Of(static_cast<std::uint64_t>(stamp.second));
 }
 
-inline RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
+[[gnu::always_inline]] inline RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
     std::uint64_t head = detail.stamp.packed | MicrosecondField::Of(detail.fraction) |
                          KindField::Of(detail.kind) |

@@ -122,7 +122,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
     Classification result{head.levelKind, 0, {}};
     if (head.levelKind == LOG_NONE) {
-        result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName);
+        result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName, true);
     }
     if (m_nProcessFilter != 0) {
         return true;
@@ -132,7 +132,8 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
         parts = SplitSQLStatement(text, m_strTable);
     }
     // A finished statement may hold what earlier lines brought.
-    const bool ascii = text.data() != m_pendingStatement.statement.data() || platform::IsAscii(text);
+    const bool ascii = text.data() != m_pendingStatement.statement.data() || m_pendingStatement.ascii ||
+                       platform::IsAscii(text);
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
          text, text, result.kind == LOG_SQL ? parts.table : result.name});

@@ -5,6 +5,7 @@
 #include "logcore/HeadList.h"
 #include "logcore/SQLAnalysis.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,7 @@ public:
     CBSFNAnalysis m_pBSFNAnalysis;
     RecordIndex m_pPendingSQL = kNoRecord;    // lasts until the user's next record
     RecordIndex m_pPendingObject = kNoRecord; // likewise
+    std::uint32_t m_nPendingFunction = 0;     // of that object call, in m_pBSFNAnalysis
     CHeadList<RecordIndex> m_listErrors;      // newest first
 };
 

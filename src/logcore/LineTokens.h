@@ -1,10 +1,24 @@
 // Words of a line as the C library's strtok takes them, the delimiters changing as the line goes.
 #pragma once
 
+#include "logcore/ByteScan.h"
+
 #include <cstdint>
 #include <string_view>
 
 namespace carvelot {
+
+// One or two characters that end a word.
+struct Delimiters {
+    char one;
+    char other;
+
+    bool Hold(char c) const { return c == one || c == other; }
+};
+inline constexpr Delimiters kBlank{' ', ' '};
+inline constexpr Delimiters kBlankOrTab{' ', '\t'};
+inline constexpr Delimiters kTab{'\t', '\t'};
+inline constexpr Delimiters kBrackets{'[', ']'};
 
 class CLineTokens {
 public:
@@ -12,25 +26,18 @@ public:
 
     // The next word between delimiters: leading ones are skipped, and the one that ends it is stepped over.
     // False when nothing but delimiters is left.
-    template <class IsDelimiter> bool Next(IsDelimiter isDelimiter, std::string_view& token) {
-        const char* at = m_rest.data();
-        const char* const end = at + m_rest.size();
-        while (at != end && isDelimiter(*at)) {
-            ++at;
+    bool Next(Delimiters delimiters, std::string_view& token) {
+        std::size_t first = 0;
+        while (first < m_rest.size() && delimiters.Hold(m_rest[first])) {
+            ++first;
         }
-        if (at == end) {
-            m_rest = {end, 0};
+        m_rest.remove_prefix(first);
+        if (m_rest.empty()) {
             return false;
         }
-        const char* const first = at;
-        while (at != end && !isDelimiter(*at)) {
-            ++at;
-        }
-        token = {first, static_cast<std::size_t>(at - first)};
-        if (at != end) {
-            ++at;
-        }
-        m_rest = {at, static_cast<std::size_t>(end - at)};
+        const std::size_t size = FindEither(m_rest, delimiters.one, delimiters.other);
+        token = m_rest.substr(0, size);
+        m_rest.remove_prefix(size < m_rest.size() ? size + 1 : size);
         return true;
     }
 
@@ -39,11 +46,6 @@ public:
 private:
     std::string_view m_rest;
 };
-
-inline constexpr auto kBlank = [](char c) { return c == ' '; };
-inline constexpr auto kBlankOrTab = [](char c) { return c == ' ' || c == '\t'; };
-inline constexpr auto kTab = [](char c) { return c == '\t'; };
-inline constexpr auto kBrackets = [](char c) { return c == '[' || c == ']'; };
 
 // A month is any piece of this, by plain substring search: "anF" is one too.
 inline constexpr std::string_view kMonths = "JanFebMarAprMayJunJulAugSepOctNovDec";

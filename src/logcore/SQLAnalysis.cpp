@@ -43,8 +43,7 @@ SqlParts SplitSQLStatement(std::string_view text, std::string& scratch) {
     return {};
 }
 
-void CSQLAnalysis::AddStatement(CDetailList& details, RecordIndex record) {
-    const std::uint32_t key = details.TableKey(record);
+void CSQLAnalysis::AddStatement(const CDetailList& details, RecordIndex record, std::uint32_t key) {
     const auto [place, isNew] = m_placeByKey.FindOrAdd(key, static_cast<std::uint32_t>(m_listTables.size()));
     if (isNew) {
         m_listTables.push_back({details.TableName(record)});

@@ -36,8 +36,8 @@ public:
         std::uint32_t m_nDeletes = 0;
     };
 
-    // Counts a SQL record; any other is ignored.
-    void AddStatement(CDetailList& details, RecordIndex record);
+    // Counts a SQL record, whose table counts under `key`.
+    void AddStatement(const CDetailList& details, RecordIndex record, std::uint32_t key);
 
     std::vector<CSQLTable> m_listTables; // in order of first appearance
     CHeadList<RecordIndex> m_listLongTasks;
