@@ -33,7 +33,7 @@ inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs)
         return seen;
     };
     const std::vector<std::uint32_t> plain = scan(ScanByBytes(set));
-    for (const ScanBlockFunction function : {ScanBy16(set), ScanBy32(set)}) {
+    for (const ScanBlockFunction function : {ScanBy16(set), ScanBy32(set), ScanBy64(set)}) {
         Require(function == nullptr || scan(function) == plain, "all scans agree");
     }
     const std::uint32_t* end = index.ends.get();

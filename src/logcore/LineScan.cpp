@@ -49,7 +49,7 @@ LineIndex::LineIndex(std::size_t size)
 ScanBlockFunction ScanByBytes(HintSet set) { return ScanOf<ByteStretch>(set); }
 
 ScanBlockFunction BestScan(HintSet set) {
-    for (const ScanBlockFunction scan : {ScanBy32(set), ScanBy16(set)}) {
+    for (const ScanBlockFunction scan : {ScanBy64(set), ScanBy32(set), ScanBy16(set)}) {
         if (scan != nullptr) {
             return scan;
         }

@@ -30,10 +30,11 @@ using ScanBlockFunction = void (*)(const char* first, std::size_t size, LineInde
 // The fastest scan that this machine can do.
 ScanBlockFunction BestScan(HintSet set);
 
-// The scans by themselves, for tests: byte by byte, and in steps of 16 and of 32 bytes, which are null where
+// The scans by themselves, for tests: byte by byte, and in steps of 16, 32 and 64 bytes, which are null where
 // the build or the machine lacks them.
 ScanBlockFunction ScanByBytes(HintSet set);
 ScanBlockFunction ScanBy16(HintSet set);
 ScanBlockFunction ScanBy32(HintSet set);
+ScanBlockFunction ScanBy64(HintSet set);
 
 } // namespace carvelot

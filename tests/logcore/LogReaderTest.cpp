@@ -124,7 +124,7 @@ TEST(ScanBlock, SeesTheSameInEveryStep) {
                                   index.holdsNul);
             };
             const auto plain = seen(ScanByBytes(set));
-            for (const ScanBlockFunction scan : {ScanBy16(set), ScanBy32(set)}) {
+            for (const ScanBlockFunction scan : {ScanBy16(set), ScanBy32(set), ScanBy64(set)}) {
                 if (scan != nullptr) {
                     EXPECT_EQ(seen(scan), plain);
                 }
