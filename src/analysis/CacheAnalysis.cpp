@@ -1,5 +1,6 @@
 #include "analysis/CacheAnalysis.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 
@@ -59,7 +60,7 @@ std::string CCacheAnalysis::OperationText(const CDetailList& details,
                                           const CCache::CCacheOperation& operation) {
     std::string text = TimeStampText(details[operation.m_pRecord]);
     const auto withCursor = [&](std::string_view words) {
-        text.append(words).append(operation.m_strCursor).append("]");
+        text.append(words).append(details.Name(operation.m_nCursor)).append("]");
     };
     switch (operation.m_op) {
     case CACHE_INIT_NEW:
@@ -104,6 +105,41 @@ std::string CCacheAnalysis::CacheText(const CCache& cache) {
         .append("]");
 }
 
+std::uint32_t CCacheAnalysis::LatestName::Intern(CDetailList& details, std::string_view name) {
+    if (!SameShortText(text, name)) {
+        number = details.InternName(name);
+        text = details.Name(number);
+    }
+    return number;
+}
+
+void CCacheAnalysis::COpenCursors::Add(CursorPlace place) {
+    if (m_pSeveral != nullptr) {
+        m_pSeveral->insert(place);
+    } else if (m_bOne) {
+        m_pSeveral = std::make_unique<std::set<CursorPlace>>(std::set{m_one, place});
+        m_bOne = false;
+    } else {
+        m_one = place;
+        m_bOne = true;
+    }
+}
+
+void CCacheAnalysis::COpenCursors::Remove(CursorPlace place) {
+    if (m_pSeveral != nullptr) {
+        m_pSeveral->erase(place);
+    } else if (m_one == place) {
+        m_bOne = false;
+    }
+}
+
+const CCacheAnalysis::CursorPlace* CCacheAnalysis::COpenCursors::Newest() const {
+    if (m_pSeveral != nullptr) {
+        return m_pSeveral->empty() ? nullptr : &*m_pSeveral->rbegin();
+    }
+    return m_bOne ? &m_one : nullptr;
+}
+
 void CCacheAnalysis::AddLine(CDetailList& details, RecordIndex record) {
     if (details.Kind(record) != LOG_CACHE) {
         return;
@@ -123,15 +159,16 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         if (m_pendingOp == CACHE_FETCH) {
             // The newest cache with an open cursor of that handle, and there the newest such cursor.
             const std::uint32_t open = m_placeOfOpen.Find(m_pendingCursor);
-            if (open != CNumberMap::kNone && !m_openCursors[open].empty()) {
-                AddOperation(details, m_openCursors[open].rbegin()->cache, m_pPendingRecord, CACHE_FETCH,
-                             true, m_pendingCursor, 0);
+            const CursorPlace* const newest =
+                open == CNumberMap::kNone ? nullptr : m_openCursors[open].Newest();
+            if (newest != nullptr) {
+                AddOperation(details, newest->cache, m_pPendingRecord, CACHE_FETCH, true, m_pendingCursor, 0);
             }
         }
         return;
     }
     std::string scratch;
-    const std::uint32_t handle = details.InternName(HandleIn(message, words, scratch));
+    const std::uint32_t handle = m_latestHandle.Intern(details, HandleIn(message, words, scratch));
     const std::uint32_t handleKey = details.FoldedName(handle);
     const std::uint32_t known = m_newestByHandle.Find(handleKey);
     const std::uint32_t place =
@@ -142,7 +179,8 @@ void CCacheAnalysis::Confirm(CDetailList& details, RecordIndex record, std::stri
         cache.m_strInstance = details.Name(details.InternName(instance));
     }
     const auto cursorOfPending = [&] {
-        return details.InternName(CursorIn(details.Text(m_pPendingRecord), m_pendingWords, scratch));
+        return m_latestCursor.Intern(details,
+                                     CursorIn(details.Text(m_pPendingRecord), m_pendingWords, scratch));
     };
     switch (m_pendingOp) {
     case CACHE_TERMINATE:
@@ -195,7 +233,7 @@ void CCacheAnalysis::Announce(CDetailList& details, RecordIndex record, std::str
         m_pendingOp = CACHE_INIT_EXISTING;
     }
     if (words.Hold(CacheWords::CALL_CACHE_FETCH)) {
-        m_pendingCursor = details.InternName(CursorIn(message, words, scratch));
+        m_pendingCursor = m_latestCursor.Intern(details, CursorIn(message, words, scratch));
         m_pendingOp = CACHE_FETCH;
     }
     if (words.Hold(CacheWords::CALL_CACHE_TERMINATE)) {
@@ -239,16 +277,16 @@ void CCacheAnalysis::AddOperation(const CDetailList& details, std::uint32_t plac
         if (isNew) {
             m_openCursors.emplace_back();
         }
-        m_openCursors[open].insert({place, index});
+        m_openCursors[open].Add({place, index});
     } else if (op == CACHE_CLOSE_CURSOR || op == CACHE_RESET_CURSOR) {
         // The first cursor of that handle, open or not.
         const std::uint32_t first = cache.m_firstCursor.Find(cursor);
         if (first != CNumberMap::kNone) {
             cache.m_cursors[first].m_pClose = record;
-            m_openCursors[m_placeOfOpen.Find(cursor)].erase({place, first});
+            m_openCursors[m_placeOfOpen.Find(cursor)].Remove({place, first});
         }
     }
-    cache.m_operations.push_back({record, op, failed, details.Name(shownCursor)});
+    cache.m_operations.push_back({record, shownCursor, op, failed});
 }
 
 } // namespace carvelot

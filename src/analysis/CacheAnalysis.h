@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <set>
 #include <string>
 #include <string_view>
@@ -39,11 +40,11 @@ public:
     class CCache {
     public:
         struct CCacheOperation {
-            RecordIndex m_pRecord; // the line that announced the operation
+            RecordIndex m_pRecord;   // the line that announced the operation
+            std::uint32_t m_nCursor; // number of the handle's interned name, for the codes that show one
             CacheOp m_op;
-            bool m_bFailed;               // a fetch that found nothing
-            std::string_view m_strCursor; // for the codes that show one
-            std::int32_t Image() const;   // index into the cache image strip
+            bool m_bFailed;             // a fetch that found nothing
+            std::int32_t Image() const; // index into the cache image strip
         };
         struct CCacheCursor {
             std::string_view m_strHandle;
@@ -81,6 +82,20 @@ private:
         auto operator<=>(const CursorPlace&) const = default;
     };
 
+    // The open cursors of one handle, which are nearly always one or none.
+    class COpenCursors {
+    public:
+        void Add(CursorPlace place);
+        void Remove(CursorPlace place);
+        // In the newest cache the newest cursor; null when none is open.
+        const CursorPlace* Newest() const;
+
+    private:
+        CursorPlace m_one{};
+        bool m_bOne = false;
+        std::unique_ptr<std::set<CursorPlace>> m_pSeveral; // has all of them from the second one on
+    };
+
     void Confirm(CDetailList& details, RecordIndex record, std::string_view message, const CacheWords& words);
     void Announce(CDetailList& details, RecordIndex record, std::string_view message,
                   const CacheWords& words);
@@ -89,6 +104,16 @@ private:
     void AddOperation(const CDetailList& details, std::uint32_t cache, RecordIndex record, CacheOp op,
                       bool failed, std::uint32_t shownCursor, std::uint32_t cursor);
 
+    // The latest name of one kind with its number: that of the next line is mostly the same.
+    struct LatestName {
+        std::string_view text;
+        std::uint32_t number = 0;
+
+        std::uint32_t Intern(CDetailList& details, std::string_view name);
+    };
+
+    LatestName m_latestHandle;
+    LatestName m_latestCursor;
     std::uint32_t m_pendingName = 0; // numbers of interned names, as all names in the operations below
     std::uint32_t m_pendingCursor = 0;
     CacheOp m_pendingOp = CACHE_NONE;
@@ -97,7 +122,7 @@ private:
 
     CNumberMap m_newestByHandle; // by the number that the handle has whatever its case
     CNumberMap m_placeOfOpen;    // in m_openCursors, by the number of the cursor's handle
-    std::vector<std::set<CursorPlace>> m_openCursors;
+    std::vector<COpenCursors> m_openCursors;
 };
 
 } // namespace carvelot

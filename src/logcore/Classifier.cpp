@@ -73,7 +73,8 @@ Classification ClassifyEventRules(std::string_view text, std::string& scratch) {
         if (IsAboveBlank(formName)) {
             scratch.append("Form: ").append(formName).append(" - ");
         }
-        result.name = scratch.append(name);
+        scratch.append(name);
+        result.named = true;
     } else if (marker == "<<<Finished  ER:") {
         result.kind = LOG_EVENT_END;
     }
@@ -171,7 +172,7 @@ bool HoldsUBE(const LogLine& line) {
 
 namespace {
 
-constexpr Classification Is(LogKind kind) { return {kind, 0, {}}; }
+constexpr Classification Is(LogKind kind) { return {kind, false, 0}; }
 
 // By the first words that both formats know and that begin no SQL; LOG_NONE leaves the text to the tests
 // behind.
@@ -187,7 +188,7 @@ Classification ClassifyFirstWord(std::string_view text) {
         break;
     case 'R':
         if (Starts(text, "Return ")) {
-            return {LOG_RETURN, DigitValue(AsciiAtColumn(text, kReturnCodeColumn)), {}};
+            return {LOG_RETURN, false, DigitValue(AsciiAtColumn(text, kReturnCodeColumn))};
         }
         break;
     case 'E':
@@ -355,39 +356,38 @@ LogKind KindOfLevel(std::string_view level) {
 
 Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
                                     std::string& scratch, bool ascii) {
-    const auto is = [](LogKind kind) { return Classification{kind, 0, {}}; };
     if (StartsWithSQL(text)) {
-        return is(TakeStatement(text, pending, ascii));
+        return Is(TakeStatement(text, pending, ascii));
     }
     if (pending.parameters > 0) {
-        return is(TakeParameter(text, pending, scratch, ascii));
+        return Is(TakeParameter(text, pending, scratch, ascii));
     }
     if (text.empty()) {
         return {};
     }
     if (Starts(text, "Calling ")) {
-        return is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
+        return Is(text == "Calling legacy API" || Holds(text, "Calling server component") ? LOG_NONE
                                                                                           : LOG_CALL);
     }
     if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
         return known;
     }
     if (signs.Hold(TextSigns::SIGN_EVENT_STARTS)) {
-        return is(LOG_EVENT_START);
+        return Is(LOG_EVENT_START);
     }
     if (signs.Hold(TextSigns::SIGN_EVENT_ENDS)) {
-        return is(LOG_EVENT_END);
+        return Is(LOG_EVENT_END);
     }
     if (signs.Hold(TextSigns::SIGN_ER_LINE)) {
-        return is(LOG_ER_LINE);
+        return Is(LOG_ER_LINE);
     }
     if (signs.Hold(TextSigns::SIGN_OBJECT_CALLED)) {
-        return is(LOG_OBJECT_CALL);
+        return Is(LOG_OBJECT_CALL);
     }
     if (Starts(text, "RT: ")) {
         return ClassifyEventRules(text, scratch);
     }
-    return is(signs.Hold(TextSigns::SIGN_CACHE) ? LOG_CACHE : LOG_NONE);
+    return Is(signs.Hold(TextSigns::SIGN_CACHE) ? LOG_CACHE : LOG_NONE);
 }
 
 JASParam ParseJASParam(std::string_view text, std::string& scratch, bool ascii) {

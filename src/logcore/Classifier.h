@@ -12,8 +12,10 @@ namespace carvelot {
 
 struct Classification {
     LogKind kind = LOG_NONE;
+    bool named = false; // an event rules start, whose display name the scratch string holds
     std::int32_t returnCode = 0;
-    std::string_view name; // display name of an event rules start, else empty; stands in the scratch string
+
+    std::string_view Name(std::string_view scratch) const { return named ? scratch : std::string_view{}; }
 };
 
 // Which of the words that a classifier looks for anywhere in a text are there.

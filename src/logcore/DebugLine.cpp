@@ -206,7 +206,7 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     }
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, contextNumber, result.kind, result.returnCode, parts.operation, true,
-         head.labelRunsOn, text, stored, result.kind == LOG_SQL ? parts.table : result.name});
+         head.labelRunsOn, text, stored, result.kind == LOG_SQL ? parts.table : result.Name(m_strName)});
     CommitDetail(record, m_listDetails.ContextOfNumber(contextNumber), result.kind, result.returnCode,
                  m_stamp.time + fraction);
     return true;
@@ -272,7 +272,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
     }
     detail.m_nKind = result.kind;
     detail.m_nReturnCode = result.returnCode;
-    detail.m_strName = result.name;
+    detail.m_strName = result.Name(m_strName);
     detail.m_nTime = LogTime(detail.m_nHour, detail.m_nMinute, detail.m_nSecond, detail.m_nMicrosecond);
     if (detail.m_nKind == LOG_SQL) {
         const SqlParts parts = SplitSQLStatement(detail.m_strText, m_strTable);

@@ -120,7 +120,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     const LineHead& head = *known;
     const char* const first = headStart + head.length;
     std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
-    Classification result{head.levelKind, 0, {}};
+    Classification result{head.levelKind, false, 0};
     if (head.levelKind == LOG_NONE) {
         result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName, true);
     }
@@ -136,7 +136,7 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
                        platform::IsAscii(text);
     const RecordIndex record = m_listDetails.AppendUsual(
         {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
-         text, text, result.kind == LOG_SQL ? parts.table : result.name});
+         text, text, result.kind == LOG_SQL ? parts.table : result.Name(m_strName)});
     RecordContext& context = m_listDetails.ContextOfNumber(head.contexts[0]);
     CommitToUser(record, context, result.kind, m_stamp.time + fraction);
     CommitDetail(record, context, result.kind, result.returnCode, m_stamp.time + fraction);
@@ -165,7 +165,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         return;
     }
     const LogKind levelKind = KindOfLevel(detail.m_strLevel);
-    Classification result{levelKind, 0, {}};
+    Classification result{levelKind, false, 0};
     if (levelKind == LOG_NONE) {
         result = ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pendingStatement,
                                       m_strName);
@@ -176,7 +176,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
     }
     detail.m_nKind = result.kind;
     detail.m_nReturnCode = result.returnCode;
-    detail.m_strName = result.name;
+    detail.m_strName = result.Name(m_strName);
     if (detail.m_strUser.empty()) {
         detail.m_strUser = kSystemLevelUser;
     }

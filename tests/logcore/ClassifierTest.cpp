@@ -6,7 +6,7 @@ namespace carvelot::test {
 
 namespace {
 
-std::string g_name; // what the latest Classification's name views
+std::string g_name; // for the latest Classification's name
 
 Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text), g_name); }
 
@@ -14,7 +14,7 @@ LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
 Classification JAS(std::string_view text, std::string_view level = "APP") {
     if (const LogKind levelKind = KindOfLevel(level); levelKind != LOG_NONE) {
-        return {levelKind, 0, {}};
+        return {levelKind, false, 0};
     }
     PendingStatement pending;
     return ClassifyJASStatement(text, FindSigns(text), pending, g_name);
@@ -100,11 +100,11 @@ TEST(ClassifyDebugStatement, TakesCacheWordsAnywhere) {
 
 TEST(ClassifyEventRules, BuildsTheDisplayName) {
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").kind, LOG_EVENT_START);
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").name, "Form:  W4210A - OK Button");
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A").name,
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").Name(g_name), "Form:  W4210A - OK Button");
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A").Name(g_name),
               "OK Button"); // no closing tab, no form
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button").name, "");
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: \t").name, "OK Button"); // no more than a blank
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button").Name(g_name), "");
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: \t").Name(g_name), "OK Button"); // no more than a blank
     EXPECT_EQ(Debug("RT: <<<Finished  ER:\tOK Button").kind, LOG_EVENT_END);
     EXPECT_EQ(Debug("RT: <<<Finished ER:\tOK Button").kind, LOG_NONE); // one blank
     EXPECT_EQ(Debug("RT: >>>Beginning ER:").kind, LOG_NONE);
