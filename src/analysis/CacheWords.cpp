@@ -49,8 +49,9 @@ std::uint32_t CallsNamed(std::string_view rest) {
 
 CacheWords FindCacheWords(std::string_view message) {
     CacheWords words;
-    // Each of the words holds one of four capital letters, which tells it from all but one or two others.
-    ForEachOfFour<'C', 'F', 'N', 'O'>(message, [&](std::size_t at) {
+    // Each of the words holds one of four capital letters before a small one, which tells it from all but one
+    // or two others.
+    ForEachOfFourBeforeLower<'C', 'F', 'N', 'O'>(message, [&](std::size_t at) {
         switch (message[at]) {
         case 'C':
             if (at >= 1 && message[at - 1] == 'h') {

@@ -105,6 +105,16 @@ template <std::size_t size> inline bool Starts(std::string_view text, const char
     return text.size() >= size - 1 && std::memcmp(text.data(), word, size - 1) == 0;
 }
 
+// Whether sixteen bytes are the same.
+inline bool Same16(const char* x, const char* y) {
+#if defined(__SSE2__)
+    return _mm_movemask_epi8(_mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x)),
+                                            _mm_loadu_si128(reinterpret_cast<const __m128i*>(y)))) == 0xFFFF;
+#else
+    return Load64(x) == Load64(y) && Load64(x + 8) == Load64(y + 8);
+#endif
+}
+
 // Equality of short texts without a call.
 inline bool SameShortText(std::string_view a, std::string_view b) {
     if (a.size() != b.size()) {
@@ -114,28 +124,16 @@ inline bool SameShortText(std::string_view a, std::string_view b) {
     const char* const y = b.data();
     const std::size_t size = a.size();
     // The last load of each branch may overlap the one before.
-#if defined(__SSE2__)
     if (size >= 16) {
-        const auto same = [&](std::size_t at) {
-            return _mm_movemask_epi8(
-                       _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(x + at)),
-                                      _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + at)))) == 0xFFFF;
-        };
         for (std::size_t at = 0; at + 16 < size; at += 16) {
-            if (!same(at)) {
+            if (!Same16(x + at, y + at)) {
                 return false;
             }
         }
-        return same(size - 16);
+        return Same16(x + size - 16, y + size - 16);
     }
-#endif
     if (size >= 8) {
-        for (std::size_t at = 0; at + 8 < size; at += 8) {
-            if (Load64(x + at) != Load64(y + at)) {
-                return false;
-            }
-        }
-        return Load64(x + size - 8) == Load64(y + size - 8);
+        return Load64(x) == Load64(y) && Load64(x + size - 8) == Load64(y + size - 8);
     }
     if (size >= 4) {
         return Load32(x) == Load32(y) && Load32(x + size - 4) == Load32(y + size - 4);
@@ -143,21 +141,26 @@ inline bool SameShortText(std::string_view a, std::string_view b) {
     return size == 0 || (x[0] == y[0] && x[size / 2] == y[size / 2] && x[size - 1] == y[size - 1]);
 }
 
-// Calls look(place) for each place of one of four characters in a text, in rising order.
-template <char a, char b, char c, char d, class Look> void ForEachOfFour(std::string_view text, Look look) {
+// Calls look(place) for each place of one of four characters before a lower-case letter (or what follows
+// those in ASCII), in rising order.
+template <char a, char b, char c, char d, class Look>
+void ForEachOfFourBeforeLower(std::string_view text, Look look) {
     const char* const p = text.data();
     std::size_t at = 0;
 #if defined(__SSE2__)
-    if (text.size() >= 16) {
-        const std::size_t lastStep = text.size() - 16;
+    if (text.size() >= 17) {
+        const std::size_t lastStep = text.size() - 17;
         for (;; at += 16) {
             // The last step overlaps the one before, whose places are left out.
             const std::size_t from = at < lastStep ? at : lastStep;
             const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + from));
             const auto is = [v](char character) { return _mm_cmpeq_epi8(v, _mm_set1_epi8(character)); };
-            auto places = static_cast<std::uint32_t>(_mm_movemask_epi8(
-                              _mm_or_si128(_mm_or_si128(is(a), is(b)), _mm_or_si128(is(c), is(d))))) >>
-                          (at - from);
+            const __m128i next = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + from + 1));
+            const __m128i lower = _mm_cmpgt_epi8(next, _mm_set1_epi8('a' - 1));
+            auto places =
+                static_cast<std::uint32_t>(_mm_movemask_epi8(_mm_and_si128(
+                    lower, _mm_or_si128(_mm_or_si128(is(a), is(b)), _mm_or_si128(is(c), is(d)))))) >>
+                (at - from);
             for (; places != 0; places &= places - 1) {
                 look(at + static_cast<std::size_t>(std::countr_zero(places)));
             }
@@ -167,8 +170,9 @@ template <char a, char b, char c, char d, class Look> void ForEachOfFour(std::st
         }
     }
 #endif
-    for (; at < text.size(); ++at) {
-        if (p[at] == a || p[at] == b || p[at] == c || p[at] == d) {
+    for (; at + 1 < text.size(); ++at) {
+        if ((p[at] == a || p[at] == b || p[at] == c || p[at] == d) &&
+            static_cast<signed char>(p[at + 1]) >= 'a') {
             look(at);
         }
     }

@@ -220,7 +220,7 @@ LogKind ClassifyOLEDB(std::string_view text) {
 
 } // namespace
 
-Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch) {
+Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch) {
     if (text.empty()) {
         return {};
     }
@@ -354,7 +354,7 @@ LogKind KindOfLevel(std::string_view level) {
                                 : LOG_NONE;
 }
 
-Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
+Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
                                     std::string& scratch, bool ascii) {
     if (StartsWithSQL(text)) {
         return Is(TakeStatement(text, pending, ascii));

@@ -44,7 +44,7 @@ TextSigns FindSigns(std::string_view text, std::string_view line, const LineHint
 // Whether "--UBE--" stands anywhere in the line.
 bool HoldsUBE(const LogLine& line);
 
-Classification ClassifyDebugStatement(std::string_view text, const TextSigns& signs, std::string& scratch);
+Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch);
 
 // The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it
 // between lines, sessions or re-analyses.
@@ -60,7 +60,7 @@ LogKind KindOfLevel(std::string_view level);
 
 // For a line whose level decides nothing. `text` may come to view `pending.statement` instead: a statement
 // with its marks numbered, or the finished statement. A line that is known to be ASCII takes fewer steps.
-Classification ClassifyJASStatement(std::string_view& text, const TextSigns& signs, PendingStatement& pending,
+Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
                                     std::string& scratch, bool ascii = false);
 
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".

@@ -196,17 +196,20 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
         return true;
     }
     const Classification result = ClassifyDebugStatement(text, signs, m_strName);
-    SqlParts parts;
+    SqlOperation operation = SQL_NONE;
+    std::string_view name = result.Name(m_strName);
     if (result.kind == LOG_SQL) {
-        parts = SplitSQLStatement(text, m_strTable);
+        const SqlParts parts = SplitSQLStatement(text, m_strTable);
+        operation = parts.operation;
+        name = parts.table;
     }
     std::string_view stored = text;
     if (head.labelRunsOn && end[-1] == ' ' && std::memchr(text.data(), '\t', text.size()) == nullptr) {
         stored = {text.data(), static_cast<std::size_t>(end - text.data())};
     }
-    const RecordIndex record = m_listDetails.AppendUsual(
-        {m_stamp, fraction, contextNumber, result.kind, result.returnCode, parts.operation, true,
-         head.labelRunsOn, text, stored, result.kind == LOG_SQL ? parts.table : result.Name(m_strName)});
+    const RecordIndex record =
+        m_listDetails.AppendUsual({m_stamp, fraction, contextNumber, result.kind, result.returnCode,
+                                   operation, true, head.labelRunsOn, text, stored, name});
     CommitDetail(record, m_listDetails.ContextOfNumber(contextNumber), result.kind, result.returnCode,
                  m_stamp.time + fraction);
     return true;

@@ -210,14 +210,15 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
 }
 
 // A statement that its parameters made long; no line is that long.
-void CDetailList::AddOddText(RecordIndex record, const UsualDetail& detail) {
+void CDetailList::AddOddText(RecordIndex record, const LineStamp& stamp, std::uint32_t fraction,
+                             std::string_view text) {
     m_odd.push_back({record,
-                     detail.stamp.day,
-                     detail.stamp.hour,
-                     detail.stamp.minute,
-                     detail.stamp.second,
-                     static_cast<std::int32_t>(detail.fraction),
-                     m_texts.Keep(detail.text),
+                     stamp.day,
+                     stamp.hour,
+                     stamp.minute,
+                     stamp.second,
+                     static_cast<std::int32_t>(fraction),
+                     m_texts.Keep(text),
                      {}});
 }
 

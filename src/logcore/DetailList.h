@@ -183,7 +183,8 @@ private:
         m_extras.Add(extra);
         return number;
     }
-    void AddOddText(RecordIndex record, const UsualDetail& detail);
+    void AddOddText(RecordIndex record, const LineStamp& stamp, std::uint32_t fraction,
+                    std::string_view text);
     std::uint32_t NameOf(RecordIndex record) const { return m_extras[Packed(record).extra].name; }
     const OddDetail& Odd(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
@@ -223,7 +224,7 @@ inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
                LengthField::Of(detail.text.size());
     } else {
         head |= OddField::Of(1);
-        AddOddText(record, detail);
+        AddOddText(record, detail.stamp, detail.fraction, detail.text);
     }
     const std::uint32_t extra = detail.name.empty() ? 0 : AddExtra({0, 0, m_names.Id(detail.name)});
     m_details.Add({head, text, detail.context, extra});

@@ -127,16 +127,19 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     if (m_nProcessFilter != 0) {
         return true;
     }
-    SqlParts parts;
+    SqlOperation operation = SQL_NONE;
+    std::string_view name = result.Name(m_strName);
     if (result.kind == LOG_SQL) {
-        parts = SplitSQLStatement(text, m_strTable);
+        const SqlParts parts = SplitSQLStatement(text, m_strTable);
+        operation = parts.operation;
+        name = parts.table;
     }
     // A finished statement may hold what earlier lines brought.
     const bool ascii = text.data() != m_pendingStatement.statement.data() || m_pendingStatement.ascii ||
                        platform::IsAscii(text);
-    const RecordIndex record = m_listDetails.AppendUsual(
-        {m_stamp, fraction, head.contexts[0], result.kind, result.returnCode, parts.operation, ascii, false,
-         text, text, result.kind == LOG_SQL ? parts.table : result.Name(m_strName)});
+    const RecordIndex record =
+        m_listDetails.AppendUsual({m_stamp, fraction, head.contexts[0], result.kind, result.returnCode,
+                                   operation, ascii, false, text, text, name});
     RecordContext& context = m_listDetails.ContextOfNumber(head.contexts[0]);
     CommitToUser(record, context, result.kind, m_stamp.time + fraction);
     CommitDetail(record, context, result.kind, result.returnCode, m_stamp.time + fraction);

@@ -9,8 +9,7 @@ void CLineHeads::Learn(std::string_view head, std::uint32_t month, bool labelRun
     }
     const std::size_t place = PlaceFor(head.data());
     const auto isKnownAt = [&](std::size_t at) {
-        return m_heads[at].length == head.size() && m_heads[at].month == month &&
-               m_heads[at].IsAt(head.data(), head.size());
+        return m_heads[at].length == head.size() && m_heads[at].IsAt(head.data(), head.size(), month);
     };
     const bool second = !isKnownAt(place) && (isKnownAt(place ^ 1U) || m_heads[place].length != 0);
     LineHead& known = m_heads[second ? place ^ 1U : place];

@@ -38,8 +38,7 @@ struct LineStamp {
 
     // Whether a line of at least kLongest bytes begins so.
     bool IsStartOf(const char* line) const {
-        return length != 0 && Load64(line) == Load64(bytes) && Load64(line + 8) == Load64(bytes + 8) &&
-               Load64(line + length - 8) == Load64(bytes + length - 8);
+        return length != 0 && Same16(line, bytes) && Load64(line + length - 8) == Load64(bytes + length - 8);
     }
 };
 
@@ -59,9 +58,10 @@ struct alignas(64) LineHead {
     std::array<std::uint32_t, kMostBlanks + 1> contexts{};
     char bytes[kLongest] = {};
 
-    // Whether a line goes on so; `at` points behind its stamp.
-    bool IsAt(const char* at, std::size_t available) const {
-        return length != 0 && length <= available && SameShortText({at, length}, {bytes, length});
+    // Whether a line of the month goes on so; `at` points behind its stamp.
+    bool IsAt(const char* at, std::size_t available, std::uint32_t ofMonth) const {
+        return month == ofMonth && length != 0 && length <= available &&
+               SameShortText({at, length}, {bytes, length});
     }
 };
 
@@ -70,12 +70,12 @@ public:
     // The head that stands at `at`, where at least 24 bytes are readable; null when none is known.
     const LineHead* Find(const char* at, std::size_t available, std::uint32_t month) const {
         const std::size_t place = PlaceFor(at);
-        for (const LineHead* head : {&m_heads[place], &m_heads[place ^ 1U]}) {
-            if (head->month == month && head->IsAt(at, available)) {
-                return head;
-            }
+        const LineHead* const head = &m_heads[place];
+        if (head->IsAt(at, available, month)) [[likely]] {
+            return head;
         }
-        return nullptr;
+        const LineHead* const other = &m_heads[place ^ 1U];
+        return other->IsAt(at, available, month) ? other : nullptr;
     }
     void Clear() {
         for (LineHead& head : m_heads) {
