@@ -54,13 +54,13 @@ CacheWords FindCacheWords(std::string_view message) {
     ForEachOfFourBeforeLower<'C', 'F', 'N', 'O'>(message, [&](std::size_t at) {
         switch (message[at]) {
         case 'C':
-            if (at >= 1 && message[at - 1] == 'h') {
+            if (message[at + 1] == 'r') {
+                words.calls |= HoldsAt(message, at, "Created new cache") ? CacheWords::CALL_CREATED : 0U;
+            } else if (at >= 1 && message[at - 1] == 'h') {
                 TakeMarker(message, at, "Cache:[", words.handle);
                 TakeMarker(message, at, "Cursor:[", words.cursor);
             } else if (at >= 3 && HoldsAt(message, at - 3, "jdeCache")) {
                 words.calls |= CallsNamed(message.substr(at + 5));
-            } else if (HoldsAt(message, at, "Created new cache")) {
-                words.calls |= CacheWords::CALL_CREATED;
             }
             break;
         case 'F':

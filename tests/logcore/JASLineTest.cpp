@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace carvelot::test {
 
 TEST(ParseJASLine, ReadsEveryField) {
@@ -155,6 +157,40 @@ TEST(PreparedStatement, ReplacesTheLeftmostHitOfAMark) {
         ClassifyJASStatement(text, {}, pending, scratch);
     }
     EXPECT_EQ(pending.statement, "SELECT X FROM T WHERE A IN (v,?2,?3,?4,?5,?6,?7,?8,?9,v0");
+}
+
+TEST(PreparedStatement, FillsInValuesThatHoldMarksThemselves) {
+    std::mt19937 random(3);
+    const std::vector<std::string> values{"7", "?", "?1", "?2x?", "", "a longer value than most", "1"};
+    for (int run = 0; run < 3000; ++run) {
+        std::string statement = "UPDATE ";
+        std::string expected = statement;
+        int marks = 0;
+        for (std::size_t part = random() % 24; part > 0; --part) {
+            const std::string piece =
+                random() % 2 == 0 ? "?" : std::vector<std::string>{"1", " A = ", "0"}[random() % 3];
+            statement += piece;
+            expected += piece == "?" ? "?" + std::to_string(++marks) : piece;
+        }
+        PendingStatement pending;
+        std::string scratch;
+        std::string_view text = statement;
+        const LogKind kind = ClassifyJASStatement(text, {}, pending, scratch).kind;
+        EXPECT_EQ(kind, marks == 0 ? LOG_SQL : LOG_NONE);
+        for (int left = marks; left > 0; --left) {
+            const std::string index = std::to_string(1 + random() % 12);
+            const std::string& value = values[random() % values.size()];
+            const bool quoted = random() % 2 == 0;
+            const std::string line =
+                "Param" + index + ": " + value + (quoted ? "_Types.VARCHAR," : "_Types.DECIMAL,");
+            text = line;
+            ClassifyJASStatement(text, {}, pending, scratch, random() % 2 == 0);
+            if (const std::size_t place = expected.find("?" + index); place != std::string::npos) {
+                expected.replace(place, 1 + index.size(), quoted ? "'" + value + "'" : value);
+            }
+            EXPECT_EQ(pending.statement, expected) << statement;
+        }
+    }
 }
 
 TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
