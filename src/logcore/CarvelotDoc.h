@@ -94,11 +94,16 @@ private:
     TextSigns SignsOf(const LogLine& line, std::string_view text) const;
     void LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record);
     std::string_view StatementText(std::string_view line, bool ascii);
+    // The kinds of which more is known than that they are one of the thread's or user's records. Only a
+    // LOG_RETURN has a return code.
+    static constexpr CKindSet kFeedThread{LOG_ERROR, LOG_JDB_ERROR, LOG_SQL,   LOG_SQL_DONE,
+                                          LOG_CACHE, LOG_CALL,      LOG_RETURN};
+    static constexpr CKindSet kFeedUser{LOG_SQL, LOG_OBJECT_CALL, LOG_WARN, LOG_SEVERE};
+
     // Files a record that stands in m_listDetails, its context, kind, return code and time at hand.
     void CommitDetail(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
                       std::uint64_t time) {
-        // Most records feed no analysis.
-        if (kind == LOG_NONE && context.thread != nullptr) {
+        if (!kFeedThread.Has(kind) && context.thread != nullptr) {
             context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
         } else {
             CommitToThread(record, context, kind, returnCode, time);
@@ -108,7 +113,7 @@ private:
                         std::uint64_t time);
     void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time) {
         CJASUser* const user = context.jasUser;
-        if (kind == LOG_NONE && user != nullptr && user->m_pPendingObject == kNoRecord &&
+        if (!kFeedUser.Has(kind) && user != nullptr && user->m_pPendingObject == kNoRecord &&
             user->m_pPendingSQL == kNoRecord) {
             user->m_listDetails.push_back(record);
         } else {

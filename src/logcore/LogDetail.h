@@ -33,6 +33,18 @@ enum LogKind : std::uint8_t {
     LOG_MESSAGE = 22,
 };
 
+// Some kinds.
+class CKindSet {
+public:
+    template <class... Kinds>
+    constexpr explicit CKindSet(Kinds... kinds) : m_nBits(((std::uint32_t{1} << kinds) | ...)) {}
+
+    constexpr bool Has(LogKind kind) const { return (m_nBits >> kind & 1U) != 0; }
+
+private:
+    std::uint32_t m_nBits;
+};
+
 enum LogFormat : std::uint8_t { LOG_FORMAT_DEBUG = 0, LOG_FORMAT_JAS = 1 };
 
 enum SqlOperation : std::uint8_t {
