@@ -474,22 +474,31 @@ void CLookStyle::DrawButton(QPainter* pPainter, const QRect& rect, const CGradie
     pPainter->restore();
 }
 
+// Filled edges stay whole at any scale.
+void CLookStyle::DrawEdges(QPainter* pPainter, const QRect& rect) const {
+    for (const QRect& edge :
+         {QRect(rect.left(), rect.top(), rect.width(), 1), QRect(rect.left(), rect.bottom(), rect.width(), 1),
+          QRect(rect.left(), rect.top(), 1, rect.height()),
+          QRect(rect.right(), rect.top(), 1, rect.height())})
+        pPainter->fillRect(edge, m_look.m_border);
+}
+
 void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pOption, QPainter* pPainter,
                                const QWidget* pWidget) const {
     const QRect rect = pOption->rect;
     switch (nElement) {
     case PE_PanelMenu:
+        // The frame round a combo box's list asks for this too: nothing but its edges shows.
+        if (pWidget != nullptr && pWidget->inherits("QComboBoxPrivateContainer")) {
+            DrawEdges(pPainter, rect);
+            return;
+        }
         pPainter->fillRect(rect, m_look.m_menu);
         FillGradient(*pPainter, QRect(rect.left() + 1, rect.top() + 1, kGutter, rect.height() - 2),
                      m_look.m_menuGutter);
         return;
     case PE_FrameMenu:
-        // Filled edges stay whole at any scale.
-        for (const QRect& edge : {QRect(rect.left(), rect.top(), rect.width(), 1),
-                                  QRect(rect.left(), rect.bottom(), rect.width(), 1),
-                                  QRect(rect.left(), rect.top(), 1, rect.height()),
-                                  QRect(rect.right(), rect.top(), 1, rect.height())})
-            pPainter->fillRect(edge, m_look.m_border);
+        DrawEdges(pPainter, rect);
         return;
     case PE_PanelMenuBar:
         return;
@@ -582,8 +591,9 @@ void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pO
         pPainter->fillRect(rect, m_look.m_face);
         return;
     default:
-        QProxyStyle::drawPrimitive(nElement, pOption, pPainter, pWidget);
+        break;
     }
+    QProxyStyle::drawPrimitive(nElement, pOption, pPainter, pWidget);
 }
 
 void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOption, QPainter* pPainter,
@@ -674,6 +684,19 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
         QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
         return;
     }
+    case CE_PushButton:
+        QProxyStyle::drawControl(nElement, pOption, pPainter, pWidget);
+        // A default button has a frame as strong as that of the focus: the focus shows inside. The old look
+        // has a mark of its own.
+        if ((pOption->state & State_HasFocus) != 0 && (pOption->state & State_KeyboardFocusChange) != 0 &&
+            !m_look.m_bRaisedButtons) {
+            pPainter->save();
+            pPainter->setPen(QPen(m_look.m_text, 1, Qt::DotLine));
+            pPainter->setBrush(Qt::NoBrush);
+            pPainter->drawRect(rect.adjusted(3, 3, -4, -4));
+            pPainter->restore();
+        }
+        return;
     case CE_Splitter:
         pPainter->fillRect(rect, m_look.m_face);
         return;
@@ -1044,6 +1067,12 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
         if (pTab != nullptr && m_look.m_bBoldActiveTab)
             result.rwidth() +=
                 pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
+    }
+    if (nType == CT_PushButton) {
+        const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption);
+        constexpr int kAir = 20; // beside the text
+        if (pButton != nullptr && !pButton->text.isEmpty())
+            result.setWidth(std::max(result.width(), size.width() + kAir));
     }
     if (nType == CT_ItemViewItem)
         result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 4));
