@@ -1,5 +1,6 @@
 #include "analysis/panes/ui/ListCtrl.h"
 
+#include "logcore/Release.h"
 #include "shell/ui/Text.h"
 
 #include <QHeaderView>
@@ -50,7 +51,7 @@ CListModel::CListModel(std::span<const CColumnSpec> columns) {
 void CListModel::BeginFill() {
     beginResetModel();
     m_pSource = nullptr;
-    m_listOrder.clear();
+    Release(m_listOrder);
     endResetModel();
 }
 
