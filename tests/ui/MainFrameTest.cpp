@@ -204,6 +204,20 @@ private slots:
         pSession->close();
     }
 
+    void theLetterOfAHiddenCommandReachesItAtOnce() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        QVERIFY(!Entry(*pFile, "&Close")->isVisible());
+        QTest::keyClick(pFile, Qt::Key_O, Qt::ShiftModifier); // of an entry that shows: nothing more comes up
+        QVERIFY(!pFile->IsExpanded());
+        pFile = run.OpenMenu("File");
+        QTest::keyClick(pFile, Qt::Key_C);
+        QVERIFY(!pFile->isVisible());
+        QVERIFY(run.Area().Children().isEmpty());
+    }
+
     void aCommandThatWasUsedStaysInTheShortMenu() {
         CFakeInterface user;
         CRun run(*m_pFolder);

@@ -120,6 +120,7 @@ bool CMainFrame::LoadFrame() {
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
     RestoreState();
 
+    connect(this, &QMainWindow::tabifiedDockWidgetActivated, this, &CMainFrame::OnTabActivated);
     connect(m_pClientArea, &CTabbedClientArea::ActiveChildChanged, this, [this] {
         UpdateTitleAndMenus();
         if (isVisible())
@@ -321,6 +322,13 @@ void CMainFrame::MakeStatusBar() {
 QList<CDockablePane*> CMainFrame::Panes() {
     return {&m_wndProcessPane, &m_wndSQLPane,   &m_wndTimingGapsPane, &m_wndFindPane, &m_wndLongTasksPane,
             &m_wndRawDataPane, &m_wndCachePane, &m_wndErrorPane,      &m_wndBSFNPane};
+}
+
+// Whoever clicks on a pane's tab goes on in that pane.
+void CMainFrame::OnTabActivated(QDockWidget* pDock) {
+    auto* pPane = qobject_cast<CDockablePane*>(pDock);
+    if (pPane != nullptr && (QApplication::mouseButtons() & Qt::LeftButton))
+        pPane->MainControl()->setFocus(Qt::MouseFocusReason);
 }
 
 void CMainFrame::DockPanes() {

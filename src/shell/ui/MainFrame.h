@@ -119,6 +119,7 @@ private:
     void MakeToolBars();
     void MakeStatusBar();
     void DockPanes();
+    void OnTabActivated(QDockWidget* pDock);
     void RestoreState();
     void LoadUserToolBars();
     void FillToolBarMenu(QMenu& menu);
