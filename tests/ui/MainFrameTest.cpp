@@ -137,6 +137,56 @@ private slots:
         QVERIFY(!run.Frame().statusBar()->isHidden());
     }
 
+    void aPaneThatFloatsForTheFirstTimeStandsElsewhereAndNoLarger() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Frame().resize(1200, 800);
+        QCoreApplication::processEvents();
+        CDockablePane& pane = run.Frame().m_wndBSFNPane;
+        const QRect docked(pane.mapToGlobal(QPoint()), pane.size());
+        auto* pFloat = pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"));
+        QVERIFY(pFloat != nullptr);
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QVERIFY(pane.isFloating());
+        QVERIFY(pane.geometry().topLeft() != docked.topLeft());
+        QVERIFY(pane.width() < docked.width() && pane.height() <= docked.height());
+        QVERIFY(pane.screen()->availableGeometry().contains(pane.geometry()));
+        // Back again, and it floats where the user left it.
+        pane.setGeometry(100, 100, 500, 250);
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QVERIFY(!pane.isFloating());
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QCOMPARE(pane.geometry(), QRect(100, 100, 500, 250));
+    }
+
+    // A window manager keeps a floating pane before a main window that it knows already.
+    void floatingPanesComeUpAfterTheMainWindow() {
+        CFakeInterface user;
+        {
+            CRun run(*m_pFolder);
+            run.Frame().m_wndRawDataPane.setFloating(true);
+            run.Frame().m_wndFindPane.setFloating(true);
+            run.Frame().m_wndFindPane.close();
+        }
+        class CWatch : public QObject {
+        public:
+            bool eventFilter(QObject* pObject, QEvent* pEvent) override {
+                if (pEvent->type() == QEvent::Show && pObject->isWidgetType() &&
+                    static_cast<QWidget*>(pObject)->isWindow() &&
+                    !static_cast<QWidget*>(pObject)->testAttribute(Qt::WA_DontShowOnScreen))
+                    m_listShown << pObject->metaObject()->className();
+                return false;
+            }
+            QStringList m_listShown;
+        } watch;
+        qApp->installEventFilter(&watch);
+        CRun run(*m_pFolder);
+        QTRY_VERIFY(run.Frame().m_wndRawDataPane.isVisible());
+        QCOMPARE(watch.m_listShown, (QStringList{"carvelot::CMainFrame", "carvelot::CRawDataPane"}));
+        QVERIFY(run.Frame().m_wndRawDataPane.isFloating());
+        QVERIFY(run.Frame().m_wndFindPane.isHidden());
+    }
+
     void aDamagedLayoutIsIgnored_data() {
         QTest::addColumn<QString>("damage");
         for (const char* pszKind : {"empty", "text", "version", "truncated", "flipped", "sealed garbage"})
