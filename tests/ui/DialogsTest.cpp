@@ -22,6 +22,8 @@
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
+#include <QTimer>
 #include <QTreeWidget>
 
 using namespace carvelot;
@@ -158,6 +160,22 @@ private slots:
         run.Open("a");
         CWindowsDlg dialog(run.Area());
         Check(dialog, "OK");
+    }
+
+    void aDialogIsNoLargerThanTheScreen() {
+        SetUserInterface(nullptr); // the real one
+        const CJDESettings store;
+        CSettings dialog(store);
+        const QSize screenSize = dialog.screen()->availableSize();
+        dialog.resize(screenSize * 2);
+        QTimer::singleShot(0, &dialog, [&] {
+            QVERIFY(dialog.height() < screenSize.height() && dialog.width() < screenSize.width());
+            for (const QPushButton* pButton : dialog.findChildren<QPushButton*>())
+                QVERIFY(dialog.rect().contains(QRect(pButton->mapTo(&dialog, QPoint()), pButton->size())));
+            dialog.accept();
+        });
+        QCOMPARE(UserInterface().RunDialog(dialog), int(QDialog::Accepted));
+        SetUserInterface(&m_user);
     }
 
     // A default button looks much like one with the focus: whoever tabs on must see where the focus is.
