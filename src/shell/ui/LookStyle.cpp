@@ -665,6 +665,9 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
     case CE_DockWidgetTitle:
         DrawTitle(pOption, pPainter, pWidget);
         return;
+    case CE_Header:
+        DrawHeaderWithTitle(pOption, pPainter, pWidget);
+        return;
     case CE_HeaderSection:
         DrawHeader(pOption, pPainter);
         return;
@@ -934,6 +937,37 @@ void CLookStyle::DrawTitle(const QStyleOption* pOption, QPainter* pPainter, cons
     pPainter->setPen(bActive ? m_look.m_activeTitleText : m_look.m_titleText);
     pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                        pPainter->fontMetrics().elidedText(pTitle->title, Qt::ElideRight, label.width()));
+    pPainter->restore();
+}
+
+// The toolkit puts the arrow of a sorted column beside the title and cuts that off; here it stands above the
+// title's middle.
+void CLookStyle::DrawHeaderWithTitle(const QStyleOption* pOption, QPainter* pPainter,
+                                     const QWidget* pWidget) const {
+    QStyleOptionHeaderV2 option;
+    if (const auto* pNewer = qstyleoption_cast<const QStyleOptionHeaderV2*>(pOption))
+        option = *pNewer;
+    else if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeader*>(pOption))
+        static_cast<QStyleOptionHeader&>(option) = *pHeader;
+    const QRect rect = pOption->rect;
+    pPainter->save();
+    pPainter->setClipRect(rect);
+    drawControl(CE_HeaderSection, &option, pPainter, pWidget);
+    const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
+    option.rect = rect.adjusted(nMargin, nMargin + 1, -nMargin, -nMargin + 1);
+    drawControl(CE_HeaderLabel, &option, pPainter, pWidget);
+    if (option.sortIndicator != QStyleOptionHeader::None) {
+        const QRectF arrow(rect.center().x() - 3, rect.top() + 1, 7, 3.5);
+        // The toolkit says "down" for what ascends.
+        const bool bUp = option.sortIndicator == QStyleOptionHeader::SortDown;
+        const double fBase = bUp ? arrow.bottom() : arrow.top();
+        const double fTip = bUp ? arrow.top() : arrow.bottom();
+        pPainter->setRenderHint(QPainter::Antialiasing);
+        pPainter->setPen(Qt::NoPen);
+        pPainter->setBrush(m_look.m_text);
+        pPainter->drawPolygon(
+            QPolygonF({{arrow.left(), fBase}, {arrow.right(), fBase}, {arrow.center().x(), fTip}}));
+    }
     pPainter->restore();
 }
 
