@@ -135,6 +135,21 @@ private slots:
         QApplication::setPalette(palette);
     }
 
+    // Time stamps end in blanks, and stand in a column that is just wide enough without them.
+    void blanksAtTheEndOfATextHideNothingOfIt() {
+        const QString strStamp = QStringLiteral("10:56:21.513222");
+        CRowList<CTestRow> rows = Rows();
+        rows.m_listRows = {{ToUtf8(strStamp), 1}, {ToUtf8(strStamp) + "    ", 1}};
+        m_pList->Fill(&rows);
+        m_pList->header()->resizeSection(0, m_pList->fontMetrics().horizontalAdvance(strStamp) + 10);
+        m_pList->setCurrentIndex({});
+        const auto fnPicture = [this](int nRow) {
+            return m_pList->viewport()->grab(m_pList->visualRect(m_pList->Model().index(nRow, 0))).toImage();
+        };
+        QVERIFY(fnPicture(0) == fnPicture(1));
+        QCOMPARE(m_pList->Model().index(1, 0).data().toString(), strStamp + QStringLiteral("    "));
+    }
+
     void aFillShowsTheRowsInTheirOwnOrder() {
         const CRowList<CTestRow> rows = Rows();
         m_pList->Fill(&rows);
