@@ -13,8 +13,10 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
+#include <QPainter>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStyleOption>
 #include <QTabBar>
 #include <QTreeWidget>
 
@@ -135,6 +137,30 @@ private slots:
         QCOMPARE(DockTabs(run.Frame(), &strCurrent), kPaneOrder);
         QCOMPARE(strCurrent, QStringLiteral("BSFN Calls"));
         QVERIFY(!run.Frame().statusBar()->isHidden());
+    }
+
+    void theNameOnASelectedTabIsWholeWhereAnotherTabsWouldBe() {
+        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        const CLookStyle style(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
+        const auto fnPicture = [&style](const char* pszName) {
+            QStyleOptionTab option;
+            option.shape = QTabBar::RoundedSouth;
+            option.state = QStyle::State_Enabled | QStyle::State_Selected;
+            option.text = QString::fromLatin1(pszName);
+            option.fontMetrics = QFontMetrics(QApplication::font());
+            constexpr int kBesideTheName = 14;
+            option.rect =
+                QRect(0, 0, option.fontMetrics.horizontalAdvance(option.text) + kBesideTheName + 2, 24);
+            QImage image(option.rect.size(), QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            painter.setFont(QApplication::font());
+            style.drawControl(QStyle::CE_TabBarTabLabel, &option, &painter, nullptr);
+            return image;
+        };
+        // Names whose middle differs look alike once it is left out.
+        QCOMPARE(fnPicture("Cache bd Details").size(), fnPicture("Cache db Details").size());
+        QVERIFY(fnPicture("Cache bd Details") != fnPicture("Cache db Details"));
     }
 
     void aPaneThatFloatsForTheFirstTimeStandsElsewhereAndNoLarger() {

@@ -905,6 +905,9 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
     QFont font = pPainter->font();
     if (bSelected && m_look.m_bBoldActiveTab && (pWidget == nullptr || !pWidget->property("calm").toBool()))
         font.setBold(true);
+    // Tabs that share a narrow room give none for the bold face: the whole name tells more.
+    if (QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
+        font.setBold(false);
     pPainter->setFont(font);
     const QString strText =
         pPainter->fontMetrics().elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic);
