@@ -139,7 +139,7 @@ private slots:
         QVERIFY(!run.Frame().statusBar()->isHidden());
     }
 
-    void theNameOnASelectedTabIsWholeWhereAnotherTabsWouldBe() {
+    void theNameOnAPanesSelectedTabIsWholeWhereAnotherTabsWouldBe() {
         int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
         const CLookStyle style(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
         const auto fnPicture = [&style](const char* pszName) {

@@ -905,8 +905,8 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
     QFont font = pPainter->font();
     if (bSelected && m_look.m_bBoldActiveTab && (pWidget == nullptr || !pWidget->property("calm").toBool()))
         font.setBold(true);
-    // Tabs that share a narrow room give none for the bold face: the whole name tells more.
-    if (QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
+    // The panes' tabs share a narrow room, with none for the bold face: the whole name tells more.
+    if (IsSouth(pTab->shape) && QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
         font.setBold(false);
     pPainter->setFont(font);
     const QString strText =
