@@ -110,6 +110,22 @@ void Measure(CSessionRun& run, const std::string& strLog, const std::string& str
     });
     PrintRow("Open to the first usable tree, over the core's load", fOpen, fLoad, 1.3);
 
+    // Its rows keep their texts when the records go.
+    open(strLog);
+    CFindPane& find = run.Frame().m_wndFindPane;
+    CSessionRun::ShowPane(find);
+    const double fAgain = Least(3, [&] {
+        find.SearchEdit().clear();
+        find.OnFind();
+        return Seconds([&] {
+            run.Frame().RunCommand(ID_SESSION_ANALYZE);
+            Show(*pFrame->ThreadView().viewport());
+        });
+    });
+    std::printf("(the Find list has %d rows)\n", find.List().Model().rowCount({}));
+    PrintRow("Analyze beside a Find list of all lines, over the load", fAgain, fLoad, 2);
+    close();
+
     const double fThreadLoad = Least(5, [&] { return LoadInCore(strThread); });
     open(strThread);
     CThreadView& threads = pFrame->ThreadView();

@@ -1,6 +1,7 @@
 #include "logcore/CarvelotDoc.h"
 
 #include "logcore/FindText.h"
+#include "logcore/Release.h"
 #include "platform/TemporaryFile.h"
 
 #include <algorithm>
@@ -166,7 +167,7 @@ bool CCarvelotDoc::ClearSession() {
     m_heads.Clear();
     m_processByID.clear();
     m_listProcesses.clear();
-    m_listGaps = {};
+    Release(m_listGaps);
     m_listDetails.Clear();
     m_mapUsers.clear();
     m_listUsers.clear();

@@ -2,6 +2,7 @@
 
 #include "logcore/ByteScan.h"
 #include "logcore/CaseText.h"
+#include "logcore/Release.h"
 
 #include <algorithm>
 #include <cstring>
@@ -48,12 +49,12 @@ void CDetailList::Clear() {
     m_extras.Clear();
     m_extras.Add({}); // what records without anything extra have
     m_texts.Clear();
-    m_odd = {};
+    Release(m_odd);
     m_words.Clear();
     m_names.Clear();
     m_foldedNames.Clear();
     m_foldedIds.clear();
-    m_contexts = {};
+    Release(m_contexts);
     m_contextSlots.assign(64, 0);
     m_recentContexts.fill(0);
     m_nLastContext = 0;

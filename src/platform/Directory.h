@@ -11,7 +11,7 @@ namespace carvelot::platform {
 struct DirectoryEntry {
     std::string m_strName;
     bool m_bDirectory = false;
-    std::uint64_t m_nSize = 0; // in bytes; what a folder says of itself means nothing
+    std::uint64_t m_nSize = 0; // in bytes; 0 for a folder
 };
 
 /// The entries of a folder that match a mask, without "." and "..". `*` stands for any characters, `?` for

@@ -53,6 +53,7 @@ TEST(Directory, AnEntryTellsWhetherItIsAFolderAndItsSize) {
     EXPECT_EQ(entries[0].m_nSize, 12'345u);
     EXPECT_EQ(entries[1].m_strName, "folder");
     EXPECT_TRUE(entries[1].m_bDirectory);
+    EXPECT_EQ(entries[1].m_nSize, 0u);
 }
 
 TEST(Directory, AFileOf2GiBAndMoreHasItsWholeSize) {

@@ -4,8 +4,10 @@
 
 #include "cachebrowser/CacheDoc.h"
 #include "cachebrowser/ui/CacheDlg.h"
+#include "shell/Commands.h"
 #include "shell/ui/AboutDlg.h"
 #include "shell/ui/CustomizeDlg.h"
+#include "shell/ui/LookStyle.h"
 #include "shell/ui/OptionsDlg.h"
 #include "shell/ui/WindowsDlg.h"
 #include "tools/ui/ConvertDates.h"
@@ -20,6 +22,8 @@
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
+#include <QTimer>
 #include <QTreeWidget>
 
 using namespace carvelot;
@@ -156,6 +160,51 @@ private slots:
         run.Open("a");
         CWindowsDlg dialog(run.Area());
         Check(dialog, "OK");
+    }
+
+    void aDialogIsNoLargerThanTheScreen() {
+        SetUserInterface(nullptr); // the real one
+        const CJDESettings store;
+        CSettings dialog(store);
+        const QSize screenSize = dialog.screen()->availableSize();
+        dialog.resize(screenSize * 2);
+        QTimer::singleShot(0, &dialog, [&] {
+            QVERIFY(dialog.height() < screenSize.height() && dialog.width() < screenSize.width());
+            for (const QPushButton* pButton : dialog.findChildren<QPushButton*>())
+                QVERIFY(dialog.rect().contains(QRect(pButton->mapTo(&dialog, QPoint()), pButton->size())));
+            dialog.accept();
+        });
+        QCOMPARE(UserInterface().RunDialog(dialog), int(QDialog::Accepted));
+        SetUserInterface(&m_user);
+    }
+
+    // A default button looks much like one with the focus: whoever tabs on must see where the focus is.
+    void aDefaultButtonShowsInEveryLookWhetherItHasTheFocus() {
+        const QPalette palette = QApplication::palette();
+        for (const int nId :
+             {ID_APPLOOK_WINDOWS_2000, ID_APPLOOK_OFFICE_XP, ID_APPLOOK_WINDOWS_XP, ID_APPLOOK_OFFICE_2003,
+              ID_APPLOOK_VS_2005, ID_APPLOOK_VS_2008, ID_APPLOOK_OFFICE_2007_BLUE, ID_APPLOOK_WINDOWS_7}) {
+            int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+            ApplyLook(LookOf(nId, nOffice2007));
+            CConvertDates dialog;
+            dialog.show();
+            QVERIFY(QTest::qWaitForWindowActive(&dialog));
+            QPushButton* pOk = Button(dialog, "OK");
+            QTest::keyClick(&dialog, Qt::Key_Tab);
+            QVERIFY(pOk->isDefault() && !pOk->hasFocus());
+            const QImage without = pOk->grab().toImage();
+            pOk->setFocus(Qt::TabFocusReason);
+            QVERIFY(pOk->isDefault() && pOk->hasFocus());
+            const QImage with = pOk->grab().toImage();
+            int nDots = 0; // of the mark, inside the frame
+            for (int nX = 3; nX < with.width() - 3; ++nX) {
+                for (int nY = 3; nY < with.height() - 3; ++nY)
+                    nDots += qGray(with.pixel(nX, nY)) + 64 < qGray(without.pixel(nX, nY)) ? 1 : 0;
+            }
+            QVERIFY2(nDots > with.width() / 4, qPrintable(QString::number(nId)));
+        }
+        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setPalette(palette);
     }
 
 private:

@@ -9,10 +9,10 @@ namespace {
 
 std::vector<std::string> Log() {
     return DebugLog({
-        DebugLine("10:00:00.000001", "SELECT A FROM F0101", "5/6"),
-        DebugLine("10:00:00.000002", "Nothing that counts as F0101", "5/6"),
-        DebugLine("10:00:00.000003", "SELECT b FROM f0101", "5/7"),
-        DebugLine("10:00:00.000004", "UPDATE F4211 SET A = 1", "9/1"),
+        Line("10:00:00.000001", "SELECT A FROM F0101"),
+        Line("10:00:00.000002", "Nothing that counts as F0101"),
+        Line("10:00:00.000003", "SELECT b FROM f0101", "5/7"),
+        Line("10:00:00.000004", "UPDATE F4211 SET A = 1", "9/1"),
     });
 }
 
@@ -27,19 +27,15 @@ const QStringList kHits{"5|6|SELECT A FROM F0101", "5|7|SELECT b FROM f0101"};
 
 } // namespace
 
-class FindPaneTest : public QObject {
+class FindPaneTest : public CSessionTest {
     Q_OBJECT
 
 private slots:
     void init() {
-        m_pRun = std::make_unique<CSessionRun>();
-        QVERIFY(m_pRun->m_bStarted);
+        StartRun();
         CSessionRun::ShowPane(Pane());
     }
-    void cleanup() {
-        m_pRun.reset();
-        QVERIFY(QApplication::overrideCursor() == nullptr);
-    }
+    void cleanup() { EndRun(); }
 
     void aSearchFindsWithoutCaseInTheWholeSessionAndSkipsLinesOfNoInterest() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
@@ -244,8 +240,6 @@ private:
             QTest::sendKeyEvent(nAction, m_pRun->Frame().windowHandle(), nKey, strText, nModifiers);
         QCoreApplication::processEvents();
     }
-
-    std::unique_ptr<CSessionRun> m_pRun;
 };
 
 QTEST_MAIN(FindPaneTest)

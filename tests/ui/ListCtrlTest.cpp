@@ -1,5 +1,7 @@
 #include "analysis/panes/ui/ListCtrl.h"
 
+#include "shell/Commands.h"
+#include "shell/ui/LookStyle.h"
 #include "shell/ui/Text.h"
 
 #include <QAbstractItemModelTester>
@@ -96,6 +98,56 @@ private slots:
         QCOMPARE(m_pList->header()->sectionSize(1), 70);
         QCOMPARE(m_pList->Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
                  QStringLiteral("Calls"));
+    }
+
+    void aSortedColumnShowsItsWholeTitleBelowAnArrowThatTellsTheOrder() {
+        const QPalette palette = QApplication::palette();
+        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        for (const int nId : {ID_APPLOOK_WINDOWS_2000, ID_APPLOOK_VS_2008, ID_APPLOOK_WINDOWS_7}) {
+            ApplyLook(LookOf(nId, nOffice2007));
+            const CRowList<CTestRow> rows = Rows();
+            m_pList->Fill(&rows);
+            QHeaderView& header = *m_pList->header();
+            header.resizeSection(1, header.fontMetrics().horizontalAdvance(QStringLiteral("Calls")) + 16);
+            const QRect title(header.sectionViewportPosition(1), 0, header.sectionSize(1), header.height());
+            const auto fnPicture = [&] { return header.viewport()->grab(title).toImage(); };
+            const int nArrow = 5; // the rows above the title
+            const QRect below(0, nArrow, title.width(), title.height() - nArrow);
+            const auto fnDark = [&](const QImage& image, int nY) {
+                int nDark = 0;
+                for (int nX = 0; nX < image.width(); ++nX)
+                    nDark += qGray(image.pixel(nX, nY)) < 128 ? 1 : 0;
+                return nDark;
+            };
+            const QImage unsorted = fnPicture();
+            m_pList->SortBy(1, Qt::AscendingOrder);
+            const QImage ascending = fnPicture();
+            m_pList->SortBy(1, Qt::DescendingOrder);
+            const QImage descending = fnPicture();
+            QVERIFY(ascending.copy(below) == unsorted.copy(below));
+            QVERIFY(descending.copy(below) == unsorted.copy(below));
+            QVERIFY(fnDark(ascending, 3) > fnDark(ascending, 1) + 3);
+            QVERIFY(fnDark(descending, 1) > fnDark(descending, 3) + 3);
+            QVERIFY(fnDark(unsorted, 1) == fnDark(unsorted, 3));
+            m_pList->Fill(nullptr);
+        }
+        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setPalette(palette);
+    }
+
+    // Time stamps end in blanks, and stand in a column that is just wide enough without them.
+    void blanksAtTheEndOfATextHideNothingOfIt() {
+        const QString strStamp = QStringLiteral("10:56:21.513222");
+        CRowList<CTestRow> rows = Rows();
+        rows.m_listRows = {{ToUtf8(strStamp), 1}, {ToUtf8(strStamp) + "    ", 1}};
+        m_pList->Fill(&rows);
+        m_pList->header()->resizeSection(0, m_pList->fontMetrics().horizontalAdvance(strStamp) + 10);
+        m_pList->setCurrentIndex({});
+        const auto fnPicture = [this](int nRow) {
+            return m_pList->viewport()->grab(m_pList->visualRect(m_pList->Model().index(nRow, 0))).toImage();
+        };
+        QVERIFY(fnPicture(0) == fnPicture(1));
+        QCOMPARE(m_pList->Model().index(1, 0).data().toString(), strStamp + QStringLiteral("    "));
     }
 
     void aFillShowsTheRowsInTheirOwnOrder() {

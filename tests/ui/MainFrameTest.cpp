@@ -13,8 +13,10 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
+#include <QPainter>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QStyleOption>
 #include <QTabBar>
 #include <QTreeWidget>
 
@@ -137,6 +139,80 @@ private slots:
         QVERIFY(!run.Frame().statusBar()->isHidden());
     }
 
+    void theNameOnAPanesSelectedTabIsWholeWhereAnotherTabsWouldBe() {
+        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        const CLookStyle style(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
+        const auto fnPicture = [&style](const char* pszName) {
+            QStyleOptionTab option;
+            option.shape = QTabBar::RoundedSouth;
+            option.state = QStyle::State_Enabled | QStyle::State_Selected;
+            option.text = QString::fromLatin1(pszName);
+            option.fontMetrics = QFontMetrics(QApplication::font());
+            constexpr int kBesideTheName = 14;
+            option.rect =
+                QRect(0, 0, option.fontMetrics.horizontalAdvance(option.text) + kBesideTheName + 2, 24);
+            QImage image(option.rect.size(), QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            painter.setFont(QApplication::font());
+            style.drawControl(QStyle::CE_TabBarTabLabel, &option, &painter, nullptr);
+            return image;
+        };
+        // Names whose middle differs look alike once it is left out.
+        QCOMPARE(fnPicture("Cache bd Details").size(), fnPicture("Cache db Details").size());
+        QVERIFY(fnPicture("Cache bd Details") != fnPicture("Cache db Details"));
+    }
+
+    void aPaneThatFloatsForTheFirstTimeStandsElsewhereAndNoLarger() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Frame().resize(1200, 800);
+        QCoreApplication::processEvents();
+        CDockablePane& pane = run.Frame().m_wndBSFNPane;
+        const QRect docked(pane.mapToGlobal(QPoint()), pane.size());
+        auto* pFloat = pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"));
+        QVERIFY(pFloat != nullptr);
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QVERIFY(pane.isFloating());
+        QVERIFY(pane.geometry().topLeft() != docked.topLeft());
+        QVERIFY(pane.width() < docked.width() && pane.height() <= docked.height());
+        QVERIFY(pane.screen()->availableGeometry().contains(pane.geometry()));
+        // Back again, and it floats where the user left it.
+        pane.setGeometry(100, 100, 500, 250);
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QVERIFY(!pane.isFloating());
+        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QCOMPARE(pane.geometry(), QRect(100, 100, 500, 250));
+    }
+
+    // A window manager keeps a floating pane before a main window that it knows already.
+    void floatingPanesComeUpAfterTheMainWindow() {
+        CFakeInterface user;
+        {
+            CRun run(*m_pFolder);
+            run.Frame().m_wndRawDataPane.setFloating(true);
+            run.Frame().m_wndFindPane.setFloating(true);
+            run.Frame().m_wndFindPane.close();
+        }
+        class CWatch : public QObject {
+        public:
+            bool eventFilter(QObject* pObject, QEvent* pEvent) override {
+                if (pEvent->type() == QEvent::Show && pObject->isWidgetType() &&
+                    static_cast<QWidget*>(pObject)->isWindow() &&
+                    !static_cast<QWidget*>(pObject)->testAttribute(Qt::WA_DontShowOnScreen))
+                    m_listShown << pObject->metaObject()->className();
+                return false;
+            }
+            QStringList m_listShown;
+        } watch;
+        qApp->installEventFilter(&watch);
+        CRun run(*m_pFolder);
+        QTRY_VERIFY(run.Frame().m_wndRawDataPane.isVisible());
+        QCOMPARE(watch.m_listShown, (QStringList{"carvelot::CMainFrame", "carvelot::CRawDataPane"}));
+        QVERIFY(run.Frame().m_wndRawDataPane.isFloating());
+        QVERIFY(run.Frame().m_wndFindPane.isHidden());
+    }
+
     void aDamagedLayoutIsIgnored_data() {
         QTest::addColumn<QString>("damage");
         for (const char* pszKind : {"empty", "text", "version", "truncated", "flipped", "sealed garbage"})
@@ -202,6 +278,20 @@ private slots:
         CPersonalMenu* pSession = run.OpenMenu("Session"); // nothing basic in it
         QCOMPARE(VisibleTexts(*pSession), (QStringList{"Analyze", "Clear Debug File", "Open as Text"}));
         pSession->close();
+    }
+
+    void theLetterOfAHiddenCommandReachesItAtOnce() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        CPersonalMenu* pFile = run.OpenMenu("File");
+        QVERIFY(!Entry(*pFile, "&Close")->isVisible());
+        QTest::keyClick(pFile, Qt::Key_O, Qt::ShiftModifier); // of an entry that shows: nothing more comes up
+        QVERIFY(!pFile->IsExpanded());
+        pFile = run.OpenMenu("File");
+        QTest::keyClick(pFile, Qt::Key_C);
+        QVERIFY(!pFile->isVisible());
+        QVERIFY(run.Area().Children().isEmpty());
     }
 
     void aCommandThatWasUsedStaysInTheShortMenu() {

@@ -1,15 +1,12 @@
 #include "ui/SessionSupport.h"
 
 #include <QPlainTextEdit>
+#include <QTabBar>
 
 using namespace carvelot;
 using namespace carvelot::test;
 
 namespace {
-
-std::string Line(const char* pszTime, const char* pszText, const char* pszIds = "5/6") {
-    return DebugLine(pszTime, pszText, pszIds);
-}
 
 // Process 5: calls of a and B, SQL on two tables, a cache, silences, errors. Process 10: an error.
 std::vector<std::string> Log() {
@@ -46,18 +43,12 @@ std::vector<std::string> JasLog() {
 
 } // namespace
 
-class PanesTest : public QObject {
+class PanesTest : public CSessionTest {
     Q_OBJECT
 
 private slots:
-    void init() {
-        m_pRun = std::make_unique<CSessionRun>();
-        QVERIFY(m_pRun->m_bStarted);
-    }
-    void cleanup() {
-        m_pRun.reset();
-        QVERIFY(QApplication::overrideCursor() == nullptr);
-    }
+    void init() { StartRun(); }
+    void cleanup() { EndRun(); }
 
     // --- filling
     // ------------------------------------------------------------------------------------------------
@@ -439,6 +430,30 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("first line\nsecond line"));
     }
 
+    void whoClicksOnAPanesTabGoesOnInThatPane() {
+        Select(m_pRun->Open("a.log", Log()), "Process - 5");
+        CMainFrame& frame = m_pRun->Frame();
+        const auto fnClickTab = [&frame](const CDockablePane& pane) {
+            for (QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+                for (int n = 0; n < pBar->count(); ++n) {
+                    if (pBar->tabText(n) == pane.windowTitle())
+                        QTest::mouseClick(pBar, Qt::LeftButton, {}, pBar->tabRect(n).center());
+                }
+            }
+        };
+        fnClickTab(frame.m_wndLongTasksPane);
+        QVERIFY(frame.m_wndLongTasksPane.List().hasFocus());
+        fnClickTab(frame.m_wndFindPane);
+        QTest::keyClicks(QApplication::focusWidget(), "update");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+        QCOMPARE(Rows(frame.m_wndFindPane.List()),
+                 (QStringList{"5|7|UPDATE T1 SET A = 1", "10|2|JDB9900168 - Failed to update"}));
+        // A pane that comes up in another way leaves the focus where it is.
+        frame.m_wndErrorPane.raise();
+        QCoreApplication::processEvents();
+        QVERIFY(!frame.m_wndErrorPane.List().hasFocus());
+    }
+
     void rawDataCannotBeEditedAndScrolls() {
         CRawDataPane& pane = m_pRun->Frame().m_wndRawDataPane;
         CSessionRun::ShowPane(pane);
@@ -499,8 +514,6 @@ private:
                             m_pRun->Frame().windowHandle(), nKey, QString(), nModifiers);
         QCoreApplication::processEvents();
     }
-
-    std::unique_ptr<CSessionRun> m_pRun;
 };
 
 QTEST_MAIN(PanesTest)

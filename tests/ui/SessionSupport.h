@@ -84,6 +84,26 @@ private:
     QTemporaryDir m_folder;
 };
 
+// A test whose every function has a run of the program to itself: it is started in init and ended in cleanup.
+class CSessionTest : public QObject {
+protected:
+    void StartRun() {
+        m_pRun = std::make_unique<CSessionRun>();
+        QVERIFY(m_pRun->m_bStarted);
+    }
+    void EndRun() {
+        m_pRun.reset();
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+    }
+
+    std::unique_ptr<CSessionRun> m_pRun;
+};
+
+// A line of a debug log; where it says nothing else, of process 5 and its thread 6.
+inline std::string Line(const char* pszTime, const char* pszText, const char* pszIds = "5/6") {
+    return DebugLine(pszTime, pszText, pszIds);
+}
+
 // The model as indented text, one node a line.
 inline QString TreeText(const QAbstractItemModel& model, const QModelIndex& parent = {}, int nDepth = 0) {
     QString strText;

@@ -22,10 +22,6 @@ using namespace carvelot::test;
 
 namespace {
 
-std::string Line(const char* pszTime, const char* pszText, const char* pszIds = "5/6") {
-    return DebugLine(pszTime, pszText, pszIds);
-}
-
 // Process 1 with its one line, process 5 with threads 6 and 7, process 9 with thread 1.
 std::vector<std::string> Log() {
     return DebugLog({
@@ -58,18 +54,12 @@ const QString kThread6{"Thread - 6 (2.500005)"};
 
 } // namespace
 
-class SessionWindowTest : public QObject {
+class SessionWindowTest : public CSessionTest {
     Q_OBJECT
 
 private slots:
-    void init() {
-        m_pRun = std::make_unique<CSessionRun>();
-        QVERIFY(m_pRun->m_bStarted);
-    }
-    void cleanup() {
-        m_pRun.reset();
-        QVERIFY(QApplication::overrideCursor() == nullptr);
-    }
+    void init() { StartRun(); }
+    void cleanup() { EndRun(); }
 
     // --- opening
     // ------------------------------------------------------------------------------------------------
@@ -734,7 +724,6 @@ private:
         QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(nTab).center());
     }
 
-    std::unique_ptr<CSessionRun> m_pRun;
     QUrl m_urlOpened;
 };
 

@@ -1,6 +1,8 @@
 #include "ui/UiSupport.h"
 
 #include "analysis/panes/ui/ListCtrl.h"
+#include "shell/Commands.h"
+#include "shell/ui/LookStyle.h"
 #include "support/JDEInstallation.h"
 #include "tools/ui/ConvertDates.h"
 #include "tools/ui/GBLTables.h"
@@ -12,6 +14,7 @@
 #include <QDir>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPointer>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -74,7 +77,11 @@ private slots:
         QCOMPARE(Edit("Julian")->text(), QStringLiteral("125001"));
         Click("To Gregorian");
         QCOMPARE(Edit("GregorianResult")->text(), QString::fromLatin1(kNewYear2025));
-        QVERIFY(Edit("GregorianResult")->isReadOnly());
+        for (const char* pszResult : {"GregorianResult", "JulianResult"}) {
+            QVERIFY(Edit(pszResult)->isReadOnly());
+            QVERIFY(Edit(pszResult)->palette().color(QPalette::Base) !=
+                    Edit("Julian")->palette().color(QPalette::Base));
+        }
     }
 
     void anInvalidJulianDateGivesItsMessageAndEmptiesTheResult() {
@@ -119,6 +126,35 @@ private slots:
         QVERIFY(List().hasFocus());
         // What the last mask found last has the focus.
         QCOMPARE(List().currentIndex().row(), 0);
+    }
+
+    void aLongListOfSpecFilesBeginsAtItsTop() {
+        for (int n = 0; n < 60; ++n) {
+            for (const char* pszName : {"glbltbl.xdb", "dddict.xdb", "ddtext.xdb"})
+                WriteBelow(*m_pFolder, "jde/path" + std::to_string(100 + n) + "/spec/" + pszName, pszName);
+        }
+        m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path("jde") + "\n");
+        Show(std::make_unique<CGBLTables>());
+        QCOMPARE(Names().size(), 180);
+        QCOMPARE(static_cast<int>(List().SelectedRows().size()), 180);
+        QCOMPARE(List().indexAt(QPoint(5, 5)).row(), 0);
+        QCOMPARE(Names()[List().currentIndex().row()], QStringLiteral("path159/spec/ddtext.xdb"));
+    }
+
+    void aPathThatIsTooLongForItsColumnShowsItsEnd() {
+        const std::string strDeep = "jde/" + std::string(60, 'x');
+        for (const char* pszFolder : {"/a", "/b"})
+            WriteBelow(*m_pFolder, strDeep + pszFolder + "/spec/glbltbl.xdb", "");
+        m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path(strDeep) + "\n");
+        Show(std::make_unique<CGBLTables>());
+        const auto fnPicture = [this](int nRow) {
+            List().clearSelection();
+            const QRect rect = List().visualRect(List().model()->index(nRow, 0));
+            return List().viewport()->grab(rect).toImage();
+        };
+        List().setCurrentIndex({});
+        QCOMPARE(List().header()->sectionSize(0), 250);
+        QVERIFY(fnPicture(0) != fnPicture(1));
     }
 
     void theSizeHeaderKeepsTheOrderAndThePathHeaderTurnsItRound() {
@@ -186,6 +222,23 @@ private slots:
                  QStringLiteral("JDENET listener port"));
     }
 
+    void theListOfOptionsHasAFrame() {
+        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        const QPalette palette = QApplication::palette();
+        ApplyLook(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
+        ShowSettings();
+        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QVERIFY(pCombo != nullptr);
+        pCombo->showPopup();
+        const QImage image = pCombo->view()->window()->grab().toImage();
+        for (const QPoint& corner : {QPoint(0, 0), QPoint(image.width() - 1, image.height() - 1)})
+            QCOMPARE(image.pixelColor(corner), CurrentLook().m_border);
+        pCombo->hidePopup();
+        m_pDialog.reset();
+        QApplication::setStyle(QStringLiteral("fusion"));
+        QApplication::setPalette(palette);
+    }
+
     void theGridTakesAllButTheLastPixelsForTheButtons() {
         ShowSettings();
         m_pDialog->resize(700, 650);
@@ -223,6 +276,41 @@ private slots:
         m_pIni->Write(RealisticIni());
         Click("OK");
         QVERIFY(Content(m_pIni->Read()) == Content(expected));
+    }
+
+    void keysGoOverTheOptionsOfARowUntilEnterTakesOneAndEscapeNone() {
+        ShowSettings();
+        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QVERIFY(pCombo != nullptr);
+        QCOMPARE(pCombo->currentText(), QStringLiteral("3"));
+        QTest::keyClick(pCombo, Qt::Key_Down);
+        QTest::keyClick(pCombo, Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), pCombo);
+        QCOMPARE(pCombo->currentText(), QStringLiteral("5"));
+        QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("3"));
+        QTest::keyClick(pCombo, Qt::Key_Escape);
+        QCoreApplication::processEvents();
+        QVERIFY(m_pDialog->isVisible());
+        QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("3"));
+        QVERIFY(!Item("UBEDebugLevel")->font(1).bold());
+        pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QTest::keyClick(pCombo, Qt::Key_Up);
+        QTest::keyClick(pCombo, Qt::Key_Up);
+        QTest::keyClick(pCombo, Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QVERIFY(m_pDialog->isVisible());
+        QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("1"));
+    }
+
+    void anOptionOfTheOpenedListIsTakenAtOnce() {
+        ShowSettings();
+        const QPointer<QComboBox> pCombo(qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel")));
+        QVERIFY(pCombo != nullptr);
+        pCombo->showPopup();
+        QTest::mouseClick(pCombo->view()->viewport(), Qt::LeftButton, {},
+                          pCombo->view()->visualRect(pCombo->model()->index(6, 0)).center());
+        QTRY_COMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("6"));
+        QTRY_VERIFY(pCombo == nullptr);
     }
 
     void typingIntoARowReplacesItsValueAndEnterKeepsTheDialogOpen() {

@@ -1,6 +1,7 @@
 #include "analysis/panes/FindSource.h"
 
 #include "analysis/panes/PaneRows.h"
+#include "logcore/Release.h"
 
 namespace carvelot {
 
@@ -14,23 +15,38 @@ void CFindSource::Show(const CCarvelotDoc& session, std::vector<RecordIndex> rec
 void CFindSource::LetGo(const CCarvelotDoc& session) {
     if (Session() != &session)
         return;
-    m_listEnds.reserve(m_listRecords.size() * kColumns);
+    const CDetailList& listDetails = session.m_listDetails;
+    std::size_t nBytes = 0;
+    for (const RecordIndex record : m_listRecords)
+        nBytes += listDetails.Text(record).size();
+    m_strMessages.reserve(nBytes);
+    m_listEnds.reserve(m_listRecords.size());
+    m_listRowHeads.reserve(m_listRecords.size());
+    std::vector<std::uint32_t> listHeadOf; // by the number of a context, 1 more than the head
     for (const RecordIndex record : m_listRecords) {
-        const FindRow row = MakeFindRow(session, record);
-        for (int nColumn = 0; nColumn < static_cast<int>(kColumns); ++nColumn) {
-            m_strTexts.append(row.Text(nColumn));
-            m_listEnds.push_back(m_strTexts.size());
+        m_strMessages.append(listDetails.Text(record));
+        m_listEnds.push_back(m_strMessages.size());
+        const std::uint32_t nContext = listDetails.ContextNumber(record);
+        if (nContext >= listHeadOf.size())
+            listHeadOf.resize(nContext + 1);
+        if (listHeadOf[nContext] == 0) {
+            FindRow row = MakeFindRow(session, record);
+            m_listHeads.push_back({std::move(row.m_strProcess), std::move(row.m_strThread)});
+            listHeadOf[nContext] = static_cast<std::uint32_t>(m_listHeads.size());
         }
+        m_listRowHeads.push_back(listHeadOf[nContext] - 1);
     }
     m_pSession = nullptr;
-    m_listRecords = {};
+    Release(m_listRecords);
 }
 
 void CFindSource::Clear() {
     m_pSession = nullptr;
-    m_listRecords = {};
-    m_strTexts = {};
-    m_listEnds = {};
+    Release(m_listRecords);
+    Release(m_strMessages);
+    Release(m_listEnds);
+    Release(m_listRowHeads);
+    Release(m_listHeads);
 }
 
 const CCarvelotDoc* CFindSource::Session() const {
@@ -38,16 +54,19 @@ const CCarvelotDoc* CFindSource::Session() const {
 }
 
 std::size_t CFindSource::RowCount() const {
-    return m_pSession != nullptr ? m_listRecords.size() : m_listEnds.size() / kColumns;
+    return m_pSession != nullptr ? m_listRecords.size() : m_listEnds.size();
 }
 
 std::string CFindSource::Text(std::size_t nRow, int nColumn) const {
     if (m_pSession != nullptr)
         return Session() != nullptr ? MakeFindRow(*m_pSession, m_listRecords[nRow]).Text(nColumn)
                                     : std::string();
-    const std::size_t nText = nRow * kColumns + static_cast<std::size_t>(nColumn);
-    const std::size_t nBegin = nText == 0 ? 0 : m_listEnds[nText - 1];
-    return m_strTexts.substr(nBegin, m_listEnds[nText] - nBegin);
+    if (nColumn != kMessageColumn) {
+        const CHead& head = m_listHeads[m_listRowHeads[nRow]];
+        return nColumn == 0 ? head.m_strProcess : head.m_strThread;
+    }
+    const std::size_t nBegin = nRow == 0 ? 0 : m_listEnds[nRow - 1];
+    return m_strMessages.substr(nBegin, m_listEnds[nRow] - nBegin);
 }
 
 } // namespace carvelot

@@ -28,16 +28,23 @@ public:
     int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
 
 private:
-    static constexpr std::size_t kColumns = 3;
+    static constexpr int kMessageColumn = 2;
+
+    // What a row shows before its message; many rows share one.
+    struct CHead {
+        std::string m_strProcess; // the user in a JAS session
+        std::string m_strThread;
+    };
 
     const CCarvelotDoc* m_pSession = nullptr;
     std::uint64_t m_nLoadIdentity = 0;
     std::vector<RecordIndex> m_listRecords;
 
-    // The texts of rows without records, all in one: those of a row follow one another, and m_listEnds holds
-    // where each text ends.
-    std::string m_strTexts;
+    // Rows without records: their messages, all in one, where each one ends, and the heads of the rows.
+    std::string m_strMessages;
     std::vector<std::size_t> m_listEnds;
+    std::vector<std::uint32_t> m_listRowHeads;
+    std::vector<CHead> m_listHeads;
 };
 
 } // namespace carvelot

@@ -3,6 +3,7 @@
 
 #include "analysis/panes/ListSource.h"
 #include "analysis/panes/PaneRows.h"
+#include "logcore/Release.h"
 
 namespace carvelot {
 
@@ -16,6 +17,8 @@ public:
     void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override {
         SortByKey(listOrder, bDescending, [&](std::size_t nRow) { return m_listRows[nRow].Key(nColumn); });
     }
+
+    void Clear() { Release(m_listRows); }
 
     std::vector<TRow> m_listRows;
 };

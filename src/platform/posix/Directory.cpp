@@ -57,8 +57,10 @@ std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::s
         if (::stat(JoinPath(folder, name).c_str(), &status) != 0 &&
             ::lstat(JoinPath(folder, name).c_str(), &status) != 0)
             continue;
-        found.emplace_back(std::move(folded), DirectoryEntry{std::string(name), S_ISDIR(status.st_mode),
-                                                             static_cast<std::uint64_t>(status.st_size)});
+        const bool isFolder = S_ISDIR(status.st_mode);
+        found.emplace_back(std::move(folded),
+                           DirectoryEntry{std::string(name), isFolder,
+                                          isFolder ? 0 : static_cast<std::uint64_t>(status.st_size)});
     }
     std::sort(found.begin(), found.end(), [](const auto& one, const auto& other) {
         return one.first != other.first ? one.first < other.first

@@ -474,22 +474,31 @@ void CLookStyle::DrawButton(QPainter* pPainter, const QRect& rect, const CGradie
     pPainter->restore();
 }
 
+// Filled edges stay whole at any scale.
+void CLookStyle::DrawEdges(QPainter* pPainter, const QRect& rect) const {
+    for (const QRect& edge :
+         {QRect(rect.left(), rect.top(), rect.width(), 1), QRect(rect.left(), rect.bottom(), rect.width(), 1),
+          QRect(rect.left(), rect.top(), 1, rect.height()),
+          QRect(rect.right(), rect.top(), 1, rect.height())})
+        pPainter->fillRect(edge, m_look.m_border);
+}
+
 void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pOption, QPainter* pPainter,
                                const QWidget* pWidget) const {
     const QRect rect = pOption->rect;
     switch (nElement) {
     case PE_PanelMenu:
+        // The frame round a combo box's list asks for this too: nothing but its edges shows.
+        if (pWidget != nullptr && pWidget->inherits("QComboBoxPrivateContainer")) {
+            DrawEdges(pPainter, rect);
+            return;
+        }
         pPainter->fillRect(rect, m_look.m_menu);
         FillGradient(*pPainter, QRect(rect.left() + 1, rect.top() + 1, kGutter, rect.height() - 2),
                      m_look.m_menuGutter);
         return;
     case PE_FrameMenu:
-        // Filled edges stay whole at any scale.
-        for (const QRect& edge : {QRect(rect.left(), rect.top(), rect.width(), 1),
-                                  QRect(rect.left(), rect.bottom(), rect.width(), 1),
-                                  QRect(rect.left(), rect.top(), 1, rect.height()),
-                                  QRect(rect.right(), rect.top(), 1, rect.height())})
-            pPainter->fillRect(edge, m_look.m_border);
+        DrawEdges(pPainter, rect);
         return;
     case PE_PanelMenuBar:
         return;
@@ -582,8 +591,9 @@ void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pO
         pPainter->fillRect(rect, m_look.m_face);
         return;
     default:
-        QProxyStyle::drawPrimitive(nElement, pOption, pPainter, pWidget);
+        break;
     }
+    QProxyStyle::drawPrimitive(nElement, pOption, pPainter, pWidget);
 }
 
 void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOption, QPainter* pPainter,
@@ -655,6 +665,9 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
     case CE_DockWidgetTitle:
         DrawTitle(pOption, pPainter, pWidget);
         return;
+    case CE_Header:
+        DrawHeaderWithTitle(pOption, pPainter, pWidget);
+        return;
     case CE_HeaderSection:
         DrawHeader(pOption, pPainter);
         return;
@@ -674,6 +687,19 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
         QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
         return;
     }
+    case CE_PushButton:
+        QProxyStyle::drawControl(nElement, pOption, pPainter, pWidget);
+        // A default button has a frame as strong as that of the focus: the focus shows inside. The old look
+        // has a mark of its own.
+        if ((pOption->state & State_HasFocus) != 0 && (pOption->state & State_KeyboardFocusChange) != 0 &&
+            !m_look.m_bRaisedButtons) {
+            pPainter->save();
+            pPainter->setPen(QPen(m_look.m_text, 1, Qt::DotLine));
+            pPainter->setBrush(Qt::NoBrush);
+            pPainter->drawRect(rect.adjusted(3, 3, -4, -4));
+            pPainter->restore();
+        }
+        return;
     case CE_Splitter:
         pPainter->fillRect(rect, m_look.m_face);
         return;
@@ -879,6 +905,9 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
     QFont font = pPainter->font();
     if (bSelected && m_look.m_bBoldActiveTab && (pWidget == nullptr || !pWidget->property("calm").toBool()))
         font.setBold(true);
+    // The panes' tabs share a narrow room, with none for the bold face: the whole name tells more.
+    if (IsSouth(pTab->shape) && QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
+        font.setBold(false);
     pPainter->setFont(font);
     const QString strText =
         pPainter->fontMetrics().elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic);
@@ -911,6 +940,37 @@ void CLookStyle::DrawTitle(const QStyleOption* pOption, QPainter* pPainter, cons
     pPainter->setPen(bActive ? m_look.m_activeTitleText : m_look.m_titleText);
     pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                        pPainter->fontMetrics().elidedText(pTitle->title, Qt::ElideRight, label.width()));
+    pPainter->restore();
+}
+
+// The toolkit puts the arrow of a sorted column beside the title and cuts that off; here it stands above the
+// title's middle.
+void CLookStyle::DrawHeaderWithTitle(const QStyleOption* pOption, QPainter* pPainter,
+                                     const QWidget* pWidget) const {
+    QStyleOptionHeaderV2 option;
+    if (const auto* pNewer = qstyleoption_cast<const QStyleOptionHeaderV2*>(pOption))
+        option = *pNewer;
+    else if (const auto* pHeader = qstyleoption_cast<const QStyleOptionHeader*>(pOption))
+        static_cast<QStyleOptionHeader&>(option) = *pHeader;
+    const QRect rect = pOption->rect;
+    pPainter->save();
+    pPainter->setClipRect(rect);
+    drawControl(CE_HeaderSection, &option, pPainter, pWidget);
+    const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
+    option.rect = rect.adjusted(nMargin, nMargin + 1, -nMargin, -nMargin + 1);
+    drawControl(CE_HeaderLabel, &option, pPainter, pWidget);
+    if (option.sortIndicator != QStyleOptionHeader::None) {
+        const QRectF arrow(rect.center().x() - 3, rect.top() + 1, 7, 3.5);
+        // The toolkit says "down" for what ascends.
+        const bool bUp = option.sortIndicator == QStyleOptionHeader::SortDown;
+        const double fBase = bUp ? arrow.bottom() : arrow.top();
+        const double fTip = bUp ? arrow.top() : arrow.bottom();
+        pPainter->setRenderHint(QPainter::Antialiasing);
+        pPainter->setPen(Qt::NoPen);
+        pPainter->setBrush(m_look.m_text);
+        pPainter->drawPolygon(
+            QPolygonF({{arrow.left(), fBase}, {arrow.right(), fBase}, {arrow.center().x(), fTip}}));
+    }
     pPainter->restore();
 }
 
@@ -1044,6 +1104,12 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
         if (pTab != nullptr && m_look.m_bBoldActiveTab)
             result.rwidth() +=
                 pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
+    }
+    if (nType == CT_PushButton) {
+        const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption);
+        constexpr int kAir = 20; // beside the text
+        if (pButton != nullptr && !pButton->text.isEmpty())
+            result.setWidth(std::max(result.width(), size.width() + kAir));
     }
     if (nType == CT_ItemViewItem)
         result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 4));

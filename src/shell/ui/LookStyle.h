@@ -94,7 +94,9 @@ private:
     void DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
     void DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
     void DrawTitle(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
+    void DrawHeaderWithTitle(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
     void DrawHeader(const QStyleOption* pOption, QPainter* pPainter) const;
+    void DrawEdges(QPainter* pPainter, const QRect& rect) const;
     void DrawButton(QPainter* pPainter, const QRect& rect, const CGradient& fill) const;
 
     const CLook& m_look;

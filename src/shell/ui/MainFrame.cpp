@@ -32,6 +32,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <utility>
 
 namespace carvelot {
 
@@ -120,6 +121,7 @@ bool CMainFrame::LoadFrame() {
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
     RestoreState();
 
+    connect(this, &QMainWindow::tabifiedDockWidgetActivated, this, &CMainFrame::OnTabActivated);
     connect(m_pClientArea, &CTabbedClientArea::ActiveChildChanged, this, [this] {
         UpdateTitleAndMenus();
         if (isVisible())
@@ -323,6 +325,13 @@ QList<CDockablePane*> CMainFrame::Panes() {
             &m_wndRawDataPane, &m_wndCachePane, &m_wndErrorPane,      &m_wndBSFNPane};
 }
 
+// Whoever clicks on a pane's tab goes on in that pane.
+void CMainFrame::OnTabActivated(QDockWidget* pDock) {
+    auto* pPane = qobject_cast<CDockablePane*>(pDock);
+    if (pPane != nullptr && (QApplication::mouseButtons() & Qt::LeftButton))
+        pPane->MainControl()->setFocus(Qt::MouseFocusReason);
+}
+
 void CMainFrame::DockPanes() {
     CDockablePane* pFirst = nullptr;
     for (CDockablePane* pPane : Panes()) {
@@ -372,10 +381,21 @@ void CMainFrame::RestoreState() {
         resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
     const QByteArray layout = Unseal(GetWorkspaceString("Layout", ""));
+    for (CDockablePane* pPane : Panes())
+        pPane->setAttribute(Qt::WA_DontShowOnScreen);
     if (layout.isEmpty() || !restoreState(layout, kLayoutVersion))
         RestoreDefaultLayout();
     else
         m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+    // A floating pane that is on the screen before this window is no companion of it for the window manager
+    // and would vanish behind it.
+    for (CDockablePane* pPane : Panes()) {
+        if (pPane->isFloating() && !pPane->isHidden()) {
+            pPane->hide();
+            m_listFloatLater << pPane;
+        }
+        pPane->setAttribute(Qt::WA_DontShowOnScreen, false);
+    }
     statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
     SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
 }
@@ -734,8 +754,15 @@ bool CMainFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
     return QMainWindow::eventFilter(pObject, pEvent);
 }
 
+void CMainFrame::ShowFloatingPanes() {
+    for (CDockablePane* pPane : std::exchange(m_listFloatLater, {}))
+        pPane->show();
+}
+
 void CMainFrame::showEvent(QShowEvent* pEvent) {
     QMainWindow::showEvent(pEvent);
+    if (!m_listFloatLater.isEmpty())
+        QMetaObject::invokeMethod(this, &CMainFrame::ShowFloatingPanes, Qt::QueuedConnection);
     if (!m_bRaiseBSFN)
         return;
     m_bRaiseBSFN = false;
@@ -743,6 +770,7 @@ void CMainFrame::showEvent(QShowEvent* pEvent) {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {
+    ShowFloatingPanes(); // else they would be kept as closed
     SaveState();
     if (m_pCustomizeDlg != nullptr)
         m_pCustomizeDlg->close();

@@ -119,6 +119,8 @@ private:
     void MakeToolBars();
     void MakeStatusBar();
     void DockPanes();
+    void OnTabActivated(QDockWidget* pDock);
+    void ShowFloatingPanes();
     void RestoreState();
     void LoadUserToolBars();
     void FillToolBarMenu(QMenu& menu);
@@ -153,7 +155,8 @@ private:
     std::map<int, int> m_mapUserImages;
     CCustomizeDlg* m_pCustomizeDlg = nullptr;
     int m_nOffice2007;
-    bool m_bRaiseBSFN = false; // the default layout waits for the window to be shown
+    QList<CDockablePane*> m_listFloatLater; // until the window is on the screen
+    bool m_bRaiseBSFN = false;              // the default layout waits for the window to be shown
     bool m_bToolTips = true;
     bool m_bUpdateScheduled = false;
 };

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace carvelot {
 
 void CMenuHabits::Load() {
@@ -130,6 +132,14 @@ void CPersonalMenu::keyPressEvent(QKeyEvent* pEvent) {
             break;
         }
     }
+    // The letter of an entry that is not shown yet reaches it all the same.
+    const QString strKey = pEvent->text().toUpper();
+    if (strKey.size() == 1 && strKey.front().isLetterOrNumber() && !IsExpanded() &&
+        std::ranges::none_of(actions(), [&strKey](const QAction* pAction) {
+            return pAction->isVisible() && pAction->isEnabled() &&
+                   QKeySequence::mnemonic(pAction->text()) == QKeySequence(QStringLiteral("Alt+") + strKey);
+        }))
+        Expand();
     QMenu::keyPressEvent(pEvent);
 }
 

@@ -6,6 +6,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScreen>
 
 namespace carvelot {
 
@@ -53,7 +54,14 @@ public:
         return bOk ? std::optional(font) : std::nullopt;
     }
 
-    int RunDialog(QDialog& dialog) override { return dialog.exec(); }
+    int RunDialog(QDialog& dialog) override {
+        // On a small or much enlarged screen its buttons must not lie below the edge. What has no size of its
+        // own yet is held by the toolkit.
+        const QSize frame(16, 48);
+        if (dialog.testAttribute(Qt::WA_Resized))
+            dialog.resize(dialog.size().boundedTo(dialog.screen()->availableSize() - frame));
+        return dialog.exec();
+    }
 
     QAction* RunMenu(QMenu& menu, const QPoint& point) override { return menu.exec(point); }
 

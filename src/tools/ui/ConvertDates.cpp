@@ -24,6 +24,12 @@ QLineEdit* Edit(const char* pszName, const QString& strAccessible, bool bReadOnl
     pEdit->setObjectName(QLatin1String(pszName));
     pEdit->setAccessibleName(strAccessible);
     pEdit->setReadOnly(bReadOnly);
+    if (bReadOnly) {
+        // What cannot be typed into does not look as if it could.
+        QPalette palette = pEdit->palette();
+        palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+        pEdit->setPalette(palette);
+    }
     return pEdit;
 }
 

@@ -16,6 +16,8 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     m_pList = new CListCtrl(kSpecFileColumns, tr("Spec files"), this);
     m_pList->setObjectName(QStringLiteral("SpecFiles"));
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    // The paths of one installation begin alike: their ends tell them apart.
+    m_pList->setTextElideMode(Qt::ElideLeft);
 
     auto* pButtons = new QDialogButtonBox;
     QPushButton* pDelete = pButtons->addButton(tr("Delete Selected"), QDialogButtonBox::AcceptRole);
@@ -36,13 +38,15 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
     if (m_files.Fill()) {
         m_pList->Fill(&m_files);
-        // What was found last has the focus, wherever the sort puts it.
+        // What was found last has the focus, wherever the sort puts it; a reader begins at the top.
+        m_pList->setAutoScroll(false);
         if (m_files.RowCount() != 0) {
             const QModelIndex last = m_pList->Model().index(static_cast<int>(m_files.RowCount()) - 1, 0);
             m_pList->selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
         }
         m_pList->selectAll();
         m_pList->SortBy(0, Qt::AscendingOrder);
+        m_pList->setAutoScroll(true);
     } else {
         UserInterface().ShowMessage(QStringLiteral("Could not determine installation path."));
     }

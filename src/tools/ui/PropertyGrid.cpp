@@ -29,6 +29,24 @@ public:
     bool IsEditing() const { return state() == EditingState; }
 };
 
+// Takes an option of its opened list at once; keys and the wheel only go over the options.
+class COptionBox : public QComboBox {
+public:
+    using QComboBox::QComboBox;
+    bool m_bListOpen = false;
+
+    void showPopup() override {
+        m_bListOpen = true;
+        QComboBox::showPopup();
+    }
+    void hidePopup() override {
+        QComboBox::hidePopup();
+        // The chosen option is told after this.
+        QMetaObject::invokeMethod(
+            this, [this] { m_bListOpen = false; }, Qt::QueuedConnection);
+    }
+};
+
 class CValueDelegate : public QStyledItemDelegate {
 public:
     CValueDelegate(CPropertyGrid& grid, CTree& tree)
@@ -45,7 +63,7 @@ public:
             pEdit->setAccessibleName(ToQString(pRow->m_strLabel));
             return pEdit;
         }
-        auto* pCombo = new QComboBox(pParent);
+        auto* pCombo = new COptionBox(pParent);
         pCombo->setAccessibleName(ToQString(pRow->m_strLabel));
         pCombo->setFrame(false);
         for (const std::string& strOption : pRow->m_listOptions)
@@ -58,6 +76,8 @@ public:
         }
         auto* pThis = const_cast<CValueDelegate*>(this);
         connect(pCombo, &QComboBox::activated, pThis, [pThis, pCombo] {
+            if (!pCombo->m_bListOpen)
+                return;
             emit pThis->commitData(pCombo);
             emit pThis->closeEditor(pCombo);
         });

@@ -20,7 +20,7 @@ void CBSFNPane::FillList(const CBSFNAnalysis& analysis) {
 
 void CBSFNPane::ClearList() {
     m_pList->Fill(nullptr);
-    m_rows.m_listRows = {};
+    m_rows.Clear();
 }
 
 void CBSFNPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

@@ -10,6 +10,7 @@
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QScreen>
 #include <QStyleOptionToolButton>
 
 #include <algorithm>
@@ -109,6 +110,11 @@ CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QS
     m_pClient->installEventFilter(this);
     setWidget(m_pClient);
     m_pPin->hide();
+    if (const auto* pFloat = findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"),
+                                                         Qt::FindDirectChildrenOnly)) {
+        connect(pFloat, &QAbstractButton::pressed, this, [this] { m_docked = GlobalRect(); });
+        connect(pFloat, &QAbstractButton::clicked, this, &CDockablePane::PlaceFloating);
+    }
     connect(m_pPin, &QAbstractButton::clicked, this, [this] {
         if (m_fnPin)
             m_fnPin();
@@ -138,8 +144,29 @@ void CDockablePane::PlacePin() {
     m_pPin->raise();
 }
 
+QRect CDockablePane::GlobalRect() const { return {mapToGlobal(QPoint()), size()}; }
+
+// A pane that floats for the first time covers the place where it was docked: it looks as if nothing had
+// happened.
+void CDockablePane::PlaceFloating() {
+    if (!isFloating() || GlobalRect() != m_docked)
+        return;
+    const QRect screenRect = screen()->availableGeometry();
+    QRect rect(m_docked.topLeft() + QPoint(32, -64), m_docked.size().boundedTo({640, 260}));
+    rect.moveRight(std::min(rect.right(), screenRect.right()));
+    rect.moveBottom(std::min(rect.bottom(), screenRect.bottom()));
+    rect.moveLeft(std::max(rect.left(), screenRect.left()));
+    rect.moveTop(std::max(rect.top(), screenRect.top()));
+    setGeometry(rect);
+}
+
 bool CDockablePane::event(QEvent* pEvent) {
+    const bool bDoubleClick = pEvent->type() == QEvent::MouseButtonDblClick;
+    if (bDoubleClick)
+        m_docked = isFloating() ? QRect() : GlobalRect();
     const bool bDone = QDockWidget::event(pEvent);
+    if (bDoubleClick)
+        PlaceFloating();
     if (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::LayoutRequest ||
         pEvent->type() == QEvent::Show || pEvent->type() == QEvent::StyleChange)
         PlacePin();

@@ -56,9 +56,12 @@ protected:
 
 private:
     void PlacePin();
+    void PlaceFloating();
+    QRect GlobalRect() const;
 
     QAbstractButton* m_pPin;
     bool m_bPinned = true;
+    QRect m_docked; // where it stood before a button or a double click made it float
     QWidget* m_pClient;
     QLineEdit* m_pCaption = nullptr;
 };

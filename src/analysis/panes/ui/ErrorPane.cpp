@@ -33,7 +33,7 @@ void CErrorPane::ShowRows(CSessionDocument& document, std::vector<ErrorRow> list
 void CErrorPane::ClearList() {
     m_pList->Fill(nullptr);
     m_session = {};
-    m_rows.m_listRows = {};
+    m_rows.Clear();
 }
 
 void CErrorPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

@@ -1,5 +1,6 @@
 #include "analysis/panes/ui/ListCtrl.h"
 
+#include "logcore/Release.h"
 #include "shell/ui/Text.h"
 
 #include <QHeaderView>
@@ -25,18 +26,30 @@ public:
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
     }
+    // Blanks at a text's end take no room from what can be seen of it.
+    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(pOption, index);
+        DropTrailingBlanks(pOption->text);
+    }
     // A cell that is too narrow for its text tells it below the pointer.
     bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
         if (pEvent->type() != QEvent::ToolTip)
             return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
-        const QString strText = displayText(index.data(), option.locale);
+        QString strText = displayText(index.data(), option.locale);
+        DropTrailingBlanks(strText);
         const int nMargins =
             2 * (pView->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, pView) + 1);
         const bool bCut = strText.contains(QLatin1Char('\n')) ||
                           option.fontMetrics.horizontalAdvance(strText) + nMargins > option.rect.width();
         QToolTip::showText(pEvent->globalPos(), bCut ? strText.left(kLongestTip) : QString(), pView);
         return true;
+    }
+
+private:
+    static void DropTrailingBlanks(QString& strText) {
+        while (strText.endsWith(QLatin1Char(' ')))
+            strText.chop(1);
     }
 };
 
@@ -50,7 +63,7 @@ CListModel::CListModel(std::span<const CColumnSpec> columns) {
 void CListModel::BeginFill() {
     beginResetModel();
     m_pSource = nullptr;
-    m_listOrder.clear();
+    Release(m_listOrder);
     endResetModel();
 }
 

@@ -33,7 +33,7 @@ void CLongTasksPane::ShowRows(CSessionDocument& document, std::vector<TaskRow> l
 void CLongTasksPane::ClearList() {
     m_pList->Fill(nullptr);
     m_session = {};
-    m_rows.m_listRows = {};
+    m_rows.Clear();
 }
 
 void CLongTasksPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

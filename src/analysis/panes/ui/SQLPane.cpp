@@ -19,7 +19,7 @@ void CSQLPane::FillList(const CSQLAnalysis& analysis) {
 
 void CSQLPane::ClearList() {
     m_pList->Fill(nullptr);
-    m_rows.m_listRows = {};
+    m_rows.Clear();
 }
 
 void CSQLPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

@@ -37,7 +37,7 @@ void CTimingGapsPane::ShowRows(CSessionDocument& document, std::vector<GapRow> l
 void CTimingGapsPane::ClearList() {
     m_pList->Fill(nullptr);
     m_session = {};
-    m_rows.m_listRows = {};
+    m_rows.Clear();
 }
 
 void CTimingGapsPane::OnContextMenu(const QPoint& point) {
