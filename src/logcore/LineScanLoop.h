@@ -73,11 +73,13 @@ template <HintSet set> constexpr ClassTables MakeTables() {
 
 template <HintSet set> constexpr ClassTables kTables = MakeTables<set>();
 
-// Writes the places of the bits, of which there are mostly none or one.
+// Writes the places of the bits. Whether there is one or none cannot be guessed by a processor: the first
+// place, any for no bit, is always written, and written over if there was none.
 inline std::uint32_t* WritePlaces(std::uint64_t bits, std::uint32_t origin, std::uint32_t* places) {
-    while (bits != 0) {
+    *places = origin + static_cast<std::uint32_t>(__builtin_ctzll(bits | 1ULL << 63U));
+    places += bits != 0 ? 1 : 0;
+    for (bits &= bits - 1; bits != 0; bits &= bits - 1) {
         *places++ = origin + static_cast<std::uint32_t>(__builtin_ctzll(bits));
-        bits &= bits - 1;
     }
     return places;
 }
