@@ -69,13 +69,9 @@ std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t
 
 void CBSFNAnalysis::Open(std::uint32_t function, RecordIndex record, std::int32_t level) {
     auto& instances = m_functions[function].m_instances;
-    const auto [place, isNew] =
-        m_placeOfOpen.FindOrAdd(OpenKey(function, level), static_cast<std::uint32_t>(m_open.size()));
-    if (isNew) {
-        m_open.emplace_back();
-    }
-    m_open[place].push_back(static_cast<std::uint32_t>(instances.size()));
-    instances.push_back({record, level});
+    std::uint32_t& newest = m_newestOpen.At(OpenKey(function, level), kNoInstance);
+    instances.push_back({record, level, 0, 0, 0, newest});
+    newest = static_cast<std::uint32_t>(instances.size() - 1);
 }
 
 void CBSFNAnalysis::AddCall(CDetailList& details, const AnalysisSettings& settings, RecordIndex record,
@@ -102,15 +98,12 @@ void CBSFNAnalysis::EndObjectCall(CDetailList& details, const AnalysisSettings& 
 
 void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings& settings,
                                    std::uint32_t function, RecordIndex end, std::int32_t level) {
-    const std::uint32_t placeOfOpen = m_placeOfOpen.Find(OpenKey(function, level));
-    if (placeOfOpen == CNumberMap::kNone) {
-        return;
-    }
-    std::vector<std::uint32_t>& open = m_open[placeOfOpen];
+    std::uint32_t& newest = m_newestOpen.At(OpenKey(function, level), kNoInstance);
     const std::uint64_t endTime = details.Time(end);
     CBSFN& bsfn = m_functions[function];
-    for (auto place = open.rbegin(); place != open.rend(); ++place) {
-        CBSFN::CBSFNInstance& instance = bsfn.m_instances[*place];
+    for (std::uint32_t place = newest; place != kNoInstance;) {
+        CBSFN::CBSFNInstance& instance = bsfn.m_instances[place];
+        place = instance.m_nOlderOpen;
         instance.m_result = details.ReturnCode(end);
         instance.m_endTime = endTime;
         const std::uint64_t startTime = details.Time(instance.m_pStart);
@@ -135,7 +128,7 @@ void CBSFNAnalysis::CloseInstances(CDetailList& details, const AnalysisSettings&
     }
     // An end without a time leaves its calls open: the next return at this level closes them once more.
     if (endTime != 0) {
-        open.clear();
+        newest = kNoInstance;
     }
 }
 

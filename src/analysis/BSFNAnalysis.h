@@ -31,6 +31,7 @@ public:
             std::uint64_t m_endTime = 0;  // 0 while the call is open
             std::uint64_t m_duration = 0; // microseconds; all ones when the start time was 0
             std::int32_t m_result = 0;    // return code of the closing record
+            std::uint32_t m_nOlderOpen;   // the one opened before among those that one return will close
         };
 
         std::string_view m_strName;
@@ -65,10 +66,11 @@ private:
         return (std::uint64_t{function} << 32U) | static_cast<std::uint32_t>(level);
     }
 
+    static constexpr std::uint32_t kNoInstance = 0xFFFFFFFE;
+
     CNumberMap m_placeByName;
-    // Instances whose m_endTime is 0, by function and level, in order of the calls.
-    CNumberMap m_placeOfOpen;
-    std::vector<std::vector<std::uint32_t>> m_open;
+    // By function and level, of the instances that the next return closes the one opened last.
+    CNumberMap m_newestOpen;
 };
 
 } // namespace carvelot

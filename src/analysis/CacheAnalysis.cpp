@@ -261,7 +261,7 @@ std::uint32_t CCacheAnalysis::AddCache(const CDetailList& details, RecordIndex r
     cache.m_strName = details.Name(name);
     cache.m_strHandle = details.Name(handle);
     cache.m_processId = details.Context(record).processID;
-    m_newestByHandle.Set(handleKey, place);
+    m_newestByHandle.At(handleKey, place) = place;
     return place;
 }
 

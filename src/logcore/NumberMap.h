@@ -16,6 +16,13 @@ public:
 
     // The value under a key, entered as `value` when there was none; and whether it was.
     std::pair<std::uint32_t, bool> FindOrAdd(std::uint64_t key, std::uint32_t value) {
+        const std::size_t before = m_nCount;
+        const std::uint32_t found = At(key, value);
+        return {found, m_nCount != before};
+    }
+    // The value under a key to be changed, entered as `value` when there was none; valid until the next
+    // entry.
+    std::uint32_t& At(std::uint64_t key, std::uint32_t value) {
         if (m_nCount * 2 >= m_slots.size()) {
             Grow();
         }
@@ -23,15 +30,8 @@ public:
         if (slot.value == kNone) {
             slot = {key, value};
             ++m_nCount;
-            return {value, true};
         }
-        return {slot.value, false};
-    }
-    // Enters a value, in the place of an earlier one.
-    void Set(std::uint64_t key, std::uint32_t value) {
-        if (!FindOrAdd(key, value).second) {
-            SlotOf(key).value = value;
-        }
+        return slot.value;
     }
     // kNone when there is none.
     std::uint32_t Find(std::uint64_t key) const {

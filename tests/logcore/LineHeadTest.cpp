@@ -125,8 +125,8 @@ TEST(NumberMap, FindsWhatWasEntered) {
         EXPECT_EQ(map.FindOrAdd(i * 3 + 1, 5), std::pair(static_cast<std::uint32_t>(i + 1000), false));
     }
     EXPECT_EQ(map.Find(3), CNumberMap::kNone);
-    map.Set(1, 7);
-    map.Set(3, 8);
+    map.At(1, 0) = 7;
+    map.At(3, 0) = 8;
     EXPECT_EQ(map.Find(1), 7U);
     EXPECT_EQ(map.Find(3), 8U);
 }
