@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <new>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace carvelot {
@@ -29,6 +31,14 @@ public:
             platform::FreePages(block, count * sizeof(T));
         } else {
             ::operator delete(block);
+        }
+    }
+    // Numbers that a vector makes room for are left as they are: whoever resizes it writes them anyway.
+    template <class U, class... Arguments> void construct(U* place, Arguments&&... arguments) {
+        if constexpr (sizeof...(Arguments) == 0 && std::is_trivially_default_constructible_v<U>) {
+            ::new (static_cast<void*>(place)) U;
+        } else {
+            ::new (static_cast<void*>(place)) U{std::forward<Arguments>(arguments)...};
         }
     }
     friend bool operator==(const CPageAllocator& /*a*/, const CPageAllocator& /*b*/) { return true; }

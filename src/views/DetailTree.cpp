@@ -164,22 +164,18 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
 void CDetailTree::LayOut() const {
     m_firstChild.assign(m_nodes.size() + 3, 0);
     m_children.resize(m_nodes.size());
-    m_places.resize(m_nodes.size());
     // Counts first, two places further on than they belong. The running sum puts each parent's first place
     // one further on, and handing the places out moves it on to the next parent's, which is where that
     // belongs.
-    const auto slot = [](Node parent) { return parent == kRoot ? std::size_t{0} : std::size_t{parent} + 1; };
     for (const NodeData& node : m_nodes) {
         if (!node.removed) {
-            ++m_firstChild[slot(node.parent) + 2];
+            ++m_firstChild[SlotOf(node.parent) + 2];
         }
     }
     std::partial_sum(m_firstChild.begin(), m_firstChild.end(), m_firstChild.begin());
     for (Node node = 0; node < m_nodes.size(); ++node) {
         if (!m_nodes[node].removed) {
-            const std::uint32_t place = m_firstChild[slot(m_nodes[node].parent) + 1]++;
-            m_places[node] = place;
-            m_children[place] = node;
+            m_children[m_firstChild[SlotOf(m_nodes[node].parent) + 1]++] = node;
         }
     }
     m_bLaidOut = true;
@@ -189,7 +185,7 @@ std::size_t CDetailTree::ChildCount(Node parent) const {
     if (!m_bLaidOut) {
         LayOut();
     }
-    const std::size_t slot = parent == kRoot ? 0 : std::size_t{parent} + 1;
+    const std::size_t slot = SlotOf(parent);
     return m_firstChild[slot + 1] - m_firstChild[slot];
 }
 
@@ -197,14 +193,18 @@ CDetailTree::Node CDetailTree::Child(Node parent, std::size_t row) const {
     if (!m_bLaidOut) {
         LayOut();
     }
-    return m_children[FirstChild(parent) + row];
+    return m_children[m_firstChild[SlotOf(parent)] + row];
 }
 
 std::size_t CDetailTree::Row(Node node) const {
     if (!m_bLaidOut) {
         LayOut();
     }
-    return m_places[node] - FirstChild(m_nodes[node].parent);
+    // The children of a node stand in the order of their numbers.
+    const std::size_t slot = SlotOf(m_nodes[node].parent);
+    const auto first = m_children.begin() + m_firstChild[slot];
+    const auto end = m_children.begin() + m_firstChild[slot + 1];
+    return static_cast<std::size_t>(std::lower_bound(first, end, node) - first);
 }
 
 std::string CDetailTree::Text(Node node) const {

@@ -85,7 +85,8 @@ private:
 
     Node Add(Node parent, RecordIndex record, int image, NodeKind kind);
     void LayOut() const;
-    std::size_t FirstChild(Node parent) const { return m_firstChild[parent == kRoot ? 0 : parent + 1]; }
+    // A parent's place in m_firstChild.
+    static std::size_t SlotOf(Node parent) { return parent == kRoot ? 0 : std::size_t{parent} + 1; }
 
     const CCarvelotDoc& m_session;
     CLargeVector<NodeData> m_nodes;
@@ -93,9 +94,8 @@ private:
 
     // The children of all nodes, one parent's after the other's, made when first asked for after a fill.
     mutable bool m_bLaidOut = false;
-    mutable CLargeVector<std::uint32_t> m_firstChild; // by parent + 1, the root's first; one more at the end
-    mutable CLargeVector<Node> m_children;
-    mutable CLargeVector<std::uint32_t> m_places; // in m_children, by node
+    mutable CLargeVector<std::uint32_t> m_firstChild; // in m_children; see SlotOf; one more at the end
+    mutable CLargeVector<Node> m_children;            // in rising order below each parent
 };
 
 } // namespace carvelot

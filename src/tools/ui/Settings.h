@@ -16,6 +16,8 @@ class CSettings : public QDialog {
 public:
     // The grid is filled when the dialog is shown, from what the store holds then.
     explicit CSettings(const CJDESettings& settings);
+    // An editor that is still open gives its value back when the window goes: while there are rows.
+    ~CSettings() override { hide(); }
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
