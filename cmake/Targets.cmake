@@ -10,8 +10,9 @@ endfunction()
 function(carvelot_target name)
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_BINARY_DIR}/generated")
   if(MSVC)
-    # Sources are UTF-8; the warnings of /W4 that the others' sets do not know are no errors.
-    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:/utf-8 /permissive- /Zc:__cplusplus /EHsc /W4 /bigobj>)
+    # Sources are UTF-8; the warnings of /W4 that the others' sets do not know are no errors, and attributes of
+    # theirs (5030) are no mistakes.
+    target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:/utf-8 /permissive- /Zc:__cplusplus /EHsc /W4 /wd5030 /bigobj>)
     target_compile_definitions(${name} PRIVATE NOMINMAX WIN32_LEAN_AND_MEAN _CRT_SECURE_NO_WARNINGS)
   else()
     target_compile_options(${name} PRIVATE $<$<COMPILE_LANGUAGE:CXX>:-Wall -Wextra -Wconversion>)

@@ -4,6 +4,10 @@
 
 #include "logcore/LineScan.h"
 
+#if !defined(__GNUC__)
+#include <bit>
+#endif
+
 namespace carvelot {
 
 namespace {
@@ -73,13 +77,22 @@ template <HintSet set> constexpr ClassTables MakeTables() {
 
 template <HintSet set> constexpr ClassTables kTables = MakeTables<set>();
 
+inline std::uint32_t LowestBit(std::uint64_t bits) {
+#if defined(__GNUC__)
+    return static_cast<std::uint32_t>(__builtin_ctzll(bits));
+#else
+    // Other compilers build the scan byte by byte alone.
+    return static_cast<std::uint32_t>(std::countr_zero(bits));
+#endif
+}
+
 // Writes the places of the bits. Whether there is one or none cannot be guessed by a processor: the first
 // place, any for no bit, is always written, and written over if there was none.
 inline std::uint32_t* WritePlaces(std::uint64_t bits, std::uint32_t origin, std::uint32_t* places) {
-    *places = origin + static_cast<std::uint32_t>(__builtin_ctzll(bits | 1ULL << 63U));
+    *places = origin + LowestBit(bits | 1ULL << 63U);
     places += bits != 0 ? 1 : 0;
     for (bits &= bits - 1; bits != 0; bits &= bits - 1) {
-        *places++ = origin + static_cast<std::uint32_t>(__builtin_ctzll(bits));
+        *places++ = origin + LowestBit(bits);
     }
     return places;
 }
