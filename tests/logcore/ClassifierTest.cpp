@@ -100,11 +100,13 @@ TEST(ClassifyDebugStatement, TakesCacheWordsAnywhere) {
 
 TEST(ClassifyEventRules, BuildsTheDisplayName) {
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").kind, LOG_EVENT_START);
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").Name(g_name), "Form:  W4210A - OK Button");
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A\t").Name(g_name),
+              "Form:  W4210A - OK Button");
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: W4210A").Name(g_name),
               "OK Button"); // no closing tab, no form
     EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button").Name(g_name), "");
-    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: \t").Name(g_name), "OK Button"); // no more than a blank
+    EXPECT_EQ(Debug("RT: >>>Beginning ER:\tOK Button\tForm: \t").Name(g_name),
+              "OK Button"); // no more than a blank
     EXPECT_EQ(Debug("RT: <<<Finished  ER:\tOK Button").kind, LOG_EVENT_END);
     EXPECT_EQ(Debug("RT: <<<Finished ER:\tOK Button").kind, LOG_NONE); // one blank
     EXPECT_EQ(Debug("RT: >>>Beginning ER:").kind, LOG_NONE);
