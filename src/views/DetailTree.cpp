@@ -4,6 +4,8 @@
 #include "logcore/NodeText.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <numeric>
 
 namespace carvelot {
@@ -13,44 +15,36 @@ namespace {
 bool IsParameter(LogKind kind) { return kind == LOG_PARM_IN || kind == LOG_PARM_OUT; }
 
 // The image that a record starts from, before its kind has the last word: most kinds go on with the image of
-// the record before, so a call that never returns keeps showing that.
-int StartImage(LogKind kind, int previous) {
-    switch (kind) {
-    case LOG_JDB_ERROR:
-    case LOG_SEVERE:
-        return IMAGE_FAILED;
-    case LOG_UBE:
-        return IMAGE_UBE;
-    case LOG_MANDATORY:
-        return IMAGE_INFORMATION;
-    case LOG_WARN:
-        return IMAGE_WARNING;
-    default:
-        return previous;
-    }
-}
+// the record before, so a call that never returns keeps showing that. And the last word. Looked up in tables:
+// which kind comes next cannot be guessed.
+struct CKindImages {
+    static constexpr std::int8_t kNone = -1;
 
-int FinalImage(LogKind kind, int started) {
-    switch (kind) {
-    case LOG_GAP:
-        return IMAGE_GAP;
-    case LOG_EVENT_START:
-    case LOG_ER_LINE:
-        return IMAGE_ER;
-    case LOG_CACHE:
-        return IMAGE_CACHE;
-    case LOG_ERROR:
-        return IMAGE_FAILED;
-    case LOG_SQL:
-        return IMAGE_SQL;
-    case LOG_MESSAGE:
-        return IMAGE_INFORMATION;
-    case LOG_OBJECT_CALL:
-        return IMAGE_OBJECT_CALL;
-    default:
-        return started;
+    std::array<std::int8_t, 32> start{}; // kNone for the previous record's
+    std::array<std::int8_t, 32> last{};  // kNone for what it started from
+
+    constexpr CKindImages() {
+        start.fill(kNone);
+        start[LOG_JDB_ERROR] = IMAGE_FAILED;
+        start[LOG_SEVERE] = IMAGE_FAILED;
+        start[LOG_UBE] = IMAGE_UBE;
+        start[LOG_MANDATORY] = IMAGE_INFORMATION;
+        start[LOG_WARN] = IMAGE_WARNING;
+        last.fill(kNone);
+        last[LOG_GAP] = IMAGE_GAP;
+        last[LOG_EVENT_START] = IMAGE_ER;
+        last[LOG_ER_LINE] = IMAGE_ER;
+        last[LOG_CACHE] = IMAGE_CACHE;
+        last[LOG_ERROR] = IMAGE_FAILED;
+        last[LOG_SQL] = IMAGE_SQL;
+        last[LOG_MESSAGE] = IMAGE_INFORMATION;
+        last[LOG_OBJECT_CALL] = IMAGE_OBJECT_CALL;
     }
-}
+
+    int Start(LogKind kind, int previous) const { return start[kind] == kNone ? previous : start[kind]; }
+    int Final(LogKind kind, int started) const { return last[kind] == kNone ? started : last[kind]; }
+};
+constexpr CKindImages kImages;
 
 } // namespace
 
@@ -104,7 +98,7 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
             parent = parentOf(parent);
             outParms = false;
         }
-        int image = StartImage(kind, previousImage);
+        int image = kImages.Start(kind, previousImage);
         if (kind == LOG_RETURN) {
             const std::int32_t code = details.ReturnCode(record);
             image = code == 0 ? IMAGE_OK : code == 1 ? IMAGE_WARNING : IMAGE_FAILED;
@@ -135,10 +129,10 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
                 outParms = true;
             }
         }
-        image = FinalImage(kind, image);
+        image = kImages.Final(kind, image);
         previousImage = image;
 
-        const bool isUBE = details.IsUBE(record);
+        const bool isUBE = ubeLog && details.IsUBE(record);
         const std::int32_t ubeLevel = isUBE ? details.UBELevel(record) : 0;
         const bool hidden = (kind == LOG_EVENT_END || kind == LOG_SQL_DONE) && !(details.Gap(record) > 0);
         if (!hidden) {
