@@ -271,19 +271,24 @@ void CCacheAnalysis::AddOperation(const CDetailList& details, std::uint32_t plac
     if (op == CACHE_OPEN_CURSOR) {
         const auto index = static_cast<std::uint32_t>(cache.m_cursors.size());
         cache.m_cursors.push_back({details.Name(cursor), record});
-        cache.m_firstCursor.FindOrAdd(cursor, index);
         const auto [open, isNew] =
             m_placeOfOpen.FindOrAdd(cursor, static_cast<std::uint32_t>(m_openCursors.size()));
         if (isNew) {
-            m_openCursors.emplace_back();
+            m_openCursors.emplace_back().m_first = {place, index};
+        } else if (m_openCursors[open].m_first.cache != place) {
+            cache.m_firstCursor.FindOrAdd(cursor, index);
         }
         m_openCursors[open].Add({place, index});
     } else if (op == CACHE_CLOSE_CURSOR || op == CACHE_RESET_CURSOR) {
         // The first cursor of that handle, open or not.
-        const std::uint32_t first = cache.m_firstCursor.Find(cursor);
+        const std::uint32_t open = m_placeOfOpen.Find(cursor);
+        const std::uint32_t first = open == CNumberMap::kNone ? CNumberMap::kNone
+                                    : m_openCursors[open].m_first.cache == place
+                                        ? m_openCursors[open].m_first.cursor
+                                        : cache.m_firstCursor.Find(cursor);
         if (first != CNumberMap::kNone) {
             cache.m_cursors[first].m_pClose = record;
-            m_openCursors[m_placeOfOpen.Find(cursor)].Remove({place, first});
+            m_openCursors[open].Remove({place, first});
         }
     }
     cache.m_operations.push_back({record, shownCursor, op, failed});

@@ -62,7 +62,7 @@ public:
 
     private:
         friend class CCacheAnalysis;
-        CNumberMap m_firstCursor; // by the number of its handle
+        CNumberMap m_firstCursor; // by the number of its handle, where another cache had that first
     };
 
     // Takes the LOG_CACHE records of the process in the order of the log.
@@ -89,6 +89,8 @@ private:
         void Remove(CursorPlace place);
         // In the newest cache the newest cursor; null when none is open.
         const CursorPlace* Newest() const;
+
+        CursorPlace m_first{}; // of all cursors of the handle, open or not
 
     private:
         CursorPlace m_one{};

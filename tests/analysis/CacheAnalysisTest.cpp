@@ -137,6 +137,26 @@ TEST(CacheAddLine, ClosesTheOlderOfTwoCursorsWithOneHandleTwice) {
     EXPECT_EQ(cursors[1].m_pClose, kNoRecord);
 }
 
+TEST(CacheAddLine, ClosesACursorOfItsOwnCacheWhereAnotherHasOneWithTheSameHandle) {
+    const TestSession session = CacheSession({
+        "Open Cursor Success hCursor:[c]",
+        "hCache:[1] Nm:[x]",
+        "Open Cursor Success hCursor:[c]",
+        "hCache:[2] Nm:[y]",
+        "Open Cursor Success hCursor:[c]",
+        "hCache:[2] Nm:[y]",
+        "jdeCacheCloseCursor hCursor:[c]",
+        "hCache:[2] Nm:[y]",
+    });
+    const auto& first = Caches(session).m_caches.at(0).m_cursors;
+    const auto& second = Caches(session).m_caches.at(1).m_cursors;
+    ASSERT_EQ(first.size(), 1U);
+    ASSERT_EQ(second.size(), 2U);
+    EXPECT_EQ(first[0].m_pClose, kNoRecord);
+    EXPECT_EQ(Number(second[0].m_pClose), 7U);
+    EXPECT_EQ(second[1].m_pClose, kNoRecord);
+}
+
 TEST(CacheAddLine, LetsTheLaterWordsOfALineDecide) {
     const TestSession session = CacheSession({"jdeCacheFetch jdeCacheAdd hCursor:[c9]", "hCache:[1] Nm:[x]",
                                               "jdeCacheFetch", "hCache:[1] Nm:[x]"});
