@@ -20,6 +20,7 @@ void CCarvelotDoc::CommitToThread(RecordIndex record, RecordContext& context, Lo
     CProcess& process = context.process != nullptr ? *context.process : ProcessOf(context, time);
     const bool isCall = kind == LOG_CALL || kind == LOG_RETURN;
     CallLine call;
+    // A kind with a case below stands in kFeedThread, or its records would not come here.
     const std::uint32_t table = kind == LOG_SQL ? m_listDetails.TableKey(record) : 0;
     switch (kind) {
     case LOG_ERROR:

@@ -160,24 +160,17 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     const LineHead& head = *known;
     const char* const first = p + kIDsColumn + head.length;
     const char* const end = p + size;
-    const LeadingBlanks leading = LeadingBlanksAmong16(first);
-    // More blanks than a head may have, or a text with nothing else in it, take the long way.
-    if (leading.count >= LeadingBlanks::kMost || first + leading.count >= end) {
+    const std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
+    if (text.empty()) {
         return false;
     }
-    const char* const begin = first + leading.count;
-    const char* textEnd = end;
-    while (textEnd[-1] == ' ') {
-        --textEnd;
-    }
-    const std::string_view text(begin, static_cast<std::size_t>(textEnd - begin));
     std::size_t blanks = 0;
     if (head.labelRunsOn) {
+        blanks = static_cast<std::size_t>(text.data() - first);
         // A tab ahead of the text would end the label.
-        if (leading.count > LineHead::kMostBlanks || leading.holdTab) {
+        if (blanks > LineHead::kMostBlanks || LeadingBlanksAmong16(first).holdTab) {
             return false;
         }
-        blanks = leading.count;
     }
     const std::uint32_t contextNumber = head.contexts[blanks];
     if (contextNumber == LineHead::kUnknown ||
