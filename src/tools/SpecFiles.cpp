@@ -29,20 +29,29 @@ void CSpecFiles::Walk(const std::string& strPath, const char* pszMask) {
     for (const platform::DirectoryEntry& directory : platform::EnumerateDirectory(strPath, "*")) {
         if (!directory.m_bDirectory)
             continue;
-        const std::string strSpec =
-            strPath + platform::kPathSeparator + directory.m_strName + platform::kPathSeparator + "spec";
+        const std::string strDirectory = strPath + platform::kPathSeparator + directory.m_strName;
+        for (const std::string& strName : platform::NamesInAnyCase(strDirectory, "spec"))
+            AddFiles(strPath, strDirectory + platform::kPathSeparator + strName, pszMask);
+    }
+}
+
+void CSpecFiles::AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask) {
+    // A link may lead anywhere, and these files are there to be deleted.
+    if (!platform::LiesWithin(strSpec, strPath))
+        return;
+    for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask)) {
         // A directory of such a name is a row too; its deletion fails.
-        for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask))
+        if (file.m_bDirectory || platform::MayRemoveFrom(strSpec, file.m_strName))
             m_listRows.push_back({strSpec + platform::kPathSeparator + file.m_strName,
                                   static_cast<std::int32_t>(static_cast<std::uint32_t>(file.m_nSize))});
     }
 }
 
-void CSpecFiles::Delete(const std::vector<std::string>& listPaths) const {
+void CSpecFiles::Delete(const std::vector<std::size_t>& listRows) const {
     // The rows stay where they are, so every pass asks for the same files again.
     for (std::size_t n = 0; n < m_listRows.size(); ++n) {
-        for (const std::string& strPath : listPaths)
-            platform::DeleteFileAt(strPath);
+        for (const std::size_t nRow : listRows)
+            platform::DeleteFileAt(m_listRows[nRow].m_strPath);
     }
 }
 
