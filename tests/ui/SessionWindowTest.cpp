@@ -4,7 +4,6 @@
 #include "resources/ui/Icons.h"
 #include "support/Sanitizer.h"
 
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QMimeData>
@@ -243,15 +242,6 @@ private slots:
         Select(pFrame, "Thread - 7");
         QCOMPARE(TreeText(pFrame->DetailView().Model()),
                  QStringLiteral("10:00:02.500007    INSERT INTO T2 (A) VALUES (1)\n"));
-    }
-
-    void openAsTextHandsTheFileToItsProgram() {
-        m_pRun->Open("a.log", Log());
-        m_urlOpened = QUrl();
-        QDesktopServices::setUrlHandler("file", this, "TakeUrl");
-        m_pRun->Frame().RunCommand(ID_SESSION_OPEN_AS_TEXT);
-        QDesktopServices::unsetUrlHandler("file");
-        QCOMPARE(m_urlOpened.toLocalFile(), m_pRun->Path("a.log"));
     }
 
     void aLoadShowsItsProgressAndHidesItAtTheEnd() {
@@ -714,17 +704,12 @@ private slots:
         QVERIFY(pFrame->ThreadView().hasFocus());
     }
 
-public slots:
-    void TakeUrl(const QUrl& url) { m_urlOpened = url; }
-
 private:
     void ClickTab(CChildFrame* pFrame) {
         CTabBar& bar = m_pRun->Frame().ClientArea().GroupOf(*pFrame)->Bar();
         const int nTab = m_pRun->Frame().ClientArea().GroupOf(*pFrame)->indexOf(pFrame);
         QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(nTab).center());
     }
-
-    QUrl m_urlOpened;
 };
 
 QTEST_MAIN(SessionWindowTest)

@@ -8,6 +8,7 @@
 #include "shell/ui/AboutDlg.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/OptionsDlg.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
@@ -67,7 +68,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
     }
     // Without a file to open no document is made: the window opens empty.
     if (const auto strFile = FileToOpen(listArguments)) {
-        if (OpenDocumentFile(ToQString(*strFile)) == nullptr)
+        if (OpenDocumentFile(PathToQString(*strFile)) == nullptr)
             return false;
     }
     m_pMainWnd->show();
@@ -151,7 +152,7 @@ void CCarvelotApp::CloseAllDocuments() {
 }
 
 void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
-    m_recentFiles.Add(ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 void CCarvelotApp::RegisterRestart() const {
@@ -160,7 +161,7 @@ void CCarvelotApp::RegisterRestart() const {
     const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
     platform::RegisterRestart(strPath.isEmpty()
                                   ? std::string()
-                                  : ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+                                  : PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {

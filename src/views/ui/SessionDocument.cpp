@@ -2,7 +2,7 @@
 
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/MainFrame.h"
-#include "shell/ui/Text.h"
+#include "shell/ui/PathText.h"
 
 namespace carvelot {
 
@@ -24,12 +24,12 @@ CSessionDocument::~CSessionDocument() {
 bool CSessionDocument::OnNewDocument() {
     if (!m_session.OnNewDocument())
         return false;
-    SetPathName(ToQString(m_session.m_strLogPath));
+    SetPathName(PathToQString(m_session.m_strLogPath));
     return true;
 }
 
 bool CSessionDocument::OnOpenDocument(const QString& strPath) {
-    return m_session.OnOpenDocument(ToUtf8(strPath));
+    return m_session.OnOpenDocument(PathOf(strPath));
 }
 
 } // namespace carvelot
