@@ -222,7 +222,7 @@ std::string CDetailTree::Text(Node node) const {
         text.append(TimeStampText(detail));
     }
     if (detail.m_fDuration > 0) {
-        text.append("(").append(Formatted("%08f", static_cast<double>(detail.m_fDuration))).append(") ");
+        text.append("(").append(SecondsText(detail.m_fDuration)).append(") ");
     }
     if (m_session.m_nLogFormat == LOG_FORMAT_JAS) {
         text.append("[").append(detail.m_strSource).append("] ");

@@ -161,7 +161,7 @@ std::string TaskRow::Text(int column) const {
     case 1:
         return m_strType;
     case 2:
-        return Formatted("%08.6f", m_fDuration);
+        return SecondsText(m_fDuration);
     case 3:
         return m_strMessage;
     default:
