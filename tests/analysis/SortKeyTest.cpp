@@ -20,7 +20,7 @@ std::vector<std::size_t> Sorted(std::size_t count, bool descending,
     return rows;
 }
 
-// By comparing rows, as the rule says it.
+// The order that comparing rows one with another gives.
 std::vector<std::size_t> Compared(std::size_t count, bool descending,
                                   const std::function<SortKey(std::size_t)>& keyOf) {
     std::vector<std::size_t> rows(count);

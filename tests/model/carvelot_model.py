@@ -2,8 +2,8 @@
 """A second, independent reading of the log rules, in the plainest form.
 
 It reads one debug or JAS log and prints what `carvelot-report --json` prints, so that the two can be
-compared field by field (see compare.py). Nothing here is fast or clever on purpose: every rule is written
-as it is told, every walk is linear, and no code is shared with the product.
+compared field by field (see compare.py). Nothing here is fast or clever on purpose: every rule stands by
+itself, every walk is linear, and no code is shared with the product.
 
 A text is a `str` that holds one UTF-16 code unit per element: a character outside the basic plane is two
 elements. Columns therefore count as they do in the system.

@@ -39,8 +39,7 @@ CCarvelotApp::CCarvelotApp()
     AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
     AddCommand(ID_TOOLS_GLOBAL_TABLES, [this] { OnGlobalTables(); });
     AddCommand(ID_TOOLS_CONVERT_DATES, [this] { OnConvertDates(); });
-    AddCommand(
-        ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); }, [this] { return m_pJDESettings != nullptr; });
+    AddCommand(ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); });
 }
 
 CCarvelotApp::~CCarvelotApp() = default;
@@ -210,8 +209,6 @@ void CCarvelotApp::OnConvertDates() {
 }
 
 void CCarvelotApp::OnJDESettings() {
-    if (m_pJDESettings == nullptr)
-        return;
     const std::unique_ptr<QDialog> pDialog = m_pJDESettings->MakeDialog();
     UpdateJDESettings();
     UserInterface().RunDialog(*pDialog);
