@@ -50,7 +50,11 @@ std::vector<std::wstring> LibraryFolders() {
 
 } // namespace
 
-void CloseLibrarySearch() { SetDllDirectoryW(L""); }
+void CloseLibrarySearch() {
+    // A folder that is named takes the current one's place. An empty name would just take that out, but does
+    // not under Wine.
+    SetDllDirectoryW(FolderOf(GetSystemDirectoryW).c_str());
+}
 
 CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
     std::swap(m_hModule, other.m_hModule);
