@@ -5,6 +5,8 @@
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
 
+#include <algorithm>
+
 namespace carvelot {
 
 std::string CSpecFiles::InstallationPath() {
@@ -61,6 +63,12 @@ std::string CSpecFiles::Text(std::size_t nRow, int nColumn) const {
 
 int CSpecFiles::OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const {
     return nColumn == 0 ? CompareNoCase(m_listRows[nRowA].m_strPath, m_listRows[nRowB].m_strPath) : 0;
+}
+
+void CSpecFiles::Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const {
+    std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
+        return bDescending ? OnCompareItems(nB, nA, nColumn) < 0 : OnCompareItems(nA, nB, nColumn) < 0;
+    });
 }
 
 } // namespace carvelot

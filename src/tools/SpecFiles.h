@@ -27,8 +27,9 @@ public:
 
     std::size_t RowCount() const override { return m_listRows.size(); }
     std::string Text(std::size_t nRow, int nColumn) const override;
-    // Paths compare without case; sizes do not sort.
-    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override;
+    // Below 0, 0 or above 0: paths compare without case; sizes do not sort.
+    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const;
+    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override;
 
 private:
     struct CRow {

@@ -51,8 +51,7 @@ protected:
     std::vector<std::string> Sorted() const {
         std::vector<std::size_t> order(m_files.RowCount());
         std::iota(order.begin(), order.end(), std::size_t{0});
-        std::ranges::stable_sort(
-            order, [this](std::size_t a, std::size_t b) { return m_files.OnCompareItems(a, b, 0) < 0; });
+        m_files.Sort(order, 0, false);
         std::vector<std::string> list;
         for (const std::size_t n : order)
             list.push_back(Generic(m_files.Text(n, 0)));

@@ -467,6 +467,14 @@ void CMainFrame::ClearPanes() {
         pPane->SetCaption({});
 }
 
+void CMainFrame::LetGo(const CCarvelotDoc& session) {
+    m_wndFindPane.LetGo(session);
+    m_wndCachePane.LetGo(session);
+    m_wndLongTasksPane.LetGo(session);
+    m_wndErrorPane.LetGo(session);
+    m_wndTimingGapsPane.LetGo(session);
+}
+
 CMDIChildWnd* CMainFrame::ActiveChild() const { return m_pClientArea->ActiveChild(); }
 
 EMenuState CMainFrame::MenuState() const {

@@ -15,10 +15,8 @@ CSessionDocument::CSessionDocument()
 
 CSessionDocument::~CSessionDocument() {
     // Close All asks no window: what the panes still show of this session lets go of its records here.
-    if (CMainFrame* pMain = MainFrame()) {
-        pMain->m_wndFindPane.LetGo(m_session);
-        pMain->m_wndCachePane.LetGo(m_session);
-    }
+    if (CMainFrame* pMain = MainFrame())
+        pMain->LetGo(m_session);
 }
 
 bool CSessionDocument::OnNewDocument() {
