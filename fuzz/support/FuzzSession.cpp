@@ -1,13 +1,13 @@
 #include "support/FuzzSession.h"
 
-#include "analysis/panes/FindSource.h"
-#include "analysis/panes/GapExport.h"
-#include "analysis/panes/RowSource.h"
-#include "logcore/NodeText.h"
+#include "lists/FindSource.h"
+#include "lists/GapExport.h"
+#include "lists/RowSource.h"
+#include "records/NodeText.h"
 #include "report/JsonReport.h"
 #include "report/TextReport.h"
-#include "views/DetailTree.h"
-#include "views/ThreadTree.h"
+#include "trees/DetailTree.h"
+#include "trees/ThreadTree.h"
 
 #include <rapidjson/document.h>
 

@@ -1,7 +1,7 @@
 // A session that reads a fuzz target's input, and a walk over all that can be asked of it.
 #pragma once
 
-#include "logcore/CarvelotDoc.h"
+#include "session/CarvelotDoc.h"
 #include "support/FuzzFile.h"
 
 #include <string_view>

@@ -1,9 +1,9 @@
 // What every scan of a block must find in bytes of any kind.
 #pragma once
 
-#include "logcore/Classifier.h"
-#include "logcore/LineScan.h"
+#include "parse/Classifier.h"
 #include "support/FuzzSession.h"
+#include "text/LineScan.h"
 
 #include <algorithm>
 #include <memory>

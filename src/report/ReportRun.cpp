@@ -1,6 +1,6 @@
 #include "report/ReportRun.h"
 
-#include "analysis/panes/GapExport.h"
+#include "lists/GapExport.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
 #include "report/TextReport.h"

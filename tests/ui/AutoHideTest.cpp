@@ -1,7 +1,7 @@
 // Panes folded away to the edge of the window.
 #include "ui/UiSupport.h"
 
-#include "shell/ui/AutoHide.h"
+#include "ui/kit/AutoHide.h"
 
 #include <QAbstractButton>
 #include <QSignalSpy>

@@ -1,9 +1,9 @@
 #include "ui/SessionSupport.h"
 
-#include "cachebrowser/ui/CacheDlg.h"
-#include "cachebrowser/ui/CacheDocument.h"
-#include "cachebrowser/ui/CacheFrame.h"
 #include "platform/DateText.h"
+#include "ui/cachebrowser/CacheDlg.h"
+#include "ui/cachebrowser/CacheDocument.h"
+#include "ui/cachebrowser/CacheFrame.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>

@@ -1,8 +1,8 @@
-#include "analysis/panes/ui/ListCtrl.h"
+#include "ui/kit/ListCtrl.h"
 
-#include "shell/Commands.h"
-#include "shell/ui/LookStyle.h"
-#include "shell/ui/Text.h"
+#include "settings/Commands.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/kit/Text.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>

@@ -1,11 +1,11 @@
 #include "ui/UiSupport.h"
 
 #include "platform/Registry.h"
-#include "resources/ui/Icons.h"
-#include "shell/ui/CustomizeDlg.h"
-#include "shell/ui/LookStyle.h"
-#include "shell/ui/ToolBar.h"
-#include "shell/ui/WindowsDlg.h"
+#include "ui/kit/CustomizeDlg.h"
+#include "ui/kit/Icons.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/kit/ToolBar.h"
+#include "ui/kit/WindowsDlg.h"
 
 #include <QComboBox>
 #include <QCryptographicHash>

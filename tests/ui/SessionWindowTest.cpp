@@ -1,8 +1,8 @@
 #include "ui/SessionSupport.h"
 
-#include "analysis/panes/ui/DockablePane.h"
-#include "resources/ui/Icons.h"
 #include "support/Sanitizer.h"
+#include "ui/kit/DockablePane.h"
+#include "ui/kit/Icons.h"
 
 #include <QDialogButtonBox>
 #include <QDir>

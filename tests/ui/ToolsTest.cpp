@@ -1,13 +1,13 @@
 #include "ui/UiSupport.h"
 
-#include "analysis/panes/ui/ListCtrl.h"
-#include "shell/Commands.h"
-#include "shell/ui/LookStyle.h"
+#include "settings/Commands.h"
 #include "support/JDEInstallation.h"
-#include "tools/ui/ConvertDates.h"
-#include "tools/ui/GBLTables.h"
-#include "tools/ui/PropertyGrid.h"
-#include "tools/ui/Settings.h"
+#include "ui/kit/ListCtrl.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/tools/ConvertDates.h"
+#include "ui/tools/GBLTables.h"
+#include "ui/tools/PropertyGrid.h"
+#include "ui/tools/Settings.h"
 
 #include <QComboBox>
 #include <QDateTimeEdit>

@@ -1,0 +1,53 @@
+#include "ui/session/ChildFrame.h"
+
+#include "ui/app/MainFrame.h"
+#include "ui/session/SessionDocument.h"
+
+#include <QEvent>
+#include <QVBoxLayout>
+
+namespace carvelot {
+
+CChildFrame::CChildFrame(CSessionDocument& document)
+    : CMDIChildWnd(document), m_document(document), m_wndSplitter(new QSplitter(Qt::Horizontal)),
+      m_pThreadView(new CThreadView(document)), m_pDetailView(new CDetailView(document)) {
+    m_wndSplitter->setChildrenCollapsible(false);
+    m_wndSplitter->addWidget(m_pThreadView);
+    m_wndSplitter->addWidget(m_pDetailView);
+    // The thread tree keeps its 200 pixels when the window grows; the rest is the detail tree's.
+    m_wndSplitter->setStretchFactor(0, 0);
+    m_wndSplitter->setStretchFactor(1, 1);
+    m_wndSplitter->setSizes({200, 1000});
+    auto* pLayout = new QVBoxLayout(this);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    pLayout->addWidget(m_wndSplitter);
+    for (QAbstractScrollArea* pView :
+         std::initializer_list<QAbstractScrollArea*>{m_pThreadView, m_pDetailView}) {
+        pView->installEventFilter(this);
+        pView->viewport()->installEventFilter(this);
+    }
+}
+
+void CChildFrame::OnSetFocus() { m_pThreadView->RefreshPanes(); }
+
+void CChildFrame::OnClose() {
+    CMainFrame* pMain = MainFrame();
+    if (pMain == nullptr)
+        return;
+    if (pMain->m_wndFindPane.Searched() == &m_document)
+        pMain->m_wndFindPane.ClearList();
+    pMain->ClearPanes();
+}
+
+bool CChildFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
+    // The closing of another session has emptied the panes under this one: work in this window fills them
+    // again.
+    if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::MouseButtonPress) {
+        CMainFrame* pMain = MainFrame();
+        if (pMain != nullptr && pMain->ActiveChild() == this && pMain->m_pPanesOwner != this)
+            m_pThreadView->RefreshPanes();
+    }
+    return CMDIChildWnd::eventFilter(pObject, pEvent);
+}
+
+} // namespace carvelot

@@ -1,0 +1,33 @@
+#include "ui/session/SessionDocument.h"
+
+#include "ui/app/CarvelotApp.h"
+#include "ui/app/MainFrame.h"
+#include "ui/kit/PathText.h"
+
+namespace carvelot {
+
+CSessionDocument::CSessionDocument()
+    : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
+    AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
+    AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
+    AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
+}
+
+CSessionDocument::~CSessionDocument() {
+    // Close All asks no window: what the panes still show of this session lets go of its records here.
+    if (CMainFrame* pMain = MainFrame())
+        pMain->LetGo(m_session);
+}
+
+bool CSessionDocument::OnNewDocument() {
+    if (!m_session.OnNewDocument())
+        return false;
+    SetPathName(PathToQString(m_session.m_strLogPath));
+    return true;
+}
+
+bool CSessionDocument::OnOpenDocument(const QString& strPath) {
+    return m_session.OnOpenDocument(PathOf(strPath));
+}
+
+} // namespace carvelot

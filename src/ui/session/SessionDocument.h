@@ -1,0 +1,29 @@
+// SessionDocument.h - the window's document around one log session.
+#pragma once
+
+#include "session/CarvelotDoc.h"
+#include "ui/kit/Document.h"
+#include "ui/session/SessionHost.h"
+
+namespace carvelot {
+
+// The one owner of a session. Answers the commands of the Session menu.
+class CSessionDocument : public CDocument {
+    Q_OBJECT
+
+public:
+    CSessionDocument();
+    ~CSessionDocument() override;
+
+    bool OnNewDocument() override;
+    bool OnOpenDocument(const QString& strPath) override;
+
+    CCarvelotDoc& Session() { return m_session; }
+    const CCarvelotDoc& Session() const { return m_session; }
+
+private:
+    CSessionHost m_host;
+    CCarvelotDoc m_session;
+};
+
+} // namespace carvelot
