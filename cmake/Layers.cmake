@@ -26,34 +26,6 @@ set(CARVELOT_ROOMS
     "ui/tools        | ui/kit tools                         | Qt6::Widgets"
     "ui/app          | ui/session ui/live ui/cachebrowser ui/tools | Qt6::Widgets")
 
-# Includes of the windows that still go up, one by one: "file include". The list only gets shorter.
-set(CARVELOT_ARROWS_UP
-    "ui/cachebrowser/CacheDataView.cpp ui/app/CarvelotApp.h"
-    "ui/cachebrowser/CacheDocument.cpp ui/app/CarvelotApp.h"
-    "ui/cachebrowser/CacheDocument.cpp ui/app/MainFrame.h"
-    "ui/kit/AutoHide.cpp ui/app/MainFrame.h"
-    "ui/kit/CustomizeDlg.cpp ui/app/MainFrame.h"
-    "ui/kit/DockablePane.cpp ui/app/CarvelotApp.h"
-    "ui/kit/DockablePane.cpp ui/app/MainFrame.h"
-    "ui/kit/Document.cpp ui/app/MainFrame.h"
-    "ui/kit/ToolBar.cpp ui/app/MainFrame.h"
-    "ui/live/AnalyzeProcess.cpp ui/app/CarvelotApp.h"
-    "ui/live/AnalyzeProcess.cpp ui/app/MainFrame.h"
-    "ui/live/AnalyzeProcess.cpp ui/session/SessionDocument.h"
-    "ui/live/ProcessPane.cpp ui/app/CarvelotApp.h"
-    "ui/session/CachePane.cpp ui/app/CarvelotApp.h"
-    "ui/session/CachePane.cpp ui/cachebrowser/CacheDocument.h"
-    "ui/session/ChildFrame.cpp ui/app/MainFrame.h"
-    "ui/session/DetailView.cpp ui/app/MainFrame.h"
-    "ui/session/FindPane.cpp ui/app/MainFrame.h"
-    "ui/session/SessionDocument.cpp ui/app/CarvelotApp.h"
-    "ui/session/SessionDocument.cpp ui/app/MainFrame.h"
-    "ui/session/SessionHost.cpp ui/app/CarvelotApp.h"
-    "ui/session/SessionHost.cpp ui/app/MainFrame.h"
-    "ui/session/ThreadView.cpp ui/app/MainFrame.h"
-    "ui/tools/Settings.h ui/app/CarvelotApp.h"
-)
-
 # carvelot_rooms_read(): CARVELOT_ROOM_NAMES in the table's order, and for each CARVELOT_USES_<room> (itself and all below
 # it) and CARVELOT_LIBRARIES_<room>. A room can only use what stands above it in the table, so there is no circle.
 function(carvelot_rooms_read)

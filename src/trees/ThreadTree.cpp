@@ -38,25 +38,16 @@ std::vector<int> UserImages(const CCarvelotDoc& session) {
     return images;
 }
 
-std::string ProcessTitle(const CCarvelotDoc& session, const CProcess& process) {
-    return session.m_strLogPath + " - Process: " + IdText(process.m_nProcessID);
+std::string TitleOf(const CCarvelotDoc& session, const Selection& selection) {
+    std::string title = session.m_strLogPath;
+    if (const CProcess* const process = selection.Process()) {
+        title += " - Process: " + IdText(process->m_nProcessID);
+    } else if (const CThread* const thread = selection.Thread()) {
+        title += " - Process: " + IdText(thread->m_nProcessID) + " Thread: " + IdText(thread->m_nThreadID);
+    } else if (const CJASUser* const user = selection.User()) {
+        title += " - User: " + user->m_strUser;
+    }
+    return title;
 }
-
-std::string ThreadTitle(const CCarvelotDoc& session, const CThread& thread) {
-    return session.m_strLogPath + " - Process: " + IdText(thread.m_nProcessID) +
-           " Thread: " + IdText(thread.m_nThreadID);
-}
-
-std::string UserTitle(const CCarvelotDoc& session, const CJASUser& user) {
-    return session.m_strLogPath + " - User: " + user.m_strUser;
-}
-
-std::string ProcessCaption(const CProcess& process) { return " Process: " + IdText(process.m_nProcessID); }
-
-std::string ThreadCaption(const CThread& thread) {
-    return " Process: " + IdText(thread.m_nProcessID) + " Thread: " + IdText(thread.m_nThreadID);
-}
-
-std::string UserCaption(const CJASUser& user) { return " User: " + user.m_strUser; }
 
 } // namespace carvelot

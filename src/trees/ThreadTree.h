@@ -1,7 +1,7 @@
 // What the thread tree shows: processes with their threads, or users.
 #pragma once
 
-#include "session/CarvelotDoc.h"
+#include "session/Selection.h"
 
 #include <string>
 #include <vector>
@@ -18,14 +18,7 @@ std::string ThreadNodeText(const CThread& thread);
 // Images of the users in the order of the walk: "SYSTEM LEVEL" and every user behind it show the monitor.
 std::vector<int> UserImages(const CCarvelotDoc& session);
 
-// The session's window title after a selection.
-std::string ProcessTitle(const CCarvelotDoc& session, const CProcess& process);
-std::string ThreadTitle(const CCarvelotDoc& session, const CThread& thread);
-std::string UserTitle(const CCarvelotDoc& session, const CJASUser& user);
-
-// The captions of the analysis panes after a selection.
-std::string ProcessCaption(const CProcess& process);
-std::string ThreadCaption(const CThread& thread);
-std::string UserCaption(const CJASUser& user);
+// The session's window title after a selection; the path alone for nothing.
+std::string TitleOf(const CCarvelotDoc& session, const Selection& selection);
 
 } // namespace carvelot

@@ -5,6 +5,7 @@ FOLDER holds CheckIncludes.cmake.
 """
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -52,12 +53,8 @@ def main():
     cmake, folder = sys.argv[1:]
     failures = 0
     with tempfile.TemporaryDirectory() as scratch:
-        # The same script beside the same table, but no arrow is forgiven there.
         for name in ("CheckIncludes.cmake", "Layers.cmake"):
-            text = open(os.path.join(folder, name), encoding="utf-8").read()
-            if name == "CheckIncludes.cmake":
-                text = text.replace("carvelot_rooms_read()", 'set(CARVELOT_ARROWS_UP "")\ncarvelot_rooms_read()', 1)
-            open(os.path.join(scratch, name), "w", encoding="utf-8").write(text)
+            shutil.copy(os.path.join(folder, name), scratch)
         script = os.path.join(scratch, "CheckIncludes.cmake")
         for number, (file, include, rule) in enumerate(CASES):
             source = os.path.join(scratch, f"tree{number}")

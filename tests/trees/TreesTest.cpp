@@ -318,16 +318,14 @@ TEST(ThreadTree, CarriesTheMonitorOnToTheUsersBehindTheSystemLevel) {
     EXPECT_EQ(UserImages(session.m_doc), (std::vector<int>{13, 14, 14}));
 }
 
-TEST(ThreadTree, TitlesTheSessionAndThePanes) {
+TEST(ThreadTree, TitlesTheSession) {
     const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On x", "5/6")}));
     const std::string path = session.m_file.Path();
-    EXPECT_EQ(ProcessTitle(session.m_doc, session.Process(5)), path + " - Process: 5");
-    EXPECT_EQ(ThreadTitle(session.m_doc, session.Thread(5, 6)), path + " - Process: 5 Thread: 6");
-    EXPECT_EQ(ProcessCaption(session.Process(5)), " Process: 5");
-    EXPECT_EQ(ThreadCaption(session.Thread(5, 6)), " Process: 5 Thread: 6");
+    EXPECT_EQ(TitleOf(session.m_doc, Selection(session.Process(5))), path + " - Process: 5");
+    EXPECT_EQ(TitleOf(session.m_doc, Selection(session.Thread(5, 6))), path + " - Process: 5 Thread: 6");
+    EXPECT_EQ(TitleOf(session.m_doc, Selection()), path);
     const TestSession jas(JASLog({JASLine("08:00:00,000", "ZOE", "x")}));
-    EXPECT_EQ(UserTitle(jas.m_doc, jas.User("ZOE")), jas.m_file.Path() + " - User: ZOE");
-    EXPECT_EQ(UserCaption(jas.User("ZOE")), " User: ZOE");
+    EXPECT_EQ(TitleOf(jas.m_doc, Selection(jas.User("ZOE"))), jas.m_file.Path() + " - User: ZOE");
 }
 
 } // namespace carvelot::test

@@ -1,6 +1,7 @@
 #include "ui/SessionSupport.h"
 
 #include "platform/DateText.h"
+#include "ui/app/Requests.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/cachebrowser/CacheFrame.h"

@@ -1,7 +1,7 @@
 #include "ui/UiSupport.h"
 
 #include "platform/Registry.h"
-#include "ui/kit/CustomizeDlg.h"
+#include "ui/app/CustomizeDlg.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/ToolBar.h"

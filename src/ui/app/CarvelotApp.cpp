@@ -31,6 +31,7 @@ CCarvelotApp& theApp() {
 CCarvelotApp::CCarvelotApp()
     : m_pJDESettings(MakeJDESettingsStore(m_jdeSettings)), m_fnInitializeOle(platform::InitializeOle),
       m_fnAddDocTemplates(AddDocTemplates) {
+    SetSettings(*this);
     AddCommand(ID_APP_ABOUT, [this] { OnAppAbout(); });
     AddCommand(
         ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });

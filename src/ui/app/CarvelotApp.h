@@ -10,6 +10,7 @@
 #include "tools/JDESettings.h"
 #include "ui/kit/CommandTarget.h"
 #include "ui/kit/Document.h"
+#include "ui/tools/Settings.h"
 
 #include <cstdint>
 #include <functional>
@@ -22,16 +23,6 @@ class QDialog;
 namespace carvelot {
 
 class CMainFrame;
-
-// The store of JDE settings as the application object needs it around its dialog.
-class CJDESettingsStore {
-public:
-    virtual ~CJDESettingsStore() = default;
-    virtual bool HasWebApplication() const = 0;
-    virtual void ReadLogProperties() = 0;
-    virtual void ReadIni() = 0;
-    virtual std::unique_ptr<QDialog> MakeDialog() = 0;
-};
 
 // The program's windows are one group on the task bar.
 inline constexpr char kProgramIdentifier[] = "Tamrisk.Carvelot.2.0";

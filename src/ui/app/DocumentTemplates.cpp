@@ -1,4 +1,5 @@
 #include "ui/app/CarvelotApp.h"
+#include "ui/app/Requests.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/cachebrowser/CacheFrame.h"
 #include "ui/kit/Icons.h"
@@ -9,12 +10,23 @@ namespace carvelot {
 
 void AddDocTemplates(CCarvelotApp& app) {
     app.AddDocTemplate(std::make_unique<CDocTemplate>(
-        EMenuState::Session, SessionIcon(), [] { return std::unique_ptr<CDocument>(new CSessionDocument); },
+        EMenuState::Session, SessionIcon(),
+        [&app] {
+            auto pDocument = std::make_unique<CSessionDocument>(app.m_pendingStatement);
+            ConnectRequests(*pDocument);
+            return std::unique_ptr<CDocument>(std::move(pDocument));
+        },
         [](CDocument& document) {
             return std::unique_ptr<CMDIChildWnd>(new CChildFrame(static_cast<CSessionDocument&>(document)));
         }));
     app.m_pCacheTemplate = &app.AddDocTemplate(std::make_unique<CDocTemplate>(
-        EMenuState::Cache, CacheIcon(), [] { return std::unique_ptr<CDocument>(new CCacheDocument); },
+        EMenuState::Cache, CacheIcon(),
+        [&app] {
+            auto pDocument = std::make_unique<CCacheDocument>();
+            pDocument->Cache().m_pfnFormatMathNumeric =
+                reinterpret_cast<FFormatMathNumeric>(app.m_pfnFormatMathNumeric);
+            return std::unique_ptr<CDocument>(std::move(pDocument));
+        },
         [](CDocument& document) {
             return std::unique_ptr<CMDIChildWnd>(new CCacheFrame(static_cast<CCacheDocument&>(document)));
         }));

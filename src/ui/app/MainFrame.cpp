@@ -1,9 +1,10 @@
 #include "ui/app/MainFrame.h"
+#include "ui/app/Requests.h"
 
 #include "settings/AppSettings.h"
 #include "ui/app/CarvelotApp.h"
+#include "ui/app/CustomizeDlg.h"
 #include "ui/kit/AutoHide.h"
-#include "ui/kit/CustomizeDlg.h"
 #include "ui/kit/Document.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
@@ -107,9 +108,12 @@ CMainFrame::~CMainFrame() {
     delete m_pAutoHide; // before the panes that it looks after
     if (s_pMainFrame == this)
         s_pMainFrame = nullptr;
+    CSessionPanes::Leave();
+    CMainWindow::Leave();
 }
 
 bool CMainFrame::LoadFrame() {
+    ConnectRequests(*this);
     m_pClientArea = new CTabbedClientArea;
     setCentralWidget(m_pClientArea);
     MakeCommands();
@@ -452,27 +456,6 @@ void CMainFrame::SaveState() const {
         listImages << QStringLiteral("%1=%2").arg(nId).arg(nImage);
     WriteWorkspaceString("UserImages", ToUtf8(listImages.join(QLatin1Char(','))));
     m_habits.Save();
-}
-
-void CMainFrame::ClearPanes() {
-    m_pPanesOwner = nullptr;
-    m_wndSQLPane.ClearList();
-    m_wndCachePane.ClearTree();
-    m_wndBSFNPane.ClearList();
-    m_wndLongTasksPane.ClearList();
-    m_wndErrorPane.ClearList();
-    m_wndTimingGapsPane.ClearList();
-    for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{
-             &m_wndBSFNPane, &m_wndSQLPane, &m_wndCachePane, &m_wndLongTasksPane, &m_wndErrorPane})
-        pPane->SetCaption({});
-}
-
-void CMainFrame::LetGo(const CCarvelotDoc& session) {
-    m_wndFindPane.LetGo(session);
-    m_wndCachePane.LetGo(session);
-    m_wndLongTasksPane.LetGo(session);
-    m_wndErrorPane.LetGo(session);
-    m_wndTimingGapsPane.LetGo(session);
 }
 
 CMDIChildWnd* CMainFrame::ActiveChild() const { return m_pClientArea->ActiveChild(); }

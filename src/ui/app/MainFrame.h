@@ -4,16 +4,10 @@
 #include "settings/Commands.h"
 #include "ui/kit/CommandTarget.h"
 #include "ui/kit/Document.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/PersonalMenu.h"
 #include "ui/live/ProcessPane.h"
-#include "ui/session/BSFNPane.h"
-#include "ui/session/CachePane.h"
-#include "ui/session/ErrorPane.h"
-#include "ui/session/FindPane.h"
-#include "ui/session/LongTasksPane.h"
-#include "ui/session/RawDataPane.h"
-#include "ui/session/SQLPane.h"
-#include "ui/session/TimingGapsPane.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -44,7 +38,7 @@ private:
     QList<QIcon> m_listImages;
 };
 
-class CMainFrame : public QMainWindow, public CCommandTarget {
+class CMainFrame : public CMainWindow, public CSessionPanes {
     Q_OBJECT
 
 public:
@@ -54,45 +48,25 @@ public:
     // Builds the window; its last step fills the process list.
     bool LoadFrame();
 
-    // The panes. Others reach them through the main window and nothing else.
-    CSQLPane m_wndSQLPane;
-    CFindPane m_wndFindPane;
-    CErrorPane m_wndErrorPane;
-    CBSFNPane m_wndBSFNPane;
-    CTimingGapsPane m_wndTimingGapsPane;
-    CRawDataPane m_wndRawDataPane;
-    CLongTasksPane m_wndLongTasksPane;
-    CCachePane m_wndCachePane;
     CProcessPane m_wndProcessPane;
 
-    // The window whose selection the shared panes show; null after they were emptied.
-    QPointer<CMDIChildWnd> m_pPanesOwner;
-
-    // Empties the panes that all sessions share, and their captions. Find and Raw Data stay as they are.
-    void ClearPanes();
-    // To be called before a session's records go: the panes that show them are emptied, and Find keeps what
-    // it shows.
-    void LetGo(const CCarvelotDoc& session);
-
-    CTabbedClientArea& ClientArea() const { return *m_pClientArea; }
-    CMDIChildWnd* ActiveChild() const;
+    CTabbedClientArea& ClientArea() const override { return *m_pClientArea; }
+    CMDIChildWnd* ActiveChild() const override;
     CAutoHide& AutoHide() const { return *m_pAutoHide; }
-    QList<CDockablePane*> Panes(); // in the order of their tabs
+    QList<CDockablePane*> Panes() override;
 
     // Sets a look from 205 to 219 and stores its number.
     void OnApplicationLook(int nId);
     void RestoreDefaultLayout();
     void SaveState() const;
-    // Opens the "Edit" context menu at a screen position for the control with the focus.
-    void ShowEditMenu(const QPoint& screen);
-    // Progress of a load in the status bar, 0 to 100; it is painted at once. Below 0 hides it.
-    void ShowProgress(int nPercent);
+    void ShowEditMenu(const QPoint& screen) override;
+    void ShowProgress(int nPercent) override;
     // Brings every command's state up to date; at once, or with Schedule when the present event is done.
     void UpdateCommands();
     void ScheduleUpdate();
 
     // What the Customize dialog works on.
-    QAction* CommandAction(int nId) const;
+    QAction* CommandAction(int nId) const override;
     bool RunCommand(int nId);
     QList<CToolBar*> ToolBars() const;
     CToolBar* NewUserToolBar(const QString& strTitle); // null when ten exist

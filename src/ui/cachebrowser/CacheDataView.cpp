@@ -1,7 +1,6 @@
 #include "ui/cachebrowser/CacheDataView.h"
 
 #include "text/Columns.h"
-#include "ui/app/CarvelotApp.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/TreeCtrl.h"
 
@@ -78,9 +77,9 @@ int CCacheDataModel::columnCount(const QModelIndex& parent) const {
 QVariant CCacheDataModel::data(const QModelIndex& index, int nRole) const {
     if (!index.isValid() || nRole != Qt::DisplayRole)
         return {};
-    return ToQString(WithReplacements(
-        m_cache.CellText(static_cast<std::size_t>(index.row()), static_cast<std::size_t>(index.column()),
-                         reinterpret_cast<FFormatMathNumeric>(theApp().m_pfnFormatMathNumeric))));
+    return ToQString(WithReplacements(m_cache.CellText(static_cast<std::size_t>(index.row()),
+                                                       static_cast<std::size_t>(index.column()),
+                                                       m_cache.m_pfnFormatMathNumeric)));
 }
 
 QVariant CCacheDataModel::headerData(int nSection, Qt::Orientation nOrientation, int nRole) const {

@@ -1,9 +1,8 @@
 #include "ui/cachebrowser/CacheDocument.h"
 
 #include "cachebrowser/CacheFetch.h"
-#include "ui/app/CarvelotApp.h"
-#include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/kit/WaitCursor.h"
@@ -90,7 +89,7 @@ void CCacheDocument::OnRefreshData() {
         CCompanionFetch fetch;
         m_cache.OnRefreshData(fetch, *this);
     }
-    if (CMainFrame* pMain = MainFrame())
+    if (CMainWindow* const pMain = MainWindow())
         pMain->statusBar()->clearMessage();
     m_bFetching = false;
 }
@@ -98,7 +97,7 @@ void CCacheDocument::OnRefreshData() {
 bool CCacheDocument::StopFetch() {
     if (m_sinceLook.elapsed() < kLookMilliseconds)
         return false;
-    if (CMainFrame* pMain = MainFrame())
+    if (CMainWindow* const pMain = MainWindow())
         pMain->statusBar()->showMessage(tr("Rows so far: %1. Esc stops.").arg(m_cache.Rows().Size()));
     CEscWatch watch;
     QCoreApplication::processEvents();
@@ -110,36 +109,6 @@ void CCacheDocument::OnDefineStructure() {
     CCacheDlg dialog(m_cache);
     if (UserInterface().RunDialog(dialog) == QDialog::Accepted)
         m_cache.OnStructureDefined();
-}
-
-void BrowseCache(std::uint32_t nProcess, std::string_view strHandle, std::string_view strName,
-                 std::string_view strInstance) {
-    CDocTemplate* const pTemplate = theApp().m_pCacheTemplate;
-    if (pTemplate == nullptr)
-        return;
-    CDocument* const pNew = pTemplate->CreateNewDocument();
-    auto* const pDocument = qobject_cast<CCacheDocument*>(pNew);
-    if (pDocument == nullptr) {
-        if (pNew != nullptr)
-            pTemplate->CloseDocument(*pNew);
-        return;
-    }
-    CCacheDoc& cache = pDocument->Cache();
-    // The texts may be a session's, which need not outlive the first message.
-    cache.m_processId = nProcess;
-    cache.m_strHandle = strHandle;
-    cache.m_strName = strName;
-    cache.m_strInstance = strInstance;
-    cache.m_bCacheValid = theApp().CacheLive(nProcess, ToQString(cache.m_strHandle));
-    CCacheDlg dialog(cache);
-    const bool bOk = UserInterface().RunDialog(dialog) == QDialog::Accepted;
-    CMDIChildWnd* const pFrame = bOk ? pTemplate->CreateNewFrame(*pDocument) : nullptr;
-    if (pFrame == nullptr) {
-        pTemplate->CloseDocument(*pDocument);
-        return;
-    }
-    pDocument->SetTitle(QStringLiteral("Cache Browser: ") + ToQString(cache.m_strName));
-    pTemplate->InitialUpdateFrame(*pFrame);
 }
 
 } // namespace carvelot

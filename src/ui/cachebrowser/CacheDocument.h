@@ -32,8 +32,4 @@ private:
     QElapsedTimer m_sinceLook;
 };
 
-// "Browse Data": runs the dialog on a new document of that cache, and opens its window when it ends with OK.
-void BrowseCache(std::uint32_t nProcess, std::string_view strHandle, std::string_view strName,
-                 std::string_view strInstance);
-
 } // namespace carvelot

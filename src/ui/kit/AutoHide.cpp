@@ -1,7 +1,8 @@
 #include "ui/kit/AutoHide.h"
 
-#include "ui/app/MainFrame.h"
+#include "ui/kit/DockablePane.h"
 #include "ui/kit/LookStyle.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/TabbedClientArea.h"
 
 #include <QAbstractButton>
@@ -199,7 +200,7 @@ private:
     Qt::DockWidgetArea m_nEdge = Qt::BottomDockWidgetArea;
 };
 
-CAutoHide::CAutoHide(CMainFrame& frame)
+CAutoHide::CAutoHide(CMainWindow& frame)
     : m_frame(frame), m_pStore(new QWidget(&frame)), m_pSlide(new CAutoHideSlide(*this, &frame)) {
     m_pStore->hide();
     for (const CEdge& edge : kEdges) {

@@ -16,13 +16,13 @@ namespace carvelot {
 class CAutoHideSlide;
 class CAutoHideTab;
 class CDockablePane;
-class CMainFrame;
+class CMainWindow;
 
 class CAutoHide : public QObject {
     Q_OBJECT
 
 public:
-    explicit CAutoHide(CMainFrame& frame);
+    explicit CAutoHide(CMainWindow& frame);
     ~CAutoHide() override;
 
     bool IsFolded(const CDockablePane& pane) const;
@@ -69,7 +69,7 @@ private:
     void OnFocusChanged(QWidget* pOld, QWidget* pNow);
     void OnWatch();
 
-    CMainFrame& m_frame;
+    CMainWindow& m_frame;
     QWidget* m_pStore; // never shown: where folded panes wait
     CAutoHideSlide* m_pSlide;
     std::map<Qt::DockWidgetArea, QToolBar*> m_mapStrips;

@@ -1,8 +1,7 @@
 #include "ui/kit/DockablePane.h"
 
-#include "ui/app/CarvelotApp.h"
-#include "ui/app/MainFrame.h"
 #include "ui/kit/LookStyle.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/Text.h"
 
 #include <QAbstractButton>
@@ -98,7 +97,7 @@ QFont CellFont(const QString& strFace, int nHeight) {
     return font;
 }
 
-QFont SettingsFont() { return CellFont(ToQString(theApp().m_strFontName), theApp().m_nFontHeight); }
+QFont SettingsFont() { return CellFont(ToQString(Settings().m_strFontName), Settings().m_nFontHeight); }
 
 CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QSize initial)
     : QDockWidget(strTitle), m_pPin(new CPinButton(*this)), m_pClient(new CPaneClient(initial)) {
@@ -202,7 +201,7 @@ void CDockablePane::UseEditMenu(QWidget* pEdit) {
     pEdit->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(pEdit, &QWidget::customContextMenuRequested, this, [pEdit](const QPoint& point) {
         pEdit->setFocus(Qt::MouseFocusReason);
-        if (CMainFrame* pMain = MainFrame())
+        if (CMainWindow* const pMain = MainWindow())
             pMain->ShowEditMenu(pEdit->mapToGlobal(point));
     });
 }

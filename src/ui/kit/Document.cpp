@@ -1,6 +1,6 @@
 #include "ui/kit/Document.h"
 
-#include "ui/app/MainFrame.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
 
@@ -75,7 +75,7 @@ CDocument* CDocTemplate::CreateNewDocument() {
 CMDIChildWnd* CDocTemplate::CreateNewFrame(CDocument& document) { return m_fnFrame(document).release(); }
 
 void CDocTemplate::InitialUpdateFrame(CMDIChildWnd& frame) {
-    if (CMainFrame* pMain = MainFrame())
+    if (CMainWindow* const pMain = MainWindow())
         pMain->ClientArea().AddChild(frame, m_icon);
 }
 
@@ -89,7 +89,7 @@ void CDocTemplate::CloseDocument(CDocument& document) {
     // The call may come from inside the window that goes: it leaves the screen now and memory later, always
     // before the document that its views look at.
     if (CMDIChildWnd* pFrame = pDocument->m_pFrame) {
-        if (CMainFrame* pMain = MainFrame())
+        if (CMainWindow* const pMain = MainWindow())
             pMain->ClientArea().RemoveChild(*pFrame);
         pFrame->deleteLater();
     }

@@ -2,7 +2,7 @@
 
 #include "settings/Commands.h"
 #include "text/Numbers.h"
-#include "ui/app/MainFrame.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/Text.h"
 
 #include <QMenu>
@@ -31,7 +31,7 @@ public:
 
 } // namespace
 
-CToolBar::CToolBar(CMainFrame& frame, int nId, const QString& strTitle, const QString& strName,
+CToolBar::CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const QString& strName,
                    std::vector<int> listDefault)
     : QToolBar(strTitle), m_frame(frame), m_nId(nId), m_listDefault(std::move(listDefault)) {
     setObjectName(strName);

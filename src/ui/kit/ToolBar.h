@@ -9,14 +9,14 @@ class QMenu;
 
 namespace carvelot {
 
-class CMainFrame;
+class CMainWindow;
 
 class CToolBar : public QToolBar {
     Q_OBJECT
 
 public:
     // nId is the toolbar's number, strName what a stored layout knows it by.
-    CToolBar(CMainFrame& frame, int nId, const QString& strTitle, const QString& strName,
+    CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const QString& strName,
              std::vector<int> listDefault);
 
     int Id() const { return m_nId; }
@@ -34,7 +34,7 @@ public:
 private:
     void FillCustomizeMenu(QMenu& menu);
 
-    CMainFrame& m_frame;
+    CMainWindow& m_frame;
     int m_nId;
     std::vector<int> m_listDefault;
     std::vector<int> m_listCommands;

@@ -1,9 +1,8 @@
 #include "ui/live/ProcessPane.h"
 
 #include "settings/Commands.h"
-#include "ui/app/CarvelotApp.h"
 #include "ui/kit/Icons.h"
-#include "ui/kit/PathText.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 
@@ -94,13 +93,16 @@ bool CProcessPane::EnumerateProcesses(std::vector<platform::ProcessEntry>& listP
     return m_fnEnumerateProcesses(listProcesses);
 }
 
-const std::vector<tagTraceApp>& CProcessPane::TraceApps() const { return theApp().m_traceApps; }
+const std::vector<tagTraceApp>& CProcessPane::TraceApps() const { return Settings().m_traceApps; }
 
-FGetSetProcInfo CProcessPane::GetSetProcInfo() const { return theApp().m_pfnGetSetProcInfo; }
+FGetSetProcInfo CProcessPane::GetSetProcInfo() const {
+    return m_fnGetSetProcInfo ? m_fnGetSetProcInfo() : nullptr;
+}
 
 void CProcessPane::AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
                                   std::int32_t nProcess) {
-    theApp().AnalyzeProcess(ToQString(strImageName), PathToQString(strDebugFile), nProcess);
+    if (m_fnAnalyze)
+        m_fnAnalyze(strImageName, strDebugFile, nProcess);
 }
 
 void CProcessPane::BeginRebuild() {
@@ -134,10 +136,10 @@ void CProcessPane::RowChanged(std::size_t nRow) {
 
 void CProcessPane::RestartTimer() {
     m_pTimer->stop();
-    if (!theApp().m_bAutoRefresh)
+    if (!Settings().m_bAutoRefresh)
         return;
     // The period wraps at 32 bits and is kept between the least and the most that a window timer has.
-    const std::uint32_t nPeriod = static_cast<std::uint32_t>(theApp().m_nRefreshRate) * 1000U;
+    const std::uint32_t nPeriod = static_cast<std::uint32_t>(Settings().m_nRefreshRate) * 1000U;
     m_pTimer->start(static_cast<int>(std::clamp(nPeriod, 10U, 0x7FFFFFFFU)));
 }
 

@@ -32,6 +32,12 @@ public:
     bool IsTimerRunning() const;
     int TimerPeriod() const; // milliseconds
 
+    // The wish to analyse a process, and the companion library's entry point, or null.
+    std::function<void(const std::string& strImageName, const std::string& strDebugFile,
+                       std::int32_t nProcess)>
+        m_fnAnalyze;
+    std::function<FGetSetProcInfo()> m_fnGetSetProcInfo;
+
     // What a refresh does, and where the processes come from; replaceable by tests.
     std::function<void()> m_fnRefresh;
     std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;

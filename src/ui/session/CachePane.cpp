@@ -1,8 +1,6 @@
 #include "ui/session/CachePane.h"
 
 #include "settings/Commands.h"
-#include "ui/app/CarvelotApp.h"
-#include "ui/cachebrowser/CacheDocument.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
@@ -41,7 +39,7 @@ void CCacheTree::OfferMenu(const QModelIndex& index, const QPoint& screen) {
     if (pCache == nullptr)
         return;
     SelectIndex(index);
-    if (!theApp().CacheLive(pCache->m_processId, ToQString(pCache->m_strHandle)))
+    if (!m_fnIsLive || !m_fnIsLive(*pCache))
         return;
     QMenu menu;
     QAction* const pBrowse = menu.addAction(CommandIcon(ID_CACHE_BROWSE_DATA), QStringLiteral("Browse Data"));
@@ -52,8 +50,8 @@ void CCacheTree::OfferMenu(const QModelIndex& index, const QPoint& screen) {
 
 void CCacheTree::OnBrowseData() {
     const CCacheAnalysis::CCache* const pCache = m_model.Cache(SelectedIndex());
-    if (pCache != nullptr)
-        BrowseCache(pCache->m_processId, pCache->m_strHandle, pCache->m_strName, pCache->m_strInstance);
+    if (pCache != nullptr && m_fnBrowse)
+        m_fnBrowse(*pCache);
 }
 
 void CCacheTree::mouseDoubleClickEvent(QMouseEvent* pEvent) {

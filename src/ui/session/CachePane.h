@@ -20,6 +20,9 @@ public:
 
     // Answers a double click or Enter on an operation.
     std::function<void(RecordIndex record)> m_fnOpenRecord;
+    // Does a cache still answer in its process? And the wish to browse one that does.
+    std::function<bool(const CCacheAnalysis::CCache& cache)> m_fnIsLive;
+    std::function<void(const CCacheAnalysis::CCache& cache)> m_fnBrowse;
 
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;

@@ -1,7 +1,8 @@
 #include "ui/session/ChildFrame.h"
 
-#include "ui/app/MainFrame.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QEvent>
 #include <QVBoxLayout>
@@ -31,20 +32,20 @@ CChildFrame::CChildFrame(CSessionDocument& document)
 void CChildFrame::OnSetFocus() { m_pThreadView->RefreshPanes(); }
 
 void CChildFrame::OnClose() {
-    CMainFrame* pMain = MainFrame();
-    if (pMain == nullptr)
+    CSessionPanes* const pPanes = SessionPanes();
+    if (pPanes == nullptr)
         return;
-    if (pMain->m_wndFindPane.Searched() == &m_document)
-        pMain->m_wndFindPane.ClearList();
-    pMain->ClearPanes();
+    if (pPanes->m_wndFindPane.Searched() == &m_document)
+        pPanes->m_wndFindPane.ClearList();
+    pPanes->ClearPanes();
 }
 
 bool CChildFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
     // The closing of another session has emptied the panes under this one: work in this window fills them
     // again.
     if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::MouseButtonPress) {
-        CMainFrame* pMain = MainFrame();
-        if (pMain != nullptr && pMain->ActiveChild() == this && pMain->m_pPanesOwner != this)
+        const CMainWindow* const pMain = MainWindow();
+        if (pMain != nullptr && pMain->ActiveChild() == this && SessionPanes()->m_pPanesOwner != this)
             m_pThreadView->RefreshPanes();
     }
     return CMDIChildWnd::eventFilter(pObject, pEvent);

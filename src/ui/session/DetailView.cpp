@@ -1,13 +1,14 @@
 #include "ui/session/DetailView.h"
 
-#include "ui/app/MainFrame.h"
 #include "ui/kit/Icons.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/kit/WaitCursor.h"
 #include "ui/session/ChildFrame.h"
 #include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>
@@ -77,6 +78,21 @@ void CDetailView::FillDetails(bool singleThread, std::span<const RecordIndex> re
         m_model.EndChange();
 }
 
+void CDetailView::Show(const Selection& selection) {
+    if (const CProcess* const pProcess = selection.Process()) {
+        SetRedraw(false);
+        ResetTree();
+        // One thread after the other: they are not merged by time.
+        for (const auto& pThread : pProcess->m_listThreads)
+            FillDetails(false, pThread->m_listDetails);
+        SetRedraw(true);
+    } else if (const CThread* const pThread = selection.Thread()) {
+        FillDetails(true, pThread->m_listDetails);
+    } else if (const CJASUser* const pUser = selection.User()) {
+        FillDetails(true, pUser->m_listDetails);
+    }
+}
+
 void CDetailView::SelectRecord(RecordIndex record) {
     const CDetailTree::Node node = m_tree.NodeOf(record);
     if (node == CDetailTree::kRoot)
@@ -86,7 +102,7 @@ void CDetailView::SelectRecord(RecordIndex record) {
 }
 
 void CDetailView::SetFocusToTree() {
-    CMainFrame* pMain = MainFrame();
+    CMainWindow* pMain = MainWindow();
     CMDIChildWnd* pFrame = m_document.GetFrame();
     // The session of a row need not be the one in front.
     if (pMain != nullptr && pFrame != nullptr && pMain->ActiveChild() != pFrame)
@@ -96,8 +112,8 @@ void CDetailView::SetFocusToTree() {
 }
 
 void CDetailView::OnSelectionChanged() {
-    if (CMainFrame* pMain = MainFrame())
-        pMain->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
 }
 
 void CDetailView::mousePressEvent(QMouseEvent* pEvent) {

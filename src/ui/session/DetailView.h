@@ -1,6 +1,7 @@
 // DetailView.h - the session window's right side: the call tree of what is selected on its left.
 #pragma once
 
+#include "session/Selection.h"
 #include "session/SessionHost.h"
 #include "trees/DetailTree.h"
 #include "ui/kit/TreeCtrl.h"
@@ -22,6 +23,8 @@ public:
     void SelectRecord(RecordIndex record) override;
     void SetFocusToTree() override;
 
+    // Shows the records of what is selected; of nothing, what is shown stays.
+    void Show(const Selection& selection);
     // See CDetailTree. A single thread's fill takes the font from the settings anew.
     void FillDetails(bool singleThread, std::span<const RecordIndex> records);
     // Off: several changes follow that are shown together when it is switched on again.

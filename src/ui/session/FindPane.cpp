@@ -2,8 +2,8 @@
 
 #include "lists/RowSource.h"
 #include "settings/Commands.h"
-#include "ui/app/MainFrame.h"
 #include "ui/kit/Icons.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/WaitCursor.h"
 
@@ -51,7 +51,7 @@ CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {
 }
 
 void CFindPane::OnFind() {
-    CMainFrame* pMain = MainFrame();
+    CMainWindow* pMain = MainWindow();
     CMDIChildWnd* pChild = pMain != nullptr ? pMain->ActiveChild() : nullptr;
     auto* pDocument =
         pChild != nullptr ? qobject_cast<CSessionDocument*>(pChild->GetActiveDocument()) : nullptr;

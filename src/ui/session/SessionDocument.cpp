@@ -1,13 +1,13 @@
 #include "ui/session/SessionDocument.h"
 
-#include "ui/app/CarvelotApp.h"
-#include "ui/app/MainFrame.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/PathText.h"
+#include "ui/session/SessionPanes.h"
 
 namespace carvelot {
 
-CSessionDocument::CSessionDocument()
-    : m_host(*this), m_session(theApp(), theApp().m_pendingStatement, m_host) {
+CSessionDocument::CSessionDocument(PendingStatement& pending)
+    : m_host(*this), m_session(Settings(), pending, m_host) {
     AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
     AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
@@ -15,8 +15,8 @@ CSessionDocument::CSessionDocument()
 
 CSessionDocument::~CSessionDocument() {
     // Close All asks no window: what the panes still show of this session lets go of its records here.
-    if (CMainFrame* pMain = MainFrame())
-        pMain->LetGo(m_session);
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->LetGo(m_session);
 }
 
 bool CSessionDocument::OnNewDocument() {

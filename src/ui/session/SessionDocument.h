@@ -12,7 +12,8 @@ class CSessionDocument : public CDocument {
     Q_OBJECT
 
 public:
-    CSessionDocument();
+    // `pending` is the JAS classifier's memory, which outlives every session.
+    explicit CSessionDocument(PendingStatement& pending);
     ~CSessionDocument() override;
 
     bool OnNewDocument() override;
@@ -20,6 +21,10 @@ public:
 
     CCarvelotDoc& Session() { return m_session; }
     const CCarvelotDoc& Session() const { return m_session; }
+
+signals:
+    // The log was opened by hand: it belongs among the recent files.
+    void Opened(const QString& strPath);
 
 private:
     CSessionHost m_host;

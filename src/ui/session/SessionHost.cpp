@@ -1,14 +1,14 @@
 #include "ui/session/SessionHost.h"
 
 #include "platform/ShellOpen.h"
-#include "ui/app/CarvelotApp.h"
-#include "ui/app/MainFrame.h"
+#include "ui/kit/MainWindow.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/session/ChildFrame.h"
 #include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QApplication>
 
@@ -29,18 +29,18 @@ void CSessionHost::BeginWaitCursor() { QApplication::setOverrideCursor(Qt::WaitC
 
 void CSessionHost::EndWaitCursor() {
     QApplication::restoreOverrideCursor();
-    if (CMainFrame* pMain = MainFrame())
+    if (CMainWindow* const pMain = MainWindow())
         pMain->ShowProgress(-1);
 }
 
 void CSessionHost::LoadProgress(std::uint64_t done, std::uint64_t total) {
-    if (CMainFrame* pMain = MainFrame(); pMain != nullptr && total != 0)
+    if (CMainWindow* const pMain = MainWindow(); pMain != nullptr && total != 0)
         pMain->ShowProgress(static_cast<int>(std::min(done, total) * 100 / total));
 }
 
 void CSessionHost::ClearPanes() {
-    if (CMainFrame* pMain = MainFrame())
-        pMain->ClearPanes();
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->ClearPanes();
 }
 
 void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
@@ -48,7 +48,7 @@ void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
 }
 
 void CSessionHost::AddToRecentFileList(const std::string& path) {
-    theApp().AddToRecentFileList(PathToQString(path));
+    emit m_document.Opened(PathToQString(path));
 }
 
 std::optional<std::string> CSessionHost::AskForLog() {
@@ -62,7 +62,7 @@ std::optional<std::string> CSessionHost::AskForLog() {
 void CSessionHost::OpenInShell(const std::string& path) { platform::OpenInItsProgram(path); }
 
 void CSessionHost::ActivateSession(CCarvelotDoc&) {
-    CMainFrame* pMain = MainFrame();
+    CMainWindow* const pMain = MainWindow();
     auto* pFrame = qobject_cast<CChildFrame*>(m_document.GetFrame());
     if (pMain == nullptr || pFrame == nullptr)
         return;

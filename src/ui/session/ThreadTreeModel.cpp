@@ -48,6 +48,15 @@ const CJASUser* CThreadTreeModel::User(const QModelIndex& index) const {
                : nullptr;
 }
 
+Selection CThreadTreeModel::Selected(const QModelIndex& index) const {
+    if (const CProcess* const pProcess = Process(index))
+        return Selection(*pProcess);
+    if (const CThread* const pThread = Thread(index))
+        return Selection(*pThread);
+    const CJASUser* const pUser = User(index);
+    return pUser != nullptr ? Selection(*pUser) : Selection();
+}
+
 QModelIndex CThreadTreeModel::IndexOf(const CThread& thread) const {
     const CProcess* pProcess = m_session.FindProcess(thread.m_nProcessID);
     if (m_nContent != EContent::Processes || pProcess == nullptr)

@@ -1,7 +1,7 @@
 // ThreadTreeModel.h - a session's processes and threads, or its users, as a tree shows them.
 #pragma once
 
-#include "session/CarvelotDoc.h"
+#include "session/Selection.h"
 
 #include <QAbstractItemModel>
 #include <QIcon>
@@ -26,6 +26,7 @@ public:
     const CProcess* Process(const QModelIndex& index) const;
     const CThread* Thread(const QModelIndex& index) const;
     const CJASUser* User(const QModelIndex& index) const;
+    Selection Selected(const QModelIndex& index) const;
     QModelIndex IndexOf(const CThread& thread) const;
     QModelIndex IndexOf(const CJASUser& user) const;
 

@@ -1,7 +1,6 @@
 #include "ui/session/ThreadView.h"
 
 #include "trees/ThreadTree.h"
-#include "ui/app/MainFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
@@ -9,6 +8,7 @@
 #include "ui/session/DetailView.h"
 #include "ui/session/MessageDlg.h"
 #include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QContextMenuEvent>
 #include <QMenu>
@@ -40,8 +40,8 @@ CThreadView::~CThreadView() {
 
 void CThreadView::ClearTree() {
     // The records go next.
-    if (CMainFrame* pMain = MainFrame())
-        pMain->LetGo(m_document.Session());
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->LetGo(m_document.Session());
     m_model.Clear();
 }
 
@@ -72,77 +72,19 @@ CDetailView* CThreadView::DetailView() const {
 }
 
 void CThreadView::OnSelectionChanged() {
-    const CCarvelotDoc& session = m_document.Session();
-    CDetailView* pDetails = DetailView();
-    const QModelIndex index = SelectedIndex();
+    CDetailView* const pDetails = DetailView();
     if (pDetails == nullptr)
         return;
-    if (const CProcess* pProcess = m_model.Process(index)) {
-        pDetails->SetRedraw(false);
-        pDetails->ResetTree();
-        m_document.SetTitle(ToQString(ProcessTitle(session, *pProcess)));
-        // One thread after the other: they are not merged by time.
-        for (const auto& pThread : pProcess->m_listThreads)
-            pDetails->FillDetails(false, pThread->m_listDetails);
-        pDetails->SetRedraw(true);
-    } else if (const CThread* pThread = m_model.Thread(index)) {
-        m_document.SetTitle(ToQString(ThreadTitle(session, *pThread)));
-        pDetails->FillDetails(true, pThread->m_listDetails);
-    } else if (const CJASUser* pUser = m_model.User(index)) {
-        m_document.SetTitle(ToQString(UserTitle(session, *pUser)));
-        pDetails->FillDetails(true, pUser->m_listDetails);
-    }
+    const Selection selection = m_model.Selected(SelectedIndex());
+    if (selection.What() != Selection::Kind::Nothing)
+        m_document.SetTitle(ToQString(TitleOf(m_document.Session(), selection)));
+    pDetails->Show(selection);
     RefreshPanes();
 }
 
 void CThreadView::RefreshPanes() {
-    CMainFrame* pMain = MainFrame();
-    if (pMain == nullptr)
-        return;
-    const CCarvelotDoc& session = m_document.Session();
-    pMain->m_wndFindPane.DressForUsers(session.m_nLogFormat == LOG_FORMAT_JAS);
-    const QModelIndex index = SelectedIndex();
-    if (const CJASUser* pUser = m_model.User(index)) {
-        pMain->m_wndSQLPane.FillList(pUser->m_pSQLAnalysis);
-        pMain->m_wndBSFNPane.FillList(pUser->m_pBSFNAnalysis);
-        const QString strCaption = ToQString(UserCaption(*pUser));
-        pMain->m_wndBSFNPane.SetCaption(strCaption);
-        pMain->m_wndSQLPane.SetCaption(strCaption);
-        pMain->m_wndCachePane.SetCaption(strCaption);
-        pMain->m_wndLongTasksPane.SetCaption(strCaption);
-        pMain->m_wndErrorPane.SetCaption(strCaption);
-        pMain->m_wndLongTasksPane.FillList(m_document, pUser->m_pBSFNAnalysis, pUser->m_pSQLAnalysis);
-        pMain->m_wndErrorPane.FillList(m_document, pUser->m_listErrors);
-        pMain->m_wndTimingGapsPane.FillList(m_document);
-        pMain->m_wndCachePane.ClearTree();
-    } else if (const CProcess* pProcess = m_model.Process(index)) {
-        pMain->m_wndSQLPane.FillList(pProcess->m_pSQLAnalysis);
-        pMain->m_wndCachePane.FillTree(m_document, pProcess->m_pCacheAnalysis);
-        pMain->m_wndBSFNPane.FillList(pProcess->m_pBSFNAnalysis);
-        pMain->m_wndLongTasksPane.FillList(m_document, pProcess->m_pBSFNAnalysis, pProcess->m_pSQLAnalysis);
-        pMain->m_wndErrorPane.FillList(m_document, pProcess->m_listErrors);
-        pMain->m_wndTimingGapsPane.FillList(m_document);
-        const QString strCaption = ToQString(ProcessCaption(*pProcess));
-        pMain->m_wndBSFNPane.SetCaption(strCaption);
-        pMain->m_wndSQLPane.SetCaption(strCaption);
-        pMain->m_wndCachePane.SetCaption(strCaption);
-        pMain->m_wndLongTasksPane.SetCaption(strCaption);
-        pMain->m_wndErrorPane.SetCaption(strCaption);
-    } else if (const CThread* pThread = m_model.Thread(index)) {
-        // A thread has no caches and no gaps of its own: those two panes stay as they are.
-        pMain->m_wndSQLPane.FillList(pThread->m_pSQLAnalysis);
-        pMain->m_wndBSFNPane.FillList(pThread->m_pBSFNAnalysis);
-        pMain->m_wndLongTasksPane.FillList(m_document, pThread->m_pBSFNAnalysis, pThread->m_pSQLAnalysis);
-        pMain->m_wndErrorPane.FillList(m_document, pThread->m_listErrors);
-        const QString strCaption = ToQString(ThreadCaption(*pThread));
-        pMain->m_wndBSFNPane.SetCaption(strCaption);
-        pMain->m_wndSQLPane.SetCaption(strCaption);
-        pMain->m_wndLongTasksPane.SetCaption(strCaption);
-        pMain->m_wndErrorPane.SetCaption(strCaption);
-    } else {
-        pMain->ClearPanes();
-    }
-    pMain->m_pPanesOwner = m_document.GetFrame();
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->Show(m_document, m_model.Selected(SelectedIndex()));
 }
 
 void CThreadView::mousePressEvent(QMouseEvent* pEvent) {

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "tools/JDEPropSetting.h"
-#include "ui/app/CarvelotApp.h"
+#include "tools/JDESettings.h"
 
 #include <QDialog>
+
+#include <memory>
+#include <vector>
 
 namespace carvelot {
 
@@ -31,6 +34,16 @@ private:
     std::vector<CJDEPropSetting> m_listRows;
     CPropertyGrid* m_pGrid;
     QWidget* m_pButtons;
+};
+
+// The store of JDE settings as the application object needs it around its dialog.
+class CJDESettingsStore {
+public:
+    virtual ~CJDESettingsStore() = default;
+    virtual bool HasWebApplication() const = 0;
+    virtual void ReadLogProperties() = 0;
+    virtual void ReadIni() = 0;
+    virtual std::unique_ptr<QDialog> MakeDialog() = 0;
 };
 
 // What the application object runs around the dialog.

@@ -1,4 +1,4 @@
-#include "ui/kit/CustomizeDlg.h"
+#include "ui/app/CustomizeDlg.h"
 
 #include "settings/Commands.h"
 #include "ui/app/MainFrame.h"
