@@ -935,8 +935,11 @@ void CLookStyle::DrawTitle(const QStyleOption* pOption, QPainter* pPainter, cons
                  m_look.m_nId != ID_APPLOOK_WINDOWS_2000);
     pPainter->setPen(m_look.m_border);
     pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
+    constexpr int kMargin = 5;
+    const int nPin = pDock != nullptr ? 22 : 0;
+    const bool bMirrored = pTitle->direction == Qt::RightToLeft;
     const QRect label = subElementRect(SE_DockWidgetTitleBarText, pOption, pWidget)
-                            .adjusted(5, 0, pDock != nullptr ? -22 : 0, 0);
+                            .adjusted(bMirrored ? nPin : kMargin, 0, bMirrored ? -kMargin : -nPin, 0);
     pPainter->setPen(bActive ? m_look.m_activeTitleText : m_look.m_titleText);
     pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                        pPainter->fontMetrics().elidedText(pTitle->title, Qt::ElideRight, label.width()));

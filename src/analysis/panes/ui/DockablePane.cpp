@@ -130,7 +130,7 @@ void CDockablePane::SetPinned(bool bPinned) {
 }
 
 void CDockablePane::PlacePin() {
-    // Left of the buttons that the toolkit puts into a title; a floating pane has the system's title.
+    // Before the buttons that the toolkit puts at a title's end; a floating pane has the system's title.
     QRect beside;
     for (const char* pszName : {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton"}) {
         const auto* pButton = findChild<QAbstractButton*>(QLatin1String(pszName), Qt::FindDirectChildrenOnly);
@@ -138,8 +138,9 @@ void CDockablePane::PlacePin() {
             beside = pButton->geometry();
     }
     const bool bShow = m_fnPin && !isFloating() && !beside.isNull();
+    const int nStep = beside.width() + 1;
     if (bShow)
-        m_pPin->setGeometry(beside.translated(-beside.width() - 1, 0));
+        m_pPin->setGeometry(beside.translated(isRightToLeft() ? nStep : -nStep, 0));
     m_pPin->setVisible(bShow);
     m_pPin->raise();
 }
