@@ -572,8 +572,7 @@ void CMainFrame::NextPane(bool bForward) {
     if (const CMDIChildWnd* pChild = ActiveChild())
         listPanes = pChild->WindowPanes();
     for (CDockablePane* pPane : Panes()) {
-        // A pane behind another one's tab is not on the screen.
-        if (pPane->isVisible() && !pPane->visibleRegion().isEmpty())
+        if (pPane->IsInFront())
             listPanes << pPane->MainControl();
     }
     listPanes += m_pAutoHide->Strips();
@@ -614,7 +613,7 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
                 return;
             }
             // A pane behind another one's tab comes to the front first.
-            const bool bBehind = pPane->isVisible() && pPane->visibleRegion().isEmpty();
+            const bool bBehind = pPane->isVisible() && !pPane->IsInFront();
             pPane->setVisible(bShow || bBehind);
             if (bShow || bBehind) {
                 pPane->raise();
