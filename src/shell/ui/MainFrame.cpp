@@ -29,6 +29,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -40,6 +41,8 @@ namespace {
 
 // Stored layouts of another version are not applied.
 constexpr int kLayoutVersion = 1;
+// How long a maximized window may take to its size, in milliseconds.
+constexpr int kEnlarged = 1000;
 
 // A stored block: version, check sum, content. Anything else is no layout of ours.
 std::string Seal(const QByteArray& block) {
@@ -351,6 +354,7 @@ void CMainFrame::DockPanes() {
 }
 
 void CMainFrame::RestoreDefaultLayout() {
+    m_layout.clear();
     m_pAutoHide->PinAll();
     for (CDockablePane* pPane : Panes()) {
         pPane->setFloating(false);
@@ -380,13 +384,23 @@ void CMainFrame::RestoreState() {
         const QSize available = screen()->availableSize();
         resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
-    const QByteArray layout = Unseal(GetWorkspaceString("Layout", ""));
+    m_layout = Unseal(GetWorkspaceString("Layout", ""));
+    if (ApplyLayout()) {
+        m_bRaiseBSFN = false;
+        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+    } else {
+        RestoreDefaultLayout();
+    }
+    statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
+    SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
+}
+
+// Before the window shows, a layout says which panes are closed, float or are folded away; sizes of groups
+// and front tabs take effect in a window of its final size only, so that the layout is applied again then.
+bool CMainFrame::ApplyLayout() {
     for (CDockablePane* pPane : Panes())
         pPane->setAttribute(Qt::WA_DontShowOnScreen);
-    if (layout.isEmpty() || !restoreState(layout, kLayoutVersion))
-        RestoreDefaultLayout();
-    else
-        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+    const bool bApplied = !m_layout.isEmpty() && restoreState(m_layout, kLayoutVersion);
     // A floating pane that is on the screen before this window is no companion of it for the window manager
     // and would vanish behind it.
     for (CDockablePane* pPane : Panes()) {
@@ -396,8 +410,9 @@ void CMainFrame::RestoreState() {
         }
         pPane->setAttribute(Qt::WA_DontShowOnScreen, false);
     }
-    statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
-    SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
+    if (isVisible() && !m_listFloatLater.isEmpty())
+        QMetaObject::invokeMethod(this, &CMainFrame::ShowFloatingPanes, Qt::QueuedConnection);
+    return bApplied;
 }
 
 void CMainFrame::LoadUserToolBars() {
@@ -760,12 +775,22 @@ void CMainFrame::ShowFloatingPanes() {
 
 void CMainFrame::showEvent(QShowEvent* pEvent) {
     QMainWindow::showEvent(pEvent);
-    if (!m_listFloatLater.isEmpty())
-        QMetaObject::invokeMethod(this, &CMainFrame::ShowFloatingPanes, Qt::QueuedConnection);
-    if (!m_bRaiseBSFN)
+    if (std::exchange(m_bRaiseBSFN, false))
+        m_wndBSFNPane.raise();
+    if (m_layout.isEmpty())
         return;
-    m_bRaiseBSFN = false;
-    m_wndBSFNPane.raise();
+    ApplyLayout();
+    // The system enlarges the window after it has shown it.
+    if (isMaximized() || isFullScreen())
+        QTimer::singleShot(kEnlarged, this, [this] { m_layout.clear(); });
+    else
+        m_layout.clear();
+}
+
+void CMainFrame::resizeEvent(QResizeEvent* pEvent) {
+    QMainWindow::resizeEvent(pEvent);
+    if (isVisible() && !m_layout.isEmpty())
+        ApplyLayout();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {

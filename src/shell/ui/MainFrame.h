@@ -108,6 +108,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
@@ -122,6 +123,7 @@ private:
     void OnTabActivated(QDockWidget* pDock);
     void ShowFloatingPanes();
     void RestoreState();
+    bool ApplyLayout();
     void LoadUserToolBars();
     void FillToolBarMenu(QMenu& menu);
     void FillRecentFiles();
@@ -155,6 +157,7 @@ private:
     std::map<int, int> m_mapUserImages;
     CCustomizeDlg* m_pCustomizeDlg = nullptr;
     int m_nOffice2007;
+    QByteArray m_layout;                    // stored, until the window shows in its size
     QList<CDockablePane*> m_listFloatLater; // until the window is on the screen
     bool m_bRaiseBSFN = false;              // the default layout waits for the window to be shown
     bool m_bToolTips = true;
