@@ -164,6 +164,15 @@ private slots:
             pStandard->Reset();
         }
     }
+
+    void aLogIsDroppedAnywhereInTheWindow() {
+        CMainFrame& frame = m_pRun->Frame();
+        QVERIFY(m_pRun->Open("a.log", DebugLog({})) != nullptr);
+        for (CDockablePane* pPane : frame.Panes()) {
+            CSessionRun::ShowPane(*pPane);
+            QCOMPARE(PartsThatTakeNoCopy(frame), QStringList());
+        }
+    }
 };
 
 QTEST_MAIN(DockingTest)

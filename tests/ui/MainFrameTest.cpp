@@ -634,17 +634,74 @@ private slots:
         QVERIFY(!images.Load(m_pFolder->filePath("missing.bmp")));
     }
 
-    void aFileDroppedOnTheWindowOpens() {
+    void aFileDroppedOnTheWindowOpensAsACopyWhateverItsSourceProposes_data() {
+        QTest::addColumn<Qt::DropActions>("offered");
+        QTest::addColumn<Qt::KeyboardModifiers>("keys");
+        QTest::newRow("a copy") << Qt::DropActions(Qt::CopyAction) << Qt::KeyboardModifiers();
+        QTest::newRow("a copy or a move, a move with Shift")
+            << (Qt::CopyAction | Qt::MoveAction) << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("anything, a link with Ctrl and Shift")
+            << (Qt::CopyAction | Qt::MoveAction | Qt::LinkAction)
+            << (Qt::ControlModifier | Qt::ShiftModifier);
+    }
+
+    void aFileDroppedOnTheWindowOpensAsACopyWhateverItsSourceProposes() {
+        QFETCH(Qt::DropActions, offered);
+        QFETCH(Qt::KeyboardModifiers, keys);
         CFakeInterface user;
         const CRun run(*m_pFolder);
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        const bool bMove = keys == Qt::ShiftModifier;
+        const auto fnPropose = [&](QDropEvent& event) {
+            event.setDropAction(bMove ? Qt::MoveAction : event.proposedAction());
+            QCoreApplication::sendEvent(&run.Frame(), &event);
+            QVERIFY(event.isAccepted());
+            QCOMPARE(event.dropAction(), Qt::CopyAction);
+        };
+        QDragEnterEvent enter(QPoint(50, 50), offered, &data, Qt::LeftButton, keys);
+        fnPropose(enter);
+        QDragMoveEvent move(QPoint(60, 60), offered, &data, Qt::LeftButton, keys);
+        fnPropose(move);
+        QDropEvent drop(QPointF(60, 60), offered, &data, Qt::LeftButton, keys);
+        fnPropose(drop);
+        QTRY_COMPARE(run.Area().Children().size(), 1);
+    }
+
+    // Who offers a move alone deletes the file when it is taken.
+    void aSourceThatOffersNoCopyIsRefused_data() {
+        QTest::addColumn<Qt::DropActions>("offered");
+        QTest::newRow("a move") << Qt::DropActions(Qt::MoveAction);
+        QTest::newRow("a move or a link") << (Qt::MoveAction | Qt::LinkAction);
+    }
+
+    void aSourceThatOffersNoCopyIsRefused() {
+        QFETCH(Qt::DropActions, offered);
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        QDragEnterEvent enter(QPoint(50, 50), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &enter);
+        QVERIFY(!enter.isAccepted());
+        QDragMoveEvent move(QPoint(60, 60), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &move);
+        QVERIFY(!move.isAccepted());
+        QDropEvent drop(QPointF(60, 60), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &drop);
+        QVERIFY(!drop.isAccepted());
+        QCoreApplication::processEvents();
+        QCOMPARE(run.Area().Children().size(), 0);
+    }
+
+    void whatIsNoFileIsRefused() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("https://example.org/a.log"))});
         QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(&run.Frame(), &enter);
-        QVERIFY(enter.isAccepted());
-        QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&run.Frame(), &drop);
-        QTRY_COMPARE(run.Area().Children().size(), 1);
+        QVERIFY(!enter.isAccepted());
     }
 
     void theOptionsCommandRestartsTheTimerAndRefreshesWhateverTheAnswer() {

@@ -62,6 +62,16 @@ QByteArray Unseal(const std::string& strStored) {
 
 CMainFrame* s_pMainFrame = nullptr;
 
+// Takes files as copies of their paths and nothing else: whoever hears that they were moved may delete them.
+bool AcceptAsCopy(QDropEvent& event) {
+    const bool bAccept = event.possibleActions().testFlag(Qt::CopyAction) &&
+                         std::ranges::any_of(event.mimeData()->urls(), &QUrl::isLocalFile);
+    if (bAccept)
+        event.setDropAction(Qt::CopyAction);
+    event.setAccepted(bAccept);
+    return bAccept;
+}
+
 } // namespace
 
 CMainFrame* MainFrame() { return s_pMainFrame; }
@@ -803,19 +813,18 @@ void CMainFrame::closeEvent(QCloseEvent* pEvent) {
     QCoreApplication::quit();
 }
 
-void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent) {
-    const QList<QUrl> listUrls = pEvent->mimeData()->urls();
-    if (std::ranges::any_of(listUrls, &QUrl::isLocalFile))
-        pEvent->acceptProposedAction();
-}
+void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent) { AcceptAsCopy(*pEvent); }
+
+void CMainFrame::dragMoveEvent(QDragMoveEvent* pEvent) { AcceptAsCopy(*pEvent); }
 
 void CMainFrame::dropEvent(QDropEvent* pEvent) {
+    if (!AcceptAsCopy(*pEvent))
+        return;
     QStringList listPaths;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (url.isLocalFile())
             listPaths << url.toLocalFile();
     }
-    pEvent->acceptProposedAction();
     // The program that the file comes from waits until the drop is done: open afterwards.
     QMetaObject::invokeMethod(
         this,
