@@ -7,6 +7,7 @@
 #include "shell/ui/ToolBar.h"
 #include "shell/ui/WindowsDlg.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QCryptographicHash>
 #include <QFile>
@@ -15,6 +16,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
+#include <QSet>
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTabBar>
@@ -474,6 +476,47 @@ private slots:
                 QCryptographicHash::Sha1);
         }
         QCOMPARE(setPictures.size(), 11);
+    }
+
+    void theSignsInAPanesTitleHaveTheTitlesColorInEveryLook() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CMainFrame& frame = run.Frame();
+        CDockablePane& pane = frame.m_wndBSFNPane;
+        CTestFrame* pChild = run.Open("a");
+        // The colours of one button, drawn so large that its lines are whole.
+        const auto fnColors = [&pane](const QWidget& button) {
+            constexpr int kScale = 6;
+            QPixmap picture(pane.size() * kScale);
+            picture.setDevicePixelRatio(kScale);
+            pane.render(&picture);
+            const QRect rect(button.pos() * kScale, button.size() * kScale);
+            const QImage image = picture.copy(rect).toImage();
+            QSet<QRgb> setColors;
+            for (int nY = 0; nY < image.height(); ++nY) {
+                for (int nX = 0; nX < image.width(); ++nX)
+                    setColors << (image.pixel(nX, nY) & RGB_MASK);
+            }
+            return setColors;
+        };
+        for (const int nId : LookIds()) {
+            frame.OnApplicationLook(nId);
+            const QRgb nCalm = CurrentLook().m_titleText.rgb() & RGB_MASK;
+            const QRgb nActive = CurrentLook().m_activeTitleText.rgb() & RGB_MASK;
+            QVERIFY(nCalm != nActive);
+            for (const bool bActive : {true, false}) {
+                (bActive ? pane.MainControl() : pChild->m_edits[0])->setFocus();
+                QCoreApplication::processEvents();
+                for (const char* pszName :
+                     {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton", "PinButton"}) {
+                    const auto* pButton = pane.findChild<QAbstractButton*>(QLatin1String(pszName));
+                    const QSet<QRgb> setColors = fnColors(*pButton);
+                    const QByteArray where = QByteArray(pszName) + " in look " + QByteArray::number(nId);
+                    QVERIFY2(setColors.contains(bActive ? nActive : nCalm), where);
+                    QVERIFY2(!setColors.contains(bActive ? nCalm : nActive), where);
+                }
+            }
+        }
     }
 
     void f6WalksThroughTheWindowsPanesAndShiftF6Back() {

@@ -7,7 +7,6 @@
 
 #include <QAbstractButton>
 #include <QAccessibleWidget>
-#include <QApplication>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -56,11 +55,7 @@ protected:
             option.state |= isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
         if (underMouse() || isDown())
             style()->drawPrimitive(QStyle::PE_PanelButtonTool, &option, &painter, this);
-        const QWidget* pFocus = QApplication::focusWidget();
-        const bool bActive = pFocus != nullptr && m_pane.isAncestorOf(pFocus);
-        const QColor color = underMouse() ? CurrentLook().m_text
-                             : bActive    ? CurrentLook().m_activeTitleText
-                                          : CurrentLook().m_titleText;
+        const QColor color = underMouse() ? CurrentLook().m_text : TitleTextColor(m_pane);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(QRectF(rect()).center());
         if (!m_pane.IsPinned())
