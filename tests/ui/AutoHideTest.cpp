@@ -2,10 +2,16 @@
 #include "ui/UiSupport.h"
 
 #include "ui/kit/AutoHide.h"
+#include "ui/kit/ToolBar.h"
 
 #include <QAbstractButton>
+#include <QFrame>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QToolBar>
+
+#include <algorithm>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -28,6 +34,20 @@ QAbstractButton* Tab(const CMainFrame& frame, const char* pszText) {
     for (auto* pTab : frame.findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
         if (pTab->text() == QLatin1String(pszText) && pTab->isVisible())
             return pTab;
+    }
+    return nullptr;
+}
+
+const std::initializer_list<std::pair<const char*, Qt::DockWidgetArea>> kEdges{
+    {"left", Qt::LeftDockWidgetArea},
+    {"right", Qt::RightDockWidgetArea},
+    {"top", Qt::TopDockWidgetArea},
+    {"bottom", Qt::BottomDockWidgetArea}};
+
+QToolBar* Strip(const CMainFrame& frame, Qt::DockWidgetArea nEdge) {
+    for (const auto& [pszEdge, nThis] : kEdges) {
+        if (nThis == nEdge)
+            return frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(pszEdge));
     }
     return nullptr;
 }
@@ -64,6 +84,31 @@ private slots:
         QCOMPARE(Tabs(frame, "bottom"), kPaneOrder);
         QVERIFY(!frame.m_wndBSFNPane.isVisible());
         QVERIFY(m_pRun->Area().height() > nBefore + 100);
+    }
+
+    void thePinStandsBesideTheTitlesButtons_data() {
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::newRow("left to right") << Qt::LeftToRight;
+        QTest::newRow("right to left") << Qt::RightToLeft;
+    }
+
+    void thePinStandsBesideTheTitlesButtons() {
+        QFETCH(Qt::LayoutDirection, direction);
+        const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+        QApplication::setLayoutDirection(direction);
+        Settle();
+        const CDockablePane& pane = m_pRun->Frame().m_wndBSFNPane;
+        const QRect pin = pane.PinButton()->geometry();
+        const QRect buttonFloat =
+            pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"))->geometry();
+        const QRect buttonClose =
+            pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_closebutton"))->geometry();
+        QVERIFY(pane.rect().contains(pin));
+        // From the edge inwards: close, float, pin.
+        const QList<int> listPlaces{buttonClose.x(), buttonFloat.x(), pin.x()};
+        QVERIFY(!pin.intersects(buttonFloat) && !pin.intersects(buttonClose));
+        QVERIFY(direction == Qt::LeftToRight ? std::ranges::is_sorted(listPlaces, std::ranges::greater())
+                                             : std::ranges::is_sorted(listPlaces));
     }
 
     void aTabSlidesItsPaneOutWithoutMovingTheWindowsAndTheFocusTakesItBack() {
@@ -135,6 +180,76 @@ private slots:
         QVERIFY(Tab(frame, "Find")->height() > Tab(frame, "Find")->width());
         QTest::mouseClick(Tab(frame, "Find"), Qt::LeftButton);
         QVERIFY(frame.m_wndFindPane.isVisible());
+    }
+
+    void aPaneThatIsOutStandsAtItsEdgeInsideTheWindow_data() {
+        QTest::addColumn<Qt::DockWidgetArea>("edge");
+        QTest::addColumn<bool>("rightToLeft");
+        for (const bool bRightToLeft : {false, true}) {
+            for (const auto& [pszEdge, nEdge] : kEdges)
+                QTest::addRow("%s, %s", pszEdge, bRightToLeft ? "right to left" : "left to right")
+                    << nEdge << bRightToLeft;
+        }
+    }
+
+    // Two groups of tabs and a single pane on each of the other edges: those behind tabs are parked by the
+    // toolkit at negative places.
+    void aPaneThatIsOutStandsAtItsEdgeInsideTheWindow() {
+        QFETCH(Qt::DockWidgetArea, edge);
+        QFETCH(bool, rightToLeft);
+        const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+        QApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+        CMainFrame& frame = m_pRun->Frame();
+        frame.resize(1200, 800);
+        const QList<CDockablePane*> listPanes = frame.Panes();
+        qsizetype nPane = 0;
+        for (const auto& [pszEdge, nEdge] : kEdges) {
+            for (int n = 0; n < 2; ++n, ++nPane) {
+                frame.addDockWidget(nEdge, listPanes[nPane]);
+                if (n > 0)
+                    frame.tabifyDockWidget(listPanes[nPane - 1], listPanes[nPane]);
+            }
+        }
+        Settle();
+        CDockablePane* pOut = nullptr;
+        for (CDockablePane* pPane : listPanes) {
+            if (pOut == nullptr && frame.dockWidgetArea(pPane) == edge)
+                pOut = pPane;
+        }
+        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        frame.resizeDocks({pOut}, {190}, bUpright ? Qt::Horizontal : Qt::Vertical);
+        Settle();
+        pOut->raise();
+        Settle();
+        const int nThickness = bUpright ? pOut->width() : pOut->height();
+        QVERIFY(nThickness > 80);
+        frame.AutoHide().Fold(*pOut);
+        Settle();
+        QTest::mouseClick(Tab(frame, pOut->windowTitle().toUtf8()), Qt::LeftButton);
+        Settle();
+        QVERIFY(pOut->isVisible());
+
+        // What is between the bars: the tool bars above it, the status bar below, the strip at its edge.
+        QRect room(0, 0, frame.width(), frame.statusBar()->geometry().top());
+        room.setTop(frame.ToolBars().constFirst()->geometry().bottom() + 1);
+        const auto* pSlide = frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
+        const QRect strip = Strip(frame, edge)->geometry();
+        QRect expected;
+        switch (edge) {
+        case Qt::LeftDockWidgetArea:
+            expected = QRect(strip.right() + 1, room.top(), nThickness, room.height());
+            break;
+        case Qt::RightDockWidgetArea:
+            expected = QRect(strip.left() - nThickness, room.top(), nThickness, room.height());
+            break;
+        case Qt::TopDockWidgetArea:
+            expected = QRect(0, strip.bottom() + 1, room.width(), nThickness);
+            break;
+        default:
+            expected = QRect(0, strip.top() - nThickness, room.width(), nThickness);
+        }
+        QCOMPARE(pSlide->geometry(), expected);
+        QVERIFY(QRect(QPoint(), pSlide->size()).contains(pOut->geometry()));
     }
 
     void whatIsFoldedIsFoldedAtTheNextStartToo() {

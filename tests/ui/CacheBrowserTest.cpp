@@ -517,6 +517,12 @@ private slots:
         QVERIFY(frame.DataView().hasFocus());
     }
 
+    void aLogIsDroppedOnACacheWindowToo() {
+        StartProgram();
+        Browse(QStringLiteral("int a;"));
+        QCOMPARE(PartsThatTakeNoCopy(*MainFrame()), QStringList());
+    }
+
     void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {
         StartProgram();
         const auto enabled = [](int nId) { return MainFrame()->CommandAction(nId)->isEnabled(); };

@@ -7,6 +7,7 @@
 #include "ui/kit/ToolBar.h"
 #include "ui/kit/WindowsDlg.h"
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QCryptographicHash>
 #include <QFile>
@@ -15,6 +16,7 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
+#include <QSet>
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTabBar>
@@ -476,6 +478,47 @@ private slots:
         QCOMPARE(setPictures.size(), 11);
     }
 
+    void theSignsInAPanesTitleHaveTheTitlesColorInEveryLook() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        CMainFrame& frame = run.Frame();
+        CDockablePane& pane = frame.m_wndBSFNPane;
+        CTestFrame* pChild = run.Open("a");
+        // The colours of one button, drawn so large that its lines are whole.
+        const auto fnColors = [&pane](const QWidget& button) {
+            constexpr int kScale = 6;
+            QPixmap picture(pane.size() * kScale);
+            picture.setDevicePixelRatio(kScale);
+            pane.render(&picture);
+            const QRect rect(button.pos() * kScale, button.size() * kScale);
+            const QImage image = picture.copy(rect).toImage();
+            QSet<QRgb> setColors;
+            for (int nY = 0; nY < image.height(); ++nY) {
+                for (int nX = 0; nX < image.width(); ++nX)
+                    setColors << (image.pixel(nX, nY) & RGB_MASK);
+            }
+            return setColors;
+        };
+        for (const int nId : LookIds()) {
+            frame.OnApplicationLook(nId);
+            const QRgb nCalm = CurrentLook().m_titleText.rgb() & RGB_MASK;
+            const QRgb nActive = CurrentLook().m_activeTitleText.rgb() & RGB_MASK;
+            QVERIFY(nCalm != nActive);
+            for (const bool bActive : {true, false}) {
+                (bActive ? pane.MainControl() : pChild->m_edits[0])->setFocus();
+                QCoreApplication::processEvents();
+                for (const char* pszName :
+                     {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton", "PinButton"}) {
+                    const auto* pButton = pane.findChild<QAbstractButton*>(QLatin1String(pszName));
+                    const QSet<QRgb> setColors = fnColors(*pButton);
+                    const QByteArray where = QByteArray(pszName) + " in look " + QByteArray::number(nId);
+                    QVERIFY2(setColors.contains(bActive ? nActive : nCalm), where);
+                    QVERIFY2(!setColors.contains(bActive ? nCalm : nActive), where);
+                }
+            }
+        }
+    }
+
     void f6WalksThroughTheWindowsPanesAndShiftF6Back() {
         CFakeInterface user;
         CRun run(*m_pFolder);
@@ -634,17 +677,74 @@ private slots:
         QVERIFY(!images.Load(m_pFolder->filePath("missing.bmp")));
     }
 
-    void aFileDroppedOnTheWindowOpens() {
+    void aFileDroppedOnTheWindowOpensAsACopyWhateverItsSourceProposes_data() {
+        QTest::addColumn<Qt::DropActions>("offered");
+        QTest::addColumn<Qt::KeyboardModifiers>("keys");
+        QTest::newRow("a copy") << Qt::DropActions(Qt::CopyAction) << Qt::KeyboardModifiers();
+        QTest::newRow("a copy or a move, a move with Shift")
+            << (Qt::CopyAction | Qt::MoveAction) << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("anything, a link with Ctrl and Shift")
+            << (Qt::CopyAction | Qt::MoveAction | Qt::LinkAction)
+            << (Qt::ControlModifier | Qt::ShiftModifier);
+    }
+
+    void aFileDroppedOnTheWindowOpensAsACopyWhateverItsSourceProposes() {
+        QFETCH(Qt::DropActions, offered);
+        QFETCH(Qt::KeyboardModifiers, keys);
         CFakeInterface user;
         const CRun run(*m_pFolder);
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        const bool bMove = keys == Qt::ShiftModifier;
+        const auto fnPropose = [&](QDropEvent& event) {
+            event.setDropAction(bMove ? Qt::MoveAction : event.proposedAction());
+            QCoreApplication::sendEvent(&run.Frame(), &event);
+            QVERIFY(event.isAccepted());
+            QCOMPARE(event.dropAction(), Qt::CopyAction);
+        };
+        QDragEnterEvent enter(QPoint(50, 50), offered, &data, Qt::LeftButton, keys);
+        fnPropose(enter);
+        QDragMoveEvent move(QPoint(60, 60), offered, &data, Qt::LeftButton, keys);
+        fnPropose(move);
+        QDropEvent drop(QPointF(60, 60), offered, &data, Qt::LeftButton, keys);
+        fnPropose(drop);
+        QTRY_COMPARE(run.Area().Children().size(), 1);
+    }
+
+    // Who offers a move alone deletes the file when it is taken.
+    void aSourceThatOffersNoCopyIsRefused_data() {
+        QTest::addColumn<Qt::DropActions>("offered");
+        QTest::newRow("a move") << Qt::DropActions(Qt::MoveAction);
+        QTest::newRow("a move or a link") << (Qt::MoveAction | Qt::LinkAction);
+    }
+
+    void aSourceThatOffersNoCopyIsRefused() {
+        QFETCH(Qt::DropActions, offered);
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        QDragEnterEvent enter(QPoint(50, 50), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &enter);
+        QVERIFY(!enter.isAccepted());
+        QDragMoveEvent move(QPoint(60, 60), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &move);
+        QVERIFY(!move.isAccepted());
+        QDropEvent drop(QPointF(60, 60), offered, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&run.Frame(), &drop);
+        QVERIFY(!drop.isAccepted());
+        QCoreApplication::processEvents();
+        QCOMPARE(run.Area().Children().size(), 0);
+    }
+
+    void whatIsNoFileIsRefused() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QMimeData data;
+        data.setUrls({QUrl(QStringLiteral("https://example.org/a.log"))});
         QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
         QCoreApplication::sendEvent(&run.Frame(), &enter);
-        QVERIFY(enter.isAccepted());
-        QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
-        QCoreApplication::sendEvent(&run.Frame(), &drop);
-        QTRY_COMPARE(run.Area().Children().size(), 1);
+        QVERIFY(!enter.isAccepted());
     }
 
     void theOptionsCommandRestartsTheTimerAndRefreshesWhateverTheAnswer() {

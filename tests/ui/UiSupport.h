@@ -12,11 +12,14 @@
 
 #include <QAction>
 #include <QDialog>
+#include <QDragEnterEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <functional>
@@ -175,6 +178,26 @@ public:
 
     bool m_bStarted = false;
 };
+
+// What becomes of a log that a file manager, which offers its text as well, drags over each visible part of
+// the window: the classes of those that do not take it as a copy.
+inline QStringList PartsThatTakeNoCopy(CMainFrame& frame) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(QStringLiteral("/a.log"))});
+    data.setText(QStringLiteral("file:///a.log"));
+    QStringList listParts;
+    for (QWidget* pPart : frame.findChildren<QWidget*>()) {
+        if (!pPart->isVisible() || pPart->isWindow())
+            continue;
+        QDragEnterEvent enter(QPoint(2, 2), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
+                              Qt::ShiftModifier);
+        enter.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(pPart, &enter);
+        if (!enter.isAccepted() || enter.dropAction() != Qt::CopyAction)
+            listParts << QStringLiteral("%1 %2").arg(pPart->metaObject()->className(), pPart->objectName());
+    }
+    return listParts;
+}
 
 inline QStringList VisibleTexts(const QMenu& menu) {
     QStringList listTexts;

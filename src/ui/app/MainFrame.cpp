@@ -31,6 +31,7 @@
 #include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -42,6 +43,8 @@ namespace {
 
 // Stored layouts of another version are not applied.
 constexpr int kLayoutVersion = 1;
+// How long a maximized window may take to its size, in milliseconds.
+constexpr int kEnlarged = 1000;
 
 // A stored block: version, check sum, content. Anything else is no layout of ours.
 std::string Seal(const QByteArray& block) {
@@ -60,6 +63,16 @@ QByteArray Unseal(const std::string& strStored) {
 }
 
 CMainFrame* s_pMainFrame = nullptr;
+
+// Takes files as copies of their paths and nothing else: whoever hears that they were moved may delete them.
+bool AcceptAsCopy(QDropEvent& event) {
+    const bool bAccept = event.possibleActions().testFlag(Qt::CopyAction) &&
+                         std::ranges::any_of(event.mimeData()->urls(), &QUrl::isLocalFile);
+    if (bAccept)
+        event.setDropAction(Qt::CopyAction);
+    event.setAccepted(bAccept);
+    return bAccept;
+}
 
 } // namespace
 
@@ -356,6 +369,7 @@ void CMainFrame::DockPanes() {
 }
 
 void CMainFrame::RestoreDefaultLayout() {
+    m_layout.clear();
     m_pAutoHide->PinAll();
     for (CDockablePane* pPane : Panes()) {
         pPane->setFloating(false);
@@ -385,13 +399,23 @@ void CMainFrame::RestoreState() {
         const QSize available = screen()->availableSize();
         resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
-    const QByteArray layout = Unseal(GetWorkspaceString("Layout", ""));
+    m_layout = Unseal(GetWorkspaceString("Layout", ""));
+    if (ApplyLayout()) {
+        m_bRaiseBSFN = false;
+        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+    } else {
+        RestoreDefaultLayout();
+    }
+    statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
+    SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
+}
+
+// Before the window shows, a layout says which panes are closed, float or are folded away; sizes of groups
+// and front tabs take effect in a window of its final size only, so that the layout is applied again then.
+bool CMainFrame::ApplyLayout() {
     for (CDockablePane* pPane : Panes())
         pPane->setAttribute(Qt::WA_DontShowOnScreen);
-    if (layout.isEmpty() || !restoreState(layout, kLayoutVersion))
-        RestoreDefaultLayout();
-    else
-        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+    const bool bApplied = !m_layout.isEmpty() && restoreState(m_layout, kLayoutVersion);
     // A floating pane that is on the screen before this window is no companion of it for the window manager
     // and would vanish behind it.
     for (CDockablePane* pPane : Panes()) {
@@ -401,8 +425,9 @@ void CMainFrame::RestoreState() {
         }
         pPane->setAttribute(Qt::WA_DontShowOnScreen, false);
     }
-    statusBar()->setVisible(GetWorkspaceInt("StatusBar", 1) != 0);
-    SetShowsToolTips(GetWorkspaceInt("ToolTips", 1) != 0);
+    if (isVisible() && !m_listFloatLater.isEmpty())
+        QMetaObject::invokeMethod(this, &CMainFrame::ShowFloatingPanes, Qt::QueuedConnection);
+    return bApplied;
 }
 
 void CMainFrame::LoadUserToolBars() {
@@ -564,8 +589,7 @@ void CMainFrame::NextPane(bool bForward) {
     if (const CMDIChildWnd* pChild = ActiveChild())
         listPanes = pChild->WindowPanes();
     for (CDockablePane* pPane : Panes()) {
-        // A pane behind another one's tab is not on the screen.
-        if (pPane->isVisible() && !pPane->visibleRegion().isEmpty())
+        if (pPane->IsInFront())
             listPanes << pPane->MainControl();
     }
     listPanes += m_pAutoHide->Strips();
@@ -606,7 +630,7 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
                 return;
             }
             // A pane behind another one's tab comes to the front first.
-            const bool bBehind = pPane->isVisible() && pPane->visibleRegion().isEmpty();
+            const bool bBehind = pPane->isVisible() && !pPane->IsInFront();
             pPane->setVisible(bShow || bBehind);
             if (bShow || bBehind) {
                 pPane->raise();
@@ -753,12 +777,22 @@ void CMainFrame::ShowFloatingPanes() {
 
 void CMainFrame::showEvent(QShowEvent* pEvent) {
     QMainWindow::showEvent(pEvent);
-    if (!m_listFloatLater.isEmpty())
-        QMetaObject::invokeMethod(this, &CMainFrame::ShowFloatingPanes, Qt::QueuedConnection);
-    if (!m_bRaiseBSFN)
+    if (std::exchange(m_bRaiseBSFN, false))
+        m_wndBSFNPane.raise();
+    if (m_layout.isEmpty())
         return;
-    m_bRaiseBSFN = false;
-    m_wndBSFNPane.raise();
+    ApplyLayout();
+    // The system enlarges the window after it has shown it.
+    if (isMaximized() || isFullScreen())
+        QTimer::singleShot(kEnlarged, this, [this] { m_layout.clear(); });
+    else
+        m_layout.clear();
+}
+
+void CMainFrame::resizeEvent(QResizeEvent* pEvent) {
+    QMainWindow::resizeEvent(pEvent);
+    if (isVisible() && !m_layout.isEmpty())
+        ApplyLayout();
 }
 
 void CMainFrame::closeEvent(QCloseEvent* pEvent) {
@@ -771,19 +805,18 @@ void CMainFrame::closeEvent(QCloseEvent* pEvent) {
     QCoreApplication::quit();
 }
 
-void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent) {
-    const QList<QUrl> listUrls = pEvent->mimeData()->urls();
-    if (std::ranges::any_of(listUrls, &QUrl::isLocalFile))
-        pEvent->acceptProposedAction();
-}
+void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent) { AcceptAsCopy(*pEvent); }
+
+void CMainFrame::dragMoveEvent(QDragMoveEvent* pEvent) { AcceptAsCopy(*pEvent); }
 
 void CMainFrame::dropEvent(QDropEvent* pEvent) {
+    if (!AcceptAsCopy(*pEvent))
+        return;
     QStringList listPaths;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (url.isLocalFile())
             listPaths << PathOfUrl(url);
     }
-    pEvent->acceptProposedAction();
     // The program that the file comes from waits until the drop is done: open afterwards.
     QMetaObject::invokeMethod(
         this,

@@ -85,8 +85,10 @@ public:
 
 protected:
     void showEvent(QShowEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
     void closeEvent(QCloseEvent* pEvent) override;
     void dragEnterEvent(QDragEnterEvent* pEvent) override;
+    void dragMoveEvent(QDragMoveEvent* pEvent) override;
     void dropEvent(QDropEvent* pEvent) override;
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
@@ -99,6 +101,7 @@ private:
     void OnTabActivated(QDockWidget* pDock);
     void ShowFloatingPanes();
     void RestoreState();
+    bool ApplyLayout();
     void LoadUserToolBars();
     void FillToolBarMenu(QMenu& menu);
     void FillRecentFiles();
@@ -132,6 +135,7 @@ private:
     std::map<int, int> m_mapUserImages;
     CCustomizeDlg* m_pCustomizeDlg = nullptr;
     int m_nOffice2007;
+    QByteArray m_layout;                    // stored, until the window shows in its size
     QList<CDockablePane*> m_listFloatLater; // until the window is on the screen
     bool m_bRaiseBSFN = false;              // the default layout waits for the window to be shown
     bool m_bToolTips = true;

@@ -41,8 +41,10 @@ CCacheDSView::CCacheDSView(CCacheDoc& cache)
     m_cache.m_cacheDS.FillMemberList(*this);
     m_pHandle->setText(ToQString(m_cache.m_strHandle));
     m_pProcess->setText(QString::number(static_cast<std::int32_t>(m_cache.m_processId)));
-    for (QLineEdit* pEdit : {m_pProcess, m_pHandle})
+    for (QLineEdit* pEdit : {m_pProcess, m_pHandle}) {
         pEdit->setCursorPosition(0);
+        pEdit->setAcceptDrops(false); // a log dropped here opens as everywhere
+    }
     setTabOrder(m_pProcess, m_pHandle);
     setTabOrder(m_pHandle, m_pList);
     setFocusProxy(m_pList);

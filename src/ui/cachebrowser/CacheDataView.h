@@ -46,6 +46,11 @@ public:
     void ShowNewItems() override { m_model.ShowNewItems(); }
 
     CCacheDataModel& Model() { return m_model; }
+    // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
+    // shows.
+    QRect visualRect(const QModelIndex& index) const override {
+        return isVisible() ? QTreeView::visualRect(index) : QRect();
+    }
 
 private:
     CCacheDoc& m_cache;

@@ -11,9 +11,11 @@
 #include <QFrame>
 #include <QKeyEvent>
 #include <QLayout>
+#include <QMenuBar>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <QStatusBar>
 #include <QStyleOptionFocusRect>
 #include <QTabBar>
 #include <QToolBar>
@@ -404,13 +406,33 @@ void CAutoHide::UpdateStrips() {
     }
 }
 
+// What the menu, the bars and the strips leave of the window. The panes themselves are no measure: the
+// toolkit parks those behind tabs outside the window.
 QRect CAutoHide::Room() const {
-    QRect room = m_frame.ClientArea().geometry();
-    for (const QWidget* pPart : m_frame.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (pPart->isVisible() && !pPart->isWindow() &&
-            (qobject_cast<const QDockWidget*>(pPart) != nullptr ||
-             qobject_cast<const QTabBar*>(pPart) != nullptr))
-            room |= pPart->geometry();
+    QRect room = m_frame.contentsRect();
+    room.setTop(m_frame.menuBar()->geometry().bottom() + 1);
+    if (!m_frame.statusBar()->isHidden())
+        room.setBottom(m_frame.statusBar()->geometry().top() - 1);
+    for (const QToolBar* pBar : m_frame.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (pBar->isHidden() || pBar->isFloating())
+            continue;
+        const QRect bar = pBar->geometry();
+        switch (m_frame.toolBarArea(pBar)) {
+        case Qt::LeftToolBarArea:
+            room.setLeft(std::max(room.left(), bar.right() + 1));
+            break;
+        case Qt::RightToolBarArea:
+            room.setRight(std::min(room.right(), bar.left() - 1));
+            break;
+        case Qt::TopToolBarArea:
+            room.setTop(std::max(room.top(), bar.bottom() + 1));
+            break;
+        case Qt::BottomToolBarArea:
+            room.setBottom(std::min(room.bottom(), bar.top() - 1));
+            break;
+        default:
+            break;
+        }
     }
     return room;
 }

@@ -5,7 +5,7 @@
 #include "ui/kit/Text.h"
 
 #include <QAbstractButton>
-#include <QApplication>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QFontMetricsF>
 #include <QPainter>
@@ -54,11 +54,7 @@ protected:
             option.state |= isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
         if (underMouse() || isDown())
             style()->drawPrimitive(QStyle::PE_PanelButtonTool, &option, &painter, this);
-        const QWidget* pFocus = QApplication::focusWidget();
-        const bool bActive = pFocus != nullptr && m_pane.isAncestorOf(pFocus);
-        const QColor color = underMouse() ? CurrentLook().m_text
-                             : bActive    ? CurrentLook().m_activeTitleText
-                                          : CurrentLook().m_titleText;
+        const QColor color = underMouse() ? CurrentLook().m_text : TitleTextColor(m_pane);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(QRectF(rect()).center());
         if (!m_pane.IsPinned())
@@ -78,6 +74,30 @@ protected:
 private:
     CDockablePane& m_pane;
 };
+
+// The toolkit's own account of a pane leaves the pin out, and calls a pane that it has parked shown.
+class CPaneAccessible final : public QAccessibleWidget {
+public:
+    explicit CPaneAccessible(CDockablePane& pane)
+        : QAccessibleWidget(&pane, QAccessible::Window), m_pane(pane) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.invisible = !m_pane.IsInFront();
+        return state;
+    }
+
+private:
+    const CDockablePane& m_pane;
+};
+
+QAccessibleInterface* PaneAccessible(const QString&, QObject* pObject) {
+    auto* pPane = qobject_cast<CDockablePane*>(pObject);
+    return pPane != nullptr ? new CPaneAccessible(*pPane) : nullptr;
+}
+
+constexpr char kFloatButton[] = "qt_dockwidget_floatbutton";
+constexpr char kCloseButton[] = "qt_dockwidget_closebutton";
 
 } // namespace
 
@@ -101,16 +121,19 @@ QFont SettingsFont() { return CellFont(ToQString(Settings().m_strFontName), Sett
 
 CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QSize initial)
     : QDockWidget(strTitle), m_pPin(new CPinButton(*this)), m_pClient(new CPaneClient(initial)) {
+    QAccessible::installFactory(PaneAccessible);
     setObjectName(strName);
     setAllowedAreas(Qt::AllDockWidgetAreas);
     setFeatures(DockWidgetClosable | DockWidgetMovable | DockWidgetFloatable);
     setAccessibleName(strTitle);
     m_pClient->setAccessibleName(strTitle);
     m_pClient->installEventFilter(this);
+    QSizePolicy policy = m_pClient->sizePolicy();
+    policy.setRetainSizeWhenHidden(true); // behind a tab the pane takes as much room as before it
+    m_pClient->setSizePolicy(policy);
     setWidget(m_pClient);
     m_pPin->hide();
-    if (const auto* pFloat = findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"),
-                                                         Qt::FindDirectChildrenOnly)) {
+    if (const QAbstractButton* pFloat = TitleButton(kFloatButton)) {
         connect(pFloat, &QAbstractButton::pressed, this, [this] { m_docked = GlobalRect(); });
         connect(pFloat, &QAbstractButton::clicked, this, &CDockablePane::PlaceFloating);
     }
@@ -128,17 +151,40 @@ void CDockablePane::SetPinned(bool bPinned) {
     m_pPin->update();
 }
 
+bool CDockablePane::IsInFront() const {
+    // The toolkit parks panes behind tabs above and left of the window, and calls them visible there.
+    return isVisible() && (isWindow() || (geometry().right() >= 0 && geometry().bottom() >= 0));
+}
+
+// Neither the keyboard nor a screen reader reaches the parts of a pane behind a tab.
+void CDockablePane::ShowParts() {
+    const bool bFront = IsInFront();
+    m_pClient->setVisible(bFront);
+    if (!isWindow()) {
+        if (QAbstractButton* pFloat = TitleButton(kFloatButton))
+            pFloat->setVisible(bFront && features().testFlag(DockWidgetFloatable));
+        if (QAbstractButton* pClose = TitleButton(kCloseButton))
+            pClose->setVisible(bFront && features().testFlag(DockWidgetClosable));
+    }
+    PlacePin();
+}
+
+QAbstractButton* CDockablePane::TitleButton(const char* pszName) const {
+    return findChild<QAbstractButton*>(QLatin1String(pszName), Qt::FindDirectChildrenOnly);
+}
+
 void CDockablePane::PlacePin() {
-    // Left of the buttons that the toolkit puts into a title; a floating pane has the system's title.
+    // Before the buttons that the toolkit puts at a title's end; a floating pane has the system's title.
     QRect beside;
-    for (const char* pszName : {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton"}) {
-        const auto* pButton = findChild<QAbstractButton*>(QLatin1String(pszName), Qt::FindDirectChildrenOnly);
+    for (const char* pszName : {kFloatButton, kCloseButton}) {
+        const QAbstractButton* pButton = TitleButton(pszName);
         if (pButton != nullptr && !pButton->isHidden() && beside.isNull())
             beside = pButton->geometry();
     }
     const bool bShow = m_fnPin && !isFloating() && !beside.isNull();
+    const int nStep = beside.width() + 1;
     if (bShow)
-        m_pPin->setGeometry(beside.translated(-beside.width() - 1, 0));
+        m_pPin->setGeometry(beside.translated(isRightToLeft() ? nStep : -nStep, 0));
     m_pPin->setVisible(bShow);
     m_pPin->raise();
 }
@@ -167,8 +213,9 @@ bool CDockablePane::event(QEvent* pEvent) {
     if (bDoubleClick)
         PlaceFloating();
     if (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::LayoutRequest ||
-        pEvent->type() == QEvent::Show || pEvent->type() == QEvent::StyleChange)
-        PlacePin();
+        pEvent->type() == QEvent::Show || pEvent->type() == QEvent::StyleChange ||
+        pEvent->type() == QEvent::Move)
+        ShowParts();
     return bDone;
 }
 

@@ -28,6 +28,8 @@ public:
     // The read-only caption edit, on panes that have one.
     void SetCaption(const QString& strText);
     QString GetCaption() const;
+    // Does it show, and not another pane's tab that it shares its place with?
+    bool IsInFront() const;
     // The part that F6 goes to.
     virtual QWidget* MainControl() const = 0;
 
@@ -55,6 +57,8 @@ protected:
     bool event(QEvent* pEvent) override;
 
 private:
+    void ShowParts();
+    QAbstractButton* TitleButton(const char* pszName) const;
     void PlacePin();
     void PlaceFloating();
     QRect GlobalRect() const;

@@ -76,6 +76,11 @@ public:
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
     void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
+    // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
+    // shows.
+    QRect visualRect(const QModelIndex& index) const override {
+        return isVisible() ? QTreeView::visualRect(index) : QRect();
+    }
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.

@@ -450,6 +450,15 @@ void ApplyLook(const CLook& look) {
     QApplication::setPalette(look.Palette());
 }
 
+bool IsActivePane(const QWidget& pane) {
+    const QWidget* pFocus = QApplication::focusWidget();
+    return pFocus != nullptr && pane.isAncestorOf(pFocus);
+}
+
+QColor TitleTextColor(const QWidget& pane) {
+    return IsActivePane(pane) ? CurrentLook().m_activeTitleText : CurrentLook().m_titleText;
+}
+
 CLookStyle::CLookStyle(const CLook& look)
     : QProxyStyle(QStyleFactory::create(QString::fromLatin1(look.m_pszBase))), m_look(look) {
     setObjectName(QStringLiteral("carvelot-%1").arg(look.m_nId));
@@ -700,6 +709,18 @@ void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOptio
             pPainter->restore();
         }
         return;
+    case CE_ToolButtonLabel: {
+        // The toolkit's buttons in a title; their own icons know nothing of the focus.
+        const auto* pButton = qstyleoption_cast<const QStyleOptionToolButton*>(pOption);
+        if (pButton == nullptr || pWidget == nullptr || !pWidget->inherits("QDockWidgetTitleButton"))
+            break;
+        QStyleOptionToolButton label = *pButton;
+        const bool bClose = pWidget->objectName() == QLatin1String("qt_dockwidget_closebutton");
+        label.icon = QIcon(new CSignEngine(bClose ? SP_TitleBarCloseButton : SP_TitleBarNormalButton,
+                                           TitleTextColor(*pWidget->parentWidget())));
+        QProxyStyle::drawControl(nElement, &label, pPainter, pWidget);
+        return;
+    }
     case CE_Splitter:
         pPainter->fillRect(rect, m_look.m_face);
         return;
@@ -927,16 +948,18 @@ void CLookStyle::DrawTitle(const QStyleOption* pOption, QPainter* pPainter, cons
     if (pTitle == nullptr)
         return;
     const auto* pDock = qobject_cast<const QDockWidget*>(pWidget);
-    const QWidget* pFocus = QApplication::focusWidget();
-    const bool bActive = pDock != nullptr && pFocus != nullptr && pDock->isAncestorOf(pFocus);
+    const bool bActive = pDock != nullptr && IsActivePane(*pDock);
     pPainter->save();
     const QRect rect = pTitle->rect;
     FillGradient(*pPainter, rect, bActive ? m_look.m_activeTitle : m_look.m_title,
                  m_look.m_nId != ID_APPLOOK_WINDOWS_2000);
     pPainter->setPen(m_look.m_border);
     pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
+    constexpr int kMargin = 5;
+    const int nPin = pDock != nullptr ? 22 : 0;
+    const bool bMirrored = pTitle->direction == Qt::RightToLeft;
     const QRect label = subElementRect(SE_DockWidgetTitleBarText, pOption, pWidget)
-                            .adjusted(5, 0, pDock != nullptr ? -22 : 0, 0);
+                            .adjusted(bMirrored ? nPin : kMargin, 0, bMirrored ? -kMargin : -nPin, 0);
     pPainter->setPen(bActive ? m_look.m_activeTitleText : m_look.m_titleText);
     pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                        pPainter->fontMetrics().elidedText(pTitle->title, Qt::ElideRight, label.width()));

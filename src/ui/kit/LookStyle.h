@@ -68,6 +68,10 @@ const CLook& CurrentLook();
 // Makes the look that of the whole program.
 void ApplyLook(const CLook& look);
 
+// A pane with the focus inside has the colours of an active title.
+bool IsActivePane(const QWidget& pane);
+QColor TitleTextColor(const QWidget& pane);
+
 // Draws menus, toolbars, tabs, pane titles, headers and the status bar in the colours of the current look.
 class CLookStyle : public QProxyStyle {
     Q_OBJECT

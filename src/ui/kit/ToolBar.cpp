@@ -46,7 +46,16 @@ bool CToolBar::IsUserToolBar() const {
 }
 
 void CToolBar::SetCommands(const std::vector<int>& listCommands) {
-    clear();
+    // The toolkit takes its time to delete a button: it leaves the bar at once, or it would stand beside the
+    // new one for whoever looks for it there.
+    for (QAction* pAction : actions()) {
+        QWidget* pButton = widgetForAction(pAction);
+        removeAction(pAction);
+        if (pButton != nullptr)
+            pButton->setParent(nullptr);
+        if (pAction->parent() == this) // separators and the bar's options
+            pAction->deleteLater();
+    }
     m_listCommands.clear();
     for (const int nId : listCommands) {
         if (nId == ID_SEPARATOR)

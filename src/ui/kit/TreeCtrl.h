@@ -27,6 +27,11 @@ public:
 
     void setModel(QAbstractItemModel* pModel) override;
     void scrollTo(const QModelIndex& index, ScrollHint nHint = EnsureVisible) override;
+    // A tree that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
+    // shows.
+    QRect visualRect(const QModelIndex& index) const override {
+        return isVisible() ? QTreeView::visualRect(index) : QRect();
+    }
 
 protected:
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,

@@ -1,0 +1,179 @@
+// What is on the screen and what is not: panes behind tabs, for the keyboard and for screen readers.
+#include "ui/SessionSupport.h"
+
+#include "ui/kit/AutoHide.h"
+#include "ui/kit/ToolBar.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+// Everything that a screen reader is told to be on the screen at or below this, as "role: name".
+void AddShown(QAccessibleInterface* pNode, QStringList& listShown) {
+    if (pNode == nullptr)
+        return;
+    if (!pNode->state().invisible)
+        listShown << QStringLiteral("%1: %2").arg(pNode->role()).arg(pNode->text(QAccessible::Name));
+    for (int n = 0; n < pNode->childCount(); ++n)
+        AddShown(pNode->child(n), listShown);
+}
+
+QStringList Shown(QObject& object) {
+    QStringList listShown;
+    AddShown(QAccessible::queryAccessibleInterface(&object), listShown);
+    return listShown;
+}
+
+// How often this name stands in the accessibility tree below an object.
+int Named(QObject& object, const char* pszName) {
+    const QAccessibleInterface* pNode = QAccessible::queryAccessibleInterface(&object);
+    int nNamed = 0;
+    for (int n = 0; n < pNode->childCount(); ++n)
+        nNamed += pNode->child(n)->text(QAccessible::Name) == QLatin1String(pszName) ? 1 : 0;
+    return nNamed;
+}
+
+bool IsOnTheScreen(const QWidget& widget) {
+    const QWidget& window = *widget.window();
+    return widget.isVisible() &&
+           window.rect().intersects(QRect(widget.mapTo(&window, QPoint()), widget.size()));
+}
+
+// What the Tab key goes through until it is where it began.
+QList<QWidget*> TabOrder(Qt::Key nKey) {
+    QList<QWidget*> listOrder;
+    while (QWidget* pFocus = QApplication::focusWidget()) {
+        if (listOrder.contains(pFocus) || listOrder.size() > 200)
+            break;
+        listOrder << pFocus;
+        QTest::keyClick(pFocus, nKey);
+    }
+    return listOrder;
+}
+
+} // namespace
+
+class DockingTest : public CSessionTest {
+    Q_OBJECT
+
+private slots:
+    void init() { StartRun(); }
+    void cleanup() { EndRun(); }
+
+    void tabGoesThroughWhatIsOnTheScreenAndNothingElse() {
+        CMainFrame& frame = m_pRun->Frame();
+        CSessionRun::ShowPane(frame.m_wndErrorPane);
+        for (const Qt::Key nKey : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            frame.m_wndErrorPane.MainControl()->setFocus();
+            const QList<QWidget*> listOrder = TabOrder(nKey);
+            QVERIFY(listOrder.size() > 3);
+            for (const QWidget* pWidget : listOrder) {
+                QVERIFY2(IsOnTheScreen(*pWidget), pWidget->metaObject()->className());
+                for (const CDockablePane* pPane : frame.Panes())
+                    QVERIFY(pPane == &frame.m_wndErrorPane || !pPane->isAncestorOf(pWidget));
+            }
+            QVERIFY(listOrder.contains(frame.m_wndErrorPane.PinButton()));
+        }
+    }
+
+    void aPaneBehindATabIsNotToldAsShowing() {
+        CMainFrame& frame = m_pRun->Frame();
+        CChildFrame* pSession =
+            m_pRun->Open("a.log", DebugLog({Line("10:00:00.000000", "SELECT * FROM DTA.F0101"),
+                                            Line("10:00:09.000000", "SELECT * FROM DTA.F0101"),
+                                            Line("10:00:09.000001", "JDB9900168 - Failed to update")}));
+        Select(pSession, "Thread - 6");
+        for (CDockablePane* pFront : frame.Panes()) {
+            CSessionRun::ShowPane(*pFront);
+            CSessionRun::Settle();
+            for (CDockablePane* pPane : frame.Panes()) {
+                if (pPane != pFront)
+                    QCOMPARE(Shown(*pPane), QStringList());
+            }
+            const QStringList listFront = Shown(*pFront);
+            QVERIFY(listFront.contains(
+                QStringLiteral("%1: %2").arg(QAccessible::Window).arg(pFront->windowTitle())));
+            for (const char* pszButton : {"Auto Hide", "Float", "Close"})
+                QCOMPARE(
+                    listFront.count(QStringLiteral("%1: %2").arg(QAccessible::PushButton).arg(pszButton)), 1);
+            QVERIFY(pFront->MainControl()->isVisible());
+        }
+    }
+
+    void aSessionBehindAnotherOnesTabIsNotToldAsShowing() {
+        CChildFrame* pFirst = m_pRun->Open("a.log", DebugLog({}));
+        CChildFrame* pSecond = m_pRun->Open("b.log", DebugLog({}));
+        QCOMPARE(Shown(*pFirst), QStringList());
+        QVERIFY(Shown(*pSecond).size() > 4);
+        m_pRun->Frame().ClientArea().Activate(*pFirst);
+        QCOMPARE(Shown(*pSecond), QStringList());
+    }
+
+    void aPaneThatComesToTheFrontHasItsPartsInPlace() {
+        CMainFrame& frame = m_pRun->Frame();
+        CSessionRun::ShowPane(frame.m_wndSQLPane);
+        const QRect list = frame.m_wndSQLPane.MainControl()->geometry();
+        CSessionRun::ShowPane(frame.m_wndBSFNPane);
+        frame.resize(frame.width() - 150, frame.height());
+        QCoreApplication::processEvents();
+        CSessionRun::ShowPane(frame.m_wndSQLPane);
+        QCOMPARE(frame.m_wndSQLPane.MainControl()->width(), list.width() - 150);
+        QVERIFY(frame.m_wndSQLPane.rect().contains(frame.m_wndSQLPane.PinButton()->geometry()));
+        for (const char* pszName : {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton"}) {
+            const auto* pButton = frame.m_wndSQLPane.findChild<QAbstractButton*>(QLatin1String(pszName));
+            QVERIFY(pButton->isVisible());
+            QVERIFY(frame.m_wndSQLPane.rect().contains(pButton->geometry()));
+            QVERIFY(pButton->x() > frame.m_wndSQLPane.width() - 60);
+        }
+    }
+
+    void aPaneThatFloatsFromBehindATabShowsItsParts() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.m_wndFindPane.setFloating(true);
+        QCoreApplication::processEvents();
+        QVERIFY(frame.m_wndFindPane.MainControl()->isVisible());
+        frame.m_wndFindPane.setFloating(false);
+        QCoreApplication::processEvents();
+        CSessionRun::ShowPane(frame.m_wndBSFNPane);
+        QVERIFY(!frame.m_wndFindPane.MainControl()->isVisible());
+    }
+
+    void thePinIsAButtonOfItsPaneForAScreenReader() {
+        CMainFrame& frame = m_pRun->Frame();
+        QAccessibleInterface* pPane = QAccessible::queryAccessibleInterface(&frame.m_wndBSFNPane);
+        QAccessibleInterface* pPin = QAccessible::queryAccessibleInterface(frame.m_wndBSFNPane.PinButton());
+        QVERIFY(pPin != nullptr);
+        QCOMPARE(pPin->parent(), pPane);
+        QVERIFY(pPane->indexOfChild(pPin) >= 0);
+        QCOMPARE(pPane->child(pPane->indexOfChild(pPin)), pPin);
+        pPin->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QTRY_VERIFY(frame.AutoHide().IsFolded(frame.m_wndBSFNPane));
+    }
+
+    void aToolBarsButtonStandsOnceForAScreenReaderHoweverOftenTheBarChanges() {
+        CMainFrame& frame = m_pRun->Frame();
+        CToolBar* pStandard = frame.ToolBars().constFirst();
+        for (int n = 0; n < 3; ++n) {
+            QCOMPARE(Named(*pStandard, "Open"), 1);
+            QCOMPARE(Named(*pStandard, "About Carvelot"), 1);
+            QCOMPARE(Named(*pStandard, "Standard toolbar options: Customize..."), 1);
+            pStandard->Reset();
+        }
+    }
+
+    void aLogIsDroppedAnywhereInTheWindow() {
+        CMainFrame& frame = m_pRun->Frame();
+        QVERIFY(m_pRun->Open("a.log", DebugLog({})) != nullptr);
+        for (CDockablePane* pPane : frame.Panes()) {
+            CSessionRun::ShowPane(*pPane);
+            QCOMPARE(PartsThatTakeNoCopy(frame), QStringList());
+        }
+    }
+};
+
+QTEST_MAIN(DockingTest)
+#include "DockingTest.moc"

@@ -1,0 +1,211 @@
+// What a user arranged stands so after the next start.
+#include "ui/UiSupport.h"
+
+#include "ui/kit/AutoHide.h"
+
+#include <QTabBar>
+
+#include <functional>
+
+using namespace carvelot;
+using namespace carvelot::test;
+
+namespace {
+
+void Settle() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+QString Text(const QRect& rect) {
+    return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
+}
+
+// Where each pane is, as a person sees it; a line a pane, then the tabs of each group.
+QStringList Arrangement(CMainFrame& frame) {
+    QStringList listLines;
+    for (CDockablePane* pPane : frame.Panes()) {
+        QString strPlace;
+        if (frame.AutoHide().IsFolded(*pPane))
+            strPlace = QStringLiteral("folded away");
+        else if (pPane->isHidden())
+            strPlace = QStringLiteral("closed");
+        else if (pPane->isFloating())
+            strPlace = QStringLiteral("floats at ") + Text(pPane->geometry());
+        else if (pPane->IsInFront())
+            strPlace = QStringLiteral("%1, %2").arg(frame.dockWidgetArea(pPane)).arg(Text(pPane->geometry()));
+        else
+            strPlace = QStringLiteral("%1, behind").arg(frame.dockWidgetArea(pPane));
+        listLines << QStringLiteral("%1: %2").arg(pPane->windowTitle(), strPlace);
+    }
+    QStringList listGroups;
+    for (const QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        QStringList listTabs;
+        for (int n = 0; pBar->isVisible() && n < pBar->count(); ++n)
+            listTabs << pBar->tabText(n);
+        if (!listTabs.isEmpty())
+            listGroups << listTabs.join(QLatin1Char('|'));
+    }
+    listGroups.sort();
+    return listLines + listGroups + QStringList(frame.AutoHide().Stored());
+}
+
+void Tabify(CMainFrame& frame, std::initializer_list<CDockablePane*> listPanes, Qt::DockWidgetArea nArea) {
+    CDockablePane* pBefore = nullptr;
+    for (CDockablePane* pPane : listPanes) {
+        frame.addDockWidget(nArea, pPane);
+        if (pBefore != nullptr)
+            frame.tabifyDockWidget(pBefore, pPane);
+        pBefore = pPane;
+    }
+    Settle();
+}
+
+using FArrange = std::function<void(CMainFrame&)>;
+
+const std::vector<std::pair<const char*, FArrange>>& Arrangements() {
+    static const std::vector<std::pair<const char*, FArrange>> list = {
+        {"taller, another tab in front",
+         [](CMainFrame& f) {
+             f.resizeDocks({&f.m_wndBSFNPane}, {331}, Qt::Vertical);
+             f.m_wndFindPane.raise();
+         }},
+        {"all at the right, narrow",
+         [](CMainFrame& f) {
+             Tabify(f,
+                    {&f.m_wndProcessPane, &f.m_wndSQLPane, &f.m_wndTimingGapsPane, &f.m_wndFindPane,
+                     &f.m_wndLongTasksPane, &f.m_wndRawDataPane, &f.m_wndCachePane, &f.m_wndErrorPane,
+                     &f.m_wndBSFNPane},
+                    Qt::RightDockWidgetArea);
+             f.resizeDocks({&f.m_wndProcessPane}, {287}, Qt::Horizontal);
+             f.m_wndProcessPane.raise();
+         }},
+        {"two groups",
+         [](CMainFrame& f) {
+             Tabify(f, {&f.m_wndFindPane, &f.m_wndErrorPane, &f.m_wndRawDataPane}, Qt::LeftDockWidgetArea);
+             f.resizeDocks({&f.m_wndFindPane}, {263}, Qt::Horizontal);
+             f.resizeDocks({&f.m_wndBSFNPane}, {177}, Qt::Vertical);
+             f.m_wndErrorPane.raise();
+             f.m_wndSQLPane.raise();
+         }},
+        {"something at each edge",
+         [](CMainFrame& f) {
+             Tabify(f, {&f.m_wndFindPane}, Qt::LeftDockWidgetArea);
+             Tabify(f, {&f.m_wndErrorPane, &f.m_wndLongTasksPane}, Qt::RightDockWidgetArea);
+             Tabify(f, {&f.m_wndRawDataPane}, Qt::TopDockWidgetArea);
+             f.resizeDocks({&f.m_wndFindPane, &f.m_wndErrorPane}, {201, 307}, Qt::Horizontal);
+             f.resizeDocks({&f.m_wndRawDataPane, &f.m_wndBSFNPane}, {122, 213}, Qt::Vertical);
+             f.m_wndErrorPane.raise();
+             f.m_wndTimingGapsPane.raise();
+         }},
+        {"side by side",
+         [](CMainFrame& f) {
+             f.addDockWidget(Qt::BottomDockWidgetArea, &f.m_wndRawDataPane, Qt::Horizontal);
+             Settle();
+             f.resizeDocks({&f.m_wndBSFNPane, &f.m_wndRawDataPane}, {731, 464}, Qt::Horizontal);
+             f.resizeDocks({&f.m_wndBSFNPane}, {191}, Qt::Vertical);
+             f.m_wndCachePane.raise();
+         }},
+        {"one above the other",
+         [](CMainFrame& f) {
+             f.addDockWidget(Qt::LeftDockWidgetArea, &f.m_wndFindPane);
+             f.addDockWidget(Qt::LeftDockWidgetArea, &f.m_wndErrorPane, Qt::Vertical);
+             Settle();
+             f.resizeDocks({&f.m_wndFindPane, &f.m_wndErrorPane}, {301, 153}, Qt::Vertical);
+             f.resizeDocks({&f.m_wndFindPane}, {333}, Qt::Horizontal);
+             f.m_wndLongTasksPane.raise();
+         }},
+        {"folded away below, docked beside",
+         [](CMainFrame& f) {
+             Tabify(f, {&f.m_wndErrorPane, &f.m_wndLongTasksPane}, Qt::RightDockWidgetArea);
+             f.resizeDocks({&f.m_wndErrorPane}, {345}, Qt::Horizontal);
+             f.resizeDocks({&f.m_wndBSFNPane}, {222}, Qt::Vertical);
+             f.m_wndErrorPane.raise();
+             Settle();
+             f.AutoHide().Fold(f.m_wndBSFNPane);
+         }},
+        {"folded away at three edges",
+         [](CMainFrame& f) {
+             Tabify(f, {&f.m_wndFindPane}, Qt::LeftDockWidgetArea);
+             Tabify(f, {&f.m_wndErrorPane, &f.m_wndLongTasksPane}, Qt::RightDockWidgetArea);
+             Tabify(f, {&f.m_wndRawDataPane}, Qt::TopDockWidgetArea);
+             f.resizeDocks({&f.m_wndFindPane, &f.m_wndErrorPane}, {211, 317}, Qt::Horizontal);
+             f.resizeDocks({&f.m_wndRawDataPane, &f.m_wndBSFNPane}, {132, 203}, Qt::Vertical);
+             Settle();
+             f.AutoHide().Fold(f.m_wndFindPane);
+             f.AutoHide().Fold(f.m_wndRawDataPane);
+             f.AutoHide().Fold(f.m_wndErrorPane);
+             f.m_wndTimingGapsPane.raise();
+         }},
+        {"one floats, one is closed",
+         [](CMainFrame& f) {
+             f.m_wndFindPane.raise();
+             Settle();
+             f.m_wndFindPane.setFloating(true);
+             QVERIFY(QTest::qWaitForWindowExposed(&f.m_wndFindPane));
+             f.m_wndFindPane.setGeometry(160, 140, 380, 220);
+             Settle();
+             f.m_wndErrorPane.close();
+             f.resizeDocks({&f.m_wndBSFNPane}, {181}, Qt::Vertical);
+             f.m_wndRawDataPane.raise();
+         }},
+        {"a tab moved, another window size",
+         [](CMainFrame& f) {
+             f.resize(900, 640);
+             Settle();
+             for (QTabBar* pBar : f.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+                 if (pBar->isVisible())
+                     pBar->moveTab(8, 0);
+             }
+             f.resizeDocks({&f.m_wndBSFNPane}, {281}, Qt::Vertical);
+             f.m_wndSQLPane.raise();
+         }},
+        {"maximized, a group higher than the window is otherwise",
+         [](CMainFrame& f) {
+             f.resize(500, 400);
+             f.showMaximized();
+             QTRY_VERIFY(f.width() > 600);
+             Settle();
+             f.resizeDocks({&f.m_wndBSFNPane}, {431}, Qt::Vertical);
+             f.m_wndFindPane.raise();
+         }},
+    };
+    return list;
+}
+
+} // namespace
+
+class LayoutTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void whatWasArrangedStandsSoAfterTheNextTwoStarts_data() {
+        QTest::addColumn<int>("arrangement");
+        for (std::size_t n = 0; n < Arrangements().size(); ++n)
+            QTest::newRow(Arrangements()[n].first) << static_cast<int>(n);
+    }
+
+    void whatWasArrangedStandsSoAfterTheNextTwoStarts() {
+        QFETCH(int, arrangement);
+        CFakeInterface user;
+        const QTemporaryDir folder;
+        QStringList listArranged;
+        {
+            const CRun run(folder);
+            Settle();
+            Arrangements()[static_cast<std::size_t>(arrangement)].second(run.Frame());
+            Settle();
+            listArranged = Arrangement(run.Frame());
+        }
+        for (int nStart = 0; nStart < 2; ++nStart) {
+            const CRun run(folder);
+            Settle();
+            Settle();
+            QTRY_COMPARE(Arrangement(run.Frame()).join(QLatin1Char('\n')),
+                         listArranged.join(QLatin1Char('\n')));
+        }
+    }
+};
+
+QTEST_MAIN(LayoutTest)
+#include "LayoutTest.moc"
