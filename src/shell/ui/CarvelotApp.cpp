@@ -8,6 +8,7 @@
 #include "shell/ui/AboutDlg.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/OptionsDlg.h"
+#include "shell/ui/PlainText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
@@ -51,6 +52,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
             "OLE initialization failed.  Make sure that the OLE libraries are the correct version."));
         return false;
     }
+    ShowTipsAsPlainText();
     m_recentFiles.Load();
     LoadSettings();
     ClearTraceApps();

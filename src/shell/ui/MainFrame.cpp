@@ -7,6 +7,7 @@
 #include "shell/ui/CustomizeDlg.h"
 #include "shell/ui/Document.h"
 #include "shell/ui/LookStyle.h"
+#include "shell/ui/PlainText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/ToolBar.h"
@@ -317,7 +318,6 @@ void CMainFrame::MakeStatusBar() {
     m_pBitness->setContentsMargins(10, 0, 10, 0);
     statusBar()->addPermanentWidget(m_pProgress);
     statusBar()->addPermanentWidget(m_pBitness);
-    statusBar()->setAccessibleName(tr("Status"));
 }
 
 QList<CDockablePane*> CMainFrame::Panes() {
@@ -487,7 +487,7 @@ EMenuState CMainFrame::MenuState() const {
 void CMainFrame::UpdateTitleAndMenus() {
     const CMDIChildWnd* pChild = ActiveChild();
     setWindowTitle(pChild != nullptr && !pChild->windowTitle().isEmpty()
-                       ? QStringLiteral("%1 - Carvelot").arg(pChild->windowTitle())
+                       ? PlainTitle(pChild->windowTitle()) + QStringLiteral(" - Carvelot")
                        : QStringLiteral("Carvelot"));
     const std::span<const EMenu> menus = MenusOf(MenuState());
     for (const auto& [nMenu, pMenu] : m_mapMenus)
@@ -613,7 +613,7 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         menu.addAction(pToolBar->toggleViewAction());
     menu.addSeparator();
     for (CDockablePane* pPane : Panes()) {
-        QAction* pAction = menu.addAction(pPane->windowTitle());
+        QAction* pAction = menu.addAction(PlainCaption(pPane->windowTitle()));
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
         connect(pAction, &QAction::triggered, pPane, [this, pPane](bool bShow) {
@@ -641,6 +641,11 @@ QMenu* CMainFrame::createPopupMenu() {
     return pMenu;
 }
 
+QString CMainFrame::NumberedEntry(std::size_t nNumber, const QString& strText) const {
+    return QStringLiteral("&%1 ").arg(nNumber) +
+           PlainCaption(fontMetrics().elidedText(strText, Qt::ElideMiddle, 420));
+}
+
 void CMainFrame::FillRecentFiles() {
     CPersonalMenu& menu = *m_mapMenus.at(EMenu::File);
     qDeleteAll(m_listRecentActions);
@@ -648,9 +653,7 @@ void CMainFrame::FillRecentFiles() {
     const std::vector<std::string>& listPaths = theApp().m_recentFiles.m_listPaths;
     for (std::size_t n = 0; n < listPaths.size(); ++n) {
         const QString strPath = ToQString(listPaths[n]);
-        QString strText = fontMetrics().elidedText(strPath, Qt::ElideMiddle, 420);
-        strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-        auto* pAction = new QAction(QStringLiteral("&%1 %2").arg(n + 1).arg(strText), &menu);
+        auto* pAction = new QAction(NumberedEntry(n + 1, strPath), &menu);
         pAction->setStatusTip(tr("Open this document"));
         connect(pAction, &QAction::triggered, this, [strPath] {
             // A file that cannot be opened any more leaves the list.
@@ -674,9 +677,8 @@ void CMainFrame::FillWindowList() {
     const QList<CMDIChildWnd*> listChildren = m_pClientArea->Children();
     for (qsizetype n = 0; n < std::min<qsizetype>(listChildren.size(), 9); ++n) {
         CMDIChildWnd* pChild = listChildren[n];
-        QString strText = fontMetrics().elidedText(pChild->windowTitle(), Qt::ElideMiddle, 420);
-        strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-        auto* pAction = new QAction(QStringLiteral("&%1 %2").arg(n + 1).arg(strText), &menu);
+        auto* pAction =
+            new QAction(NumberedEntry(static_cast<std::size_t>(n) + 1, pChild->windowTitle()), &menu);
         pAction->setCheckable(true);
         pAction->setChecked(pChild == ActiveChild());
         pAction->setStatusTip(tr("Activate this window"));

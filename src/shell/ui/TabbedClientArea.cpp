@@ -3,6 +3,7 @@
 #include "shell/Commands.h"
 #include "shell/ui/Document.h"
 #include "shell/ui/LookStyle.h"
+#include "shell/ui/PlainText.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 
@@ -272,9 +273,7 @@ void CTabbedClientArea::RefreshTab(CMDIChildWnd& child) {
     if (pGroup == nullptr)
         return;
     const int nTab = pGroup->indexOf(&child);
-    QString strText = child.windowTitle();
-    strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-    pGroup->setTabText(nTab, strText);
+    pGroup->setTabText(nTab, PlainCaption(child.windowTitle()));
     pGroup->setTabToolTip(nTab, child.windowTitle());
     if (&child == m_pActive)
         emit ActiveChildChanged();
