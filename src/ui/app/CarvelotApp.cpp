@@ -9,6 +9,7 @@
 #include "ui/app/MainFrame.h"
 #include "ui/app/OptionsDlg.h"
 #include "ui/kit/PathText.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
@@ -52,6 +53,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
             "OLE initialization failed.  Make sure that the OLE libraries are the correct version."));
         return false;
     }
+    ShowTipsAsPlainText();
     m_recentFiles.Load();
     LoadSettings();
     ClearTraceApps();

@@ -2,6 +2,7 @@
 
 #include "settings/Commands.h"
 #include "ui/app/MainFrame.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/ToolBar.h"
 #include "ui/kit/UserInterface.h"
@@ -66,7 +67,7 @@ QWidget* CCustomizeDlg::CommandsPage() {
     m_pCommands->setObjectName(QStringLiteral("Commands"));
     m_pCommands->setAccessibleName(tr("Commands"));
     m_pCommands->setIconSize({16, 16});
-    m_pDescription = new QLabel;
+    m_pDescription = PlainLabel();
     m_pDescription->setWordWrap(true);
     m_pDescription->setMinimumHeight(m_pDescription->fontMetrics().lineSpacing() * 2 + 2);
     m_pDescription->setAlignment(Qt::AlignTop | Qt::AlignLeft);

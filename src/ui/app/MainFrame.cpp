@@ -9,6 +9,7 @@
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/PathText.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/ToolBar.h"
@@ -335,7 +336,6 @@ void CMainFrame::MakeStatusBar() {
     m_pBitness->setContentsMargins(10, 0, 10, 0);
     statusBar()->addPermanentWidget(m_pProgress);
     statusBar()->addPermanentWidget(m_pBitness);
-    statusBar()->setAccessibleName(tr("Status"));
 }
 
 QList<CDockablePane*> CMainFrame::Panes() {
@@ -496,7 +496,7 @@ EMenuState CMainFrame::MenuState() const {
 void CMainFrame::UpdateTitleAndMenus() {
     const CMDIChildWnd* pChild = ActiveChild();
     setWindowTitle(pChild != nullptr && !pChild->windowTitle().isEmpty()
-                       ? QStringLiteral("%1 - Carvelot").arg(pChild->windowTitle())
+                       ? PlainTitle(pChild->windowTitle()) + QStringLiteral(" - Carvelot")
                        : QStringLiteral("Carvelot"));
     const std::span<const EMenu> menus = MenusOf(MenuState());
     for (const auto& [nMenu, pMenu] : m_mapMenus)
@@ -621,7 +621,7 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         menu.addAction(pToolBar->toggleViewAction());
     menu.addSeparator();
     for (CDockablePane* pPane : Panes()) {
-        QAction* pAction = menu.addAction(pPane->windowTitle());
+        QAction* pAction = menu.addAction(PlainCaption(pPane->windowTitle()));
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
         connect(pAction, &QAction::triggered, pPane, [this, pPane](bool bShow) {
@@ -649,6 +649,11 @@ QMenu* CMainFrame::createPopupMenu() {
     return pMenu;
 }
 
+QString CMainFrame::NumberedEntry(std::size_t nNumber, const QString& strText) const {
+    return QStringLiteral("&%1 ").arg(nNumber) +
+           PlainCaption(fontMetrics().elidedText(strText, Qt::ElideMiddle, 420));
+}
+
 void CMainFrame::FillRecentFiles() {
     CPersonalMenu& menu = *m_mapMenus.at(EMenu::File);
     qDeleteAll(m_listRecentActions);
@@ -656,9 +661,7 @@ void CMainFrame::FillRecentFiles() {
     const std::vector<std::string>& listPaths = theApp().m_recentFiles.m_listPaths;
     for (std::size_t n = 0; n < listPaths.size(); ++n) {
         const QString strPath = PathToQString(listPaths[n]);
-        QString strText = fontMetrics().elidedText(ToQString(listPaths[n]), Qt::ElideMiddle, 420);
-        strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-        auto* pAction = new QAction(QStringLiteral("&%1 %2").arg(n + 1).arg(strText), &menu);
+        auto* pAction = new QAction(NumberedEntry(n + 1, ToQString(listPaths[n])), &menu);
         pAction->setStatusTip(tr("Open this document"));
         connect(pAction, &QAction::triggered, this, [strPath] {
             // A file that cannot be opened any more leaves the list.
@@ -682,9 +685,8 @@ void CMainFrame::FillWindowList() {
     const QList<CMDIChildWnd*> listChildren = m_pClientArea->Children();
     for (qsizetype n = 0; n < std::min<qsizetype>(listChildren.size(), 9); ++n) {
         CMDIChildWnd* pChild = listChildren[n];
-        QString strText = fontMetrics().elidedText(pChild->windowTitle(), Qt::ElideMiddle, 420);
-        strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-        auto* pAction = new QAction(QStringLiteral("&%1 %2").arg(n + 1).arg(strText), &menu);
+        auto* pAction =
+            new QAction(NumberedEntry(static_cast<std::size_t>(n) + 1, pChild->windowTitle()), &menu);
         pAction->setCheckable(true);
         pAction->setChecked(pChild == ActiveChild());
         pAction->setStatusTip(tr("Activate this window"));

@@ -104,6 +104,8 @@ private:
     bool ApplyLayout();
     void LoadUserToolBars();
     void FillToolBarMenu(QMenu& menu);
+    // A menu's entry for the n-th file or window.
+    QString NumberedEntry(std::size_t nNumber, const QString& strText) const;
     void FillRecentFiles();
     void FillWindowList();
     void UpdateTitleAndMenus();

@@ -3,6 +3,7 @@
 #include "settings/Commands.h"
 #include "ui/kit/Document.h"
 #include "ui/kit/LookStyle.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 
@@ -272,9 +273,7 @@ void CTabbedClientArea::RefreshTab(CMDIChildWnd& child) {
     if (pGroup == nullptr)
         return;
     const int nTab = pGroup->indexOf(&child);
-    QString strText = child.windowTitle();
-    strText.replace(QLatin1Char('&'), QLatin1String("&&"));
-    pGroup->setTabText(nTab, strText);
+    pGroup->setTabText(nTab, PlainCaption(child.windowTitle()));
     pGroup->setTabToolTip(nTab, child.windowTitle());
     if (&child == m_pActive)
         emit ActiveChildChanged();

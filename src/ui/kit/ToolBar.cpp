@@ -3,8 +3,10 @@
 #include "settings/Commands.h"
 #include "text/Numbers.h"
 #include "ui/kit/MainWindow.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 
+#include <QEvent>
 #include <QMenu>
 #include <QStyle>
 #include <QToolButton>
@@ -36,9 +38,19 @@ CToolBar::CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const Q
     : QToolBar(strTitle), m_frame(frame), m_nId(nId), m_listDefault(std::move(listDefault)) {
     setObjectName(strName);
     setAccessibleName(strTitle);
+    toggleViewAction()->setText(PlainCaption(strTitle));
     setAllowedAreas(Qt::AllToolBarAreas);
     setIconSize({16, 16});
     Reset();
+}
+
+bool CToolBar::event(QEvent* pEvent) {
+    const bool bHandled = QToolBar::event(pEvent);
+    if (pEvent->type() == QEvent::WindowTitleChange) {
+        // The toolkit's own entry takes "&" in a title for the mark of a key.
+        toggleViewAction()->setText(PlainCaption(windowTitle()));
+    }
+    return bHandled;
 }
 
 bool CToolBar::IsUserToolBar() const {

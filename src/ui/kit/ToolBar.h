@@ -31,6 +31,9 @@ public:
     QString StoredCommands() const;
     void SetStoredCommands(const QString& strStored);
 
+protected:
+    bool event(QEvent* pEvent) override;
+
 private:
     void FillCustomizeMenu(QMenu& menu);
 

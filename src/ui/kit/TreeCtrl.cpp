@@ -4,11 +4,13 @@
 #include "ui/kit/Text.h"
 
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyleOption>
+#include <QToolTip>
 
 #include <algorithm>
 
@@ -17,23 +19,30 @@ namespace carvelot {
 namespace {
 
 constexpr qsizetype kMaximumText = 260;
+constexpr qsizetype kLongestTip = 1000;
 
 bool IsLineBreak(QChar c) {
     return c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
 }
 
-} // namespace
-
-QString NodeDisplayText(std::string_view strText) {
+QString Head(std::string_view strText, qsizetype nMost) {
     // A character takes at most three bytes for each of its units: what lies behind them need not be decoded.
-    std::string_view strHead = strText.substr(0, static_cast<std::size_t>(kMaximumText) * 3 + 3);
+    std::string_view strHead = strText.substr(0, static_cast<std::size_t>(nMost) * 3 + 3);
     while (strHead.size() < strText.size() && !strHead.empty() &&
            (static_cast<unsigned char>(strText[strHead.size()]) & 0xC0U) == 0x80U)
         strHead.remove_suffix(1);
-    QString strShown = ToQString(strHead).left(kMaximumText);
+    return ToQString(strHead).left(nMost);
+}
+
+} // namespace
+
+QString NodeDisplayText(std::string_view strText) {
+    QString strShown = Head(strText, kMaximumText);
     std::replace_if(strShown.begin(), strShown.end(), IsLineBreak, QChar(u' '));
     return strShown;
 }
+
+QString NodeTipText(std::string_view strText) { return Head(strText, kLongestTip); }
 
 CTreeCtrl::CTreeCtrl(const QString& strAccessibleName, QWidget* pParent) : QTreeView(pParent) {
     setAccessibleName(strAccessibleName);
@@ -95,6 +104,24 @@ void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
     const int nWidth = viewport()->width();
     const bool bSeen = nLeft >= nBefore && nLeft <= nBefore + nWidth * 2 / 3;
     pBar->setValue(bSeen ? nBefore : std::max(0, nLeft - nWidth / 4));
+}
+
+bool CTreeCtrl::viewportEvent(QEvent* pEvent) {
+    if (pEvent->type() != QEvent::ToolTip)
+        return QTreeView::viewportEvent(pEvent);
+    const auto& help = static_cast<const QHelpEvent&>(*pEvent);
+    const QModelIndex index = indexAt(help.pos());
+    QToolTip::showText(help.globalPos(), IsCut(index) ? index.data(Qt::ToolTipRole).toString() : QString(),
+                       viewport(), visualRect(index));
+    return true;
+}
+
+bool CTreeCtrl::IsCut(const QModelIndex& index) const {
+    if (!index.isValid())
+        return false;
+    const int nLeft = visualRect(index).left();
+    return nLeft < 0 || nLeft + sizeHintForIndex(index).width() > viewport()->width() ||
+           index.data(Qt::ToolTipRole).toString().size() > index.data().toString().size();
 }
 
 QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index,

@@ -10,9 +10,13 @@ namespace carvelot {
 // The first 260 characters of a node's text, on one line: a tree shows no more.
 QString NodeDisplayText(std::string_view strText);
 
+// What a node's tip tells of its text: more than a tree shows, and no more than can be read.
+QString NodeTipText(std::string_view strText);
+
 // A tree without a header whose nodes all have one height. Its one column is as wide as the widest node that
 // has been on the screen since the last fill, so that long nodes are reached by scrolling and no node is
-// measured unseen. There is no way to have nothing selected again once a node is selected, but a refill.
+// measured unseen. There is no way to have nothing selected again once a node is selected, but a refill. A
+// node that is cut, at the view's edge or for its length, tells its text (the model's tip) below the pointer.
 class CTreeCtrl : public QTreeView {
     Q_OBJECT
 
@@ -34,6 +38,7 @@ public:
     }
 
 protected:
+    bool viewportEvent(QEvent* pEvent) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* pEvent = nullptr) const override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
@@ -47,6 +52,7 @@ protected:
     QPoint MenuPoint(const QModelIndex& index) const;
 
 private:
+    bool IsCut(const QModelIndex& index) const;
     void FitColumn();
     void FitColumnLater();
     void StartColumn();

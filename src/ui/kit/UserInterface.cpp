@@ -21,8 +21,9 @@ class CQtUserInterface final : public CUserInterface {
 public:
     void ShowMessage(const QString& strText) override {
         // A message may come up in the middle of a load: it is readable only with an ordinary cursor.
-        QMessageBox box(QMessageBox::Warning, QStringLiteral("Carvelot"), strText, QMessageBox::Ok, Owner());
-        box.setTextFormat(Qt::PlainText);
+        QMessageBox box(QMessageBox::Warning, QStringLiteral("Carvelot"), {}, QMessageBox::Ok, Owner());
+        box.setTextFormat(Qt::PlainText); // ahead of the text, which may be anything
+        box.setText(strText);
         if (QApplication::overrideCursor() != nullptr) {
             QApplication::setOverrideCursor(Qt::ArrowCursor);
             box.exec();

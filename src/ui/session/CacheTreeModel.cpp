@@ -57,10 +57,12 @@ QVariant CCacheTreeModel::data(const QModelIndex& index, int nRole) const {
     if (pCache == nullptr)
         return {};
     const auto* pOperation = Operation(index);
-    if (nRole == Qt::DisplayRole)
-        return NodeDisplayText(pOperation != nullptr
-                                   ? CCacheAnalysis::OperationText(m_pSession->m_listDetails, *pOperation)
-                                   : CCacheAnalysis::CacheText(*pCache));
+    if (nRole == Qt::DisplayRole || nRole == Qt::ToolTipRole) {
+        const std::string strText =
+            pOperation != nullptr ? CCacheAnalysis::OperationText(m_pSession->m_listDetails, *pOperation)
+                                  : CCacheAnalysis::CacheText(*pCache);
+        return nRole == Qt::DisplayRole ? NodeDisplayText(strText) : NodeTipText(strText);
+    }
     if (nRole == Qt::DecorationRole)
         return m_listImages.value(pOperation != nullptr ? pOperation->Image() : 0);
     return {};

@@ -91,6 +91,8 @@ QVariant CDetailTreeModel::data(const QModelIndex& index, int nRole) const {
         return {};
     if (nRole == Qt::DisplayRole)
         return NodeDisplayText(m_tree.Text(Node(index)));
+    if (nRole == Qt::ToolTipRole)
+        return NodeTipText(m_tree.Text(Node(index)));
     if (nRole == Qt::DecorationRole)
         return m_listImages.value(m_tree.Image(Node(index)));
     return {};

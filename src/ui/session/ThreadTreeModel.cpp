@@ -99,20 +99,31 @@ int CThreadTreeModel::rowCount(const QModelIndex& parent) const {
     return pProcess != nullptr ? static_cast<int>(pProcess->m_listThreads.size()) : 0;
 }
 
-QVariant CThreadTreeModel::data(const QModelIndex& index, int nRole) const {
-    if (!index.isValid() || (nRole != Qt::DisplayRole && nRole != Qt::DecorationRole))
-        return {};
-    const bool bText = nRole == Qt::DisplayRole;
+std::string CThreadTreeModel::Text(const QModelIndex& index) const {
     if (const CProcess* pProcess = Process(index))
-        return bText ? QVariant(NodeDisplayText(ProcessNodeText(m_session, *pProcess)))
-                     : QVariant(m_listImages.value(IMAGE_PROCESS));
+        return ProcessNodeText(m_session, *pProcess);
     if (const CThread* pThread = Thread(index))
-        return bText ? QVariant(NodeDisplayText(ThreadNodeText(*pThread)))
-                     : QVariant(m_listImages.value(IMAGE_THREAD));
-    if (const CJASUser* pUser = User(index))
-        return bText ? QVariant(NodeDisplayText(pUser->m_strUser))
-                     : QVariant(m_listImages.value(m_listUserImages[static_cast<std::size_t>(index.row())]));
-    return {};
+        return ThreadNodeText(*pThread);
+    const CJASUser* pUser = User(index);
+    return pUser != nullptr ? pUser->m_strUser : std::string();
+}
+
+QVariant CThreadTreeModel::data(const QModelIndex& index, int nRole) const {
+    if (!index.isValid())
+        return {};
+    if (nRole == Qt::DisplayRole)
+        return NodeDisplayText(Text(index));
+    if (nRole == Qt::ToolTipRole)
+        return NodeTipText(Text(index));
+    if (nRole != Qt::DecorationRole)
+        return {};
+    if (Process(index) != nullptr)
+        return m_listImages.value(IMAGE_PROCESS);
+    if (Thread(index) != nullptr)
+        return m_listImages.value(IMAGE_THREAD);
+    return User(index) != nullptr
+               ? m_listImages.value(m_listUserImages[static_cast<std::size_t>(index.row())])
+               : QVariant();
 }
 
 } // namespace carvelot

@@ -39,6 +39,7 @@ public:
 private:
     enum class EContent { Nothing, Processes, Users };
     void Show(EContent nContent);
+    std::string Text(const QModelIndex& index) const;
 
     // An index carries the row of its process plus 1, or 0 at the top.
     const CCarvelotDoc& m_session;

@@ -76,7 +76,8 @@ void CTimingGapsPane::OnExport() {
             m_rows.m_listRows[m_pList->Model().SourceRow(static_cast<int>(nRow))] = listShown[nRow];
     }
     if (!bWritten)
-        UserInterface().ShowMessage(tr("Failed to write %1. Error: %2").arg(*strPath).arg(nError));
+        UserInterface().ShowMessage(
+            tr("Failed to write %1. Error: %2").arg(*strPath, QString::number(nError)));
 }
 
 void CTimingGapsPane::LetGo(const CCarvelotDoc& session) {

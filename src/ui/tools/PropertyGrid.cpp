@@ -1,5 +1,6 @@
 #include "ui/tools/PropertyGrid.h"
 
+#include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 
 #include <QApplication>
@@ -160,14 +161,12 @@ CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
 
     auto* pArea = new QFrame;
     pArea->setFrameShape(QFrame::StyledPanel);
-    m_pName = new QLabel;
-    m_pName->setTextFormat(Qt::PlainText);
+    m_pName = PlainLabel();
     QFont bold = m_pName->font();
     bold.setBold(true);
     m_pName->setFont(bold);
-    m_pDescription = new QLabel;
+    m_pDescription = PlainLabel();
     m_pDescription->setObjectName(QStringLiteral("Description"));
-    m_pDescription->setTextFormat(Qt::PlainText);
     m_pDescription->setWordWrap(true);
     m_pDescription->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     auto* pAreaLayout = new QVBoxLayout(pArea);
