@@ -1,5 +1,12 @@
 #include "ui/UiSupport.h"
 
+#include "shell/ui/LookStyle.h"
+
+#include <QAccessible>
+
+#include <algorithm>
+#include <cmath>
+
 using namespace carvelot;
 using namespace carvelot::test;
 
@@ -53,6 +60,48 @@ private slots:
         QCOMPARE(Groups(Area()), QStringLiteral("a b"));
         QCOMPARE(Area().ActiveChild(), pSecond);
         QCOMPARE(pSecond->m_nFocused, 1);
+    }
+
+    void withoutASessionTheWindowSaysHowToOpenOne() {
+        const QString strHint = QStringLiteral("Open a debug log with Ctrl+O, or drop one here.");
+        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), strHint);
+        const auto fnShowsText = [this] {
+            const QImage picture = Area().grab().toImage();
+            const QRgb nText = CurrentLook().m_workspaceText.rgb();
+            for (int nY = 0; nY < picture.height(); ++nY) {
+                for (int nX = 0; nX < picture.width(); ++nX) {
+                    if (picture.pixel(nX, nY) == nText)
+                        return true;
+                }
+            }
+            return false;
+        };
+        QVERIFY(fnShowsText());
+        CTestFrame* pChild = m_pRun->Open("a");
+        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), QString());
+        pChild->close();
+        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), strHint);
+        QVERIFY(fnShowsText());
+    }
+
+    // The contrast is that of the guidelines for accessible contents.
+    void whatTheEmptyWindowSaysIsLegibleInEveryLook() {
+        const auto fnLight = [](const QColor& color) {
+            const auto fnPart = [](float fPart) {
+                return fPart <= 0.04045F ? fPart / 12.92F : std::pow((fPart + 0.055F) / 1.055F, 2.4F);
+            };
+            return 0.2126F * fnPart(color.redF()) + 0.7152F * fnPart(color.greenF()) +
+                   0.0722F * fnPart(color.blueF());
+        };
+        for (const int nId : LookIds()) {
+            Frame().OnApplicationLook(nId);
+            const CLook& look = CurrentLook();
+            for (const QColor& back : {look.m_workspace.m_from, look.m_workspace.m_to}) {
+                const auto [fDark, fLight] = std::minmax({fnLight(look.m_workspaceText), fnLight(back)});
+                const float fContrast = (fLight + 0.05F) / (fDark + 0.05F);
+                QVERIFY2(fContrast >= 4.5F, qPrintable(QStringLiteral("%1: %2").arg(nId).arg(fContrast)));
+            }
+        }
     }
 
     void aFileThatIsOpenAlreadyIsActivated() {

@@ -32,7 +32,7 @@ CLook Windows2000() {
     look.m_border = Rgb(0x808080);
     look.m_selection = Rgb(0x0A246A);
     look.m_selectionText = Qt::white;
-    look.m_workspaceText = Qt::white;
+    look.m_workspaceText = Qt::black;
     look.m_menuBar = look.m_toolBar = look.m_menuGutter = look.m_header = {look.m_face, look.m_face};
     look.m_title = {Rgb(0x808080), Rgb(0xB5B5B5)};
     look.m_activeTitle = {Rgb(0x0A246A), Rgb(0xA6CAF0)};
@@ -62,7 +62,7 @@ CLook OfficeXP() {
     look.m_border = Rgb(0x8A867A);
     look.m_selection = Rgb(0x316AC5);
     look.m_selectionText = Qt::white;
-    look.m_workspaceText = Qt::white;
+    look.m_workspaceText = Rgb(0x1E1C16);
     look.m_menuBar = {look.m_face, look.m_face};
     look.m_toolBar = {Rgb(0xEFEDE6), Rgb(0xEFEDE6)};
     look.m_menuGutter = {Rgb(0xDBD8D1), Rgb(0xDBD8D1)};
@@ -153,7 +153,7 @@ CLook VisualStudio2005() {
     look.m_border = Rgb(0xA7A38C);
     look.m_selection = Rgb(0x316AC5);
     look.m_selectionText = Qt::white;
-    look.m_workspaceText = Qt::white;
+    look.m_workspaceText = Rgb(0x1E1C16);
     look.m_menuBar = {Rgb(0xE5E5D7), Rgb(0xF4F2E8)};
     look.m_toolBar = {Rgb(0xFAF9F5), Rgb(0xD7D3BF)};
     look.m_menuGutter = {Rgb(0xFEFEFB), Rgb(0xE3E0CE)};

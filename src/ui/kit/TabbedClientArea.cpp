@@ -24,6 +24,8 @@ namespace {
 constexpr int kDragMargin = 14;  // how far a tab leaves its bar before it is dragged out
 constexpr int kMaximumTab = 320; // a longer title is shortened in its middle
 
+QString Hint() { return CTabbedClientArea::tr("Open a debug log with Ctrl+O, or drop one here."); }
+
 CMDIChildWnd* Child(QWidget* pWidget) { return qobject_cast<CMDIChildWnd*>(pWidget); }
 
 } // namespace
@@ -126,8 +128,8 @@ CTabbedClientArea::CTabbedClientArea() : m_pSplitter(new QSplitter) {
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->addWidget(m_pSplitter);
     m_pSplitter->setChildrenCollapsible(false);
-    m_pSplitter->hide();
     setMinimumSize(160, 90);
+    OnGroupsChanged();
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget*, QWidget* pNow) { OnFocusChanged(pNow); });
 }
@@ -141,7 +143,7 @@ CTabGroup* CTabbedClientArea::NewGroup(int nIndex) {
     auto* pGroup = new CTabGroup(*this);
     m_pSplitter->insertWidget(nIndex, pGroup);
     pGroup->show();
-    m_pSplitter->show();
+    OnGroupsChanged();
     return pGroup;
 }
 
@@ -218,10 +220,15 @@ void CTabbedClientArea::DropEmptyGroup(CTabGroup* pGroup) {
     pGroup->hide();
     pGroup->setParent(nullptr);
     pGroup->deleteLater();
-    if (Groups().isEmpty()) {
-        m_pSplitter->hide();
-        update();
-    }
+    OnGroupsChanged();
+}
+
+// Without a window the area says how one is opened, to screen readers too.
+void CTabbedClientArea::OnGroupsChanged() {
+    const bool bEmpty = Groups().isEmpty();
+    m_pSplitter->setVisible(!bEmpty);
+    setAccessibleName(bEmpty ? Hint() : QString());
+    update();
 }
 
 void CTabbedClientArea::Activate(CMDIChildWnd& child) {
@@ -380,8 +387,7 @@ void CTabbedClientArea::paintEvent(QPaintEvent*) {
     if (!Groups().isEmpty())
         return;
     painter.setPen(CurrentLook().m_workspaceText);
-    painter.drawText(rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap,
-                     tr("Open a debug log with Ctrl+O, or drop one here."));
+    painter.drawText(rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, Hint());
 }
 
 } // namespace carvelot

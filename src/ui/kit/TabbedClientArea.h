@@ -82,6 +82,7 @@ private:
     friend class CTabGroup;
     CTabGroup* NewGroup(int nIndex);
     void DropEmptyGroup(CTabGroup* pGroup);
+    void OnGroupsChanged();
     void SetActive(CMDIChildWnd* pChild, bool bAgain);
     void OnFocusChanged(QWidget* pNow);
     void RefreshTab(CMDIChildWnd& child);
