@@ -4,9 +4,9 @@
 #include "tools/JulianDate.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/tools/DateEdit.h"
 
 #include <QApplication>
-#include <QDateTimeEdit>
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -65,7 +65,7 @@ CConvertDates::CConvertDates() : QDialog(QApplication::activeWindow()) {
     QPushButton* pToGregorian = Button(tr("To Gregorian"), "ToGregorian");
     m_pGregorianResult = Edit("GregorianResult", tr("Calendar date, converted"), true);
 
-    m_pDate = new QDateTimeEdit(QDateTime::currentDateTime());
+    m_pDate = new CDateEdit(QDateTime::currentDateTime());
     m_pDate->setObjectName(QStringLiteral("Date"));
     m_pDate->setAccessibleName(tr("Calendar date"));
     m_pDate->setCalendarPopup(true);

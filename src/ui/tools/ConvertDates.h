@@ -3,10 +3,11 @@
 
 #include <QDialog>
 
-class QDateTimeEdit;
 class QLineEdit;
 
 namespace carvelot {
+
+class CDateEdit;
 
 class CConvertDates : public QDialog {
     Q_OBJECT
@@ -20,7 +21,7 @@ private:
 
     QLineEdit* m_pJulian;
     QLineEdit* m_pGregorianResult;
-    QDateTimeEdit* m_pDate;
+    CDateEdit* m_pDate;
     QLineEdit* m_pJulianResult;
 };
 
