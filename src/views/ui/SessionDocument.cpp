@@ -32,4 +32,6 @@ bool CSessionDocument::OnOpenDocument(const QString& strPath) {
     return m_session.OnOpenDocument(ToUtf8(strPath));
 }
 
+QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
+
 } // namespace carvelot
