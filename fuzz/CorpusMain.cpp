@@ -32,6 +32,7 @@ struct Target {
 
 constexpr Target kTargets[] = {
 #define CARVELOT_FUZZ_TARGET(name) {#name, name##_TestOneInput},
+#include "FuzzTargets.inc"
 #undef CARVELOT_FUZZ_TARGET
 };
 

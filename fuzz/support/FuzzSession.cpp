@@ -2,6 +2,7 @@
 
 #include "lists/FindSource.h"
 #include "lists/GapExport.h"
+#include "lists/PaneContent.h"
 #include "lists/RowSource.h"
 #include "records/NodeText.h"
 #include "report/JsonReport.h"
@@ -127,8 +128,8 @@ void WalkSession(CFuzzSession& session) {
     CDetailTree tree(doc);
     for (const auto& process : doc.m_listProcesses) {
         (void)ProcessNodeText(doc, *process);
-        (void)ProcessTitle(doc, *process);
-        (void)ProcessCaption(*process);
+        (void)TitleOf(doc, Selection(*process));
+        (void)CaptionOf(Selection(*process));
         RequireRecords(doc, process->m_listErrors);
         SortEveryWay(doc, MakeErrorRows(process->m_listErrors));
         WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
@@ -143,8 +144,8 @@ void WalkSession(CFuzzSession& session) {
         tree.ResetTree();
         for (const auto& thread : process->m_listThreads) {
             (void)ThreadNodeText(*thread);
-            (void)ThreadTitle(doc, *thread);
-            (void)ThreadCaption(*thread);
+            (void)TitleOf(doc, Selection(*thread));
+            (void)CaptionOf(Selection(*thread));
             Require(!thread->m_listDetails.empty(), "a thread keeps its last record");
             RequireRecords(doc, thread->m_listDetails);
             RequireRecords(doc, thread->m_listErrors);
@@ -159,8 +160,8 @@ void WalkSession(CFuzzSession& session) {
     }
     (void)UserImages(doc);
     for (const auto& user : doc.m_listUsers) {
-        (void)UserTitle(doc, *user);
-        (void)UserCaption(*user);
+        (void)TitleOf(doc, Selection(*user));
+        (void)CaptionOf(Selection(*user));
         RequireRecords(doc, user->m_listDetails);
         RequireRecords(doc, user->m_listErrors);
         SortEveryWay(doc, MakeErrorRows(user->m_listErrors));

@@ -105,8 +105,8 @@ private slots:
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         Select(pFrame, "Process - 5");
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
-        Select(pFrame, "Process - 5");
         CMainFrame& frame = m_pRun->Frame();
+        frame.ClientArea().Activate(*pFrame);
         const QList<CListCtrl*> listLists = {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
                                              &frame.m_wndTimingGapsPane.List()};
         for (CListCtrl* pList : listLists)

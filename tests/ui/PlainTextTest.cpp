@@ -7,6 +7,7 @@
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/cachebrowser/CacheFrame.h"
+#include "ui/app/Requests.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/ToolBar.h"
 #include "ui/kit/WindowsDlg.h"

@@ -3,6 +3,8 @@
 #include "ui/kit/LookStyle.h"
 
 #include <QAccessible>
+#include <QPaintDevice>
+#include <QPaintEngine>
 
 #include <algorithm>
 #include <cmath>
@@ -36,6 +38,78 @@ void Drag(CTabBar& bar, int nTab, const QPoint& screen) {
     QMouseEvent release(QEvent::MouseButtonRelease, QPointF(to), QPointF(screen), Qt::LeftButton,
                         Qt::NoButton, {});
     QCoreApplication::sendEvent(&bar, &release);
+}
+
+// A paper that keeps the texts written on it, and where.
+class CTextPaper : public QPaintDevice {
+public:
+    struct CText {
+        QString m_strText;
+        QRectF m_rect;
+    };
+    QList<CText> m_listTexts;
+
+    QPaintEngine* paintEngine() const override { return &m_engine; }
+
+protected:
+    int metric(PaintDeviceMetric nMetric) const override {
+        switch (nMetric) {
+        case PdmWidth:
+        case PdmHeight:
+            return 4000;
+        case PdmDpiX:
+        case PdmDpiY:
+        case PdmPhysicalDpiX:
+        case PdmPhysicalDpiY:
+            return 96;
+        case PdmDevicePixelRatio:
+            return 1;
+        case PdmDevicePixelRatioScaled:
+            return static_cast<int>(devicePixelRatioFScale());
+        case PdmDepth:
+            return 32;
+        default:
+            return 0;
+        }
+    }
+
+private:
+    class CEngine : public QPaintEngine {
+    public:
+        explicit CEngine(CTextPaper& paper) : QPaintEngine(AllFeatures), m_paper(paper) {}
+        bool begin(QPaintDevice*) override { return true; }
+        bool end() override { return true; }
+        void updateState(const QPaintEngineState& state) override {
+            if (state.state() & DirtyTransform)
+                m_transform = state.transform();
+        }
+        void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
+        void drawPath(const QPainterPath&) override {}
+        void drawPolygon(const QPointF*, int, PolygonDrawMode) override {}
+        void drawTextItem(const QPointF& point, const QTextItem& item) override {
+            const QRectF rect(point.x(), point.y() - item.ascent(), item.width(),
+                              item.ascent() + item.descent());
+            m_paper.m_listTexts << CText{item.text(), m_transform.mapRect(rect)};
+        }
+        Type type() const override { return User; }
+
+    private:
+        CTextPaper& m_paper;
+        QTransform m_transform;
+    };
+    mutable CEngine m_engine{*this};
+};
+
+// What is to be read in this part of a widget, as it is drawn.
+QString TextIn(QWidget& widget, const QRect& part) {
+    CTextPaper paper;
+    widget.render(&paper, {}, {}, QWidget::DrawChildren);
+    QString strText;
+    for (const CTextPaper::CText& text : paper.m_listTexts) {
+        if (QRectF(part).contains(text.m_rect))
+            strText += text.m_strText;
+    }
+    return strText;
 }
 
 } // namespace
@@ -240,6 +314,46 @@ private slots:
         QCOMPARE(Area().Groups()[0]->tabText(0), QStringLiteral("a - Process: 1 && 2"));
         QCOMPARE(Area().Groups()[0]->tabToolTip(0), QStringLiteral("a - Process: 1 & 2"));
         QCOMPARE(Frame().windowTitle(), QStringLiteral("a - Process: 1 & 2 - Carvelot"));
+    }
+
+    void aTabThatIsTooNarrowLosesThePathsBeginningAndNeverTheFilesName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("selected");
+        QTest::newRow("a path") << "jdedebug_4120.log"
+                                << "";
+        QTest::newRow("a path and a thread") << "jdedebug_4120.log"
+                                             << " - Process: 4120 Thread: 3388";
+        QTest::newRow("a user with a domain") << "e1root.log"
+                                              << " - User: HOME/ANNIKA";
+        QTest::newRow("a name that is longer than a tab should be")
+            << QString(60, u'n') + QStringLiteral(".log") << " - Process: 4120 Thread: 3388";
+        QTest::newRow("a name with an ampersand") << "a&b.log"
+                                                  << "";
+    }
+
+    void aTabThatIsTooNarrowLosesThePathsBeginningAndNeverTheFilesName() {
+        QFETCH(QString, name);
+        QFETCH(QString, selected);
+        const QString strPath =
+            QStringLiteral("/home/annika/jde/logs/of/the/enterprise/server/in/the/cellar/") + name;
+        const QByteArray path = strPath.toUtf8();
+        CTestFrame* pChild = m_pRun->Open(path);
+        pChild->GetActiveDocument()->SetTitle(strPath + selected);
+        m_pRun->Open("other");
+        for (const int nId : LookIds()) {
+            Frame().OnApplicationLook(nId);
+            for (const bool bFront : {true, false}) {
+                if (bFront)
+                    Area().Activate(*pChild);
+                CTabBar& bar = Area().GroupOf(*pChild)->Bar();
+                const QString strShown = TextIn(bar, bar.tabRect(0));
+                QVERIFY2(strShown.startsWith(u'\u2026'), qPrintable(strShown));
+                QVERIFY2((strPath + selected).endsWith(strShown.mid(1)), qPrintable(strShown));
+                QVERIFY2(strShown.endsWith(name + selected), qPrintable(strShown));
+                QCOMPARE(bar.tabToolTip(0), strPath + selected);
+                Area().Activate(*Area().Children().constLast());
+            }
+        }
     }
 
     void aClosedWindowTakesItsDocumentAlong() {

@@ -105,11 +105,7 @@ private slots:
         const QDate before = QDate::currentDate();
         Show(std::make_unique<CConvertDates>());
         auto* pDate = m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
-<<<<<<< HEAD
         QVERIFY(pDate->date() >= before && pDate->date() <= QDate::currentDate());
-=======
-        QVERIFY(before <= pDate->date() && pDate->date() <= QDate::currentDate());
->>>>>>> text
         pDate->setDateTime(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)));
         Click("To Julian");
         QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("124060"));

@@ -42,6 +42,9 @@ public:
     const QString& GetPathName() const { return m_strPathName; }
     void SetPathName(const QString& strPath) { m_strPathName = strPath; }
 
+    // The path that the title may begin with.
+    virtual QString PathInTitle() const { return m_strPathName; }
+
     CDocTemplate* GetDocTemplate() const { return m_pTemplate; }
     CMDIChildWnd* GetFrame() const { return m_pFrame; }
 

@@ -1,6 +1,11 @@
 #include "ui/kit/LookStyle.h"
 
+<<<<<<< HEAD:src/ui/kit/LookStyle.cpp
 #include "settings/Commands.h"
+=======
+#include "shell/Commands.h"
+#include "shell/ui/TabbedClientArea.h"
+>>>>>>> dock:src/shell/ui/LookStyle.cpp
 
 #include <QApplication>
 #include <QDockWidget>
@@ -930,10 +935,14 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
     if (IsSouth(pTab->shape) && QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
         font.setBold(false);
     pPainter->setFont(font);
-    const QString strText =
-        pPainter->fontMetrics().elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic);
-    pPainter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
-                       strText);
+    const QFontMetrics metrics = pPainter->fontMetrics();
+    if (const auto* pBar = qobject_cast<const CTabBar*>(pWidget))
+        pPainter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                           pBar->ShortText(pTab->tabIndex, metrics, rect.width()));
+    else
+        pPainter->drawText(
+            rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
+            metrics.elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic));
     pPainter->restore();
     if ((pTab->state & State_HasFocus) != 0) {
         QStyleOptionFocusRect focus;
@@ -1124,9 +1133,12 @@ QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOpti
     QSize result = QProxyStyle::sizeFromContents(nType, pOption, size, pWidget);
     if (nType == CT_TabBarTab) {
         const auto* pTab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
-        if (pTab != nullptr && m_look.m_bBoldActiveTab)
-            result.rwidth() +=
-                pTab->fontMetrics.horizontalAdvance(pTab->text) / 9 + 2; // room for the bold face
+        if (pTab != nullptr && m_look.m_bBoldActiveTab) {
+            QFont bold = pWidget != nullptr ? pWidget->font() : QApplication::font();
+            bold.setBold(true);
+            result.rwidth() += std::max(0, QFontMetrics(bold).horizontalAdvance(pTab->text) -
+                                               pTab->fontMetrics.horizontalAdvance(pTab->text));
+        }
     }
     if (nType == CT_PushButton) {
         const auto* pButton = qstyleoption_cast<const QStyleOptionButton*>(pOption);

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
@@ -17,12 +18,14 @@
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace carvelot {
 
 namespace {
 
 constexpr int kDragMargin = 14;  // how far a tab leaves its bar before it is dragged out
-constexpr int kMaximumTab = 320; // a longer title is shortened in its middle
+constexpr int kMaximumTab = 320; // a longer title is shortened
 
 QString Hint() { return CTabbedClientArea::tr("Open a debug log with Ctrl+O, or drop one here."); }
 
@@ -33,28 +36,54 @@ CMDIChildWnd* Child(QWidget* pWidget) { return qobject_cast<CMDIChildWnd*>(pWidg
 CTabBar::CTabBar(CTabbedClientArea& area) : m_area(area) {
     setMovable(true);
     setTabsClosable(true);
-    setElideMode(Qt::ElideMiddle);
+    setElideMode(Qt::ElideNone); // the look asks for a text that fits
     setUsesScrollButtons(true);
     setDocumentMode(false);
     setExpanding(false);
     setAccessibleName(tr("Open windows"));
 }
 
+CMDIChildWnd* CTabBar::ChildAt(int nTab) const {
+    return Child(static_cast<CTabGroup*>(parentWidget())->widget(nTab));
+}
+
+QString CTabBar::ShortText(int nTab, const QFontMetrics& metrics, int nWidth) const {
+    const CMDIChildWnd* pChild = ChildAt(nTab);
+    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
+    if (pDocument == nullptr)
+        return {};
+    const QString& strTitle = pDocument->GetTitle();
+    const QString strPath = pDocument->PathInTitle();
+    if (strPath.isEmpty() || !strTitle.startsWith(strPath))
+        return metrics.elidedText(strTitle, Qt::ElideMiddle, nWidth);
+    const QString strText = metrics.elidedText(strTitle, Qt::ElideLeft, nWidth);
+    const qsizetype nName = strPath.size() - QFileInfo(strPath).fileName().size();
+    return strText.size() > strTitle.size() - nName ? strText : u'\u2026' + strTitle.mid(nName);
+}
+
 QSize CTabBar::tabSizeHint(int nIndex) const {
-    return QTabBar::tabSizeHint(nIndex).boundedTo({kMaximumTab, QWIDGETSIZE_MAX});
+    QSize size = QTabBar::tabSizeHint(nIndex);
+    if (size.width() <= kMaximumTab)
+        return size;
+    QFont font = this->font();
+    font.setBold(CurrentLook().m_bBoldActiveTab);
+    const QFontMetrics metrics(font);
+    const int nCut = metrics.horizontalAdvance(ShortText(nIndex, metrics, QWIDGETSIZE_MAX)) -
+                     metrics.horizontalAdvance(ShortText(nIndex, metrics, 0));
+    size.setWidth(std::max(kMaximumTab, size.width() - nCut));
+    return size;
 }
 
 QSize CTabBar::minimumTabSizeHint(int nIndex) const { return tabSizeHint(nIndex); }
 
 void CTabBar::mousePressEvent(QMouseEvent* pEvent) {
     const int nTab = tabAt(pEvent->position().toPoint());
-    auto* pGroup = static_cast<CTabGroup*>(parentWidget());
     if (pEvent->button() == Qt::MiddleButton && nTab >= 0) {
-        if (CMDIChildWnd* pChild = Child(pGroup->widget(nTab)))
+        if (CMDIChildWnd* pChild = ChildAt(nTab))
             pChild->CloseWindow();
         return;
     }
-    m_pDragged = pEvent->button() == Qt::LeftButton && nTab >= 0 ? pGroup->widget(nTab) : nullptr;
+    m_pDragged = pEvent->button() == Qt::LeftButton && nTab >= 0 ? ChildAt(nTab) : nullptr;
     m_bOutside = false;
     QTabBar::mousePressEvent(pEvent);
     if (CMDIChildWnd* pChild = Child(m_pDragged))
@@ -95,7 +124,7 @@ void CTabBar::mouseReleaseEvent(QMouseEvent* pEvent) {
 
 void CTabBar::contextMenuEvent(QContextMenuEvent* pEvent) {
     const int nTab = tabAt(pEvent->pos());
-    CMDIChildWnd* pChild = Child(static_cast<CTabGroup*>(parentWidget())->widget(nTab));
+    CMDIChildWnd* pChild = ChildAt(nTab);
     if (pChild == nullptr)
         return;
     m_area.Activate(*pChild);

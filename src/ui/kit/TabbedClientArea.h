@@ -23,6 +23,10 @@ class CTabBar : public QTabBar {
 public:
     explicit CTabBar(CTabbedClientArea& area);
 
+    // A tab's text as it fits a width. A path loses its beginning, yet its file's name stays whole even where
+    // it does not fit.
+    QString ShortText(int nTab, const QFontMetrics& metrics, int nWidth) const;
+
 protected:
     void mousePressEvent(QMouseEvent* pEvent) override;
     void mouseMoveEvent(QMouseEvent* pEvent) override;
@@ -32,6 +36,8 @@ protected:
     QSize minimumTabSizeHint(int nIndex) const override;
 
 private:
+    CMDIChildWnd* ChildAt(int nTab) const;
+
     CTabbedClientArea& m_area;
     QPointer<QWidget> m_pDragged;
     bool m_bOutside = false;

@@ -30,4 +30,6 @@ bool CSessionDocument::OnOpenDocument(const QString& strPath) {
     return m_session.OnOpenDocument(PathOf(strPath));
 }
 
+QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
+
 } // namespace carvelot

@@ -18,6 +18,8 @@ public:
 
     bool OnNewDocument() override;
     bool OnOpenDocument(const QString& strPath) override;
+    // A running process's session has the path of its debug file, and no path of its own.
+    QString PathInTitle() const override;
 
     CCarvelotDoc& Session() { return m_session; }
     const CCarvelotDoc& Session() const { return m_session; }
