@@ -1,11 +1,7 @@
 #include "ui/kit/LookStyle.h"
 
-<<<<<<< HEAD:src/ui/kit/LookStyle.cpp
 #include "settings/Commands.h"
-=======
-#include "shell/Commands.h"
-#include "shell/ui/TabbedClientArea.h"
->>>>>>> dock:src/shell/ui/LookStyle.cpp
+#include "ui/kit/TabbedClientArea.h"
 
 #include <QApplication>
 #include <QDockWidget>

@@ -2,6 +2,7 @@
 
 #include "ui/kit/MainWindow.h"
 #include "ui/kit/PathText.h"
+#include "ui/kit/Text.h"
 #include "ui/session/SessionPanes.h"
 
 namespace carvelot {
