@@ -1,5 +1,6 @@
 #include "shell/ui/OptionsDlg.h"
 
+#include "analysis/panes/ui/ReportView.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 
@@ -75,6 +76,7 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     m_pList->header()->resizeSection(0, 200);
     m_pList->header()->resizeSection(1, 300);
     m_pList->setMinimumSize(524, 150);
+    CopyRowsByKey(*m_pList);
     auto* pApplications = new QGroupBox(tr("Applications"));
     auto* pApplicationsLayout = new QVBoxLayout(pApplications);
     auto* pRow = new QHBoxLayout;

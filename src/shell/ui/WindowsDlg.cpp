@@ -1,5 +1,6 @@
 #include "shell/ui/WindowsDlg.h"
 
+#include "analysis/panes/ui/ReportView.h"
 #include "shell/ui/Document.h"
 #include "shell/ui/TabbedClientArea.h"
 
@@ -25,6 +26,7 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pList->setTextElideMode(Qt::ElideMiddle);
     m_pList->header()->resizeSection(0, 300);
+    CopyRowsByKey(*m_pList);
     m_pActivate->setObjectName(QStringLiteral("Activate"));
     m_pClose->setObjectName(QStringLiteral("CloseWindows"));
 

@@ -1,5 +1,6 @@
 #include "tools/ui/PropertyGrid.h"
 
+#include "analysis/panes/ui/ReportView.h"
 #include "shell/ui/PlainText.h"
 #include "shell/ui/Text.h"
 
@@ -158,6 +159,7 @@ CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
     m_pTree->header()->setStretchLastSection(true);
     m_pTree->setItemDelegate(new CValueDelegate(*this, *pTree));
     m_pTree->installEventFilter(this);
+    CopyRowsByKey(*m_pTree);
 
     auto* pArea = new QFrame;
     pArea->setFrameShape(QFrame::StyledPanel);

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "analysis/panes/ListSource.h"
+#include "analysis/panes/ui/ReportView.h"
 
 #include <QAbstractTableModel>
-#include <QIcon>
-#include <QTreeView>
 
 #include <functional>
 #include <span>
@@ -62,7 +61,7 @@ private:
 
 // Report view with full-row selection that stays visible without the focus. A click on a header sorts by that
 // column, a second one turns the order round; a fill forgets the sorting.
-class CListCtrl : public QTreeView {
+class CListCtrl : public CReportView {
     Q_OBJECT
 
 public:
@@ -75,7 +74,8 @@ public:
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
-    void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
+    // Device-independent pixels, whatever the title's font; 0 hides the column.
+    void SetColumnWidth(int nColumn, int nWidth);
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.
