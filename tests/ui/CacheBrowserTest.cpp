@@ -510,6 +510,10 @@ private slots:
         pSplitter->setSizes({400, 600});
         QCOMPARE(view.findChild<QGroupBox*>()->width(), view.width() - 2);
         QCOMPARE(frame.DataView().selectionBehavior(), QAbstractItemView::SelectRows);
+        const QHeaderView& members = *view.List().header();
+        QCOMPARE(members.sectionSize(0), 100);
+        QCOMPARE(members.sectionSize(1), 70);
+        QCOMPARE(members.sectionSize(2), 60);
         // F6 walks from the structure to the rows.
         frame.FocusLastPane();
         QVERIFY(view.List().hasFocus());
@@ -517,10 +521,19 @@ private slots:
         QVERIFY(frame.DataView().hasFocus());
     }
 
+<<<<<<< HEAD
     void aLogIsDroppedOnACacheWindowToo() {
         StartProgram();
         Browse(QStringLiteral("int a;"));
         QCOMPARE(PartsThatTakeNoCopy(*MainFrame()), QStringList());
+=======
+    void aColumnOfRowsIs100WideWhateverItsTitle() {
+        StartProgram();
+        CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR szAVeryLongNameOfAMember[11];"));
+        const QHeaderView& header = *frame.DataView().header();
+        QCOMPARE(header.sectionSize(0), 100);
+        QCOMPARE(header.sectionSize(1), 100);
+>>>>>>> text
     }
 
     void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {

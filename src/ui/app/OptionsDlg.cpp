@@ -2,6 +2,7 @@
 
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/session/ReportView.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -75,6 +76,7 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     m_pList->header()->resizeSection(0, 200);
     m_pList->header()->resizeSection(1, 300);
     m_pList->setMinimumSize(524, 150);
+    CopyRowsByKey(*m_pList);
     auto* pApplications = new QGroupBox(tr("Applications"));
     auto* pApplicationsLayout = new QVBoxLayout(pApplications);
     auto* pRow = new QHBoxLayout;

@@ -5,7 +5,6 @@
 #include "ui/kit/TreeCtrl.h"
 
 #include <QHeaderView>
-#include <QStyledItemDelegate>
 
 #include <algorithm>
 #include <limits>
@@ -15,18 +14,7 @@ namespace carvelot {
 namespace {
 
 constexpr int kNumberColumnWidth = 100;
-
-// One line of a text that may be as long as the row, and a little air between the rows.
-class CCellDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QString displayText(const QVariant& value, const QLocale&) const override {
-        return NodeDisplayText(ToUtf8(value.toString()));
-    }
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
-    }
-};
+constexpr qsizetype kMostDrawn = 260; // of a cell that may be as long as the row
 
 } // namespace
 
@@ -87,31 +75,17 @@ QVariant CCacheDataModel::headerData(int nSection, Qt::Orientation nOrientation,
         return {};
     if (nRole == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::Alignment(Qt::AlignLeft | Qt::AlignVCenter));
-    if ((nRole != Qt::DisplayRole && nRole != Qt::ToolTipRole) || m_bNumbers)
+    if (nRole != Qt::DisplayRole || m_bNumbers)
         return {};
     return NodeDisplayText(WithReplacements(m_listColumns[static_cast<std::size_t>(nSection)].m_strTitle));
 }
 
-CCacheDataView::CCacheDataView(CCacheDoc& cache) : m_cache(cache), m_model(cache) {
+CCacheDataView::CCacheDataView(CCacheDoc& cache)
+    : CReportView(tr("Cache rows"), nullptr, kMostDrawn), m_cache(cache), m_model(cache) {
     m_cache.m_pDataView = this;
     setObjectName(QStringLiteral("CacheRows"));
-    setAccessibleName(tr("Cache rows"));
     setModel(&m_model);
-    setItemDelegate(new CCellDelegate(this));
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
-    setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setTextElideMode(Qt::ElideRight);
-    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setTabKeyNavigation(false);
-    header()->setStretchLastSection(false);
-    header()->setSectionsMovable(false);
-    header()->setHighlightSections(false);
-    header()->setMinimumSectionSize(16);
     header()->setDefaultSectionSize(kNumberColumnWidth);
     m_cache.m_cacheDS.BuildDataColumns(*this);
 }
@@ -124,12 +98,8 @@ CCacheDataView::~CCacheDataView() {
 
 void CCacheDataView::SetColumns(std::vector<CListColumn> listColumns) {
     std::vector<int> listWidths;
-    for (const CListColumn& column : listColumns) {
-        // A title that is wider than its column decides.
-        const int nTitle = header()->fontMetrics().horizontalAdvance(NodeDisplayText(column.m_strTitle)) +
-                           2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header());
-        listWidths.push_back(std::max(column.m_nWidth, nTitle));
-    }
+    for (const CListColumn& column : listColumns)
+        listWidths.push_back(column.m_nWidth);
     m_model.SetColumns(std::move(listColumns));
     for (std::size_t n = 0; n < listWidths.size(); ++n)
         header()->resizeSection(static_cast<int>(n), listWidths[n]);

@@ -1,10 +1,10 @@
 // CacheDataView.h - the rows of a live cache, on the right of a cache browser window.
 #pragma once
 
+#include "ui/session/ReportView.h"
 #include "cachebrowser/CacheDoc.h"
 
 #include <QAbstractTableModel>
-#include <QTreeView>
 
 namespace carvelot {
 
@@ -33,7 +33,7 @@ private:
     bool m_bNumbers = false; // rows without columns show their number in one
 };
 
-class CCacheDataView : public QTreeView, public ICacheDataView {
+class CCacheDataView : public CReportView, public ICacheDataView {
     Q_OBJECT
 
 public:

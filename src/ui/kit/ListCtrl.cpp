@@ -4,56 +4,13 @@
 #include "ui/kit/Text.h"
 
 #include <QHeaderView>
-#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QStyledItemDelegate>
-#include <QToolTip>
 
 #include <algorithm>
 #include <numeric>
 
 namespace carvelot {
-
-namespace {
-
-constexpr int kLongestTip = 1000;
-
-// Rows with a little air between their texts.
-class CRowDelegate : public QStyledItemDelegate {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
-    }
-    // Blanks at a text's end take no room from what can be seen of it.
-    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(pOption, index);
-        DropTrailingBlanks(pOption->text);
-    }
-    // A cell that is too narrow for its text tells it below the pointer.
-    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
-                   const QModelIndex& index) override {
-        if (pEvent->type() != QEvent::ToolTip)
-            return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
-        QString strText = displayText(index.data(), option.locale);
-        DropTrailingBlanks(strText);
-        const int nMargins =
-            2 * (pView->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, pView) + 1);
-        const bool bCut = strText.contains(QLatin1Char('\n')) ||
-                          option.fontMetrics.horizontalAdvance(strText) + nMargins > option.rect.width();
-        QToolTip::showText(pEvent->globalPos(), bCut ? strText.left(kLongestTip) : QString(), pView);
-        return true;
-    }
-
-private:
-    static void DropTrailingBlanks(QString& strText) {
-        while (strText.endsWith(QLatin1Char(' ')))
-            strText.chop(1);
-    }
-};
-
-} // namespace
 
 CListModel::CListModel(std::span<const CColumnSpec> columns) {
     for (const CColumnSpec& column : columns)
@@ -138,25 +95,10 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
 }
 
 CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent)
-    : QTreeView(pParent), m_model(columns) {
+    : CReportView(strAccessibleName, pParent), m_model(columns) {
     setModel(&m_model);
-    setItemDelegate(new CRowDelegate(this));
-    setAccessibleName(strAccessibleName);
-    setRootIsDecorated(false);
-    setItemsExpandable(false);
-    setUniformRowHeights(true);
-    setAllColumnsShowFocus(true);
-    setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::SingleSelection);
-    setEditTriggers(QAbstractItemView::NoEditTriggers);
-    setTextElideMode(Qt::ElideRight);
-    setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setTabKeyNavigation(false);
-    header()->setStretchLastSection(false);
     header()->setSectionsClickable(true);
-    header()->setSectionsMovable(false);
-    header()->setHighlightSections(false);
-    header()->setMinimumSectionSize(16);
     header()->setSortIndicatorShown(false);
     for (int n = 0; n < m_model.columnCount(); ++n)
         SetColumnWidth(n, m_model.ColumnWidth(n));
@@ -201,13 +143,8 @@ std::vector<int> CListCtrl::SelectedRows() const {
 
 void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
     header()->setSectionHidden(nColumn, nWidth == 0);
-    if (nWidth == 0)
-        return;
-    // With a large font the title decides.
-    const QString strTitle = m_model.headerData(nColumn, Qt::Horizontal, Qt::DisplayRole).toString();
-    const int nTitle = header()->fontMetrics().horizontalAdvance(strTitle) +
-                       2 * style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header());
-    header()->resizeSection(nColumn, std::max(nWidth, nTitle));
+    if (nWidth != 0)
+        header()->resizeSection(nColumn, nWidth);
 }
 
 void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
@@ -217,11 +154,11 @@ void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
         pEvent->accept();
         return;
     }
-    QTreeView::keyPressEvent(pEvent);
+    CReportView::keyPressEvent(pEvent);
 }
 
 void CListCtrl::mouseDoubleClickEvent(QMouseEvent* pEvent) {
-    QTreeView::mouseDoubleClickEvent(pEvent);
+    CReportView::mouseDoubleClickEvent(pEvent);
     if (pEvent->button() == Qt::LeftButton && m_fnOpenRow && SelectedRow() >= 0 &&
         indexAt(pEvent->position().toPoint()).isValid())
         m_fnOpenRow(SelectedRow());

@@ -2,10 +2,9 @@
 #pragma once
 
 #include "text/ListSource.h"
+#include "ui/session/ReportView.h"
 
 #include <QAbstractTableModel>
-#include <QIcon>
-#include <QTreeView>
 
 #include <functional>
 #include <span>
@@ -62,7 +61,7 @@ private:
 
 // Report view with full-row selection that stays visible without the focus. A click on a header sorts by that
 // column, a second one turns the order round; a fill forgets the sorting.
-class CListCtrl : public QTreeView {
+class CListCtrl : public CReportView {
     Q_OBJECT
 
 public:
@@ -75,12 +74,17 @@ public:
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
+<<<<<<< HEAD:src/ui/kit/ListCtrl.h
     void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
     // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
     // shows.
     QRect visualRect(const QModelIndex& index) const override {
         return isVisible() ? QTreeView::visualRect(index) : QRect();
     }
+=======
+    // Device-independent pixels, whatever the title's font; 0 hides the column.
+    void SetColumnWidth(int nColumn, int nWidth);
+>>>>>>> text:src/analysis/panes/ui/ListCtrl.h
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.

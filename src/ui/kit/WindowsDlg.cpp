@@ -2,6 +2,7 @@
 
 #include "ui/kit/Document.h"
 #include "ui/kit/TabbedClientArea.h"
+#include "ui/session/ReportView.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -25,6 +26,7 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_pList->setTextElideMode(Qt::ElideMiddle);
     m_pList->header()->resizeSection(0, 300);
+    CopyRowsByKey(*m_pList);
     m_pActivate->setObjectName(QStringLiteral("Activate"));
     m_pClose->setObjectName(QStringLiteral("CloseWindows"));
 

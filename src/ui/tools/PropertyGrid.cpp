@@ -2,6 +2,7 @@
 
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
+#include "ui/session/ReportView.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -158,6 +159,7 @@ CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
     m_pTree->header()->setStretchLastSection(true);
     m_pTree->setItemDelegate(new CValueDelegate(*this, *pTree));
     m_pTree->installEventFilter(this);
+    CopyRowsByKey(*m_pTree);
 
     auto* pArea = new QFrame;
     pArea->setFrameShape(QFrame::StyledPanel);

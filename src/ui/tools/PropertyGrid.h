@@ -33,8 +33,6 @@ protected:
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 
 private:
-    // Makes the first column as wide as its labels, but at most half the grid.
-    void FitLabels();
     void AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row);
     void ShowDescription(const QTreeWidgetItem* pItem);
 
