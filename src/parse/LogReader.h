@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/SharedFile.h"
+#include "records/LogSource.h"
 #include "text/LineScan.h"
 
 #include <cstdint>
@@ -52,9 +53,9 @@ public:
     // A line longer than this comes in pieces of this size.
     static constexpr std::size_t kLongestLine = 8192;
 
-    CLogReader(platform::SharedFile& file, HintSet hints);
+    CLogReader(ILogSource& source, HintSet hints);
 
-    // Starts over from the file's first byte.
+    // Starts over from the log's first byte.
     void Rewind(HintSet hints);
 
     // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192
@@ -78,12 +79,13 @@ public:
         return true;
     }
 
-    // Bytes of the file that the lines read so far took.
+    // Bytes of the log that the lines read so far took.
     std::uint64_t Position() const { return m_nBlockPosition + m_nBegin; }
 
 private:
     // Large enough to make the calls of the system cheap, small enough to stay in a processor's cache.
     static constexpr std::size_t kBlock = 128 * 1024;
+    static std::size_t BlockFor(const ILogSource& source);
 
     bool Refill();
     void TakeLine(LogLine& line, std::size_t length) {
@@ -103,8 +105,9 @@ private:
     }
     static void LookForNulAndUpperHalf(LogLine& line);
 
-    platform::SharedFile& m_file;
+    ILogSource& m_source;
     ScanBlockFunction m_scan;
+    std::size_t m_nBlock;
     std::unique_ptr<char[]> m_buffer;
     LineIndex m_index;
     const std::uint32_t* m_pNextEnd;

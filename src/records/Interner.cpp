@@ -38,7 +38,7 @@ std::uint32_t HashOf(std::string_view text) {
 void CInterner::Clear() {
     m_store.Clear();
     m_texts.assign(1, std::string_view{});
-    m_slots.assign(256, Slot{});
+    m_slots.assign(kFewSlots, Slot{});
 }
 
 std::uint32_t CInterner::Id(std::string_view text) {

@@ -27,6 +27,8 @@ public:
     void LimitTo(std::size_t texts) { m_nMost = texts; }
 
 private:
+    static constexpr std::size_t kFewSlots = 16;
+
     void Grow();
 
     CTextStore m_store;

@@ -3,7 +3,7 @@
 namespace carvelot {
 
 void CLineHeads::Learn(std::string_view head, std::uint32_t month, bool labelRunsOn, std::size_t blanks,
-                       std::uint32_t context, std::uint32_t processID, LogKind levelKind) {
+                       std::uint32_t context, LogKind levelKind) {
     if (head.empty() || head.size() > LineHead::kLongest || blanks > LineHead::kMostBlanks) {
         return;
     }
@@ -18,11 +18,11 @@ void CLineHeads::Learn(std::string_view head, std::uint32_t month, bool labelRun
         known.month = month;
         known.labelRunsOn = labelRunsOn;
         known.levelKind = levelKind;
-        known.processID = processID;
         known.contexts.fill(LineHead::kUnknown);
         std::memcpy(known.bytes, head.data(), head.size());
     }
     known.contexts[labelRunsOn ? blanks : 0] = context;
+    m_bLearnt = true;
 }
 
 } // namespace carvelot

@@ -1,6 +1,7 @@
 // Neighbouring lines of a log begin alike: the same second, and one of a few heads (ids and label of a debug
 // line; level, user and source of a JAS line). What such a beginning means is remembered by its bytes, so
-// that only the first line that begins so is taken apart word by word.
+// that only the first line that begins so is taken apart word by word. Only beginnings of records are
+// remembered: a line that the process filter refuses leaves none, so it is always taken apart.
 #pragma once
 
 #include "records/LogDetail.h"
@@ -47,20 +48,23 @@ struct alignas(64) LineHead {
     static constexpr std::size_t kLongest = 128;
     static constexpr std::size_t kMostBlanks = 15;
 
+    // Of a head of which nothing is known the length says so, and nothing else is read: a session of a few
+    // lines need not clear 256 of them.
+    LineHead() {}
+
     std::uint32_t length = 0; // 0 for nothing known
-    std::uint32_t month = 0;
-    bool labelRunsOn = false;     // a debug line's label goes on into the text, to the next tab
-    LogKind levelKind = LOG_NONE; // of a JAS line: the kind that the level alone decides
-    std::uint32_t processID = 0;  // of a debug line
+    std::uint32_t month;
+    bool labelRunsOn;  // a debug line's label goes on into the text, to the next tab
+    LogKind levelKind; // of a JAS line: the kind that the level alone decides
     // Contexts of records, by the number of blanks between head and text (always 0 unless the label runs on);
     // kUnknown where no line of that kind has come.
     static constexpr std::uint32_t kUnknown = 0xFFFFFFFF;
-    std::array<std::uint32_t, kMostBlanks + 1> contexts{};
-    char bytes[kLongest] = {};
+    std::array<std::uint32_t, kMostBlanks + 1> contexts;
+    char bytes[kLongest];
 
     // Whether a line of the month goes on so; `at` points behind its stamp.
     bool IsAt(const char* at, std::size_t available, std::uint32_t ofMonth) const {
-        return month == ofMonth && length != 0 && length <= available &&
+        return length != 0 && month == ofMonth && length <= available &&
                SameShortText({at, length}, {bytes, length});
     }
 };
@@ -78,13 +82,16 @@ public:
         return other->IsAt(at, available, month) ? other : nullptr;
     }
     void Clear() {
-        for (LineHead& head : m_heads) {
-            head.length = 0;
+        if (m_bLearnt) {
+            for (LineHead& head : m_heads) {
+                head.length = 0;
+            }
+            m_bLearnt = false;
         }
     }
     // Remembers what a line turned out to mean; a head that does not fit is passed over.
     void Learn(std::string_view head, std::uint32_t month, bool labelRunsOn, std::size_t blanks,
-               std::uint32_t context, std::uint32_t processID, LogKind levelKind);
+               std::uint32_t context, LogKind levelKind);
 
 private:
     // A head has two places, so that two which meet do not drive each other out.
@@ -94,6 +101,7 @@ private:
     }
 
     std::array<LineHead, 256> m_heads;
+    bool m_bLearnt = false;
 };
 
 } // namespace carvelot

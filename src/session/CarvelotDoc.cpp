@@ -90,6 +90,14 @@ bool CCarvelotDoc::LoadLog() {
             return false;
         }
     }
+    m_pLogFile = std::move(file);
+    CFileSource source(m_pLogFile);
+    const bool read = LoadFrom(source);
+    m_pLogFile.Close();
+    return read;
+}
+
+bool CCarvelotDoc::LoadFrom(ILogSource& source) {
     // The views let go first, so that no row or node outlives what it shows.
     if (m_pThreadView != nullptr) {
         m_pThreadView->ClearTree();
@@ -97,19 +105,17 @@ bool CCarvelotDoc::LoadLog() {
     if (m_pDetailView != nullptr) {
         m_pDetailView->ResetTree();
     }
-    m_pLogFile = std::move(file);
     const char* failure = nullptr;
     bool read = false;
     try {
         ClearSession();
         m_gapRule = CGapRule(m_settings.m_fThreshold);
-        read = ReadLog();
+        read = ReadLog(source);
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
     } catch (const std::length_error&) {
         failure = "This log is too large: it holds more than a session can.";
     }
-    m_pLogFile.Close();
     if (failure != nullptr) {
         // Half a record may have been filed; what is left of the memory is needed for the message.
         ClearSession();
@@ -118,14 +124,14 @@ bool CCarvelotDoc::LoadLog() {
     return read;
 }
 
-bool CCarvelotDoc::ReadLog() {
-    CLogReader reader(m_pLogFile, HintSet::None);
+bool CCarvelotDoc::ReadLog(ILogSource& source) {
+    CLogReader reader(source, HintSet::None);
     if (!DetectLogFormat(reader)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
         return false;
     }
     reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
-    const std::uint64_t size = m_pLogFile.Size();
+    const std::uint64_t size = source.Size();
     std::uint64_t nextProgress = kProgressStep;
     LogLine line;
     const auto parseAll = [&](auto parseLine) {
@@ -137,7 +143,12 @@ bool CCarvelotDoc::ReadLog() {
             }
         }
     };
-    if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+    if (m_bPlainParse) {
+        parseAll([&] {
+            line.hints.Invalidate();
+            m_nLogFormat == LOG_FORMAT_DEBUG ? ParseDebugLine(line) : ParseJASLine(line);
+        });
+    } else if (m_nLogFormat == LOG_FORMAT_DEBUG) {
         parseAll([&] {
             if (!ParseUsualDebugLine(line)) {
                 ParseDebugLine(line);

@@ -36,6 +36,8 @@ public:
     // cannot be told, or that is more than the memory or a session can hold, the session is empty. All are
     // reported to the host.
     bool LoadLog();
+    // The same for a log that is no file, or no file of its own. m_strLogPath is not looked at.
+    bool LoadFrom(ILogSource& source);
     // Empties the model. What was learnt about format and columns stays.
     bool ClearSession();
     // Rereads the same file.
@@ -66,6 +68,9 @@ public:
     std::string m_strLogPath;
     std::uint32_t m_nProcessFilter =
         0; // 0 keeps all; else only debug records of this process, and no JAS record
+    // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
+    // words stand. The outcome is the same, later.
+    bool m_bPlainParse = false;
     LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
     std::int32_t m_nTextColumn = 0;    // fixed column of statement text, 0 while unknown
     std::int32_t m_nTabCount = 0;      // tabs ahead of statement text, 0 while unknown
@@ -82,7 +87,7 @@ public:
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
 
 private:
-    bool ReadLog();
+    bool ReadLog(ILogSource& source);
     bool DetectLogFormat(CLogReader& reader);
     bool DetectJASFormat(CLogReader& reader);
     void ParseDebugLine(LogLine& line);

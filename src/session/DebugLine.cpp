@@ -190,9 +190,6 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
         }
     }
     m_bDashForm = true;
-    if (m_nProcessFilter != 0 && m_nProcessFilter != head.processID) {
-        return true;
-    }
     const Classification result = ClassifyDebugStatement(text, signs, m_strName);
     SqlOperation operation = SQL_NONE;
     std::string_view name = result.Name(m_strName);
@@ -230,8 +227,7 @@ void CCarvelotDoc::LearnDebugHead(const LogLine& line, std::size_t headEnd, cons
     const std::size_t textStart = column(detail.m_strText.data());
     if (!runsOn || labelEnd > textStart) {
         m_heads.Learn(whole.substr(kIDsColumn, headEnd - kIDsColumn), m_stamp.month, runsOn,
-                      runsOn ? textStart - headEnd : 0, m_listDetails.ContextNumber(record),
-                      detail.m_nProcessID, LOG_NONE);
+                      runsOn ? textStart - headEnd : 0, m_listDetails.ContextNumber(record), LOG_NONE);
     }
 }
 

@@ -124,9 +124,6 @@ bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
     if (head.levelKind == LOG_NONE) {
         result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName, true);
     }
-    if (m_nProcessFilter != 0) {
-        return true;
-    }
     SqlOperation operation = SQL_NONE;
     std::string_view name = result.Name(m_strName);
     if (result.kind == LOG_SQL) {
@@ -200,7 +197,7 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
         const auto headEnd = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());
         if (headEnd <= whole.size()) {
             m_heads.Learn(whole.substr(headStart, headEnd - headStart), m_stamp.month, false, 0,
-                          m_listDetails.ContextNumber(record), 0, levelKind);
+                          m_listDetails.ContextNumber(record), levelKind);
         }
     }
     CommitToUser(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nTime);

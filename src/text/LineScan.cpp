@@ -44,7 +44,9 @@ private:
 
 LineIndex::LineIndex(std::size_t size)
     : ends(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)),
-      hints(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {}
+      hints(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {
+    Clear();
+}
 
 ScanBlockFunction ScanByBytes(HintSet set) { return ScanOf<ByteStretch>(set); }
 

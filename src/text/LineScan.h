@@ -12,8 +12,10 @@ enum class HintSet { None, Debug, Jas };
 
 // What a pass over a block found. Positions count from the block's first byte.
 struct LineIndex {
-    // `size`: the longest block that will be scanned.
+    // `size`: the longest block that will be scanned. At first nothing is found.
     explicit LineIndex(std::size_t size);
+    // Forgets what was found.
+    void Clear() { ends[0] = hints[0] = kNoMore; }
 
     // Behind the last entry of each stands kNoMore.
     static constexpr std::uint32_t kNoMore = 0xFFFFFFFF;

@@ -193,6 +193,42 @@ TEST(PreparedStatement, FillsInValuesThatHoldMarksThemselves) {
     }
 }
 
+TEST(PreparedStatement, IsSearchedByAllItsCharactersWhicheverLineBroughtThem) {
+    const std::string ascii = "SELECT A FROM T WHERE B = ? AND C = ?";
+    const std::string umlaut = "SELECT A\xC3\x9C FROM T WHERE B = ? AND C = ?";
+    const std::string plainValue = ": x_Types.VARCHAR";
+    const std::string umlautValue = ": \xC3\xBC_Types.VARCHAR";
+    struct Case {
+        std::string statement;
+        std::string first;
+        std::string second;
+        bool holdsUmlaut;
+    };
+    std::vector<std::string> lines = JASLog({});
+    std::vector<std::uint32_t> found;
+    const std::vector<Case> cases = {{ascii, plainValue, plainValue, false},
+                                     {ascii, umlautValue, plainValue, true},
+                                     {ascii, plainValue, umlautValue, true},
+                                     {umlaut, plainValue, plainValue, true},
+                                     {ascii, plainValue, plainValue, false}};
+    for (const Case& one : cases) {
+        lines.push_back(JASLine("08:00:00,000", "INIT", one.statement));
+        lines.push_back(JASLine("08:00:00,000", "INIT", "Param1" + one.first));
+        lines.push_back(JASLine("08:00:00,000", "INIT", "Param2" + one.second));
+        if (one.holdsUmlaut) {
+            found.push_back(static_cast<std::uint32_t>(lines.size() - 1));
+        }
+    }
+    const TestSession session(lines);
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const RecordIndex record{static_cast<std::uint32_t>(kJASLead + 3 * i + 2)};
+        EXPECT_EQ(session.m_doc.m_listDetails.Kind(record), LOG_SQL) << i;
+        EXPECT_EQ(session.m_doc.m_listDetails.TextIsAscii(record), !cases[i].holdsUmlaut) << i;
+    }
+    EXPECT_EQ(Numbers(session.m_doc.FindDetails("\xC3\x9C")), found);
+    EXPECT_EQ(Numbers(session.m_doc.FindDetails("\xC3\xBC")), found);
+}
+
 TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
     PendingStatement pending;
     TestSession session(JASLog({}));

@@ -11,9 +11,8 @@ namespace carvelot::test {
 namespace {
 
 std::vector<std::string> Lines(std::string_view content) {
-    const TestFile path(content);
-    platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file, HintSet::Debug);
+    CMemorySource source(content);
+    CLogReader reader(source, HintSet::Debug);
     std::vector<std::string> lines;
     LogLine line;
     while (reader.ReadLogLine(line)) {
@@ -73,10 +72,9 @@ TEST(ReadLogLine, FindsLineEndsAtEveryPlaceOfALongFile) {
 }
 
 TEST(ReadLogLine, HintsAtEveryWordThatClassifiesALine) {
-    const TestFile path("a jdeCache hCache: hCursor: Found existing cache JDB9900401 CAC0001111 Exiting "
-                        "DBPerformRequest --UBE--\n");
-    platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file, HintSet::Debug);
+    CMemorySource source("a jdeCache hCache: hCursor: Found existing cache JDB9900401 CAC0001111 Exiting "
+                         "DBPerformRequest --UBE--\n");
+    CLogReader reader(source, HintSet::Debug);
     LogLine line;
     ASSERT_TRUE(reader.ReadLogLine(line));
     EXPECT_TRUE(line.hints.IsComplete());
@@ -86,9 +84,8 @@ TEST(ReadLogLine, HintsAtEveryWordThatClassifiesALine) {
 }
 
 TEST(ReadLogLine, StartsOverAfterRewind) {
-    const TestFile path("a\nb\n");
-    platform::SharedFile file = platform::SharedFile::OpenForReading(path.Path());
-    CLogReader reader(file, HintSet::Debug);
+    CMemorySource source("a\nb\n");
+    CLogReader reader(source, HintSet::Debug);
     LogLine line;
     ASSERT_TRUE(reader.ReadLogLine(line));
     ASSERT_TRUE(reader.ReadLogLine(line));

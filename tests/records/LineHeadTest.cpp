@@ -1,60 +1,17 @@
+<<<<<<< HEAD:tests/records/LineHeadTest.cpp
 // Lines that begin as earlier ones did take a short cut: what it reads is what the long way reads. A blank
 // ahead of a line sends it the long way.
 #include "records/NumberMap.h"
 #include "text/Columns.h"
+=======
+// Lines that begin as earlier ones did take a short cut.
+>>>>>>> core:tests/logcore/LineHeadTest.cpp
 
 #include "support/TestLog.h"
 
 #include <gtest/gtest.h>
 
 namespace carvelot::test {
-
-namespace {
-
-void ExpectSame(const std::string& log, const std::string& longWay) {
-    const TestSession a(log);
-    const TestSession b(longWay);
-    ASSERT_EQ(a.Count(), b.Count());
-    for (std::uint32_t i = 0; i < a.Count(); ++i) {
-        const CLogDetail x = a.Record(i);
-        const CLogDetail y = b.Record(i);
-        EXPECT_EQ(x.m_strText, y.m_strText) << i;
-        EXPECT_EQ(x.m_strThreadLabel.Joined(), y.m_strThreadLabel.Joined()) << i;
-        EXPECT_EQ(std::tie(x.m_nKind, x.m_nTime, x.m_nDay, x.m_strMonth, x.m_nProcessID, x.m_nThreadID),
-                  std::tie(y.m_nKind, y.m_nTime, y.m_nDay, y.m_strMonth, y.m_nProcessID, y.m_nThreadID))
-            << i;
-        EXPECT_EQ(std::tie(x.m_strLevel, x.m_strUser, x.m_strSource, x.m_bUBE, x.m_nReturnCode, x.m_fGap),
-                  std::tie(y.m_strLevel, y.m_strUser, y.m_strSource, y.m_bUBE, y.m_nReturnCode, y.m_fGap))
-            << i;
-    }
-    EXPECT_EQ(a.m_doc.m_listProcesses.size(), b.m_doc.m_listProcesses.size());
-}
-
-} // namespace
-
-TEST(LineHead, ReadsTabbedLinesAsTheLongWayDoes) {
-    const std::string first = "Jan 15 08:00:00.000001 - 12/34 Worker\tEntering JDB_OpenTable\n";
-    std::string log = first;
-    std::string longWay = first;
-    for (const char* line :
-         {"Jan 15 08:00:00.000002 - 12/34 Worker\tCalling Business function F on 1 BSFNLevel = 1",
-          "Jan 15 08:00:00.000003 - 12/34 Worker\t SELECT A FROM T ",
-          "Jan 15 08:00:00.000004 - 12/34 Worker\t",
-          "Jan 15 08:00:00.000005 - 12/34 Worker\tReturn value is 2 for F. (BSFNLevel = 1)",
-          "Feb 15 08:00:00.000006 - 12/34 Worker\tOn another month",
-          "Jan 15 08:00:01.000007 - 12/34 Worker\tOn another second",
-          "Jan 15 08:00:01.00007 - 12/34 Worker\tOn five digits",
-          "Jan 15 08:00:01.000007 - 12/35 Worker\tOn another thread",
-          "Jan 15 08:00:01.000007 - 12/34 Worker\xE9\tOn another label",
-          "Jan 15 08:00:01.000008 ** 12/34 Worker\tOn the old form",
-          "Jan 15 08:00:01.000010 - 12/34 Worker\t\tOn a tab",
-          "Jan 15 38:00:01.000011 - 12/34 Worker\tOn no clock",
-          "Jan 15 38:00:01.000012 - 12/34 Worker\tOn again"}) {
-        log.append(line).append("\n");
-        longWay.append(" ").append(line).append("\n");
-    }
-    ExpectSame(log, longWay);
-}
 
 TEST(LineHead, IsNoneWhereASearchForATabStartedOver) {
     // The text stands behind the third tab. With one tab the search finds that one once more, with two none.
@@ -97,29 +54,45 @@ TEST(LineHead, KeepsALabelThatRunsOnIntoTheText) {
     }
 }
 
-TEST(LineHead, ReadsJASLinesAsTheLongWayDoes) {
+TEST(LineHead, IsNeverOneThatTheProcessFilterRefuses) {
     std::string log;
-    for (int i = 0; i < 8; ++i) {
-        log += "15 Jan 2024 08:00:00,001 [APP   ] SMITH - [JDBJ]   started\n";
+    for (int i = 0; i < 4; ++i) {
+        log.append("Jan 15 08:00:00.000001 - 12/34 Worker\tEntering JDB_OpenTable\n");
+        log.append("Jan 15 08:00:00.000001 - 77/34 Worker\tEntering JDB_CloseTable\n");
     }
-    std::string longWay = log;
-    for (const char* line :
-         {"15 Jan 2024 08:00:00,002 [APP   ] SMITH - [JDBJ]   SELECT A FROM T WHERE B = ? AND C = ?",
-          "15 Jan 2024 08:00:00,003 [APP   ] SMITH - [JDBJ]   Param1: 1_Types.DECIMAL,",
-          "15 Jan 2024 08:00:00,004 [APP   ] SMITH - [JDBJ]   Param2: x_Types.VARCHAR,",
-          "15 Jan 2024 08:00:00,005 [WARN  ] SMITH - [JDBJ] SELECT A FROM T",
-          "15 Jan 2024 08:00:00,006 [WARN  ] SMITH - [JDBJ] again",
-          "15 Jan 2024 08:00:00,007 [APP   ] - [BASE] a", "15 Jan 2024 08:00:00,008 [APP   ] - [BASE] b",
-          "15 Jan 2024 08:00:00,009 [APP   ] - [BASE]",
-          "5 Jan 2024 08:00:00,010 [APP   ] SMITH - [JDBJ]   one digit",
-          "5 Jan 2024 08:00:00,011 [APP   ] SMITH - [JDBJ]   Object Called: F4211.F",
-          "5 Feb 2024 08:00:00,012 [APP   ] SMITH - [JDBJ]   another month",
-          "5 Feb 2024 08:00:00,12 [APP   ] SMITH - [JDBJ]   two digits",
-          "5 Feb 2024 08:00:00,013 [APP   ] SMITH\xE9 - [JDBJ]   no ASCII"}) {
-        log.append(line).append("\n");
-        longWay.append(" ").append(line).append("\n");
-    }
-    ExpectSame(log, longWay);
+    TestSession session(log);
+    ASSERT_EQ(session.Count(), 8U);
+    session.m_doc.m_nProcessFilter = 12;
+    ASSERT_TRUE(session.m_doc.LoadLog());
+    EXPECT_EQ(session.Texts(), std::vector<std::string>(4, "Entering JDB_OpenTable"));
+
+    // Of a JAS log nothing stays.
+    TestSession web(JASLog({JASLine("08:00:00,001", "A", "x"), JASLine("08:00:00,002", "A", "y")}));
+    ASSERT_EQ(web.Count(), kJASLead + 2);
+    web.m_doc.m_nProcessFilter = 12;
+    ASSERT_TRUE(web.m_doc.LoadLog());
+    EXPECT_EQ(web.Count(), 0U);
+}
+
+TEST(LineHead, EndsBeforeALabelThatEndsWhereTheTextBegins) {
+    // The label ends at a tab in the text's column; in another line that begins so it goes on.
+    const std::string head = "Jan 15 08:00:00.000001 - 12/34 Worker      ";
+    const TestSession session(head + "Entering JDB_OpenTable\n" +
+                              "Jan 15 08:00:00.000001 - 12/35 Worker      \tOn x\n" +
+                              "Jan 15 08:00:00.000001 - 12/35 Worker       On y\n");
+    EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), "Worker      ");
+    EXPECT_EQ(session.Record(1).m_strText, "On x");
+    EXPECT_EQ(session.Record(2).m_strThreadLabel.Joined(), "Worker       On y");
+    EXPECT_EQ(session.Record(2).m_strText, "On y");
+}
+
+TEST(LineHead, TellsTheFormOfALineThatBeginsAsAnEarlierOneDid) {
+    const std::string usual = "Jan 15 08:00:00.000001 - 12/34 Worker\t";
+    const std::string old = "Jan 15 08:00:00.000001 ** 12/34 Worker\tOn x\n";
+    const std::string lead = usual + "Entering JDB_OpenTable\n" + usual + "On x\n";
+    EXPECT_TRUE(TestSession(lead).m_doc.m_bDashForm);
+    EXPECT_FALSE(TestSession(lead + old).m_doc.m_bDashForm);
+    EXPECT_TRUE(TestSession(lead + old + usual + "On y\n").m_doc.m_bDashForm);
 }
 
 TEST(NumberMap, FindsWhatWasEntered) {
