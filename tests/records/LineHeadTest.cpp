@@ -1,13 +1,7 @@
-<<<<<<< HEAD:tests/records/LineHeadTest.cpp
-// Lines that begin as earlier ones did take a short cut: what it reads is what the long way reads. A blank
-// ahead of a line sends it the long way.
-#include "records/NumberMap.h"
-#include "text/Columns.h"
-=======
 // Lines that begin as earlier ones did take a short cut.
->>>>>>> core:tests/logcore/LineHeadTest.cpp
 
 #include "support/TestLog.h"
+#include "text/Columns.h"
 
 #include <gtest/gtest.h>
 

@@ -521,19 +521,18 @@ private slots:
         QVERIFY(frame.DataView().hasFocus());
     }
 
-<<<<<<< HEAD
     void aLogIsDroppedOnACacheWindowToo() {
         StartProgram();
         Browse(QStringLiteral("int a;"));
         QCOMPARE(PartsThatTakeNoCopy(*MainFrame()), QStringList());
-=======
+    }
+
     void aColumnOfRowsIs100WideWhateverItsTitle() {
         StartProgram();
         CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR szAVeryLongNameOfAMember[11];"));
         const QHeaderView& header = *frame.DataView().header();
         QCOMPARE(header.sectionSize(0), 100);
         QCOMPARE(header.sectionSize(1), 100);
->>>>>>> text
     }
 
     void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {

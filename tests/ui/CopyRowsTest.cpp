@@ -1,4 +1,5 @@
 // Ctrl+C in every list of the program.
+#include "ui/app/Requests.h"
 #include "ui/SessionSupport.h"
 
 #include "ui/cachebrowser/CacheDocument.h"

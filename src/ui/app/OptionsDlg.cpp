@@ -2,7 +2,7 @@
 
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 
 #include <QApplication>
 #include <QCheckBox>

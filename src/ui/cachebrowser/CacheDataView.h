@@ -1,7 +1,7 @@
 // CacheDataView.h - the rows of a live cache, on the right of a cache browser window.
 #pragma once
 
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 #include "cachebrowser/CacheDoc.h"
 
 #include <QAbstractTableModel>

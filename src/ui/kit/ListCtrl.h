@@ -2,7 +2,7 @@
 #pragma once
 
 #include "text/ListSource.h"
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 
 #include <QAbstractTableModel>
 
@@ -74,17 +74,13 @@ public:
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
-<<<<<<< HEAD:src/ui/kit/ListCtrl.h
-    void SetColumnWidth(int nColumn, int nWidth); // 0 hides it
+    // Device-independent pixels, whatever the title's font; 0 hides the column.
+    void SetColumnWidth(int nColumn, int nWidth);
     // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
     // shows.
     QRect visualRect(const QModelIndex& index) const override {
         return isVisible() ? QTreeView::visualRect(index) : QRect();
     }
-=======
-    // Device-independent pixels, whatever the title's font; 0 hides the column.
-    void SetColumnWidth(int nColumn, int nWidth);
->>>>>>> text:src/analysis/panes/ui/ListCtrl.h
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.

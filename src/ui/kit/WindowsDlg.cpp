@@ -2,7 +2,7 @@
 
 #include "ui/kit/Document.h"
 #include "ui/kit/TabbedClientArea.h"
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

@@ -2,7 +2,7 @@
 
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "ui/session/ReportView.h"
+#include "ui/kit/ReportView.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
