@@ -7,6 +7,7 @@
 #include "shell/ui/CustomizeDlg.h"
 #include "shell/ui/Document.h"
 #include "shell/ui/LookStyle.h"
+#include "shell/ui/PaneTabs.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/ToolBar.h"
@@ -129,6 +130,7 @@ bool CMainFrame::LoadFrame() {
     MakeToolBars();
     MakeStatusBar();
     m_pAutoHide = new CAutoHide(*this);
+    new CPaneTabs(*this);
     DockPanes();
     OnApplicationLook(theApp().m_nAppLook);
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
