@@ -640,6 +640,48 @@ private slots:
         QVERIFY(run.Area().Children().isEmpty());
     }
 
+    void theWindowMenuListsTheFirstNineWindowsAndMarksTheOneInFront() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        const auto fnListed = [&run] {
+            CPersonalMenu* pMenu = run.OpenMenu("Window");
+            QStringList listTexts;
+            for (const QAction* pAction : pMenu->actions()) {
+                if (pAction->isCheckable() && pAction->isVisible())
+                    listTexts << pAction->text() + (pAction->isChecked() ? QStringLiteral(" *") : QString());
+            }
+            pMenu->close();
+            return listTexts;
+        };
+        run.Open("a");
+        run.Open("R&D.log");
+        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log *"}));
+        for (const char* pszName : {"c", "d", "e", "f", "g", "h", "i", "j"})
+            run.Open(pszName);
+        // The tenth is in front, and not in the list.
+        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log", "&3 c", "&4 d", "&5 e", "&6 f", "&7 g",
+                                          "&8 h", "&9 i"}));
+        CPersonalMenu* pMenu = run.OpenMenu("Window");
+        QAction* pThird = Entry(*pMenu, "&3 c");
+        QCOMPARE(pThird->statusTip(), QStringLiteral("Activate this window"));
+        // They stand between the commands and "Windows ...".
+        const QList<QAction*> listActions = pMenu->actions();
+        QVERIFY(listActions.indexOf(Entry(*pMenu, "Close All")) < listActions.indexOf(pThird));
+        QVERIFY(listActions.indexOf(pThird) < listActions.indexOf(Entry(*pMenu, "Windows ...")));
+        pThird->trigger();
+        pMenu->close();
+        QCOMPARE(run.Area().ActiveChild()->windowTitle(), QStringLiteral("c"));
+        QVERIFY(fnListed().contains(QLatin1String("&3 c *")));
+        // A window that goes leaves the list, and the tenth comes in.
+        run.Frame().RunCommand(ID_FILE_CLOSE);
+        QCOMPARE(fnListed().size(), 9);
+        QVERIFY(!fnListed().join(u' ').contains(QLatin1String("&3 c")));
+        QCOMPARE(fnListed().constLast().left(4), QStringLiteral("&9 j"));
+        // A title that changes is listed as it stands.
+        run.Area().Children().constFirst()->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 5"));
+        QCOMPARE(fnListed().constFirst(), QStringLiteral("&1 a - Process: 5"));
+    }
+
     void recentFilesStandInTheFileMenuAndOpen() {
         CFakeInterface user;
         CRun run(*m_pFolder);

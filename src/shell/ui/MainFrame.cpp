@@ -735,6 +735,7 @@ CToolBar* CMainFrame::NewUserToolBar(const QString& strTitle) {
         auto* pToolBar = new CToolBar(*this, nId, strTitle, QStringLiteral("UserToolBar%1").arg(nId), {});
         addToolBar(Qt::TopToolBarArea, pToolBar);
         m_listUserToolBars << pToolBar;
+        m_pAutoHide->PlaceStrips();
         return pToolBar;
     }
     return nullptr;
