@@ -10,8 +10,10 @@
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QToolBar>
+#include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -252,6 +254,142 @@ private slots:
         QVERIFY(QRect(QPoint(), pSlide->size()).contains(pOut->geometry()));
     }
 
+    void thePointerOverATabShowsItsPaneAndTakesNoFocus() {
+        CMainFrame& frame = m_pRun->Frame();
+        CTestFrame* pChild = m_pRun->Open("a");
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        pChild->m_edits[1]->setFocus();
+        Point(*Tab(frame, "Find"));
+        QTRY_VERIFY(frame.m_wndFindPane.isVisible());
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+        // It stays while the pointer is in it, and goes with the pointer.
+        Point(*frame.m_wndFindPane.MainControl());
+        QVERIFY(frame.m_wndFindPane.MainControl()->underMouse());
+        Point(*pChild->m_edits[0]);
+        QTRY_VERIFY(!frame.m_wndFindPane.isVisible());
+        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+    }
+
+    void aTabThatThePointerOnlyPassesShowsNothing() {
+        CMainFrame& frame = m_pRun->Frame();
+        frame.AutoHide().Fold(frame.m_wndBSFNPane);
+        Settle();
+        class CWatch : public QObject {
+        public:
+            bool eventFilter(QObject*, QEvent* pEvent) override {
+                m_nShown += pEvent->type() == QEvent::Show ? 1 : 0;
+                return false;
+            }
+            int m_nShown = 0;
+        } watch;
+        frame.m_wndFindPane.installEventFilter(&watch);
+        Point(*Tab(frame, "Find"));
+        Point(*Tab(frame, "Raw Data"));
+        QTRY_VERIFY(frame.m_wndRawDataPane.isVisible());
+        QCOMPARE(watch.m_nShown, 0);
+    }
+
+    void aPaneThatIsOutIsResizedByItsInnerEdge_data() { Edges(); }
+
+    void aPaneThatIsOutIsResizedByItsInnerEdge() {
+        QFETCH(Qt::DockWidgetArea, edge);
+        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        CMainFrame* pFrame = &m_pRun->Frame();
+        FoldFind(*pFrame, edge);
+        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
+        Settle();
+        const auto fnThickness = [&] { return bUpright ? Slide(*pFrame).width() : Slide(*pFrame).height(); };
+        // By how far the pointer moves into the window.
+        const auto fnDrag = [&](int nFurther) {
+            QFrame& slide = Slide(*pFrame);
+            const QPoint inner = edge == Qt::LeftDockWidgetArea    ? QPoint(slide.width() - 2, 50)
+                                 : edge == Qt::RightDockWidgetArea ? QPoint(1, 50)
+                                 : edge == Qt::TopDockWidgetArea   ? QPoint(50, slide.height() - 2)
+                                                                   : QPoint(50, 1);
+            const int nSign = edge == Qt::LeftDockWidgetArea || edge == Qt::TopDockWidgetArea ? 1 : -1;
+            const QPoint step(bUpright ? nSign * nFurther : 0, bUpright ? 0 : nSign * nFurther);
+            const QPoint screen = slide.mapToGlobal(inner) + step;
+            QTest::mousePress(&slide, Qt::LeftButton, {}, inner);
+            QMouseEvent move(QEvent::MouseMove, QPointF(slide.mapFromGlobal(screen)), QPointF(screen),
+                             Qt::NoButton, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(&slide, &move);
+            QTest::mouseRelease(&slide, Qt::LeftButton, {}, slide.mapFromGlobal(screen));
+        };
+        const QRect before = Slide(*pFrame).geometry();
+        fnDrag(60);
+        const int nWide = bUpright ? before.width() + 60 : before.height() + 60;
+        QVERIFY(std::abs(fnThickness() - nWide) <= 2);
+        // The outer edge stays where it is.
+        const QRect after = Slide(*pFrame).geometry();
+        QVERIFY(edge == Qt::LeftDockWidgetArea    ? after.left() == before.left()
+                : edge == Qt::RightDockWidgetArea ? after.right() == before.right()
+                : edge == Qt::TopDockWidgetArea   ? after.top() == before.top()
+                                                  : after.bottom() == before.bottom());
+        QVERIFY(Slide(*pFrame).rect().contains(pFrame->m_wndFindPane.geometry()));
+
+        // There is a least size, and always something left of the window.
+        fnDrag(-2000);
+        QCOMPARE(fnThickness(), 80);
+        fnDrag(5000);
+        const int nMost = fnThickness();
+        QVERIFY(nMost < (bUpright ? pFrame->width() : pFrame->height()));
+        fnDrag(200 - nMost);
+        const int nLast = fnThickness();
+        QVERIFY(std::abs(nLast - 200) <= 2);
+
+        // It holds for the next time, for the next start, and for the pane when it is docked again.
+        pFrame->AutoHide().SlideIn();
+        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
+        QCOMPARE(fnThickness(), nLast);
+        m_pRun.reset();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+        pFrame = &m_pRun->Frame();
+        Settle();
+        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
+        QCOMPARE(fnThickness(), nLast);
+        pFrame->AutoHide().Pin(pFrame->m_wndFindPane);
+        Settle();
+        QCOMPARE(bUpright ? pFrame->m_wndFindPane.width() : pFrame->m_wndFindPane.height(), nLast);
+    }
+
+    void theTabsOfEachEdgeStandThere_data() { Edges(); }
+
+    void theTabsOfEachEdgeStandThere() {
+        QFETCH(Qt::DockWidgetArea, edge);
+        CMainFrame& frame = m_pRun->Frame();
+        FoldFind(frame, edge);
+        const QToolBar& strip = *Strip(frame, edge);
+        const QAbstractButton& tab = *Tab(frame, "Find");
+        QVERIFY(strip.isAncestorOf(&tab));
+        if (edge == Qt::TopDockWidgetArea) {
+            // Toolbars stand above the strip, also one that the user makes now.
+            QVERIFY(frame.NewUserToolBar(QStringLiteral("Mine")) != nullptr);
+            Settle();
+        }
+        const QPoint middle = strip.geometry().center();
+        switch (edge) {
+        case Qt::LeftDockWidgetArea:
+            QCOMPARE(strip.x(), 0);
+            break;
+        case Qt::RightDockWidgetArea:
+            QCOMPARE(strip.geometry().right(), frame.width() - 1);
+            break;
+        case Qt::TopDockWidgetArea:
+            QVERIFY(middle.y() < m_pRun->Area().y());
+            for (const CToolBar* pToolBar : frame.ToolBars())
+                QVERIFY(middle.y() > pToolBar->geometry().bottom());
+            break;
+        default:
+            QVERIFY(middle.y() > m_pRun->Area().geometry().bottom());
+            QVERIFY(middle.y() < frame.statusBar()->y());
+        }
+        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        QCOMPARE(tab.height() > tab.width(), bUpright);
+        for (const auto& [pszEdge, nEdge] : kEdges)
+            QCOMPARE(Tabs(frame, pszEdge), nEdge == edge ? QStringList{"Find"} : QStringList());
+    }
+
     void whatIsFoldedIsFoldedAtTheNextStartToo() {
         CMainFrame* pFrame = &m_pRun->Frame();
         pFrame->addDockWidget(Qt::RightDockWidgetArea, &pFrame->m_wndFindPane);
@@ -340,6 +478,27 @@ private slots:
     }
 
 private:
+    static void Edges() {
+        QTest::addColumn<Qt::DockWidgetArea>("edge");
+        for (const auto& [pszEdge, nEdge] : kEdges)
+            QTest::newRow(pszEdge) << nEdge;
+    }
+    static QFrame& Slide(const CMainFrame& frame) {
+        return *frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
+    }
+    static void FoldFind(CMainFrame& frame, Qt::DockWidgetArea nEdge) {
+        frame.addDockWidget(nEdge, &frame.m_wndFindPane);
+        Settle();
+        frame.AutoHide().Fold(frame.m_wndFindPane);
+        Settle();
+    }
+    // Moves the pointer there as the system does, who tells the widgets that it leaves and enters.
+    static void Point(QWidget& widget) {
+        QWidget& window = *widget.window();
+        QTest::mouseMove(window.windowHandle(), widget.mapTo(&window, widget.rect().center()));
+        QCoreApplication::processEvents();
+    }
+
     CFakeInterface m_user;
     std::unique_ptr<QTemporaryDir> m_pFolder;
     std::unique_ptr<CRun> m_pRun;

@@ -6,6 +6,9 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QTabBar>
+
+#include <cstdlib>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -41,6 +44,46 @@ bool IsOnTheScreen(const QWidget& widget) {
     const QWidget& window = *widget.window();
     return widget.isVisible() &&
            window.rect().intersects(QRect(widget.mapTo(&window, QPoint()), widget.size()));
+}
+
+QTabBar* BarOf(const CMainFrame& frame, const CDockablePane& pane, int& nTab) {
+    for (QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        for (nTab = 0; pBar->isVisible() && nTab < pBar->count(); ++nTab) {
+            if (pBar->tabText(nTab) == pane.windowTitle())
+                return pBar;
+        }
+    }
+    return nullptr;
+}
+
+QStringList TabsBeside(const CMainFrame& frame, const CDockablePane& pane) {
+    int nTab = 0;
+    const QTabBar* pBar = BarOf(frame, pane, nTab);
+    QStringList listTabs;
+    for (int n = 0; pBar != nullptr && n < pBar->count(); ++n)
+        listTabs << pBar->tabText(n);
+    return listTabs;
+}
+
+// A person's hand: whoever has the mouse gets the events.
+void Mouse(QWidget& widget, QEvent::Type nType, const QPoint& screen) {
+    QWidget* pReceiver = QWidget::mouseGrabber() != nullptr ? QWidget::mouseGrabber() : &widget;
+    const bool bMove = nType == QEvent::MouseMove;
+    QMouseEvent event(nType, pReceiver->mapFromGlobal(QPointF(screen)), QPointF(screen),
+                      bMove ? Qt::NoButton : Qt::LeftButton,
+                      nType == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton, {});
+    QCoreApplication::sendEvent(pReceiver, &event);
+    QCoreApplication::processEvents();
+}
+
+void DragTab(const CMainFrame& frame, const CDockablePane& pane, const QList<QPoint>& listWay) {
+    int nTab = 0;
+    QTabBar* pBar = BarOf(frame, pane, nTab);
+    const QPoint from = pBar->mapToGlobal(pBar->tabRect(nTab).center());
+    Mouse(*pBar, QEvent::MouseButtonPress, from);
+    for (const QPoint& step : listWay)
+        Mouse(*pBar, QEvent::MouseMove, from + step);
+    Mouse(*pBar, QEvent::MouseButtonRelease, from + listWay.constLast());
 }
 
 // What the Tab key goes through until it is where it began.
@@ -172,6 +215,48 @@ private slots:
             CSessionRun::ShowPane(*pPane);
             QCOMPARE(PartsThatTakeNoCopy(frame), QStringList());
         }
+    }
+
+    void aPaneIsTornOffByItsTabAsByItsTitle() {
+        CMainFrame& frame = m_pRun->Frame();
+        CSessionRun::ShowPane(frame.m_wndBSFNPane);
+        const QStringList listTabs = TabsBeside(frame, frame.m_wndBSFNPane);
+        // The tab of a pane behind another one, up into the middle of the window.
+        const int nLeft = frame.m_wndBSFNPane.mapToGlobal(QPoint()).x();
+        DragTab(frame, frame.m_wndFindPane, {{4, -6}, {4, -40}, {20, -200}, {30, -330}});
+        QVERIFY(QWidget::mouseGrabber() == nullptr);
+        QVERIFY(frame.m_wndFindPane.isFloating());
+        QVERIFY(frame.m_wndFindPane.MainControl()->isVisible());
+        // It has followed the pointer from where it was docked, but for the frame that a window has.
+        QVERIFY(std::abs(frame.m_wndFindPane.mapToGlobal(QPoint()).x() - (nLeft + 26)) < 20);
+        QStringList listOthers = listTabs;
+        listOthers.removeOne(frame.m_wndFindPane.windowTitle());
+        QCOMPARE(TabsBeside(frame, frame.m_wndBSFNPane), listOthers);
+        // And once more: the bar is as it was before.
+        DragTab(frame, frame.m_wndBSFNPane, {{4, -6}, {4, -40}, {20, -200}, {30, -330}});
+        QVERIFY(frame.m_wndBSFNPane.isFloating());
+        QVERIFY(!frame.m_wndErrorPane.isFloating());
+    }
+
+    void aTabThatIsTornOffDocksWhereItIsDropped() {
+        CMainFrame& frame = m_pRun->Frame();
+        int nTab = 0;
+        const QTabBar* pBar = BarOf(frame, frame.m_wndFindPane, nTab);
+        const QPoint from = pBar->mapToGlobal(pBar->tabRect(nTab).center());
+        const QPoint left = frame.mapToGlobal(QPoint(12, frame.height() / 3)) - from;
+        DragTab(frame, frame.m_wndFindPane, {{4, -40}, left + QPoint(40, 0), left + QPoint(3, 0), left});
+        QTRY_VERIFY(!frame.m_wndFindPane.isFloating());
+        QCOMPARE(frame.dockWidgetArea(&frame.m_wndFindPane), Qt::LeftDockWidgetArea);
+    }
+
+    void aTabThatStaysInItsBarMovesThere() {
+        CMainFrame& frame = m_pRun->Frame();
+        QStringList listTabs = TabsBeside(frame, frame.m_wndFindPane);
+        const qsizetype nPlace = listTabs.indexOf(QLatin1String("Find"));
+        DragTab(frame, frame.m_wndFindPane, {{-30, 2}, {-80, 4}, {-140, 10}});
+        QVERIFY(!frame.m_wndFindPane.isFloating());
+        listTabs.move(nPlace, nPlace - 1);
+        QCOMPARE(TabsBeside(frame, frame.m_wndFindPane), listTabs);
     }
 };
 

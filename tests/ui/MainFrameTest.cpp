@@ -22,6 +22,8 @@
 #include <QTabBar>
 #include <QTreeWidget>
 
+#include <algorithm>
+
 using namespace carvelot;
 using namespace carvelot::test;
 
@@ -44,6 +46,55 @@ QStringList DockTabs(const CMainFrame& frame, QString* pCurrent = nullptr) {
 const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",
                              "Find",          "Long Tasks",       "Raw Data",
                              "Cache Details", "Errors/Warnings",  "BSFN Calls"};
+
+// A person's hands in the Customize dialog, on a toolbar of the person's own.
+class CCustomizeHands {
+public:
+    CCustomizeHands(CMainFrame& frame, CFakeInterface& user) : m_frame(frame), m_user(user) {
+        frame.RunCommand(ID_VIEW_CUSTOMIZE);
+        m_pDialog = frame.CustomizeDialog();
+        user.m_strTextAnswer = QStringLiteral("Mine");
+        Press("New");
+    }
+    CToolBar& ToolBar() const { return *m_frame.ToolBars().constLast(); }
+    QPushButton& Button(const char* pszName) const { return *m_pDialog->findChild<QPushButton*>(pszName); }
+    QListWidget& List(const char* pszName) const { return *m_pDialog->findChild<QListWidget*>(pszName); }
+    void Press(const char* pszName) const { QTest::mouseClick(&Button(pszName), Qt::LeftButton); }
+    QListWidgetItem* Choose(const char* pszList, const char* pszText) const {
+        const QList<QListWidgetItem*> listItems =
+            List(pszList).findItems(QLatin1String(pszText), Qt::MatchExactly);
+        List(pszList).setCurrentItem(listItems.value(0));
+        return listItems.value(0);
+    }
+    void Add(const char* pszCommand) const {
+        Choose("Commands", pszCommand);
+        Press("Add");
+    }
+    // The buttons as the dialog lists them, and as they stand on the toolbar from its beginning.
+    QStringList Listed() const {
+        QStringList listTexts;
+        for (int n = 0; n < List("Buttons").count(); ++n)
+            listTexts << List("Buttons").item(n)->text();
+        return listTexts;
+    }
+    QStringList Standing() const {
+        QCoreApplication::processEvents();
+        QMap<int, QString> mapTexts;
+        for (const QAction* pAction : ToolBar().actions()) {
+            const QWidget* pButton = ToolBar().widgetForAction(const_cast<QAction*>(pAction));
+            if (pAction->isSeparator())
+                mapTexts[pButton->x()] = QStringLiteral("(Separator)");
+            else if (!pAction->text().isEmpty())
+                mapTexts[pButton->x()] = pAction->text().remove(u'&');
+        }
+        return mapTexts.values();
+    }
+
+private:
+    CMainFrame& m_frame;
+    CFakeInterface& m_user;
+    CCustomizeDlg* m_pDialog;
+};
 
 void StoreText(const char* pszName, const std::string& strText) { WriteWorkspaceString(pszName, strText); }
 
@@ -589,6 +640,48 @@ private slots:
         QVERIFY(run.Area().Children().isEmpty());
     }
 
+    void theWindowMenuListsTheFirstNineWindowsAndMarksTheOneInFront() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        const auto fnListed = [&run] {
+            CPersonalMenu* pMenu = run.OpenMenu("Window");
+            QStringList listTexts;
+            for (const QAction* pAction : pMenu->actions()) {
+                if (pAction->isCheckable() && pAction->isVisible())
+                    listTexts << pAction->text() + (pAction->isChecked() ? QStringLiteral(" *") : QString());
+            }
+            pMenu->close();
+            return listTexts;
+        };
+        run.Open("a");
+        run.Open("R&D.log");
+        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log *"}));
+        for (const char* pszName : {"c", "d", "e", "f", "g", "h", "i", "j"})
+            run.Open(pszName);
+        // The tenth is in front, and not in the list.
+        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log", "&3 c", "&4 d", "&5 e", "&6 f", "&7 g",
+                                          "&8 h", "&9 i"}));
+        CPersonalMenu* pMenu = run.OpenMenu("Window");
+        QAction* pThird = Entry(*pMenu, "&3 c");
+        QCOMPARE(pThird->statusTip(), QStringLiteral("Activate this window"));
+        // They stand between the commands and "Windows ...".
+        const QList<QAction*> listActions = pMenu->actions();
+        QVERIFY(listActions.indexOf(Entry(*pMenu, "Close All")) < listActions.indexOf(pThird));
+        QVERIFY(listActions.indexOf(pThird) < listActions.indexOf(Entry(*pMenu, "Windows ...")));
+        pThird->trigger();
+        pMenu->close();
+        QCOMPARE(run.Area().ActiveChild()->windowTitle(), QStringLiteral("c"));
+        QVERIFY(fnListed().contains(QLatin1String("&3 c *")));
+        // A window that goes leaves the list, and the tenth comes in.
+        run.Frame().RunCommand(ID_FILE_CLOSE);
+        QCOMPARE(fnListed().size(), 9);
+        QVERIFY(!fnListed().join(u' ').contains(QLatin1String("&3 c")));
+        QCOMPARE(fnListed().constLast().left(4), QStringLiteral("&9 j"));
+        // A title that changes is listed as it stands.
+        run.Area().Children().constFirst()->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 5"));
+        QCOMPARE(fnListed().constFirst(), QStringLiteral("&1 a - Process: 5"));
+    }
+
     void recentFilesStandInTheFileMenuAndOpen() {
         CFakeInterface user;
         CRun run(*m_pFolder);
@@ -635,6 +728,94 @@ private slots:
         QCOMPARE(pMine->Commands(), (std::vector<int>{ID_APPLOOK_WINDOWS_7, ID_SEPARATOR}));
         pMine->actions().constFirst()->trigger();
         QCOMPARE(theApp().m_nAppLook, 219);
+    }
+
+    void removeAndMoveChangeTheToolbarAtOnce() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const CCustomizeHands hands(run.Frame(), user);
+        for (const char* pszCommand : {"Open...", "Options", "Convert Dates"})
+            hands.Add(pszCommand);
+        hands.Press("Separator");
+        QCOMPARE(hands.Listed(), (QStringList{"Open...", "Options", "Convert Dates", "(Separator)"}));
+        QCOMPARE(hands.Standing(), hands.Listed());
+        // The last one goes up by one place, the first one down.
+        QVERIFY(!hands.Button("Down").isEnabled());
+        hands.Press("Up");
+        QCOMPARE(hands.Listed(), (QStringList{"Open...", "Options", "(Separator)", "Convert Dates"}));
+        QCOMPARE(hands.List("Buttons").currentRow(), 2);
+        hands.Choose("Buttons", "Open...");
+        QVERIFY(!hands.Button("Up").isEnabled());
+        hands.Press("Down");
+        QCOMPARE(hands.Listed(), (QStringList{"Options", "Open...", "(Separator)", "Convert Dates"}));
+        QCOMPARE(hands.List("Buttons").currentRow(), 1);
+        QCOMPARE(hands.Standing(), hands.Listed());
+        hands.Press("Remove");
+        QCOMPARE(hands.Listed(), (QStringList{"Options", "(Separator)", "Convert Dates"}));
+        QCOMPARE(hands.Standing(), hands.Listed());
+        for (int n = 0; n < 3; ++n)
+            hands.Press("Remove");
+        QCOMPARE(hands.Listed(), QStringList());
+        QCOMPARE(hands.Standing(), QStringList());
+        for (const char* pszButton : {"Remove", "Up", "Down"})
+            QVERIFY(!hands.Button(pszButton).isEnabled());
+    }
+
+    void renameGivesAToolbarItsNewNameForGood() {
+        CFakeInterface user;
+        {
+            const CRun run(*m_pFolder);
+            const CCustomizeHands hands(run.Frame(), user);
+            hands.Add("Options");
+            user.m_strTextAnswer = QStringLiteral("  Dates & more ");
+            hands.Press("Rename");
+            QCOMPARE(hands.ToolBar().windowTitle(), QStringLiteral("Dates & more"));
+            QCOMPARE(hands.ToolBar().accessibleName(), QStringLiteral("Dates & more"));
+            QVERIFY(hands.Choose("ToolBars", "Dates & more") != nullptr);
+            // No name is no answer.
+            user.m_strTextAnswer = QStringLiteral("   ");
+            hands.Press("Rename");
+            user.m_strTextAnswer.reset();
+            hands.Press("Rename");
+            QCOMPARE(hands.ToolBar().windowTitle(), QStringLiteral("Dates & more"));
+            // The program's own toolbars keep theirs.
+            hands.Choose("ToolBars", "Standard");
+            QVERIFY(!hands.Button("Rename").isEnabled());
+        }
+        const CRun run(*m_pFolder);
+        QCOMPARE(run.Frame().ToolBars().constLast()->windowTitle(), QStringLiteral("Dates & more"));
+        QCOMPARE(run.Frame().ToolBars().constLast()->Commands(), std::vector<int>{ID_TOOLS_OPTIONS});
+    }
+
+    void customizeDoesNotTakeACommandTwice() {
+        CFakeInterface user;
+        {
+            const CRun run(*m_pFolder);
+            const CCustomizeHands hands(run.Frame(), user);
+            hands.Add("Options");
+            hands.Add("Convert Dates");
+            hands.Press("Separator");
+            hands.Press("Separator");
+            QListWidgetItem* pItem = hands.Choose("Commands", "Options");
+            QVERIFY(!hands.Button("Add").isEnabled());
+            emit hands.List("Commands").itemDoubleClicked(pItem);
+            QCOMPARE(hands.Listed(), (QStringList{"Options", "Convert Dates", "(Separator)", "(Separator)"}));
+            QCOMPARE(hands.Standing(), hands.Listed());
+            // It shows where the command stands.
+            QCOMPARE(hands.List("Buttons").currentRow(), 0);
+            // What was taken off can be had again.
+            hands.Press("Remove");
+            QVERIFY(hands.Button("Add").isEnabled());
+            hands.Press("Add");
+            QCOMPARE(hands.Listed().count(QLatin1String("Options")), 1);
+        }
+        // Nor does a stored toolbar.
+        const std::string strOptions = std::to_string(ID_TOOLS_OPTIONS);
+        StoreText("UserToolBar59432", "Mine|" + strOptions + ",0," + strOptions + ",0");
+        const CRun run(*m_pFolder);
+        const std::vector<int> listCommands = run.Frame().ToolBars().constLast()->Commands();
+        QCOMPARE(std::ranges::count(listCommands, int(ID_TOOLS_OPTIONS)), 1);
+        QCOMPARE(std::ranges::count(listCommands, int(ID_SEPARATOR)), 2);
     }
 
     void atMostTenToolbarsOfAUsersOwn() {

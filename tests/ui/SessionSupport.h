@@ -17,21 +17,16 @@ namespace carvelot::test {
 
 class CSessionRun {
 public:
-    explicit CSessionRun(std::vector<std::string> listArguments = {}) {
+    explicit CSessionRun(const std::vector<std::string>& listArguments = {}) {
         UseSettingsStore(ToUtf8(m_folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = AddDocTemplates;
-        m_bStarted = theApp().InitInstance(listArguments);
-        if (!m_bStarted)
-            return;
-        Frame().resize(1200, 800);
-        (void)QTest::qWaitForWindowExposed(&Frame());
-        Frame().activateWindow();
-        m_user.m_listMessages.clear();
+        Start(listArguments);
     }
-    ~CSessionRun() {
-        if (MainFrame() != nullptr)
-            MainFrame()->close();
-        theApp().ExitInstance();
+    ~CSessionRun() { Stop(); }
+    // Ends the program and starts it again with the settings that it left.
+    void Restart() {
+        Stop();
+        Start({});
     }
 
     CMainFrame& Frame() const { return *MainFrame(); }
@@ -81,6 +76,21 @@ public:
     bool m_bStarted = false;
 
 private:
+    void Start(const std::vector<std::string>& listArguments) {
+        m_bStarted = theApp().InitInstance(listArguments);
+        if (!m_bStarted)
+            return;
+        Frame().resize(1200, 800);
+        (void)QTest::qWaitForWindowExposed(&Frame());
+        Frame().activateWindow();
+        m_user.m_listMessages.clear();
+    }
+    static void Stop() {
+        if (MainFrame() != nullptr)
+            MainFrame()->close();
+        theApp().ExitInstance();
+    }
+
     QTemporaryDir m_folder;
 };
 

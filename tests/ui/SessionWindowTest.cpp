@@ -91,6 +91,35 @@ private slots:
         QVERIFY(pFrame->SessionDocument().Session().m_pDetailView == &pFrame->DetailView());
     }
 
+    void theWidthToWhichTheThreadTreeIsDraggedHoldsForLaterSessionsAndStarts() {
+        const auto fnWidth = [](CChildFrame* pFrame) {
+            return pFrame->findChild<QSplitter*>()->sizes().constFirst();
+        };
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        QWidget* pHandle = pFrame->findChild<QSplitter*>()->handle(1);
+        // A click alone is no drag, and what a narrow window takes away is no wish.
+        m_pRun->Frame().resize(300, 600);
+        QCoreApplication::processEvents();
+        QTest::mouseClick(pHandle, Qt::LeftButton);
+        m_pRun->Frame().resize(1200, 800);
+        QCoreApplication::processEvents();
+        CChildFrame* pSecond = m_pRun->Open("b.log", Log());
+        QCOMPARE(fnWidth(pSecond), 200);
+
+        pHandle = pSecond->findChild<QSplitter*>()->handle(1);
+        const QPoint from = pHandle->rect().center();
+        QTest::mousePress(pHandle, Qt::LeftButton, {}, from);
+        QTest::mouseMove(pHandle, from + QPoint(90, 0));
+        QTest::mouseRelease(pHandle, Qt::LeftButton);
+        const int nDragged = fnWidth(pSecond);
+        QVERIFY(nDragged > 230);
+        QCOMPARE(fnWidth(m_pRun->Open("c.log", Log())), nDragged);
+        for (int nStart = 0; nStart < 2; ++nStart) {
+            m_pRun->Restart();
+            QCOMPARE(fnWidth(m_pRun->Open(m_pRun->Path("a.log"))), nDragged);
+        }
+    }
+
     void aJasLogShowsItsUsersFlatAndTheImageStaysFromSystemLevelOn() {
         CChildFrame* pFrame = m_pRun->Open("jas.log", JasLog());
         CThreadTreeModel& model = pFrame->ThreadView().Model();

@@ -19,6 +19,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace carvelot {
 
 namespace {
@@ -286,8 +288,9 @@ void CCustomizeDlg::UpdateButtons() {
     m_pDescription->setText(pCommand != nullptr ? ToQString(StatusTip(*pCommand)) : QString());
     ShowImages();
     const int nRow = m_pButtons->currentRow();
-    m_pAdd->setEnabled(pCommand != nullptr && EditedToolBar() != nullptr);
-    m_pSeparator->setEnabled(EditedToolBar() != nullptr);
+    const CToolBar* pEdited = EditedToolBar();
+    m_pAdd->setEnabled(pCommand != nullptr && pEdited != nullptr && !pEdited->HasCommand(CurrentCommand()));
+    m_pSeparator->setEnabled(pEdited != nullptr);
     m_pRemove->setEnabled(nRow >= 0);
     m_pUp->setEnabled(nRow > 0);
     m_pDown->setEnabled(nRow >= 0 && nRow + 1 < m_pButtons->count());
@@ -303,6 +306,11 @@ void CCustomizeDlg::OnAdd() {
     if (pToolBar == nullptr || CurrentCommand() == 0)
         return;
     std::vector<int> listCommands = pToolBar->Commands();
+    const auto itThere = std::ranges::find(listCommands, CurrentCommand());
+    if (itThere != listCommands.end()) {
+        m_pButtons->setCurrentRow(static_cast<int>(itThere - listCommands.begin()));
+        return;
+    }
     const int nPlace = m_pButtons->currentRow() + 1;
     listCommands.insert(listCommands.begin() + nPlace, CurrentCommand());
     pToolBar->SetCommands(listCommands);

@@ -8,6 +8,7 @@
 #include "ui/kit/Document.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
+#include "ui/kit/PaneTabs.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/TabbedClientArea.h"
@@ -135,6 +136,7 @@ bool CMainFrame::LoadFrame() {
     MakeToolBars();
     MakeStatusBar();
     m_pAutoHide = new CAutoHide(*this);
+    new CPaneTabs(*this);
     DockPanes();
     OnApplicationLook(theApp().m_nAppLook);
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
@@ -727,6 +729,7 @@ CToolBar* CMainFrame::NewUserToolBar(const QString& strTitle) {
         auto* pToolBar = new CToolBar(*this, nId, strTitle, QStringLiteral("UserToolBar%1").arg(nId), {});
         addToolBar(Qt::TopToolBarArea, pToolBar);
         m_listUserToolBars << pToolBar;
+        m_pAutoHide->PlaceStrips();
         return pToolBar;
     }
     return nullptr;

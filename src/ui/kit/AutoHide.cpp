@@ -213,11 +213,9 @@ CAutoHide::CAutoHide(CMainWindow& frame)
         pStrip->setMovable(false);
         pStrip->setFloatable(false);
         pStrip->setAllowedAreas(edge.m_nBar);
-        frame.addToolBarBreak(edge.m_nBar);
-        frame.addToolBar(edge.m_nBar, pStrip);
-        pStrip->hide();
         m_mapStrips[edge.m_nArea] = pStrip;
     }
+    UpdateStrips();
     m_pSlide->m_fnThickness = [this](int nThickness) {
         if (CGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
             pGroup->m_nThickness = std::max(kLeast, nThickness);
@@ -371,7 +369,20 @@ void CAutoHide::OnClosed(CDockablePane* pPane) {
     pPane->hide();
 }
 
+// Toolbars that the user made or moved meanwhile stand in the last rows: the strips come behind them.
+void CAutoHide::PlaceStrips() {
+    for (const CEdge& edge : kEdges) {
+        QToolBar* pStrip = m_mapStrips.at(edge.m_nArea);
+        const bool bHidden = pStrip->isHidden();
+        m_frame.removeToolBar(pStrip);
+        m_frame.addToolBarBreak(edge.m_nBar);
+        m_frame.addToolBar(edge.m_nBar, pStrip);
+        pStrip->setHidden(bHidden);
+    }
+}
+
 void CAutoHide::UpdateStrips() {
+    PlaceStrips();
     for (const auto& [nEdge, pStrip] : m_mapStrips) {
         if (QWidget* pOld = pStrip->findChild<QWidget*>(QStringLiteral("Tabs"))) {
             pOld->setObjectName(QString());

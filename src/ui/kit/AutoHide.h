@@ -40,6 +40,8 @@ public:
     void SlideIn();
     CDockablePane* PaneOut() const { return m_pOut; }
 
+    // Gives each strip the row or column next to the panes.
+    void PlaceStrips();
     // The strips that show, for F6, and the tab of a folded pane, or null.
     QList<QWidget*> Strips() const;
     CAutoHideTab* Tab(const CDockablePane& pane) const;

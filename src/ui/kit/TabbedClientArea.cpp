@@ -33,6 +33,10 @@ CMDIChildWnd* Child(QWidget* pWidget) { return qobject_cast<CMDIChildWnd*>(pWidg
 
 } // namespace
 
+bool IsNearBar(const QTabBar& bar, const QPoint& point) {
+    return bar.rect().adjusted(-kDragMargin, -kDragMargin, kDragMargin, kDragMargin).contains(point);
+}
+
 CTabBar::CTabBar(CTabbedClientArea& area) : m_area(area) {
     setMovable(true);
     setTabsClosable(true);
@@ -95,10 +99,7 @@ void CTabBar::mouseMoveEvent(QMouseEvent* pEvent) {
         QTabBar::mouseMoveEvent(pEvent);
         return;
     }
-    const QPoint point = pEvent->position().toPoint();
-    const bool bOutside =
-        !rect().adjusted(-kDragMargin, -kDragMargin, kDragMargin, kDragMargin).contains(point);
-    if (bOutside) {
+    if (!IsNearBar(*this, pEvent->position().toPoint())) {
         m_bOutside = true;
         m_area.ShowDropMark(pEvent->globalPosition().toPoint());
         return;

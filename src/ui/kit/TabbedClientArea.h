@@ -15,6 +15,9 @@ namespace carvelot {
 class CMDIChildWnd;
 class CTabbedClientArea;
 
+// Is a tab that is dragged here still in its bar, or so near that it stays there?
+bool IsNearBar(const QTabBar& bar, const QPoint& point);
+
 // One group of tabs. Tabs move inside their bar, and a tab that is dragged out of it moves to the group below
 // the pointer or, dropped on its own group, offers a new group.
 class CTabBar : public QTabBar {

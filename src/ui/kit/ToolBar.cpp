@@ -57,6 +57,10 @@ bool CToolBar::IsUserToolBar() const {
     return m_nId >= ID_TOOLBAR_USER_FIRST && m_nId <= ID_TOOLBAR_USER_LAST;
 }
 
+bool CToolBar::HasCommand(int nId) const {
+    return std::ranges::find(m_listCommands, nId) != m_listCommands.end();
+}
+
 void CToolBar::SetCommands(const std::vector<int>& listCommands) {
     // The toolkit takes its time to delete a button: it leaves the bar at once, or it would stand beside the
     // new one for whoever looks for it there.
@@ -72,6 +76,8 @@ void CToolBar::SetCommands(const std::vector<int>& listCommands) {
     for (const int nId : listCommands) {
         if (nId == ID_SEPARATOR)
             addSeparator();
+        else if (HasCommand(nId))
+            continue;
         else if (QAction* pAction = m_frame.CommandAction(nId))
             addAction(pAction);
         else
@@ -102,7 +108,7 @@ void CToolBar::FillCustomizeMenu(QMenu& menu) {
             continue;
         QAction* pEntry = menu.addAction(pCommand->icon(), pCommand->text());
         pEntry->setCheckable(true);
-        pEntry->setChecked(std::ranges::find(m_listCommands, nId) != m_listCommands.end());
+        pEntry->setChecked(HasCommand(nId));
         // The menu's own button goes with the change: act when the menu is gone.
         connect(
             pEntry, &QAction::toggled, this,

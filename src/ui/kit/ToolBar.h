@@ -22,7 +22,8 @@ public:
     int Id() const { return m_nId; }
     bool IsUserToolBar() const;
     const std::vector<int>& Commands() const { return m_listCommands; }
-    // Shows these commands, 0 standing for a separator; numbers that are no commands are left out.
+    bool HasCommand(int nId) const;
+    // Shows these commands, each once, 0 standing for a separator; numbers that are no commands are left out.
     void SetCommands(const std::vector<int>& listCommands);
     void Reset() { SetCommands(m_listDefault); }
     bool IsChanged() const { return m_listCommands != m_listDefault; }

@@ -1,5 +1,6 @@
 #include "ui/session/ChildFrame.h"
 
+#include "settings/AppSettings.h"
 #include "ui/kit/MainWindow.h"
 #include "ui/session/SessionDocument.h"
 #include "ui/session/SessionPanes.h"
@@ -7,7 +8,22 @@
 #include <QEvent>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace carvelot {
+
+namespace {
+
+constexpr char kThreadTreeWidth[] = "ThreadTreeWidth";
+constexpr int kInitialWidth = 200;
+constexpr int kMostWidth = 10000; // a stored width beyond any screen is none
+
+int StoredThreadTreeWidth() {
+    const int nWidth = GetWorkspaceInt(kThreadTreeWidth, kInitialWidth);
+    return nWidth > 0 && nWidth <= kMostWidth ? nWidth : kInitialWidth;
+}
+
+} // namespace
 
 CChildFrame::CChildFrame(CSessionDocument& document)
     : CMDIChildWnd(document), m_document(document), m_wndSplitter(new QSplitter(Qt::Horizontal)),
@@ -15,10 +31,12 @@ CChildFrame::CChildFrame(CSessionDocument& document)
     m_wndSplitter->setChildrenCollapsible(false);
     m_wndSplitter->addWidget(m_pThreadView);
     m_wndSplitter->addWidget(m_pDetailView);
-    // The thread tree keeps its 200 pixels when the window grows; the rest is the detail tree's.
+    // The thread tree keeps its width when the window grows; the rest is the detail tree's.
     m_wndSplitter->setStretchFactor(0, 0);
     m_wndSplitter->setStretchFactor(1, 1);
-    m_wndSplitter->setSizes({200, 1000});
+    m_wndSplitter->setSizes({StoredThreadTreeWidth(), 1000});
+    m_wndSplitter->handle(1)->installEventFilter(this);
+    connect(m_wndSplitter, &QSplitter::splitterMoved, this, [this] { m_bDragged = true; });
     auto* pLayout = new QVBoxLayout(this);
     pLayout->setContentsMargins(0, 0, 0, 0);
     pLayout->addWidget(m_wndSplitter);
@@ -41,6 +59,12 @@ void CChildFrame::OnClose() {
 }
 
 bool CChildFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
+    if (pObject == m_wndSplitter->handle(1)) {
+        // What the user wished is the width at the end of a drag.
+        if (pEvent->type() == QEvent::MouseButtonRelease && std::exchange(m_bDragged, false))
+            WriteWorkspaceInt(kThreadTreeWidth, m_pThreadView->width());
+        return false;
+    }
     // The closing of another session has emptied the panes under this one: work in this window fills them
     // again.
     if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::MouseButtonPress) {

@@ -35,6 +35,7 @@ private:
     QSplitter* m_wndSplitter;
     CThreadView* m_pThreadView;
     CDetailView* m_pDetailView;
+    bool m_bDragged = false; // the splitter moves under the user's hand
 };
 
 } // namespace carvelot
