@@ -6,6 +6,7 @@
 #include "shell/Commands.h"
 #include "shell/StartArguments.h"
 #include "shell/ui/AboutDlg.h"
+#include "shell/ui/AccessibleMenus.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/OptionsDlg.h"
 #include "shell/ui/PlainText.h"
@@ -53,6 +54,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
         return false;
     }
     ShowTipsAsPlainText();
+    ShowMenusToScreenReaders();
     m_recentFiles.Load();
     LoadSettings();
     ClearTraceApps();
