@@ -30,6 +30,8 @@ QStringList MenusInTree() {
         QStringList listEntries;
         for (int nEntry = 0; nEntry < pChild->childCount(); ++nEntry) {
             QAccessibleInterface* pEntry = pChild->child(nEntry);
+            if (pEntry == nullptr || !pEntry->isValid())
+                return {QStringLiteral("an entry that is not there")};
             if (!Said(pEntry).isEmpty())
                 listEntries << Said(pEntry) + (pEntry->state().focused ? QStringLiteral("*") : QString());
         }
@@ -127,15 +129,20 @@ private slots:
                 pOptions = pButton;
         }
         QVERIFY(pOptions != nullptr);
-        const QStringList listOptions = MenusDuring([&] { pOptions->showMenu(); });
-        QCOMPARE(listOptions.size(), 1);
-        QVERIFY(listOptions.constFirst().contains(QStringLiteral("Reset Toolbar")));
-        QVERIFY(listOptions.constFirst().contains(QLatin1Char('*')));
+        // Menus that share commands have all their entries, one after the other.
+        for (int nTime = 0; nTime < 2; ++nTime) {
+            const QStringList listOptions = MenusDuring([&] { pOptions->showMenu(); });
+            QCOMPARE(listOptions.size(), 1);
+            QVERIFY(listOptions.constFirst().startsWith(QStringLiteral("Open...*|")));
+            QVERIFY(listOptions.constFirst().endsWith(QStringLiteral("|Reset Toolbar|Customize...")));
 
-        const QStringList listFrame =
-            MenusDuring([&] { AskForMenu(*pToolBar, QPoint(2, 2), QContextMenuEvent::Mouse); });
-        QCOMPARE(listFrame.size(), 1);
-        QVERIFY(listFrame.constFirst().startsWith(QStringLiteral("Standard*")));
+            const QStringList listFrame =
+                MenusDuring([&] { AskForMenu(*pToolBar, QPoint(2, 2), QContextMenuEvent::Mouse); });
+            QCOMPARE(listFrame.size(), 1);
+            QVERIFY(listFrame.constFirst().startsWith(QStringLiteral("Standard*|Cache Browser|")));
+            QVERIFY(listFrame.constFirst().endsWith(QStringLiteral("|Customize...")));
+            CSessionRun::Settle();
+        }
     }
 
     // These are in the tree below their menu bar.

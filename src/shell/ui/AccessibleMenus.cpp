@@ -88,6 +88,7 @@ private:
                 return;
             }
         }
+        Tell(&menu, QAccessible::Focus); // nothing in it can be chosen
     }
     // The focus never left the widget, as the toolkit sees it.
     static void TellFocus(QWidget& widget) {
