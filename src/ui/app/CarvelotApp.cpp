@@ -8,6 +8,7 @@
 #include "ui/app/AboutDlg.h"
 #include "ui/app/MainFrame.h"
 #include "ui/app/OptionsDlg.h"
+#include "ui/kit/AccessibleMenus.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/TabbedClientArea.h"
@@ -54,6 +55,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
         return false;
     }
     ShowTipsAsPlainText();
+    ShowMenusToScreenReaders();
     m_recentFiles.Load();
     LoadSettings();
     ClearTraceApps();

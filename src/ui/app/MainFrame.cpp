@@ -620,7 +620,7 @@ void CMainFrame::NextPane(bool bForward) {
 void CMainFrame::FillToolBarMenu(QMenu& menu) {
     menu.clear();
     for (const CToolBar* pToolBar : ToolBars())
-        menu.addAction(pToolBar->toggleViewAction());
+        NewEntry(*pToolBar->toggleViewAction(), menu);
     menu.addSeparator();
     for (CDockablePane* pPane : Panes()) {
         QAction* pAction = menu.addAction(PlainCaption(pPane->windowTitle()));
@@ -641,8 +641,8 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         });
     }
     menu.addSeparator();
-    menu.addAction(CommandAction(ID_VIEW_RESTORE_LAYOUT));
-    menu.addAction(CommandAction(ID_VIEW_CUSTOMIZE));
+    NewEntry(*CommandAction(ID_VIEW_RESTORE_LAYOUT), menu);
+    NewEntry(*CommandAction(ID_VIEW_CUSTOMIZE), menu);
 }
 
 QMenu* CMainFrame::createPopupMenu() {

@@ -7,8 +7,10 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 
 #include <algorithm>
+#include <utility>
 
 namespace carvelot {
 
@@ -43,8 +45,8 @@ CPersonalMenu::CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidg
     connect(this, &QMenu::aboutToHide, this, [this] { m_timer.stop(); });
 }
 
-QAction* CPersonalMenu::AddCommand(QAction& command) {
-    auto* pEntry = new QAction(this);
+QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> fnChosen) {
+    auto* pEntry = new QAction(&menu);
     const auto fnFollow = [pEntry, pCommand = &command] {
         pEntry->setText(pCommand->text());
         pEntry->setIcon(pCommand->icon());
@@ -59,14 +61,23 @@ QAction* CPersonalMenu::AddCommand(QAction& command) {
         pEntry->setData(pCommand->data());
     };
     fnFollow();
-    connect(&command, &QAction::changed, pEntry, fnFollow);
-    connect(pEntry, &QAction::triggered, &command, [this, pCommand = &command, fnFollow] {
-        m_habits.m_setUsed.insert(pCommand->data().toInt());
-        pCommand->trigger();
-        fnFollow();
-    });
-    addAction(pEntry);
+    QObject::connect(&command, &QAction::changed, pEntry, fnFollow);
+    QObject::connect(pEntry, &QAction::triggered, &command,
+                     [pEntry, pCommand = &command, fnFollow, fnChosen = std::move(fnChosen)] {
+                         if (fnChosen)
+                             fnChosen();
+                         const QPointer<QAction> pAlive = pEntry; // its menu may go with the command
+                         pCommand->trigger();
+                         if (pAlive != nullptr)
+                             fnFollow();
+                     });
+    menu.addAction(pEntry);
     return pEntry;
+}
+
+QAction* CPersonalMenu::AddCommand(QAction& command) {
+    return NewEntry(command, *this,
+                    [this, pCommand = &command] { m_habits.m_setUsed.insert(pCommand->data().toInt()); });
 }
 
 bool CPersonalMenu::IsExpanded() const { return !m_pChevron->isVisible(); }

@@ -5,6 +5,7 @@
 #include <QMenu>
 #include <QTimer>
 
+#include <functional>
 #include <set>
 
 namespace carvelot {
@@ -19,13 +20,18 @@ struct CMenuHabits {
     void Save() const;
 };
 
+// Adds an entry to a menu that follows a command's text, tips and state and triggers it, after what is to be
+// done first. A command that stands in several menus needs one in each: the accessibility tree has one place
+// for an action.
+QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> fnChosen = {});
+
 class CPersonalMenu : public QMenu {
     Q_OBJECT
 
 public:
     CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidget* pParent);
 
-    // Adds an entry that follows the command's text, tips and state and triggers it.
+    // Adds a command's entry, whose use is remembered.
     QAction* AddCommand(QAction& command);
     // Shows what is still hidden. The chevron at the end, a short wait and the Down key behind the last entry
     // do it.

@@ -129,7 +129,7 @@ void CToolBar::FillCustomizeMenu(QMenu& menu) {
     QAction* pReset = menu.addAction(tr("&Reset Toolbar"));
     pReset->setEnabled(IsChanged() && !IsUserToolBar());
     connect(pReset, &QAction::triggered, this, &CToolBar::Reset, Qt::QueuedConnection);
-    menu.addAction(m_frame.CommandAction(ID_VIEW_CUSTOMIZE));
+    NewEntry(*m_frame.CommandAction(ID_VIEW_CUSTOMIZE), menu);
 }
 
 QString CToolBar::StoredCommands() const {
