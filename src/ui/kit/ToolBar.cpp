@@ -3,6 +3,7 @@
 #include "settings/Commands.h"
 #include "text/Numbers.h"
 #include "ui/kit/MainWindow.h"
+#include "ui/kit/PersonalMenu.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 
