@@ -4,6 +4,7 @@
 #include "logcore/CaseText.h"
 #include "logcore/Columns.h"
 #include "logcore/FindText.h"
+#include "logcore/NodeText.h"
 #include "logcore/Numbers.h"
 #include "platform/CodePage.h"
 #include "report/ReportOptions.h"
@@ -50,7 +51,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (void)GregorianToJulian(date);
     }
     const double number = TextToDouble(text);
-    (void)DoubleToText(number);
+    (void)SecondsText(number);
     (void)ReadInteger(text);
     (void)ParseId(text);
     (void)GapExportFormatOf(text);

@@ -2,7 +2,7 @@
 
 #include "analysis/panes/FindSource.h"
 #include "analysis/panes/GapExport.h"
-#include "analysis/panes/PaneRows.h"
+#include "analysis/panes/RowSource.h"
 #include "logcore/NodeText.h"
 #include "report/JsonReport.h"
 #include "report/TextReport.h"
@@ -11,6 +11,8 @@
 
 #include <rapidjson/document.h>
 
+#include <algorithm>
+#include <numeric>
 #include <sstream>
 
 #ifdef __linux__
@@ -64,23 +66,39 @@ void WalkTree(const CDetailTree& tree) {
     RequireJson(out.str());
 }
 
-template <class Row> void SortEveryWay(std::vector<Row> rows) {
-    const std::size_t count = rows.size();
-    for (int column = 0; column < static_cast<int>(Row::Columns().size()); ++column) {
+template <class Source> void SortEveryWay(const Source& source, std::size_t columns) {
+    std::vector<std::size_t> order(source.RowCount());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    for (int column = 0; column < static_cast<int>(columns); ++column) {
         for (const bool descending : {false, true}) {
-            SortRows(rows, column, descending);
+            source.Sort(order, column, descending);
         }
-        for (const Row& row : rows) {
-            (void)row.Text(column);
+        for (std::size_t row = 0; row < source.RowCount(); ++row) {
+            (void)source.Text(row, column);
         }
     }
-    Require(rows.size() == count, "sorting keeps every row");
+    std::sort(order.begin(), order.end());
+    for (std::size_t row = 0; row < order.size(); ++row) {
+        Require(order[row] == row, "sorting keeps every row");
+    }
+}
+
+template <class Row> void SortEveryWay(std::vector<Row> rows) {
+    CRowSource<Row> source;
+    source.m_listRows = std::move(rows);
+    SortEveryWay(source, Row::Columns().size());
+}
+
+template <class Row> void SortEveryWay(const CCarvelotDoc& doc, std::vector<Row> rows) {
+    CRecordSource<Row> source;
+    source.Show(doc, std::move(rows));
+    SortEveryWay(source, Row::Columns().size());
 }
 
 void WalkAnalyses(const CCarvelotDoc& doc, const CBSFNAnalysis& functions, const CSQLAnalysis& statements) {
     SortEveryWay(MakeBSFNRows(functions));
     SortEveryWay(MakeTableRows(statements));
-    SortEveryWay(MakeTaskRows(doc, functions, statements));
+    SortEveryWay(doc, MakeTaskRows(doc, functions, statements));
     for (const auto& function : functions.m_functions) {
         for (const auto& instance : function.m_instances) {
             Require(Number(instance.m_pStart) < doc.m_listDetails.Size(), "a call names its record");
@@ -112,7 +130,7 @@ void WalkSession(CFuzzSession& session) {
         (void)ProcessTitle(doc, *process);
         (void)ProcessCaption(*process);
         RequireRecords(doc, process->m_listErrors);
-        SortEveryWay(MakeErrorRows(doc, process->m_listErrors));
+        SortEveryWay(doc, MakeErrorRows(process->m_listErrors));
         WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
         for (const auto& cache : process->m_pCacheAnalysis.m_caches) {
             (void)CCacheAnalysis::CacheText(cache);
@@ -145,16 +163,16 @@ void WalkSession(CFuzzSession& session) {
         (void)UserCaption(*user);
         RequireRecords(doc, user->m_listDetails);
         RequireRecords(doc, user->m_listErrors);
-        SortEveryWay(MakeErrorRows(doc, user->m_listErrors));
+        SortEveryWay(doc, MakeErrorRows(user->m_listErrors));
         WalkAnalyses(doc, user->m_pBSFNAnalysis, user->m_pSQLAnalysis);
         tree.FillDetails(true, user->m_listDetails);
         WalkTree(tree);
     }
 
     std::vector<GapRow> gaps = MakeGapRows(doc);
-    SortEveryWay(gaps);
-    (void)ExportGaps(gaps, GapExportFormat::Csv);
-    (void)ExportGaps(gaps, GapExportFormat::Text);
+    SortEveryWay(doc, gaps);
+    (void)ExportGaps(doc, gaps, GapExportFormat::Csv);
+    (void)ExportGaps(doc, gaps, GapExportFormat::Text);
 
     CFindSource source;
     for (const std::string_view text : {"", "a", "JDB", "\xC3\xA4"}) {

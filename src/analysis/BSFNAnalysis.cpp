@@ -17,8 +17,8 @@ constexpr std::string_view kObjectPhrase = "Object Called:";
 constexpr std::size_t kObjectNameColumn = 15;
 constexpr std::uint64_t kUnknownDuration = ~std::uint64_t{0};
 
-// What a call that ended earlier than it began has added: the low 32 bits of the 13 hours that other times
-// get. The two differ, and reports depend on each.
+// What a call that ended earlier than it began has added: the low 32 bits of the 13 hours that a silence or a
+// statement gets, so about an hour and four minutes.
 constexpr std::uint64_t kBackwardCall = 0xE57F53FF;
 
 std::string_view ObjectName(std::string_view text, std::string& scratch) {

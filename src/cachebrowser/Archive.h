@@ -1,5 +1,5 @@
-// Archive.h - the framework's binary archive: numbers, counted strings, and objects behind their class
-// records. All numbers are little-endian.
+// Archive.h - the binary archive of the Microsoft Foundation Classes: numbers, counted strings, and objects
+// behind their class records. All numbers are little-endian.
 #pragma once
 
 #include <cstddef>

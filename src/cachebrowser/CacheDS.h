@@ -85,7 +85,6 @@ class CMemberRows final : public CListSource {
 public:
     std::size_t RowCount() const override { return m_listRows.size(); }
     std::string Text(std::size_t nRow, int nColumn) const override;
-    int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
 
     std::vector<std::shared_ptr<CMember>> m_listRows;
 };

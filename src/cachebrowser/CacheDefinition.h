@@ -1,4 +1,4 @@
-// CacheDefinition.h - cache definition files, ".cds": a structure in the framework's archive format.
+// CacheDefinition.h - cache definition files, ".cds": a structure in the archive format of Archive.h.
 #pragma once
 
 #include "cachebrowser/Archive.h"
@@ -12,8 +12,8 @@ namespace carvelot {
 inline constexpr char kDefinitionFilter[] =
     "Carvelot Cache Definition Files (*.cds)|*.cds|All Files (*.*)|*.*||";
 
-// Both return what is to be shown to the user, in the framework's manner; empty when all went well. Paths are
-// UTF-8.
+// Both return what is to be shown to the user, as Windows' own programs word it; empty when all went well.
+// Paths are UTF-8.
 
 // Clears the structure first. After a failure the members that were whole remain.
 std::string LoadCacheDefinition(const std::string& strPath, CCacheDS& structure);

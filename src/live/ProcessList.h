@@ -88,8 +88,6 @@ public:
     std::size_t RowCount() const override { return m_listRows.size(); }
     // Empty for a row that is not there.
     std::string Text(std::size_t nRow, int nColumn) const override;
-    // The rows have no other order than the system's.
-    int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
 
     std::map<std::uint32_t, std::unique_ptr<ProcessRow>> m_processes;
 

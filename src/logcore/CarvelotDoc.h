@@ -92,8 +92,11 @@ private:
     bool ParseUsualDebugLine(const LogLine& line);
     bool ParseUsualJASLine(const LogLine& line);
     TextSigns SignsOf(const LogLine& line, std::string_view text) const;
-    void LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record);
-    std::string_view StatementText(std::string_view line, bool ascii);
+    void LearnDebugHead(const LogLine& line, std::size_t headEnd, const CLogDetail& detail,
+                        RecordIndex record);
+    // `head`: how many bytes put the text where it is, whatever stands behind them; 0 when what does has a
+    // say.
+    std::string_view StatementText(std::string_view line, bool ascii, std::size_t& head);
     // The kinds of which more is known than that they are one of the thread's or user's records. Only a
     // LOG_RETURN has a return code.
     static constexpr CKindSet kFeedThread{LOG_ERROR, LOG_JDB_ERROR, LOG_SQL,   LOG_SQL_DONE,

@@ -106,16 +106,19 @@ bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
 
 } // namespace
 
-std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) {
+std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii, std::size_t& head) {
+    head = 0;
     if (m_nTextColumn == 0 && m_nTabCount > 0) {
         // A search that finds no tab makes the next one start over from the line's start.
         std::size_t tab = std::string_view::npos;
         std::int32_t searches = 0;
+        bool startedOver = false;
         for (std::int32_t left = m_nTabCount; left > 0;) {
             tab = line.find('\t', tab == std::string_view::npos ? 0 : tab + 1);
             --left;
             ++searches;
             if (tab == std::string_view::npos) {
+                startedOver = true;
                 // The rest repeats what was found so far: whole rounds of it change nothing.
                 left %= searches;
             }
@@ -125,6 +128,7 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
         }
         std::string_view text = line.substr(tab + 1);
         if (!text.starts_with(" - ")) {
+            head = startedOver ? 0 : tab + 1;
             return TrimStatement(text);
         }
         // From this line on the text column is fixed for the session.
@@ -136,6 +140,7 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii) 
     }
     const auto column = static_cast<std::size_t>(m_nTextColumn);
     if (ascii) {
+        head = column;
         return column < line.size() ? TrimStatement(line.substr(column)) : std::string_view{};
     }
     return TrimStatement(FromColumn(line, column, m_strCut));
@@ -208,17 +213,12 @@ bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
     return true;
 }
 
-void CCarvelotDoc::LearnDebugHead(const LogLine& line, const CLogDetail& detail, RecordIndex record) {
+void CCarvelotDoc::LearnDebugHead(const LogLine& line, std::size_t headEnd, const CLogDetail& detail,
+                                  RecordIndex record) {
     if (m_stamp.length == 0 || !line.ascii || detail.m_bUBE || !m_listDetails.IsUsual(record)) {
         return;
     }
     const std::string_view whole = line.bytes;
-    std::size_t headEnd = static_cast<std::size_t>(m_nTextColumn);
-    if (headEnd == 0) {
-        for (std::int32_t i = 0; i < m_nTabCount; ++i) {
-            headEnd = whole.find('\t', headEnd) + 1;
-        }
-    }
     const std::string_view label = detail.m_strThreadLabel.own;
     const auto column = [&](const char* at) { return static_cast<std::size_t>(at - whole.data()); };
     if (headEnd <= kIDsColumn || label.empty() || column(label.data()) >= headEnd) {
@@ -248,7 +248,8 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
     if (!ReadFields(text, detail, m_bDashForm)) {
         return;
     }
-    detail.m_strText = StatementText(text, line.ascii);
+    std::size_t head = 0;
+    detail.m_strText = StatementText(text, line.ascii, head);
     if (HoldsUBE(line)) {
         detail.m_nProcessID = m_nUBEProcessID;
         detail.m_nThreadID = m_nUBEThreadID;
@@ -276,7 +277,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_strTable = parts.table;
     }
     const RecordIndex record = m_listDetails.Append(detail, line.ascii);
-    LearnDebugHead(line, detail, record);
+    LearnDebugHead(line, head, detail, record);
     CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
 }
 

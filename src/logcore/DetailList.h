@@ -83,7 +83,9 @@ public:
     std::int32_t UBELevel(RecordIndex record) const {
         return UBELevelField::As<std::int32_t>(Packed(record).head);
     }
+    float Duration(RecordIndex record) const { return m_extras[Packed(record).extra].duration; }
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
+    std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
     bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).head) != 0; }
     std::uint64_t Time(RecordIndex record) const;

@@ -4,14 +4,15 @@ namespace carvelot {
 
 namespace {
 
-// What a backward step in time has added: 13 hours less one microsecond.
+// What a step back in time has added: 13 hours less one microsecond. A clock that was set back by an hour or
+// two thus shows as a long silence and not as none.
 constexpr std::uint64_t kBackwardStep = 46'799'999'999;
 
 } // namespace
 
 float SecondsFromMicroseconds(std::uint64_t microseconds) {
-    // The count is converted as a signed number and 2^64 is added back to a negative one: that rounds twice,
-    // and the figures of old reports depend on it.
+    // As a signed number, with 2^64 added back to a negative one: that rounds twice, and a conversion as an
+    // unsigned number would give other last digits.
     float value = static_cast<float>(static_cast<std::int64_t>(microseconds));
     if (value < 0) {
         value += 18446744073709551616.0F;

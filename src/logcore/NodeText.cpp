@@ -1,5 +1,7 @@
 #include "logcore/NodeText.h"
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 
 namespace carvelot {
@@ -11,13 +13,15 @@ std::string TimeStampText(const CLogDetail& detail) {
     return {buffer, static_cast<std::size_t>(length)};
 }
 
-std::string Formatted(const char* format, double value) {
+std::string SecondsText(double seconds) {
+    if (!std::isfinite(seconds)) {
+        return std::isnan(seconds) ? "nan" : seconds < 0 ? "-inf" : "inf";
+    }
+    // Six decimals fill the width of 8 with a single digit ahead of them: the zeros of the format never show.
     char buffer[400]; // a double has at most 309 digits before its point
-    const int length = std::snprintf(buffer, sizeof buffer, format, value);
-    return {buffer, static_cast<std::size_t>(length)};
+    const auto result = std::to_chars(buffer, buffer + sizeof buffer, seconds, std::chars_format::fixed, 6);
+    return {buffer, result.ptr};
 }
-
-std::string SecondsText(float seconds) { return Formatted("%08.6f", static_cast<double>(seconds)); }
 
 std::string IdText(std::uint32_t id) { return std::to_string(static_cast<std::int32_t>(id)); }
 

@@ -20,6 +20,16 @@ struct DirectoryEntry {
 /// name.
 std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::string_view mask);
 
+/// The names in a folder that equal a name, whatever their case: on Windows, where a folder holds one such
+/// name at most and any spelling finds it, the name as it is.
+std::vector<std::string> NamesInAnyCase(const std::string& folder, const std::string& name);
+
+/// Whether a path lies in a folder, links in either of them followed. False for what isn't there.
+bool LiesWithin(const std::string& path, const std::string& folder);
+
+/// Whether the user may take a file out of a folder. On Windows only the attempt tells: the answer is yes.
+bool MayRemoveFrom(const std::string& folder, const std::string& name);
+
 /// What stands between the names of a path.
 #ifdef _WIN32
 inline constexpr char kPathSeparator = '\\';

@@ -6,8 +6,14 @@
 
 namespace carvelot::platform {
 
-// One loaded library, freed at the end of its life. Off Windows "Name.DLL" is looked for as "Name.so", first
-// in CARVELOT_LIBRARY_DIR, then along the loader's own path.
+// To be called first of all: from then on the system looks for no library in the current folder, which may be
+// that of a log which somebody sent. Off Windows it never does.
+void CloseLibrarySearch();
+
+// One loaded library, freed at the end of its life. A library is named without a folder. Windows looks for it
+// in the program's folder, the system's, Windows' own and those of PATH that are named by a whole path, in
+// this order. Off Windows "Name.DLL" is looked for as "Name.so", first in CARVELOT_LIBRARY_DIR, then along
+// the loader's own path.
 class CDynamicLibrary {
 public:
     using FPointer = void (*)();

@@ -1,6 +1,8 @@
 // The time of day where the user is.
 #pragma once
 
+#include <chrono>
+
 namespace carvelot::platform {
 
 struct LocalTime {
@@ -13,6 +15,9 @@ struct LocalTime {
     int m_nMillisecond = 0;
 };
 
-LocalTime CurrentLocalTime();
+// A moment as the user's clocks show it.
+LocalTime LocalTimeOf(std::chrono::system_clock::time_point moment);
+
+inline LocalTime CurrentLocalTime() { return LocalTimeOf(std::chrono::system_clock::now()); }
 
 } // namespace carvelot::platform

@@ -5,7 +5,9 @@
 
 namespace carvelot::platform {
 
-/// Starts the program and does not wait for it. False when none could be started.
+/// Starts the program and does not wait for it. The program gets the whole path, also of a file that was
+/// named by a relative one: it may run in another folder, and must not take a name for an option or an
+/// address. False when none could be started.
 bool OpenInItsProgram(const std::string& path);
 
 } // namespace carvelot::platform

@@ -73,7 +73,7 @@ int ExportGapsTo(const CCarvelotDoc& session, const std::string& path, std::ostr
     }
     std::vector<GapRow> rows = MakeGapRows(session);
     int error = 0;
-    if (!WriteGapExport(path, ExportGaps(rows, *format), error)) {
+    if (!WriteGapExport(path, ExportGaps(session, rows, *format), error)) {
         err << path << ": " << std::system_category().message(error) << '\n';
         return REPORT_FAILED;
     }

@@ -290,40 +290,42 @@ void PrintCaches(const CCarvelotDoc& session, std::ostream& out) {
 void PrintLongTasks(const CCarvelotDoc& session, std::ostream& out) {
     std::vector<TaskRow> rows;
     for (const Scope& scope : Scopes(session)) {
-        for (TaskRow& row : MakeTaskRows(session, scope.functions, scope.statements)) {
-            rows.push_back(std::move(row));
-        }
+        const std::vector<TaskRow> more = MakeTaskRows(session, scope.functions, scope.statements);
+        rows.insert(rows.end(), more.begin(), more.end());
     }
-    SortRows(rows, 2, true);
+    SortRows(session, rows, 2, true);
     CTextTable table({{"duration", R},
                       {"type", L},
                       {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
                       {"record", R},
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
-        table.Add({rows[i].Text(2), rows[i].m_strType, OneLine(rows[i].m_strShownOwner, 30),
-                   std::to_string(Number(rows[i].m_pRecord)), OneLine(rows[i].m_strMessage)});
+        const TaskRow& row = rows[i];
+        table.Add({row.Text(session, 2), row.Text(session, 1), OneLine(row.Text(session, 0), 30),
+                   std::to_string(Number(row.m_pRecord)), OneLine(row.Text(session, 3))});
     }
     table.Print(out, "Long tasks, longest first", rows.size());
 }
 
 void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
     std::vector<ErrorRow> rows;
-    const auto add = [&](std::vector<ErrorRow> more) {
-        rows.insert(rows.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
+    const auto add = [&](const std::vector<ErrorRow>& more) {
+        rows.insert(rows.end(), more.begin(), more.end());
     };
     if (session.m_nLogFormat == LOG_FORMAT_JAS) {
         for (const auto& user : session.m_listUsers) {
-            add(MakeErrorRows(session, user->m_listErrors));
+            add(MakeErrorRows(user->m_listErrors));
         }
     } else {
         for (const auto& process : session.m_listProcesses) {
-            add(MakeErrorRows(session, process->m_listErrors));
+            add(MakeErrorRows(process->m_listErrors));
         }
     }
     // Failures before warnings, the latest first.
     const auto isWarning = [&](const ErrorRow& row) {
-        return row.m_strType == "BSFN Warning" || session.m_listDetails.Kind(row.m_pRecord) == LOG_WARN;
+        const LogKind kind = session.m_listDetails.Kind(row.m_pRecord);
+        return kind == LOG_WARN ||
+               ErrorType(kind, session.m_listDetails.ReturnCode(row.m_pRecord)) == "BSFN Warning";
     };
     std::stable_sort(rows.begin(), rows.end(), [&](const ErrorRow& a, const ErrorRow& b) {
         const bool warnA = isWarning(a);
@@ -335,24 +337,26 @@ void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
                       {"record", R},
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
-        table.Add({rows[i].m_strType, OneLine(rows[i].m_strProcessThread, 30),
-                   std::to_string(Number(rows[i].m_pRecord)), OneLine(rows[i].m_strMessage)});
+        const ErrorRow& row = rows[i];
+        table.Add({row.Text(session, 1), OneLine(row.Text(session, 0), 30),
+                   std::to_string(Number(row.m_pRecord)), OneLine(row.Text(session, 2))});
     }
     table.Print(out, "Errors and warnings", rows.size());
 }
 
 void PrintGaps(const CCarvelotDoc& session, std::ostream& out) {
     std::vector<GapRow> rows = MakeGapRows(session);
-    SortRows(rows, 2, true);
+    SortRows(session, rows, 2, true);
     CTextTable table({{"gap", R},
                       {"until", L},
                       {session.m_nLogFormat == LOG_FORMAT_JAS ? "user" : "thread", L},
                       {"record", R},
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
-        table.Add({rows[i].Text(2), std::string(TrimRight(rows[i].m_strTimeStamp, " ")),
-                   OneLine(rows[i].m_strProcessThread, 30), std::to_string(Number(rows[i].m_pRecord)),
-                   OneLine(rows[i].m_strMessage)});
+        const GapRow& row = rows[i];
+        table.Add({row.Text(session, 2), std::string(TrimRight(row.TimeStamp(session), " ")),
+                   OneLine(row.Text(session, 0), 30), std::to_string(Number(row.m_pRecord)),
+                   OneLine(row.Text(session, 3))});
     }
     table.Print(out, "Timing gaps, longest first", rows.size());
 }
@@ -407,12 +411,13 @@ void WriteTree(const CDetailTree& tree, std::ostream& out) {
 void WriteHits(const CCarvelotDoc& session, const std::vector<RecordIndex>& hits, std::ostream& out) {
     for (const RecordIndex record : hits) {
         const CLogDetail detail = session.m_listDetails[record];
-        const FindRow row = MakeFindRow(session, record);
-        out << Number(record) << '\t' << TrimRight(TimeStampText(detail), " ") << '\t' << row.m_strProcess;
+        const FindRow row{record};
+        out << Number(record) << '\t' << TrimRight(TimeStampText(detail), " ") << '\t'
+            << row.Text(session, 0);
         if (session.m_nLogFormat == LOG_FORMAT_DEBUG) {
-            out << '/' << row.m_strThread;
+            out << '/' << row.Text(session, 1);
         }
-        out << '\t' << OneLine(row.m_strMessage, 100'000) << '\n';
+        out << '\t' << OneLine(row.Text(session, 2), 100'000) << '\n';
     }
 }
 

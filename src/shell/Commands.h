@@ -27,7 +27,6 @@ enum ECommand : int {
     ID_APPLOOK_WINDOWS_7 = 219,
     ID_APPLOOK_LAST = 219,
     ID_TOOLBAR_CACHE = 334,
-    ID_STATUS_BITNESS = 358,
     ID_SESSION_ANALYZE = 32788,
     ID_SESSION_CLEAR_DEBUG_FILE = 32789,
     ID_SESSION_OPEN_AS_TEXT = 32790,
@@ -58,7 +57,6 @@ enum ECommand : int {
     ID_FILE_CLOSE,
     ID_FILE_SAVE,
     ID_FILE_PRINT = 57607,
-    ID_FILE_MRU_FILE1 = 57616, // and the three numbers after it
     ID_EDIT_COPY = 57634,
     ID_EDIT_CUT,
     ID_EDIT_PASTE = 57637,

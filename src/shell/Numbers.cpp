@@ -39,14 +39,4 @@ double TextToDouble(std::string_view strText) {
     return bNegative ? -fNumber : fNumber;
 }
 
-std::string DoubleToText(double fNumber) {
-    if (std::isnan(fNumber))
-        return "nan";
-    if (std::isinf(fNumber))
-        return fNumber < 0 ? "-inf" : "inf";
-    char buffer[400];
-    const auto result = std::to_chars(buffer, buffer + sizeof buffer, fNumber, std::chars_format::fixed, 6);
-    return std::string(buffer, result.ptr);
-}
-
 } // namespace carvelot

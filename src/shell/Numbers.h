@@ -1,15 +1,11 @@
 // Numbers.h - numbers as the dialogs read them from what a user typed: nothing is refused.
 #pragma once
 
-#include <string>
 #include <string_view>
 
 namespace carvelot {
 
 // A decimal floating point number with the same leniency and an optional exponent; 0.0 where there is none.
 double TextToDouble(std::string_view strText);
-
-// printf's "%f": six decimals, the point whatever the locale.
-std::string DoubleToText(double fNumber);
 
 } // namespace carvelot

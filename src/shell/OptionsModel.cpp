@@ -1,5 +1,6 @@
 #include "shell/OptionsModel.h"
 
+#include "logcore/NodeText.h"
 #include "logcore/Numbers.h"
 #include "shell/Numbers.h"
 
@@ -13,7 +14,7 @@ COptionsModel::COptionsModel(const CAppSettings& settings) {
     m_strRate = std::to_string(settings.m_nRefreshRate);
     m_strFontName = settings.m_strFontName;
     m_strFontHeight = std::to_string(settings.m_nFontHeight);
-    m_strThreshold = DoubleToText(static_cast<double>(settings.m_fThreshold));
+    m_strThreshold = SecondsText(settings.m_fThreshold);
 }
 
 void COptionsModel::Add(std::string_view strApplication) {

@@ -5,6 +5,8 @@
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
 
+#include <algorithm>
+
 namespace carvelot {
 
 std::string CSpecFiles::InstallationPath() {
@@ -29,20 +31,29 @@ void CSpecFiles::Walk(const std::string& strPath, const char* pszMask) {
     for (const platform::DirectoryEntry& directory : platform::EnumerateDirectory(strPath, "*")) {
         if (!directory.m_bDirectory)
             continue;
-        const std::string strSpec =
-            strPath + platform::kPathSeparator + directory.m_strName + platform::kPathSeparator + "spec";
+        const std::string strDirectory = strPath + platform::kPathSeparator + directory.m_strName;
+        for (const std::string& strName : platform::NamesInAnyCase(strDirectory, "spec"))
+            AddFiles(strPath, strDirectory + platform::kPathSeparator + strName, pszMask);
+    }
+}
+
+void CSpecFiles::AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask) {
+    // A link may lead anywhere, and these files are there to be deleted.
+    if (!platform::LiesWithin(strSpec, strPath))
+        return;
+    for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask)) {
         // A directory of such a name is a row too; its deletion fails.
-        for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask))
+        if (file.m_bDirectory || platform::MayRemoveFrom(strSpec, file.m_strName))
             m_listRows.push_back({strSpec + platform::kPathSeparator + file.m_strName,
                                   static_cast<std::int32_t>(static_cast<std::uint32_t>(file.m_nSize))});
     }
 }
 
-void CSpecFiles::Delete(const std::vector<std::string>& listPaths) const {
+void CSpecFiles::Delete(const std::vector<std::size_t>& listRows) const {
     // The rows stay where they are, so every pass asks for the same files again.
     for (std::size_t n = 0; n < m_listRows.size(); ++n) {
-        for (const std::string& strPath : listPaths)
-            platform::DeleteFileAt(strPath);
+        for (const std::size_t nRow : listRows)
+            platform::DeleteFileAt(m_listRows[nRow].m_strPath);
     }
 }
 
@@ -52,6 +63,12 @@ std::string CSpecFiles::Text(std::size_t nRow, int nColumn) const {
 
 int CSpecFiles::OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const {
     return nColumn == 0 ? CompareNoCase(m_listRows[nRowA].m_strPath, m_listRows[nRowB].m_strPath) : 0;
+}
+
+void CSpecFiles::Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const {
+    std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
+        return bDescending ? OnCompareItems(nB, nA, nColumn) < 0 : OnCompareItems(nA, nB, nColumn) < 0;
+    });
 }
 
 } // namespace carvelot

@@ -22,13 +22,14 @@ public:
     // installation path. The source's order is that of the fill; who shows the list sorts it by column 0.
     bool Fill();
 
-    // Asks for the deletion of these paths once for every row of the list. Failures are passed over.
-    void Delete(const std::vector<std::string>& listPaths) const;
+    // Asks for the deletion of these rows' files once for every row of the list. Failures are passed over.
+    void Delete(const std::vector<std::size_t>& listRows) const;
 
     std::size_t RowCount() const override { return m_listRows.size(); }
     std::string Text(std::size_t nRow, int nColumn) const override;
-    // Paths compare without case; sizes do not sort.
-    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override;
+    // Below 0, 0 or above 0: paths compare without case; sizes do not sort.
+    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const;
+    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override;
 
 private:
     struct CRow {
@@ -37,6 +38,7 @@ private:
     };
 
     void Walk(const std::string& strPath, const char* pszMask);
+    void AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask);
 
     std::vector<CRow> m_listRows;
 };

@@ -58,9 +58,28 @@ CDetailTree::Node CDetailTree::Add(Node parent, RecordIndex record, int image, N
     return static_cast<Node>(m_nodes.size() - 1);
 }
 
+bool CDetailTree::HasFailedBelow(Node node) const {
+    const RecordIndex record = m_nodes[node].record;
+    return !m_failedBelow.empty() && record != kNoRecord && m_failedBelow[Number(record)];
+}
+
+void CDetailTree::MarkFailedBelow(Node node) {
+    const RecordIndex record = m_nodes[node].record;
+    if (record != kNoRecord) {
+        if (m_failedBelow.empty()) {
+            m_failedBelow.resize(m_session.m_listDetails.Size());
+        }
+        m_failedBelow[Number(record)] = true;
+    }
+}
+
 void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> records) {
     if (singleThread) {
         ResetTree();
+    }
+    if (m_nMarkedLoad != m_session.LoadIdentity()) {
+        m_failedBelow.clear();
+        m_nMarkedLoad = m_session.LoadIdentity();
     }
     m_bSingleThread = singleThread;
     m_bLaidOut = false;
@@ -104,15 +123,15 @@ void CDetailTree::FillDetails(bool singleThread, std::span<const RecordIndex> re
             image = code == 0 ? IMAGE_OK : code == 1 ? IMAGE_WARNING : IMAGE_FAILED;
             if (parent != kRoot) {
                 int callImage = image;
-                if (m_nodes[parent].failedBelow && code <= 1) {
+                if (code <= 1 && HasFailedBelow(parent)) {
                     callImage = code == 0 ? IMAGE_OK_FAILED_BELOW : IMAGE_WARNING_FAILED_BELOW;
                 }
                 m_nodes[parent].image = static_cast<std::uint8_t>(callImage);
                 if (code == 2) {
-                    // Above a marked node all are marked already.
-                    for (Node above = parentOf(parent); above != kRoot && !m_nodes[above].failedBelow;
+                    for (Node above = parentOf(parent); above != kRoot && !m_nodes[above].passed;
                          above = parentOf(above)) {
-                        m_nodes[above].failedBelow = true;
+                        m_nodes[above].passed = true;
+                        MarkFailedBelow(above);
                     }
                 }
             }
@@ -222,7 +241,7 @@ std::string CDetailTree::Text(Node node) const {
         text.append(TimeStampText(detail));
     }
     if (detail.m_fDuration > 0) {
-        text.append("(").append(Formatted("%08f", static_cast<double>(detail.m_fDuration))).append(") ");
+        text.append("(").append(SecondsText(detail.m_fDuration)).append(") ");
     }
     if (m_session.m_nLogFormat == LOG_FORMAT_JAS) {
         text.append("[").append(detail.m_strSource).append("] ");

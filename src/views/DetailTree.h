@@ -79,11 +79,13 @@ private:
         Node parent;
         std::uint8_t image;
         NodeKind kind;
-        bool failedBelow; // a call below returned 2
+        bool passed; // by a failure's walk to the top: the records from here on up are marked
         bool removed;
     };
 
     Node Add(Node parent, RecordIndex record, int image, NodeKind kind);
+    bool HasFailedBelow(Node node) const;
+    void MarkFailedBelow(Node node);
     void LayOut() const;
     // A parent's place in m_firstChild.
     static std::size_t SlotOf(Node parent) { return parent == kRoot ? 0 : std::size_t{parent} + 1; }
@@ -91,6 +93,10 @@ private:
     const CCarvelotDoc& m_session;
     CLargeVector<NodeData> m_nodes;
     bool m_bSingleThread = true;
+    // By record: a call below one of its nodes returned 2. A mark stays from fill to fill, as long as the
+    // session holds the record. Empty while there is none.
+    std::vector<bool> m_failedBelow;
+    std::uint64_t m_nMarkedLoad = 0;
 
     // The children of all nodes, one parent's after the other's, made when first asked for after a fill.
     mutable bool m_bLaidOut = false;

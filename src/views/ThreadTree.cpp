@@ -9,7 +9,7 @@ namespace {
 
 std::string WithElapsed(std::string text, std::uint64_t end, std::uint64_t start) {
     const float seconds = ElapsedSeconds(end, start);
-    return text.append(" (").append(Formatted("%08f", static_cast<double>(seconds))).append(")");
+    return text.append(" (").append(SecondsText(seconds)).append(")");
 }
 
 } // namespace

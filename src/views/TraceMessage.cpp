@@ -34,11 +34,11 @@ std::string TraceLine(std::string_view strStamp, std::uint32_t nProcess, std::ui
     return strLine;
 }
 
-bool CTraceMessage::Open(const std::string& strLogPath) {
+bool CTraceMessage::Open(const std::string& strLogPath, const FClock& fnClock) {
     m_file = platform::AppendFile::Open(strLogPath);
     if (!m_file)
         return false;
-    m_strStamp = TraceStamp(platform::CurrentLocalTime());
+    m_strStamp = TraceStamp(fnClock());
     return true;
 }
 

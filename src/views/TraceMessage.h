@@ -5,6 +5,7 @@
 #include "platform/SharedFile.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -18,11 +19,13 @@ std::string TraceStamp(const platform::LocalTime& time);
 std::string TraceLine(std::string_view strStamp, std::uint32_t nProcess, std::uint32_t nThread,
                       std::string_view strText);
 
+using FClock = std::function<platform::LocalTime()>;
+
 // Opened before the user is asked for the text, so that the line bears the moment of the command.
 class CTraceMessage {
 public:
     // Opens the log for shared appending and takes the time; false when the log cannot be opened.
-    bool Open(const std::string& strLogPath);
+    bool Open(const std::string& strLogPath, const FClock& fnClock = platform::CurrentLocalTime);
     // Appends the line in one write, whose outcome nobody asks for, and closes the log.
     void Write(std::uint32_t nProcess, std::uint32_t nThread, std::string_view strText);
 

@@ -20,14 +20,13 @@ std::vector<std::size_t> Sorted(std::size_t count, bool descending,
     return rows;
 }
 
-// By comparing rows, as the rule says it.
-std::vector<std::size_t> Compared(std::size_t count, bool descending,
-                                  const std::function<SortKey(std::size_t)>& keyOf) {
-    std::vector<std::size_t> rows(count);
+// The order that comparing texts one with another gives.
+std::vector<std::size_t> Compared(const std::vector<std::string>& texts, bool descending) {
+    std::vector<std::size_t> rows(texts.size());
     std::iota(rows.begin(), rows.end(), std::size_t{0});
     std::stable_sort(rows.begin(), rows.end(), [&](std::size_t a, std::size_t b) {
-        return descending ? SortKey::Compare(keyOf(b), keyOf(a)) < 0
-                          : SortKey::Compare(keyOf(a), keyOf(b)) < 0;
+        const int order = CompareNoCase(texts[a], texts[b]);
+        return descending ? order > 0 : order < 0;
     });
     return rows;
 }
@@ -67,8 +66,10 @@ TEST(SortByKey, OrdersTextsAsComparingThemDoes) {
             }
         }
         const auto keyOf = [&](std::size_t row) { return SortKey(texts[row]); };
+        const auto madeKeyOf = [&](std::size_t row) { return SortKey(std::string(texts[row])); };
         for (const bool descending : {false, true}) {
-            EXPECT_EQ(Sorted(texts.size(), descending, keyOf), Compared(texts.size(), descending, keyOf));
+            EXPECT_EQ(Sorted(texts.size(), descending, keyOf), Compared(texts, descending));
+            EXPECT_EQ(Sorted(texts.size(), descending, madeKeyOf), Compared(texts, descending));
         }
     }
 }

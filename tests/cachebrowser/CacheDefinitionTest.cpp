@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <random>
 
 #ifndef _WIN32
@@ -222,7 +221,6 @@ TEST(CacheDefinitionTest, AShortFileKeepsTheMembersThatWereWhole) {
 }
 
 TEST(CacheDefinitionTest, NumbersThatLieEndAtTheFilesEndAndReserveNothing) {
-    const auto start = std::chrono::steady_clock::now();
     CCacheDS structure;
     const std::string strMember = std::string(kClass) + kLongA;
     for (const char* pszCount :
@@ -243,7 +241,6 @@ TEST(CacheDefinitionTest, NumbersThatLieEndAtTheFilesEndAndReserveNothing) {
         EXPECT_EQ(ReadCacheDefinition(Bytes(strHead + pszLength + "61 00"), structure),
                   EArchiveError::BadFormat)
             << pszLength;
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
 }
 
 TEST(CacheDefinitionTest, RandomStructuresComeBackAsTheyWere) {

@@ -13,7 +13,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
 #include <functional>
 #include <limits>
@@ -325,7 +324,7 @@ TEST_F(CacheFetchTest, AHugeRowThatIsHardlyFilledTakesHardlyAnyMemory) {
     EXPECT_THAT(Row(2), ElementsAre("0", "x"));
 }
 
-TEST_F(CacheFetchTest, AHundredThousandRowsAreKeptAndReadInNoTime) {
+TEST_F(CacheFetchTest, AHundredThousandRowsAreKeptAndRead) {
     Define(kOrderLine);
     const auto row = simulator::OrderLineRow(1001, 2);
     int nCall = 0;
@@ -335,9 +334,7 @@ TEST_F(CacheFetchTest, AHundredThousandRowsAreKeptAndReadInNoTime) {
         nCursor = ++nCall <= 100000 ? 1 : 0;
         return 0;
     };
-    const auto start = std::chrono::steady_clock::now();
     Refresh();
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
     ASSERT_EQ(m_doc.Rows().Size(), 100000U);
     EXPECT_EQ(m_doc.CellText(77777, 3, nullptr), "77777");
     EXPECT_EQ(m_doc.CellText(99999, 4, nullptr), "540");

@@ -60,7 +60,7 @@ bool Close(int file) { return close(file) == 0; }
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3)
+    if (argc < 3)
         return 2;
     const std::string acknowledge = argv[1];
     int file = -1;

@@ -1,9 +1,11 @@
 // A companion library with one cache of as many rows as CARVELOT_MANY_ROWS says, or with "endless" a cursor
-// that never ends. A row is its number and sixteen units of text.
+// that never ends. A row is its number and sixteen units of text. After every two thousand rows it makes a
+// file whose name is CARVELOT_MANY_ROWS_MARK and their number, if that is set.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
 
 #ifdef _WIN32
@@ -34,6 +36,9 @@ MANY_ROWS_EXPORT std::int32_t SkelmondCacheFetchProcessor(std::uint32_t, std::ui
         row[4 + 2 * n] = static_cast<unsigned char>(strText[n]);
     std::memcpy(pRow, row, std::min(sizeof row, static_cast<std::size_t>(nRowSize)));
     ++s_nNext;
+    if (const char* const pszMark = std::getenv("CARVELOT_MANY_ROWS_MARK");
+        pszMark != nullptr && s_nNext % 2000 == 0)
+        std::ofstream(pszMark + std::to_string(s_nNext));
     *pCursor = 1;
     return 0;
 }

@@ -56,6 +56,17 @@ TEST(LineHead, ReadsTabbedLinesAsTheLongWayDoes) {
     ExpectSame(log, longWay);
 }
 
+TEST(LineHead, IsNoneWhereASearchForATabStartedOver) {
+    // The text stands behind the third tab. With one tab the search finds that one once more, with two none.
+    const std::string head = "Jan 15 08:00:00.000001 - 12/34 WRK:Starting jdeCallObject\t";
+    std::string log = "Jan 15 08:00:00.000001 - 1/1 Worker\tx\ty\tEntering JDB_OpenTable\n";
+    for (const char* rest : {"On x", "On\tx", "On\tx\ty", "On x\ty\tz\tv", "On\tx", "On y"}) {
+        log.append(head).append(rest).append("\n");
+    }
+    EXPECT_EQ(TestSession(log).Texts(),
+              (std::vector<std::string>{"Entering JDB_OpenTable", "On x", "", "y", "z\tv", "", "On y"}));
+}
+
 TEST(LineHead, LeavesALineOfAUBEToTheLongWay) {
     const std::string head = "Jan 15 08:00:00.000001 - 12/34 Worker\t";
     const TestSession session(head + "Entering JDB_OpenTable\n" + head + "On x\n" + head + "x --UBE-- y\n");

@@ -2,8 +2,8 @@
 """A second, independent reading of the log rules, in the plainest form.
 
 It reads one debug or JAS log and prints what `carvelot-report --json` prints, so that the two can be
-compared field by field (see compare.py). Nothing here is fast or clever on purpose: every rule is written
-as it is told, every walk is linear, and no code is shared with the product.
+compared field by field (see compare.py). Nothing here is fast or clever on purpose: every rule stands by
+itself, every walk is linear, and no code is shared with the product.
 
 A text is a `str` that holds one UTF-16 code unit per element: a character outside the basic plane is two
 elements. Columns therefore count as they do in the system.
@@ -12,6 +12,7 @@ elements. Columns therefore count as they do in the system.
 import argparse
 import json
 import os
+import re
 import struct
 import sys
 
@@ -45,6 +46,8 @@ class LogError(Exception):
 
 def units(text):
     """The text with every character outside the basic plane split into its two surrogates."""
+    if text.isascii():
+        return text
     out = []
     for ch in text:
         code = ord(ch)
@@ -77,14 +80,12 @@ def plain(text):
     return "".join(out)
 
 
+WINDOWS_1252 = [chr(byte) if byte in (0x81, 0x8D, 0x8F, 0x90, 0x9D) else bytes([byte]).decode("cp1252")
+                for byte in range(256)]
+
+
 def windows_1252(raw):
-    out = []
-    for byte in raw:
-        if byte in (0x81, 0x8D, 0x8F, 0x90, 0x9D):
-            out.append(chr(byte))
-        else:
-            out.append(bytes([byte]).decode("cp1252"))
-    return "".join(out)
+    return "".join(WINDOWS_1252[byte] for byte in raw)
 
 
 def wide(raw):
@@ -779,16 +780,13 @@ class JasClassifier:
 def read_lines(data):
     """The log's lines as bytes. What stands behind the last line end is no line."""
     lines = []
-    line = bytearray()
-    for byte in data:
-        if byte == 10 or byte == 13:
-            lines.append(bytes(line))
-            line = bytearray()
-            continue
-        line.append(byte)
-        if len(line) == LINE_BYTES:
-            lines.append(bytes(line))
-            line = bytearray()
+    pieces = re.split(b"[\n\r]", data)
+    for number, piece in enumerate(pieces):
+        while len(piece) >= LINE_BYTES:
+            lines.append(piece[:LINE_BYTES])
+            piece = piece[LINE_BYTES:]
+        if number + 1 < len(pieces):
+            lines.append(piece)
     return lines
 
 
@@ -1277,7 +1275,8 @@ class DetailTree:
                     below = ube_root if record.ube_level == 2 else ube_parent
                 else:
                     below = parent
-                last = self.insert(below, display, final, record)
+                # Below no node is at the top.
+                last = self.insert(below if below is not None else root, display, final, record)
             if kind in (RETURN, EVENT_END) and parent is not root:
                 parent = self.parent_of(parent)
             if kind in (CALL, ON, EVENT_START):

@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
 """Compares carvelot-report with the reference model over many random logs, field by field.
 
-Usage: compare.py REPORT_EXE [--seeds A-B] [--keep DIR] [LOG ...]
+Usage: compare.py REPORT_EXE [--batch EXE] [--near] [--seeds A-B] [--jobs N] [--keep DIR] [LOG ...]
 
-Each seed makes one log (odd_logs.py) and a few runs with options chosen by the seed. Exit status, message
-and every field of the JSON must agree: users and functions by name, measured seconds as 32-bit floats, all
-the rest exactly and in order. LOG arguments are compared instead of random logs. Exits with 1 when
-anything differs; --keep leaves each log that differed in DIR.
+Each seed makes one log, odd (odd_logs.py) or with --near one of near misses (near_misses.py), which is read
+with two sets of options chosen by the seed, one of them mostly with a process filter. For each set exit
+status, message, every field of the JSON, the trees of all scopes, a search and an export must agree: users and
+functions by name, measured seconds as 32-bit floats, all the rest exactly and in order. LOG arguments are
+compared instead of random logs. --batch names the program that makes many runs of the report without a start
+for each. Exits with 1 when anything differs; --keep leaves each log that differed in DIR.
 """
 
 import argparse
+import concurrent.futures
 import json
 import os
 import random
@@ -17,8 +20,10 @@ import shutil
 import subprocess
 import sys
 import tempfile
+import traceback
 
 import carvelot_model as model
+import near_misses
 import odd_logs
 
 MOST_DIFFERENCES = 8
@@ -27,6 +32,20 @@ THRESHOLDS = [None, None, "1.0", "0", "0.5", "0.000001", "0.045", "2.5", "1.0000
 
 def by_name(items):
     return sorted(items, key=lambda item: (item.get("name", ""), json.dumps(item, sort_keys=True)))
+
+
+def canonical(value):
+    """One text for equal values: lists that have no order by name, seconds as 32-bit floats."""
+    if isinstance(value, dict) and "records" in value:
+        for record in value["records"]:
+            for key in ("duration", "gap"):
+                if isinstance(record.get(key), (int, float)):
+                    record[key] = model.f32(record[key])
+        threads = [thread for process in value["processes"] for thread in process["threads"]]
+        for owner in value["processes"] + threads + value["users"]:
+            owner["bsfn"]["functions"] = by_name(owner["bsfn"]["functions"])
+        value["users"] = by_name(value["users"])
+    return json.dumps(value, sort_keys=True)
 
 
 def differences(ours, theirs, path, floats, out):
@@ -52,8 +71,6 @@ def differences(ours, theirs, path, floats, out):
                 differences(ours[key], theirs[key], path + "." + key,
                             is_record and key in ("duration", "gap"), out)
     elif isinstance(ours, list):
-        if path.endswith((".users", ".functions")):
-            ours, theirs = by_name(ours), by_name(theirs)
         if len(ours) != len(theirs):
             out.append("%s: model has %d entries, program %d" % (path, len(ours), len(theirs)))
         for i, (a, b) in enumerate(zip(ours, theirs)):
@@ -73,25 +90,74 @@ def passable(text):
     return "\0" not in text and "\uFFFD" not in text and len(text) < 2000
 
 
-class Comparison:
-    def __init__(self, program, folder):
-        self.program = program
-        self.folder = folder
-        self.runs = 0
+class Program:
+    """The report, started for each run."""
+
+    def __init__(self, path):
+        self.path = path
         self.environment = dict(os.environ, LC_ALL="C.UTF-8")
 
+    def run(self, arguments):
+        """(exit status, standard output, standard error)"""
+        done = subprocess.run([self.path] + arguments, capture_output=True, timeout=120, env=self.environment)
+        return done.returncode, done.stdout, done.stderr
+
+
+class Batch:
+    """The program that answers one run after the other; one that ends is started anew for the next run."""
+
+    def __init__(self, path):
+        self.path = path
+        self.process = None
+
+    def run(self, arguments):
+        if self.process is None:
+            self.process = subprocess.Popen([self.path], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                            env=dict(os.environ, LC_ALL="C.UTF-8"))
+        request = b"%d\n" % len(arguments) + b"".join(os.fsencode(argument) + b"\0" for argument in arguments)
+        try:
+            self.process.stdin.write(request)
+            self.process.stdin.flush()
+            status, out, err = (int(number) for number in self.process.stdout.readline().split())
+            return status, self.process.stdout.read(out), self.process.stdout.read(err)
+        except (OSError, ValueError):
+            status = self.process.wait()
+            self.process = None
+            return status, b"", b"the program ended"
+
+    def close(self):
+        if self.process is not None:
+            self.process.stdin.close()
+            self.process.wait()
+
+
+class Comparison:
+    def __init__(self, program, runner, folder):
+        self.program = program  # for what a start of its own is compared by
+        self.runner = runner
+        self.folder = folder
+        self.runs = 0
+
     def session(self, data, options):
+        """The model's session, or the message that the user would see."""
         session = model.Session(float(options.get("threshold") or "1.0"), int(options.get("process", 0)),
                                 not options.get("no_cache", False))
         session.path = options["path"]
-        session.load_bytes(data)
+        try:
+            session.load_bytes(data)
+        except model.LogError as error:
+            return str(error)
         return session
 
-    def expected(self, data, options):
+    def expected(self, session, options):
         """(status, message, JSON or None, export or None) as the model has it."""
+        if isinstance(session, str):
+            return 1, session, None, None
         try:
-            session = self.session(data, options)
             if "tree" in options:
+                # Each run of the report fills one tree.
+                for record in session.details:
+                    record.failed_below = False
                 return 0, "", model.tree_json(session, options["tree"]), None
             if "find" in options:
                 return 0, "", {"hits": session.find(options["find"])}, None
@@ -101,12 +167,10 @@ class Comparison:
         except model.LogError as error:
             return 1, str(error), None, None
 
-    def run(self, data, options):
+    def run(self, session, options):
         """The differences of one run, as lines."""
         self.runs += 1
-        arguments = [self.program]
-        if "export" not in options:
-            arguments.append("--json")
+        arguments = [] if "export" in options else ["--json"]
         for key, flag in (("tree", "--tree"), ("find", "--find"), ("export", "--export-gaps"),
                           ("threshold", "--threshold"), ("process", "--process")):
             if options.get(key) is not None:
@@ -115,23 +179,23 @@ class Comparison:
         if options.get("no_cache"):
             arguments.append("--no-cache-analysis")
         arguments.append(options["path"])
-        shown = " ".join(repr(a) if not a.isascii() or " " in a else a for a in arguments[1:])
+        shown = " ".join(repr(a) if not a.isascii() or " " in a else a for a in arguments)
 
-        status, message, wanted, export = self.expected(data, options)
+        status, message, wanted, export = self.expected(session, options)
         if "export" in options and os.path.exists(options["export"]):
             os.remove(options["export"])
         try:
-            done = subprocess.run(arguments, capture_output=True, timeout=120, env=self.environment)
+            given, printed, said = self.runner.run(arguments)
         except subprocess.TimeoutExpired:
             return ["with %s: no answer within two minutes" % shown]
         out = []
         try:
-            said = done.stderr.decode("utf-8").strip()
-            printed = done.stdout.decode("utf-8")
+            said = said.decode("utf-8").strip()
+            printed = printed.decode("utf-8")
         except UnicodeDecodeError as error:
             return ["with %s: output is no UTF-8: %s" % (shown, error)]
-        if done.returncode != status:
-            out.append("exit status: model %d, program %d %s" % (status, done.returncode, said[:200]))
+        if given != status:
+            out.append("exit status: model %d, program %d %s" % (status, given, said[:200]))
         elif status == 1:
             if said != message:
                 out.append("message: model %r, program %r" % (message, said))
@@ -152,56 +216,63 @@ class Comparison:
                 out.append("export: %s" % error)
         else:
             try:
-                # Through text and back, so that both sides hold what JSON can hold.
-                differences(json.loads(json.dumps(wanted)), json.loads(printed), "", False, out)
+                printed = json.loads(printed)
+                if canonical(wanted) != canonical(printed):
+                    differences(wanted, printed, "", False, out)
+                    out = out or ["the JSON differs"]
             except ValueError as error:
                 out.append("no JSON: %s: %r" % (error, printed[:120]))
         return ["with %s:" % shown] + ["  " + line for line in out] if out else []
 
-    def choices(self, data, path, rng):
-        """A few sets of options for one log, chosen by its seed."""
+    def option_sets(self, session, path, rng):
+        """Two sets of options for one log, the second one's chosen by what the first one's session holds."""
         options = {"path": path, "threshold": rng.choice(THRESHOLDS)}
-        sets = [dict(options)]
-        try:
-            session = self.session(data, options)
-        except model.LogError:
-            session = None
         filtered = dict(options)
         if rng.random() < 0.3:
             filtered["no_cache"] = True
         if rng.random() < 0.4 or "no_cache" not in filtered:
-            numbers = [p.id for p in session.processes if p.id < 1 << 31] if session else []
-            filtered["process"] = str(rng.choice(numbers + [0, 4120, 31337]))
-        sets.append(filtered)
+            numbers = [] if isinstance(session, str) else [p.id for p in session.processes if p.id < 1 << 31]
+            filtered["process"] = str(rng.choice(numbers + numbers + [0, 4120, 31337]))
+        return options, filtered
 
-        trees = ["process:31337", "thread:4120/31337", "user:nobody"]
+    def scopes(self, session, rng):
+        """Every scope of a session, and one that it has not."""
+        scopes = [rng.choice(["process:31337", "thread:4120/31337", "user:nobody", "process:0", "thread:0/0", "x"])]
+        if isinstance(session, str):
+            return scopes
+        if session.log_format == model.FORMAT_JAS:
+            return scopes + ["user:" + model.plain(name) for name in session.users if passable(name)]
+        for process in session.processes:
+            number = rng.choice([process.id, model.signed32(process.id)])
+            scopes.append("process:%d" % number)
+            scopes += ["thread:%d/%d" % (number, rng.choice([t.id, model.signed32(t.id)])) for t in process.threads]
+        return scopes
+
+    def search(self, session, rng):
         finds = ["", "jdecache", "BSFN", "\u00c4"]
-        if session:
-            for process in session.processes:
-                number = model.signed32(process.id)
-                if session.log_format == model.FORMAT_DEBUG:
-                    trees += 3 * ["process:%d" % rng.choice([process.id, number])]
-                    trees += ["thread:%d/%d" % (process.id, t.id) for t in process.threads]
-                    trees += ["thread:%d/%d" % (number, model.signed32(t.id)) for t in process.threads]
-                else:
-                    trees += ["process:0", "thread:0/0"]
-            trees += 2 * ["user:" + model.plain(name) for name in session.users]
+        if not isinstance(session, str):
             for _ in range(min(8, len(session.details))):
                 text = model.plain(rng.choice(session.details).text)
                 at = rng.randrange(len(text) + 1)
                 piece = text[at:at + rng.randint(1, 12)]
                 finds.append(rng.choice([piece, piece.upper(), piece.lower()]))
-        trees = [text for text in trees if passable(text)]
         # Handing a folded character over is only fair where folding back and forth is one to one.
-        finds = [text for text in finds if passable(text) and not any(ch in "\u0131\u0130\u017f\u212a" for ch in text)]
-        sets.append(dict(options, tree=rng.choice(trees)))
-        if rng.random() < 0.4:
-            sets.append(dict(options, tree=rng.choice(trees)))
-        sets.append(dict(options, find=rng.choice(finds)))
-        if rng.random() < 0.5:
-            name = rng.choice(["gaps.csv", "gaps.txt", "GAPS.Csv", "a.b.TXT", "gaps.log", "gaps", "csv", "gaps.csv.bak"])
-            sets.append(dict(options, export=os.path.join(self.folder, name)))
-        return sets
+        return rng.choice([text for text in finds
+                           if passable(text) and not any(ch in "\u0131\u0130\u017f\u212a" for ch in text)])
+
+    def check(self, data, path, rng):
+        """The differences of all runs over one log, as lines."""
+        first = {"path": path, "threshold": "1.0"}
+        found = []
+        for options in self.option_sets(self.session(data, first), path, rng):
+            session = self.session(data, options)
+            runs = [{}] + [{"tree": scope} for scope in self.scopes(session, rng)] + [{"find": self.search(session, rng)}]
+            if rng.random() < 0.5:
+                name = rng.choice(["gaps.csv", "gaps.txt", "GAPS.Csv", "a.b.TXT", "gaps.log", "gaps", "csv", "gaps.csv.bak"])
+                runs.append({"export": os.path.join(self.folder, name)})
+            for more in runs:
+                found += self.run(session, dict(options, **more))
+        return found
 
     def refused(self):
         """What the program has to refuse as wrong usage or an unreadable log."""
@@ -215,62 +286,90 @@ class Comparison:
                  (1, ["--json", self.folder]), (0, ["--help"]), (0, ["--version"])]
         out = []
         for status, arguments in cases:
-            done = subprocess.run([self.program] + arguments, capture_output=True, timeout=60, env=self.environment)
-            if done.returncode != status:
-                out.append("%s: exit status %d expected, %d given" % (arguments, status, done.returncode))
-            elif status != 0 and (done.stdout or not done.stderr):
+            given, printed, said = self.program.run(arguments)
+            if given != status:
+                out.append("%s: exit status %d expected, %d given" % (arguments, status, given))
+            elif status != 0 and (printed or not said):
                 out.append("%s: a message on standard error alone was expected" % arguments)
-            elif status == 1 and done.stderr.decode("utf-8", "replace").strip() != model.CANNOT_OPEN:
-                out.append("%s: %r expected, %r given" % (arguments, model.CANNOT_OPEN, done.stderr))
+            elif status == 1 and said.decode("utf-8", "replace").strip() != model.CANNOT_OPEN:
+                out.append("%s: %r expected, %r given" % (arguments, model.CANNOT_OPEN, said))
         return out
+
+
+class Worker:
+    """What one process of a comparison needs."""
+
+    def __init__(self, options, folder):
+        self.options = options
+        program = Program(os.path.abspath(options.program))
+        runner = Batch(os.path.abspath(options.batch)) if options.batch else program
+        self.comparison = Comparison(program, runner, folder)
+
+    def compare(self, source):
+        """The differences of one log, a seed or a path."""
+        if isinstance(source, int):
+            data = (near_misses if self.options.near else odd_logs).make(source)
+            path = os.path.join(self.comparison.folder, "%s-%d.log" % ("near" if self.options.near else "odd", source))
+            with open(path, "wb") as stream:
+                stream.write(data)
+        else:
+            path = os.path.abspath(source)
+            with open(path, "rb") as stream:
+                data = stream.read()
+        rng = random.Random("options of %s" % (source if isinstance(source, int) else os.path.basename(path)))
+        try:
+            found = self.comparison.check(data, path, rng)
+        except Exception:  # of the model: it is this log's, and the others are still compared
+            found = ["the model fails:"] + traceback.format_exc().split("\n")
+        if found and self.options.keep and isinstance(source, int):
+            os.makedirs(self.options.keep, exist_ok=True)
+            shutil.copy(path, self.options.keep)
+        if isinstance(source, int):
+            os.remove(path)
+        return found
+
+
+def compare_all(options, sources):
+    """(source, differences) of each log, and behind the last the number of runs."""
+    with tempfile.TemporaryDirectory(prefix="carvelot-compare-") as folder:
+        worker = Worker(options, folder)
+        found = [(source, worker.compare(source)) for source in sources]
+        if options.batch:
+            worker.comparison.runner.close()
+        return [pair for pair in found if pair[1]], worker.comparison.runs
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("program")
     parser.add_argument("logs", nargs="*")
+    parser.add_argument("--batch", metavar="EXE")
+    parser.add_argument("--near", action="store_true")
     parser.add_argument("--seeds", default="1-300", metavar="A-B")
+    parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--keep", metavar="DIR")
     options = parser.parse_args()
     first, _, last = options.seeds.partition("-")
-    seeds = range(int(first), int(last or first) + 1)
+    sources = options.logs or list(range(int(first), int(last or first) + 1))
 
     different = 0
-    with tempfile.TemporaryDirectory(prefix="carvelot-compare-") as folder:
-        comparison = Comparison(os.path.abspath(options.program), folder)
-        if options.logs:
-            work = [(path, os.path.abspath(path)) for path in options.logs]
-        else:
-            work = [("seed %d" % seed, seed) for seed in seeds]
-            for line in comparison.refused():
+    if not options.logs and not options.near:
+        with tempfile.TemporaryDirectory(prefix="carvelot-compare-") as folder:
+            for line in Worker(options, folder).comparison.refused():
                 print("usage: " + line)
                 different += 1
-        for title, source in work:
-            if isinstance(source, int):
-                data = odd_logs.make(source)
-                path = os.path.join(folder, "odd-%d.log" % source)
-                with open(path, "wb") as stream:
-                    stream.write(data)
-            else:
-                path = source
-                with open(path, "rb") as stream:
-                    data = stream.read()
-            rng = random.Random("options of %s" % (source if isinstance(source, int) else os.path.basename(path)))
-            found = []
-            for chosen in comparison.choices(data, path, rng):
-                found += comparison.run(data, chosen)
-            if found:
-                different += 1
-                print("%s differs" % title)
-                for line in found[:3 * MOST_DIFFERENCES]:
+    runs = 0
+    pieces = [sources[at:at + 50] for at in range(0, len(sources), 50)]
+    with concurrent.futures.ProcessPoolExecutor(options.jobs) as pool:
+        for found, count in pool.map(compare_all, [options] * len(pieces), pieces):
+            runs += count
+            different += len(found)
+            for source, lines in found:
+                print("%s differs" % ("seed %d" % source if isinstance(source, int) else source))
+                for line in lines[:3 * MOST_DIFFERENCES]:
                     print("  " + line)
                 sys.stdout.flush()
-                if options.keep and isinstance(source, int):
-                    os.makedirs(options.keep, exist_ok=True)
-                    shutil.copy(path, options.keep)
-            if isinstance(source, int):
-                os.remove(path)
-    print("%d logs, %d runs, %d with differences" % (len(work), comparison.runs, different))
+    print("%d logs, %d runs, %d with differences" % (len(sources), runs, different))
     return 1 if different else 0
 
 

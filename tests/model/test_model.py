@@ -10,6 +10,7 @@ import unittest
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
 import carvelot_model as m  # noqa: E402
+import near_misses  # noqa: E402
 import odd_logs  # noqa: E402
 
 
@@ -694,6 +695,22 @@ class Trees(unittest.TestCase):
             "21 UBE", "  21 (0)--UBE--[1] a", "  21 (0)--UBE--[2] b", "  21 (0)--UBE--[2] c", "    21 (0)--UBE--[3] d",
             "  21 (0)--UBE--[2] e"])
 
+    def test_an_ube_line_below_no_node_is_at_the_top(self):
+        s = load(["--UBE--[2] 3 10:00:00.5 Exiting DBPerformRequest", "--UBE--[1] a"])
+        self.assertEqual(tree_text(s, "thread:0/0"), ["21 --UBE--[1] a"])
+
+    def test_the_ube_root_has_no_record_to_mark(self):
+        zero = [dash("10:00:00.00000%d" % n, text, "0/0") for n, text in enumerate(
+            ["Calling B b", "Return value is 2 for B. y", "Return value is 0 for A. y", "Return value is 0 for A. y"])]
+        s = debug("--UBE--[1] u", "Calling 3 10:00:00 --UBE--", *zero)
+        self.assertEqual([line.strip().split(" ")[0] for line in tree_text(s, "thread:0/0")], ["2", "21", "10", "0", "0", "2", "2"])
+
+    def test_a_mark_of_a_failure_stays_from_fill_to_fill(self):
+        zero = [dash("10:00:00.00000%d" % n, text, "0/0") for n, text in enumerate(
+            ["Return value is 0 for A. y", "Return value is 0 for A. y", "Calling B b", "Return value is 2 for B. y"])]
+        s = debug("--UBE--[2] u", "Calling 3 10:00:00 --UBE--", zero[0], zero[1], "Calling 4 10:00:00 --UBE--", zero[2], zero[3])
+        self.assertEqual([tree_text(s, "thread:0/0")[1].strip() for _ in range(2)], ["2 --UBE--[2] u", "10 --UBE--[2] u"])
+
     def test_a_jas_node_bears_its_source_and_a_measured_one_its_seconds(self):
         s = jas(jas_line("Object Called: P.W", "12:00:01,000"), jas_line("Severe", "12:00:03,500", level="SEVERE"))
         self.assertEqual(tree_text(s, "user:U"), ["15 12:00:01.000000    (2.500000) [JDBJ] Object Called: P.W",
@@ -722,9 +739,10 @@ class Program(unittest.TestCase):
             done = subprocess.run(program + ["--tree", "process:9", path], capture_output=True)
             self.assertEqual((done.returncode, done.stderr, done.stdout), (1, b"No such scope: process:9\n", b""))
 
-    def test_odd_logs_are_the_same_for_the_same_seed(self):
-        self.assertEqual([odd_logs.make(seed) for seed in range(20)], [odd_logs.make(seed) for seed in range(20)])
-        self.assertNotEqual(odd_logs.make(3), odd_logs.make(4))
+    def test_random_logs_are_the_same_for_the_same_seed(self):
+        for logs in (odd_logs, near_misses):
+            self.assertEqual([logs.make(seed) for seed in range(20)], [logs.make(seed) for seed in range(20)])
+            self.assertNotEqual(logs.make(3), logs.make(8))
 
 
 if __name__ == "__main__":

@@ -1,8 +1,11 @@
 #include "platform/DateText.h"
 #include "platform/LocalTime.h"
+#include "support/TestFolder.h"
 
-#include <ctime>
+#include <chrono>
 #include <gtest/gtest.h>
+#include <string>
+#include <time.h>
 
 using namespace carvelot::platform;
 
@@ -49,21 +52,28 @@ TEST(DateText, HoldsYearMonthAndDay) {
 #endif
 }
 
-TEST(LocalTime, IsTheTimeOfTheUsersClock) {
-    for (int attempt = 0;; ++attempt) {
-        const std::time_t before = std::time(nullptr);
-        const LocalTime now = CurrentLocalTime();
-        if (std::time(nullptr) != before && attempt < 5)
-            continue; // the second changed meanwhile
-        const std::tm* const expected = std::localtime(&before);
-        EXPECT_EQ(now.m_nYear, expected->tm_year + 1900);
-        EXPECT_EQ(now.m_nMonth, expected->tm_mon + 1);
-        EXPECT_EQ(now.m_nDay, expected->tm_mday);
-        EXPECT_EQ(now.m_nHour, expected->tm_hour);
-        EXPECT_EQ(now.m_nMinute, expected->tm_min);
-        EXPECT_EQ(now.m_nSecond, expected->tm_sec);
-        EXPECT_GE(now.m_nMillisecond, 0);
-        EXPECT_LE(now.m_nMillisecond, 999);
-        break;
-    }
+TEST(LocalTime, IsTheMomentWhereTheUserIs) {
+    using namespace std::chrono;
+    const system_clock::time_point moment{seconds{1'709'251'199} +
+                                          milliseconds{678}}; // 2024-02-29 23:59:59 UTC
+#ifdef _WIN32
+    const LocalTime time = LocalTimeOf(moment);
+    EXPECT_EQ(time.m_nYear, 2024);
+    EXPECT_EQ(time.m_nSecond, 59);
+    EXPECT_EQ(time.m_nMillisecond, 678);
+#else
+    const auto text = [moment](const char* zone) {
+        const carvelot::test::EnvironmentGuard guard("TZ", zone);
+        tzset();
+        const LocalTime time = LocalTimeOf(moment);
+        std::string result;
+        for (const int part : {time.m_nYear, time.m_nMonth, time.m_nDay, time.m_nHour, time.m_nMinute,
+                               time.m_nSecond, time.m_nMillisecond})
+            result += std::to_string(part) + " ";
+        return result;
+    };
+    EXPECT_EQ(text("UTC0"), "2024 2 29 23 59 59 678 ");
+    EXPECT_EQ(text("XYZ-1:30"), "2024 3 1 1 29 59 678 ");
+    tzset();
+#endif
 }

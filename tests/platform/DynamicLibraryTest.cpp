@@ -9,6 +9,10 @@
 #include <fstream>
 #include <string>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace carvelot::platform {
 namespace {
 
@@ -49,6 +53,33 @@ TEST(DynamicLibrary, AMissingEntryPointIsError127) {
     EXPECT_EQ(library.Symbol("NoSuchEntryPoint", nError), nullptr);
     EXPECT_EQ(nError, 127U);
 }
+
+#ifdef _WIN32
+TEST(DynamicLibrary, ALibraryInTheCurrentFolderIsNotLoaded) {
+    CloseLibrarySearch();
+    const test::TestFolder folder;
+    const std::filesystem::path planted = test::ToPath(folder.Path("Planted.dll"));
+    std::filesystem::copy_file(CARVELOT_SIMULATOR "/libraries/Skelmond.dll", planted);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(test::ToPath(folder.Path()));
+    const std::string path = std::getenv("PATH");
+    CDynamicLibrary library;
+    std::uint32_t nError = 0;
+    for (const char* entries : {"", ";.", ";.\\;;\"\""}) {
+        const test::EnvironmentGuard guard("PATH", (path + entries).c_str());
+        EXPECT_FALSE(library.Load("Planted.dll", nError)) << entries;
+        EXPECT_EQ(nError, 126U);
+    }
+    // Nor by the system, which looks for what a library needs.
+    EXPECT_EQ(LoadLibraryW(L"Planted.dll"), nullptr);
+    {
+        const test::EnvironmentGuard guard("PATH", (path + ";\"" + folder.Path() + "\"").c_str());
+        EXPECT_TRUE(library.Load("Planted.dll", nError)) << "a folder of PATH is one of the places";
+        library.Free();
+    }
+    std::filesystem::current_path(before);
+}
+#endif
 
 #ifndef _WIN32
 TEST(VersionResource, OffWindowsTheProgramBearsTheVersionItWasBuiltWith) {

@@ -11,6 +11,7 @@
 #include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #endif
 
 using namespace carvelot::platform;
@@ -35,6 +36,51 @@ std::uint32_t Own() {
     return static_cast<std::uint32_t>(getpid());
 #endif
 }
+
+#ifndef _WIN32
+// A process of a program's copy under another name, which ends with the object.
+class Running {
+public:
+    Running(const TestFolder& folder, const char* name, std::vector<std::string> arguments)
+        : m_program(folder.Path(name)) {
+        std::filesystem::copy_file(CARVELOT_FILE_HELPER, m_program);
+        arguments.insert(arguments.begin() + 1, {folder.Path("mark"), folder.Path("log")});
+        std::vector<char*> words;
+        for (std::string& argument : arguments)
+            words.push_back(argument.data());
+        words.push_back(nullptr);
+        int pipes[2];
+        EXPECT_EQ(pipe(pipes), 0);
+        m_child = fork();
+        if (m_child == 0) {
+            dup2(pipes[0], 0);
+            close(pipes[0]);
+            close(pipes[1]);
+            execv(m_program.c_str(), words.data());
+            _exit(1);
+        }
+        close(pipes[0]);
+        m_input = pipes[1];
+        EXPECT_EQ(write(m_input, "open\n", 5), 5);
+        for (int wait = 0; wait < 30000 && !folder.Exists("mark.1"); ++wait)
+            usleep(1000);
+    }
+    ~Running() { End(); }
+    void End() {
+        if (m_input >= 0) {
+            close(std::exchange(m_input, -1));
+            waitpid(m_child, nullptr, 0);
+        }
+    }
+    std::uint32_t Number() const { return static_cast<std::uint32_t>(m_child); }
+    const std::string& Program() const { return m_program; }
+
+private:
+    std::string m_program;
+    pid_t m_child = -1;
+    int m_input = -1;
+};
+#endif
 
 } // namespace
 
@@ -82,30 +128,28 @@ TEST(Processes, AnotherProcessAppearsAndGoes) {
     EXPECT_EQ(count(), before);
 #else
     (void)count;
-    const std::string program = folder.Path("jdenet_k test");
-    std::filesystem::copy_file(CARVELOT_FILE_HELPER, program);
-    int pipes[2];
-    ASSERT_EQ(pipe(pipes), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        dup2(pipes[0], 0);
-        close(pipes[0]);
-        close(pipes[1]);
-        execl(program.c_str(), "another name", folder.Path("mark").c_str(), folder.Path("log").c_str(),
-              nullptr);
-        _exit(1);
-    }
-    close(pipes[0]);
-    ASSERT_EQ(write(pipes[1], "open\n", 5), 5);
-    for (int wait = 0; wait < 3000 && !folder.Exists("mark.1"); ++wait)
-        usleep(1000);
-    EXPECT_EQ(NameOf(static_cast<std::uint32_t>(child)), "jdenet_k test")
-        << "the file's name, not the first argument";
-    std::filesystem::remove(program);
-    EXPECT_EQ(NameOf(static_cast<std::uint32_t>(child)), "jdenet_k test")
-        << "its file is gone, its name is not";
-    close(pipes[1]);
-    waitpid(child, nullptr, 0);
-    EXPECT_EQ(NameOf(static_cast<std::uint32_t>(child)), "");
+    Running process(folder, "jdenet_k test", {"another name"});
+    EXPECT_EQ(NameOf(process.Number()), "jdenet_k test") << "the file's name, not the first argument";
+    std::filesystem::remove(process.Program());
+    EXPECT_EQ(NameOf(process.Number()), "jdenet_k test") << "its file is gone, its name is not";
+    process.End();
+    EXPECT_EQ(NameOf(process.Number()), "");
 #endif
 }
+
+#ifndef _WIN32
+TEST(Processes, AProgramUnderWineBearsItsOwnName) {
+    const TestFolder folder;
+    EXPECT_EQ(NameOf(Running(folder, "wine64-preloader", {"/usr/lib/wine/wine64", "C:\\B9\\fda.EXE", "y.exe"})
+                         .Number()),
+              "fda.EXE");
+    const TestFolder native;
+    EXPECT_EQ(NameOf(Running(native, "wine", {"Z:/opt/jde/activConsole.exe"}).Number()), "activConsole.exe");
+    const TestFolder server;
+    EXPECT_EQ(NameOf(Running(server, "wineserver", {"wineserver", ".exe"}).Number()), "wineserver")
+        << "an ending alone is no program";
+    const TestFolder other;
+    EXPECT_EQ(NameOf(Running(other, "jdenet_n", {"jdenet_n", "C:\\B9\\fda.exe"}).Number()), "jdenet_n")
+        << "only Wine runs programs of Windows";
+}
+#endif

@@ -289,6 +289,39 @@ TEST(ProfileFile, ANewSectionStandsAtTheEndWithTheLineEndsOfTheFile) {
     EXPECT_EQ(folder.Read("lf.ini"), "[A]\nk=1\n[B]\nm=2\n");
 }
 
+TEST(ProfileFile, ANewLineTakesTheEndThatMostLinesOfTheFileHave) {
+    const TestFolder folder;
+    for (const auto& [before, after] : {
+             std::pair{"[A]\nk=1\r\nl=2\r\n", "[A]\nk=1\r\nl=2\r\nm=3\r\n"},
+             std::pair{"[A]\r\nk=1\nl=2\n", "[A]\r\nk=1\nl=2\nm=3\n"},
+             std::pair{"[A]\rk=1\rl=2\n", "[A]\rk=1\rl=2\nm=3\r"},
+             std::pair{"[A]\nk=1\r\n", "[A]\nk=1\r\nm=3\n"},
+         }) {
+        const std::string file = folder.Write("f.ini", before);
+        EXPECT_TRUE(WriteProfileText("A", "m", "3", file));
+        EXPECT_EQ(folder.Read("f.ini"), after);
+        EXPECT_EQ(Read(file, "A", "m"), "3");
+    }
+}
+
+TEST(ProfileFile, WhatStandsBehindAnEndOfFileMarkStaysThere) {
+    const TestFolder folder;
+    for (const char* mark :
+         {"\x1A", "\x1A\r\n", "\x1Arest", "\x1A\r\nrest=1\r\n\r\n", "\x1A[X]\r\ny=1\r\n"}) {
+        const std::string file = folder.Write("f.ini", std::string("[A]\r\nk=1\r\n\r\n") + mark);
+        EXPECT_TRUE(WriteProfileText("A", "l", "2", file));
+        EXPECT_EQ(folder.Read("f.ini"), std::string("[A]\r\nk=1\r\nl=2\r\n\r\n") + mark);
+        EXPECT_TRUE(WriteProfileText("B", "m", "3", file));
+        EXPECT_EQ(folder.Read("f.ini"), std::string("[A]\r\nk=1\r\nl=2\r\n\r\n[B]\r\nm=3\r\n") + mark);
+        EXPECT_TRUE(WriteProfileText("B", "m", "4", file));
+        EXPECT_EQ(folder.Read("f.ini"), std::string("[A]\r\nk=1\r\nl=2\r\n\r\n[B]\r\nm=4\r\n") + mark);
+    }
+    const std::string value = folder.Write("f.ini", "[A]\nk=1 \x1A");
+    EXPECT_TRUE(WriteProfileText("A", "k", "2", value));
+    EXPECT_EQ(folder.Read("f.ini"), "[A]\nk=2\x1A");
+    EXPECT_EQ(Read(value, "A", "k"), "2");
+}
+
 TEST(ProfileFile, AMissingFinalLineEndIsMadeOnlyWhereALineFollows) {
     const TestFolder folder;
     const std::string changed = folder.Write("changed.ini", "[A]\r\nk=1");
@@ -322,6 +355,18 @@ TEST(ProfileFile, AUtf16FileStaysOneOfTheSameOrder) {
         EXPECT_TRUE(WriteProfileText("A", "k", "\xF0\x9F\x98\x80 \xC3\xA4", file));
         EXPECT_TRUE(WriteProfileText("B", "m", "3", file));
         EXPECT_EQ(folder.Read("f.ini"), Utf16(u"[A]\r\nk=\U0001F600 \u00E4\r\nl=2\r\n[B]\r\nm=3\r\n", big));
+    }
+}
+
+TEST(ProfileFile, AnOddLastByteOfAUtf16FileStaysTheLast) {
+    const TestFolder folder;
+    for (const bool big : {false, true}) {
+        const std::string file = folder.Write("f.ini", Utf16(u"[A]\r\nk=1\r\n", big) + "x");
+        EXPECT_TRUE(WriteProfileText("A", "k", "2", file));
+        EXPECT_TRUE(WriteProfileText("A", "l", "3", file));
+        EXPECT_TRUE(WriteProfileText("B", "m", "4", file));
+        EXPECT_EQ(folder.Read("f.ini"), Utf16(u"[A]\r\nk=2\r\nl=3\r\n[B]\r\nm=4\r\n", big) + "x");
+        EXPECT_EQ(Read(file, "B", "m"), "4");
     }
 }
 

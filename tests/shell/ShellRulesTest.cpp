@@ -1,3 +1,4 @@
+#include "logcore/NodeText.h"
 #include "logcore/Numbers.h"
 #include "shell/Commands.h"
 #include "shell/Numbers.h"
@@ -42,9 +43,10 @@ TEST(Numbers, FloatingPointNumbersAreReadAsFarAsTheyGo) {
 }
 
 TEST(Numbers, FloatingPointNumbersPrintWithSixDecimals) {
-    EXPECT_EQ(DoubleToText(1.0), "1.000000");
-    EXPECT_EQ(DoubleToText(0.0000005), "0.000000");
-    EXPECT_EQ(DoubleToText(-2.5), "-2.500000");
+    EXPECT_EQ(SecondsText(1.0), "1.000000");
+    EXPECT_EQ(SecondsText(0.0000005), "0.000000");
+    EXPECT_EQ(SecondsText(-2.5), "-2.500000");
+    EXPECT_EQ(SecondsText(TextToDouble("1e999")), "inf");
 }
 
 TEST(RecentFiles, FourAreKeptNewestFirst) {

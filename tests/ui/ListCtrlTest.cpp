@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QToolTip>
 
+#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -37,9 +38,12 @@ public:
     std::string Text(std::size_t nRow, int nColumn) const override {
         return m_listColumns[static_cast<std::size_t>(nColumn)].m_fnText(m_listRows[nRow]);
     }
-    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const override {
+    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override {
         const auto& fnCompare = m_listColumns[static_cast<std::size_t>(nColumn)].m_fnCompare;
-        return fnCompare(m_listRows[nRowA], m_listRows[nRowB]);
+        std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
+            return bDescending ? fnCompare(m_listRows[nB], m_listRows[nA]) < 0
+                               : fnCompare(m_listRows[nA], m_listRows[nB]) < 0;
+        });
     }
 
     std::vector<TRow> m_listRows;

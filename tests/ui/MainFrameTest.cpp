@@ -967,7 +967,8 @@ private slots:
         auto pStore = std::make_unique<CStore>();
         CStore& store = *pStore;
         store.m_pSteps = &listSteps;
-        theApp().m_pJDESettings = std::move(pStore);
+        std::unique_ptr<CJDESettingsStore> pBefore =
+            std::exchange(theApp().m_pJDESettings, std::move(pStore));
         user.m_fnInDialog = [&](QDialog&) { listSteps << "dialog"; };
         run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
         QCOMPARE(listSteps, (QStringList{"dialog made", "properties", "ini", "dialog", "properties", "ini"}));
@@ -975,7 +976,7 @@ private slots:
         store.m_bWeb = false;
         run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
         QCOMPARE(listSteps, (QStringList{"dialog made", "ini", "dialog", "ini"}));
-        theApp().m_pJDESettings.reset();
+        theApp().m_pJDESettings = std::move(pBefore);
     }
 
 private:

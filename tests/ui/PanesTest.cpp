@@ -99,6 +99,24 @@ private slots:
             QCOMPARE(pPane->GetCaption(), QStringLiteral(" Process: 5 Thread: 7"));
     }
 
+    // Rows make their texts from the records. Close All, and the end of the program, close no window by
+    // itself.
+    void rowsGoWithTheRecordsThatTheyAreMadeOf() {
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        Select(pFrame, "Process - 5");
+        Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
+        Select(pFrame, "Process - 5");
+        CMainFrame& frame = m_pRun->Frame();
+        const QList<CListCtrl*> listLists = {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
+                                             &frame.m_wndTimingGapsPane.List()};
+        for (CListCtrl* pList : listLists)
+            QVERIFY(pList->Model().rowCount() > 0);
+        theApp().CloseAllDocuments();
+        CSessionRun::Settle();
+        for (CListCtrl* pList : listLists)
+            QCOMPARE(pList->Model().rowCount(), 0);
+    }
+
     void everyProcessShowsTheSameGaps() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());
         Select(pFrame, "Process - 5");

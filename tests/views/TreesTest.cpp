@@ -37,8 +37,9 @@ TestSession ThreadSession(std::initializer_list<const char*> texts, bool ube = f
     int number = 0;
     for (const char* text : texts) {
         const std::string ids = ube ? "0/0" : "5/6";
-        lines.push_back(text[0] == '-' ? text
-                                       : DebugLine("10:00:00.0000" + std::to_string(10 + number), text, ids));
+        // A line of a UBE is a line of its own.
+        const bool whole = std::string_view(text).find("--UBE--") != std::string_view::npos;
+        lines.push_back(whole ? text : DebugLine("10:00:00.0000" + std::to_string(10 + number), text, ids));
         ++number;
     }
     return TestSession(lines);
@@ -144,6 +145,73 @@ TEST(FillDetails, HangsUBELinesBelowTheLatestOfLevel2) {
 TEST(FillDetails, DoesNotEndAParameterGroupAtAUBELine) {
     const TestSession session = ThreadSession({"IN->[ 1] a", "--UBE--[1] u", "IN->[ 2] b"}, true);
     EXPECT_EQ(Tree(session, 0, 0), "21 UBE\n  21 --UBE--[1] u\n4 PARMS IN\n  4 IN->[ 1] a\n  4 IN->[ 2] b\n");
+}
+
+TEST(FillDetails, PutsAUBELineBelowNoNodeAtTheTop) {
+    // A line of level 2 that is not shown, with no node before it that could stand for it.
+    const TestSession session(
+        std::vector<std::string>{"--UBE--[2] 3 10:00:00 Exiting DBPerformRequest", "--UBE--[1] a"});
+    EXPECT_EQ(Tree(session, 0, 0), "21 --UBE--[1] a\n");
+}
+
+TEST(FillDetails, TheNodeUBEHasNoRecordThatCouldBeMarked) {
+    // The last return stands behind the call of the UBE, at the node "UBE".
+    const char* const calls[] = {
+        "--UBE--[1] a", "Calling 3 10:00:00 --UBE--", "Calling Business function B from A (BSFNLevel = 2)",
+        "Return value is 2 for B. (BSFNLevel = 2)", "Return value is 0 for A. (BSFNLevel = 1)"};
+    for (const auto& [code, image] : {std::pair("0", "2"), std::pair("1", "1")}) {
+        const std::string last = std::string("Return value is ") + code + " for A. (BSFNLevel = 1)";
+        const TestSession session =
+            ThreadSession({calls[0], calls[1], calls[2], calls[3], calls[4], last.c_str()}, true);
+        EXPECT_EQ(Tree(session, 0, 0),
+                  std::string(image) + " UBE\n" +
+                      "  21 --UBE--[1] a\n"
+                      "  10 Calling 3 10:00:00 --UBE--\n"
+                      "    0 (0.000001) Calling Business function B from A (BSFNLevel = 2)\n"
+                      "      0 Return value is 2 for B. (BSFNLevel = 2)\n"
+                      "    2 Return value is 0 for A. (BSFNLevel = 1)\n"
+                      "  " +
+                      image + " " + last + "\n");
+    }
+}
+
+TEST(FillDetails, TheNodeParmsOutHasNoRecordThatCouldBeMarked) {
+    // A line of level 2 that is not shown lets the next lines of the UBE hang below the parameter.
+    const TestSession session = ThreadSession(
+        {"OUT->[ 1] c", "--UBE--[2] 2 10:00:00.500000 Exiting DBPerformRequest",
+         "Calling 3 10:00:00.500000 --UBE--", "Calling Business function B from A (BSFNLevel = 2)",
+         "Return value is 2 for B. (BSFNLevel = 2)", "Return value is 0 for A. (BSFNLevel = 1)",
+         "Return value is 0 for A. (BSFNLevel = 1)", "Return value is 0 for A. (BSFNLevel = 1)"},
+        true);
+    EXPECT_EQ(Tree(session, 0, 0), "2 PARMS OUT\n"
+                                   "  10 OUT->[ 1] c\n"
+                                   "    10 Calling 3 10:00:00.500000 --UBE--\n"
+                                   "      0 (0.000001) Calling Business function B from A (BSFNLevel = 2)\n"
+                                   "        0 Return value is 2 for B. (BSFNLevel = 2)\n"
+                                   "      2 Return value is 0 for A. (BSFNLevel = 1)\n"
+                                   "    2 Return value is 0 for A. (BSFNLevel = 1)\n"
+                                   "  2 Return value is 0 for A. (BSFNLevel = 1)\n");
+}
+
+TEST(FillDetails, KeepsTheMarkOfAFailureFromFillToFill) {
+    // The second call below the line of the UBE fails when that line has its image already.
+    TestSession session = ThreadSession(
+        {"--UBE--[2] a", "Calling 3 10:00:00 --UBE--", "Return value is 0 for A. (BSFNLevel = 1)",
+         "Return value is 0 for A. (BSFNLevel = 1)", "Calling 4 10:00:00 --UBE--",
+         "Calling Business function B from A (BSFNLevel = 2)", "Return value is 2 for B. (BSFNLevel = 2)"},
+        true);
+    CDetailTree tree(session.m_doc);
+    const auto fill = [&] {
+        tree.FillDetails(true, session.Thread(0, 0).m_listDetails);
+        const CDetailTree::Node ube = tree.Child(CDetailTree::kRoot, 0);
+        EXPECT_EQ(tree.Text(tree.Child(ube, 0)), "--UBE--[2] a");
+        return tree.Image(tree.Child(ube, 0));
+    };
+    EXPECT_EQ(fill(), IMAGE_OK);
+    EXPECT_EQ(fill(), IMAGE_OK_FAILED_BELOW);
+    // The records of another load have no marks yet.
+    ASSERT_TRUE(session.m_doc.LoadLog());
+    EXPECT_EQ(fill(), IMAGE_OK);
 }
 
 TEST(FillDetails, ShowsTheThreadsOfAProcessOneAfterTheOther) {

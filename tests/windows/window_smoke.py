@@ -42,11 +42,14 @@ def not_blank(desktop, window, name, screenshots):
     print(f"ok: {name} shows a picture ({len(colours)} colours)")
 
 
-def first_start(desktop, program, log, screenshots, name="log"):
-    """Both messages in their order, six applications, the settings' defaults, and the window's own state at the end."""
+def first_start(desktop, program, log, screenshots, name="log", current_folder=None):
+    """Both messages in their order, six applications, the settings' defaults, and the window's own state at the end.
+
+    Libraries that somebody has planted in the current folder are not found: it is none of the places to look.
+    """
     desktop.run("reg", "delete", r"HKCU\Software\Tamrisk", "/f", check=False)
     messages = tempfile.TemporaryFile()
-    running = desktop.start(program, windows_path(log), messages=messages)
+    running = desktop.start(program, windows_path(log), messages=messages, cwd=current_folder)
     box = desktop.window("Carvelot")
     equal("the message about Skelmond.DLL comes before the window", [w.title for w in desktop.windows()], ["Carvelot"])
     # The settings are read before the library is looked for.
@@ -137,7 +140,7 @@ def main():
     log = os.path.join(SOURCE, "samples", "order-entry.log")
     with Desktop(prefix, helper) as desktop:
         try:
-            first_start(desktop, program, log, screenshots)
+            first_start(desktop, program, log, screenshots, current_folder=libraries)
             second_start(desktop, program, log, libraries, screenshots)
             failed_start(desktop, program)
         except BaseException:

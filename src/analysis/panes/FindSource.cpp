@@ -30,8 +30,8 @@ void CFindSource::LetGo(const CCarvelotDoc& session) {
         if (nContext >= listHeadOf.size())
             listHeadOf.resize(nContext + 1);
         if (listHeadOf[nContext] == 0) {
-            FindRow row = MakeFindRow(session, record);
-            m_listHeads.push_back({std::move(row.m_strProcess), std::move(row.m_strThread)});
+            const FindRow row{record};
+            m_listHeads.push_back({row.Text(session, 0), row.Text(session, 1)});
             listHeadOf[nContext] = static_cast<std::uint32_t>(m_listHeads.size());
         }
         m_listRowHeads.push_back(listHeadOf[nContext] - 1);
@@ -59,8 +59,7 @@ std::size_t CFindSource::RowCount() const {
 
 std::string CFindSource::Text(std::size_t nRow, int nColumn) const {
     if (m_pSession != nullptr)
-        return Session() != nullptr ? MakeFindRow(*m_pSession, m_listRecords[nRow]).Text(nColumn)
-                                    : std::string();
+        return Session() != nullptr ? FindRow{m_listRecords[nRow]}.Text(*m_pSession, nColumn) : std::string();
     if (nColumn != kMessageColumn) {
         const CHead& head = m_listHeads[m_listRowHeads[nRow]];
         return nColumn == 0 ? head.m_strProcess : head.m_strThread;

@@ -25,7 +25,6 @@ public:
 
     std::size_t RowCount() const override;
     std::string Text(std::size_t nRow, int nColumn) const override;
-    int OnCompareItems(std::size_t, std::size_t, int) const override { return 0; }
 
 private:
     static constexpr int kMessageColumn = 2;

@@ -2,7 +2,6 @@
 
 #include "logcore/CaseText.h"
 #include "logcore/Columns.h"
-#include "logcore/NodeText.h"
 #include "platform/AtomicFile.h"
 #include "platform/CodePage.h"
 
@@ -39,7 +38,7 @@ std::optional<GapExportFormat> GapExportFormatOf(const std::string& path) {
     return std::nullopt;
 }
 
-std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format) {
+std::string ExportGaps(const CCarvelotDoc& session, std::vector<GapRow>& rows, GapExportFormat format) {
     std::string out;
     if (format == GapExportFormat::Csv) {
         out = "Proc/Thread,Timestamp,Gap Duration,Message\n";
@@ -50,16 +49,19 @@ std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format) {
         out.append("Message\n");
     }
     for (GapRow& row : rows) {
+        const std::string owner = row.Text(session, 0);
+        const std::string gap = row.Text(session, 2);
+        const std::string_view message = session.m_listDetails.Text(row.m_pRecord);
         if (format == GapExportFormat::Csv) {
-            out.append("\"").append(row.m_strProcessThread).append("\",");
-            out.append(row.m_strTimeStamp).append(",").append(SecondsText(row.m_fGap)).append(",");
-            out.append("\"").append(row.m_strMessage).append("\"\n");
+            out.append("\"").append(owner).append("\",");
+            out.append(row.TimeStamp(session)).append(",").append(gap).append(",");
+            out.append("\"").append(message).append("\"\n");
         } else {
-            AppendPadded(out, row.m_strProcessThread, kOwnerWidth);
-            row.m_strTimeStamp = TrimLeft(TrimRight(row.m_strTimeStamp, " "), " ");
-            AppendPadded(out, row.m_strTimeStamp, kStampWidth);
-            AppendPadded(out, SecondsText(row.m_fGap), kGapWidth);
-            out.append(row.m_strMessage).append("\n");
+            AppendPadded(out, owner, kOwnerWidth);
+            row.m_bTrimmed = true;
+            AppendPadded(out, row.TimeStamp(session), kStampWidth);
+            AppendPadded(out, gap, kGapWidth);
+            out.append(message).append("\n");
         }
     }
     return out;

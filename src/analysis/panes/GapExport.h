@@ -15,8 +15,8 @@ enum class GapExportFormat { Csv, Text };
 std::optional<GapExportFormat> GapExportFormatOf(const std::string& path);
 
 // The file's content, UTF-8 with line feeds: a header and the rows in their order. Nothing is escaped. The
-// text form trims the rows' stored time stamps in place, and what they show stays.
-std::string ExportGaps(std::vector<GapRow>& rows, GapExportFormat format);
+// text form trims the rows' own time stamps, and what they show stays.
+std::string ExportGaps(const CCarvelotDoc& session, std::vector<GapRow>& rows, GapExportFormat format);
 
 // Writes the file as a whole or not at all. False with the system's error number.
 bool WriteGapExport(const std::string& path, std::string_view content, int& error);

@@ -1,5 +1,7 @@
 #include "analysis/panes/PaneRows.h"
 
+#include "logcore/CaseText.h"
+#include "logcore/Columns.h"
 #include "logcore/NodeText.h"
 
 #include <algorithm>
@@ -13,10 +15,30 @@ std::string MicrosecondsText(std::uint64_t microseconds) {
     return SecondsText(SecondsFromMicroseconds(microseconds));
 }
 
-std::string OwnerText(const CCarvelotDoc& session, const CLogDetail& detail) {
-    return session.m_nLogFormat == LOG_FORMAT_JAS
-               ? std::string(detail.m_strUser)
-               : ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID);
+std::string ProcessThreadTextOf(const CCarvelotDoc& session, RecordIndex record) {
+    const RecordContext& context = session.m_listDetails.Context(record);
+    return ProcessThreadText(context.processID, context.threadID);
+}
+
+std::string OwnerText(const CCarvelotDoc& session, RecordIndex record) {
+    return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(session.m_listDetails.User(record))
+                                                  : ProcessThreadTextOf(session, record);
+}
+
+std::string MessageText(const CCarvelotDoc& session, RecordIndex record) {
+    return std::string(session.m_listDetails.Text(record));
+}
+
+std::string WithoutBlanks(std::string_view stamp) { return std::string(TrimRight(stamp, " ")); }
+
+SortKey MessageKey(const CCarvelotDoc& session, RecordIndex record) {
+    return SortKey(session.m_listDetails.Text(record), session.m_listDetails.TextIsAscii(record));
+}
+
+std::string_view TaskType(const TaskRow& row) { return row.m_bStatement ? "SQL" : "BSFN"; }
+
+std::string_view ErrorTypeOf(const CCarvelotDoc& session, RecordIndex record) {
+    return ErrorType(session.m_listDetails.Kind(record), session.m_listDetails.ReturnCode(record));
 }
 
 } // namespace
@@ -154,16 +176,16 @@ const std::vector<PaneColumn>& TaskRow::Columns() {
     return columns;
 }
 
-std::string TaskRow::Text(int column) const {
+std::string TaskRow::Text(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return m_strShownOwner;
+        return OwnerText(session, m_pRecord);
     case 1:
-        return m_strType;
+        return std::string(TaskType(*this));
     case 2:
-        return Formatted("%08.6f", m_fDuration);
+        return SecondsText(m_fDuration);
     case 3:
-        return m_strMessage;
+        return MessageText(session, m_pRecord);
     default:
         return {};
     }
@@ -173,30 +195,26 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
                                   const CSQLAnalysis& statements) {
     std::vector<TaskRow> rows;
     rows.reserve(functions.m_listLongTasks.size() + statements.m_listLongTasks.size());
-    const auto add = [&](const CHeadList<RecordIndex>& tasks, const char* type) {
+    const auto add = [&](const CHeadList<RecordIndex>& tasks, bool statement) {
         for (const RecordIndex record : tasks) {
-            const CLogDetail detail = session.m_listDetails[record];
-            rows.push_back({ProcessThreadText(detail.m_nProcessID, detail.m_nThreadID),
-                            OwnerText(session, detail), type, static_cast<double>(detail.m_fDuration),
-                            std::string(detail.m_strText), record});
+            rows.push_back({record, statement, session.m_listDetails.Duration(record)});
         }
     };
-    add(functions.m_listLongTasks, "BSFN");
-    add(statements.m_listLongTasks, "SQL");
-    SortRows(rows, 2, true);
+    add(functions.m_listLongTasks, false);
+    add(statements.m_listLongTasks, true);
     return rows;
 }
 
-SortKey TaskRow::Key(int column) const {
+SortKey TaskRow::Key(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return SortKey(m_strProcessThread);
+        return SortKey(ProcessThreadTextOf(session, m_pRecord));
     case 1:
-        return SortKey(m_strType);
+        return SortKey(TaskType(*this));
     case 2:
         return SortKey(m_fDuration);
     case 3:
-        return SortKey(m_strMessage);
+        return MessageKey(session, m_pRecord);
     default:
         return {};
     }
@@ -211,14 +229,14 @@ const std::vector<PaneColumn>& ErrorRow::Columns() {
     return columns;
 }
 
-std::string ErrorRow::Text(int column) const {
+std::string ErrorRow::Text(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return m_strProcessThread;
+        return OwnerText(session, m_pRecord);
     case 1:
-        return m_strType;
+        return std::string(ErrorTypeOf(session, m_pRecord));
     case 2:
-        return m_strMessage;
+        return MessageText(session, m_pRecord);
     default:
         return {};
     }
@@ -231,30 +249,26 @@ std::string_view ErrorType(LogKind kind, std::int32_t returnCode) {
     return kind == LOG_ERROR ? "GBR Error" : "ERROR";
 }
 
-template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& session, const List& errors) {
+template <class List> std::vector<ErrorRow> MakeErrorRows(const List& errors) {
     std::vector<ErrorRow> rows;
     rows.reserve(errors.size());
-    for (const RecordIndex record : errors) {
-        const CLogDetail detail = session.m_listDetails[record];
-        rows.push_back({OwnerText(session, detail),
-                        std::string(ErrorType(detail.m_nKind, detail.m_nReturnCode)),
-                        std::string(detail.m_strText), record});
+    for (std::size_t n = errors.size(); n-- > 0;) {
+        rows.push_back({errors[n]});
     }
-    std::reverse(rows.begin(), rows.end());
     return rows;
 }
 
-template std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc&, const std::vector<RecordIndex>&);
-template std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc&, const CHeadList<RecordIndex>&);
+template std::vector<ErrorRow> MakeErrorRows(const std::vector<RecordIndex>&);
+template std::vector<ErrorRow> MakeErrorRows(const CHeadList<RecordIndex>&);
 
-SortKey ErrorRow::Key(int column) const {
+SortKey ErrorRow::Key(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return SortKey(m_strProcessThread);
+        return SortKey(OwnerText(session, m_pRecord));
     case 1:
-        return SortKey(m_strType);
+        return SortKey(ErrorTypeOf(session, m_pRecord));
     case 2:
-        return SortKey(m_strMessage);
+        return MessageKey(session, m_pRecord);
     default:
         return {};
     }
@@ -269,16 +283,16 @@ const std::vector<PaneColumn>& GapRow::Columns() {
     return columns;
 }
 
-std::string GapRow::Text(int column) const {
+std::string GapRow::Text(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return m_strProcessThread;
+        return OwnerText(session, m_pRecord);
     case 1:
-        return m_strShownTimeStamp;
+        return TimeStampText(session.m_listDetails[m_pRecord]);
     case 2:
         return SecondsText(m_fGap);
     case 3:
-        return m_strMessage;
+        return MessageText(session, m_pRecord);
     default:
         return {};
     }
@@ -287,29 +301,33 @@ std::string GapRow::Text(int column) const {
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session) {
     std::vector<GapRow> rows;
     rows.reserve(session.m_listGaps.size());
-    for (const RecordIndex record : session.m_listGaps) {
-        const CLogDetail detail = session.m_listDetails[record];
-        const std::string stamp = TimeStampText(detail);
-        rows.push_back(
-            {OwnerText(session, detail), stamp, stamp, detail.m_fGap, std::string(detail.m_strText), record});
+    for (std::size_t n = session.m_listGaps.size(); n-- > 0;) {
+        const RecordIndex record = session.m_listGaps[n];
+        rows.push_back({record, session.m_listDetails.Gap(record)});
     }
-    std::reverse(rows.begin(), rows.end());
     return rows;
 }
 
-SortKey GapRow::Key(int column) const {
+SortKey GapRow::Key(const CCarvelotDoc& session, int column) const {
     switch (column) {
     case 0:
-        return SortKey(m_strProcessThread);
+        return SortKey(OwnerText(session, m_pRecord));
     case 1:
-        return SortKey(m_strTimeStamp);
+        // An export trims all rows or none, and no character of a time sorts below a blank: the blanks decide
+        // nothing.
+        return SortKey(WithoutBlanks(Text(session, column)));
     case 2:
         return SortKey(m_fGap);
     case 3:
-        return SortKey(m_strMessage);
+        return MessageKey(session, m_pRecord);
     default:
         return {};
     }
+}
+
+std::string GapRow::TimeStamp(const CCarvelotDoc& session) const {
+    std::string stamp = Text(session, 1);
+    return m_bTrimmed ? WithoutBlanks(stamp) : stamp;
 }
 
 // --- Find
@@ -320,45 +338,110 @@ const std::vector<PaneColumn>& FindRow::Columns() {
     return columns;
 }
 
-std::string FindRow::Text(int column) const {
+std::string FindRow::Text(const CCarvelotDoc& session, int column) const {
+    const CDetailList& details = session.m_listDetails;
     switch (column) {
     case 0:
-        return m_strProcess;
+        return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(details.User(m_pRecord))
+                                                      : IdText(details.Context(m_pRecord).processID);
     case 1:
-        return m_strThread;
+        return IdText(details.Context(m_pRecord).threadID);
     case 2:
-        return m_strMessage;
+        return MessageText(session, m_pRecord);
     default:
         return {};
     }
 }
 
-FindRow MakeFindRow(const CCarvelotDoc& session, RecordIndex record) {
-    const CLogDetail detail = session.m_listDetails[record];
-    return {session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(detail.m_strUser)
-                                                   : IdText(detail.m_nProcessID),
-            IdText(detail.m_nThreadID), std::string(detail.m_strText), record};
-}
-
 // --- Sorting
 // --------------------------------------------------------------------------------------------------------
 
-template <class Row> void SortRows(std::vector<Row>& rows, int column, bool descending) {
+namespace {
+
+// The first column of rows of records names owners, of which a session has few: each is sorted once, and what
+// a row is sorted by is the number of its owner.
+template <class Row>
+std::vector<std::uint32_t> OwnerNumbers(const CCarvelotDoc& session, const std::vector<Row>& rows) {
+    std::vector<std::size_t> owners; // a row of each
+    std::vector<std::uint32_t> numbers;
+    std::vector<std::uint32_t> placeOf; // of a context among the owners, and 1 more
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        const std::uint32_t context = session.m_listDetails.ContextNumber(rows[row].m_pRecord);
+        if (context >= placeOf.size()) {
+            placeOf.resize(std::max<std::size_t>(context + 1, placeOf.size() * 2));
+        }
+        if (placeOf[context] == 0) {
+            owners.push_back(row);
+            placeOf[context] = static_cast<std::uint32_t>(owners.size());
+        }
+        numbers.push_back(placeOf[context] - 1);
+    }
+    std::vector<std::size_t> order(owners.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto keyOf = [&](std::size_t owner) { return rows[owners[owner]].Key(session, 0); };
+    SortByKey(order, false, keyOf);
+    std::vector<std::uint32_t> ranks(owners.size());
+    for (std::size_t n = 1; n < order.size(); ++n) {
+        // Contexts differ in more than their owner.
+        const bool same = EqualNoCase(keyOf(order[n - 1]).Text(), keyOf(order[n]).Text());
+        ranks[order[n]] = ranks[order[n - 1]] + (same ? 0 : 1);
+    }
+    for (std::uint32_t& number : numbers) {
+        number = ranks[number];
+    }
+    return numbers;
+}
+
+// Whether the time stamp is of the length that nearly all have, so that it sorts as its numbers do.
+bool IsOrdinaryStamp(const CLogDetail& detail) {
+    const auto isUpTo = [](std::int32_t number, std::int32_t most) { return number >= 0 && number <= most; };
+    return isUpTo(detail.m_nHour, 99) && isUpTo(detail.m_nMinute, 59) && isUpTo(detail.m_nSecond, 59) &&
+           isUpTo(detail.m_nMicrosecond, 999'999);
+}
+
+bool SortsByTime(const CCarvelotDoc& session, const std::vector<GapRow>& rows, int column) {
+    return column == 1 && std::ranges::all_of(rows, [&](const GapRow& row) {
+               return IsOrdinaryStamp(session.m_listDetails[row.m_pRecord]);
+           });
+}
+template <class Row> bool SortsByTime(const CCarvelotDoc&, const std::vector<Row>&, int) { return false; }
+
+} // namespace
+
+template <class Row>
+void SortOrder(const CCarvelotDoc& session, const std::vector<Row>& rows, std::vector<std::size_t>& order,
+               int column, bool descending) {
+    if (column == 0) {
+        const std::vector<std::uint32_t> numbers = OwnerNumbers(session, rows);
+        SortByKey(order, descending, [&](std::size_t row) { return SortKey(std::uint64_t{numbers[row]}); });
+    } else if (SortsByTime(session, rows, column)) {
+        SortByKey(order, descending,
+                  [&](std::size_t row) { return SortKey(session.m_listDetails.Time(rows[row].m_pRecord)); });
+    } else {
+        SortByKey(order, descending, [&](std::size_t row) { return rows[row].Key(session, column); });
+    }
+}
+
+template <class Row>
+void SortRows(const CCarvelotDoc& session, std::vector<Row>& rows, int column, bool descending) {
     std::vector<std::size_t> order(rows.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    SortByKey(order, descending, [&](std::size_t row) { return rows[row].Key(column); });
+    SortOrder(session, rows, order, column, descending);
     std::vector<Row> sorted;
     sorted.reserve(rows.size());
     for (const std::size_t row : order) {
-        sorted.push_back(std::move(rows[row]));
+        sorted.push_back(rows[row]);
     }
     rows = std::move(sorted);
 }
 
-template void SortRows(std::vector<BSFNRow>&, int, bool);
-template void SortRows(std::vector<TableRow>&, int, bool);
-template void SortRows(std::vector<TaskRow>&, int, bool);
-template void SortRows(std::vector<ErrorRow>&, int, bool);
-template void SortRows(std::vector<GapRow>&, int, bool);
+template void SortOrder(const CCarvelotDoc&, const std::vector<TaskRow>&, std::vector<std::size_t>&, int,
+                        bool);
+template void SortOrder(const CCarvelotDoc&, const std::vector<ErrorRow>&, std::vector<std::size_t>&, int,
+                        bool);
+template void SortOrder(const CCarvelotDoc&, const std::vector<GapRow>&, std::vector<std::size_t>&, int,
+                        bool);
+template void SortRows(const CCarvelotDoc&, std::vector<TaskRow>&, int, bool);
+template void SortRows(const CCarvelotDoc&, std::vector<GapRow>&, int, bool);
 
 } // namespace carvelot

@@ -1,12 +1,12 @@
-// The rows of the analysis lists: what sorting and export use, apart from any window. Row texts are made when
-// asked for.
+// The rows of the analysis lists: what sorting and export use, apart from any window. A row of a record holds
+// numbers and the record's index; its texts are made when asked for, from the session, whose records must
+// live as long as the rows do.
 #pragma once
 
 #include "analysis/panes/SortKey.h"
 #include "logcore/CarvelotDoc.h"
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,11 +21,6 @@ struct PaneColumn {
 
 // The title of the first column of the lists that show records: it goes by the log's format.
 std::string_view ProcessOrUserTitle(LogFormat format);
-
-// Every list compares two rows by one column as SortKey::Compare does; SortRows sorts them.
-template <class Row> int OnCompareItems(const Row& a, const Row& b, int column) {
-    return SortKey::Compare(a.Key(column), b.Key(column));
-}
 
 // --- BSFN Calls
 // -----------------------------------------------------------------------------------------------------
@@ -64,19 +59,17 @@ std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
 // -----------------------------------------------------------------------------------------------------
 
 struct TaskRow {
-    std::string
-        m_strProcessThread; // also in a JAS session, where it is the hidden sort key behind the user shown
-    std::string m_strShownOwner;
-    std::string m_strType; // "BSFN" or "SQL"
-    double m_fDuration = 0;
-    std::string m_strMessage;
     RecordIndex m_pRecord = kNoRecord;
+    bool m_bStatement = false; // task type "SQL", else "BSFN"
+    float m_fDuration = 0;
 
     static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    std::string Text(const CCarvelotDoc& session, int column) const;
+    // Of the first column "process/thread", also in a JAS session, where it is hidden behind the user shown.
+    SortKey Key(const CCarvelotDoc& session, int column) const;
 };
-// Longest first; of equal ones that which the lists held first.
+// Function calls, then statements, each in the order of their list: a list of them starts sorted by duration,
+// the longest first.
 std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalysis& functions,
                                   const CSQLAnalysis& statements);
 
@@ -84,34 +77,30 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
 // ------------------------------------------------------------------------------------------------
 
 struct ErrorRow {
-    std::string m_strProcessThread; // the user in a JAS session
-    std::string m_strType;
-    std::string m_strMessage;
     RecordIndex m_pRecord = kNoRecord;
 
     static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    std::string Text(const CCarvelotDoc& session, int column) const;
+    SortKey Key(const CCarvelotDoc& session, int column) const;
 };
 // The error type by kind and return code.
 std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
 // Each record goes above the earlier ones, so the rows stand in the list's reverse order.
-template <class List> std::vector<ErrorRow> MakeErrorRows(const CCarvelotDoc& session, const List& errors);
+template <class List> std::vector<ErrorRow> MakeErrorRows(const List& errors);
 
 // --- Timing Gaps
 // ----------------------------------------------------------------------------------------------------
 
 struct GapRow {
-    std::string m_strProcessThread; // the user in a JAS session
-    std::string m_strTimeStamp;     // with its four trailing blanks, until a text export has trimmed it
-    std::string m_strShownTimeStamp;
-    float m_fGap = 0;
-    std::string m_strMessage;
     RecordIndex m_pRecord = kNoRecord;
+    float m_fGap = 0;
+    bool m_bTrimmed = false; // a text export has cut the blanks off the time stamp; what is shown stays
 
     static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    std::string Text(const CCarvelotDoc& session, int column) const;
+    SortKey Key(const CCarvelotDoc& session, int column) const;
+    // What an export writes.
+    std::string TimeStamp(const CCarvelotDoc& session) const;
 };
 // The latest gap of the log first.
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
@@ -120,20 +109,23 @@ std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
 // -----------------------------------------------------------------------------------------------------------
 
 struct FindRow {
-    std::string m_strProcess; // the user in a JAS session
-    std::string m_strThread;
-    std::string m_strMessage;
     RecordIndex m_pRecord = kNoRecord;
 
     static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
+    std::string Text(const CCarvelotDoc& session, int column) const;
 };
-FindRow MakeFindRow(const CCarvelotDoc& session, RecordIndex record);
 
 // --- Sorting
 // --------------------------------------------------------------------------------------------------------
 
-// Sorts rows by a column as a click on its header does. Rows that compare equal either way keep their order.
-template <class Row> void SortRows(std::vector<Row>& rows, int column, bool descending);
+// Brings the numbers of rows of records into their order by a column, or into exactly its reverse. Rows that
+// compare equal either way keep their order.
+template <class Row>
+void SortOrder(const CCarvelotDoc& session, const std::vector<Row>& rows, std::vector<std::size_t>& order,
+               int column, bool descending);
+
+// Sorts rows of records as a click on a column's header does.
+template <class Row>
+void SortRows(const CCarvelotDoc& session, std::vector<Row>& rows, int column, bool descending);
 
 } // namespace carvelot

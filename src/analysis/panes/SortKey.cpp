@@ -1,5 +1,6 @@
 #include "analysis/panes/SortKey.h"
 
+#include "logcore/ByteScan.h"
 #include "logcore/CaseText.h"
 #include "platform/CodePage.h"
 
@@ -42,8 +43,16 @@ std::uint64_t KeyAt(std::string_view text, std::size_t place) {
 
 bool HoldsNotAscii(std::uint64_t key) { return (key & 0x8080808080808080U) != 0; }
 
-std::size_t CommonLength(std::string_view a, std::string_view b) {
-    return static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+// Up to where two texts are the same that are so up to `from`; `end` where they are so up to there.
+std::size_t CommonUpTo(std::string_view a, std::string_view b, std::size_t from, std::size_t end) {
+    end = std::min({end, a.size(), b.size()});
+    while (from + 8 <= end && Load64(a.data() + from) == Load64(b.data() + from)) {
+        from += 8;
+    }
+    while (from < end && a[from] == b[from]) {
+        ++from;
+    }
+    return from;
 }
 
 class CSorter {
@@ -73,13 +82,13 @@ public:
     void SortTexts(std::span<Entry> run, std::size_t place) {
         const std::string_view first = m_texts[run.front().text];
         std::size_t common = first.size();
-        bool same = true;
+        bool same = true; // in length
         for (const Entry& entry : run) {
             const std::string_view text = m_texts[entry.text];
-            same = same && text == first;
-            common = std::min(common, CommonLength(text.substr(place), first.substr(place)) + place);
+            same = same && text.size() == first.size();
+            common = CommonUpTo(text, first, place, common);
         }
-        if (same) {
+        if (same && common == first.size()) {
             return;
         }
         // A place within a character would not be one in another text.
@@ -145,18 +154,6 @@ private:
 
 } // namespace
 
-int SortKey::Compare(const SortKey& a, const SortKey& b) {
-    switch (a.m_kind) {
-    case Kind::Text:
-        return CompareNoCase(a.m_text, b.m_text);
-    case Kind::Number:
-        return a.m_number < b.m_number ? -1 : 1;
-    case Kind::None:
-        break;
-    }
-    return 0;
-}
-
 void SortByKey(std::vector<std::size_t>& rows, bool descending,
                const std::function<SortKey(std::size_t row)>& keyOf) {
     if (rows.empty()) {
@@ -165,17 +162,20 @@ void SortByKey(std::vector<std::size_t>& rows, bool descending,
     std::vector<Entry> entries;
     entries.reserve(rows.size());
     std::vector<std::string_view> texts;
-    std::deque<std::string> folded;
+    std::deque<std::string> kept;
     const bool isText = keyOf(rows.front()).IsText();
     for (const std::size_t row : rows) {
         const SortKey key = keyOf(row);
         entries.push_back(
             {key.Number(), static_cast<std::uint32_t>(row), static_cast<std::uint32_t>(texts.size())});
-        if (isText) {
-            // In upper case a character can become ASCII.
-            texts.push_back(platform::IsAscii(key.Text()) ? key.Text()
-                                                          : folded.emplace_back(FoldedCase(key.Text())));
+        if (!isText) {
+            continue;
         }
+        // In upper case a character can become ASCII.
+        const bool ascii = key.IsKnownAscii() || platform::IsAscii(key.Text());
+        texts.push_back(ascii && !key.IsMade()
+                            ? key.Text()
+                            : kept.emplace_back(ascii ? std::string(key.Text()) : FoldedCase(key.Text())));
     }
     CSorter sorter(std::move(texts), descending);
     if (isText) {

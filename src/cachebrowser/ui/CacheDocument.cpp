@@ -10,7 +10,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QLocale>
 #include <QStatusBar>
 
 namespace carvelot {
@@ -100,8 +99,7 @@ bool CCacheDocument::StopFetch() {
     if (m_sinceLook.elapsed() < kLookMilliseconds)
         return false;
     if (CMainFrame* pMain = MainFrame())
-        pMain->statusBar()->showMessage(
-            tr("Rows so far: %1. Esc stops.").arg(QLocale().toString(m_cache.Rows().Size())));
+        pMain->statusBar()->showMessage(tr("Rows so far: %1. Esc stops.").arg(m_cache.Rows().Size()));
     CEscWatch watch;
     QCoreApplication::processEvents();
     m_sinceLook.start();

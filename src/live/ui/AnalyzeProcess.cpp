@@ -1,6 +1,7 @@
 #include "shell/ui/CarvelotApp.h"
 
 #include "shell/ui/MainFrame.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/Text.h"
 #include "views/ui/SessionDocument.h"
 
@@ -40,7 +41,7 @@ void CCarvelotApp::AnalyzeProcess(QString strImageName, QString strDebugFile, st
     CCarvelotDoc& session = pDocument->Session();
     session.m_strProcessName = ToUtf8(strImageName);
     session.m_nProcessFilter = static_cast<std::uint32_t>(nProcess);
-    session.m_strLogPath = ToUtf8(strDebugFile);
+    session.m_strLogPath = PathOf(strDebugFile);
     const CBusyCursor wait;
     CMDIChildWnd* pFrame = pTemplate->CreateNewFrame(*pDocument);
     if (pFrame == nullptr || !session.LoadLog()) {

@@ -3,6 +3,7 @@
 #include "resources/ui/Icons.h"
 #include "shell/Commands.h"
 #include "shell/ui/CarvelotApp.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
 
@@ -99,7 +100,7 @@ FGetSetProcInfo CProcessPane::GetSetProcInfo() const { return theApp().m_pfnGetS
 
 void CProcessPane::AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
                                   std::int32_t nProcess) {
-    theApp().AnalyzeProcess(ToQString(strImageName), ToQString(strDebugFile), nProcess);
+    theApp().AnalyzeProcess(ToQString(strImageName), PathToQString(strDebugFile), nProcess);
 }
 
 void CProcessPane::BeginRebuild() {

@@ -3,8 +3,11 @@
 
 #include <algorithm>
 #include <dirent.h>
+#include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace carvelot::platform {
 
@@ -70,6 +73,37 @@ std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::s
     for (auto& [folded, entry] : found)
         entries.push_back(std::move(entry));
     return entries;
+}
+
+std::vector<std::string> NamesInAnyCase(const std::string& folder, const std::string& name) {
+    std::vector<std::string> names;
+    const std::u32string wanted = FoldedText(name);
+    for (const DirectoryEntry& entry : EnumerateDirectory(folder, "*")) {
+        if (FoldedText(entry.m_strName) == wanted)
+            names.push_back(entry.m_strName);
+    }
+    return names;
+}
+
+bool LiesWithin(const std::string& path, const std::string& folder) {
+    std::error_code error;
+    const std::filesystem::path outer = std::filesystem::canonical(folder, error);
+    if (error)
+        return false;
+    const std::filesystem::path inner = std::filesystem::canonical(path, error);
+    return !error &&
+           std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
+}
+
+bool MayRemoveFrom(const std::string& folder, const std::string& name) {
+    if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+        return false;
+    // In a folder with the sticky bit only the owner of either takes a file out.
+    struct stat status {};
+    struct stat file {};
+    return ::stat(folder.c_str(), &status) == 0 && ::lstat(JoinPath(folder, name).c_str(), &file) == 0 &&
+           ((status.st_mode & S_ISVTX) == 0 || ::geteuid() == 0 || status.st_uid == ::geteuid() ||
+            file.st_uid == ::geteuid());
 }
 
 std::string JoinPath(std::string_view folder, std::string_view name) {

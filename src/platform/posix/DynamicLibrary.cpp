@@ -29,6 +29,8 @@ std::string SharedObjectName(std::string_view strName) {
 
 } // namespace
 
+void CloseLibrarySearch() {}
+
 CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
     std::swap(m_hModule, other.m_hModule);
     return *this;

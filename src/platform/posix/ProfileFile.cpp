@@ -19,9 +19,11 @@ namespace {
 
 enum class Encoding { Bytes, Utf8Mark, Utf16Little, Utf16Big };
 
-// What the profile calls take for blank: the end-of-file mark of DOS too.
+constexpr char kEndMark = 0x1A; // the end-of-file mark of DOS
+
+// What the profile calls take for blank: the end-of-file mark too.
 bool IsBlank(char character) {
-    return (character >= 0x09 && character <= 0x0D) || character == 0x1A || character == ' ';
+    return (character >= 0x09 && character <= 0x0D) || character == kEndMark || character == ' ';
 }
 
 std::string_view Trim(std::string_view text) {
@@ -134,6 +136,7 @@ struct Line {
     std::string m_strName;  // of the section or the key
     std::string m_strValue; // of a key
     bool m_bHasValue = false;
+    bool m_bEndMark = false; // begins with the end-of-file mark of DOS
     std::size_t m_nBegin = 0;
     std::size_t m_nEnd = 0;  // behind the text, before the line's end
     std::size_t m_nNext = 0; // behind the line's end
@@ -153,15 +156,17 @@ public:
             m_encoding = Encoding::Utf8Mark;
             at = 3;
         }
-        // Half a unit at the end is no text, and would shift whatever is written behind it.
-        if (Width() == 2 && m_strBytes.size() % 2 != 0)
+        // Half a unit at the end is no text: it stays at the end, whatever is written.
+        if (Width() == 2 && m_strBytes.size() % 2 != 0) {
+            m_strHalfUnit = m_strBytes.back();
             m_strBytes.pop_back();
+        }
         while (at < m_strBytes.size())
             at = AddLine(at);
     }
 
     const std::vector<Line>& Lines() const { return m_listLines; }
-    const std::string& Bytes() const { return m_strBytes; }
+    std::string Bytes() const { return m_strBytes + m_strHalfUnit; }
 
     // The line of a section's header: the first of that name.
     std::optional<std::size_t> FindSection(std::string_view name) const {
@@ -183,33 +188,51 @@ public:
     }
 
     std::string With(std::string_view section, std::string_view key, std::string_view value) const {
-        const auto header = FindSection(section);
-        if (!header) {
-            std::string added;
-            if (!m_listLines.empty() && m_listLines.back().m_nEnd == m_listLines.back().m_nNext)
-                added += LineEnd();
-            added.append("[").append(section).append("]").append(LineEnd());
-            added.append(key).append("=").append(value).append(LineEnd());
-            return m_strBytes + Encode(added);
-        }
-        if (const auto found = FindKey(*header, key))
-            return WithValue(m_listLines[*found], value);
-        // Behind the section's last line that holds anything.
-        std::size_t last = SectionEnd(*header) - 1;
-        while (m_listLines[last].m_kind == Line::Kind::Blank)
-            --last;
-        const Line& line = m_listLines[last];
-        std::string added;
-        if (line.m_nEnd == line.m_nNext)
-            added += LineEnd();
-        added.append(key).append("=").append(value);
-        if (line.m_nEnd != line.m_nNext)
-            added += LineEnd();
-        std::string bytes = m_strBytes;
-        return bytes.insert(line.m_nNext, Encode(added));
+        return Changed(section, key, value) + m_strHalfUnit;
     }
 
 private:
+    std::string Changed(std::string_view section, std::string_view key, std::string_view value) const {
+        const auto header = FindSection(section);
+        std::string added;
+        if (!header) {
+            const std::size_t end = EndMark();
+            if (end == m_listLines.size() && !m_listLines.empty() && HasNoEnd(m_listLines.back()))
+                added += LineEnd();
+            added.append("[").append(section).append("]").append(LineEnd());
+            added.append(key).append("=").append(value).append(LineEnd());
+            return Inserted(end < m_listLines.size() ? m_listLines[end].m_nBegin : m_strBytes.size(), added);
+        }
+        if (const auto found = FindKey(*header, key))
+            return WithValue(m_listLines[*found], value);
+        // Behind the section's last line that holds anything, but ahead of an end-of-file mark.
+        std::size_t last = SectionEnd(*header) - 1;
+        if (const std::size_t end = EndMark(); *header < end && end <= last)
+            last = end - 1;
+        while (m_listLines[last].m_kind == Line::Kind::Blank)
+            --last;
+        const Line& line = m_listLines[last];
+        if (HasNoEnd(line))
+            added += LineEnd();
+        added.append(key).append("=").append(value);
+        if (!HasNoEnd(line))
+            added += LineEnd();
+        return Inserted(line.m_nNext, added);
+    }
+
+    std::string Inserted(std::size_t at, std::string_view text) const {
+        return std::string(m_strBytes).insert(at, Encode(text));
+    }
+
+    static bool HasNoEnd(const Line& line) { return line.m_nEnd == line.m_nNext; }
+
+    // The first line that begins with an end-of-file mark: what stands from there on is not for readers that
+    // know the mark, and stays where it is.
+    std::size_t EndMark() const {
+        const auto found = std::ranges::find_if(m_listLines, &Line::m_bEndMark);
+        return static_cast<std::size_t>(found - m_listLines.begin());
+    }
+
     std::size_t Width() const {
         return m_encoding == Encoding::Utf16Little || m_encoding == Encoding::Utf16Big ? 2 : 1;
     }
@@ -248,6 +271,7 @@ private:
             IsCharacter(line.m_nNext, '\n'))
             line.m_nNext = std::min(line.m_nNext + width, m_strBytes.size());
         const std::string decoded = Decode(begin, line.m_nEnd);
+        line.m_bEndMark = decoded.starts_with(kEndMark);
         Parse(line, Trim(decoded));
         m_listLines.push_back(std::move(line));
         return m_listLines.back().m_nNext;
@@ -280,15 +304,26 @@ private:
         return end;
     }
 
-    // The end that the file's lines have.
+    // The end that most of the file's lines have; of several the one that comes first.
     std::string LineEnd() const {
-        if (m_listLines.empty() || m_listLines.front().m_nEnd == m_listLines.front().m_nNext)
-            return "\n";
-        return Decode(m_listLines.front().m_nEnd, m_listLines.front().m_nNext) == "\n" ? "\n" : "\r\n";
+        std::vector<std::pair<std::string, std::size_t>> counts;
+        for (const Line& line : m_listLines) {
+            if (HasNoEnd(line))
+                continue;
+            const std::string end = Decode(line.m_nEnd, line.m_nNext);
+            const auto found = std::ranges::find(counts, end, &std::pair<std::string, std::size_t>::first);
+            if (found == counts.end())
+                counts.emplace_back(end, 1);
+            else
+                ++found->second;
+        }
+        const auto most = std::ranges::max_element(counts, {}, &std::pair<std::string, std::size_t>::second);
+        return most == counts.end() ? "\n" : most->first;
     }
 
     std::string WithValue(const Line& line, std::string_view value) const {
         std::string before = Decode(line.m_nBegin, line.m_nEnd);
+        std::string kept;
         const std::size_t equals = before.find('=');
         if (equals == std::string::npos) {
             before.append("=");
@@ -296,13 +331,18 @@ private:
             std::size_t from = equals + 1;
             while (from < before.size() && (before[from] == ' ' || before[from] == '\t'))
                 ++from;
+            // Blanks behind the value go with it; what an end-of-file mark among them begins does not.
+            const std::size_t blanks =
+                static_cast<std::size_t>(Trim(before).data() - before.data()) + Trim(before).size();
+            kept = before.substr(std::min(before.find(kEndMark, std::max(from, blanks)), before.size()));
             before.resize(from);
         }
-        return m_strBytes.substr(0, line.m_nBegin) + Encode(before.append(value)) +
+        return m_strBytes.substr(0, line.m_nBegin) + Encode(before.append(value).append(kept)) +
                m_strBytes.substr(line.m_nEnd);
     }
 
     std::string m_strBytes;
+    std::string m_strHalfUnit; // the odd last byte of a UTF-16 file
     Encoding m_encoding = Encoding::Bytes;
     std::vector<Line> m_listLines;
 };

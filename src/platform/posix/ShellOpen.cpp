@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,8 +11,10 @@ namespace carvelot::platform {
 bool OpenInItsProgram(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos)
         return false;
-    // A path that begins with a dash must not be read as an option.
-    const std::string argument = path.front() == '-' ? "./" + path : path;
+    std::error_code error;
+    const std::string argument = std::filesystem::absolute(path, error).string();
+    if (error)
+        return false;
     int report[2];
     if (::pipe2(report, O_CLOEXEC) != 0)
         return false;

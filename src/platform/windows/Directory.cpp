@@ -3,6 +3,22 @@
 
 namespace carvelot::platform {
 
+namespace {
+
+// The path behind all links; empty when nothing is there.
+std::wstring FinalPath(const std::string& path) {
+    const WindowsHandle handle(CreateFileW(ToWidePath(path).c_str(), 0,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!handle)
+        return {};
+    std::wstring final(GetFinalPathNameByHandleW(handle.Get(), nullptr, 0, 0), L'\0');
+    final.resize(GetFinalPathNameByHandleW(handle.Get(), final.data(), static_cast<DWORD>(final.size()), 0));
+    return final;
+}
+
+} // namespace
+
 std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::string_view mask) {
     std::vector<DirectoryEntry> entries;
     if (folder.find('\0') != std::string::npos)
@@ -22,6 +38,20 @@ std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::s
     FindClose(find);
     return entries;
 }
+
+std::vector<std::string> NamesInAnyCase(const std::string&, const std::string& name) { return {name}; }
+
+bool LiesWithin(const std::string& path, const std::string& folder) {
+    std::wstring outer = FinalPath(folder);
+    const std::wstring inner = FinalPath(path);
+    if (outer.empty() || inner.size() < outer.size() ||
+        CompareStringOrdinal(inner.data(), static_cast<int>(outer.size()), outer.data(),
+                             static_cast<int>(outer.size()), TRUE) != CSTR_EQUAL)
+        return false;
+    return inner.size() == outer.size() || outer.back() == L'\\' || inner[outer.size()] == L'\\';
+}
+
+bool MayRemoveFrom(const std::string&, const std::string&) { return true; }
 
 std::string JoinPath(std::string_view folder, std::string_view name) {
     std::string path(folder);

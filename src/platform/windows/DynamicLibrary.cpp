@@ -1,11 +1,60 @@
 #include "platform/DynamicLibrary.h"
-
-#include <windows.h>
+#include "platform/windows/WindowsText.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace carvelot::platform {
+
+namespace {
+
+// What one of the calls that fill a buffer with a folder's path says.
+template <typename Call> std::wstring FolderOf(Call call) {
+    std::wstring buffer(MAX_PATH, L'\0');
+    DWORD length = call(buffer.data(), static_cast<DWORD>(buffer.size()));
+    while (length >= buffer.size()) {
+        buffer.resize(buffer.size() * 2);
+        length = call(buffer.data(), static_cast<DWORD>(buffer.size()));
+    }
+    buffer.resize(length);
+    return buffer;
+}
+
+bool IsWholePath(std::wstring_view path) {
+    const auto slash = [&path](std::size_t at) { return path[at] == L'\\' || path[at] == L'/'; };
+    return path.size() >= 3 && ((path[1] == L':' && slash(2)) || (slash(0) && slash(1)));
+}
+
+// Where the system looks for a library, in its order, but for the current folder: that is also what an entry
+// of PATH names which is no whole path.
+std::vector<std::wstring> LibraryFolders() {
+    std::wstring program =
+        FolderOf([](wchar_t* buffer, DWORD size) { return GetModuleFileNameW(nullptr, buffer, size); });
+    program.resize(std::min(program.find_last_of(L"\\/"), program.size()));
+    std::vector<std::wstring> folders{std::move(program), FolderOf(GetSystemDirectoryW),
+                                      FolderOf(GetWindowsDirectoryW)};
+    const std::wstring path =
+        FolderOf([](wchar_t* buffer, DWORD size) { return GetEnvironmentVariableW(L"PATH", buffer, size); });
+    for (std::size_t begin = 0; begin < path.size();) {
+        const std::size_t end = std::min(path.find(L';', begin), path.size());
+        std::wstring folder = path.substr(begin, end - begin);
+        std::erase(folder, L'"');
+        if (IsWholePath(folder))
+            folders.push_back(std::move(folder));
+        begin = end + 1;
+    }
+    return folders;
+}
+
+} // namespace
+
+void CloseLibrarySearch() {
+    // A folder that is named takes the current one's place. An empty name would just take that out, but does
+    // not under Wine.
+    SetDllDirectoryW(FolderOf(GetSystemDirectoryW).c_str());
+}
 
 CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
     std::swap(m_hModule, other.m_hModule);
@@ -14,12 +63,17 @@ CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
 
 bool CDynamicLibrary::Load(std::string_view strName, std::uint32_t& nError) {
     Free();
-    std::wstring strWide(strName.size(), L'\0');
-    const int nLength = MultiByteToWideChar(CP_UTF8, 0, strName.data(), static_cast<int>(strName.size()),
-                                            strWide.data(), static_cast<int>(strWide.size()));
-    strWide.resize(static_cast<std::size_t>(nLength));
-    m_hModule = LoadLibraryW(strWide.c_str());
-    nError = m_hModule != nullptr ? 0 : GetLastError();
+    nError = ERROR_MOD_NOT_FOUND;
+    for (const std::wstring& folder : LibraryFolders()) {
+        const std::wstring file = folder + L'\\' + ToWide(strName);
+        const DWORD attributes = GetFileAttributesW(file.c_str());
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+            continue;
+        // What the library needs itself is looked for in its own folder first.
+        m_hModule = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+        nError = m_hModule != nullptr ? 0 : GetLastError();
+        break;
+    }
     return m_hModule != nullptr;
 }
 

@@ -726,13 +726,6 @@ FDraw CommandDrawing(int nId) {
         };
     case ID_FIND_FIND:
         return [](CPen& pen) { Lens(pen, 6.5, 6.5, 5.2); };
-    case ID_GAPS_EXPORT:
-        return [](CPen& pen) {
-            Page(pen, 1, 0, 11, 15);
-            Lines(pen, 3, 5, 6, 2);
-            pen.Polygon({{6, 9.5}, {10, 9.5}, {10, 7}, {15, 11}, {10, 15}, {10, 12.5}, {6, 12.5}}, kGreen,
-                        kGreenDark);
-        };
     case ID_FILE_CLOSE:
         return [](CPen& pen) {
             Window(pen, 1, 1, 13, 12, kPaperEdge, kGreyLight);

@@ -8,6 +8,7 @@
 #include "shell/ui/AboutDlg.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/OptionsDlg.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
@@ -38,8 +39,7 @@ CCarvelotApp::CCarvelotApp()
     AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
     AddCommand(ID_TOOLS_GLOBAL_TABLES, [this] { OnGlobalTables(); });
     AddCommand(ID_TOOLS_CONVERT_DATES, [this] { OnConvertDates(); });
-    AddCommand(
-        ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); }, [this] { return m_pJDESettings != nullptr; });
+    AddCommand(ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); });
 }
 
 CCarvelotApp::~CCarvelotApp() = default;
@@ -67,7 +67,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
     }
     // Without a file to open no document is made: the window opens empty.
     if (const auto strFile = FileToOpen(listArguments)) {
-        if (OpenDocumentFile(ToQString(*strFile)) == nullptr)
+        if (OpenDocumentFile(PathToQString(*strFile)) == nullptr)
             return false;
     }
     m_pMainWnd->show();
@@ -151,7 +151,7 @@ void CCarvelotApp::CloseAllDocuments() {
 }
 
 void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
-    m_recentFiles.Add(ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 void CCarvelotApp::RegisterRestart() const {
@@ -160,7 +160,7 @@ void CCarvelotApp::RegisterRestart() const {
     const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
     platform::RegisterRestart(strPath.isEmpty()
                                   ? std::string()
-                                  : ToUtf8(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+                                  : PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
 }
 
 bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {
@@ -209,8 +209,6 @@ void CCarvelotApp::OnConvertDates() {
 }
 
 void CCarvelotApp::OnJDESettings() {
-    if (m_pJDESettings == nullptr)
-        return;
     const std::unique_ptr<QDialog> pDialog = m_pJDESettings->MakeDialog();
     UpdateJDESettings();
     UserInterface().RunDialog(*pDialog);

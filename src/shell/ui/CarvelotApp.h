@@ -79,8 +79,7 @@ public:
     static QString VersionText();
 
     CJDESettings m_jdeSettings;
-    std::unique_ptr<CJDESettingsStore>
-        m_pJDESettings; // over m_jdeSettings; without one the command is disabled
+    std::unique_ptr<CJDESettingsStore> m_pJDESettings; // over m_jdeSettings; never null
     CRecentFiles m_recentFiles;
     platform::CDynamicLibrary m_hSkelmond;
     FGetSetProcInfo m_pfnGetSetProcInfo = nullptr;

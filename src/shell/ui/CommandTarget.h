@@ -23,7 +23,6 @@ public:
     void AddCommand(int nId, FHandler fnRun, FEnabled fnEnabled = {}) {
         m_mapCommands[nId] = {std::move(fnRun), std::move(fnEnabled)};
     }
-    void RemoveCommand(int nId) { m_mapCommands.erase(nId); }
     const CHandler* OwnHandler(int nId) const {
         const auto it = m_mapCommands.find(nId);
         return it != m_mapCommands.end() ? &it->second : nullptr;

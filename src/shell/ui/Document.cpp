@@ -1,10 +1,10 @@
 #include "shell/ui/Document.h"
 
 #include "shell/ui/MainFrame.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/TabbedClientArea.h"
 
 #include <QCloseEvent>
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -114,9 +114,8 @@ CDocument* CDocTemplate::OpenDocumentFile(const QString& strPath) {
 }
 
 CDocument* CDocTemplate::FindDocument(const QString& strPath) const {
-    const QString strWanted = QFileInfo(strPath).canonicalFilePath();
     for (const auto& pDocument : m_listDocuments) {
-        if (!strWanted.isEmpty() && QFileInfo(pDocument->GetPathName()).canonicalFilePath() == strWanted)
+        if (IsSameFile(strPath, pDocument->GetPathName()))
             return pDocument.get();
     }
     return nullptr;

@@ -8,6 +8,7 @@
 #include "shell/ui/Document.h"
 #include "shell/ui/LookStyle.h"
 #include "shell/ui/PaneTabs.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/ToolBar.h"
@@ -493,6 +494,14 @@ void CMainFrame::ClearPanes() {
         pPane->SetCaption({});
 }
 
+void CMainFrame::LetGo(const CCarvelotDoc& session) {
+    m_wndFindPane.LetGo(session);
+    m_wndCachePane.LetGo(session);
+    m_wndLongTasksPane.LetGo(session);
+    m_wndErrorPane.LetGo(session);
+    m_wndTimingGapsPane.LetGo(session);
+}
+
 CMDIChildWnd* CMainFrame::ActiveChild() const { return m_pClientArea->ActiveChild(); }
 
 EMenuState CMainFrame::MenuState() const {
@@ -665,15 +674,15 @@ void CMainFrame::FillRecentFiles() {
     m_listRecentActions.clear();
     const std::vector<std::string>& listPaths = theApp().m_recentFiles.m_listPaths;
     for (std::size_t n = 0; n < listPaths.size(); ++n) {
-        const QString strPath = ToQString(listPaths[n]);
-        QString strText = fontMetrics().elidedText(strPath, Qt::ElideMiddle, 420);
+        const QString strPath = PathToQString(listPaths[n]);
+        QString strText = fontMetrics().elidedText(ToQString(listPaths[n]), Qt::ElideMiddle, 420);
         strText.replace(QLatin1Char('&'), QLatin1String("&&"));
         auto* pAction = new QAction(QStringLiteral("&%1 %2").arg(n + 1).arg(strText), &menu);
         pAction->setStatusTip(tr("Open this document"));
         connect(pAction, &QAction::triggered, this, [strPath] {
             // A file that cannot be opened any more leaves the list.
             if (theApp().OpenDocumentFile(strPath) == nullptr)
-                theApp().m_recentFiles.Remove(ToUtf8(strPath));
+                theApp().m_recentFiles.Remove(PathOf(strPath));
         });
         m_listRecentActions << pAction;
     }
@@ -826,7 +835,7 @@ void CMainFrame::dropEvent(QDropEvent* pEvent) {
     QStringList listPaths;
     for (const QUrl& url : pEvent->mimeData()->urls()) {
         if (url.isLocalFile())
-            listPaths << url.toLocalFile();
+            listPaths << PathOfUrl(url);
     }
     // The program that the file comes from waits until the drop is done: open afterwards.
     QMetaObject::invokeMethod(

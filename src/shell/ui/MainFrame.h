@@ -70,6 +70,9 @@ public:
 
     // Empties the panes that all sessions share, and their captions. Find and Raw Data stay as they are.
     void ClearPanes();
+    // To be called before a session's records go: the panes that show them are emptied, and Find keeps what
+    // it shows.
+    void LetGo(const CCarvelotDoc& session);
 
     CTabbedClientArea& ClientArea() const { return *m_pClientArea; }
     CMDIChildWnd* ActiveChild() const;

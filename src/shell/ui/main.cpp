@@ -1,3 +1,4 @@
+#include "platform/DynamicLibrary.h"
 #include "platform/ProgramIdentity.h"
 #include "resources/ui/Icons.h"
 #include "shell/ui/CarvelotApp.h"
@@ -7,7 +8,10 @@
 
 #include <QApplication>
 
+#include <clocale>
 #include <new>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -32,11 +36,15 @@ public:
 int main(int argc, char** argv) {
     using namespace carvelot;
 
+    platform::CloseLibrarySearch();
     platform::SetProgramIdentifier(kProgramIdentifier);
     CCarvelotApp& app = theApp();
     int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const CApplication application(argc, argv);
+    // The toolkit takes over the user's locale. Numbers in texts and files have a point all the same, those
+    // that a bound library prints included.
+    std::setlocale(LC_NUMERIC, "C");
     QCoreApplication::setOrganizationName(QStringLiteral("Tamrisk"));
     QCoreApplication::setApplicationName(QStringLiteral("Carvelot"));
     QGuiApplication::setApplicationDisplayName({});
@@ -47,10 +55,15 @@ int main(int argc, char** argv) {
     // For messages that come before the window, which brings the stored look.
     ApplyLook(LookOf(kDefaultLook, nOffice2007));
 
+#ifdef Q_OS_WIN
     // The toolkit has taken its own switches out.
     std::vector<std::string> listArguments;
     for (const QString& strArgument : QCoreApplication::arguments().mid(1))
         listArguments.push_back(ToUtf8(strArgument));
+#else
+    // So it has here, and left the other arguments' bytes as they came: a file's name need not be UTF-8.
+    const std::vector<std::string> listArguments(argv + 1, argv + argc);
+#endif
     if (!app.InitInstance(listArguments)) {
         app.ExitInstance();
         return 1;

@@ -57,10 +57,10 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
 CGBLTables::~CGBLTables() { m_pList->Fill(nullptr); }
 
 void CGBLTables::OnDeleteSelected() {
-    std::vector<std::string> listPaths;
+    std::vector<std::size_t> listRows;
     for (const int nRow : m_pList->SelectedRows())
-        listPaths.push_back(m_files.Text(m_pList->Model().SourceRow(nRow), 0));
-    m_files.Delete(listPaths);
+        listRows.push_back(m_pList->Model().SourceRow(nRow));
+    m_files.Delete(listRows);
     accept();
 }
 

@@ -2,7 +2,6 @@
 
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
-#include "views/TraceMessage.h"
 
 #include <QDialogButtonBox>
 #include <QPlainTextEdit>
@@ -34,9 +33,10 @@ void CMessageDlg::OnOK() {
     accept();
 }
 
-void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread) {
+void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread,
+                       const FClock& fnClock) {
     CTraceMessage message;
-    if (!message.Open(strLogPath)) {
+    if (!message.Open(strLogPath, fnClock)) {
         UserInterface().ShowMessage(QStringLiteral("Failed to open file for writing"));
         return;
     }

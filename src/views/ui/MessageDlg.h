@@ -1,6 +1,8 @@
 // MessageDlg.h - the dialog that takes the text of a note for a debug log.
 #pragma once
 
+#include "views/TraceMessage.h"
+
 #include <QDialog>
 #include <QString>
 
@@ -27,6 +29,7 @@ private:
 
 // The command "Write Message" on a thread: asks for a text and appends it to the log as a line of that
 // thread.
-void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread);
+void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread,
+                       const FClock& fnClock = platform::CurrentLocalTime);
 
 } // namespace carvelot

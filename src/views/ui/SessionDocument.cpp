@@ -2,7 +2,7 @@
 
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/MainFrame.h"
-#include "shell/ui/Text.h"
+#include "shell/ui/PathText.h"
 
 namespace carvelot {
 
@@ -15,21 +15,19 @@ CSessionDocument::CSessionDocument()
 
 CSessionDocument::~CSessionDocument() {
     // Close All asks no window: what the panes still show of this session lets go of its records here.
-    if (CMainFrame* pMain = MainFrame()) {
-        pMain->m_wndFindPane.LetGo(m_session);
-        pMain->m_wndCachePane.LetGo(m_session);
-    }
+    if (CMainFrame* pMain = MainFrame())
+        pMain->LetGo(m_session);
 }
 
 bool CSessionDocument::OnNewDocument() {
     if (!m_session.OnNewDocument())
         return false;
-    SetPathName(ToQString(m_session.m_strLogPath));
+    SetPathName(PathToQString(m_session.m_strLogPath));
     return true;
 }
 
 bool CSessionDocument::OnOpenDocument(const QString& strPath) {
-    return m_session.OnOpenDocument(ToUtf8(strPath));
+    return m_session.OnOpenDocument(PathOf(strPath));
 }
 
 QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }

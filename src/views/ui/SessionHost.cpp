@@ -1,7 +1,9 @@
 #include "views/ui/SessionHost.h"
 
+#include "platform/ShellOpen.h"
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/MainFrame.h"
+#include "shell/ui/PathText.h"
 #include "shell/ui/TabbedClientArea.h"
 #include "shell/ui/Text.h"
 #include "shell/ui/UserInterface.h"
@@ -9,8 +11,6 @@
 #include "views/ui/SessionDocument.h"
 
 #include <QApplication>
-#include <QDesktopServices>
-#include <QUrl>
 
 #include <cstdio>
 
@@ -48,7 +48,7 @@ void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
 }
 
 void CSessionHost::AddToRecentFileList(const std::string& path) {
-    theApp().AddToRecentFileList(ToQString(path));
+    theApp().AddToRecentFileList(PathToQString(path));
 }
 
 std::optional<std::string> CSessionHost::AskForLog() {
@@ -56,12 +56,10 @@ std::optional<std::string> CSessionHost::AskForLog() {
                                                       QStringLiteral("log"),
                                                       {},
                                                       QString::fromLatin1(kLogFilter)});
-    return strPath ? std::optional(ToUtf8(*strPath)) : std::nullopt;
+    return strPath ? std::optional(PathOf(*strPath)) : std::nullopt;
 }
 
-void CSessionHost::OpenInShell(const std::string& path) {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(ToQString(path)));
-}
+void CSessionHost::OpenInShell(const std::string& path) { platform::OpenInItsProgram(path); }
 
 void CSessionHost::ActivateSession(CCarvelotDoc&) {
     CMainFrame* pMain = MainFrame();

@@ -39,9 +39,9 @@ CThreadView::~CThreadView() {
 }
 
 void CThreadView::ClearTree() {
-    // The records go next; the rows that Find shows of them stay readable.
+    // The records go next.
     if (CMainFrame* pMain = MainFrame())
-        pMain->m_wndFindPane.LetGo(m_document.Session());
+        pMain->LetGo(m_document.Session());
     m_model.Clear();
 }
 

@@ -15,18 +15,18 @@ CErrorPane::CErrorPane() : CDockablePane(tr("Errors/Warnings"), QStringLiteral("
 }
 
 void CErrorPane::FillList(CSessionDocument& document, const std::vector<RecordIndex>& listErrors) {
-    ShowRows(document, MakeErrorRows(document.Session(), listErrors));
+    ShowRows(document, MakeErrorRows(listErrors));
 }
 
 void CErrorPane::FillList(CSessionDocument& document, const CHeadList<RecordIndex>& listErrors) {
-    ShowRows(document, MakeErrorRows(document.Session(), listErrors));
+    ShowRows(document, MakeErrorRows(listErrors));
 }
 
 void CErrorPane::ShowRows(CSessionDocument& document, std::vector<ErrorRow> listRows) {
     ClearList();
     m_pList->Model().SetColumnTitle(0, ToQString(ProcessOrUserTitle(document.Session().m_nLogFormat)));
     m_session = CSessionReference(document);
-    m_rows.m_listRows = std::move(listRows);
+    m_rows.Show(document.Session(), std::move(listRows));
     m_pList->Fill(&m_rows);
 }
 
@@ -34,6 +34,11 @@ void CErrorPane::ClearList() {
     m_pList->Fill(nullptr);
     m_session = {};
     m_rows.Clear();
+}
+
+void CErrorPane::LetGo(const CCarvelotDoc& session) {
+    if (m_rows.Session() == &session)
+        ClearList();
 }
 
 void CErrorPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

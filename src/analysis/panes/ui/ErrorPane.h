@@ -19,6 +19,8 @@ public:
     void FillList(CSessionDocument& document, const std::vector<RecordIndex>& listErrors);
     void FillList(CSessionDocument& document, const CHeadList<RecordIndex>& listErrors);
     void ClearList();
+    // To be called before a session's records go: empties the list if it shows them.
+    void LetGo(const CCarvelotDoc& session);
     QWidget* MainControl() const override { return m_pList; }
 
 protected:
@@ -27,7 +29,7 @@ protected:
 private:
     void ShowRows(CSessionDocument& document, std::vector<ErrorRow> listRows);
 
-    CRowSource<ErrorRow> m_rows;
+    CRecordSource<ErrorRow> m_rows;
     CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };

@@ -63,6 +63,7 @@ CListModel::CListModel(std::span<const CColumnSpec> columns) {
 void CListModel::BeginFill() {
     beginResetModel();
     m_pSource = nullptr;
+    m_nRows = 0;
     Release(m_listOrder);
     endResetModel();
 }
@@ -70,8 +71,8 @@ void CListModel::BeginFill() {
 void CListModel::EndFill(const CListSource* pSource) {
     beginResetModel();
     m_pSource = pSource;
-    m_listOrder.resize(pSource != nullptr ? pSource->RowCount() : 0);
-    std::iota(m_listOrder.begin(), m_listOrder.end(), std::size_t{0});
+    m_nRows = pSource != nullptr ? static_cast<int>(pSource->RowCount()) : 0;
+    Release(m_listOrder);
     endResetModel();
 }
 
@@ -80,9 +81,7 @@ void CListModel::SetColumnTitle(int nColumn, const QString& strTitle) {
     emit headerDataChanged(Qt::Horizontal, nColumn, nColumn);
 }
 
-int CListModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(m_listOrder.size());
-}
+int CListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_nRows; }
 
 int CListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_listColumns.size());
@@ -119,6 +118,10 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     for (const QModelIndex& index : listBefore)
         listSourceRows.push_back(SourceRow(index.row()));
 
+    if (m_listOrder.empty()) {
+        m_listOrder.resize(static_cast<std::size_t>(m_nRows));
+        std::iota(m_listOrder.begin(), m_listOrder.end(), std::size_t{0});
+    }
     m_pSource->Sort(m_listOrder, nColumn, nOrder == Qt::DescendingOrder);
 
     if (!listBefore.isEmpty()) {

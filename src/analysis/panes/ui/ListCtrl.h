@@ -32,7 +32,10 @@ public:
     // Where right alignment suits a column of numbers.
     void SetRightAligned(int nColumn) { m_listColumns[static_cast<std::size_t>(nColumn)].m_bRight = true; }
     // The source's row that stands in a list row.
-    std::size_t SourceRow(int nRow) const { return m_listOrder[static_cast<std::size_t>(nRow)]; }
+    std::size_t SourceRow(int nRow) const {
+        const auto nAt = static_cast<std::size_t>(nRow);
+        return m_listOrder.empty() ? nAt : m_listOrder[nAt];
+    }
     int ColumnWidth(int nColumn) const { return m_listColumns[static_cast<std::size_t>(nColumn)].m_nWidth; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -51,7 +54,9 @@ private:
 
     std::vector<CColumn> m_listColumns;
     const CListSource* m_pSource = nullptr;
-    std::vector<std::size_t> m_listOrder;
+    int m_nRows = 0;
+    std::vector<std::size_t>
+        m_listOrder; // empty until the rows are sorted: they stand as the source has them
     bool m_bSortable = true;
 };
 

@@ -26,7 +26,7 @@ void CLongTasksPane::ShowRows(CSessionDocument& document, std::vector<TaskRow> l
     ClearList();
     m_pList->Model().SetColumnTitle(0, ToQString(ProcessOrUserTitle(document.Session().m_nLogFormat)));
     m_session = CSessionReference(document);
-    m_rows.m_listRows = std::move(listRows);
+    m_rows.Show(document.Session(), std::move(listRows));
     m_pList->Fill(&m_rows);
 }
 
@@ -34,6 +34,11 @@ void CLongTasksPane::ClearList() {
     m_pList->Fill(nullptr);
     m_session = {};
     m_rows.Clear();
+}
+
+void CLongTasksPane::LetGo(const CCarvelotDoc& session) {
+    if (m_rows.Session() == &session)
+        ClearList();
 }
 
 void CLongTasksPane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pList, nWidth, nHeight); }

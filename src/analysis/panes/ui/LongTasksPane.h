@@ -19,6 +19,8 @@ public:
     // Longest first.
     void FillList(CSessionDocument& document, const CBSFNAnalysis& functions, const CSQLAnalysis& statements);
     void ClearList();
+    // To be called before a session's records go: empties the list if it shows them.
+    void LetGo(const CCarvelotDoc& session);
     QWidget* MainControl() const override { return m_pList; }
 
 protected:
@@ -27,7 +29,7 @@ protected:
 private:
     void ShowRows(CSessionDocument& document, std::vector<TaskRow> listRows);
 
-    CRowSource<TaskRow> m_rows;
+    CRecordSource<TaskRow> m_rows;
     CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };

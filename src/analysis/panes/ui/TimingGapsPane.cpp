@@ -30,7 +30,7 @@ void CTimingGapsPane::ShowRows(CSessionDocument& document, std::vector<GapRow> l
     ClearList();
     m_pList->Model().SetColumnTitle(0, ToQString(ProcessOrUserTitle(document.Session().m_nLogFormat)));
     m_session = CSessionReference(document);
-    m_rows.m_listRows = std::move(listRows);
+    m_rows.Show(document.Session(), std::move(listRows));
     m_pList->Fill(&m_rows);
 }
 
@@ -59,6 +59,8 @@ void CTimingGapsPane::OnExport() {
         UserInterface().ShowMessage(QStringLiteral("Invalid file type"));
         return;
     }
+    if (m_rows.Session() == nullptr)
+        return; // the rows went while the questions were up
     int nError = 0;
     bool bWritten = false;
     {
@@ -67,14 +69,19 @@ void CTimingGapsPane::OnExport() {
         listShown.reserve(m_rows.m_listRows.size());
         for (int nRow = 0; nRow < m_pList->Model().rowCount(); ++nRow)
             listShown.push_back(m_rows.m_listRows[m_pList->Model().SourceRow(nRow)]);
-        bWritten = WriteGapExport(ToUtf8(*strPath), ExportGaps(listShown, *nFormat), nError);
+        bWritten =
+            WriteGapExport(ToUtf8(*strPath), ExportGaps(*m_rows.Session(), listShown, *nFormat), nError);
         // The text form trims the time stamps of the rows themselves.
         for (std::size_t nRow = 0; bWritten && nRow < listShown.size(); ++nRow)
-            m_rows.m_listRows[m_pList->Model().SourceRow(static_cast<int>(nRow))].m_strTimeStamp =
-                listShown[nRow].m_strTimeStamp;
+            m_rows.m_listRows[m_pList->Model().SourceRow(static_cast<int>(nRow))] = listShown[nRow];
     }
     if (!bWritten)
         UserInterface().ShowMessage(tr("Failed to write %1. Error: %2").arg(*strPath).arg(nError));
+}
+
+void CTimingGapsPane::LetGo(const CCarvelotDoc& session) {
+    if (m_rows.Session() == &session)
+        ClearList();
 }
 
 void CTimingGapsPane::OnSize(int nWidth, int nHeight) { m_pList->setGeometry(0, 0, nWidth, nHeight); }

@@ -18,6 +18,8 @@ public:
     // All gaps of the session, the latest on top.
     void FillList(CSessionDocument& document);
     void ClearList();
+    // To be called before a session's records go: empties the list if it shows them.
+    void LetGo(const CCarvelotDoc& session);
     QWidget* MainControl() const override { return m_pList; }
 
 protected:
@@ -28,7 +30,7 @@ private:
     void OnContextMenu(const QPoint& point);
     void OnExport();
 
-    CRowSource<GapRow> m_rows;
+    CRecordSource<GapRow> m_rows;
     CSessionReference m_session; // whose records the rows are
     CListCtrl* m_pList;
 };
