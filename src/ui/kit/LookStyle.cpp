@@ -937,7 +937,8 @@ void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, c
                            pBar->ShortText(pTab->tabIndex, metrics, rect.width()));
     else
         pPainter->drawText(
-            rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
+            rect,
+            Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
             metrics.elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic));
     pPainter->restore();
     if ((pTab->state & State_HasFocus) != 0) {
