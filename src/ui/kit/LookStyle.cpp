@@ -1088,6 +1088,11 @@ int CLookStyle::pixelMetric(PixelMetric nMetric, const QStyleOption* pOption, co
     }
 }
 
+QPixmap CLookStyle::generatedIconPixmap(QIcon::Mode nMode, const QPixmap& pixmap,
+                                        const QStyleOption* pOption) const {
+    return nMode == QIcon::Selected ? pixmap : QProxyStyle::generatedIconPixmap(nMode, pixmap, pOption);
+}
+
 int CLookStyle::styleHint(StyleHint nHint, const QStyleOption* pOption, const QWidget* pWidget,
                           QStyleHintReturn* pReturn) const {
     switch (nHint) {

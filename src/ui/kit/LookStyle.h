@@ -92,6 +92,9 @@ public:
                          const QWidget* pWidget) const override;
     QIcon standardIcon(StandardPixmap nIcon, const QStyleOption* pOption,
                        const QWidget* pWidget) const override;
+    // A picture of a selected row keeps its colours.
+    QPixmap generatedIconPixmap(QIcon::Mode nMode, const QPixmap& pixmap,
+                                const QStyleOption* pOption) const override;
 
 private:
     void DrawTab(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
