@@ -128,6 +128,13 @@ private slots:
                 "OLE initialization failed.  Make sure that the OLE libraries are the correct version."});
     }
 
+    void anEmptyWindowStartsWithTheKeyboardInItsMiddle() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QApplication::setActiveWindow(&run.Frame());
+        QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(&run.Frame().ClientArea()));
+    }
+
     void anEmptyCommandLineOpensNoDocument() {
         CFakeInterface user;
         const CRun run(*m_pFolder);

@@ -75,6 +75,9 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
         if (OpenDocumentFile(PathToQString(*strFile)) == nullptr)
             return false;
     }
+    // Else the toolkit would give the keyboard to the first button of a pane.
+    if (m_pMainWnd->ActiveChild() == nullptr)
+        m_pMainWnd->ClientArea().setFocus(Qt::OtherFocusReason);
     m_pMainWnd->show();
     m_pMainWnd->repaint();
     RegisterRestart();
