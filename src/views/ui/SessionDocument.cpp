@@ -3,6 +3,7 @@
 #include "shell/ui/CarvelotApp.h"
 #include "shell/ui/MainFrame.h"
 #include "shell/ui/PathText.h"
+#include "shell/ui/Text.h"
 
 namespace carvelot {
 
