@@ -174,6 +174,26 @@ private slots:
         }
     }
 
+    void theFocusOfAPaneThatGoesBehindATabGoesToThePaneInItsPlace() {
+        CMainFrame& frame = m_pRun->Frame();
+        CChildFrame* pFirst = m_pRun->Open("a.log", DebugLog({}));
+        m_pRun->Open("b.log", DebugLog({}));
+        frame.RunCommand(ID_WINDOW_NEW_VERTICAL_GROUP);
+        frame.ClientArea().Activate(*pFirst);
+        CSessionRun::ShowPane(frame.m_wndBSFNPane);
+        frame.m_wndBSFNPane.MainControl()->setFocus();
+        QList<QWidget*> listFocused;
+        connect(qApp, &QApplication::focusChanged, this,
+                [&listFocused](QWidget*, QWidget* pNow) { listFocused << pNow; });
+        CSessionRun::ShowPane(frame.m_wndErrorPane);
+        disconnect(qApp, nullptr, this, nullptr);
+        QCOMPARE(QApplication::focusWidget(), frame.m_wndErrorPane.MainControl());
+        // On its way it touched no session: the one in front is so still.
+        for (const QWidget* pWidget : listFocused)
+            QVERIFY(pWidget == nullptr || !frame.ClientArea().isAncestorOf(pWidget));
+        QCOMPARE(frame.ClientArea().ActiveChild(), pFirst);
+    }
+
     void aPaneThatFloatsFromBehindATabShowsItsParts() {
         CMainFrame& frame = m_pRun->Frame();
         frame.m_wndFindPane.setFloating(true);

@@ -449,7 +449,8 @@ private slots:
     }
 
     void whoClicksOnAPanesTabGoesOnInThatPane() {
-        Select(m_pRun->Open("a.log", Log()), "Process - 5");
+        CChildFrame* pSession = m_pRun->Open("a.log", Log());
+        Select(pSession, "Process - 5");
         CMainFrame& frame = m_pRun->Frame();
         const auto fnClickTab = [&frame](const CDockablePane& pane) {
             for (QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
@@ -467,9 +468,10 @@ private slots:
         QCOMPARE(Rows(frame.m_wndFindPane.List()),
                  (QStringList{"5|7|UPDATE T1 SET A = 1", "10|2|JDB9900168 - Failed to update"}));
         // A pane that comes up in another way leaves the focus where it is.
+        pSession->ThreadView().setFocus();
         frame.m_wndErrorPane.raise();
         QCoreApplication::processEvents();
-        QVERIFY(!frame.m_wndErrorPane.List().hasFocus());
+        QVERIFY(pSession->ThreadView().hasFocus());
     }
 
     void rawDataCannotBeEditedAndScrolls() {

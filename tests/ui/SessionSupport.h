@@ -164,7 +164,10 @@ inline void AskForMenu(QWidget& widget, const QPoint& point, QContextMenuEvent::
     QApplication::sendEvent(&widget, &event);
 }
 
+// Whoever clicks in a session that is behind another one's tab brings it to the front first.
 inline void Select(CChildFrame* pFrame, const char* pszNode) {
+    if (!pFrame->isVisible())
+        MainFrame()->ClientArea().Activate(*pFrame);
     Click(pFrame->ThreadView(), FindNode(pFrame->ThreadView().Model(), QLatin1String(pszNode)));
 }
 

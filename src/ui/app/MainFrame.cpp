@@ -345,10 +345,11 @@ QList<CDockablePane*> CMainFrame::Panes() {
             &m_wndRawDataPane, &m_wndCachePane, &m_wndErrorPane,      &m_wndBSFNPane};
 }
 
-// Whoever clicks on a pane's tab goes on in that pane.
+// Whoever clicks on a pane's tab, or has the focus in the pane that it covers, goes on in that pane.
 void CMainFrame::OnTabActivated(QDockWidget* pDock) {
     auto* pPane = qobject_cast<CDockablePane*>(pDock);
-    if (pPane != nullptr && (QApplication::mouseButtons() & Qt::LeftButton))
+    if (pPane != nullptr &&
+        (QApplication::mouseButtons().testFlag(Qt::LeftButton) || QApplication::focusWidget() == this))
         pPane->MainControl()->setFocus(Qt::MouseFocusReason);
 }
 

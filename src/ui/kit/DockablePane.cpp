@@ -159,6 +159,9 @@ bool CDockablePane::IsInFront() const {
 // Neither the keyboard nor a screen reader reaches the parts of a pane behind a tab.
 void CDockablePane::ShowParts() {
     const bool bFront = IsInFront();
+    // Else the toolkit would hand the focus on to the next part of the window, be it a session's.
+    if (isVisible() && !bFront && IsActivePane(*this))
+        window()->setFocus(Qt::OtherFocusReason);
     m_pClient->setVisible(bFront);
     if (!isWindow()) {
         if (QAbstractButton* pFloat = TitleButton(kFloatButton))
