@@ -6,9 +6,9 @@
 //   carvelot_bench --carvelot_peak=FILE     loads FILE and prints the peak of its own memory, in bytes
 #include "LogGenerator.h"
 
-#include "logcore/CarvelotDoc.h"
 #include "platform/ProcessMemory.h"
-#include "views/DetailTree.h"
+#include "session/CarvelotDoc.h"
+#include "trees/DetailTree.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
-// A whole log in either format, as a file holds it: load, trees, every analysis, lists, searches, exports and
-// JSON. The first byte chooses the settings, the rest is the file.
+// A whole log in either format: load, trees, every analysis, lists, searches, exports and JSON. The first
+// byte chooses the settings, the rest is the log.
 #include "support/FuzzSession.h"
 
 using namespace carvelot;
@@ -9,14 +9,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (input.empty()) {
         return 0;
     }
-    AnalysisSettings settings;
-    settings.m_fThreshold = (input[0] & 1) != 0 ? 0.0F : 1.0F;
-    settings.m_bCacheAnalysis = (input[0] & 2) == 0;
-    fuzz::CFuzzSession session(input.substr(1), settings);
+    fuzz::CFuzzSession::Options options;
+    options.settings.m_fThreshold = (input[0] & 1) != 0 ? 0.0F : 1.0F;
+    options.settings.m_bCacheAnalysis = (input[0] & 2) == 0;
+    const std::string_view log = input.substr(1);
+    static fuzz::CFuzzSession session;
+    session.Load(log, options);
     fuzz::WalkSession(session);
-    // The same file once more, as Analyze reads it.
+    // The same log once more, as Analyze reads it.
     const std::size_t records = session.m_doc.m_listDetails.Size();
-    session.m_doc.OnAnalyze();
+    session.LoadAgain(log);
     fuzz::Require(session.m_doc.m_nLogFormat != LOG_FORMAT_DEBUG ||
                       session.m_doc.m_listDetails.Size() == records,
                   "a second analysis makes as many records");

@@ -1,8 +1,8 @@
 // The settings store off Windows, a text file of any bytes: what the program reads at its start, and what it
 // writes. On Windows the store is the registry, which is not ours to damage.
 #include "platform/Registry.h"
-#include "shell/AppSettings.h"
-#include "shell/RecentFiles.h"
+#include "settings/AppSettings.h"
+#include "settings/RecentFiles.h"
 #include "support/FuzzFile.h"
 
 #include <cmath>

@@ -1,16 +1,16 @@
 // Texts that a user types: the search text, dates, numbers, the command line of the report, an export's name.
 // The first line is the text, the rest is what is searched.
-#include "analysis/panes/GapExport.h"
-#include "logcore/CaseText.h"
-#include "logcore/Columns.h"
-#include "logcore/FindText.h"
-#include "logcore/NodeText.h"
-#include "logcore/Numbers.h"
+#include "lists/GapExport.h"
 #include "platform/CodePage.h"
+#include "records/NodeText.h"
 #include "report/ReportOptions.h"
-#include "shell/Numbers.h"
-#include "shell/StartArguments.h"
+#include "settings/StartArguments.h"
 #include "support/FuzzFile.h"
+#include "text/CaseText.h"
+#include "text/Columns.h"
+#include "text/FindText.h"
+#include "text/Numbers.h"
+#include "text/TypedNumber.h"
 #include "tools/JulianDate.h"
 
 #include <algorithm>

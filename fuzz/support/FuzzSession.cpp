@@ -1,13 +1,15 @@
 #include "support/FuzzSession.h"
 
-#include "analysis/panes/FindSource.h"
-#include "analysis/panes/GapExport.h"
-#include "analysis/panes/RowSource.h"
-#include "logcore/NodeText.h"
+#include "lists/FindSource.h"
+#include "lists/GapExport.h"
+#include "lists/PaneContent.h"
+#include "lists/RowSource.h"
+#include "records/NodeText.h"
 #include "report/JsonReport.h"
 #include "report/TextReport.h"
-#include "views/DetailTree.h"
-#include "views/ThreadTree.h"
+#include "support/SameSessions.h"
+#include "trees/DetailTree.h"
+#include "trees/ThreadTree.h"
 
 #include <rapidjson/document.h>
 
@@ -15,18 +17,9 @@
 #include <numeric>
 #include <sstream>
 
-#ifdef __linux__
-#include <sys/prctl.h>
-#endif
-
 namespace carvelot::fuzz {
 
 namespace {
-
-#ifdef __linux__
-// A session's blocks are huge pages, which the kernel clears as a whole: too dear for logs of a few lines.
-[[maybe_unused]] const int s_noHugePages = ::prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);
-#endif
 
 void RequireJson(const std::string& text) {
     rapidjson::Document document;
@@ -127,8 +120,8 @@ void WalkSession(CFuzzSession& session) {
     CDetailTree tree(doc);
     for (const auto& process : doc.m_listProcesses) {
         (void)ProcessNodeText(doc, *process);
-        (void)ProcessTitle(doc, *process);
-        (void)ProcessCaption(*process);
+        (void)TitleOf(doc, Selection(*process));
+        (void)CaptionOf(Selection(*process));
         RequireRecords(doc, process->m_listErrors);
         SortEveryWay(doc, MakeErrorRows(process->m_listErrors));
         WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
@@ -143,8 +136,8 @@ void WalkSession(CFuzzSession& session) {
         tree.ResetTree();
         for (const auto& thread : process->m_listThreads) {
             (void)ThreadNodeText(*thread);
-            (void)ThreadTitle(doc, *thread);
-            (void)ThreadCaption(*thread);
+            (void)TitleOf(doc, Selection(*thread));
+            (void)CaptionOf(Selection(*thread));
             Require(!thread->m_listDetails.empty(), "a thread keeps its last record");
             RequireRecords(doc, thread->m_listDetails);
             RequireRecords(doc, thread->m_listErrors);
@@ -159,8 +152,8 @@ void WalkSession(CFuzzSession& session) {
     }
     (void)UserImages(doc);
     for (const auto& user : doc.m_listUsers) {
-        (void)UserTitle(doc, *user);
-        (void)UserCaption(*user);
+        (void)TitleOf(doc, Selection(*user));
+        (void)CaptionOf(Selection(*user));
         RequireRecords(doc, user->m_listDetails);
         RequireRecords(doc, user->m_listErrors);
         SortEveryWay(doc, MakeErrorRows(user->m_listErrors));
@@ -194,26 +187,19 @@ void WalkSession(CFuzzSession& session) {
     RequireJson(out.str());
 }
 
-void RequireSameRecords(const CFuzzSession& one, const CFuzzSession& other) {
-    const CDetailList& a = one.m_doc.m_listDetails;
-    const CDetailList& b = other.m_doc.m_listDetails;
-    Require(one.m_bLoaded == other.m_bLoaded, "both load or neither");
-    Require(a.Size() == b.Size(), "the same number of records");
-    for (std::uint32_t i = 0; i < a.Size(); ++i) {
-        const CLogDetail x = a[RecordIndex{i}];
-        const CLogDetail y = b[RecordIndex{i}];
-        Require(x.m_nKind == y.m_nKind && x.m_nReturnCode == y.m_nReturnCode, "the same kind and code");
-        Require(x.m_strMonth == y.m_strMonth && x.m_nDay == y.m_nDay, "the same day");
-        Require(x.m_nHour == y.m_nHour && x.m_nMinute == y.m_nMinute && x.m_nSecond == y.m_nSecond &&
-                    x.m_nMicrosecond == y.m_nMicrosecond,
-                "the same time");
-        Require(x.m_nProcessID == y.m_nProcessID && x.m_nThreadID == y.m_nThreadID, "the same ids");
-        Require(x.m_strThreadLabel.Joined() == y.m_strThreadLabel.Joined(), "the same label");
-        Require(x.m_strText == y.m_strText, "the same text");
-        Require(x.m_strName == y.m_strName && x.m_strTable == y.m_strTable, "the same name and table");
-        Require(x.m_strLevel == y.m_strLevel && x.m_strUser == y.m_strUser && x.m_strSource == y.m_strSource,
-                "the same level, user and source");
-    }
+void RequireSameBothWays(std::string_view log, std::uint32_t processFilter) {
+    static CFuzzSession usual;
+    static CFuzzSession plain;
+    CFuzzSession::Options options;
+    options.processFilter = processFilter;
+    usual.Load(log, options);
+    options.plain = true;
+    plain.Load(log, options);
+    const std::string difference = test::DifferenceOf(usual.m_doc, plain.m_doc);
+    Require(difference.empty(), "read plainly, another outcome: " + difference);
+    Require(usual.m_pending.statement == plain.m_pending.statement &&
+                usual.m_pending.parameters == plain.m_pending.parameters,
+            "read plainly, another statement awaits its parameters");
 }
 
 } // namespace carvelot::fuzz

@@ -1,7 +1,7 @@
 // A session that reads a fuzz target's input, and a walk over all that can be asked of it.
 #pragma once
 
-#include "logcore/CarvelotDoc.h"
+#include "session/CarvelotDoc.h"
 #include "support/FuzzFile.h"
 
 #include <string_view>
@@ -12,21 +12,36 @@ class CSilentHost : public ISessionHost {
 public:
     void ShowMessage(std::string_view) override { ++m_nMessages; }
     void PrintOutput(std::string_view) override {}
-    void BeginWaitCursor() override { ++m_nWaits; }
-    void EndWaitCursor() override { --m_nWaits; }
 
     int m_nMessages = 0;
-    int m_nWaits = 0;
 };
 
+// A session that reads one log after the other, each as a new session does. Its memory is kept: making that
+// costs more than a few lines.
 class CFuzzSession {
 public:
-    explicit CFuzzSession(std::string_view log, AnalysisSettings settings = {}) : m_settings(settings) {
-        static const CFuzzFile file;
-        file.Write(log);
-        m_bLoaded = m_doc.OnOpenDocument(file.Path());
+    struct Options {
+        AnalysisSettings settings;
+        bool plain = false; // see CCarvelotDoc::m_bPlainParse
+        std::uint32_t processFilter = 0;
+    };
+
+    void Load(std::string_view log, const Options& options) {
+        m_settings = options.settings;
+        m_pending = {};
+        m_doc.m_bPlainParse = options.plain;
+        m_doc.m_nProcessFilter = options.processFilter;
+        m_doc.m_nLogFormat = LOG_FORMAT_DEBUG;
+        m_doc.m_nTextColumn = m_doc.m_nTabCount = 0;
+        m_doc.m_bDashForm = m_doc.m_bUBELog = false;
+        LoadAgain(log);
+    }
+    // The same session, as Analyze reads it.
+    void LoadAgain(std::string_view log) {
+        m_host.m_nMessages = 0;
+        CMemorySource source(log);
+        m_bLoaded = m_doc.LoadFrom(source);
         Require(m_bLoaded == (m_host.m_nMessages == 0), "a load that fails says so once, another never");
-        Require(m_host.m_nWaits == 0, "the wait cursor goes with the load");
     }
 
     AnalysisSettings m_settings;
@@ -40,7 +55,8 @@ public:
 // every list in every order, the searches, both exports, the JSON, which must parse.
 void WalkSession(CFuzzSession& session);
 
-// Demands that both sessions hold the same records in the same places.
-void RequireSameRecords(const CFuzzSession& one, const CFuzzSession& other);
+// Demands that a log reads the same with and without the short ways of the parser, under a process filter
+// too.
+void RequireSameBothWays(std::string_view log, std::uint32_t processFilter);
 
 } // namespace carvelot::fuzz

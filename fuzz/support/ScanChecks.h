@@ -1,40 +1,40 @@
 // What every scan of a block must find in bytes of any kind.
 #pragma once
 
-#include "logcore/Classifier.h"
-#include "logcore/LineScan.h"
+#include "parse/Classifier.h"
 #include "support/FuzzSession.h"
+#include "text/LineScan.h"
 
 #include <algorithm>
 #include <memory>
 #include <string_view>
-#include <vector>
 
 namespace carvelot::fuzz {
 
 // All scans agree, the line ends are those that a plain search finds, and the hints of a text lead to every
 // sign that a search of the whole text sees. `signs` are those that the set looks for.
 inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs) {
-    const auto buffer = std::make_unique<char[]>(bytes.size() + kScanPadding);
+    const auto buffer = std::make_unique_for_overwrite<char[]>(bytes.size() + kScanPadding);
     std::copy(bytes.begin(), bytes.end(), buffer.get());
     std::fill_n(buffer.get() + bytes.size(), kScanPadding, 'C');
-    LineIndex index(bytes.size());
-    const auto scan = [&](ScanBlockFunction function) {
-        function(buffer.get(), bytes.size(), index);
-        std::vector<std::uint32_t> seen;
-        for (const std::uint32_t* places : {index.ends.get(), index.hints.get()}) {
-            while (*places != LineIndex::kNoMore) {
-                seen.push_back(*places++);
-            }
-            seen.push_back(LineIndex::kNoMore);
+    // Behind the last place of each list stands kNoMore.
+    const auto same = [](const std::uint32_t* one, const std::uint32_t* other) {
+        while (*one == *other && *one != LineIndex::kNoMore) {
+            ++one;
+            ++other;
         }
-        seen.push_back(index.ascii ? 1 : 0);
-        seen.push_back(index.holdsNul ? 1 : 0);
-        return seen;
+        return *one == *other;
     };
-    const std::vector<std::uint32_t> plain = scan(ScanByBytes(set));
-    for (const ScanBlockFunction function : {ScanBy16(set), ScanBy32(set), ScanBy64(set)}) {
-        Require(function == nullptr || scan(function) == plain, "all scans agree");
+    LineIndex index(bytes.size());
+    ScanByBytes(set)(buffer.get(), bytes.size(), index);
+    LineIndex other(bytes.size());
+    for (const ScanBlockFunction scan : {ScanBy16(set), ScanBy32(set), ScanBy64(set)}) {
+        if (scan != nullptr) {
+            scan(buffer.get(), bytes.size(), other);
+            Require(same(index.ends.get(), other.ends.get()) && same(index.hints.get(), other.hints.get()) &&
+                        index.ascii == other.ascii && index.holdsNul == other.holdsNul,
+                    "all scans agree");
+        }
     }
     const std::uint32_t* end = index.ends.get();
     for (std::size_t at = 0; at < bytes.size(); ++at) {

@@ -4,7 +4,7 @@
 // The first byte says what the rest is: "L" a block of the panes' and toolbars' layout, "G" one of the
 // window's geometry, anything else lines of a value's name, "=" and its text.
 #include "platform/Registry.h"
-#include "shell/AppSettings.h"
+#include "settings/AppSettings.h"
 #include "support/FuzzFile.h"
 #include "ui/UiSupport.h"
 

@@ -1,8 +1,8 @@
 #include "analysis/BSFNAnalysis.h"
 
-#include "logcore/ByteScan.h"
-#include "logcore/Columns.h"
-#include "logcore/Numbers.h"
+#include "text/ByteScan.h"
+#include "text/Columns.h"
+#include "text/Numbers.h"
 
 #include <algorithm>
 #include <string>

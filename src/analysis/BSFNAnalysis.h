@@ -1,10 +1,10 @@
 // Calls of business functions in one process, thread or user: how often, how long, and which ones ran long.
 #pragma once
 
-#include "logcore/AnalysisSettings.h"
-#include "logcore/DetailList.h"
-#include "logcore/HeadList.h"
-#include "logcore/NumberMap.h"
+#include "records/AnalysisSettings.h"
+#include "records/DetailList.h"
+#include "records/HeadList.h"
+#include "records/NumberMap.h"
 
 #include <cstdint>
 #include <deque>

@@ -1,8 +1,8 @@
 #include "analysis/CacheAnalysis.h"
 
-#include "logcore/ByteScan.h"
-#include "logcore/Columns.h"
-#include "logcore/NodeText.h"
+#include "records/NodeText.h"
+#include "text/ByteScan.h"
+#include "text/Columns.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "analysis/CacheWords.h"
-#include "logcore/DetailList.h"
-#include "logcore/NumberMap.h"
+#include "records/DetailList.h"
+#include "records/NumberMap.h"
 
 #include <cstdint>
 #include <deque>

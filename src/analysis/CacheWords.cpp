@@ -1,6 +1,6 @@
 #include "analysis/CacheWords.h"
 
-#include "logcore/ByteScan.h"
+#include "text/ByteScan.h"
 
 #include <cstring>
 

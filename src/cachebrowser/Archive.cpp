@@ -1,7 +1,7 @@
 #include "cachebrowser/Archive.h"
 
-#include "logcore/Columns.h"
 #include "platform/CodePage.h"
+#include "text/Columns.h"
 
 #include <algorithm>
 #include <limits>

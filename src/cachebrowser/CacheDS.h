@@ -1,7 +1,7 @@
 // CacheDS.h - what a row of a cache looks like: its columns one after the other, without any padding.
 #pragma once
 
-#include "analysis/panes/ListSource.h"
+#include "text/ListSource.h"
 
 #include <array>
 #include <cstddef>

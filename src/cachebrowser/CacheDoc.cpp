@@ -1,7 +1,7 @@
 #include "cachebrowser/CacheDoc.h"
 
 #include "cachebrowser/CacheFetch.h"
-#include "logcore/Numbers.h"
+#include "text/Numbers.h"
 
 #include <algorithm>
 #include <cstdlib>

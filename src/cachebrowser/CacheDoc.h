@@ -51,7 +51,8 @@ public:
 
     ICacheDSView* m_pDSView = nullptr;
     ICacheDataView* m_pDataView = nullptr;
-    bool m_bCacheValid = false; // the last probe or fetch found the cache readable
+    FFormatMathNumeric m_pfnFormatMathNumeric = nullptr; // JDE's own, where there is JDE
+    bool m_bCacheValid = false;                          // the last probe or fetch found the cache readable
     CCacheDS m_cacheDS;
     std::uint32_t m_processId = 0;
     std::string m_strHandle; // hexadecimal

@@ -1,5 +1,5 @@
 #include "cachebrowser/CacheDS.h"
-#include "logcore/Numbers.h"
+#include "text/Numbers.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "live/CompanionLibrary.h"
 
-#include "logcore/Columns.h"
-#include "logcore/Numbers.h"
+#include "text/Columns.h"
+#include "text/Numbers.h"
 
 #include <algorithm>
 #include <limits>

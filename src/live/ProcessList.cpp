@@ -1,8 +1,8 @@
 #include "live/ProcessList.h"
 
-#include "logcore/CaseText.h"
-#include "logcore/Numbers.h"
 #include "platform/SharedFile.h"
+#include "text/CaseText.h"
+#include "text/Numbers.h"
 
 #include <algorithm>
 #include <stdexcept>

@@ -2,10 +2,10 @@
 // process, and the commands on the selected rows.
 #pragma once
 
-#include "analysis/panes/ListSource.h"
 #include "live/CompanionLibrary.h"
 #include "platform/Processes.h"
-#include "shell/AppSettings.h"
+#include "settings/AppSettings.h"
+#include "text/ListSource.h"
 
 #include <array>
 #include <cstdint>

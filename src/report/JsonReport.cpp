@@ -1,7 +1,7 @@
 #include "report/JsonReport.h"
 
-#include "logcore/Columns.h"
 #include "platform/CodePage.h"
+#include "text/Columns.h"
 
 #include <rapidjson/writer.h>
 

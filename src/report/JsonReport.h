@@ -1,8 +1,8 @@
 // A session as JSON: the contract that scripts hold on to. Texts that are no valid Unicode show U+FFFD.
 #pragma once
 
-#include "logcore/CarvelotDoc.h"
-#include "views/DetailTree.h"
+#include "session/CarvelotDoc.h"
+#include "trees/DetailTree.h"
 
 #include <iosfwd>
 #include <string>

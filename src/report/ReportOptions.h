@@ -1,7 +1,7 @@
 // What the command line of carvelot-report asks for.
 #pragma once
 
-#include "logcore/AnalysisSettings.h"
+#include "records/AnalysisSettings.h"
 
 #include <cstdint>
 #include <iosfwd>

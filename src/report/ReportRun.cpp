@@ -1,10 +1,11 @@
 #include "report/ReportRun.h"
 
-#include "analysis/panes/GapExport.h"
+#include "lists/GapExport.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
 #include "report/TextReport.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <ostream>
@@ -90,6 +91,9 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     PendingStatement pending;
     CCarvelotDoc session(options->settings, pending, host);
     session.m_nProcessFilter = options->processFilter;
+    // For tests, and for a doubt whether the short ways of the parser read what is there.
+    const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
+    session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
     if (!session.OnOpenDocument(options->log)) {
         return REPORT_FAILED;
     }

@@ -1,9 +1,9 @@
 #include "report/TextReport.h"
 
-#include "analysis/panes/PaneRows.h"
-#include "logcore/Columns.h"
-#include "logcore/NodeText.h"
-#include "views/ThreadTree.h"
+#include "lists/PaneRows.h"
+#include "records/NodeText.h"
+#include "text/Columns.h"
+#include "trees/ThreadTree.h"
 
 #include <algorithm>
 #include <array>

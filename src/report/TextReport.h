@@ -1,8 +1,8 @@
 // A session as text for a terminal: what a developer asks first, the worst first.
 #pragma once
 
-#include "logcore/CarvelotDoc.h"
-#include "views/DetailTree.h"
+#include "session/CarvelotDoc.h"
+#include "trees/DetailTree.h"
 
 #include <iosfwd>
 #include <string>

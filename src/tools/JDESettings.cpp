@@ -1,9 +1,9 @@
 #include "tools/JDESettings.h"
 
-#include "logcore/Columns.h"
 #include "platform/Directory.h"
 #include "platform/ProfileFile.h"
 #include "platform/Registry.h"
+#include "text/Columns.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "tools/JulianDate.h"
 
-#include "logcore/Columns.h"
-#include "logcore/Numbers.h"
+#include "text/Columns.h"
+#include "text/Numbers.h"
 
 #include <chrono>
 #include <cstdio>

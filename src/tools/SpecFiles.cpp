@@ -1,9 +1,9 @@
 #include "tools/SpecFiles.h"
 
-#include "logcore/CaseText.h"
 #include "platform/Directory.h"
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
+#include "text/CaseText.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // SpecFiles.h - the local global table and data dictionary files of a JDE client: finding, sorting, deleting.
 #pragma once
 
-#include "analysis/panes/ListSource.h"
+#include "text/ListSource.h"
 
 #include <array>
 #include <cstdint>

@@ -2,8 +2,8 @@
 // simulated workstation.
 #include "cachebrowser/CacheFetch.h"
 #include "cachebrowser/CacheDoc.h"
-#include "logcore/CarvelotDoc.h"
 #include "platform/DateText.h"
+#include "session/CarvelotDoc.h"
 #include "simulator/ProcessState.h"
 #include "simulator/Rows.h"
 #include "support/TestLog.h"

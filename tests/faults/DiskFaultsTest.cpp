@@ -1,16 +1,16 @@
 // Exports and settings on a disk that is full or fails, and settings that two programs write at once.
-#include "analysis/panes/GapExport.h"
 #include "faults/Faults.h"
+#include "lists/GapExport.h"
 #include "platform/AtomicFile.h"
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
 #include "report/ReportRun.h"
-#include "shell/AppSettings.h"
-#include "shell/RecentFiles.h"
+#include "session/TraceMessage.h"
+#include "settings/AppSettings.h"
+#include "settings/RecentFiles.h"
 #include "support/SettingsStore.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
-#include "views/TraceMessage.h"
 
 #include <cerrno>
 #include <csignal>

@@ -2,8 +2,8 @@
 // own means, and a real dynamic library that reaches into them.
 #include "live/ProcessList.h"
 
-#include "logcore/CarvelotDoc.h"
 #include "platform/SharedFile.h"
+#include "session/CarvelotDoc.h"
 #include "simulator/ProcessState.h"
 #include "simulator/Rows.h"
 #include "support/TestLog.h"

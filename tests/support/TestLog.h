@@ -1,9 +1,9 @@
 // A log made of the lines of a test, and the session that reads it.
 #pragma once
 
-#include "logcore/CarvelotDoc.h"
 #include "platform/SharedFile.h"
 #include "platform/TemporaryFile.h"
+#include "session/CarvelotDoc.h"
 
 #include <cstdio>
 #include <fstream>

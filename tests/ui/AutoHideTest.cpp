@@ -1,8 +1,8 @@
 // Panes folded away to the edge of the window.
 #include "ui/UiSupport.h"
 
-#include "shell/ui/AutoHide.h"
-#include "shell/ui/ToolBar.h"
+#include "ui/kit/AutoHide.h"
+#include "ui/kit/ToolBar.h"
 
 #include <QAbstractButton>
 #include <QFrame>

@@ -1,9 +1,10 @@
 #include "ui/SessionSupport.h"
 
-#include "cachebrowser/ui/CacheDlg.h"
-#include "cachebrowser/ui/CacheDocument.h"
-#include "cachebrowser/ui/CacheFrame.h"
 #include "platform/DateText.h"
+#include "ui/app/Requests.h"
+#include "ui/cachebrowser/CacheDlg.h"
+#include "ui/cachebrowser/CacheDocument.h"
+#include "ui/cachebrowser/CacheFrame.h"
 
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -509,6 +510,10 @@ private slots:
         pSplitter->setSizes({400, 600});
         QCOMPARE(view.findChild<QGroupBox*>()->width(), view.width() - 2);
         QCOMPARE(frame.DataView().selectionBehavior(), QAbstractItemView::SelectRows);
+        const QHeaderView& members = *view.List().header();
+        QCOMPARE(members.sectionSize(0), 100);
+        QCOMPARE(members.sectionSize(1), 70);
+        QCOMPARE(members.sectionSize(2), 60);
         // F6 walks from the structure to the rows.
         frame.FocusLastPane();
         QVERIFY(view.List().hasFocus());
@@ -520,6 +525,14 @@ private slots:
         StartProgram();
         Browse(QStringLiteral("int a;"));
         QCOMPARE(PartsThatTakeNoCopy(*MainFrame()), QStringList());
+    }
+
+    void aColumnOfRowsIs100WideWhateverItsTitle() {
+        StartProgram();
+        CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR szAVeryLongNameOfAMember[11];"));
+        const QHeaderView& header = *frame.DataView().header();
+        QCOMPARE(header.sectionSize(0), 100);
+        QCOMPARE(header.sectionSize(1), 100);
     }
 
     void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {

@@ -3,17 +3,17 @@
 #include "ui/UiSupport.h"
 
 #include "cachebrowser/CacheDoc.h"
-#include "cachebrowser/ui/CacheDlg.h"
-#include "shell/Commands.h"
-#include "shell/ui/AboutDlg.h"
-#include "shell/ui/CustomizeDlg.h"
-#include "shell/ui/LookStyle.h"
-#include "shell/ui/OptionsDlg.h"
-#include "shell/ui/WindowsDlg.h"
-#include "tools/ui/ConvertDates.h"
-#include "tools/ui/GBLTables.h"
-#include "tools/ui/Settings.h"
-#include "views/ui/MessageDlg.h"
+#include "settings/Commands.h"
+#include "ui/app/AboutDlg.h"
+#include "ui/app/CustomizeDlg.h"
+#include "ui/app/OptionsDlg.h"
+#include "ui/cachebrowser/CacheDlg.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/kit/WindowsDlg.h"
+#include "ui/session/MessageDlg.h"
+#include "ui/tools/ConvertDates.h"
+#include "ui/tools/GBLTables.h"
+#include "ui/tools/Settings.h"
 
 #include <QAbstractItemModelTester>
 #include <QAbstractItemView>

@@ -1,8 +1,8 @@
 // What is on the screen and what is not: panes behind tabs, for the keyboard and for screen readers.
 #include "ui/SessionSupport.h"
 
-#include "shell/ui/AutoHide.h"
-#include "shell/ui/ToolBar.h"
+#include "ui/kit/AutoHide.h"
+#include "ui/kit/ToolBar.h"
 
 #include <QAbstractButton>
 #include <QAccessible>

@@ -1,6 +1,6 @@
-#include "resources/ui/Icons.h"
+#include "ui/kit/Icons.h"
 
-#include "shell/Commands.h"
+#include "settings/Commands.h"
 
 #include <QImage>
 #include <QPixmap>

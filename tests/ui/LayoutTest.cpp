@@ -1,7 +1,7 @@
 // What a user arranged stands so after the next start.
 #include "ui/UiSupport.h"
 
-#include "shell/ui/AutoHide.h"
+#include "ui/kit/AutoHide.h"
 
 #include <QTabBar>
 

@@ -1,8 +1,9 @@
-#include "analysis/panes/ui/ListCtrl.h"
+#include "ui/kit/ListCtrl.h"
 
-#include "shell/Commands.h"
-#include "shell/ui/LookStyle.h"
-#include "shell/ui/Text.h"
+#include "settings/Commands.h"
+#include "ui/Accessible.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/kit/Text.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -102,6 +103,25 @@ private slots:
         QCOMPARE(m_pList->header()->sectionSize(1), 70);
         QCOMPARE(m_pList->Model().headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(),
                  QStringLiteral("Calls"));
+    }
+
+    void columnsKeepTheirWidthsWhateverTheTitlesFontAndACutTitleTellsItself() {
+        const QFont before = QApplication::font();
+        QFont large = before;
+        large.setPointSizeF(before.pointSizeF() * 3);
+        QApplication::setFont(large);
+        CListCtrl list(kColumns, QStringLiteral("large"), nullptr);
+        list.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        QVERIFY(list.header()->fontMetrics().horizontalAdvance(QStringLiteral("Calls")) > 70);
+        QCOMPARE(list.header()->sectionSize(0), 200);
+        QCOMPARE(list.header()->sectionSize(1), 70);
+        list.SetColumnWidth(1, 0);
+        list.SetColumnWidth(1, 60);
+        QCOMPARE(list.header()->sectionSize(1), 60);
+        QCOMPARE(test::SaidByTip(*list.header(), 1), QStringLiteral("Calls"));
+        QCOMPARE(test::SaidByTip(*list.header(), 0), QString());
+        QApplication::setFont(before);
     }
 
     void aSortedColumnShowsItsWholeTitleBelowAnArrowThatTellsTheOrder() {

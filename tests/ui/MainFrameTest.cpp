@@ -1,11 +1,11 @@
 #include "ui/UiSupport.h"
 
 #include "platform/Registry.h"
-#include "resources/ui/Icons.h"
-#include "shell/ui/CustomizeDlg.h"
-#include "shell/ui/LookStyle.h"
-#include "shell/ui/ToolBar.h"
-#include "shell/ui/WindowsDlg.h"
+#include "ui/app/CustomizeDlg.h"
+#include "ui/kit/Icons.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/kit/ToolBar.h"
+#include "ui/kit/WindowsDlg.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -126,6 +126,13 @@ private slots:
             user.m_listMessages,
             QStringList{
                 "OLE initialization failed.  Make sure that the OLE libraries are the correct version."});
+    }
+
+    void anEmptyWindowStartsWithTheKeyboardInItsMiddle() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        QApplication::setActiveWindow(&run.Frame());
+        QCOMPARE(QApplication::focusWidget(), static_cast<QWidget*>(&run.Frame().ClientArea()));
     }
 
     void anEmptyCommandLineOpensNoDocument() {

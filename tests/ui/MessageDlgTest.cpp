@@ -1,6 +1,6 @@
 #include "ui/UiSupport.h"
 
-#include "views/ui/MessageDlg.h"
+#include "ui/session/MessageDlg.h"
 
 #include <QDialogButtonBox>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "ui/UiSupport.h"
 
-#include "shell/ui/OptionsDlg.h"
+#include "ui/app/OptionsDlg.h"
 
 #include <QCheckBox>
 #include <QPushButton>

@@ -1,8 +1,8 @@
 #include "ui/UiSupport.h"
 
 #include "platform/Registry.h"
-#include "shell/ui/Text.h"
-#include "views/ui/SessionDocument.h"
+#include "ui/kit/Text.h"
+#include "ui/session/SessionDocument.h"
 
 #include <QFile>
 #include <QHeaderView>

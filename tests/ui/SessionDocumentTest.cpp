@@ -1,7 +1,7 @@
 #include "ui/UiSupport.h"
 
-#include "shell/ui/PathText.h"
-#include "views/ui/SessionDocument.h"
+#include "ui/kit/PathText.h"
+#include "ui/session/SessionDocument.h"
 
 #include <QDir>
 #include <QFile>

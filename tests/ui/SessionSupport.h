@@ -2,11 +2,11 @@
 // person's hands and eyes on trees and lists.
 #pragma once
 
-#include "shell/ui/Text.h"
 #include "support/TestLog.h"
 #include "ui/UiSupport.h"
-#include "views/ui/ChildFrame.h"
-#include "views/ui/SessionDocument.h"
+#include "ui/kit/Text.h"
+#include "ui/session/ChildFrame.h"
+#include "ui/session/SessionDocument.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

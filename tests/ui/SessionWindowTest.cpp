@@ -1,8 +1,9 @@
+#include "ui/Accessible.h"
 #include "ui/SessionSupport.h"
 
-#include "analysis/panes/ui/DockablePane.h"
-#include "resources/ui/Icons.h"
 #include "support/Sanitizer.h"
+#include "ui/kit/DockablePane.h"
+#include "ui/kit/Icons.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -554,6 +555,31 @@ private slots:
 
     // --- models
     // -------------------------------------------------------------------------------------------------
+
+    void aNodeThatIsCutTellsItsTextBelowThePointerAndAWholeOneNothing() {
+        const std::string strLong = "ERROR " + std::string(300, 'x') + " end";
+        CChildFrame* pFrame = m_pRun->Open("a.log", DebugLog({Line("10:00:00.000001", "ERROR a"),
+                                                              Line("10:00:00.000002", strLong.c_str())}));
+        m_pRun->Frame().resize(1200, 800);
+        Select(pFrame, "Thread - 6");
+        CDetailView& calls = pFrame->DetailView();
+        QCoreApplication::processEvents();
+        QCOMPARE(SaidByTip(calls, 0, 0), QString());
+        // A tree shows 260 characters.
+        QCOMPARE(SaidByTip(calls, 1, 0), ToQString("10:00:00.000002    " + strLong));
+        // At the left edge.
+        calls.horizontalScrollBar()->setValue(40);
+        const QPoint middle(10, calls.visualRect(calls.Model().index(0, 0)).center().y());
+        QCOMPARE(SaidByTip(*calls.viewport(), middle), QStringLiteral("10:00:00.000001    ERROR a"));
+        QCOMPARE(SaidByTip(*calls.viewport(), QPoint(10, calls.viewport()->height() - 2)), QString());
+
+        CThreadView& threads = pFrame->ThreadView();
+        auto& splitter = *pFrame->findChild<QSplitter*>();
+        splitter.setSizes({400, 600});
+        QCOMPARE(SaidByTip(threads, 1, 0), QString());
+        splitter.setSizes({90, 900});
+        QCOMPARE(SaidByTip(threads, 1, 0), threads.model()->index(1, 0).data().toString());
+    }
 
     void theModelsKeepTheToolkitsRules() {
         CChildFrame* pFrame = m_pRun->Open("a.log", Log());

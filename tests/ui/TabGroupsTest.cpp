@@ -1,6 +1,6 @@
 #include "ui/UiSupport.h"
 
-#include "shell/ui/LookStyle.h"
+#include "ui/kit/LookStyle.h"
 
 #include <QAccessible>
 #include <QPaintDevice>

@@ -1,13 +1,13 @@
 #include "ui/UiSupport.h"
 
-#include "analysis/panes/ui/ListCtrl.h"
-#include "shell/Commands.h"
-#include "shell/ui/LookStyle.h"
+#include "settings/Commands.h"
 #include "support/JDEInstallation.h"
-#include "tools/ui/ConvertDates.h"
-#include "tools/ui/GBLTables.h"
-#include "tools/ui/PropertyGrid.h"
-#include "tools/ui/Settings.h"
+#include "ui/kit/ListCtrl.h"
+#include "ui/kit/LookStyle.h"
+#include "ui/tools/ConvertDates.h"
+#include "ui/tools/GBLTables.h"
+#include "ui/tools/PropertyGrid.h"
+#include "ui/tools/Settings.h"
 
 #include <QComboBox>
 #include <QDateTimeEdit>
@@ -16,6 +16,7 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTreeWidget>
 
 using namespace carvelot;
@@ -113,6 +114,72 @@ private slots:
         QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("-1365"));
         Click("OK");
         QVERIFY(!m_pDialog->isVisible());
+    }
+
+    // The parts in the order of the user's form, with or without what stands between them.
+    void aDateIsTypedOverFromAClickOnItsFirstPartOrFromAllOfItSelected() {
+        for (const bool bSigns : {false, true}) {
+            for (const bool bClick : {true, false}) {
+                QDateTimeEdit& date = ShowDate(QDate(2026, 11, 30));
+                QString strKeys;
+                for (int nPart = 0; nPart < 3 && !bSigns; ++nPart) {
+                    const QDateTimeEdit::Section part = date.sectionAt(nPart);
+                    strKeys += part == QDateTimeEdit::YearSection    ? QStringLiteral("2025")
+                               : part == QDateTimeEdit::MonthSection ? QStringLiteral("02")
+                                                                     : QStringLiteral("28");
+                }
+                if (bSigns)
+                    strKeys = date.locale().toString(QDate(2025, 2, 28), date.displayFormat());
+                if (bClick)
+                    ClickPart(date, 0);
+                else
+                    QTest::keyClick(&date, Qt::Key_A, Qt::ControlModifier);
+                QTest::keyClicks(&date, strKeys);
+                QCOMPARE(date.date(), QDate(2025, 2, 28));
+                Click("To Julian");
+                QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("125059"));
+            }
+        }
+    }
+
+    void aClickOnAPartOfADateTypesOverThatPart() {
+        QDateTimeEdit& date = ShowDate(QDate(2026, 11, 21));
+        for (int nPart = 0; nPart < 3; ++nPart) {
+            ClickPart(date, nPart);
+            QTest::keyClicks(&date, date.sectionAt(nPart) == QDateTimeEdit::YearSection ? "1999" : "10");
+        }
+        QCOMPARE(date.date(), QDate(1999, 10, 10));
+        // A click again on the part that was typed last, and a click while a part is half typed.
+        ClickPart(date, 2);
+        QTest::keyClicks(&date, date.sectionAt(2) == QDateTimeEdit::YearSection ? "2001" : "12");
+        ClickPart(date, 0);
+        ClickPart(date, 0);
+        QTest::keyClicks(&date, date.sectionAt(0) == QDateTimeEdit::YearSection ? "2001" : "12");
+        QCOMPARE(date.date().year(), 2001);
+    }
+
+    void leftAndRightGoFromPartToPartOfADate() {
+        QDateTimeEdit& date = ShowDate(QDate(2026, 11, 21));
+        ClickPart(date, 0);
+        const std::pair<Qt::Key, int> steps[] = {{Qt::Key_Right, 1}, {Qt::Key_Right, 2}, {Qt::Key_Right, 2},
+                                                 {Qt::Key_Left, 1},  {Qt::Key_Left, 0},  {Qt::Key_Left, 0}};
+        for (const auto& [nKey, nPart] : steps) {
+            QTest::keyClick(&date, nKey);
+            QCOMPARE(date.currentSectionIndex(), nPart);
+            QCOMPARE(date.findChild<QLineEdit*>()->selectedText(), date.sectionText(date.currentSection()));
+        }
+    }
+
+    void aFullPartWithTheCaretInItIsTypedOverToo() {
+        QDateTimeEdit& date = ShowDate(QDate(2026, 11, 21));
+        for (const Qt::Key nKey : {Qt::Key_Home, Qt::Key_End}) {
+            date.setDate(QDate(2026, 11, 21));
+            date.setFocus();
+            QTest::keyClick(&date, nKey);
+            const bool bYear = date.currentSection() == QDateTimeEdit::YearSection;
+            QTest::keyClicks(&date, bYear ? "2001" : "12");
+            QVERIFY(date.date() != QDate(2026, 11, 21));
+        }
     }
 
     void allSpecFilesAreListedSortedAndSelected() {
@@ -412,6 +479,24 @@ private:
         m_pDialog = std::move(pDialog);
         m_pDialog->show();
         QVERIFY(QTest::qWaitForWindowActive(m_pDialog.get()));
+    }
+    QDateTimeEdit& ShowDate(const QDate& date) {
+        m_pDialog.reset();
+        Show(std::make_unique<CConvertDates>());
+        auto& edit = *m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
+        edit.setDate(date);
+        return edit;
+    }
+    static void ClickPart(QDateTimeEdit& date, int nPart) {
+        auto& edit = *date.findChild<QLineEdit*>();
+        const QStringList listParts = edit.text().split(QRegularExpression(QStringLiteral("[^0-9]")));
+        const QString strBefore =
+            listParts.mid(0, nPart).join(QLatin1Char('-')) + QString(nPart > 0 ? 1 : 0, QLatin1Char('-'));
+        const QFontMetrics metrics = edit.fontMetrics();
+        const int nX =
+            metrics.horizontalAdvance(strBefore) + metrics.horizontalAdvance(listParts[nPart]) / 2 + 4;
+        QTest::mouseClick(&edit, Qt::LeftButton, {}, QPoint(nX, edit.height() / 2));
+        QCoreApplication::processEvents();
     }
     void ShowSettings() {
         m_pDialog.reset();

@@ -2,13 +2,13 @@
 // settings store of its own, and documents that need no log.
 #pragma once
 
-#include "shell/ui/CarvelotApp.h"
-#include "shell/ui/Document.h"
-#include "shell/ui/MainFrame.h"
-#include "shell/ui/TabbedClientArea.h"
-#include "shell/ui/Text.h"
-#include "shell/ui/UserInterface.h"
 #include "support/MachineState.h"
+#include "ui/app/CarvelotApp.h"
+#include "ui/app/MainFrame.h"
+#include "ui/kit/Document.h"
+#include "ui/kit/TabbedClientArea.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/UserInterface.h"
 
 #include <QAction>
 #include <QDialog>

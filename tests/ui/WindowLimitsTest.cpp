@@ -1,8 +1,8 @@
 // What the window shows at its limits, and what stays of sessions that were opened and closed in it.
 #include "ui/SessionSupport.h"
 
-#include "shell/ui/CarvelotApp.h"
-#include "shell/ui/ToolBar.h"
+#include "ui/app/CarvelotApp.h"
+#include "ui/kit/ToolBar.h"
 
 #include <QAbstractItemModelTester>
 #include <QFile>

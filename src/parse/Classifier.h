@@ -1,0 +1,74 @@
+// What the statement text of a line is.
+#pragma once
+
+#include "parse/LogReader.h"
+#include "records/LogDetail.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace carvelot {
+
+struct Classification {
+    LogKind kind = LOG_NONE;
+    bool named = false; // an event rules start, whose display name the scratch string holds
+    std::int32_t returnCode = 0;
+
+    std::string_view Name(std::string_view scratch) const { return named ? scratch : std::string_view{}; }
+};
+
+// Which of the words that a classifier looks for anywhere in a text are there.
+struct TextSigns {
+    enum Sign : std::uint32_t {
+        SIGN_CACHE = 1U << 0U,         // jdeCache, hCache:, hCursor:, Found existing cache
+        SIGN_JDB_CODE = 1U << 1U,      // one of the listed CAC and JDB codes
+        SIGN_SQL_DONE = 1U << 2U,      // Exiting DBPerformRequest
+        SIGN_UBE = 1U << 3U,           // --UBE--
+        SIGN_EVENT_STARTS = 1U << 4U,  // Event Starts :
+        SIGN_EVENT_ENDS = 1U << 5U,    // Event Ends:
+        SIGN_ER_LINE = 1U << 6U,       // at ER Line
+        SIGN_OBJECT_CALLED = 1U << 7U, // Object Called:
+        SIGN_UBE_IN_LINE = 1U << 8U,   // --UBE-- anywhere in the line; told from hints only
+    };
+
+    std::uint32_t found = 0;
+
+    bool Hold(Sign sign) const { return (found & sign) != 0; }
+};
+
+// Searches the text as a whole.
+TextSigns FindSigns(std::string_view text);
+// Looks at the hinted places of the line that the text is a slice of.
+TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints);
+// Whether "--UBE--" stands anywhere in the line.
+bool HoldsUBE(const LogLine& line);
+
+Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch);
+
+// The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it
+// between lines, sessions or re-analyses.
+struct PendingStatement {
+    std::string statement;       // its "?" marks numbered, and filled in as far as parameters have come
+    std::int64_t parameters = 0; // how many it still awaits
+    bool ascii = false;          // all lines that went into the statement were known to be ASCII
+    std::size_t begin = 0;       // of the part of the statement that may still hold a "?"
+};
+
+// The kind of a JAS line whose level alone decides it, else LOG_NONE.
+LogKind KindOfLevel(std::string_view level);
+
+// For a line whose level decides nothing. `text` may come to view `pending.statement` instead: a statement
+// with its marks numbered, or the finished statement. A line that is known to be ASCII takes fewer steps.
+Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
+                                    std::string& scratch, bool ascii = false);
+
+// One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
+struct JASParam {
+    std::int32_t index = 0;
+    std::string_view value; // as the line writes it, or in the scratch string
+    bool quoted = false;    // a text value, which stands in single quotes in a statement
+};
+JASParam ParseJASParam(std::string_view text, std::string& scratch, bool ascii = false);
+
+} // namespace carvelot

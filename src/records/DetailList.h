@@ -1,0 +1,236 @@
+// All records of a session, in file order: the only owner of records. A record takes 24 bytes, its text one
+// copy in the text store; what repeats from line to line is kept once in a context.
+#pragma once
+
+#include "records/Interner.h"
+#include "records/LineHead.h"
+#include "records/LogDetail.h"
+#include "records/PagedArray.h"
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace carvelot {
+
+class CProcess;
+class CThread;
+class CJASUser;
+
+// What a record shares with other records of its thread or user: its identity, and where it is filed.
+struct RecordContext {
+    std::uint32_t processID = 0;
+    std::uint32_t threadID = 0;
+    std::uint32_t month = 0; // numbers of interned texts from here on
+    std::uint32_t label = 0;
+    std::uint32_t level = 0;
+    std::uint32_t user = 0;
+    std::uint32_t source = 0;
+    CProcess* process = nullptr; // entered when the first record of the context is filed
+    CThread* thread = nullptr;
+    CJASUser* jasUser = nullptr;
+};
+
+class CDetailList {
+public:
+    // The most records of a session. A tree of them has at most three nodes a record, whose numbers have 32
+    // bits, and a list or a tree level at most as many rows as a window can count.
+    static constexpr std::size_t kMost = std::size_t{1} << 30U;
+
+    CDetailList();
+
+    // Appends a record; its texts are copied, its gap and duration are 0. A label that is not yet divided
+    // stands in m_strThreadLabel.own; a label that runs on into the text shares its bytes. Throws
+    // std::length_error for a record beyond the most, or with a text beyond the text store's; the list must
+    // then be cleared.
+    RecordIndex Append(const CLogDetail& detail, bool ascii);
+
+    // The same for a line that begins as earlier ones did: its stamp and its context are known. Returns the
+    // record; `stored` is the text and perhaps blanks behind it that belong to its label.
+    struct UsualDetail {
+        const LineStamp& stamp;
+        std::uint32_t fraction;
+        std::uint32_t context;
+        LogKind kind;
+        std::int32_t returnCode;
+        SqlOperation operation;
+        bool ascii;
+        bool labelRunsOn;
+        std::string_view text;
+        std::string_view stored;
+        std::string_view name; // the display name, or the table of a SQL record
+    };
+    RecordIndex AppendUsual(const UsualDetail& detail);
+    // Day and time of a stamp as records keep them.
+    static std::uint64_t PackStamp(const LineStamp& stamp);
+    // Whether a record has nothing that only Append can give it.
+    bool IsUsual(RecordIndex record) const {
+        const PackedDetail& packed = Packed(record);
+        return OddField::In(packed.head) == 0 && LengthField::In(packed.text) != 0;
+    }
+    std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
+    RecordContext& ContextOfNumber(std::uint32_t context) { return m_contexts[context]; }
+
+    std::size_t Size() const { return m_details.Size(); }
+    CLogDetail operator[](RecordIndex record) const;
+
+    LogKind Kind(RecordIndex record) const { return KindField::As<LogKind>(Packed(record).head); }
+    std::int32_t ReturnCode(RecordIndex record) const {
+        return ReturnCodeField::As<std::int32_t>(Packed(record).head);
+    }
+    bool IsUBE(RecordIndex record) const { return UBEField::In(Packed(record).head) != 0; }
+    std::int32_t UBELevel(RecordIndex record) const {
+        return UBELevelField::As<std::int32_t>(Packed(record).head);
+    }
+    float Duration(RecordIndex record) const { return m_extras[Packed(record).extra].duration; }
+    float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
+    std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
+    std::string_view Text(RecordIndex record) const;
+    bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).head) != 0; }
+    std::uint64_t Time(RecordIndex record) const;
+    RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
+    const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
+
+    void SetKind(RecordIndex record, LogKind kind) {
+        std::uint64_t& head = Packed(record).head;
+        head = (head & KindField::kNone) | KindField::Of(kind);
+    }
+    void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
+    void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
+
+    SqlOperation Operation(RecordIndex record) const {
+        return OperationField::As<SqlOperation>(Packed(record).head);
+    }
+    std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
+    // The number under which a SQL record's table counts: tables whose names differ in case only share one.
+    std::uint32_t TableKey(RecordIndex record) { return FoldedName(NameOf(record)); }
+    // The interned name behind a number that InternName gave.
+    std::uint32_t InternName(std::string_view name) { return m_names.Id(name); }
+    std::string_view Name(std::uint32_t id) const { return m_names.Text(id); }
+    // One number for all interned names that differ in case only; 0 for the empty name.
+    std::uint32_t FoldedName(std::uint32_t name);
+
+    void Clear();
+
+    // For tests of the boundaries: 2^18 records and 2^22 bytes of text are the least that can be told apart.
+    void LimitTo(std::size_t records, std::size_t textBytes) {
+        m_details.LimitTo(records);
+        m_texts.LimitTo(textBytes);
+    }
+
+private:
+    // Some bits of a word.
+    template <unsigned shift, unsigned bits> struct Field {
+        static_assert(shift + bits <= 64);
+        static constexpr std::uint64_t kMask = (std::uint64_t{1} << bits) - 1;
+
+        static constexpr std::uint64_t Of(std::uint64_t value) { return (value & kMask) << shift; }
+        static constexpr std::uint64_t In(std::uint64_t word) { return (word >> shift) & kMask; }
+        template <class T> static constexpr T As(std::uint64_t word) { return static_cast<T>(In(word)); }
+        static constexpr std::uint64_t kNone = ~(kMask << shift); // a word's other bits
+    };
+    // Of PackedDetail::head.
+    using KindField = Field<0, 5>;
+    using ReturnCodeField = Field<5, 4>;
+    using UBELevelField = Field<9, 4>;
+    using UBEField = Field<13, 1>;
+    using OperationField = Field<14, 3>;
+    using DayField = Field<17, 5>;
+    using HourField = Field<22, 5>;
+    using MinuteField = Field<27, 6>;
+    using SecondField = Field<33, 6>;
+    using MicrosecondField = Field<39, 20>;
+    using OddField = Field<59, 1>;      // fields that do not fit here stand in m_odd
+    using OwnLabelField = Field<60, 1>; // the label ends with the stored bytes from the text's start to a tab
+                                        // or line feed
+    using AsciiField = Field<61, 1>;
+    // Of PackedDetail::text.
+    using OffsetField = Field<0, 40>;
+    using LengthField = Field<40, 24>;
+
+    struct PackedDetail {
+        std::uint64_t head;
+        std::uint64_t text;
+        std::uint32_t context;
+        std::uint32_t extra; // 0 for nothing extra
+    };
+    static_assert(sizeof(PackedDetail) == 24);
+
+    // What few records have.
+    struct Extra {
+        float duration;
+        float gap;
+        std::uint32_t name; // the display name, or the table of a SQL record
+    };
+
+    // A record with a stamp out of the ordinary, a text beyond the text store's limit, or a label that shares
+    // nothing.
+    struct OddDetail {
+        RecordIndex record;
+        std::int32_t day;
+        std::int32_t hour;
+        std::int32_t minute;
+        std::int32_t second;
+        std::int32_t microsecond;
+        std::string_view text;
+        std::string_view label;
+    };
+
+    PackedDetail& Packed(RecordIndex record) { return m_details[Number(record)]; }
+    const PackedDetail& Packed(RecordIndex record) const { return m_details[Number(record)]; }
+    Extra& ExtraFor(RecordIndex record);
+    std::uint32_t AddExtra(const Extra& extra) {
+        const auto number = static_cast<std::uint32_t>(m_extras.Size());
+        m_extras.Add(extra);
+        return number;
+    }
+    void AddOddText(RecordIndex record, const LineStamp& stamp, std::uint32_t fraction,
+                    std::string_view text);
+    std::uint32_t NameOf(RecordIndex record) const { return m_extras[Packed(record).extra].name; }
+    const OddDetail& Odd(RecordIndex record) const;
+    std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
+    std::uint32_t FindOrAddContext(const CLogDetail& detail, std::string_view sharedLabel);
+
+    CPagedArray<PackedDetail, 18> m_details;
+    CPagedArray<Extra, 16> m_extras;
+    CTextStore m_texts;
+    std::vector<OddDetail> m_odd; // in the order of the records
+    CInterner m_words;            // months, labels, levels, users, sources
+    CInterner m_names;            // tables, display names, functions
+    CInterner m_foldedNames;
+    std::vector<std::uint32_t> m_foldedIds; // by number in m_names; 0 for not yet folded
+    std::vector<RecordContext> m_contexts;
+    std::vector<std::uint32_t> m_contextSlots;         // context + 1, by hash
+    std::array<std::uint32_t, 256> m_recentContexts{}; // context + 1
+    std::uint32_t m_nLastContext = 0;                  // context + 1
+};
+
+inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
+    return DayField::Of(static_cast<std::uint64_t>(stamp.day)) |
+           HourField::Of(static_cast<std::uint64_t>(stamp.hour)) |
+           MinuteField::Of(static_cast<std::uint64_t>(stamp.minute)) |
+           SecondField::Of(static_cast<std::uint64_t>(stamp.second));
+}
+
+[[gnu::always_inline]] inline RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
+    const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
+    std::uint64_t head = detail.stamp.packed | MicrosecondField::Of(detail.fraction) |
+                         KindField::Of(detail.kind) |
+                         ReturnCodeField::Of(static_cast<std::uint64_t>(detail.returnCode)) |
+                         OperationField::Of(static_cast<std::uint64_t>(detail.operation)) |
+                         AsciiField::Of(detail.ascii ? 1 : 0) | OwnLabelField::Of(detail.labelRunsOn ? 1 : 0);
+    std::uint64_t text = 0;
+    if (detail.stored.size() < CTextStore::kLongest) [[likely]] {
+        text = OffsetField::Of(m_texts.Add(detail.stored, detail.labelRunsOn)) |
+               LengthField::Of(detail.text.size());
+    } else {
+        head |= OddField::Of(1);
+        AddOddText(record, detail.stamp, detail.fraction, detail.text);
+    }
+    const std::uint32_t extra = detail.name.empty() ? 0 : AddExtra({0, 0, m_names.Id(detail.name)});
+    m_details.Add({head, text, detail.context, extra});
+    return record;
+}
+
+} // namespace carvelot

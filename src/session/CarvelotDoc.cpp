@@ -1,0 +1,259 @@
+#include "session/CarvelotDoc.h"
+
+#include "platform/TemporaryFile.h"
+#include "text/FindText.h"
+#include "text/Release.h"
+
+#include <algorithm>
+#include <new>
+#include <optional>
+#include <stdexcept>
+
+namespace carvelot {
+
+namespace {
+
+// How often a load tells how far it has come.
+constexpr std::uint64_t kProgressStep = 4U << 20U;
+
+std::uint64_t NextLoadIdentity() {
+    static std::uint64_t last = 0;
+    return ++last;
+}
+
+// Shows the wait cursor for as long as it lives.
+class CWaitCursor {
+public:
+    explicit CWaitCursor(ISessionHost& host) : m_host(host) { m_host.BeginWaitCursor(); }
+    ~CWaitCursor() { m_host.EndWaitCursor(); }
+    CWaitCursor(const CWaitCursor&) = delete;
+    CWaitCursor& operator=(const CWaitCursor&) = delete;
+
+private:
+    ISessionHost& m_host;
+};
+
+// A file that is removed when it is no longer needed.
+class CTemporaryCopy {
+public:
+    ~CTemporaryCopy() {
+        if (!m_strPath.empty()) {
+            platform::DeleteFileAt(m_strPath);
+        }
+    }
+    std::string m_strPath;
+};
+
+} // namespace
+
+CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
+    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
+      m_gapRule(settings.m_fThreshold) {}
+
+CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
+
+bool CCarvelotDoc::OnOpenDocument(const std::string& path) {
+    m_strLogPath = path;
+    const CWaitCursor wait(m_host);
+    if (!LoadLog()) {
+        return false;
+    }
+    m_host.SetTitle(*this, path);
+    FillThreadTree();
+    m_host.AddToRecentFileList(path);
+    return true;
+}
+
+bool CCarvelotDoc::OnNewDocument() {
+    const std::optional<std::string> path = m_host.AskForLog();
+    return path && OnOpenDocument(*path);
+}
+
+bool CCarvelotDoc::LoadLog() {
+    CTemporaryCopy copy;
+    m_pLogFile.Close();
+    platform::SharedFile file = platform::SharedFile::OpenForReading(m_strLogPath);
+    if (!file) {
+        // The log of a writer that shares nothing is read through a copy.
+        int error = 0;
+        const std::optional<std::string> name = platform::MakeTemporaryName("NEW", &error);
+        if (!name) {
+            m_host.PrintOutput("GetTempFileName failed (" + std::to_string(error) + ")\n");
+            return false;
+        }
+        copy.m_strPath = *name;
+        if (platform::CopyFileOver(m_strLogPath, copy.m_strPath)) {
+            file = platform::SharedFile::OpenForReading(copy.m_strPath);
+        }
+        if (!file) {
+            m_host.ShowMessage("Failed to open file.");
+            return false;
+        }
+    }
+    m_pLogFile = std::move(file);
+    CFileSource source(m_pLogFile);
+    const bool read = LoadFrom(source);
+    m_pLogFile.Close();
+    return read;
+}
+
+bool CCarvelotDoc::LoadFrom(ILogSource& source) {
+    // The views let go first, so that no row or node outlives what it shows.
+    if (m_pThreadView != nullptr) {
+        m_pThreadView->ClearTree();
+    }
+    if (m_pDetailView != nullptr) {
+        m_pDetailView->ResetTree();
+    }
+    const char* failure = nullptr;
+    bool read = false;
+    try {
+        ClearSession();
+        m_gapRule = CGapRule(m_settings.m_fThreshold);
+        read = ReadLog(source);
+    } catch (const std::bad_alloc&) {
+        failure = "There is not enough memory for this log.";
+    } catch (const std::length_error&) {
+        failure = "This log is too large: it holds more than a session can.";
+    }
+    if (failure != nullptr) {
+        // Half a record may have been filed; what is left of the memory is needed for the message.
+        ClearSession();
+        m_host.ShowMessage(failure);
+    }
+    return read;
+}
+
+bool CCarvelotDoc::ReadLog(ILogSource& source) {
+    CLogReader reader(source, HintSet::None);
+    if (!DetectLogFormat(reader)) {
+        m_host.ShowMessage("Error: Cannot determine tracing log format");
+        return false;
+    }
+    reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
+    const std::uint64_t size = source.Size();
+    std::uint64_t nextProgress = kProgressStep;
+    LogLine line;
+    const auto parseAll = [&](auto parseLine) {
+        while (reader.ReadLogLine(line)) {
+            parseLine();
+            if (reader.Position() >= nextProgress) {
+                m_host.LoadProgress(reader.Position(), size);
+                nextProgress = reader.Position() + kProgressStep;
+            }
+        }
+    };
+    if (m_bPlainParse) {
+        parseAll([&] {
+            line.hints.Invalidate();
+            m_nLogFormat == LOG_FORMAT_DEBUG ? ParseDebugLine(line) : ParseJASLine(line);
+        });
+    } else if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+        parseAll([&] {
+            if (!ParseUsualDebugLine(line)) {
+                ParseDebugLine(line);
+            }
+        });
+    } else {
+        parseAll([&] {
+            if (!ParseUsualJASLine(line)) {
+                ParseJASLine(line);
+            }
+        });
+    }
+
+    // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
+    for (const auto& process : m_listProcesses) {
+        for (const auto& thread : process->m_listThreads) {
+            thread->m_nEndTime = m_listDetails.Time(thread->m_listDetails.back());
+            process->m_nEndTime = std::max(process->m_nEndTime, thread->m_nEndTime);
+        }
+    }
+    return true;
+}
+
+bool CCarvelotDoc::ClearSession() {
+    m_nLoadIdentity = NextLoadIdentity();
+    m_stamp = {};
+    m_heads.Clear();
+    m_processByID.clear();
+    m_listProcesses.clear();
+    Release(m_listGaps);
+    m_listDetails.Clear();
+    m_mapUsers.clear();
+    m_listUsers.clear();
+    return true;
+}
+
+void CCarvelotDoc::FillThreadTree() {
+    if (m_pThreadView != nullptr) {
+        if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+            m_pThreadView->FillProcessTree();
+        } else {
+            m_pThreadView->FillUserTree();
+        }
+    }
+}
+
+void CCarvelotDoc::OnAnalyze() {
+    const CWaitCursor wait(m_host);
+    m_host.ClearPanes();
+    if (m_pDetailView != nullptr) {
+        m_pDetailView->ResetTree();
+    }
+    LoadLog();
+    FillThreadTree();
+    m_host.ActivateSession(*this);
+}
+
+bool CCarvelotDoc::OnClearDebugFile() { return platform::TruncateShared(m_strLogPath); }
+
+void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
+
+const CProcess* CCarvelotDoc::FindProcess(std::uint32_t id) const {
+    const auto found = m_processByID.find(id);
+    return found == m_processByID.end() ? nullptr : found->second;
+}
+
+const CJASUser* CCarvelotDoc::FindUser(std::string_view name) const {
+    const auto found = m_mapUsers.find(name);
+    return found == m_mapUsers.end() ? nullptr : found->second;
+}
+
+void CCarvelotDoc::ShowDetail(RecordIndex record) {
+    if (m_pThreadView == nullptr || m_pDetailView == nullptr || Number(record) >= m_listDetails.Size()) {
+        return;
+    }
+    const RecordContext& context = m_listDetails.Context(record);
+    if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+        if (context.thread == nullptr) {
+            return;
+        }
+        // While the record's whole process is shown, its node is there already.
+        if (!m_pThreadView->IsProcessSelected(context.processID)) {
+            m_pThreadView->SelectThread(*context.thread);
+        }
+    } else {
+        if (context.jasUser == nullptr) {
+            return;
+        }
+        m_pThreadView->SelectUser(*context.jasUser);
+    }
+    m_pDetailView->SelectRecord(record);
+    m_pDetailView->SetFocusToTree();
+}
+
+std::vector<RecordIndex> CCarvelotDoc::FindDetails(std::string_view text) const {
+    const CFindText find(text);
+    std::vector<RecordIndex> hits;
+    for (std::uint32_t i = 0; i < m_listDetails.Size(); ++i) {
+        const RecordIndex record{i};
+        if (m_listDetails.Kind(record) != LOG_NONE &&
+            find.IsIn(m_listDetails.Text(record), m_listDetails.TextIsAscii(record))) {
+            hits.push_back(record);
+        }
+    }
+    return hits;
+}
+
+} // namespace carvelot

@@ -1,0 +1,154 @@
+// One open log file and everything parsed from it.
+#pragma once
+
+#include "parse/Classifier.h"
+#include "parse/LogReader.h"
+#include "platform/SharedFile.h"
+#include "records/AnalysisSettings.h"
+#include "records/DetailList.h"
+#include "records/LineHead.h"
+#include "session/JASUser.h"
+#include "session/Process.h"
+#include "session/SessionHost.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace carvelot {
+
+class CCarvelotDoc {
+public:
+    // `settings` and `pending` belong to the application and outlive every session.
+    CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host);
+    ~CCarvelotDoc();
+    CCarvelotDoc(const CCarvelotDoc&) = delete;
+    CCarvelotDoc& operator=(const CCarvelotDoc&) = delete;
+
+    // Opens a file by hand: path, load, title, tree, recent files. True when the model holds the log.
+    bool OnOpenDocument(const std::string& path);
+    // File New: asks for a file and opens it.
+    bool OnNewDocument();
+    // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
+    // cannot be told, or that is more than the memory or a session can hold, the session is empty. All are
+    // reported to the host.
+    bool LoadLog();
+    // The same for a log that is no file, or no file of its own. m_strLogPath is not looked at.
+    bool LoadFrom(ILogSource& source);
+    // Empties the model. What was learnt about format and columns stays.
+    bool ClearSession();
+    // Rereads the same file.
+    void OnAnalyze();
+    // Empties the log file; the model stays as it is. False, without a message, when the file cannot be
+    // opened.
+    bool OnClearDebugFile();
+    void OnOpenAsText();
+
+    // Fills the thread tree for the session's format.
+    void FillThreadTree();
+    // Brings a record up in the session's two trees.
+    void ShowDetail(RecordIndex record);
+    // Records of any kind but LOG_NONE whose text holds `text`, without regard to case, in log order. An
+    // empty text is held by all.
+    std::vector<RecordIndex> FindDetails(std::string_view text) const;
+
+    const CProcess* FindProcess(std::uint32_t id) const;
+    const CJASUser* FindUser(std::string_view name) const;
+
+    CDetailList m_listDetails;                              // every record made, in file order
+    std::vector<std::unique_ptr<CProcess>> m_listProcesses; // in order of first appearance
+    std::vector<std::unique_ptr<CJASUser>> m_listUsers;     // JAS logs only, in order of first appearance
+    std::unordered_map<std::string_view, CJASUser*> m_mapUsers;
+    std::vector<RecordIndex> m_listGaps; // records that follow a silence, in file order
+
+    std::string m_strProcessName; // of the running process analysed; empty for a file opened by hand
+    std::string m_strLogPath;
+    std::uint32_t m_nProcessFilter =
+        0; // 0 keeps all; else only debug records of this process, and no JAS record
+    // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
+    // words stand. The outcome is the same, later.
+    bool m_bPlainParse = false;
+    LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
+    std::int32_t m_nTextColumn = 0;    // fixed column of statement text, 0 while unknown
+    std::int32_t m_nTabCount = 0;      // tabs ahead of statement text, 0 while unknown
+    bool m_bDashForm = false;          // the marker of the latest debug line was "-"
+    bool m_bUBELog = false;            // for good, once a "--UBE--" line was parsed
+    std::uint32_t m_nUBEProcessID = 0; // of UBE lines; nothing assigns them
+    std::uint32_t m_nUBEThreadID = 0;
+
+    IThreadTreeView* m_pThreadView = nullptr; // the views enter themselves
+    IDetailTreeView* m_pDetailView = nullptr;
+
+    // Tells this session and this load of it from all others in the run, so that rows which outlive a session
+    // know that their records are gone.
+    std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
+
+private:
+    bool ReadLog(ILogSource& source);
+    bool DetectLogFormat(CLogReader& reader);
+    bool DetectJASFormat(CLogReader& reader);
+    void ParseDebugLine(LogLine& line);
+    void ParseJASLine(LogLine& line);
+    // For lines that begin as earlier ones did. False leaves the line to the two above, which look at each
+    // word and remember what they see for the next line.
+    bool ParseUsualDebugLine(const LogLine& line);
+    bool ParseUsualJASLine(const LogLine& line);
+    TextSigns SignsOf(const LogLine& line, std::string_view text) const;
+    void LearnDebugHead(const LogLine& line, std::size_t headEnd, const CLogDetail& detail,
+                        RecordIndex record);
+    // `head`: how many bytes put the text where it is, whatever stands behind them; 0 when what does has a
+    // say.
+    std::string_view StatementText(std::string_view line, bool ascii, std::size_t& head);
+    // The kinds of which more is known than that they are one of the thread's or user's records. Only a
+    // LOG_RETURN has a return code.
+    static constexpr CKindSet kFeedThread{LOG_ERROR, LOG_JDB_ERROR, LOG_SQL,   LOG_SQL_DONE,
+                                          LOG_CACHE, LOG_CALL,      LOG_RETURN};
+    static constexpr CKindSet kFeedUser{LOG_SQL, LOG_OBJECT_CALL, LOG_WARN, LOG_SEVERE};
+
+    // Files a record that stands in m_listDetails, its context, kind, return code and time at hand.
+    void CommitDetail(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
+                      std::uint64_t time) {
+        if (!kFeedThread.Has(kind) && context.thread != nullptr) {
+            context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
+        } else {
+            CommitToThread(record, context, kind, returnCode, time);
+        }
+    }
+    void CommitToThread(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
+                        std::uint64_t time);
+    void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time) {
+        CJASUser* const user = context.jasUser;
+        if (!kFeedUser.Has(kind) && user != nullptr && user->m_pPendingObject == kNoRecord &&
+            user->m_pPendingSQL == kNoRecord) {
+            user->m_listDetails.push_back(record);
+        } else {
+            CommitTaskToUser(record, context, kind, time);
+        }
+    }
+    void CommitTaskToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time);
+    // Sets the duration of a record from its own time to `endTime`.
+    float Measure(RecordIndex pending, std::uint64_t endTime);
+    CProcess& ProcessOf(RecordContext& context, std::uint64_t time);
+
+    const AnalysisSettings& m_settings;
+    PendingStatement& m_pendingStatement;
+    ISessionHost& m_host;
+    platform::SharedFile m_pLogFile;
+    std::unordered_map<std::uint32_t, CProcess*> m_processByID;
+    std::uint64_t m_nLoadIdentity;
+
+    CGapRule m_gapRule; // by the threshold at the load's start
+    // How lines of this load begin.
+    LineStamp m_stamp;
+    CLineHeads m_heads;
+
+    std::string m_strConverted; // the current line, when its bytes are no UTF-8
+    std::string m_strCut;       // its statement text, when a column cut a surrogate pair
+    std::string m_strName;      // its display name
+    std::string m_strTable;     // its table, when that is no slice of the text
+};
+
+} // namespace carvelot

@@ -1,0 +1,246 @@
+#include "ui/app/CarvelotApp.h"
+
+#include "platform/Ole.h"
+#include "platform/ProgramIdentity.h"
+#include "platform/VersionResource.h"
+#include "settings/Commands.h"
+#include "settings/StartArguments.h"
+#include "ui/app/AboutDlg.h"
+#include "ui/app/MainFrame.h"
+#include "ui/app/OptionsDlg.h"
+#include "ui/kit/AccessibleMenus.h"
+#include "ui/kit/PathText.h"
+#include "ui/kit/PlainText.h"
+#include "ui/kit/TabbedClientArea.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/UserInterface.h"
+#include "ui/tools/ConvertDates.h"
+#include "ui/tools/GBLTables.h"
+#include "ui/tools/Settings.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <QDir>
+#include <QFileInfo>
+
+namespace carvelot {
+
+CCarvelotApp& theApp() {
+    static CCarvelotApp app;
+    return app;
+}
+
+CCarvelotApp::CCarvelotApp()
+    : m_pJDESettings(MakeJDESettingsStore(m_jdeSettings)), m_fnInitializeOle(platform::InitializeOle),
+      m_fnAddDocTemplates(AddDocTemplates) {
+    SetSettings(*this);
+    AddCommand(ID_APP_ABOUT, [this] { OnAppAbout(); });
+    AddCommand(
+        ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });
+    AddCommand(
+        ID_FILE_OPEN, [this] { OnFileOpen(); }, [this] { return FirstDocTemplate() != nullptr; });
+    AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
+    AddCommand(ID_TOOLS_GLOBAL_TABLES, [this] { OnGlobalTables(); });
+    AddCommand(ID_TOOLS_CONVERT_DATES, [this] { OnConvertDates(); });
+    AddCommand(ID_TOOLS_JDE_SETTINGS, [this] { OnJDESettings(); });
+}
+
+CCarvelotApp::~CCarvelotApp() = default;
+
+bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
+    m_bOle = m_fnInitializeOle();
+    if (!m_bOle) {
+        UserInterface().ShowMessage(QStringLiteral(
+            "OLE initialization failed.  Make sure that the OLE libraries are the correct version."));
+        return false;
+    }
+    ShowTipsAsPlainText();
+    ShowMenusToScreenReaders();
+    m_recentFiles.Load();
+    LoadSettings();
+    ClearTraceApps();
+    LoadTraceApps();
+    LoadFontAndAnalysis();
+    BindCompanionLibrary();
+    m_fnAddDocTemplates(*this);
+
+    m_pMainWnd = new CMainFrame;
+    if (!m_pMainWnd->LoadFrame()) {
+        delete m_pMainWnd;
+        m_pMainWnd = nullptr;
+        return false;
+    }
+    // Without a file to open no document is made: the window opens empty.
+    if (const auto strFile = FileToOpen(listArguments)) {
+        if (OpenDocumentFile(PathToQString(*strFile)) == nullptr)
+            return false;
+    }
+    // Else the toolkit would give the keyboard to the first button of a pane.
+    if (m_pMainWnd->ActiveChild() == nullptr)
+        m_pMainWnd->ClientArea().setFocus(Qt::OtherFocusReason);
+    m_pMainWnd->show();
+    m_pMainWnd->repaint();
+    RegisterRestart();
+    // Last and after the window is there: a workstation without JDE meets this message, and goes on.
+    BindMathNumeric();
+    return true;
+}
+
+int CCarvelotApp::ExitInstance() {
+    if (m_pMainWnd != nullptr)
+        m_recentFiles.Save();
+    CloseAllDocuments();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    delete m_pMainWnd;
+    m_pMainWnd = nullptr;
+    m_pCacheTemplate = nullptr;
+    m_listTemplates.clear();
+    if (m_bOle)
+        platform::UninitializeOle();
+    m_bOle = false;
+    ClearTraceApps();
+    m_pfnGetSetProcInfo = nullptr;
+    m_hSkelmond.Free();
+    m_pfnFormatMathNumeric = nullptr;
+    m_hJdeKrnl.Free();
+    return 0;
+}
+
+void CCarvelotApp::BindCompanionLibrary() {
+    std::uint32_t nError = 0;
+    if (!m_hSkelmond.Load(kCompanionLibrary, nError)) {
+        UserInterface().ShowMessage(QStringLiteral("Cannot Load Skelmond.DLL Error: %1").arg(nError));
+        return;
+    }
+    m_pfnGetSetProcInfo =
+        reinterpret_cast<FGetSetProcInfo>(m_hSkelmond.Symbol("SkelmondGetSetProcInfo", nError));
+    if (m_pfnGetSetProcInfo == nullptr)
+        UserInterface().ShowMessage(
+            QStringLiteral("Cannot address off SkelmondGetSetProcInfo Error: %1").arg(nError));
+}
+
+void CCarvelotApp::BindMathNumeric() {
+    std::uint32_t nError = 0;
+    if (!m_hJdeKrnl.Load("jdekrnl.dll", nError)) {
+        UserInterface().ShowMessage(QStringLiteral("Cannot Load jdekrnl.DLL"));
+        return;
+    }
+    m_pfnFormatMathNumeric = m_hJdeKrnl.Symbol("FormatMathNumeric", nError);
+    if (m_pfnFormatMathNumeric == nullptr)
+        UserInterface().ShowMessage(QStringLiteral("GetProcAddressFailed for ormatMathNumeric"));
+}
+
+CDocTemplate& CCarvelotApp::AddDocTemplate(std::unique_ptr<CDocTemplate> pTemplate) {
+    m_listTemplates.push_back(std::move(pTemplate));
+    return *m_listTemplates.back();
+}
+
+CDocTemplate* CCarvelotApp::FirstDocTemplate() const {
+    return m_listTemplates.empty() ? nullptr : m_listTemplates.front().get();
+}
+
+CDocument* CCarvelotApp::OpenDocumentFile(const QString& strPath) {
+    for (const auto& pTemplate : m_listTemplates) {
+        if (CDocument* pDocument = pTemplate->FindDocument(strPath)) {
+            if (pDocument->GetFrame() != nullptr && m_pMainWnd != nullptr)
+                m_pMainWnd->ClientArea().Activate(*pDocument->GetFrame());
+            return pDocument;
+        }
+    }
+    CDocTemplate* pTemplate = FirstDocTemplate();
+    return pTemplate != nullptr ? pTemplate->OpenDocumentFile(strPath) : nullptr;
+}
+
+void CCarvelotApp::CloseAllDocuments() {
+    for (const auto& pTemplate : m_listTemplates) {
+        for (CDocument* pDocument : pTemplate->Documents())
+            pDocument->OnCloseDocument();
+    }
+}
+
+void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
+    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+}
+
+void CCarvelotApp::RegisterRestart() const {
+    const CMDIChildWnd* pChild = m_pMainWnd != nullptr ? m_pMainWnd->ActiveChild() : nullptr;
+    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
+    const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
+    platform::RegisterRestart(strPath.isEmpty()
+                                  ? std::string()
+                                  : PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+}
+
+bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {
+    const ECacheProbe nProbe = ProbeCache(m_hSkelmond, nProcess, ToUtf8(strHandle));
+    if (nProbe == ECacheProbe::NoEntryPoint)
+        UserInterface().ShowMessage(QStringLiteral("Get Proc address failed"));
+    return nProbe == ECacheProbe::Live;
+}
+
+void CCarvelotApp::OnAppAbout() {
+    CAboutDlg dialog;
+    UserInterface().RunDialog(dialog);
+}
+
+void CCarvelotApp::OnFileNew() {
+    if (CDocTemplate* pTemplate = FirstDocTemplate())
+        pTemplate->OpenDocumentFile({});
+}
+
+void CCarvelotApp::OnFileOpen() {
+    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CCarvelotApp", "Open"),
+                                                      QStringLiteral("log"),
+                                                      {},
+                                                      QString::fromLatin1(kLogFilter)});
+    if (strPath)
+        OpenDocumentFile(*strPath);
+}
+
+void CCarvelotApp::OnOptions() {
+    COptionsDlg dialog(*this);
+    UserInterface().RunDialog(dialog);
+    if (m_pMainWnd == nullptr)
+        return;
+    m_pMainWnd->m_wndProcessPane.RestartTimer();
+    m_pMainWnd->m_wndProcessPane.RefreshProcessList();
+}
+
+void CCarvelotApp::OnGlobalTables() {
+    CGBLTables dialog;
+    UserInterface().RunDialog(dialog);
+}
+
+void CCarvelotApp::OnConvertDates() {
+    CConvertDates dialog;
+    UserInterface().RunDialog(dialog);
+}
+
+void CCarvelotApp::OnJDESettings() {
+    const std::unique_ptr<QDialog> pDialog = m_pJDESettings->MakeDialog();
+    UpdateJDESettings();
+    UserInterface().RunDialog(*pDialog);
+    UpdateJDESettings();
+}
+
+void CCarvelotApp::UpdateJDESettings() {
+    if (m_pJDESettings->HasWebApplication())
+        m_pJDESettings->ReadLogProperties();
+    m_pJDESettings->ReadIni();
+}
+
+QString CCarvelotApp::BitnessText() {
+    return sizeof(void*) == 8 ? QStringLiteral("64 bit") : QStringLiteral("32 bit");
+}
+
+QString CCarvelotApp::VersionText() {
+    platform::CFileVersion version;
+    platform::ReadOwnFileVersion(version);
+    return QStringLiteral("Carvelot, Version: %1.%2.%3.%4")
+        .arg(version.m_nMost >> 16)
+        .arg(version.m_nMost & 0xFFFF)
+        .arg(version.m_nLeast >> 16)
+        .arg(version.m_nLeast & 0xFFFF);
+}
+
+} // namespace carvelot

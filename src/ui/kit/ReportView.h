@@ -1,0 +1,21 @@
+// ReportView.h - what the lists of the program share: whole rows are selected and copied, and what is cut
+// tells itself below the pointer.
+#pragma once
+
+#include <QTreeView>
+
+namespace carvelot {
+
+class CReportView : public QTreeView {
+    Q_OBJECT
+
+public:
+    // Of a longer text a cell draws `nMostDrawn` characters, on one line; 0 draws all of it.
+    CReportView(const QString& strAccessibleName, QWidget* pParent, qsizetype nMostDrawn = 0);
+};
+
+// Ctrl+C in a view copies its selected rows, a row a line, their cells divided by tabs; columns that are
+// hidden are left out. With nothing selected the clipboard stays as it is.
+void CopyRowsByKey(QAbstractItemView& view);
+
+} // namespace carvelot

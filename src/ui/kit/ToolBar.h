@@ -1,0 +1,47 @@
+// ToolBar.h - a toolbar that the user can change.
+#pragma once
+
+#include <QToolBar>
+
+#include <vector>
+
+class QMenu;
+
+namespace carvelot {
+
+class CMainWindow;
+
+class CToolBar : public QToolBar {
+    Q_OBJECT
+
+public:
+    // nId is the toolbar's number, strName what a stored layout knows it by.
+    CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const QString& strName,
+             std::vector<int> listDefault);
+
+    int Id() const { return m_nId; }
+    bool IsUserToolBar() const;
+    const std::vector<int>& Commands() const { return m_listCommands; }
+    bool HasCommand(int nId) const;
+    // Shows these commands, each once, 0 standing for a separator; numbers that are no commands are left out.
+    void SetCommands(const std::vector<int>& listCommands);
+    void Reset() { SetCommands(m_listDefault); }
+    bool IsChanged() const { return m_listCommands != m_listDefault; }
+
+    // "32788,0,57601" for the settings store.
+    QString StoredCommands() const;
+    void SetStoredCommands(const QString& strStored);
+
+protected:
+    bool event(QEvent* pEvent) override;
+
+private:
+    void FillCustomizeMenu(QMenu& menu);
+
+    CMainWindow& m_frame;
+    int m_nId;
+    std::vector<int> m_listDefault;
+    std::vector<int> m_listCommands;
+};
+
+} // namespace carvelot

@@ -1,0 +1,65 @@
+// TreeCtrl.h - what the trees of sessions and of caches share.
+#pragma once
+
+#include <QTreeView>
+
+#include <string_view>
+
+namespace carvelot {
+
+// The first 260 characters of a node's text, on one line: a tree shows no more.
+QString NodeDisplayText(std::string_view strText);
+
+// What a node's tip tells of its text: more than a tree shows, and no more than can be read.
+QString NodeTipText(std::string_view strText);
+
+// A tree without a header whose nodes all have one height. Its one column is as wide as the widest node that
+// has been on the screen since the last fill, so that long nodes are reached by scrolling and no node is
+// measured unseen. There is no way to have nothing selected again once a node is selected, but a refill. A
+// node that is cut, at the view's edge or for its length, tells its text (the model's tip) below the pointer.
+class CTreeCtrl : public QTreeView {
+    Q_OBJECT
+
+public:
+    explicit CTreeCtrl(const QString& strAccessibleName, QWidget* pParent = nullptr);
+
+    // The selected node, invalid without one. The toolkit's current node is another thing: it moves with the
+    // focus.
+    QModelIndex SelectedIndex() const;
+    // Selects a node and shows it, which opens its ancestors.
+    void SelectIndex(const QModelIndex& index);
+
+    void setModel(QAbstractItemModel* pModel) override;
+    void scrollTo(const QModelIndex& index, ScrollHint nHint = EnsureVisible) override;
+    // A tree that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
+    // shows.
+    QRect visualRect(const QModelIndex& index) const override {
+        return isVisible() ? QTreeView::visualRect(index) : QRect();
+    }
+
+protected:
+    bool viewportEvent(QEvent* pEvent) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* pEvent = nullptr) const override;
+    void mouseMoveEvent(QMouseEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* pEvent) override;
+    void changeEvent(QEvent* pEvent) override;
+    void scrollContentsBy(int nX, int nY) override;
+    void drawBranches(QPainter* pPainter, const QRect& rect, const QModelIndex& index) const override;
+    // Answers a new selection; not called when a refill takes the selection away.
+    virtual void OnSelectionChanged() {}
+    // Where a menu opens that was asked for by key.
+    QPoint MenuPoint(const QModelIndex& index) const;
+
+private:
+    bool IsCut(const QModelIndex& index) const;
+    void FitColumn();
+    void FitColumnLater();
+    void StartColumn();
+
+    int m_nWidest = 0; // of the nodes that have been on the screen
+    bool m_bFitting = false;
+    bool m_bFitLater = false;
+};
+
+} // namespace carvelot

@@ -1,0 +1,156 @@
+#include "ui/live/ProcessPane.h"
+
+#include "settings/Commands.h"
+#include "ui/kit/Icons.h"
+#include "ui/kit/MainWindow.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/UserInterface.h"
+
+#include <QAction>
+#include <QItemSelectionModel>
+#include <QScopedValueRollback>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdint>
+
+namespace carvelot {
+
+namespace {
+
+constexpr CColumnSpec kColumns[] = {
+    {"Process", 100},           {"Image Name", 120}, {"Tracing", 100}, {"Debug File", 300},
+    {"File Size (Bytes)", 100}, {"User", 100},       {"Env.", 100},
+};
+
+struct CButton {
+    int m_nId;
+    const char* m_pszText;
+    const char* m_pszStatusTip;
+    const char* m_pszToolTip;
+};
+
+constexpr CButton kButtons[] = {
+    {ID_PROCESS_ANALYZE, "Analyze", "Analyze selected process", "Analyze"},
+    {ID_PROCESS_REFRESH, "Refresh", "Refresh Process List", "Refresh"},
+    {ID_PROCESS_TOGGLE, "Toggle", "Toggle Debug Tracing On or Off", "Toggle Tracing"},
+    {ID_PROCESS_TRUNC, "Trunc", "Clear Debug File", "Clear File"},
+    {ID_PROCESS_CLEAR_CACHE, "Clear Cache", "Clears all caches for the process", "Clear All Caches"},
+};
+
+} // namespace
+
+CProcessPane::CProcessPane()
+    : CDockablePane(tr("JDE Processes"), QStringLiteral("ProcessPane"), {100, 200}),
+      m_fnRefresh([this] { m_processes.RefreshProcessList(); }),
+      m_fnEnumerateProcesses(platform::EnumerateProcesses), m_processes(*this) {
+    m_pToolBar = new QToolBar(Client());
+    m_pToolBar->setMovable(false);
+    m_pToolBar->setIconSize({16, 16});
+    m_pToolBar->setAccessibleName(tr("JDE process commands"));
+    for (const CButton& button : kButtons) {
+        QAction* pAction = m_pToolBar->addAction(CommandIcon(button.m_nId), tr(button.m_pszText));
+        pAction->setStatusTip(tr(button.m_pszStatusTip));
+        pAction->setToolTip(tr(button.m_pszToolTip));
+        pAction->setData(button.m_nId);
+        m_mapActions[button.m_nId] = pAction;
+    }
+
+    m_pList = new CListCtrl(kColumns, windowTitle(), Client());
+    m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_pList->Model().SetSortable(false);
+    m_pList->Model().EndFill(&m_processes);
+    connect(m_pList->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (!m_bRebuilding)
+            m_processes.Select(m_pList->SelectedRows());
+    });
+
+    SetCommand(ID_PROCESS_ANALYZE, [this] { m_processes.OnAnalyzeProcess(); });
+    SetCommand(ID_PROCESS_REFRESH, [this] { RefreshProcessList(); });
+    SetCommand(ID_PROCESS_TOGGLE, [this] { m_processes.OnToggleTracing(); });
+    SetCommand(ID_PROCESS_TRUNC, [this] { m_processes.OnTruncDebugFile(); });
+    SetCommand(ID_PROCESS_CLEAR_CACHE, [this] { m_processes.OnClearCaches(); });
+
+    m_pTimer = new QTimer(this);
+    connect(m_pTimer, &QTimer::timeout, this, &CProcessPane::RefreshProcessList);
+    RestartTimer();
+}
+
+void CProcessPane::SetCommand(int nId, std::function<void()> fnRun) {
+    connect(m_mapActions.at(nId), &QAction::triggered, this, [fnRun = std::move(fnRun)] { fnRun(); });
+}
+
+void CProcessPane::RefreshProcessList() {
+    if (m_bRefreshing || !m_fnRefresh)
+        return;
+    const QScopedValueRollback refreshing(m_bRefreshing, true);
+    m_fnRefresh();
+}
+
+void CProcessPane::ShowMessage(std::string_view strText) { UserInterface().ShowMessage(ToQString(strText)); }
+
+bool CProcessPane::EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) {
+    return m_fnEnumerateProcesses(listProcesses);
+}
+
+const std::vector<tagTraceApp>& CProcessPane::TraceApps() const { return Settings().m_traceApps; }
+
+FGetSetProcInfo CProcessPane::GetSetProcInfo() const {
+    return m_fnGetSetProcInfo ? m_fnGetSetProcInfo() : nullptr;
+}
+
+void CProcessPane::AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
+                                  std::int32_t nProcess) {
+    if (m_fnAnalyze)
+        m_fnAnalyze(strImageName, strDebugFile, nProcess);
+}
+
+void CProcessPane::BeginRebuild() {
+    m_bRebuilding = true;
+    m_pList->setUpdatesEnabled(false);
+    m_pList->Model().BeginFill();
+}
+
+void CProcessPane::EndRebuild() {
+    m_pList->Model().EndFill(&m_processes);
+    // The focus goes with the selection, and neither scrolls the list under the user's hand.
+    const bool bAutoScroll = m_pList->hasAutoScroll();
+    m_pList->setAutoScroll(false);
+    QItemSelection selection;
+    for (const int nRow : m_processes.SelectedRows())
+        selection.select(m_pList->Model().index(nRow, 0), m_pList->Model().index(nRow, PROCESS_COLUMNS - 1));
+    m_pList->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (const int nFocus = m_processes.FocusedRow(); nFocus >= 0)
+        m_pList->selectionModel()->setCurrentIndex(m_pList->Model().index(nFocus, 0),
+                                                   QItemSelectionModel::NoUpdate);
+    m_pList->setAutoScroll(bAutoScroll);
+    m_pList->setUpdatesEnabled(true);
+    m_bRebuilding = false;
+}
+
+void CProcessPane::RowChanged(std::size_t nRow) {
+    const int nListRow = static_cast<int>(nRow);
+    emit m_pList->Model().dataChanged(m_pList->Model().index(nListRow, 0),
+                                      m_pList->Model().index(nListRow, PROCESS_COLUMNS - 1));
+}
+
+void CProcessPane::RestartTimer() {
+    m_pTimer->stop();
+    if (!Settings().m_bAutoRefresh)
+        return;
+    // The period wraps at 32 bits and is kept between the least and the most that a window timer has.
+    const std::uint32_t nPeriod = static_cast<std::uint32_t>(Settings().m_nRefreshRate) * 1000U;
+    m_pTimer->start(static_cast<int>(std::clamp(nPeriod, 10U, 0x7FFFFFFFU)));
+}
+
+bool CProcessPane::IsTimerRunning() const { return m_pTimer->isActive(); }
+
+int CProcessPane::TimerPeriod() const { return m_pTimer->interval(); }
+
+void CProcessPane::OnSize(int nWidth, int nHeight) {
+    const int nToolBar = m_pToolBar->sizeHint().height();
+    m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
+    m_pList->setGeometry(0, nToolBar, nWidth, std::max(0, nHeight - nToolBar));
+}
+
+} // namespace carvelot

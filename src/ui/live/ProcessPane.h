@@ -1,0 +1,70 @@
+// ProcessPane.h - the pane "JDE Processes": the running JDE processes and their tracing.
+#pragma once
+
+#include "live/ProcessList.h"
+#include "ui/kit/DockablePane.h"
+#include "ui/kit/ListCtrl.h"
+
+#include <QToolBar>
+
+#include <functional>
+#include <map>
+
+class QTimer;
+
+namespace carvelot {
+
+class CProcessPane : public CDockablePane, private IProcessHost {
+    Q_OBJECT
+
+public:
+    CProcessPane();
+
+    CListCtrl& List() { return *m_pList; }
+    CProcessList& Processes() { return m_processes; }
+    QToolBar& ToolBar() { return *m_pToolBar; }
+    QWidget* MainControl() const override { return m_pList; }
+
+    // Rebuilds the list. Ticks of the timer that come during it are ignored.
+    void RefreshProcessList();
+    // Stops the timer and starts it again when the settings ask for it.
+    void RestartTimer();
+    bool IsTimerRunning() const;
+    int TimerPeriod() const; // milliseconds
+
+    // The wish to analyse a process, and the companion library's entry point, or null.
+    std::function<void(const std::string& strImageName, const std::string& strDebugFile,
+                       std::int32_t nProcess)>
+        m_fnAnalyze;
+    std::function<FGetSetProcInfo()> m_fnGetSetProcInfo;
+
+    // What a refresh does, and where the processes come from; replaceable by tests.
+    std::function<void()> m_fnRefresh;
+    std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;
+
+protected:
+    void OnSize(int nWidth, int nHeight) override;
+
+private:
+    void ShowMessage(std::string_view strText) override;
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override;
+    const std::vector<tagTraceApp>& TraceApps() const override;
+    FGetSetProcInfo GetSetProcInfo() const override;
+    void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
+                        std::int32_t nProcess) override;
+    void BeginRebuild() override;
+    void EndRebuild() override;
+    void RowChanged(std::size_t nRow) override;
+
+    void SetCommand(int nId, std::function<void()> fnRun);
+
+    CProcessList m_processes;
+    QToolBar* m_pToolBar; // the CProcessPaneToolBar
+    CListCtrl* m_pList;
+    QTimer* m_pTimer;
+    bool m_bRefreshing = false;
+    bool m_bRebuilding = false; // the list's selection is not the user's
+    std::map<int, QAction*> m_mapActions;
+};
+
+} // namespace carvelot

@@ -1,0 +1,147 @@
+#include "ui/session/DetailView.h"
+
+#include "ui/kit/Icons.h"
+#include "ui/kit/MainWindow.h"
+#include "ui/kit/TabbedClientArea.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/UserInterface.h"
+#include "ui/kit/WaitCursor.h"
+#include "ui/session/ChildFrame.h"
+#include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
+
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMouseEvent>
+
+namespace carvelot {
+
+namespace {
+
+QList<QIcon> TreeImages() {
+    QList<QIcon> listImages;
+    LoadImageStrip("TreeImages", listImages);
+    return listImages;
+}
+
+} // namespace
+
+CDetailView::CDetailView(CSessionDocument& document)
+    : CTreeCtrl(tr("Calls")), m_document(document), m_tree(document.Session()),
+      m_model(m_tree, TreeImages()) {
+    setModel(&m_model);
+    document.Session().m_pDetailView = this;
+}
+
+CDetailView::~CDetailView() {
+    m_document.Session().m_pDetailView = nullptr;
+    setModel(nullptr); // the model goes before the view's base
+}
+
+void CDetailView::SetRedraw(bool bRedraw) {
+    if (bRedraw == m_bRedraw)
+        return;
+    m_bRedraw = bRedraw;
+    if (bRedraw) {
+        m_model.EndChange();
+        return;
+    }
+    if (!m_bFont)
+        TakeFont(); // a view must not be laid out in the middle of a change
+    m_model.BeginChange();
+}
+
+void CDetailView::TakeFont() {
+    m_bFont = true;
+    setFont(SettingsFont());
+}
+
+void CDetailView::ResetTree() {
+    const CWaitCursor wait;
+    if (m_bRedraw)
+        m_model.BeginChange();
+    m_tree.ResetTree();
+    if (m_bRedraw)
+        m_model.EndChange();
+}
+
+void CDetailView::FillDetails(bool singleThread, std::span<const RecordIndex> records) {
+    const CWaitCursor wait;
+    if (singleThread || !m_bFont)
+        TakeFont();
+    if (m_bRedraw)
+        m_model.BeginChange();
+    m_tree.FillDetails(singleThread, records);
+    if (m_bRedraw)
+        m_model.EndChange();
+}
+
+void CDetailView::Show(const Selection& selection) {
+    if (const CProcess* const pProcess = selection.Process()) {
+        SetRedraw(false);
+        ResetTree();
+        // One thread after the other: they are not merged by time.
+        for (const auto& pThread : pProcess->m_listThreads)
+            FillDetails(false, pThread->m_listDetails);
+        SetRedraw(true);
+    } else if (const CThread* const pThread = selection.Thread()) {
+        FillDetails(true, pThread->m_listDetails);
+    } else if (const CJASUser* const pUser = selection.User()) {
+        FillDetails(true, pUser->m_listDetails);
+    }
+}
+
+void CDetailView::SelectRecord(RecordIndex record) {
+    const CDetailTree::Node node = m_tree.NodeOf(record);
+    if (node == CDetailTree::kRoot)
+        selectionModel()->clear();
+    else
+        SelectIndex(m_model.IndexOf(node));
+}
+
+void CDetailView::SetFocusToTree() {
+    CMainWindow* pMain = MainWindow();
+    CMDIChildWnd* pFrame = m_document.GetFrame();
+    // The session of a row need not be the one in front.
+    if (pMain != nullptr && pFrame != nullptr && pMain->ActiveChild() != pFrame)
+        pMain->ClientArea().Activate(*pFrame);
+    window()->activateWindow();
+    setFocus(Qt::OtherFocusReason);
+}
+
+void CDetailView::OnSelectionChanged() {
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
+}
+
+void CDetailView::mousePressEvent(QMouseEvent* pEvent) {
+    if (pEvent->button() != Qt::RightButton) {
+        CTreeCtrl::mousePressEvent(pEvent);
+        return;
+    }
+    pEvent->accept();
+    const QModelIndex index = indexAt(pEvent->position().toPoint());
+    if (index.isValid())
+        SelectIndex(index);
+}
+
+void CDetailView::contextMenuEvent(QContextMenuEvent* pEvent) {
+    pEvent->accept();
+    const QModelIndex index = SelectedIndex();
+    if (!index.isValid() || !m_tree.OffersCopyParms(m_model.Node(index)))
+        return;
+    QMenu menu;
+    connect(menu.addAction(tr("Copy Parms")), &QAction::triggered, this, &CDetailView::OnCopyParms);
+    UserInterface().RunMenu(menu, pEvent->reason() == QContextMenuEvent::Keyboard ? MenuPoint(index)
+                                                                                  : pEvent->globalPos());
+}
+
+void CDetailView::OnCopyParms() {
+    const QModelIndex index = SelectedIndex();
+    if (index.isValid())
+        QGuiApplication::clipboard()->setText(ToQString(m_tree.CopyParmsText(m_model.Node(index))));
+}
+
+} // namespace carvelot

@@ -1,0 +1,111 @@
+#include "ui/session/FindPane.h"
+
+#include "lists/RowSource.h"
+#include "settings/Commands.h"
+#include "ui/kit/Icons.h"
+#include "ui/kit/MainWindow.h"
+#include "ui/kit/Text.h"
+#include "ui/kit/WaitCursor.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMimeData>
+
+#include <algorithm>
+
+namespace carvelot {
+
+CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {200, 100}) {
+    m_pToolBar = new QToolBar(Client());
+    m_pToolBar->setMovable(false);
+    m_pToolBar->setIconSize({16, 16});
+    m_pToolBar->setAccessibleName(tr("Find commands"));
+    QAction* pFind = m_pToolBar->addAction(CommandIcon(ID_FIND_FIND), tr("Find"));
+    pFind->setStatusTip(tr("Find"));
+    pFind->setData(ID_FIND_FIND);
+    connect(pFind, &QAction::triggered, this, &CFindPane::OnFind);
+
+    m_pSearch = new QLineEdit(Client());
+    m_pSearch->setAccessibleName(tr("Search text"));
+    m_pSearch->setMaxLength(1 << 20);
+    m_pSearch->setAcceptDrops(false); // a log dropped here opens as everywhere
+    QFont font(QStringLiteral("MS Sans Serif"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPointSize(8);
+    m_pSearch->setFont(font);
+
+    m_pList = new CListCtrl(ColumnsOf<FindRow>(), windowTitle(), Client());
+    m_pList->Model().SetSortable(false);
+    m_pList->m_bEnterOpens = false; // Enter searches, wherever it is pressed in this pane
+    m_pList->m_fnOpenRow = [this](int nRow) {
+        if (m_source.Session() == nullptr)
+            return; // the record is gone
+        const CSessionReference session = m_session;
+        session.ShowDetail(m_source.Record(m_pList->Model().SourceRow(nRow)));
+    };
+
+    for (QWidget* pPart : Client()->findChildren<QWidget*>())
+        pPart->installEventFilter(this);
+}
+
+void CFindPane::OnFind() {
+    CMainWindow* pMain = MainWindow();
+    CMDIChildWnd* pChild = pMain != nullptr ? pMain->ActiveChild() : nullptr;
+    auto* pDocument =
+        pChild != nullptr ? qobject_cast<CSessionDocument*>(pChild->GetActiveDocument()) : nullptr;
+    if (pDocument == nullptr)
+        return;
+    const CWaitCursor wait;
+    m_pList->Fill(nullptr);
+    m_source.Show(pDocument->Session(), pDocument->Session().FindDetails(ToUtf8(m_pSearch->text())));
+    m_pList->Fill(&m_source);
+    m_session = CSessionReference(*pDocument);
+}
+
+void CFindPane::ClearList() {
+    m_pList->Fill(nullptr);
+    m_source.Clear();
+}
+
+void CFindPane::DressForUsers(bool bUsers) {
+    m_pList->Model().SetColumnTitle(0, bUsers ? tr("User") : tr("Process"));
+    m_pList->SetColumnWidth(1, bUsers ? 0 : 60);
+}
+
+bool CFindPane::eventFilter(QObject* pObject, QEvent* pEvent) {
+    const QEvent::Type nType = pEvent->type();
+    if (nType == QEvent::KeyRelease || nType == QEvent::KeyPress || nType == QEvent::ShortcutOverride) {
+        auto& key = static_cast<QKeyEvent&>(*pEvent);
+        const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        if (nType == QEvent::KeyRelease && bEnter && !key.isAutoRepeat()) {
+            OnFind();
+            return true;
+        }
+        if (pObject == m_pSearch && nType != QEvent::KeyRelease && key.key() == Qt::Key_V &&
+            (QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier)) {
+            key.accept();
+            if (nType == QEvent::KeyPress)
+                Paste();
+            return true;
+        }
+    }
+    return CDockablePane::eventFilter(pObject, pEvent);
+}
+
+void CFindPane::Paste() {
+    const QMimeData* pData = QGuiApplication::clipboard()->mimeData();
+    if (pData != nullptr && pData->hasText())
+        m_pSearch->setText(m_pSearch->text() + pData->text());
+}
+
+void CFindPane::OnSize(int nWidth, int nHeight) {
+    const int nToolBar = m_pToolBar->sizeHint().height();
+    const int nSearch = std::max(20, m_pSearch->fontMetrics().height() + 4);
+    m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
+    m_pSearch->setGeometry(0, nToolBar, nWidth, nSearch);
+    m_pList->setGeometry(0, nToolBar + nSearch, nWidth, std::max(0, nHeight - nToolBar - nSearch));
+}
+
+} // namespace carvelot

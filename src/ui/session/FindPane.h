@@ -1,0 +1,48 @@
+// FindPane.h - the pane "Find": a search through all records of the session in front.
+#pragma once
+
+#include "lists/FindSource.h"
+#include "ui/kit/DockablePane.h"
+#include "ui/kit/ListCtrl.h"
+#include "ui/session/SessionReference.h"
+
+#include <QToolBar>
+
+namespace carvelot {
+
+// Its rows belong to the session that was searched, whatever is selected since, and can outlive it.
+class CFindPane : public CDockablePane {
+    Q_OBJECT
+
+public:
+    CFindPane();
+
+    CListCtrl& List() { return *m_pList; }
+    QLineEdit& SearchEdit() { return *m_pSearch; }
+    QToolBar& ToolBar() { return *m_pToolBar; }
+    // Searches the session in front for the text of the edit; without one the rows stay.
+    void OnFind();
+    void ClearList();
+    // The document of the last search as long as it exists.
+    CSessionDocument* Searched() const { return m_session.Document(); }
+    // To be called before a session's records go: rows of it keep what they show.
+    void LetGo(const CCarvelotDoc& session) { m_source.LetGo(session); }
+    // Titles and columns for a log of processes and threads, or for one of users.
+    void DressForUsers(bool bUsers);
+    QWidget* MainControl() const override { return m_pSearch; }
+
+protected:
+    void OnSize(int nWidth, int nHeight) override;
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+
+private:
+    void Paste();
+
+    QToolBar* m_pToolBar = nullptr; // the CFindPaneToolBar
+    QLineEdit* m_pSearch = nullptr;
+    CListCtrl* m_pList = nullptr; // the CFindListCtrl
+    CFindSource m_source;
+    CSessionReference m_session;
+};
+
+} // namespace carvelot

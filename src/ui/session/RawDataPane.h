@@ -1,0 +1,31 @@
+// RawDataPane.h - the pane "Raw Data": the whole text of the line selected in the detail tree.
+#pragma once
+
+#include "ui/kit/DockablePane.h"
+
+#include <QPlainTextEdit>
+
+namespace carvelot {
+
+class CRawDataPane : public CDockablePane {
+    Q_OBJECT
+
+public:
+    CRawDataPane();
+
+    // The whole content of the edit is replaced.
+    void SetText(const QString& strText);
+    QPlainTextEdit& Edit() { return *m_pEdit; }
+    QWidget* MainControl() const override { return m_pEdit; }
+
+protected:
+    void OnSize(int nWidth, int nHeight) override;
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+
+private:
+    void Copy();
+
+    QPlainTextEdit* m_pEdit = nullptr; // the filter sees events before it is made
+};
+
+} // namespace carvelot

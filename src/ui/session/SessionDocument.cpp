@@ -1,0 +1,36 @@
+#include "ui/session/SessionDocument.h"
+
+#include "ui/kit/MainWindow.h"
+#include "ui/kit/PathText.h"
+#include "ui/kit/Text.h"
+#include "ui/session/SessionPanes.h"
+
+namespace carvelot {
+
+CSessionDocument::CSessionDocument(PendingStatement& pending)
+    : m_host(*this), m_session(Settings(), pending, m_host) {
+    AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
+    AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
+    AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
+}
+
+CSessionDocument::~CSessionDocument() {
+    // Close All asks no window: what the panes still show of this session lets go of its records here.
+    if (CSessionPanes* const pPanes = SessionPanes())
+        pPanes->LetGo(m_session);
+}
+
+bool CSessionDocument::OnNewDocument() {
+    if (!m_session.OnNewDocument())
+        return false;
+    SetPathName(PathToQString(m_session.m_strLogPath));
+    return true;
+}
+
+bool CSessionDocument::OnOpenDocument(const QString& strPath) {
+    return m_session.OnOpenDocument(PathOf(strPath));
+}
+
+QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
+
+} // namespace carvelot

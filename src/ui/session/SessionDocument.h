@@ -1,0 +1,36 @@
+// SessionDocument.h - the window's document around one log session.
+#pragma once
+
+#include "session/CarvelotDoc.h"
+#include "ui/kit/Document.h"
+#include "ui/session/SessionHost.h"
+
+namespace carvelot {
+
+// The one owner of a session. Answers the commands of the Session menu.
+class CSessionDocument : public CDocument {
+    Q_OBJECT
+
+public:
+    // `pending` is the JAS classifier's memory, which outlives every session.
+    explicit CSessionDocument(PendingStatement& pending);
+    ~CSessionDocument() override;
+
+    bool OnNewDocument() override;
+    bool OnOpenDocument(const QString& strPath) override;
+    // A running process's session has the path of its debug file, and no path of its own.
+    QString PathInTitle() const override;
+
+    CCarvelotDoc& Session() { return m_session; }
+    const CCarvelotDoc& Session() const { return m_session; }
+
+signals:
+    // The log was opened by hand: it belongs among the recent files.
+    void Opened(const QString& strPath);
+
+private:
+    CSessionHost m_host;
+    CCarvelotDoc m_session;
+};
+
+} // namespace carvelot

@@ -1,0 +1,51 @@
+// ThreadTreeModel.h - a session's processes and threads, or its users, as a tree shows them.
+#pragma once
+
+#include "session/Selection.h"
+
+#include <QAbstractItemModel>
+#include <QIcon>
+
+#include <vector>
+
+namespace carvelot {
+
+// A view of the session's own lists. It must be cleared before those go.
+class CThreadTreeModel final : public QAbstractItemModel {
+    Q_OBJECT
+
+public:
+    CThreadTreeModel(const CCarvelotDoc& session, QList<QIcon> listImages)
+        : m_session(session), m_listImages(std::move(listImages)) {}
+
+    void Clear() { Show(EContent::Nothing); }
+    void ShowProcesses() { Show(EContent::Processes); }
+    void ShowUsers() { Show(EContent::Users); }
+
+    // What a node stands for; null when it is of another kind.
+    const CProcess* Process(const QModelIndex& index) const;
+    const CThread* Thread(const QModelIndex& index) const;
+    const CJASUser* User(const QModelIndex& index) const;
+    Selection Selected(const QModelIndex& index) const;
+    QModelIndex IndexOf(const CThread& thread) const;
+    QModelIndex IndexOf(const CJASUser& user) const;
+
+    QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = {}) const override;
+    QModelIndex parent(const QModelIndex& index) const override;
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex&) const override { return 1; }
+    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
+
+private:
+    enum class EContent { Nothing, Processes, Users };
+    void Show(EContent nContent);
+    std::string Text(const QModelIndex& index) const;
+
+    // An index carries the row of its process plus 1, or 0 at the top.
+    const CCarvelotDoc& m_session;
+    QList<QIcon> m_listImages;
+    EContent m_nContent = EContent::Nothing;
+    std::vector<int> m_listUserImages;
+};
+
+} // namespace carvelot

@@ -1,0 +1,44 @@
+// PropertyGrid.h - a grid of labelled rows in groups, with option lists, a description area and marks on
+// changed rows.
+#pragma once
+
+#include "tools/JDEPropSetting.h"
+
+#include <QWidget>
+
+#include <vector>
+
+class QLabel;
+class QTreeWidget;
+class QTreeWidgetItem;
+
+namespace carvelot {
+
+class CPropertyGrid : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit CPropertyGrid(QWidget* pParent);
+
+    // Shows the rows, which belong to the caller and outlive the grid's use of them.
+    void SetRows(std::vector<CJDEPropSetting>& listTop);
+    // Takes over what stands in an editor that is open.
+    void EndEdit();
+    // The row behind an item.
+    static CJDEPropSetting* RowOf(const QTreeWidgetItem* pItem);
+    // Takes a typed or chosen value over into the row and its mark.
+    void SetValue(QTreeWidgetItem& item, const QString& strValue);
+
+protected:
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+
+private:
+    void AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row);
+    void ShowDescription(const QTreeWidgetItem* pItem);
+
+    QTreeWidget* m_pTree;
+    QLabel* m_pName;
+    QLabel* m_pDescription;
+};
+
+} // namespace carvelot
