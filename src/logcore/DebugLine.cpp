@@ -1,14 +1,9 @@
-// One line of a debug log.
-#include "logcore/CarvelotDoc.h"
+#include "logcore/DebugLine.h"
 
-#include "logcore/ByteScan.h"
-#include "logcore/Columns.h"
+#include "logcore/DetailList.h"
 #include "logcore/LineTokens.h"
 #include "logcore/Numbers.h"
-#include "logcore/SQLAnalysis.h"
 #include "platform/CodePage.h"
-
-#include <cstring>
 
 namespace carvelot {
 
@@ -45,28 +40,6 @@ void ScanProcessAndThread(std::string_view token, CLogDetail& detail) {
 }
 
 constexpr std::int32_t Digit(char c) { return c - '0'; }
-
-// Date and time of the one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label".
-constexpr std::size_t kIDsColumn = 25;
-constexpr std::size_t kSecondsLength = 16; // up to the point
-
-// Reads the stamp up to the whole second; false for any other form, and for numbers that no clock shows.
-bool ReadStamp(const char* p, LineStamp& stamp) {
-    // Of the sixteen characters from column 5 on all but these are digits: " 16:36:42.440295".
-    constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 1) | (1U << 4) | (1U << 7) | (1U << 10));
-    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || p[3] != ' ' || p[6] != ' ' || p[9] != ':' ||
-        p[12] != ':' || p[15] != '.' || (p[4] != ' ' && !IsDigit(p[4])) || !IsMonthName({p, 3})) {
-        return false;
-    }
-    const auto two = [p](std::size_t column) { return Digit(p[column]) * 10 + Digit(p[column + 1]); };
-    stamp.day = (p[4] == ' ' ? 0 : Digit(p[4]) * 10) + Digit(p[5]);
-    stamp.hour = two(7);
-    stamp.minute = two(10);
-    stamp.second = two(13);
-    stamp.SetBytes({p, kSecondsLength}, {p, 3});
-    stamp.packed = CDetailList::PackStamp(stamp);
-    return stamp.IsOfAClock();
-}
 
 // Reads the fields up to the label. False for a line that is no record: one without a word, or whose third
 // word is no time, which is what most continuation lines are.
@@ -106,8 +79,26 @@ bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
 
 } // namespace
 
-std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii, std::size_t& head) {
-    head = 0;
+// Reads the stamp up to the whole second; false for any other form, and for numbers that no clock shows.
+bool CDebugLineParser::ReadStamp(const char* p, LineStamp& stamp) {
+    // Of the sixteen characters from column 5 on all but these are digits: " 16:36:42.440295".
+    constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 1) | (1U << 4) | (1U << 7) | (1U << 10));
+    if ((DigitsAmong16(p + 5) & digitColumns) != digitColumns || p[3] != ' ' || p[6] != ' ' || p[9] != ':' ||
+        p[12] != ':' || p[15] != '.' || (p[4] != ' ' && !IsDigit(p[4])) || !IsMonthName({p, 3})) {
+        return false;
+    }
+    const auto two = [p](std::size_t column) { return Digit(p[column]) * 10 + Digit(p[column + 1]); };
+    stamp.day = (p[4] == ' ' ? 0 : Digit(p[4]) * 10) + Digit(p[5]);
+    stamp.hour = two(7);
+    stamp.minute = two(10);
+    stamp.second = two(13);
+    stamp.SetBytes({p, kSecondsLength}, {p, 3});
+    stamp.packed = CDetailList::PackStamp(stamp);
+    return stamp.IsOfAClock();
+}
+
+std::string_view CDebugLineParser::StatementText(std::string_view line, bool ascii) {
+    m_nHead = 0;
     if (m_nTextColumn == 0 && m_nTabCount > 0) {
         // A search that finds no tab makes the next one start over from the line's start.
         std::size_t tab = std::string_view::npos;
@@ -128,7 +119,7 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii, 
         }
         std::string_view text = line.substr(tab + 1);
         if (!text.starts_with(" - ")) {
-            head = startedOver ? 0 : tab + 1;
+            m_nHead = startedOver ? 0 : tab + 1;
             return TrimStatement(text);
         }
         // From this line on the text column is fixed for the session.
@@ -140,98 +131,38 @@ std::string_view CCarvelotDoc::StatementText(std::string_view line, bool ascii, 
     }
     const auto column = static_cast<std::size_t>(m_nTextColumn);
     if (ascii) {
-        head = column;
+        m_nHead = column;
         return column < line.size() ? TrimStatement(line.substr(column)) : std::string_view{};
     }
     return TrimStatement(FromColumn(line, column, m_strCut));
 }
 
-bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
-    const char* const p = line.bytes.data();
-    const std::size_t size = line.bytes.size();
-    if (!line.ascii || size <= kIDsColumn) {
-        return false;
-    }
-    std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
-        !SixDigitsAndDash(p + kSecondsLength, fraction) || p[kIDsColumn - 1] != ' ') {
-        m_stamp.length = 0;
-        return false;
-    }
-    const LineHead* const known = m_heads.Find(p + kIDsColumn, size - kIDsColumn, m_stamp.month);
-    if (known == nullptr) {
-        return false;
-    }
-    const LineHead& head = *known;
-    const char* const first = p + kIDsColumn + head.length;
-    const char* const end = p + size;
-    const std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
-    if (text.empty()) {
-        return false;
-    }
-    std::size_t blanks = 0;
-    if (head.labelRunsOn) {
-        blanks = static_cast<std::size_t>(text.data() - first);
-        // A tab ahead of the text would end the label.
-        if (blanks > LineHead::kMostBlanks || LeadingBlanksAmong16(first).holdTab) {
-            return false;
-        }
-    }
-    const std::uint32_t contextNumber = head.contexts[blanks];
-    if (contextNumber == LineHead::kUnknown ||
-        (m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
-        return false;
-    }
-    TextSigns signs;
-    if (!line.hints.Empty()) {
-        signs = FindSigns(text, line.bytes, line.hints);
-        if (signs.Hold(TextSigns::SIGN_UBE_IN_LINE)) {
-            return false;
-        }
-    }
-    m_bDashForm = true;
-    const Classification result = ClassifyDebugStatement(text, signs, m_strName);
-    SqlOperation operation = SQL_NONE;
-    std::string_view name = result.Name(m_strName);
-    if (result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(text, m_strTable);
-        operation = parts.operation;
-        name = parts.table;
-    }
-    std::string_view stored = text;
-    if (head.labelRunsOn && end[-1] == ' ' && std::memchr(text.data(), '\t', text.size()) == nullptr) {
-        stored = {text.data(), static_cast<std::size_t>(end - text.data())};
-    }
-    const RecordIndex record =
-        m_listDetails.AppendUsual({m_stamp, fraction, contextNumber, result.kind, result.returnCode,
-                                   operation, true, head.labelRunsOn, text, stored, name});
-    CommitDetail(record, m_listDetails.ContextOfNumber(contextNumber), result.kind, result.returnCode,
-                 m_stamp.time + fraction);
-    return true;
-}
-
-void CCarvelotDoc::LearnDebugHead(const LogLine& line, std::size_t headEnd, const CLogDetail& detail,
-                                  RecordIndex record) {
-    if (m_stamp.length == 0 || !line.ascii || detail.m_bUBE || !m_listDetails.IsUsual(record)) {
+void CDebugLineParser::Learn(const LogLine& line, const CLogDetail& detail, std::uint32_t context) {
+    if (m_stamp.length == 0 || !line.ascii || detail.m_bUBE || detail.m_strText.empty()) {
         return;
     }
     const std::string_view whole = line.bytes;
     const std::string_view label = detail.m_strThreadLabel.own;
     const auto column = [&](const char* at) { return static_cast<std::size_t>(at - whole.data()); };
-    if (headEnd <= kIDsColumn || label.empty() || column(label.data()) >= headEnd) {
+    if (m_nHead <= kIDsColumn || label.empty() || column(label.data()) >= m_nHead) {
         return;
     }
     // A label that ends right at the head's end would go on in another line.
     const std::size_t labelEnd = column(label.data() + label.size());
-    const bool runsOn = labelEnd >= headEnd;
+    const bool runsOn = labelEnd >= m_nHead;
     const std::size_t textStart = column(detail.m_strText.data());
     if (!runsOn || labelEnd > textStart) {
-        m_heads.Learn(whole.substr(kIDsColumn, headEnd - kIDsColumn), m_stamp.month, runsOn,
-                      runsOn ? textStart - headEnd : 0, m_listDetails.ContextNumber(record), LOG_NONE);
+        m_heads.Learn(whole.substr(kIDsColumn, m_nHead - kIDsColumn), m_stamp.month, runsOn,
+                      runsOn ? textStart - m_nHead : 0, context, LOG_NONE);
     }
 }
 
-void CCarvelotDoc::ParseDebugLine(LogLine& line) {
+void CDebugLineParser::ForgetBeginnings() {
+    m_stamp = {};
+    m_heads.Clear();
+}
+
+bool CDebugLineParser::Parse(LogLine& line, std::uint32_t processFilter, CLogDetail& detail) {
     std::string_view text = line.bytes;
     if (!line.ascii) {
         text = platform::BytesToUtf8(line.bytes, m_strConverted);
@@ -240,12 +171,10 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
             line.hints.Invalidate();
         }
     }
-    CLogDetail detail;
     if (!ReadFields(text, detail, m_bDashForm)) {
-        return;
+        return false;
     }
-    std::size_t head = 0;
-    detail.m_strText = StatementText(text, line.ascii, head);
+    detail.m_strText = StatementText(text, line.ascii);
     if (HoldsUBE(line)) {
         detail.m_nProcessID = m_nUBEProcessID;
         detail.m_nThreadID = m_nUBEThreadID;
@@ -255,13 +184,13 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_nUBELevel = DigitValue(AsciiAtColumn(text, kUBELevelColumn));
     }
     const bool isSlice = detail.m_strText.data() != m_strCut.data();
-    Classification result = ClassifyDebugStatement(detail.m_strText,
-                                                   isSlice && line.hints.IsComplete()
-                                                       ? FindSigns(detail.m_strText, text, line.hints)
-                                                       : FindSigns(detail.m_strText),
-                                                   m_strName);
-    if (m_nProcessFilter != 0 && m_nProcessFilter != detail.m_nProcessID) {
-        return;
+    const Classification result = ClassifyDebugStatement(detail.m_strText,
+                                                         isSlice && line.hints.IsComplete()
+                                                             ? FindSigns(detail.m_strText, text, line.hints)
+                                                             : FindSigns(detail.m_strText),
+                                                         m_strName);
+    if (processFilter != 0 && processFilter != detail.m_nProcessID) {
+        return false;
     }
     detail.m_nKind = result.kind;
     detail.m_nReturnCode = result.returnCode;
@@ -272,9 +201,7 @@ void CCarvelotDoc::ParseDebugLine(LogLine& line) {
         detail.m_nSQLOperation = parts.operation;
         detail.m_strTable = parts.table;
     }
-    const RecordIndex record = m_listDetails.Append(detail, line.ascii);
-    LearnDebugHead(line, head, detail, record);
-    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+    return true;
 }
 
 } // namespace carvelot

@@ -1,12 +1,8 @@
-// One line of a JAS web log.
-#include "logcore/CarvelotDoc.h"
+#include "logcore/JASLine.h"
 
-#include "logcore/ByteScan.h"
-#include "logcore/Columns.h"
+#include "logcore/DetailList.h"
 #include "logcore/LineTokens.h"
 #include "logcore/Numbers.h"
-#include "logcore/SQLAnalysis.h"
-#include "platform/CodePage.h"
 
 #include <algorithm>
 #include <limits>
@@ -71,11 +67,10 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
     return true;
 }
 
-// The stamp of the one form that nearly every line has: "29 Jun 2016 12:08:30,122 [".
-constexpr std::size_t kLongestStamp = 26;
+} // namespace
 
 // Reads the stamp up to the comma; false for any other form, and for numbers that no clock shows.
-bool ReadStamp(const char* line, LineStamp& stamp) {
+bool CJASLineParser::ReadStamp(const char* line, LineStamp& stamp) {
     const std::size_t dayDigits = IsDigit(line[1]) ? 2 : 1;
     const char* const p = line + dayDigits;
     // Of the sixteen characters from the year on all but these are digits: "2016 12:08:30,122".
@@ -96,62 +91,7 @@ bool ReadStamp(const char* line, LineStamp& stamp) {
     return stamp.IsOfAClock();
 }
 
-} // namespace
-
-bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
-    const char* const p = line.bytes.data();
-    const std::size_t size = line.bytes.size();
-    if (!line.ascii || size < kLongestStamp) {
-        return false;
-    }
-    std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
-        !ThreeDigitsAndBracket(p + m_stamp.length, fraction)) {
-        m_stamp.length = 0;
-        return false;
-    }
-    const char* const headStart = p + m_stamp.length + 4;
-    const char* const end = p + size;
-    const LineHead* const known =
-        m_heads.Find(headStart, static_cast<std::size_t>(end - headStart), m_stamp.month);
-    if (known == nullptr) {
-        return false;
-    }
-    const LineHead& head = *known;
-    const char* const first = headStart + head.length;
-    std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
-    Classification result{head.levelKind, false, 0};
-    if (head.levelKind == LOG_NONE) {
-        result = ClassifyJASStatement(text, SignsOf(line, text), m_pendingStatement, m_strName, true);
-    }
-    SqlOperation operation = SQL_NONE;
-    std::string_view name = result.Name(m_strName);
-    if (result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(text, m_strTable);
-        operation = parts.operation;
-        name = parts.table;
-    }
-    // A finished statement may hold what earlier lines brought.
-    const bool ascii = text.data() != m_pendingStatement.statement.data() || m_pendingStatement.ascii ||
-                       platform::IsAscii(text);
-    const RecordIndex record =
-        m_listDetails.AppendUsual({m_stamp, fraction, head.contexts[0], result.kind, result.returnCode,
-                                   operation, ascii, false, text, text, name});
-    RecordContext& context = m_listDetails.ContextOfNumber(head.contexts[0]);
-    CommitToUser(record, context, result.kind, m_stamp.time + fraction);
-    CommitDetail(record, context, result.kind, result.returnCode, m_stamp.time + fraction);
-    return true;
-}
-
-TextSigns CCarvelotDoc::SignsOf(const LogLine& line, std::string_view text) const {
-    // While a statement awaits parameters no test looks for words inside a text.
-    if (m_pendingStatement.parameters > 0 || line.hints.Empty()) {
-        return {};
-    }
-    return line.hints.IsComplete() ? FindSigns(text, line.bytes, line.hints) : FindSigns(text);
-}
-
-void CCarvelotDoc::ParseJASLine(LogLine& line) {
+bool CJASLineParser::Parse(LogLine& line, std::uint32_t processFilter, CLogDetail& detail, bool& ascii) {
     std::string_view whole = line.bytes;
     if (!line.ascii) {
         whole = platform::BytesToUtf8(line.bytes, m_strConverted);
@@ -160,48 +100,49 @@ void CCarvelotDoc::ParseJASLine(LogLine& line) {
             line.hints.Invalidate();
         }
     }
-    CLogDetail detail;
     if (!ReadFields(whole, detail, detail.m_strText)) {
-        return;
+        return false;
     }
     const LogKind levelKind = KindOfLevel(detail.m_strLevel);
     Classification result{levelKind, false, 0};
     if (levelKind == LOG_NONE) {
-        result = ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pendingStatement,
-                                      m_strName);
+        result =
+            ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pending, m_strName);
     }
-    const std::string_view source = detail.m_strSource;
-    if (m_nProcessFilter != 0) {
-        return;
+    if (processFilter != 0) {
+        return false;
     }
     detail.m_nKind = result.kind;
     detail.m_nReturnCode = result.returnCode;
     detail.m_strName = result.Name(m_strName);
-    if (detail.m_strUser.empty()) {
-        detail.m_strUser = kSystemLevelUser;
-    }
     detail.m_nTime = LogTime(detail.m_nHour, detail.m_nMinute, detail.m_nSecond, detail.m_nMicrosecond);
     if (detail.m_nKind == LOG_SQL) {
         const SqlParts parts = SplitSQLStatement(detail.m_strText, m_strTable);
         detail.m_nSQLOperation = parts.operation;
         detail.m_strTable = parts.table;
     }
-    // A finished statement may hold what earlier lines brought.
-    const bool ascii = detail.m_strText.data() == m_pendingStatement.statement.data()
-                           ? platform::IsAscii(detail.m_strText)
-                           : line.ascii;
-    const RecordIndex record = m_listDetails.Append(detail, ascii);
-    if (m_stamp.length != 0 && line.ascii && !source.empty() && whole.size() >= kLongestStamp) {
-        // The head ends with the bracket behind the source.
-        const std::size_t headStart = m_stamp.length + 4;
-        const auto headEnd = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());
-        if (headEnd <= whole.size()) {
-            m_heads.Learn(whole.substr(headStart, headEnd - headStart), m_stamp.month, false, 0,
-                          m_listDetails.ContextNumber(record), levelKind);
-        }
+    ascii = IsOfThePending(detail.m_strText) ? platform::IsAscii(detail.m_strText) : line.ascii;
+    return true;
+}
+
+void CJASLineParser::Learn(const LogLine& line, const CLogDetail& detail, std::uint32_t context) {
+    const std::string_view whole = line.bytes;
+    const std::string_view source = detail.m_strSource;
+    if (m_stamp.length == 0 || !line.ascii || source.empty() || whole.size() < kLongestStamp) {
+        return;
     }
-    CommitToUser(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nTime);
-    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+    // The head ends with the bracket behind the source.
+    const std::size_t headStart = m_stamp.length + kFractionLength;
+    const auto headEnd = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());
+    if (headEnd <= whole.size()) {
+        m_heads.Learn(whole.substr(headStart, headEnd - headStart), m_stamp.month, false, 0, context,
+                      KindOfLevel(detail.m_strLevel));
+    }
+}
+
+void CJASLineParser::ForgetBeginnings() {
+    m_stamp = {};
+    m_heads.Clear();
 }
 
 } // namespace carvelot
