@@ -1,8 +1,21 @@
-// A whole log in either format: load, trees, every analysis, lists, searches, exports and JSON. The first
-// byte chooses the settings, the rest is the log.
+// A whole log in either format: load, trees, every analysis, lists, searches, exports and JSON; and the same
+// log read plainly, without the short ways of the parsers. The first byte chooses the settings and a process
+// filter, the rest is the log.
 #include "support/FuzzSession.h"
 
 using namespace carvelot;
+
+namespace {
+
+// A fuzzer, for which inputs a second count, asks for one thing an input, by its length; other programs,
+// which run few, for all.
+#if defined(CARVELOT_FUZZ_ALL)
+constexpr bool kAll = true;
+#else
+constexpr bool kAll = false;
+#endif
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view input = fuzz::AsText(data, size);
@@ -12,15 +25,29 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::CFuzzSession::Options options;
     options.settings.m_fThreshold = (input[0] & 1) != 0 ? 0.0F : 1.0F;
     options.settings.m_bCacheAnalysis = (input[0] & 2) == 0;
+    options.processFilter = (input[0] & 4) != 0 ? 4120 : 0;
     const std::string_view log = input.substr(1);
     static fuzz::CFuzzSession session;
     session.Load(log, options);
-    fuzz::WalkSession(session);
-    // The same log once more, as Analyze reads it.
-    const std::size_t records = session.m_doc.m_listDetails.Size();
-    session.LoadAgain(log);
-    fuzz::Require(session.m_doc.m_nLogFormat != LOG_FORMAT_DEBUG ||
-                      session.m_doc.m_listDetails.Size() == records,
-                  "a second analysis makes as many records");
+    const auto asks = [&](std::size_t part) { return kAll || size % 4 == part; };
+    if (asks(0)) {
+        fuzz::WalkRecords(session);
+        fuzz::WalkLists(session);
+    }
+    if (asks(1)) {
+        fuzz::WalkTrees(session);
+    }
+    if (asks(2)) {
+        fuzz::WalkReports(session);
+    }
+    if (asks(3)) {
+        fuzz::RequireSameReadPlainly(session, log, options);
+        // The same log once more, as Analyze reads it.
+        const std::size_t records = session.m_doc.m_listDetails.Size();
+        session.LoadAgain(log);
+        fuzz::Require(session.m_doc.m_nLogFormat != LOG_FORMAT_DEBUG ||
+                          session.m_doc.m_listDetails.Size() == records,
+                      "a second analysis makes as many records");
+    }
     return 0;
 }

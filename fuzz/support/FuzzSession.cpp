@@ -29,6 +29,7 @@ void RequireJson(const std::string& text) {
     Require(document.IsObject(), "the JSON is one object");
 }
 
+// All nodes of a tree; its texts and JSON.
 void WalkTree(const CDetailTree& tree) {
     std::vector<CDetailTree::Node> open{CDetailTree::kRoot};
     std::size_t seen = 0;
@@ -107,8 +108,8 @@ template <class List> void RequireRecords(const CCarvelotDoc& doc, const List& r
 
 } // namespace
 
-void WalkSession(CFuzzSession& session) {
-    CCarvelotDoc& doc = session.m_doc;
+void WalkRecords(const CFuzzSession& session) {
+    const CCarvelotDoc& doc = session.m_doc;
     for (std::uint32_t i = 0; i < doc.m_listDetails.Size(); ++i) {
         const CLogDetail detail = doc.m_listDetails[RecordIndex{i}];
         Require(detail.m_nTime == doc.m_listDetails.Time(RecordIndex{i}), "a record has one time");
@@ -116,32 +117,28 @@ void WalkSession(CFuzzSession& session) {
         (void)detail.m_strThreadLabel.Joined();
     }
     RequireRecords(doc, doc.m_listGaps);
-
-    CDetailTree tree(doc);
     for (const auto& process : doc.m_listProcesses) {
-        (void)ProcessNodeText(doc, *process);
-        (void)TitleOf(doc, Selection(*process));
-        (void)CaptionOf(Selection(*process));
         RequireRecords(doc, process->m_listErrors);
-        SortEveryWay(doc, MakeErrorRows(process->m_listErrors));
-        WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
-        for (const auto& cache : process->m_pCacheAnalysis.m_caches) {
-            (void)CCacheAnalysis::CacheText(cache);
-            for (const auto& operation : cache.m_operations) {
-                Require(Number(operation.m_pRecord) < doc.m_listDetails.Size(), "an operation has a record");
-                (void)CCacheAnalysis::OperationText(doc.m_listDetails, operation);
-                (void)operation.Image();
-            }
-        }
-        tree.ResetTree();
         for (const auto& thread : process->m_listThreads) {
-            (void)ThreadNodeText(*thread);
-            (void)TitleOf(doc, Selection(*thread));
-            (void)CaptionOf(Selection(*thread));
             Require(!thread->m_listDetails.empty(), "a thread keeps its last record");
             RequireRecords(doc, thread->m_listDetails);
             RequireRecords(doc, thread->m_listErrors);
-            WalkAnalyses(doc, thread->m_pBSFNAnalysis, thread->m_pSQLAnalysis);
+        }
+    }
+    for (const auto& user : doc.m_listUsers) {
+        RequireRecords(doc, user->m_listDetails);
+        RequireRecords(doc, user->m_listErrors);
+    }
+}
+
+void WalkTrees(const CFuzzSession& session) {
+    const CCarvelotDoc& doc = session.m_doc;
+    CDetailTree tree(doc);
+    for (const auto& process : doc.m_listProcesses) {
+        (void)ProcessNodeText(doc, *process);
+        tree.ResetTree();
+        for (const auto& thread : process->m_listThreads) {
+            (void)ThreadNodeText(*thread);
             tree.FillDetails(false, thread->m_listDetails);
         }
         WalkTree(tree);
@@ -152,18 +149,44 @@ void WalkSession(CFuzzSession& session) {
     }
     (void)UserImages(doc);
     for (const auto& user : doc.m_listUsers) {
-        (void)TitleOf(doc, Selection(*user));
-        (void)CaptionOf(Selection(*user));
-        RequireRecords(doc, user->m_listDetails);
-        RequireRecords(doc, user->m_listErrors);
-        SortEveryWay(doc, MakeErrorRows(user->m_listErrors));
-        WalkAnalyses(doc, user->m_pBSFNAnalysis, user->m_pSQLAnalysis);
         tree.FillDetails(true, user->m_listDetails);
         WalkTree(tree);
     }
+}
 
+void WalkLists(const CFuzzSession& session) {
+    const CCarvelotDoc& doc = session.m_doc;
+    for (const auto& process : doc.m_listProcesses) {
+        (void)TitleOf(doc, Selection(*process));
+        (void)CaptionOf(Selection(*process));
+        SortEveryWay(doc, MakeErrorRows(process->m_listErrors));
+        WalkAnalyses(doc, process->m_pBSFNAnalysis, process->m_pSQLAnalysis);
+        for (const auto& cache : process->m_pCacheAnalysis.m_caches) {
+            (void)CCacheAnalysis::CacheText(cache);
+            for (const auto& operation : cache.m_operations) {
+                Require(Number(operation.m_pRecord) < doc.m_listDetails.Size(), "an operation has a record");
+                (void)CCacheAnalysis::OperationText(doc.m_listDetails, operation);
+                (void)operation.Image();
+            }
+        }
+        for (const auto& thread : process->m_listThreads) {
+            (void)TitleOf(doc, Selection(*thread));
+            (void)CaptionOf(Selection(*thread));
+            WalkAnalyses(doc, thread->m_pBSFNAnalysis, thread->m_pSQLAnalysis);
+        }
+    }
+    for (const auto& user : doc.m_listUsers) {
+        (void)TitleOf(doc, Selection(*user));
+        (void)CaptionOf(Selection(*user));
+        SortEveryWay(doc, MakeErrorRows(user->m_listErrors));
+        WalkAnalyses(doc, user->m_pBSFNAnalysis, user->m_pSQLAnalysis);
+    }
+    SortEveryWay(doc, MakeGapRows(doc));
+}
+
+void WalkReports(const CFuzzSession& session) {
+    const CCarvelotDoc& doc = session.m_doc;
     std::vector<GapRow> gaps = MakeGapRows(doc);
-    SortEveryWay(doc, gaps);
     (void)ExportGaps(doc, gaps, GapExportFormat::Csv);
     (void)ExportGaps(doc, gaps, GapExportFormat::Text);
 
@@ -187,18 +210,15 @@ void WalkSession(CFuzzSession& session) {
     RequireJson(out.str());
 }
 
-void RequireSameBothWays(std::string_view log, std::uint32_t processFilter) {
-    static CFuzzSession usual;
+void RequireSameReadPlainly(const CFuzzSession& session, std::string_view log,
+                            CFuzzSession::Options options) {
     static CFuzzSession plain;
-    CFuzzSession::Options options;
-    options.processFilter = processFilter;
-    usual.Load(log, options);
     options.plain = true;
     plain.Load(log, options);
-    const std::string difference = test::DifferenceOf(usual.m_doc, plain.m_doc);
+    const std::string difference = test::DifferenceOf(session.m_doc, plain.m_doc);
     Require(difference.empty(), "read plainly, another outcome: " + difference);
-    Require(usual.m_pending.statement == plain.m_pending.statement &&
-                usual.m_pending.parameters == plain.m_pending.parameters,
+    Require(session.m_pending.statement == plain.m_pending.statement &&
+                session.m_pending.parameters == plain.m_pending.parameters,
             "read plainly, another statement awaits its parameters");
 }
 

@@ -51,12 +51,14 @@ public:
     bool m_bLoaded = false;
 };
 
-// Asks for everything that a window or the report asks for: all records, trees of every scope, the rows of
-// every list in every order, the searches, both exports, the JSON, which must parse.
-void WalkSession(CFuzzSession& session);
+// Ask for everything that a window or the report asks for: all records; the trees of every scope; the rows of
+// every list in every order; the searches, both exports, the summary, and the JSON, which must parse.
+void WalkRecords(const CFuzzSession& session);
+void WalkTrees(const CFuzzSession& session);
+void WalkLists(const CFuzzSession& session);
+void WalkReports(const CFuzzSession& session);
 
-// Demands that a log reads the same with and without the short ways of the parser, under a process filter
-// too.
-void RequireSameBothWays(std::string_view log, std::uint32_t processFilter);
+// Demands that the log which a session has just read is the same without the short ways of the parsers.
+void RequireSameReadPlainly(const CFuzzSession& session, std::string_view log, CFuzzSession::Options options);
 
 } // namespace carvelot::fuzz

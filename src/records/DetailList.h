@@ -46,22 +46,7 @@ public:
     // then be cleared.
     RecordIndex Append(const CLogDetail& detail, bool ascii);
 
-    // The same for a line that begins as earlier ones did: its stamp and its context are known. Returns the
-    // record; `stored` is the text and perhaps blanks behind it that belong to its label.
-    struct UsualDetail {
-        const LineStamp& stamp;
-        std::uint32_t fraction;
-        std::uint32_t context;
-        LogKind kind;
-        std::int32_t returnCode;
-        SqlOperation operation;
-        bool ascii;
-        bool labelRunsOn;
-        std::string_view text;
-        std::string_view stored;
-        std::string_view name; // the display name, or the table of a SQL record
-    };
-    RecordIndex AppendUsual(const UsualDetail& detail);
+    RecordIndex AppendUsual(const UsualLine& line);
     // Day and time of a stamp as records keep them.
     static std::uint64_t PackStamp(const LineStamp& stamp);
     // Whether a record has nothing that only Append can give it.
@@ -213,7 +198,7 @@ inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
            SecondField::Of(static_cast<std::uint64_t>(stamp.second));
 }
 
-[[gnu::always_inline]] inline RecordIndex CDetailList::AppendUsual(const UsualDetail& detail) {
+[[gnu::always_inline]] inline RecordIndex CDetailList::AppendUsual(const UsualLine& detail) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
     std::uint64_t head = detail.stamp.packed | MicrosecondField::Of(detail.fraction) |
                          KindField::Of(detail.kind) |

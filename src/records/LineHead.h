@@ -69,6 +69,21 @@ struct alignas(64) LineHead {
     }
 };
 
+// A line that begins as earlier ones did, in pieces: its stamp and its context are known.
+struct UsualLine {
+    const LineStamp& stamp;
+    std::uint32_t fraction;
+    std::uint32_t context;
+    LogKind kind;
+    std::int32_t returnCode;
+    SqlOperation operation;
+    bool ascii;
+    bool labelRunsOn;
+    std::string_view text;
+    std::string_view stored; // the text, and perhaps blanks behind it that belong to its label
+    std::string_view name;   // the display name, or the table of a SQL record
+};
+
 class CLineHeads {
 public:
     // The head that stands at `at`, where at least 24 bytes are readable; null when none is known.

@@ -47,7 +47,7 @@ public:
 } // namespace
 
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
-    : m_settings(settings), m_pendingStatement(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
+    : m_settings(settings), m_jasParser(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
       m_gapRule(settings.m_fThreshold) {}
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
@@ -174,8 +174,8 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
-    m_stamp = {};
-    m_heads.Clear();
+    m_debugParser.ForgetBeginnings();
+    m_jasParser.ForgetBeginnings();
     m_processByID.clear();
     m_listProcesses.clear();
     Release(m_listGaps);

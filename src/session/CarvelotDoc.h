@@ -3,13 +3,15 @@
 
 #include "parse/Classifier.h"
 #include "parse/LogReader.h"
-#include "platform/SharedFile.h"
 #include "records/AnalysisSettings.h"
+#include "parse/DebugLine.h"
 #include "records/DetailList.h"
-#include "records/LineHead.h"
+#include "parse/JASLine.h"
 #include "session/JASUser.h"
 #include "session/Process.h"
 #include "session/SessionHost.h"
+#include "platform/SharedFile.h"
+#include "records/LineHead.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,6 +23,8 @@
 namespace carvelot {
 
 class CCarvelotDoc {
+    CDebugLineParser m_debugParser;
+
 public:
     // `settings` and `pending` belong to the application and outlive every session.
     CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host);
@@ -72,12 +76,13 @@ public:
     // words stand. The outcome is the same, later.
     bool m_bPlainParse = false;
     LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
-    std::int32_t m_nTextColumn = 0;    // fixed column of statement text, 0 while unknown
-    std::int32_t m_nTabCount = 0;      // tabs ahead of statement text, 0 while unknown
-    bool m_bDashForm = false;          // the marker of the latest debug line was "-"
-    bool m_bUBELog = false;            // for good, once a "--UBE--" line was parsed
-    std::uint32_t m_nUBEProcessID = 0; // of UBE lines; nothing assigns them
-    std::uint32_t m_nUBEThreadID = 0;
+    // What the parser of debug lines has learnt.
+    std::int32_t& m_nTextColumn = m_debugParser.m_nTextColumn;
+    std::int32_t& m_nTabCount = m_debugParser.m_nTabCount;
+    bool& m_bDashForm = m_debugParser.m_bDashForm;
+    bool& m_bUBELog = m_debugParser.m_bUBELog;
+    std::uint32_t& m_nUBEProcessID = m_debugParser.m_nUBEProcessID;
+    std::uint32_t& m_nUBEThreadID = m_debugParser.m_nUBEThreadID;
 
     IThreadTreeView* m_pThreadView = nullptr; // the views enter themselves
     IDetailTreeView* m_pDetailView = nullptr;
@@ -90,18 +95,12 @@ private:
     bool ReadLog(ILogSource& source);
     bool DetectLogFormat(CLogReader& reader);
     bool DetectJASFormat(CLogReader& reader);
+    // Reads a line and files its record.
     void ParseDebugLine(LogLine& line);
     void ParseJASLine(LogLine& line);
-    // For lines that begin as earlier ones did. False leaves the line to the two above, which look at each
-    // word and remember what they see for the next line.
+    // The same for lines that begin as earlier ones did. False leaves the line to the two above.
     bool ParseUsualDebugLine(const LogLine& line);
     bool ParseUsualJASLine(const LogLine& line);
-    TextSigns SignsOf(const LogLine& line, std::string_view text) const;
-    void LearnDebugHead(const LogLine& line, std::size_t headEnd, const CLogDetail& detail,
-                        RecordIndex record);
-    // `head`: how many bytes put the text where it is, whatever stands behind them; 0 when what does has a
-    // say.
-    std::string_view StatementText(std::string_view line, bool ascii, std::size_t& head);
     // The kinds of which more is known than that they are one of the thread's or user's records. Only a
     // LOG_RETURN has a return code.
     static constexpr CKindSet kFeedThread{LOG_ERROR, LOG_JDB_ERROR, LOG_SQL,   LOG_SQL_DONE,
@@ -134,21 +133,13 @@ private:
     CProcess& ProcessOf(RecordContext& context, std::uint64_t time);
 
     const AnalysisSettings& m_settings;
-    PendingStatement& m_pendingStatement;
+    CJASLineParser m_jasParser;
     ISessionHost& m_host;
     platform::SharedFile m_pLogFile;
     std::unordered_map<std::uint32_t, CProcess*> m_processByID;
     std::uint64_t m_nLoadIdentity;
 
     CGapRule m_gapRule; // by the threshold at the load's start
-    // How lines of this load begin.
-    LineStamp m_stamp;
-    CLineHeads m_heads;
-
-    std::string m_strConverted; // the current line, when its bytes are no UTF-8
-    std::string m_strCut;       // its statement text, when a column cut a surrogate pair
-    std::string m_strName;      // its display name
-    std::string m_strTable;     // its table, when that is no slice of the text
 };
 
 } // namespace carvelot

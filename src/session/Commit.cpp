@@ -1,7 +1,53 @@
-// How a record enters the model: its process and thread, its user, and every analysis that it feeds.
+// How a line becomes a record and enters the model: its process and thread, its user, and every analysis that
+// it feeds.
 #include "session/CarvelotDoc.h"
 
 namespace carvelot {
+
+bool CCarvelotDoc::ParseUsualDebugLine(const LogLine& line) {
+    return m_debugParser.ParseUsual(line, [this](const UsualLine& usual) {
+        const RecordIndex record = m_listDetails.AppendUsual(usual);
+        CommitDetail(record, m_listDetails.ContextOfNumber(usual.context), usual.kind, usual.returnCode,
+                     usual.stamp.time + usual.fraction);
+    });
+}
+
+void CCarvelotDoc::ParseDebugLine(LogLine& line) {
+    CLogDetail detail;
+    if (!m_debugParser.Parse(line, m_nProcessFilter, detail)) {
+        return;
+    }
+    const RecordIndex record = m_listDetails.Append(detail, line.ascii);
+    if (m_listDetails.IsUsual(record)) {
+        m_debugParser.Learn(line, detail, m_listDetails.ContextNumber(record));
+    }
+    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+}
+
+bool CCarvelotDoc::ParseUsualJASLine(const LogLine& line) {
+    return m_jasParser.ParseUsual(line, [this](const UsualLine& usual) {
+        const RecordIndex record = m_listDetails.AppendUsual(usual);
+        RecordContext& context = m_listDetails.ContextOfNumber(usual.context);
+        const std::uint64_t time = usual.stamp.time + usual.fraction;
+        CommitToUser(record, context, usual.kind, time);
+        CommitDetail(record, context, usual.kind, usual.returnCode, time);
+    });
+}
+
+void CCarvelotDoc::ParseJASLine(LogLine& line) {
+    CLogDetail detail;
+    bool ascii = false;
+    if (!m_jasParser.Parse(line, m_nProcessFilter, detail, ascii)) {
+        return;
+    }
+    if (detail.m_strUser.empty()) {
+        detail.m_strUser = kSystemLevelUser;
+    }
+    const RecordIndex record = m_listDetails.Append(detail, ascii);
+    m_jasParser.Learn(line, detail, m_listDetails.ContextNumber(record));
+    CommitToUser(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nTime);
+    CommitDetail(record, m_listDetails.Context(record), detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+}
 
 CProcess& CCarvelotDoc::ProcessOf(RecordContext& context, std::uint64_t time) {
     if (context.process == nullptr) {

@@ -21,9 +21,10 @@ constexpr int kJASLevelToken = 5;
 bool CCarvelotDoc::DetectLogFormat(CLogReader& reader) {
     int hits = 0;
     int tabs = 0;
+    std::string converted;
     LogLine line;
     for (int lines = 0; lines < kMostLines && reader.ReadLogLine(line); ++lines) {
-        const std::string_view text = platform::BytesToUtf8(line.bytes, m_strConverted);
+        const std::string_view text = platform::BytesToUtf8(line.bytes, converted);
         const std::size_t sign = text.find(kDebugSign);
         if (sign != std::string_view::npos && sign > 0) {
             ++hits;

@@ -1,4 +1,5 @@
 #include "analysis/SQLAnalysis.h"
+#include "parse/StatementParts.h"
 
 #include "support/TestLog.h"
 

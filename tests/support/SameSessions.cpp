@@ -62,18 +62,7 @@ bool SameUser(const CJASUser& a, const CJASUser& b) {
 
 } // namespace
 
-std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other) {
-    if (one.m_nLogFormat != other.m_nLogFormat) {
-        return "the format";
-    }
-    if (one.m_nTextColumn != other.m_nTextColumn || one.m_nTabCount != other.m_nTabCount) {
-        return "where the text stands";
-    }
-    if (one.m_bDashForm != other.m_bDashForm || one.m_bUBELog != other.m_bUBELog) {
-        return "the form of the last line, or whether there are lines of a UBE";
-    }
-    const CDetailList& a = one.m_listDetails;
-    const CDetailList& b = other.m_listDetails;
+std::string DifferenceOf(const CDetailList& a, const CDetailList& b) {
     for (std::uint32_t i = 0; i < std::min(a.Size(), b.Size()); ++i) {
         const RecordIndex record{i};
         if (!SameRecord(a[record], b[record])) {
@@ -86,6 +75,22 @@ std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other) {
     }
     if (a.Size() != b.Size()) {
         return "the number of records";
+    }
+    return {};
+}
+
+std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other) {
+    if (one.m_nLogFormat != other.m_nLogFormat) {
+        return "the format";
+    }
+    if (one.m_nTextColumn != other.m_nTextColumn || one.m_nTabCount != other.m_nTabCount) {
+        return "where the text stands";
+    }
+    if (one.m_bDashForm != other.m_bDashForm || one.m_bUBELog != other.m_bUBELog) {
+        return "the form of the last line, or whether there are lines of a UBE";
+    }
+    if (std::string difference = DifferenceOf(one.m_listDetails, other.m_listDetails); !difference.empty()) {
+        return difference;
     }
     if (!Same(one.m_listGaps, other.m_listGaps)) {
         return "the gaps";
