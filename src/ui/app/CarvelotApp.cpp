@@ -189,7 +189,8 @@ void CCarvelotApp::OnFileNew() {
 }
 
 void CCarvelotApp::OnFileOpen() {
-    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CCarvelotApp", "Open"),
+    const auto strPath = UserInterface().AskOpenFile({EFiles::Logs,
+                                                      QCoreApplication::translate("CCarvelotApp", "Open"),
                                                       QStringLiteral("log"),
                                                       {},
                                                       QString::fromLatin1(kLogFilter)});

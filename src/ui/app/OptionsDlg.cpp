@@ -166,6 +166,7 @@ void COptionsDlg::OnToggleStatus() {
 void COptionsDlg::OnChooseFont() {
     // Here the height counts as points, while the trees and lists take it as pixels.
     QFont initial(ToQString(m_settings.m_strFontName));
+    initial.setStyleHint(QFont::TypeWriter); // as trees and lists look for it
     if (m_settings.m_nFontHeight != 0)
         initial.setPointSize(std::min(std::abs(std::max(m_settings.m_nFontHeight, -1000)), 1000));
     const auto chosen = UserInterface().AskFont(initial);

@@ -235,8 +235,9 @@ void CCacheDlg::OnRemove() {
 }
 
 void CCacheDlg::OnLoad() {
-    const auto strPath = UserInterface().AskOpenFile(
-        {tr("Open"), QStringLiteral("cds"), QStringLiteral("*.cds"), QLatin1String(kDefinitionFilter)});
+    const auto strPath =
+        UserInterface().AskOpenFile({EFiles::Definitions, tr("Open"), QStringLiteral("cds"),
+                                     QStringLiteral("*.cds"), QLatin1String(kDefinitionFilter)});
     if (!strPath)
         return;
     const std::string strMessage = LoadCacheDefinition(ToUtf8(*strPath), *m_pWorkDS);
@@ -247,8 +248,9 @@ void CCacheDlg::OnLoad() {
 }
 
 void CCacheDlg::OnSave() {
-    const auto strPath = UserInterface().AskSaveFile(
-        {tr("Save As"), QStringLiteral("cds"), QStringLiteral("Cache"), QLatin1String(kDefinitionFilter)});
+    const auto strPath =
+        UserInterface().AskSaveFile({EFiles::Definitions, tr("Save As"), QStringLiteral("cds"),
+                                     QStringLiteral("Cache"), QLatin1String(kDefinitionFilter)});
     if (!strPath)
         return;
     const std::string strMessage = SaveCacheDefinition(ToUtf8(*strPath), *m_pWorkDS);

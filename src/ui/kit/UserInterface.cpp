@@ -1,12 +1,21 @@
 #include "ui/kit/UserInterface.h"
 
+#include "settings/AppSettings.h"
+#include "ui/kit/Text.h"
+
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
+#include <QFontInfo>
+#include <QHeaderView>
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTreeView>
+
+#include <algorithm>
 
 namespace carvelot {
 
@@ -16,6 +25,66 @@ QWidget* Owner() {
     QWidget* pOwner = QApplication::activeModalWidget();
     return pOwner != nullptr ? pOwner : QApplication::activeWindow();
 }
+
+// Where the folder of the last answer is stored.
+const char* FolderSetting(EFiles nFiles) {
+    switch (nFiles) {
+    case EFiles::Logs:
+        return "LogFolder";
+    case EFiles::Exports:
+        return "ExportFolder";
+    case EFiles::Definitions:
+        break;
+    }
+    return "DefinitionFolder";
+}
+
+// A folder, or what is left of the way to it; nothing for nothing.
+QString NearestFolder(QString strFolder) {
+    while (!strFolder.isEmpty() && !QFileInfo(strFolder).isDir()) {
+        const QString strAbove = QFileInfo(strFolder).path();
+        if (strAbove == strFolder)
+            return {};
+        strFolder = strAbove;
+    }
+    return strFolder;
+}
+
+// The columns of the toolkit's file dialog, which are narrower than what stands in them: all have room for
+// it, and the names the rest. The system's own dialogs have no such list.
+class CFileColumns final : public QObject {
+public:
+    explicit CFileColumns(QFileDialog& dialog)
+        : m_pList(dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        if (m_pList == nullptr)
+            return;
+        for (int nColumn = 1; nColumn < m_pList->header()->count(); ++nColumn)
+            m_pList->header()->setSectionResizeMode(nColumn, QHeaderView::ResizeToContents);
+        m_pList->viewport()->installEventFilter(this);
+        connect(m_pList->header(), &QHeaderView::sectionResized, this, [this](int nColumn) {
+            if (nColumn != 0)
+                FitNames();
+        });
+    }
+
+protected:
+    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
+        if (pEvent->type() == QEvent::Resize)
+            FitNames();
+        return QObject::eventFilter(pObject, pEvent);
+    }
+
+private:
+    void FitNames() {
+        QHeaderView& header = *m_pList->header();
+        const int nOthers = header.length() - header.sectionSize(0);
+        header.resizeSection(0, std::max(kLeastNames, m_pList->viewport()->width() - nOthers));
+    }
+
+    static constexpr int kLeastNames = 200;
+
+    QTreeView* m_pList;
+};
 
 class CQtUserInterface final : public CUserInterface {
 public:
@@ -51,7 +120,10 @@ public:
 
     std::optional<QFont> AskFont(const QFont& initial) override {
         bool bOk = false;
-        const QFont font = QFontDialog::getFont(&bOk, initial, Owner());
+        // What stands in for a font that is not there is in the dialog's list.
+        QFont inForce = initial;
+        inForce.setFamily(QFontInfo(initial).family());
+        const QFont font = QFontDialog::getFont(&bOk, inForce, Owner());
         return bOk ? std::optional(font) : std::nullopt;
     }
 
@@ -68,8 +140,12 @@ public:
 
 private:
     static std::optional<QString> AskFile(const CFileQuestion& question, QFileDialog::AcceptMode nMode) {
-        static QString strLastFolder;
-        QFileDialog dialog(Owner(), question.m_strTitle, strLastFolder, ToolkitFilter(question.m_strFilter));
+        const char* const pszFolder = FolderSetting(question.m_nFiles);
+        QFileDialog dialog(Owner(), question.m_strTitle,
+                           NearestFolder(ToQString(GetWorkspaceString(pszFolder, ""))),
+                           ToolkitFilter(question.m_strFilter));
+        dialog.resize(QSize(900, 560).boundedTo(dialog.screen()->availableSize() * 0.9));
+        const CFileColumns columns(dialog);
         dialog.setAcceptMode(nMode);
         dialog.setFileMode(nMode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
                                                             : QFileDialog::AnyFile);
@@ -87,8 +163,9 @@ private:
             });
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
             return std::nullopt;
-        strLastFolder = dialog.directory().absolutePath();
-        return dialog.selectedFiles().constFirst();
+        const QString strPath = dialog.selectedFiles().constFirst();
+        WriteWorkspaceString(pszFolder, ToUtf8(QFileInfo(strPath).absolutePath()));
+        return strPath;
     }
 };
 

@@ -13,9 +13,13 @@ class QMenu;
 
 namespace carvelot {
 
+// What is asked for: each begins in the folder of its last answer, also after a restart.
+enum class EFiles { Logs, Exports, Definitions };
+
 // A question for a file's name. The filter is "Text|mask|Text|mask||"; the first one decides the default
 // extension.
 struct CFileQuestion {
+    EFiles m_nFiles = EFiles::Logs;
     QString m_strTitle;
     QString m_strDefaultExtension; // without the dot
     QString m_strInitialName;

@@ -52,7 +52,8 @@ void CSessionHost::AddToRecentFileList(const std::string& path) {
 }
 
 std::optional<std::string> CSessionHost::AskForLog() {
-    const auto strPath = UserInterface().AskOpenFile({QCoreApplication::translate("CSessionHost", "Open"),
+    const auto strPath = UserInterface().AskOpenFile({EFiles::Logs,
+                                                      QCoreApplication::translate("CSessionHost", "Open"),
                                                       QStringLiteral("log"),
                                                       {},
                                                       QString::fromLatin1(kLogFilter)});

@@ -49,9 +49,9 @@ void CTimingGapsPane::OnContextMenu(const QPoint& point) {
 }
 
 void CTimingGapsPane::OnExport() {
-    const auto strPath =
-        UserInterface().AskSaveFile({tr("Save As"), QStringLiteral("csv"), QStringLiteral("TimingGaps"),
-                                     QStringLiteral("CSV Format (*.csv)|*.csv|Text Format (*.txt)|*.txt||")});
+    const auto strPath = UserInterface().AskSaveFile(
+        {EFiles::Exports, tr("Save As"), QStringLiteral("csv"), QStringLiteral("TimingGaps"),
+         QStringLiteral("CSV Format (*.csv)|*.csv|Text Format (*.txt)|*.txt||")});
     if (!strPath)
         return;
     const auto nFormat = GapExportFormatOf(ToUtf8(*strPath));
