@@ -1,5 +1,6 @@
 #include "ui/SessionSupport.h"
 
+#include <QLabel>
 #include <QToolButton>
 
 using namespace carvelot;
@@ -152,6 +153,96 @@ private slots:
         DoubleClick(Pane().List(), 0);
         QVERIFY(!pAgain->ThreadView().SelectedIndex().isValid());
         QCOMPARE(Rows(Pane().List()), kHits);
+    }
+
+    // On the way to no session each one comes to the front.
+    void closeAllLeavesTheRowsUnderTheirOwnTitles() {
+        for (const bool bUsers : {false, true}) {
+            const QString strDebug = m_pRun->Write("a.log", Log());
+            const QString strUsers = m_pRun->Write("jas.log", JasLog());
+            CChildFrame* pDebug = m_pRun->Open(strDebug);
+            CChildFrame* pUsers = m_pRun->Open(strUsers);
+            m_pRun->Frame().ClientArea().Activate(bUsers ? *pUsers : *pDebug);
+            Search("f0101");
+            QCOMPARE(Rows(Pane().List()).size(), 2);
+            m_pRun->Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
+            CSessionRun::Settle();
+            QCOMPARE(Rows(Pane().List()).size(), 2);
+            QCOMPARE(Title(Pane().List(), 0), bUsers ? QStringLiteral("User") : QStringLiteral("Process"));
+            QCOMPARE(Pane().List().header()->isSectionHidden(1), bUsers);
+        }
+    }
+
+    // --- keys
+    // -----------------------------------------------------------------------------------------------
+
+    void ctrlFGoesToTheSearchTextAndSelectsItWhereverThePaneIs() {
+        CMainFrame& frame = m_pRun->Frame();
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        Pane().SearchEdit().setText("f0101");
+        const auto fnCheck = [&] {
+            pFrame->ThreadView().setFocus();
+            QTest::keyClick(&pFrame->ThreadView(), Qt::Key_F, Qt::ControlModifier);
+            QVERIFY(QTest::qWaitFor([&] { return Pane().SearchEdit().hasFocus(); }));
+            QVERIFY(Pane().isVisible());
+            QCOMPARE(Pane().SearchEdit().selectedText(), QStringLiteral("f0101"));
+        };
+        fnCheck();
+        CSessionRun::ShowPane(frame.m_wndBSFNPane); // before it
+        fnCheck();
+        Pane().hide();
+        fnCheck();
+        Pane().SearchEdit().deselect();
+        QTest::keyClick(&Pane().SearchEdit(), Qt::Key_F, Qt::ControlModifier); // from the pane itself
+        QCOMPARE(Pane().SearchEdit().selectedText(), QStringLiteral("f0101"));
+        Pane().m_fnPin(); // folded away
+        fnCheck();
+    }
+
+    void f3OpensTheNextHitAndShiftF3TheOneBeforeRoundTheEnds() {
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        const auto fnNext = [&](Qt::KeyboardModifiers nModifiers = {}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3, nModifiers);
+            return SelectedText(pFrame->DetailView()).section(QStringLiteral("    "), 1);
+        };
+        pFrame->ThreadView().setFocus();
+        QCOMPARE(fnNext(), QString()); // nothing was searched for
+        QVERIFY(Rows(Pane().List()).isEmpty());
+        Pane().SearchEdit().setText("f0101");
+        QCOMPARE(fnNext(), QStringLiteral("SELECT A FROM F0101")); // searched for first
+        QVERIFY(pFrame->DetailView().hasFocus());
+        QCOMPARE(fnNext(), QStringLiteral("SELECT b FROM f0101"));
+        QCOMPARE(Pane().List().SelectedRow(), 1);
+        QCOMPARE(fnNext(), QStringLiteral("SELECT A FROM F0101"));
+        QCOMPARE(fnNext(Qt::ShiftModifier), QStringLiteral("SELECT b FROM f0101"));
+        QCOMPARE(fnNext(Qt::ShiftModifier), QStringLiteral("SELECT A FROM F0101"));
+        Search("f9999");
+        Pane().SearchEdit().clear();
+        fnNext();
+        QVERIFY(Rows(Pane().List()).isEmpty());
+    }
+
+    void thePaneSaysHowManyHitsThereAre() {
+        const auto fnShown = [this] {
+            for (const QLabel* pLabel : Pane().findChildren<QLabel*>()) {
+                if (pLabel->isVisible() && pLabel->text() == Pane().HitsText())
+                    return pLabel->text();
+            }
+            return QStringLiteral("nothing");
+        };
+        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CSessionRun::ShowPane(Pane());
+        QCOMPARE(fnShown(), QString());
+        Search("f0101");
+        QCOMPARE(fnShown(), QStringLiteral("2 hits"));
+        Search("F4211");
+        QCOMPARE(fnShown(), QStringLiteral("1 hit"));
+        Search("F9999");
+        QCOMPARE(fnShown(), QStringLiteral("No hits"));
+        pFrame->CloseWindow();
+        QCOMPARE(fnShown(), QString());
+        Search("f0101"); // without a session nothing is searched
+        QCOMPARE(fnShown(), QString());
     }
 
     void rowsOfASessionThatWasReadAgainStayAndAreNotFollowed() {

@@ -215,6 +215,9 @@ void CMainFrame::MakeCommands() {
     fnKey("Ctrl+Tab", [this] { m_pClientArea->ActivateNext(true); });
     fnKey("Ctrl+Shift+Tab", [this] { m_pClientArea->ActivateNext(false); });
     fnKey("Ctrl+F4", [this] { RunCommand(ID_FILE_CLOSE); });
+    fnKey("Ctrl+F", [this] { OnSearch(); });
+    fnKey("F3", [this] { m_wndFindPane.OpenNextHit(true); });
+    fnKey("Shift+F3", [this] { m_wndFindPane.OpenNextHit(false); });
 
     // Edit commands go to the edit control with the focus.
     const auto fnCall = [this](const char* pszMethod) {
@@ -569,6 +572,8 @@ void CMainFrame::OnApplicationLook(int nId) {
 void CMainFrame::OnCloseAll() {
     theApp().CloseAllDocuments();
     ClearPanes();
+    // On the way the sessions that were still open have come to the front.
+    m_wndFindPane.DressForRows();
 }
 
 void CMainFrame::OnWindows() {
@@ -618,6 +623,22 @@ void CMainFrame::NextPane(bool bForward) {
     listPanes[nNext]->setFocus(bForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
 }
 
+void CMainFrame::ShowPane(CDockablePane& pane) {
+    if (m_pAutoHide->IsFolded(pane)) {
+        m_pAutoHide->SlideOut(pane, true);
+        return;
+    }
+    pane.show();
+    pane.raise();
+    pane.window()->activateWindow();
+    pane.MainControl()->setFocus(Qt::OtherFocusReason);
+}
+
+void CMainFrame::OnSearch() {
+    ShowPane(m_wndFindPane);
+    m_wndFindPane.SearchEdit().selectAll();
+}
+
 void CMainFrame::FillToolBarMenu(QMenu& menu) {
     menu.clear();
     for (const CToolBar* pToolBar : ToolBars())
@@ -628,17 +649,12 @@ void CMainFrame::FillToolBarMenu(QMenu& menu) {
         pAction->setCheckable(true);
         pAction->setChecked(!pPane->isHidden());
         connect(pAction, &QAction::triggered, pPane, [this, pPane](bool bShow) {
-            if (m_pAutoHide->IsFolded(*pPane)) {
-                m_pAutoHide->SlideOut(*pPane, true);
-                return;
-            }
             // A pane behind another one's tab comes to the front first.
             const bool bBehind = pPane->isVisible() && !pPane->IsInFront();
-            pPane->setVisible(bShow || bBehind);
-            if (bShow || bBehind) {
-                pPane->raise();
-                pPane->MainControl()->setFocus(Qt::OtherFocusReason);
-            }
+            if (bShow || bBehind || m_pAutoHide->IsFolded(*pPane))
+                ShowPane(*pPane);
+            else
+                pPane->hide();
         });
     }
     menu.addSeparator();

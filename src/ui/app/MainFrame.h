@@ -103,6 +103,9 @@ private:
     void RestoreState();
     bool ApplyLayout();
     void LoadUserToolBars();
+    // Brings a pane to the front, wherever it is, with the focus in it.
+    void ShowPane(CDockablePane& pane);
+    void OnSearch();
     void FillToolBarMenu(QMenu& menu);
     // A menu's entry for the n-th file or window.
     QString NumberedEntry(std::size_t nNumber, const QString& strText) const;

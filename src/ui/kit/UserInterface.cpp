@@ -1,6 +1,7 @@
 #include "ui/kit/UserInterface.h"
 
 #include "settings/AppSettings.h"
+#include "ui/kit/PathText.h"
 #include "ui/kit/Text.h"
 
 #include <QApplication>
@@ -142,7 +143,7 @@ private:
     static std::optional<QString> AskFile(const CFileQuestion& question, QFileDialog::AcceptMode nMode) {
         const char* const pszFolder = FolderSetting(question.m_nFiles);
         QFileDialog dialog(Owner(), question.m_strTitle,
-                           NearestFolder(ToQString(GetWorkspaceString(pszFolder, ""))),
+                           NearestFolder(PathToQString(GetWorkspaceString(pszFolder, ""))),
                            ToolkitFilter(question.m_strFilter));
         dialog.resize(QSize(900, 560).boundedTo(dialog.screen()->availableSize() * 0.9));
         const CFileColumns columns(dialog);
@@ -164,7 +165,7 @@ private:
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
             return std::nullopt;
         const QString strPath = dialog.selectedFiles().constFirst();
-        WriteWorkspaceString(pszFolder, ToUtf8(QFileInfo(strPath).absolutePath()));
+        WriteWorkspaceString(pszFolder, PathOf(QFileInfo(strPath).absolutePath()));
         return strPath;
     }
 };

@@ -4,6 +4,7 @@
 #include "settings/Commands.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/MainWindow.h"
+#include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/WaitCursor.h"
 
@@ -11,6 +12,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMimeData>
 
 #include <algorithm>
@@ -26,6 +28,10 @@ CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {
     pFind->setStatusTip(tr("Find"));
     pFind->setData(ID_FIND_FIND);
     connect(pFind, &QAction::triggered, this, &CFindPane::OnFind);
+
+    m_pHits = PlainLabel();
+    m_pHits->setParent(Client());
+    m_pHits->setAttribute(Qt::WA_TransparentForMouseEvents); // it lies over the toolbar
 
     m_pSearch = new QLineEdit(Client());
     m_pSearch->setAccessibleName(tr("Search text"));
@@ -62,11 +68,30 @@ void CFindPane::OnFind() {
     m_source.Show(pDocument->Session(), pDocument->Session().FindDetails(ToUtf8(m_pSearch->text())));
     m_pList->Fill(&m_source);
     m_session = CSessionReference(*pDocument);
+    m_bUsers = pDocument->Session().m_nLogFormat == LOG_FORMAT_JAS;
+    const std::size_t nHits = m_source.RowCount();
+    m_pHits->setText(nHits == 0 ? tr("No hits") : nHits == 1 ? tr("1 hit") : tr("%1 hits").arg(nHits));
 }
+
+void CFindPane::OpenNextHit(bool bForward) {
+    if (m_pList->Model().rowCount() == 0 && !m_pSearch->text().isEmpty())
+        OnFind();
+    const int nRows = m_pList->Model().rowCount();
+    if (nRows == 0)
+        return;
+    const int nNow = m_pList->SelectedRow();
+    const int nFirst = bForward ? 0 : nRows - 1;
+    const int nNext = nNow < 0 ? nFirst : (nNow + (bForward ? 1 : nRows - 1)) % nRows;
+    m_pList->setCurrentIndex(m_pList->Model().index(nNext, 0));
+    m_pList->m_fnOpenRow(nNext);
+}
+
+QString CFindPane::HitsText() const { return m_pHits->text(); }
 
 void CFindPane::ClearList() {
     m_pList->Fill(nullptr);
     m_source.Clear();
+    m_pHits->clear();
 }
 
 void CFindPane::DressForUsers(bool bUsers) {
@@ -103,7 +128,9 @@ void CFindPane::Paste() {
 void CFindPane::OnSize(int nWidth, int nHeight) {
     const int nToolBar = m_pToolBar->sizeHint().height();
     const int nSearch = std::max(20, m_pSearch->fontMetrics().height() + 4);
+    const int nButton = m_pToolBar->sizeHint().width() + 6;
     m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
+    m_pHits->setGeometry(nButton, 0, std::max(0, nWidth - nButton), nToolBar);
     m_pSearch->setGeometry(0, nToolBar, nWidth, nSearch);
     m_pList->setGeometry(0, nToolBar + nSearch, nWidth, std::max(0, nHeight - nToolBar - nSearch));
 }

@@ -8,6 +8,8 @@
 
 #include <QToolBar>
 
+class QLabel;
+
 namespace carvelot {
 
 // Its rows belong to the session that was searched, whatever is selected since, and can outlive it.
@@ -22,13 +24,20 @@ public:
     QToolBar& ToolBar() { return *m_pToolBar; }
     // Searches the session in front for the text of the edit; without one the rows stay.
     void OnFind();
+    // Brings the hit behind or ahead of the selected one up, round the ends of the list; with no rows the
+    // text is searched for first.
+    void OpenNextHit(bool bForward);
     void ClearList();
+    // How many there are, as the pane says it; empty before a search.
+    QString HitsText() const;
     // The document of the last search as long as it exists.
     CSessionDocument* Searched() const { return m_session.Document(); }
     // To be called before a session's records go: rows of it keep what they show.
     void LetGo(const CCarvelotDoc& session) { m_source.LetGo(session); }
     // Titles and columns for a log of processes and threads, or for one of users.
     void DressForUsers(bool bUsers);
+    // The titles and columns of its own rows, where no session is in front.
+    void DressForRows() { DressForUsers(m_bUsers); }
     QWidget* MainControl() const override { return m_pSearch; }
 
 protected:
@@ -40,9 +49,11 @@ private:
 
     QToolBar* m_pToolBar = nullptr; // the CFindPaneToolBar
     QLineEdit* m_pSearch = nullptr;
+    QLabel* m_pHits = nullptr;
     CListCtrl* m_pList = nullptr; // the CFindListCtrl
     CFindSource m_source;
     CSessionReference m_session;
+    bool m_bUsers = false; // the rows are those of a log of users
 };
 
 } // namespace carvelot
