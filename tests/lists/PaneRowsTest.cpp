@@ -2,6 +2,7 @@
 
 #include "lists/GapExport.h"
 #include "lists/RowSource.h"
+#include "platform/CodePage.h"
 #include "support/Sanitizer.h"
 #include "support/TestLog.h"
 
@@ -221,7 +222,7 @@ TEST(GapExport, WritesOnlyItsHeaderWithoutGaps) {
 }
 
 TEST(GapExport, PadsByCharacters) {
-    const TestSession session(JASLog({JASLine("08:00:01,000", "M\xC3\xBCller", "x")}));
+    const TestSession session(JASLog({JASLine("08:00:01,000", platform::Utf8ToBytes("M\xC3\xBCller"), "x")}));
     std::vector<GapRow> rows = {{RecordIndex{kJASLead}, 2.5F}};
     EXPECT_EQ(ExportGaps(session.m_doc, rows, GapExportFormat::Text).substr(58),
               "M\xC3\xBCller        08:00:01.000000    2.500000         x\n");

@@ -1,3 +1,4 @@
+#include "platform/CodePage.h"
 #include "support/TestLog.h"
 
 #include <gtest/gtest.h>
@@ -195,9 +196,10 @@ TEST(PreparedStatement, FillsInValuesThatHoldMarksThemselves) {
 
 TEST(PreparedStatement, IsSearchedByAllItsCharactersWhicheverLineBroughtThem) {
     const std::string ascii = "SELECT A FROM T WHERE B = ? AND C = ?";
-    const std::string umlaut = "SELECT A\xC3\x9C FROM T WHERE B = ? AND C = ?";
+    // Log bytes are of the system's code page.
+    const std::string umlaut = platform::Utf8ToBytes("SELECT A\xC3\x9C FROM T WHERE B = ? AND C = ?");
     const std::string plainValue = ": x_Types.VARCHAR";
-    const std::string umlautValue = ": \xC3\xBC_Types.VARCHAR";
+    const std::string umlautValue = platform::Utf8ToBytes(": \xC3\xBC_Types.VARCHAR");
     struct Case {
         std::string statement;
         std::string first;

@@ -4,10 +4,10 @@
 #include "support/JDEInstallation.h"
 #include "ui/app/CustomizeDlg.h"
 #include "ui/app/OptionsDlg.h"
+#include "ui/app/Requests.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/cachebrowser/CacheFrame.h"
-#include "ui/app/Requests.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/ToolBar.h"
 #include "ui/kit/WindowsDlg.h"
@@ -40,6 +40,12 @@ namespace {
 // file's name and a word of a log.
 const QString kHostile = QStringLiteral("<b>R&D<i>&lt;[*]%1%2&Co");
 const std::string kHostileUtf8 = ToUtf8(kHostile);
+// As much of it as the name of a file can hold.
+#ifdef Q_OS_WIN
+const QString kHostileName = QStringLiteral("R&D&lt;b&gt;%1%2&Co");
+#else
+const QString kHostileName = kHostile;
+#endif
 // A bracket would end a cache's name.
 const QString kCache = QStringLiteral("<b>R&D<i>&lt;%1%2&Co");
 const std::string kCacheUtf8 = ToUtf8(kCache);
@@ -82,8 +88,8 @@ private slots:
 
     void aLogsNameStandsAsItIsInTitlesTabsMenusAndTheListOfWindows() {
         CMainFrame& frame = m_pRun->Frame();
-        const QString strPath = m_pRun->Path(kHostile + QStringLiteral(".log"));
-        CChildFrame* pFrame = m_pRun->Open(kHostile + QStringLiteral(".log"), Log());
+        const QString strPath = m_pRun->Path(kHostileName + QStringLiteral(".log"));
+        CChildFrame* pFrame = m_pRun->Open(kHostileName + QStringLiteral(".log"), Log());
         QVERIFY(pFrame != nullptr);
         QCOMPARE(Said(&frame), strPath + QStringLiteral(" - Carvelot"));
         auto* pTabs = frame.ClientArea().findChild<QTabBar*>();
@@ -240,12 +246,12 @@ private slots:
     void aSpecFilesPathStandsAsItIs() {
         const JDEIni ini;
         const TestFolder folder;
-        WriteBelow(folder, "jde/" + kHostileUtf8 + "/spec/glbltbl.xdb", "x");
+        WriteBelow(folder, "jde/" + ToUtf8(kHostileName) + "/spec/glbltbl.xdb", "x");
         ini.Write("[INSTALL]\nB9=" + folder.Path("jde") + "\n");
         CGBLTables dialog;
         dialog.show();
         auto& list = *dialog.findChild<CListCtrl*>();
-        QVERIFY(SaidCell(list, 0, 0).contains(kHostile));
+        QVERIFY(SaidCell(list, 0, 0).contains(kHostileName));
         list.header()->resizeSection(0, 60);
         QCOMPARE(SaidByTip(list, 0, 0), SaidCell(list, 0, 0));
     }
