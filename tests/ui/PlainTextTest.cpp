@@ -16,6 +16,7 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -100,7 +101,7 @@ private slots:
         const auto fnEntry = [&frame](const QString& strText) {
             return QStringLiteral("1 ") + frame.fontMetrics().elidedText(strText, Qt::ElideMiddle, 420);
         };
-        QVERIFY(SaidOfMenu(*MenuOf(frame, "File")).contains(fnEntry(strPath)));
+        QVERIFY(SaidOfMenu(*MenuOf(frame, "File")).contains(fnEntry(QDir::toNativeSeparators(strPath))));
         QVERIFY(SaidOfMenu(*MenuOf(frame, "Window")).contains(fnEntry(strPath)));
 
         CWindowsDlg dialog(frame.ClientArea());
