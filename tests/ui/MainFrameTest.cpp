@@ -50,7 +50,7 @@ const QStringList kPaneOrder{"JDE Processes", "SQL Table Access", "Timing Gaps",
 // A person's hands in the Customize dialog, on a toolbar of the person's own.
 class CCustomizeHands {
 public:
-    CCustomizeHands(CMainFrame& frame, CFakeInterface& user) : m_frame(frame), m_user(user) {
+    CCustomizeHands(CMainFrame& frame, CFakeInterface& user) : m_frame(frame) {
         frame.RunCommand(ID_VIEW_CUSTOMIZE);
         m_pDialog = frame.CustomizeDialog();
         user.m_strTextAnswer = QStringLiteral("Mine");
@@ -92,7 +92,6 @@ public:
 
 private:
     CMainFrame& m_frame;
-    CFakeInterface& m_user;
     CCustomizeDlg* m_pDialog;
 };
 
