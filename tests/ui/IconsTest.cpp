@@ -21,8 +21,8 @@ QByteArray Bytes(const QImage& picture) {
            QByteArray(reinterpret_cast<const char*>(image.constBits()), image.sizeInBytes());
 }
 
-QByteArray Bytes(const QIcon& icon, const QSize& size, QIcon::Mode nMode = QIcon::Normal) {
-    return Bytes(icon.pixmap(size, 1.0, nMode).toImage());
+QByteArray Bytes(const QIcon& icon, const QSize& size, QIcon::Mode mode = QIcon::Normal) {
+    return Bytes(icon.pixmap(size, 1.0, mode).toImage());
 }
 
 int VisiblePixels(const QImage& picture) {
@@ -42,29 +42,30 @@ class IconsTest : public QObject {
 
 private slots:
     void theStripsHaveTheirNumbersOfImagesAndNoTwoAreAlike() {
-        for (const auto& [pszName, nCount] : {std::pair{"TreeImages", 23}, std::pair{"cacheicons", 11}}) {
-            QList<QIcon> listImages;
-            QVERIFY(LoadImageStrip(pszName, listImages));
-            QCOMPARE(listImages.size(), nCount);
+        for (const auto& [name, count] : {std::pair{"TreeImages", 23}, std::pair{"cacheicons", 11}}) {
+            QList<QIcon> images;
+            QVERIFY(LoadImageStrip(name, images));
+            QCOMPARE(images.size(), count);
             QSet<QByteArray> setPictures;
-            for (const QIcon& icon : listImages) {
+            for (const QIcon& icon : images) {
                 QVERIFY(VisiblePixels(icon.pixmap(kStripImageSize, 1.0).toImage()) > 0);
                 setPictures << Bytes(icon, kStripImageSize);
             }
-            QCOMPARE(setPictures.size(), nCount);
+            QCOMPARE(setPictures.size(), count);
         }
     }
 
     void aStripWithAnotherNameFails() {
-        QList<QIcon> listImages;
-        QVERIFY(!LoadImageStrip("nothing", listImages));
-        QVERIFY(listImages.isEmpty());
+        QList<QIcon> images;
+        QVERIFY(!LoadImageStrip("nothing", images));
+        QVERIFY(images.isEmpty());
     }
 
     void iconsAreDrawnAnewAtEveryScale() {
         const QIcon icon = CommandIcon(ID_FILE_OPEN);
-        for (const int nSize : {16, 20, 24, 32, 64})
-            QCOMPARE(icon.pixmap(QSize(nSize, nSize), 1.0).size(), QSize(nSize, nSize));
+        for (const int size : {16, 20, 24, 32, 64}) {
+            QCOMPARE(icon.pixmap(QSize(size, size), 1.0).size(), QSize(size, size));
+        }
         const QImage enlarged = icon.pixmap(QSize(16, 16), 1.0).toImage().scaled(32, 32);
         QVERIFY(icon.pixmap(QSize(32, 32), 1.0).toImage() != enlarged);
     }
@@ -138,11 +139,12 @@ private slots:
 
     void everyCommandOfTheToolbarsHasAnIconThatFadesWhenDisabled() {
         for (const std::span<const int> bar : {StandardToolBar(), CacheToolBar()}) {
-            for (const int nId : bar) {
-                if (nId == ID_SEPARATOR)
+            for (const int id : bar) {
+                if (id == ID_SEPARATOR) {
                     continue;
-                const QIcon icon = CommandIcon(nId);
-                QVERIFY2(!icon.isNull(), FindCommand(nId)->m_strText.data());
+                }
+                const QIcon icon = CommandIcon(id);
+                QVERIFY2(!icon.isNull(), FindCommand(id)->m_strText.data());
                 QVERIFY(Bytes(icon, {16, 16}) != Bytes(icon, {16, 16}, QIcon::Disabled));
             }
         }

@@ -35,14 +35,14 @@ QPalette CLook::Palette() const {
     palette.setColor(QPalette::ToolTipBase, QColor(0xFF, 0xFF, 0xE6));
     palette.setColor(QPalette::ToolTipText, Qt::black);
     palette.setColor(QPalette::PlaceholderText, QColor(0x80, 0x86, 0x8E));
-    for (const QPalette::ColorRole nRole : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
-        palette.setColor(QPalette::Disabled, nRole, m_disabledText);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(QPalette::Disabled, role, m_disabledText);
+    }
     palette.setColor(QPalette::Disabled, QPalette::Base, m_face);
     // A selection stays visible in a window behind, in a calmer colour.
-    const auto fnPale = [](int nPart) { return nPart + (255 - nPart) * 3 / 5; };
-    palette.setColor(
-        QPalette::Inactive, QPalette::Highlight,
-        QColor(fnPale(m_selection.red()), fnPale(m_selection.green()), fnPale(m_selection.blue())));
+    const auto paler = [](int part) { return part + (255 - part) * 3 / 5; };
+    palette.setColor(QPalette::Inactive, QPalette::Highlight,
+                     QColor(paler(m_selection.red()), paler(m_selection.green()), paler(m_selection.blue())));
     palette.setColor(QPalette::Inactive, QPalette::HighlightedText, QColor(0x14, 0x18, 0x1E));
     return palette;
 }
@@ -51,29 +51,33 @@ void CLook::FillWorkspace(QPainter& painter, const QRect& rect) const {
     FillGradient(painter, rect, m_workspace);
 }
 
-const CLook& LookOf(int nId, int& nOffice2007) {
-    if (nId >= ID_APPLOOK_OFFICE_2007_BLUE && nId <= ID_APPLOOK_OFFICE_2007_AQUA)
-        nOffice2007 = nId;
-    const CLook* pOffice2007 = nullptr;
-    for (const CLook& look : Looks()) {
-        if (look.m_nId == nId)
-            return look;
-        if (look.m_nId == nOffice2007)
-            pOffice2007 = &look;
+const CLook& LookOf(int id, int& office2007) {
+    if (id >= ID_APPLOOK_OFFICE_2007_BLUE && id <= ID_APPLOOK_OFFICE_2007_AQUA) {
+        office2007 = id;
     }
-    return *pOffice2007;
+    const CLook* ofOffice2007 = nullptr;
+    for (const CLook& look : Looks()) {
+        if (look.m_nId == id) {
+            return look;
+        }
+        if (look.m_nId == office2007) {
+            ofOffice2007 = &look;
+        }
+    }
+    return *ofOffice2007;
 }
 
 QList<int> LookIds() {
-    QList<int> listIds;
-    for (const CLook& look : Looks())
-        listIds << look.m_nId;
-    return listIds;
+    QList<int> ids;
+    for (const CLook& look : Looks()) {
+        ids << look.m_nId;
+    }
+    return ids;
 }
 
 const CLook& CurrentLook() {
-    int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
-    return s_pCurrent != nullptr ? *s_pCurrent : LookOf(ID_APPLOOK_VS_2008, nOffice2007);
+    int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+    return s_pCurrent != nullptr ? *s_pCurrent : LookOf(ID_APPLOOK_VS_2008, office2007);
 }
 
 void ApplyLook(const CLook& look) {

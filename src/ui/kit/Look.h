@@ -66,9 +66,9 @@ struct CLook {
 std::span<const CLook> Looks();
 
 // The look of a command number between 205 and 219. A number without a look of its own takes Office 2007 in
-// the style that was last in force; nOffice2007 is that style's command and changes with the four that set
+// the style that was last in force; office2007 is that style's command and changes with the four that set
 // it.
-const CLook& LookOf(int nId, int& nOffice2007);
+const CLook& LookOf(int id, int& office2007);
 QList<int> LookIds();
 
 const CLook& CurrentLook();

@@ -19,32 +19,33 @@ void FillGradient(QPainter& painter, const QRect& rect, const CGradient& colors,
     painter.fillRect(rect, gradient);
 }
 
-void CLookStyle::DrawButton(QPainter* pPainter, const QRect& rect, const CGradient& fill) const {
-    pPainter->save();
+void CLookStyle::DrawButton(QPainter* painter, const QRect& rect, const CGradient& fill) const {
+    painter->save();
     if (m_look.m_bRoundButtons) {
-        pPainter->setRenderHint(QPainter::Antialiasing);
+        painter->setRenderHint(QPainter::Antialiasing);
         QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
         gradient.setColorAt(0, fill.m_from);
         gradient.setColorAt(1, fill.m_to);
-        pPainter->setPen(m_look.m_hotBorder);
-        pPainter->setBrush(gradient);
-        pPainter->drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 2.5, 2.5);
+        painter->setPen(m_look.m_hotBorder);
+        painter->setBrush(gradient);
+        painter->drawRoundedRect(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), 2.5, 2.5);
     } else {
-        FillGradient(*pPainter, rect, fill);
-        pPainter->setPen(m_look.m_hotBorder);
-        pPainter->setBrush(Qt::NoBrush);
-        pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
+        FillGradient(*painter, rect, fill);
+        painter->setPen(m_look.m_hotBorder);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(rect.adjusted(0, 0, -1, -1));
     }
-    pPainter->restore();
+    painter->restore();
 }
 
 // Filled edges stay whole at any scale.
-void CLookStyle::DrawEdges(QPainter* pPainter, const QRect& rect) const {
+void CLookStyle::DrawEdges(QPainter* painter, const QRect& rect) const {
     for (const QRect& edge :
          {QRect(rect.left(), rect.top(), rect.width(), 1), QRect(rect.left(), rect.bottom(), rect.width(), 1),
           QRect(rect.left(), rect.top(), 1, rect.height()),
-          QRect(rect.right(), rect.top(), 1, rect.height())})
-        pPainter->fillRect(edge, m_look.m_border);
+          QRect(rect.right(), rect.top(), 1, rect.height())}) {
+        painter->fillRect(edge, m_look.m_border);
+    }
 }
 
 // The frame of a pane or a page. A pane keeps the brush that the painter has.

@@ -24,48 +24,48 @@ QStyleOptionHeaderV2 HeaderOption(const QStyleOption* option) {
 
 // The toolkit puts the arrow of a sorted column beside the title and cuts that off; here it stands above the
 // title's middle.
-void CLookStyle::DrawHeaderWithTitle(const QStyleOption* pOption, QPainter* pPainter,
-                                     const QWidget* pWidget) const {
-    QStyleOptionHeaderV2 option = HeaderOption(pOption);
-    const QRect rect = pOption->rect;
-    pPainter->save();
-    pPainter->setClipRect(rect);
-    drawControl(CE_HeaderSection, &option, pPainter, pWidget);
-    const int nMargin = pixelMetric(PM_HeaderMargin, pOption, pWidget);
-    option.rect = rect.adjusted(nMargin, nMargin + 1, -nMargin, -nMargin + 1);
-    drawControl(CE_HeaderLabel, &option, pPainter, pWidget);
-    if (option.sortIndicator != QStyleOptionHeader::None) {
+void CLookStyle::DrawHeaderWithTitle(const QStyleOption* option, QPainter* painter,
+                                     const QWidget* widget) const {
+    QStyleOptionHeaderV2 header = HeaderOption(option);
+    const QRect rect = option->rect;
+    painter->save();
+    painter->setClipRect(rect);
+    drawControl(CE_HeaderSection, &header, painter, widget);
+    const int margin = pixelMetric(PM_HeaderMargin, option, widget);
+    header.rect = rect.adjusted(margin, margin + 1, -margin, -margin + 1);
+    drawControl(CE_HeaderLabel, &header, painter, widget);
+    if (header.sortIndicator != QStyleOptionHeader::None) {
         const QRectF arrow(rect.center().x() - 3, rect.top() + 1, 7, 3.5);
         // The toolkit says "down" for what ascends.
-        const bool bUp = option.sortIndicator == QStyleOptionHeader::SortDown;
-        const double fBase = bUp ? arrow.bottom() : arrow.top();
-        const double fTip = bUp ? arrow.top() : arrow.bottom();
-        pPainter->setRenderHint(QPainter::Antialiasing);
-        pPainter->setPen(Qt::NoPen);
-        pPainter->setBrush(m_look.m_text);
-        pPainter->drawPolygon(
-            QPolygonF({{arrow.left(), fBase}, {arrow.right(), fBase}, {arrow.center().x(), fTip}}));
+        const bool up = header.sortIndicator == QStyleOptionHeader::SortDown;
+        const double base = up ? arrow.bottom() : arrow.top();
+        const double tip = up ? arrow.top() : arrow.bottom();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(m_look.m_text);
+        painter->drawPolygon(
+            QPolygonF({{arrow.left(), base}, {arrow.right(), base}, {arrow.center().x(), tip}}));
     }
-    pPainter->restore();
+    painter->restore();
 }
 
-void CLookStyle::DrawHeader(const QStyleOption* pOption, QPainter* pPainter) const {
-    const QRect rect = pOption->rect;
-    const bool bEnabled = (pOption->state & State_Enabled) != 0;
-    const bool bHot = bEnabled && (pOption->state & State_MouseOver) != 0;
+void CLookStyle::DrawHeader(const QStyleOption* option, QPainter* painter) const {
+    const QRect rect = option->rect;
+    const bool enabled = (option->state & State_Enabled) != 0;
+    const bool hot = enabled && (option->state & State_MouseOver) != 0;
     if (m_look.m_bRaisedButtons) {
-        pPainter->fillRect(rect, m_look.m_face);
-        qDrawShadePanel(pPainter, rect, pOption->palette, (pOption->state & State_Sunken) != 0, 1);
+        painter->fillRect(rect, m_look.m_face);
+        qDrawShadePanel(painter, rect, option->palette, (option->state & State_Sunken) != 0, 1);
         return;
     }
-    FillGradient(*pPainter, rect,
-                 (pOption->state & State_Sunken) != 0 ? m_look.m_pressed
-                 : bHot                               ? m_look.m_hot
-                                                      : m_look.m_header);
+    FillGradient(*painter, rect,
+                 (option->state & State_Sunken) != 0 ? m_look.m_pressed
+                 : hot                               ? m_look.m_hot
+                                                     : m_look.m_header);
     QColor line = m_look.m_border;
-    pPainter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
+    painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), line);
     line.setAlpha(130);
-    pPainter->fillRect(QRect(rect.right(), rect.top() + 3, 1, rect.height() - 6), line);
+    painter->fillRect(QRect(rect.right(), rect.top() + 3, 1, rect.height() - 6), line);
 }
 
 // The margin is one at the sides: above and below, the text takes what room there is.

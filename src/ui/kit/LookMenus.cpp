@@ -56,77 +56,78 @@ void CLookStyle::DrawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* pai
     painter->restore();
 }
 
-void CLookStyle::DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const {
-    const auto* pItem = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption);
-    if (pItem == nullptr)
-        return;
-    const QRect rect = pItem->rect;
-    pPainter->save();
-    if (pItem->menuItemType == QStyleOptionMenuItem::Separator) {
-        pPainter->fillRect(
-            QRect(rect.left() + kMenuGutter + 6, rect.center().y(), rect.width() - kMenuGutter - 8, 1),
-            QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 140));
-        pPainter->restore();
+void CLookStyle::DrawMenuItem(const QStyleOption* option, QPainter* painter, const QWidget* widget) const {
+    const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+    if (item == nullptr) {
         return;
     }
-    const bool bEnabled = (pItem->state & State_Enabled) != 0;
-    const bool bSelected = (pItem->state & State_Selected) != 0;
-    QColor text = bEnabled ? m_look.m_text : m_look.m_disabledText;
-    if (bSelected) {
+    const QRect rect = item->rect;
+    painter->save();
+    if (item->menuItemType == QStyleOptionMenuItem::Separator) {
+        painter->fillRect(
+            QRect(rect.left() + kMenuGutter + 6, rect.center().y(), rect.width() - kMenuGutter - 8, 1),
+            QColor(m_look.m_border.red(), m_look.m_border.green(), m_look.m_border.blue(), 140));
+        painter->restore();
+        return;
+    }
+    const bool enabled = (item->state & State_Enabled) != 0;
+    const bool selected = (item->state & State_Selected) != 0;
+    QColor text = enabled ? m_look.m_text : m_look.m_disabledText;
+    if (selected) {
         if (m_look.m_bRaisedButtons) {
-            pPainter->fillRect(rect, bEnabled ? m_look.m_selection : m_look.m_face.darker(106));
-            text = bEnabled ? m_look.m_selectionText : m_look.m_disabledText;
-        } else if (bEnabled) {
-            DrawButton(pPainter, rect.adjusted(1, 0, -1, 0), m_look.m_hot);
+            painter->fillRect(rect, enabled ? m_look.m_selection : m_look.m_face.darker(106));
+            text = enabled ? m_look.m_selectionText : m_look.m_disabledText;
+        } else if (enabled) {
+            DrawButton(painter, rect.adjusted(1, 0, -1, 0), m_look.m_hot);
         } else {
-            pPainter->setPen(m_look.m_border);
-            pPainter->drawRect(rect.adjusted(1, 0, -2, -1));
+            painter->setPen(m_look.m_border);
+            painter->drawRect(rect.adjusted(1, 0, -2, -1));
         }
     }
     const QRect box(rect.left() + (kMenuGutter - 20) / 2, rect.center().y() - 9, 20, 20);
-    const bool bChecked = pItem->checkType != QStyleOptionMenuItem::NotCheckable && pItem->checked;
-    if (bChecked && !m_look.m_bRaisedButtons)
-        DrawButton(pPainter, box, m_look.m_checked);
-    if (bChecked && (pItem->icon.isNull() || pItem->checkType == QStyleOptionMenuItem::Exclusive)) {
-        pPainter->setRenderHint(QPainter::Antialiasing);
+    const bool checked = item->checkType != QStyleOptionMenuItem::NotCheckable && item->checked;
+    if (checked && !m_look.m_bRaisedButtons) {
+        DrawButton(painter, box, m_look.m_checked);
+    }
+    if (checked && (item->icon.isNull() || item->checkType == QStyleOptionMenuItem::Exclusive)) {
+        painter->setRenderHint(QPainter::Antialiasing);
         const QPointF center = QRectF(box).center();
-        if (pItem->checkType == QStyleOptionMenuItem::Exclusive) {
-            pPainter->setPen(Qt::NoPen);
-            pPainter->setBrush(text);
-            pPainter->drawEllipse(center, 3.2, 3.2);
+        if (item->checkType == QStyleOptionMenuItem::Exclusive) {
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(text);
+            painter->drawEllipse(center, 3.2, 3.2);
         } else {
-            pPainter->setPen(QPen(text, 1.8));
-            pPainter->drawPolyline(
+            painter->setPen(QPen(text, 1.8));
+            painter->drawPolyline(
                 QPolygonF({center + QPointF(-4, 0), center + QPointF(-1.2, 3), center + QPointF(4, -3.4)}));
         }
-        pPainter->setRenderHint(QPainter::Antialiasing, false);
-    } else if (!pItem->icon.isNull()) {
+        painter->setRenderHint(QPainter::Antialiasing, false);
+    } else if (!item->icon.isNull()) {
         const QRect icon(box.center() - QPoint(7, 7), QSize(16, 16));
-        pItem->icon.paint(pPainter, icon, Qt::AlignCenter, bEnabled ? QIcon::Normal : QIcon::Disabled);
+        item->icon.paint(painter, icon, Qt::AlignCenter, enabled ? QIcon::Normal : QIcon::Disabled);
     }
 
     const QRect label = rect.adjusted(kMenuGutter + 8, 0, -22, 0);
-    const qsizetype nTab = pItem->text.indexOf(QLatin1Char('\t'));
-    const int nMnemonic = proxy()->styleHint(SH_UnderlineShortcut, pOption, pWidget) != 0
-                              ? Qt::TextShowMnemonic
-                              : Qt::TextHideMnemonic;
-    pPainter->setFont(pItem->font);
-    pPainter->setPen(text);
-    pPainter->drawText(label,
-                       int{Qt::AlignLeft} | int{Qt::AlignVCenter} | nMnemonic | int{Qt::TextSingleLine},
-                       nTab < 0 ? pItem->text : pItem->text.left(nTab));
-    if (nTab >= 0)
-        pPainter->drawText(label, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
-                           pItem->text.mid(nTab + 1));
-    if (pItem->menuItemType == QStyleOptionMenuItem::SubMenu) {
-        pPainter->setRenderHint(QPainter::Antialiasing);
-        const double fX = rect.right() - 12;
-        const double fY = rect.top() + rect.height() / 2.0;
-        pPainter->setPen(Qt::NoPen);
-        pPainter->setBrush(text);
-        pPainter->drawPolygon(QPolygonF({{fX, fY - 4}, {fX + 4, fY}, {fX, fY + 4}}));
+    const qsizetype tabAt = item->text.indexOf(QLatin1Char('\t'));
+    const int mnemonic = proxy()->styleHint(SH_UnderlineShortcut, option, widget) != 0 ? Qt::TextShowMnemonic
+                                                                                       : Qt::TextHideMnemonic;
+    painter->setFont(item->font);
+    painter->setPen(text);
+    painter->drawText(label, int{Qt::AlignLeft} | int{Qt::AlignVCenter} | mnemonic | int{Qt::TextSingleLine},
+                      tabAt < 0 ? item->text : item->text.left(tabAt));
+    if (tabAt >= 0) {
+        painter->drawText(label, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine,
+                          item->text.mid(tabAt + 1));
     }
-    pPainter->restore();
+    if (item->menuItemType == QStyleOptionMenuItem::SubMenu) {
+        painter->setRenderHint(QPainter::Antialiasing);
+        const double x = rect.right() - 12;
+        const double y = rect.top() + rect.height() / 2.0;
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(text);
+        painter->drawPolygon(QPolygonF({{x, y - 4}, {x + 4, y}, {x, y + 4}}));
+    }
+    painter->restore();
 }
 
 QSize CLookStyle::MenuItemSize(const QStyleOptionMenuItem* item, const QSize& text) {

@@ -15,124 +15,124 @@ CLookStyle::CLookStyle(const CLook& look)
     setObjectName(QStringLiteral("carvelot-%1").arg(look.m_nId));
 }
 
-void CLookStyle::drawPrimitive(PrimitiveElement nElement, const QStyleOption* pOption, QPainter* pPainter,
-                               const QWidget* pWidget) const {
-    const QRect rect = pOption->rect;
-    const bool horizontal = (pOption->state & State_Horizontal) != 0;
-    switch (nElement) {
+void CLookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const QRect rect = option->rect;
+    const bool horizontal = (option->state & State_Horizontal) != 0;
+    switch (element) {
     case PE_PanelMenu:
-        DrawMenuPanel(rect, pPainter, pWidget);
+        DrawMenuPanel(rect, painter, widget);
         return;
     case PE_FrameMenu:
-        DrawEdges(pPainter, rect);
+        DrawEdges(painter, rect);
         return;
     case PE_PanelMenuBar:
         return;
     case PE_PanelToolBar:
     case PE_PanelStatusBar:
-        FillGradient(*pPainter, rect, m_look.m_toolBar);
+        FillGradient(*painter, rect, m_look.m_toolBar);
         return;
     case PE_FrameStatusBarItem:
-        pPainter->fillRect(QRect(rect.left(), rect.top() + 3, 1, rect.height() - 6), m_look.m_border);
+        painter->fillRect(QRect(rect.left(), rect.top() + 3, 1, rect.height() - 6), m_look.m_border);
         return;
     case PE_FrameTabBarBase:
-        if (const auto* base = qstyleoption_cast<const QStyleOptionTabBarBase*>(pOption)) {
-            DrawTabBase(*base, pPainter);
+        if (const auto* base = qstyleoption_cast<const QStyleOptionTabBarBase*>(option)) {
+            DrawTabBase(*base, painter);
         }
         return;
     case PE_FrameDockWidget:
-        DrawFrame(rect, pPainter, Qt::NoBrush);
+        DrawFrame(rect, painter, Qt::NoBrush);
         return;
     case PE_FrameTabWidget:
-        DrawFrame(rect, pPainter, m_look.m_activeTab.m_to);
+        DrawFrame(rect, painter, m_look.m_activeTab.m_to);
         return;
     case PE_IndicatorTabClose:
-        DrawTabClose(*pOption, pPainter);
+        DrawTabClose(*option, painter);
         return;
     case PE_IndicatorToolBarSeparator:
-        DrawToolBarSeparator(rect, horizontal, pPainter);
+        DrawToolBarSeparator(rect, horizontal, painter);
         return;
     case PE_IndicatorToolBarHandle:
-        DrawToolBarHandle(rect, horizontal, pPainter);
+        DrawToolBarHandle(rect, horizontal, painter);
         return;
     case PE_PanelButtonTool:
-        DrawToolButton(*pOption, pPainter);
+        DrawToolButton(*option, painter);
         return;
     case PE_IndicatorDockWidgetResizeHandle:
-        pPainter->fillRect(rect, m_look.m_face);
+        painter->fillRect(rect, m_look.m_face);
         return;
     default:
-        QProxyStyle::drawPrimitive(nElement, pOption, pPainter, pWidget);
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
 }
 
-void CLookStyle::drawControl(ControlElement nElement, const QStyleOption* pOption, QPainter* pPainter,
-                             const QWidget* pWidget) const {
-    const QRect rect = pOption->rect;
-    switch (nElement) {
+void CLookStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                             const QWidget* widget) const {
+    const QRect rect = option->rect;
+    switch (element) {
     case CE_MenuBarEmptyArea:
-        FillGradient(*pPainter, rect, m_look.m_menuBar);
+        FillGradient(*painter, rect, m_look.m_menuBar);
         return;
     case CE_MenuBarItem:
-        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(pOption)) {
-            DrawMenuBarItem(*item, pPainter, pWidget);
+        if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+            DrawMenuBarItem(*item, painter, widget);
             return;
         }
         break;
     case CE_MenuItem:
-        DrawMenuItem(pOption, pPainter, pWidget);
+        DrawMenuItem(option, painter, widget);
         return;
     case CE_MenuEmptyArea:
         return;
     case CE_ToolBar: {
-        const auto* bar = qstyleoption_cast<const QStyleOptionToolBar*>(pOption);
-        DrawToolBar(rect, bar == nullptr || (bar->state & State_Horizontal) != 0, pPainter);
+        const auto* bar = qstyleoption_cast<const QStyleOptionToolBar*>(option);
+        DrawToolBar(rect, bar == nullptr || (bar->state & State_Horizontal) != 0, painter);
         return;
     }
     case CE_TabBarTabShape:
-        DrawTab(pOption, pPainter);
+        DrawTab(option, painter);
         return;
     case CE_TabBarTabLabel:
-        DrawTabLabel(pOption, pPainter, pWidget);
+        DrawTabLabel(option, painter, widget);
         return;
     case CE_DockWidgetTitle:
-        DrawTitle(pOption, pPainter, pWidget);
+        DrawTitle(option, painter, widget);
         return;
     case CE_Header:
-        DrawHeaderWithTitle(pOption, pPainter, pWidget);
+        DrawHeaderWithTitle(option, painter, widget);
         return;
     case CE_HeaderSection:
-        DrawHeader(pOption, pPainter);
+        DrawHeader(option, painter);
         return;
     case CE_HeaderEmptyArea:
-        DrawHeaderEnd(rect, pPainter);
+        DrawHeaderEnd(rect, painter);
         return;
     case CE_HeaderLabel:
-        DrawHeaderLabel(pOption, pPainter, pWidget);
+        DrawHeaderLabel(option, painter, widget);
         return;
     case CE_PushButton:
-        QProxyStyle::drawControl(nElement, pOption, pPainter, pWidget);
-        DrawButtonFocus(*pOption, pPainter);
+        QProxyStyle::drawControl(element, option, painter, widget);
+        DrawButtonFocus(*option, painter);
         return;
     case CE_ToolButtonLabel: {
-        const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(pOption);
-        if (button != nullptr && pWidget != nullptr && pWidget->inherits("QDockWidgetTitleButton")) {
-            DrawTitleButton(*button, pPainter, *pWidget);
+        const auto* button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+        if (button != nullptr && widget != nullptr && widget->inherits("QDockWidgetTitleButton")) {
+            DrawTitleButton(*button, painter, *widget);
             return;
         }
         break;
     }
     case CE_Splitter:
-        pPainter->fillRect(rect, m_look.m_face);
+        painter->fillRect(rect, m_look.m_face);
         return;
     default:
         break;
     }
-    QProxyStyle::drawControl(nElement, pOption, pPainter, pWidget);
+    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
-int CLookStyle::pixelMetric(PixelMetric nMetric, const QStyleOption* pOption, const QWidget* pWidget) const {
-    switch (nMetric) {
+int CLookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+    switch (metric) {
     case PM_ToolBarIconSize:
     case PM_SmallIconSize:
     case PM_TabBarIconSize:
@@ -193,18 +193,18 @@ int CLookStyle::pixelMetric(PixelMetric nMetric, const QStyleOption* pOption, co
     case PM_DockWidgetHandleExtent:
         return 12;
     default:
-        return QProxyStyle::pixelMetric(nMetric, pOption, pWidget);
+        return QProxyStyle::pixelMetric(metric, option, widget);
     }
 }
 
-QPixmap CLookStyle::generatedIconPixmap(QIcon::Mode nMode, const QPixmap& pixmap,
-                                        const QStyleOption* pOption) const {
-    return nMode == QIcon::Selected ? pixmap : QProxyStyle::generatedIconPixmap(nMode, pixmap, pOption);
+QPixmap CLookStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
+                                        const QStyleOption* option) const {
+    return mode == QIcon::Selected ? pixmap : QProxyStyle::generatedIconPixmap(mode, pixmap, option);
 }
 
-int CLookStyle::styleHint(StyleHint nHint, const QStyleOption* pOption, const QWidget* pWidget,
-                          QStyleHintReturn* pReturn) const {
-    switch (nHint) {
+int CLookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                          QStyleHintReturn* returned) const {
+    switch (hint) {
     case SH_TabBar_Alignment:
         return Qt::AlignLeft;
     case SH_TabBar_CloseButtonPosition:
@@ -225,50 +225,50 @@ int CLookStyle::styleHint(StyleHint nHint, const QStyleOption* pOption, const QW
     case SH_ItemView_ShowDecorationSelected:
         return 0;
     default:
-        return QProxyStyle::styleHint(nHint, pOption, pWidget, pReturn);
+        return QProxyStyle::styleHint(hint, option, widget, returned);
     }
 }
 
-QSize CLookStyle::sizeFromContents(ContentsType nType, const QStyleOption* pOption, const QSize& size,
-                                   const QWidget* pWidget) const {
-    if (nType == CT_MenuItem) {
-        return MenuItemSize(qstyleoption_cast<const QStyleOptionMenuItem*>(pOption), size);
+QSize CLookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                   const QWidget* widget) const {
+    if (type == CT_MenuItem) {
+        return MenuItemSize(qstyleoption_cast<const QStyleOptionMenuItem*>(option), size);
     }
-    if (nType == CT_MenuBarItem) {
+    if (type == CT_MenuBarItem) {
         return {size.width() + 14, std::max(size.height() + 6, 22)};
     }
-    QSize result = QProxyStyle::sizeFromContents(nType, pOption, size, pWidget);
-    if (nType == CT_TabBarTab) {
-        if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(pOption)) {
-            result.rwidth() += BoldTabRoom(*tab, pWidget);
+    QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (type == CT_TabBarTab) {
+        if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+            result.rwidth() += BoldTabRoom(*tab, widget);
         }
     }
-    if (nType == CT_PushButton) {
-        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(pOption);
+    if (type == CT_PushButton) {
+        const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
         constexpr int kAir = 20; // beside the text
         if (button != nullptr && !button->text.isEmpty()) {
             result.setWidth(std::max(result.width(), size.width() + kAir));
         }
     }
-    if (nType == CT_ItemViewItem) {
-        result.setHeight(std::max(result.height(), pOption->fontMetrics.height() + 4));
+    if (type == CT_ItemViewItem) {
+        result.setHeight(std::max(result.height(), option->fontMetrics.height() + 4));
     }
-    if (nType == CT_HeaderSection) {
-        result.setHeight(pOption->fontMetrics.height() + 7);
+    if (type == CT_HeaderSection) {
+        result.setHeight(option->fontMetrics.height() + 7);
     }
     return result;
 }
 
-QRect CLookStyle::subElementRect(SubElement nElement, const QStyleOption* pOption,
-                                 const QWidget* pWidget) const {
-    if (nElement == SE_TabBarTabText) {
-        const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
+QRect CLookStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                 const QWidget* widget) const {
+    if (element == SE_TabBarTabText) {
+        const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
         if (tab != nullptr && (IsNorth(tab->shape) || IsSouth(tab->shape))) {
             return TabTextRect(*tab);
         }
     }
-    QRect rect = QProxyStyle::subElementRect(nElement, pOption, pWidget);
-    if (nElement == SE_TabBarTabRightButton) {
+    QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    if (element == SE_TabBarTabRightButton) {
         rect.translate(TabShapeOf(m_look).m_closeShift);
     }
     return rect;

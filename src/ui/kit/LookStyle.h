@@ -23,32 +23,32 @@ class CLookStyle : public QProxyStyle {
 public:
     explicit CLookStyle(const CLook& look);
 
-    void drawPrimitive(PrimitiveElement nElement, const QStyleOption* pOption, QPainter* pPainter,
-                       const QWidget* pWidget) const override;
-    void drawControl(ControlElement nElement, const QStyleOption* pOption, QPainter* pPainter,
-                     const QWidget* pWidget) const override;
-    int pixelMetric(PixelMetric nMetric, const QStyleOption* pOption, const QWidget* pWidget) const override;
-    int styleHint(StyleHint nHint, const QStyleOption* pOption, const QWidget* pWidget,
-                  QStyleHintReturn* pReturn) const override;
-    QSize sizeFromContents(ContentsType nType, const QStyleOption* pOption, const QSize& size,
-                           const QWidget* pWidget) const override;
-    QRect subElementRect(SubElement nElement, const QStyleOption* pOption,
-                         const QWidget* pWidget) const override;
-    QIcon standardIcon(StandardPixmap nIcon, const QStyleOption* pOption,
-                       const QWidget* pWidget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override;
+    QRect subElementRect(SubElement element, const QStyleOption* option,
+                         const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap standard, const QStyleOption* option,
+                       const QWidget* widget) const override;
     // A picture of a selected row keeps its colours.
-    QPixmap generatedIconPixmap(QIcon::Mode nMode, const QPixmap& pixmap,
-                                const QStyleOption* pOption) const override;
+    QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
+                                const QStyleOption* option) const override;
 
 private:
     // LookMenus.cpp
     void DrawMenuPanel(const QRect& rect, QPainter* painter, const QWidget* widget) const;
     void DrawMenuBarItem(const QStyleOptionMenuItem& item, QPainter* painter, const QWidget* widget) const;
-    void DrawMenuItem(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
+    void DrawMenuItem(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
     static QSize MenuItemSize(const QStyleOptionMenuItem* item, const QSize& text);
     // LookButtons.cpp
-    void DrawButton(QPainter* pPainter, const QRect& rect, const CGradient& fill) const;
-    void DrawEdges(QPainter* pPainter, const QRect& rect) const;
+    void DrawButton(QPainter* painter, const QRect& rect, const CGradient& fill) const;
+    void DrawEdges(QPainter* painter, const QRect& rect) const;
     void DrawFrame(const QRect& rect, QPainter* painter, const QBrush& inside) const;
     void DrawToolButton(const QStyleOption& option, QPainter* painter) const;
     void DrawButtonFocus(const QStyleOption& option, QPainter* painter) const;
@@ -56,19 +56,19 @@ private:
     void DrawToolBarSeparator(const QRect& rect, bool horizontal, QPainter* painter) const;
     void DrawToolBarHandle(const QRect& rect, bool horizontal, QPainter* painter) const;
     // LookTabs.cpp
-    void DrawTab(const QStyleOption* pOption, QPainter* pPainter) const;
-    void DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
+    void DrawTab(const QStyleOption* option, QPainter* painter) const;
+    void DrawTabLabel(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
     void DrawTabClose(const QStyleOption& option, QPainter* painter) const;
     void DrawTabBase(const QStyleOptionTabBarBase& base, QPainter* painter) const;
     QRect TabTextRect(const QStyleOptionTab& tab) const;
     int BoldTabRoom(const QStyleOptionTab& tab, const QWidget* widget) const;
     // LookTitles.cpp
-    void DrawTitle(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
+    void DrawTitle(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
     void DrawTitleButton(const QStyleOptionToolButton& button, QPainter* painter,
                          const QWidget& widget) const;
     // LookHeaders.cpp
-    void DrawHeaderWithTitle(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const;
-    void DrawHeader(const QStyleOption* pOption, QPainter* pPainter) const;
+    void DrawHeaderWithTitle(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
+    void DrawHeader(const QStyleOption* option, QPainter* painter) const;
     void DrawHeaderLabel(const QStyleOption* option, QPainter* painter, const QWidget* widget) const;
     void DrawHeaderEnd(const QRect& rect, QPainter* painter) const;
 

@@ -86,98 +86,105 @@ const CTabShape& TabShapeOf(const CLook& look) {
     return kTabShapes[static_cast<std::size_t>(look.m_nTabShape)];
 }
 
-void CLookStyle::DrawTab(const QStyleOption* pOption, QPainter* pPainter) const {
-    const auto* pTab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
-    if (pTab == nullptr)
-        return;
-    const bool bSelected = (pTab->state & State_Selected) != 0;
-    const bool bHot = (pTab->state & State_MouseOver) != 0 && (pTab->state & State_Enabled) != 0;
-    pPainter->save();
-    // Drawn as a tab above its page; one below is the same turned over.
-    QRectF rect(pTab->rect);
-    if (IsSouth(pTab->shape)) {
-        pPainter->translate(0, rect.top() + rect.bottom());
-        pPainter->scale(1, -1);
-    } else if (!IsNorth(pTab->shape)) {
-        pPainter->fillRect(rect, bSelected ? m_look.m_activeTab.m_from : m_look.m_tab.m_from);
-        pPainter->setPen(m_look.m_border);
-        pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
-        pPainter->restore();
+void CLookStyle::DrawTab(const QStyleOption* option, QPainter* painter) const {
+    const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    if (tab == nullptr) {
         return;
     }
-    const CGradient fill = bSelected ? m_look.m_activeTab
-                           : bHot    ? CGradient{m_look.m_tab.m_from.lighter(104), m_look.m_activeTab.m_to}
-                                     : m_look.m_tab;
-    const double fTop = rect.top() + (bSelected ? 1 : 3);
-    const double fLeft = rect.left() + 0.5;
-    const double fRight = rect.right() - 0.5;
-    const double fBottom = rect.bottom();
+    const bool selected = (tab->state & State_Selected) != 0;
+    const bool hot = (tab->state & State_MouseOver) != 0 && (tab->state & State_Enabled) != 0;
+    painter->save();
+    // Drawn as a tab above its page; one below is the same turned over.
+    QRectF rect(tab->rect);
+    if (IsSouth(tab->shape)) {
+        painter->translate(0, rect.top() + rect.bottom());
+        painter->scale(1, -1);
+    } else if (!IsNorth(tab->shape)) {
+        painter->fillRect(rect, selected ? m_look.m_activeTab.m_from : m_look.m_tab.m_from);
+        painter->setPen(m_look.m_border);
+        painter->drawRect(rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
+    }
+    const CGradient fill = selected ? m_look.m_activeTab
+                           : hot    ? CGradient{m_look.m_tab.m_from.lighter(104), m_look.m_activeTab.m_to}
+                                    : m_look.m_tab;
+    const double top = rect.top() + (selected ? 1 : 3);
+    const double left = rect.left() + 0.5;
+    const double right = rect.right() - 0.5;
+    const double bottom = rect.bottom();
     const CTabShape& shape = TabShapeOf(m_look);
-    const QPainterPath path = shape.m_fnOutline(QRectF(QPointF(fLeft, fTop), QPointF(fRight, fBottom)));
-    QLinearGradient gradient(0, fTop, 0, fBottom);
+    const QPainterPath path = shape.m_fnOutline(QRectF(QPointF(left, top), QPointF(right, bottom)));
+    QLinearGradient gradient(0, top, 0, bottom);
     gradient.setColorAt(0, fill.m_from);
-    if (shape.m_bTwoHalves && !bSelected) {
+    if (shape.m_bTwoHalves && !selected) {
         gradient.setColorAt(0.49, fill.m_from.darker(102));
         gradient.setColorAt(0.5, fill.m_to);
     }
     gradient.setColorAt(1, fill.m_to);
-    pPainter->setRenderHint(QPainter::Antialiasing, shape.m_bCurved);
-    pPainter->fillPath(path, gradient);
-    pPainter->setPen(QPen(m_look.m_border, 1));
-    pPainter->drawPath(path);
-    pPainter->setRenderHint(QPainter::Antialiasing, false);
-    if (shape.m_bMarkedTop && (bSelected || bHot))
-        pPainter->fillRect(QRectF(rect.left() + 1, fTop, rect.width() - 2, 3), QColor(0xFF, 0xB9, 0x3B));
-    if (shape.m_bLitEdges) {
-        pPainter->fillRect(QRectF(rect.left() + 1, fTop + 3, 1, fBottom - fTop - 3), Qt::white);
-        pPainter->fillRect(QRectF(rect.left() + 3, fTop + 1, rect.width() - 6, 1), Qt::white);
+    painter->setRenderHint(QPainter::Antialiasing, shape.m_bCurved);
+    painter->fillPath(path, gradient);
+    painter->setPen(QPen(m_look.m_border, 1));
+    painter->drawPath(path);
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    if (shape.m_bMarkedTop && (selected || hot)) {
+        painter->fillRect(QRectF(rect.left() + 1, top, rect.width() - 2, 3), QColor(0xFF, 0xB9, 0x3B));
     }
-    if (bSelected) // the page and its tab are one
-        pPainter->fillRect(QRectF(rect.left() + 1, fBottom - 1, rect.width() - 2, 2), fill.m_to);
-    pPainter->restore();
+    if (shape.m_bLitEdges) {
+        painter->fillRect(QRectF(rect.left() + 1, top + 3, 1, bottom - top - 3), Qt::white);
+        painter->fillRect(QRectF(rect.left() + 3, top + 1, rect.width() - 6, 1), Qt::white);
+    }
+    if (selected) { // the page and its tab are one
+        painter->fillRect(QRectF(rect.left() + 1, bottom - 1, rect.width() - 2, 2), fill.m_to);
+    }
+    painter->restore();
 }
 
-void CLookStyle::DrawTabLabel(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const {
-    const auto* pTab = qstyleoption_cast<const QStyleOptionTab*>(pOption);
-    if (pTab == nullptr)
-        return;
-    if (!IsNorth(pTab->shape) && !IsSouth(pTab->shape)) {
-        QProxyStyle::drawControl(CE_TabBarTabLabel, pOption, pPainter, pWidget);
+void CLookStyle::DrawTabLabel(const QStyleOption* option, QPainter* painter, const QWidget* widget) const {
+    const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+    if (tab == nullptr) {
         return;
     }
-    const bool bSelected = (pTab->state & State_Selected) != 0;
-    pPainter->save();
-    QRect rect = subElementRect(SE_TabBarTabText, pOption, pWidget);
-    if (!pTab->icon.isNull()) {
-        const QRect icon(pTab->rect.left() + TabShapeOf(m_look).m_nIconLead, rect.center().y() - 7, 16, 16);
-        pTab->icon.paint(pPainter, icon);
+    if (!IsNorth(tab->shape) && !IsSouth(tab->shape)) {
+        QProxyStyle::drawControl(CE_TabBarTabLabel, option, painter, widget);
+        return;
+    }
+    const bool selected = (tab->state & State_Selected) != 0;
+    painter->save();
+    QRect rect = subElementRect(SE_TabBarTabText, option, widget);
+    if (!tab->icon.isNull()) {
+        const QRect icon(tab->rect.left() + TabShapeOf(m_look).m_nIconLead, rect.center().y() - 7, 16, 16);
+        tab->icon.paint(painter, icon);
         rect.setLeft(icon.right() + 6);
     }
-    pPainter->setPen((pTab->state & State_Enabled) == 0 ? m_look.m_disabledText
-                     : bSelected                        ? m_look.m_activeTabText
-                                                        : m_look.m_tabText);
-    QFont font = pPainter->font();
-    if (bSelected && m_look.m_bBoldActiveTab && (pWidget == nullptr || !pWidget->property("calm").toBool()))
+    painter->setPen((tab->state & State_Enabled) == 0 ? m_look.m_disabledText
+                    : selected                        ? m_look.m_activeTabText
+                                                      : m_look.m_tabText);
+    QFont font = painter->font();
+    if (selected && m_look.m_bBoldActiveTab && (widget == nullptr || !widget->property("calm").toBool())) {
         font.setBold(true);
+    }
     // The panes' tabs share a narrow room, with none for the bold face: the whole name tells more.
-    if (IsSouth(pTab->shape) && QFontMetrics(font).horizontalAdvance(pTab->text) > rect.width())
+    if (IsSouth(tab->shape) && QFontMetrics(font).horizontalAdvance(tab->text) > rect.width()) {
         font.setBold(false);
-    pPainter->setFont(font);
-    const QFontMetrics metrics = pPainter->fontMetrics();
-    if (const auto* pBar = qobject_cast<const CTabBar*>(pWidget))
-        pPainter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                           pBar->ShortText(pTab->tabIndex, metrics, rect.width()));
-    else
-        pPainter->drawText(
-            rect,
-            Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextHideMnemonic,
-            metrics.elidedText(pTab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic));
-    pPainter->restore();
-    if ((pTab->state & State_HasFocus) != 0) {
+    }
+    painter->setFont(font);
+    const QFontMetrics metrics = painter->fontMetrics();
+    if (const auto* bar = qobject_cast<const CTabBar*>(widget)) {
+        painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                          bar->ShortText(tab->tabIndex, metrics, rect.width()));
+    } else {
+        painter->drawText(rect,
+                          Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine |
+                              Qt::TextHideMnemonic,
+                          metrics.elidedText(tab->text, Qt::ElideMiddle, rect.width(), Qt::TextShowMnemonic));
+    }
+    painter->restore();
+    if ((tab->state & State_HasFocus) != 0) {
         QStyleOptionFocusRect focus;
-        focus.QStyleOption::operator=(*pTab);
+        focus.QStyleOption::operator=(*tab);
         focus.rect = rect.adjusted(-2, 2, 2, -2);
-        QProxyStyle::drawPrimitive(PE_FrameFocusRect, &focus, pPainter, pWidget);
+        QProxyStyle::drawPrimitive(PE_FrameFocusRect, &focus, painter, widget);
     }
 }
 

@@ -10,14 +10,14 @@
 
 namespace carvelot {
 
-void DrawSign(QPainter& painter, const QRect& rect, QStyle::StandardPixmap nSign, const QColor& color) {
+void DrawSign(QPainter& painter, const QRect& rect, QStyle::StandardPixmap sign, const QColor& color) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    const double fSize = std::min(rect.width(), rect.height());
-    painter.translate(rect.x() + (rect.width() - fSize) / 2, rect.y() + (rect.height() - fSize) / 2);
-    painter.scale(fSize / 10, fSize / 10);
+    const double size = std::min(rect.width(), rect.height());
+    painter.translate(rect.x() + (rect.width() - size) / 2, rect.y() + (rect.height() - size) / 2);
+    painter.scale(size / 10, size / 10);
     painter.setPen(QPen(color, 1.3, Qt::SolidLine, Qt::FlatCap));
-    if (nSign == QStyle::SP_TitleBarNormalButton || nSign == QStyle::SP_TitleBarMaxButton) {
+    if (sign == QStyle::SP_TitleBarNormalButton || sign == QStyle::SP_TitleBarMaxButton) {
         painter.setPen(QPen(color, 1));
         painter.drawRect(QRectF(3.5, 1.5, 5, 5));
         painter.fillRect(QRectF(3, 1, 6, 1.8), color);
@@ -34,18 +34,19 @@ namespace {
 
 class CSignEngine final : public QIconEngine {
 public:
-    CSignEngine(QStyle::StandardPixmap nSign, const QColor& color) : m_nSign(nSign), m_color(color) {}
-    void paint(QPainter* pPainter, const QRect& rect, QIcon::Mode nMode, QIcon::State) override {
+    CSignEngine(QStyle::StandardPixmap sign, const QColor& color) : m_nSign(sign), m_color(color) {}
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         QColor color = m_color;
-        if (nMode == QIcon::Disabled)
+        if (mode == QIcon::Disabled) {
             color.setAlpha(90);
-        DrawSign(*pPainter, rect, m_nSign, color);
+        }
+        DrawSign(*painter, rect, m_nSign, color);
     }
-    QPixmap pixmap(const QSize& size, QIcon::Mode nMode, QIcon::State nState) override {
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
         QPixmap pixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
-        paint(&painter, QRect(QPoint(0, 0), size), nMode, nState);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
         return pixmap;
     }
     QIconEngine* clone() const override { return new CSignEngine(*this); }
@@ -62,34 +63,35 @@ QIcon SignIcon(QStyle::StandardPixmap sign, const QColor& color) {
 }
 
 bool IsActivePane(const QWidget& pane) {
-    const QWidget* pFocus = QApplication::focusWidget();
-    return pFocus != nullptr && pane.isAncestorOf(pFocus);
+    const QWidget* focus = QApplication::focusWidget();
+    return focus != nullptr && pane.isAncestorOf(focus);
 }
 
 QColor TitleTextColor(const QWidget& pane) {
     return IsActivePane(pane) ? CurrentLook().m_activeTitleText : CurrentLook().m_titleText;
 }
 
-void CLookStyle::DrawTitle(const QStyleOption* pOption, QPainter* pPainter, const QWidget* pWidget) const {
-    const auto* pTitle = qstyleoption_cast<const QStyleOptionDockWidget*>(pOption);
-    if (pTitle == nullptr)
+void CLookStyle::DrawTitle(const QStyleOption* option, QPainter* painter, const QWidget* widget) const {
+    const auto* title = qstyleoption_cast<const QStyleOptionDockWidget*>(option);
+    if (title == nullptr) {
         return;
-    const auto* pDock = qobject_cast<const QDockWidget*>(pWidget);
-    const bool bActive = pDock != nullptr && IsActivePane(*pDock);
-    pPainter->save();
-    const QRect rect = pTitle->rect;
-    FillGradient(*pPainter, rect, bActive ? m_look.m_activeTitle : m_look.m_title, !m_look.m_bTitleAcross);
-    pPainter->setPen(m_look.m_border);
-    pPainter->drawRect(rect.adjusted(0, 0, -1, -1));
+    }
+    const auto* dock = qobject_cast<const QDockWidget*>(widget);
+    const bool active = dock != nullptr && IsActivePane(*dock);
+    painter->save();
+    const QRect rect = title->rect;
+    FillGradient(*painter, rect, active ? m_look.m_activeTitle : m_look.m_title, !m_look.m_bTitleAcross);
+    painter->setPen(m_look.m_border);
+    painter->drawRect(rect.adjusted(0, 0, -1, -1));
     constexpr int kMargin = 5;
-    const int nPin = pDock != nullptr ? 22 : 0;
-    const bool bMirrored = pTitle->direction == Qt::RightToLeft;
-    const QRect label = subElementRect(SE_DockWidgetTitleBarText, pOption, pWidget)
-                            .adjusted(bMirrored ? nPin : kMargin, 0, bMirrored ? -kMargin : -nPin, 0);
-    pPainter->setPen(bActive ? m_look.m_activeTitleText : m_look.m_titleText);
-    pPainter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                       pPainter->fontMetrics().elidedText(pTitle->title, Qt::ElideRight, label.width()));
-    pPainter->restore();
+    const int pin = dock != nullptr ? 22 : 0;
+    const bool mirrored = title->direction == Qt::RightToLeft;
+    const QRect label = subElementRect(SE_DockWidgetTitleBarText, option, widget)
+                            .adjusted(mirrored ? pin : kMargin, 0, mirrored ? -kMargin : -pin, 0);
+    painter->setPen(active ? m_look.m_activeTitleText : m_look.m_titleText);
+    painter->drawText(label, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      painter->fontMetrics().elidedText(title->title, Qt::ElideRight, label.width()));
+    painter->restore();
 }
 
 // The toolkit's buttons in a title; their own icons know nothing of the focus.
@@ -102,11 +104,13 @@ void CLookStyle::DrawTitleButton(const QStyleOptionToolButton& button, QPainter*
     QProxyStyle::drawControl(CE_ToolButtonLabel, &label, painter, &widget);
 }
 
-QIcon CLookStyle::standardIcon(StandardPixmap nIcon, const QStyleOption* pOption,
-                               const QWidget* pWidget) const {
-    if (nIcon == SP_TitleBarCloseButton || nIcon == SP_TitleBarNormalButton || nIcon == SP_TitleBarMaxButton)
-        return SignIcon(nIcon, m_look.m_titleText);
-    return QProxyStyle::standardIcon(nIcon, pOption, pWidget);
+QIcon CLookStyle::standardIcon(StandardPixmap standard, const QStyleOption* option,
+                               const QWidget* widget) const {
+    if (standard == SP_TitleBarCloseButton || standard == SP_TitleBarNormalButton ||
+        standard == SP_TitleBarMaxButton) {
+        return SignIcon(standard, m_look.m_titleText);
+    }
+    return QProxyStyle::standardIcon(standard, option, widget);
 }
 
 } // namespace carvelot
