@@ -1,6 +1,7 @@
 #include "ui/kit/Icons.h"
 
 #include "settings/Commands.h"
+#include "ui/kit/Look.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -120,6 +121,14 @@ private slots:
         QCOMPARE(shared, (QSet<QList<int>>{{ID_SESSION_ANALYZE, ID_PROCESS_ANALYZE},
                                            {ID_SESSION_CLEAR_DEBUG_FILE, ID_PROCESS_TRUNC}}));
         QCOMPARE(commands.size(), 46);
+    }
+
+    void everyLookHasACommandAndAnIcon() {
+        QVERIFY(!Looks().empty());
+        for (const CLook& look : Looks()) {
+            QVERIFY2(FindCommand(look.m_nId) != nullptr, qPrintable(QString::number(look.m_nId)));
+            QVERIFY2(!CommandIcon(look.m_nId).isNull(), qPrintable(QString::number(look.m_nId)));
+        }
     }
 
     void aPictureAtAScreensScaleIsTheRenderedOneItself() {
