@@ -29,6 +29,7 @@ VALUES = ["7", "42", "-3", "+8", "0.5", ".25", "1e5", "2.5E-3", "'SO'", "'O''Nei
 
 BEGIN = "Entering JDB_BeginTransaction"
 ROLLBACK = "Entering JDB_RollbackUser (hUser 2BB4BE18)"
+BEHIND = "\tbehind"  # without a tab behind it such a line would fix the column at which all texts begin
 
 
 class ExploreLog:
@@ -186,11 +187,11 @@ class ExploreLog:
     def transaction(self):
         rng = self.rng
         lines = [self.trouble()] if rng.random() < 0.3 else []
-        lines.append(rng.choice([BEGIN, BEGIN, "ERROR: while " + BEGIN]))
+        lines.append(rng.choice([BEGIN, BEGIN, "ERROR: while " + BEGIN + BEHIND]))
         lines += self.story(3) if rng.random() < 0.3 else []
         lines += [self.trouble()] if rng.random() < 0.6 else []
         lines += ["x"] * rng.randint(0, 2)
-        return lines + [rng.choice([ROLLBACK, ROLLBACK, "ERROR: " + ROLLBACK, "Entering JDB_CommitUser"])]
+        return lines + [rng.choice([ROLLBACK, ROLLBACK, "ERROR: " + ROLLBACK + BEHIND, "Entering JDB_CommitUser"])]
 
     # ---- stories
 
