@@ -12,21 +12,18 @@ for each. Exits with 1 when anything differs; --keep leaves each log that differ
 """
 
 import argparse
-import concurrent.futures
 import json
 import os
 import random
-import shutil
 import subprocess
 import sys
 import tempfile
-import traceback
 
 import carvelot_model as model
 import near_misses
 import odd_logs
+import report_runs
 
-MOST_DIFFERENCES = 8
 THRESHOLDS = [None, None, "1.0", "0", "0.5", "0.000001", "0.045", "2.5", "1.000001", "100", "46799"]
 
 
@@ -46,89 +43,6 @@ def canonical(value):
             owner["bsfn"]["functions"] = by_name(owner["bsfn"]["functions"])
         value["users"] = by_name(value["users"])
     return json.dumps(value, sort_keys=True)
-
-
-def differences(ours, theirs, path, floats, out):
-    """Appends readable differences between the model's value and the program's."""
-    if len(out) >= MOST_DIFFERENCES:
-        return
-    if floats:
-        if not isinstance(theirs, (int, float)) or isinstance(theirs, bool) or model.f32(theirs) != ours:
-            out.append("%s: model %r, program %r" % (path, ours, theirs))
-        return
-    if type(ours) is not type(theirs):
-        out.append("%s: model %r, program %r" % (path, ours, theirs))
-    elif isinstance(ours, dict):
-        for key in ours:
-            if key not in theirs:
-                out.append("%s.%s: missing in the program's output" % (path, key))
-        for key in theirs:
-            if key not in ours:
-                out.append("%s.%s: not in the model's output" % (path, key))
-        for key in ours:
-            if key in theirs:
-                is_record = "returnCode" in ours
-                differences(ours[key], theirs[key], path + "." + key,
-                            is_record and key in ("duration", "gap"), out)
-    elif isinstance(ours, list):
-        if len(ours) != len(theirs):
-            out.append("%s: model has %d entries, program %d" % (path, len(ours), len(theirs)))
-        for i, (a, b) in enumerate(zip(ours, theirs)):
-            name = a.get("name") if isinstance(a, dict) and path.endswith((".users", ".functions")) else i
-            differences(a, b, "%s[%s]" % (path, name), False, out)
-    elif ours != theirs:
-        if isinstance(ours, str) and len(ours) > 300:
-            at = next((i for i, (a, b) in enumerate(zip(ours, theirs)) if a != b), min(len(ours), len(theirs)))
-            out.append("%s: from character %d (of %d, %d): model %r, program %r" % (
-                path, at, len(ours), len(theirs), ours[at:at + 60], theirs[at:at + 60]))
-        else:
-            out.append("%s: model %r, program %r" % (path, ours, theirs))
-
-
-def passable(text):
-    """Whether a text can be handed over on a command line and means the same there."""
-    return "\0" not in text and "\uFFFD" not in text and len(text) < 2000
-
-
-class Program:
-    """The report, started for each run."""
-
-    def __init__(self, path):
-        self.path = path
-        self.environment = dict(os.environ, LC_ALL="C.UTF-8")
-
-    def run(self, arguments):
-        """(exit status, standard output, standard error)"""
-        done = subprocess.run([self.path] + arguments, capture_output=True, timeout=120, env=self.environment)
-        return done.returncode, done.stdout, done.stderr
-
-
-class Batch:
-    """The program that answers one run after the other; one that ends is started anew for the next run."""
-
-    def __init__(self, path):
-        self.path = path
-        self.process = None
-
-    def run(self, arguments):
-        if self.process is None:
-            self.process = subprocess.Popen([self.path], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                                            env=dict(os.environ, LC_ALL="C.UTF-8"))
-        request = b"%d\n" % len(arguments) + b"".join(os.fsencode(argument) + b"\0" for argument in arguments)
-        try:
-            self.process.stdin.write(request)
-            self.process.stdin.flush()
-            status, out, err = (int(number) for number in self.process.stdout.readline().split())
-            return status, self.process.stdout.read(out), self.process.stdout.read(err)
-        except (OSError, ValueError):
-            status = self.process.wait()
-            self.process = None
-            return status, b"", b"the program ended"
-
-    def close(self):
-        if self.process is not None:
-            self.process.stdin.close()
-            self.process.wait()
 
 
 class Comparison:
@@ -218,7 +132,7 @@ class Comparison:
             try:
                 printed = json.loads(printed)
                 if canonical(wanted) != canonical(printed):
-                    differences(wanted, printed, "", False, out)
+                    report_runs.differences(wanted, printed, "", False, out)
                     out = out or ["the JSON differs"]
             except ValueError as error:
                 out.append("no JSON: %s: %r" % (error, printed[:120]))
@@ -235,19 +149,6 @@ class Comparison:
             filtered["process"] = str(rng.choice(numbers + numbers + [0, 4120, 31337]))
         return options, filtered
 
-    def scopes(self, session, rng):
-        """Every scope of a session, and one that it has not."""
-        scopes = [rng.choice(["process:31337", "thread:4120/31337", "user:nobody", "process:0", "thread:0/0", "x"])]
-        if isinstance(session, str):
-            return scopes
-        if session.log_format == model.FORMAT_JAS:
-            return scopes + ["user:" + model.plain(name) for name in session.users if passable(name)]
-        for process in session.processes:
-            number = rng.choice([process.id, model.signed32(process.id)])
-            scopes.append("process:%d" % number)
-            scopes += ["thread:%d/%d" % (number, rng.choice([t.id, model.signed32(t.id)])) for t in process.threads]
-        return scopes
-
     def search(self, session, rng):
         finds = ["", "jdecache", "BSFN", "\u00c4"]
         if not isinstance(session, str):
@@ -258,7 +159,7 @@ class Comparison:
                 finds.append(rng.choice([piece, piece.upper(), piece.lower()]))
         # Handing a folded character over is only fair where folding back and forth is one to one.
         return rng.choice([text for text in finds
-                           if passable(text) and not any(ch in "\u0131\u0130\u017f\u212a" for ch in text)])
+                           if report_runs.passable(text) and not any(ch in "\u0131\u0130\u017f\u212a" for ch in text)])
 
     def check(self, data, path, rng):
         """The differences of all runs over one log, as lines."""
@@ -266,7 +167,7 @@ class Comparison:
         found = []
         for options in self.option_sets(self.session(data, first), path, rng):
             session = self.session(data, options)
-            runs = [{}] + [{"tree": scope} for scope in self.scopes(session, rng)] + [{"find": self.search(session, rng)}]
+            runs = [{}] + [{"tree": scope} for scope in report_runs.scopes(session, rng)] + [{"find": self.search(session, rng)}]
             if rng.random() < 0.5:
                 name = rng.choice(["gaps.csv", "gaps.txt", "GAPS.Csv", "a.b.TXT", "gaps.log", "gaps", "csv", "gaps.csv.bak"])
                 runs.append({"export": os.path.join(self.folder, name)})
@@ -296,47 +197,20 @@ class Comparison:
         return out
 
 
-class Worker:
-    """What one process of a comparison needs."""
-
-    def __init__(self, options, folder):
-        self.options = options
-        program = Program(os.path.abspath(options.program))
-        runner = Batch(os.path.abspath(options.batch)) if options.batch else program
-        self.comparison = Comparison(program, runner, folder)
-
-    def compare(self, source):
-        """The differences of one log, a seed or a path."""
-        if isinstance(source, int):
-            data = (near_misses if self.options.near else odd_logs).make(source)
-            path = os.path.join(self.comparison.folder, "%s-%d.log" % ("near" if self.options.near else "odd", source))
-            with open(path, "wb") as stream:
-                stream.write(data)
-        else:
-            path = os.path.abspath(source)
-            with open(path, "rb") as stream:
-                data = stream.read()
-        rng = random.Random("options of %s" % (source if isinstance(source, int) else os.path.basename(path)))
-        try:
-            found = self.comparison.check(data, path, rng)
-        except Exception:  # of the model: it is this log's, and the others are still compared
-            found = ["the model fails:"] + traceback.format_exc().split("\n")
-        if found and self.options.keep and isinstance(source, int):
-            os.makedirs(self.options.keep, exist_ok=True)
-            shutil.copy(path, self.options.keep)
-        if isinstance(source, int):
-            os.remove(path)
-        return found
+def comparison_of(options, folder):
+    program = report_runs.Program(os.path.abspath(options.program))
+    runner = report_runs.Batch(os.path.abspath(options.batch)) if options.batch else program
+    return Comparison(program, runner, folder)
 
 
 def compare_all(options, sources):
     """(source, differences) of each log, and behind the last the number of runs."""
     with tempfile.TemporaryDirectory(prefix="carvelot-compare-") as folder:
-        worker = Worker(options, folder)
-        found = [(source, worker.compare(source)) for source in sources]
-        if options.batch:
-            worker.comparison.runner.close()
-        return [pair for pair in found if pair[1]], worker.comparison.runs
+        comparison = comparison_of(options, folder)
+        make, name = (near_misses.make, "near") if options.near else (odd_logs.make, "odd")
+        found = [(source, report_runs.compare_log(comparison, source, make, name, options.keep)) for source in sources]
+        comparison.runner.close()
+        return [pair for pair in found if pair[1]], comparison.runs
 
 
 def main():
@@ -349,28 +223,15 @@ def main():
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--keep", metavar="DIR")
     options = parser.parse_args()
-    first, _, last = options.seeds.partition("-")
-    sources = options.logs or list(range(int(first), int(last or first) + 1))
+    sources = options.logs or report_runs.seeds(options.seeds)
 
     different = 0
     if not options.logs and not options.near:
         with tempfile.TemporaryDirectory(prefix="carvelot-compare-") as folder:
-            for line in Worker(options, folder).comparison.refused():
+            for line in comparison_of(options, folder).refused():
                 print("usage: " + line)
                 different += 1
-    runs = 0
-    pieces = [sources[at:at + 50] for at in range(0, len(sources), 50)]
-    with concurrent.futures.ProcessPoolExecutor(options.jobs) as pool:
-        for found, count in pool.map(compare_all, [options] * len(pieces), pieces):
-            runs += count
-            different += len(found)
-            for source, lines in found:
-                print("%s differs" % ("seed %d" % source if isinstance(source, int) else source))
-                for line in lines[:3 * MOST_DIFFERENCES]:
-                    print("  " + line)
-                sys.stdout.flush()
-    print("%d logs, %d runs, %d with differences" % (len(sources), runs, different))
-    return 1 if different else 0
+    return report_runs.compare_pieces(compare_all, options, sources, different)
 
 
 if __name__ == "__main__":
