@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Compares what carvelot-report explores in a log with the model of it, over many random logs.
 
-Usage: compare_explore.py REPORT_EXE [--batch EXE] [--seeds A-B] [--jobs N] [--keep DIR] [LOG ...]
+Usage: compare_explore.py REPORT_EXE [--batch EXE] [--odd] [--seeds A-B] [--jobs N] [--keep DIR] [LOG ...]
 
-Each seed makes one log (explore_logs.py) and says how it is read. The whole log, its scopes, ranges of its clock,
+Each seed makes one log (explore_logs.py, with --odd odd_logs.py) and says how it is read. The whole log, its scopes, ranges of its clock,
 the comparison with the log of another seed and all four exports must agree: exactly and in order, but for the order
 of a file's entries. LOG arguments are explored instead of random logs. --batch names the program that makes many
 runs of the report without a start for each. Exits with 1 when anything differs; --keep leaves each log that differed
@@ -22,6 +22,7 @@ import tempfile
 import carvelot_model as model
 import explore_logs
 import explore_model
+import odd_logs
 import report_runs
 
 ENDINGS = [".folded", ".speedscope.json", ".trace.json", ".callgrind"]
@@ -213,9 +214,10 @@ def comparable(value):
 
 
 class Comparison:
-    def __init__(self, runner, folder):
+    def __init__(self, runner, folder, make=explore_logs.make):
         self.runner = runner
         self.folder = folder
+        self.make = make
         self.runs = 0
 
     # ---- the model's side
@@ -344,7 +346,7 @@ class Comparison:
 
     def check(self, data, path, rng):
         """The differences of all runs over one log, as lines."""
-        made = re.fullmatch(r"explore-(\d+)\.log", os.path.basename(path))
+        made = re.fullmatch(r"made-(\d+)\.log", os.path.basename(path))
         loading = explore_logs.loading(int(made.group(1))) if made else (None, None, True)
         explored = self.explored(data, path, loading)
         found = []
@@ -354,7 +356,7 @@ class Comparison:
         if made:
             other = os.path.join(self.folder, "base.log")
             # Mostly one that shares scopes and names.
-            base_data = explore_logs.make(int(made.group(1)) + rng.choice([1, 3, 3, 6]))
+            base_data = self.make(int(made.group(1)) + rng.choice([1, 3, 3, 6]))
             with open(other, "wb") as stream:
                 stream.write(base_data)
             base = self.explored(base_data, other, loading)
@@ -386,14 +388,14 @@ class Comparison:
 
 def comparison_of(options, folder):
     runner = (report_runs.Batch if options.batch else report_runs.Program)(os.path.abspath(options.batch or options.program))
-    return Comparison(runner, folder)
+    return Comparison(runner, folder, odd_logs.make if options.odd else explore_logs.make)
 
 
 def compare_all(options, sources):
     """(source, differences) of each log, and behind the last the number of runs."""
     with tempfile.TemporaryDirectory(prefix="carvelot-explore-") as folder:
         comparison = comparison_of(options, folder)
-        found = [(source, report_runs.compare_log(comparison, source, explore_logs.make, "explore", options.keep))
+        found = [(source, report_runs.compare_log(comparison, source, comparison.make, "made", options.keep))
                  for source in sources]
         comparison.runner.close()
         return [pair for pair in found if pair[1]], comparison.runs
@@ -404,6 +406,7 @@ def main():
     parser.add_argument("program")
     parser.add_argument("logs", nargs="*")
     parser.add_argument("--batch", metavar="EXE")
+    parser.add_argument("--odd", action="store_true")
     parser.add_argument("--seeds", default="1-150", metavar="A-B")
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--keep", metavar="DIR")

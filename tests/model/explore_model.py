@@ -1112,8 +1112,7 @@ class Profile:
             edge = groups.setdefault((caller, frame.key), [caller, frame.key, 0, 0])
             edge[2] += 1
             edge[3] += self.total[frame]
-        return sorted(groups.values(), key=lambda edge: (-edge[3], edge[0] is not None, key_order(edge[0]),
-                                                         key_order(edge[1])))
+        return sorted(groups.values(), key=lambda edge: (-edge[3], key_order(edge[0]), key_order(edge[1])))
 
     def tree(self):
         """The calls of all streams merged by key below their parents, in order of first appearance."""

@@ -128,7 +128,7 @@ def compared(spoil, seeds):
         comparison = c.Comparison(StandIn(spoil) if spoil else StandIn(), folder)
         out = []
         for seed in seeds:
-            out += report_runs.compare_log(comparison, seed, explore_logs.make, "explore", None)
+            out += report_runs.compare_log(comparison, seed, explore_logs.make, "made", None)
         return out, comparison.runs
 
 
@@ -207,7 +207,7 @@ class Comparing(unittest.TestCase):
                 return (status, out, b"x" if status else said)
         with tempfile.TemporaryDirectory() as folder:
             comparison = c.Comparison(Silent(), folder)
-            lines = report_runs.compare_log(comparison, 1, explore_logs.make, "explore", None)
+            lines = report_runs.compare_log(comparison, 1, explore_logs.make, "made", None)
             self.assertTrue(any("message: model 'No such scope: " in line for line in lines), lines)
 
     def test_an_export_of_another_ending_has_to_be_refused(self):
@@ -222,8 +222,8 @@ class Comparing(unittest.TestCase):
     def test_a_log_that_differs_is_kept(self):
         with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryDirectory() as kept:
             comparison = c.Comparison(StandIn(lambda text, options: ""), folder)
-            report_runs.compare_log(comparison, 3, explore_logs.make, "explore", kept)
-            with open(os.path.join(kept, "explore-3.log"), "rb") as stream:
+            report_runs.compare_log(comparison, 3, explore_logs.make, "made", kept)
+            with open(os.path.join(kept, "made-3.log"), "rb") as stream:
                 self.assertEqual(stream.read(), explore_logs.make(3))
 
     def test_seconds_are_typed_in_their_shortest_form(self):
@@ -241,7 +241,7 @@ class Comparing(unittest.TestCase):
             log = os.path.join(folder, "a.log")
             with open(log, "wb") as stream:
                 stream.write(explore_logs.make(2))
-            for arguments, said in ((["--seeds", "4"], "1 logs, "), ([log], "1 logs, ")):
+            for arguments, said in ((["--seeds", "4"], "1 logs, "), (["--odd", "--seeds", "4-5"], "2 logs, "), ([log], "1 logs, ")):
                 with unittest.mock.patch.object(sys, "argv", ["x", program] + arguments), \
                         unittest.mock.patch.object(sys, "stdout", io.StringIO()) as out:
                     self.assertEqual(c.main(), 0, out.getvalue())

@@ -310,6 +310,10 @@ class Frames(unittest.TestCase):
         self.assertFalse(debug(call("A", 5), returned("A", -1)).frames[0].closed)
         self.assertTrue(debug(call("A", -1), returned("A", -1)).frames[0].closed)
 
+    def test_a_return_leaves_the_outer_call_of_its_name_open(self):
+        found = debug(call("A", 1), call("A", 2), returned("A", 2, 1), returned("A", None, 2))
+        self.assertEqual([(f.level, f.result, f.end) for f in found.frames], [(1, 2, 40), (2, 1, 30)])
+
     def test_a_return_without_its_call_is_an_orphan(self):
         found = debug(call("A", 1), returned("A", 2), returned("B", 1), returned("B"))
         self.assertEqual(findings(found, "orphan-return"), [("B", 2, 0, [3, 4]), ("A", 1, 0, [2])])
@@ -452,6 +456,14 @@ class Profiles(unittest.TestCase):
         found = debug(call("A", 1), (call("B", 2), 0), returned("B", 2), (returned("A", 1), 0))
         self.assertEqual([edge[0] for edge in e.Profile(found).edges()], [None, ("function", "A")])
 
+    def test_equal_edges_stand_by_caller_and_callee(self):
+        texts = []
+        for caller in "CA":
+            for callee in "YX":
+                texts += [(call(caller, 1), 0), (call(callee, 2), 0), (returned(callee, 2), 5), (returned(caller, 1), 0)]
+        self.assertEqual([(edge[0][1], edge[1][1]) for edge in e.Profile(debug(*texts)).edges() if edge[0]],
+                         [("A", "X"), ("A", "Y"), ("C", "X"), ("C", "Y")])
+
     def test_the_tree_merges_calls_below_their_parents_in_order_of_appearance(self):
         found = explored([line("Entering JDB_x")] + [line(text, at, owner) for at, (text, owner) in enumerate([
             (call("A", 1), "7/1"), (call("C", 2), "7/1"), (call("A", 1), "7/2"), (call("B", 2), "7/2"), (returned("C", 2), "7/1"),
@@ -505,12 +517,12 @@ class Shapes(unittest.TestCase):
 
     def test_a_sign_belongs_to_a_number_behind_a_bracket_a_comma_or_a_comparison(self):
         self.shapes(("(-1", "(?"), ("( +1", "( ?"), (",-1", ",?"), ("=-1", "=?"), ("< -1", "< ?"), (">-.5", ">?"), ("a-1", "a-?"), ("5 - 3", "? - ?"),
-                    ("5 -3", "? -?"), ("=- 1", "=- ?"), ("=--1", "=--?"), ("*-1", "*-?"), ("=-a", "=-a"), ("=-1a", "=-1a"))
+                    ("5 -3", "? -?"), ("=- 1", "=- ?"), ("=--1", "=--?"), ("=+-1", "=+-?"), ("*-1", "*-?"), ("=-a", "=-a"), ("=-1a", "=-1a"))
 
     def test_a_sign_belongs_to_a_number_behind_one_of_six_words(self):
         for word in ("AND", "BETWEEN", "THEN", "ELSE", "LIKE", "SELECT"):
             self.shapes((word + " -1", word + " ?"))
-        self.shapes(("and -1", "and -?"), ("BRAND -1", "BRAND -?"), ("OR -1", "OR -?"), ("AND- 1", "AND- ?"), ("_AND -1", "_AND -?"),
+        self.shapes(("and -1", "and -?"), ("BRAND -1", "BRAND -?"), ("OR -1", "OR -?"), ("AND-1", "AND-1"), ("(AND+.5)", "(AND+.5)"), ("AND- 1", "AND- ?"), ("_AND -1", "_AND -?"),
                     ("(AND -1", "(AND ?"), ("\u00e9AND -1", "\u00e9AND -?"))
         self.assertEqual(e.statement_shape("SELECT -1, +2 FROM X"), "SELECT ?, ... FROM X")
 
@@ -537,6 +549,10 @@ class Shapes(unittest.TestCase):
     def test_of_callers_that_ran_it_as_often_the_first_one_stands(self):
         found = debug(ONE_SHAPE, call("A", 1), ONE_SHAPE, returned("A", 1))
         self.assertIsNone(e.Profile(found).shapes()[0]["topCaller"])
+
+    def test_the_top_caller_ran_it_most_often(self):
+        found = debug(ONE_SHAPE, call("A", 1), ONE_SHAPE, ONE_SHAPE, returned("A", 1))
+        self.assertEqual(e.Profile(found).shapes()[0]["topCaller"], ("function", "A"))
 
     def test_a_range_cuts_shapes(self):
         found = debug(ONE_SHAPE, (DONE, 100), ONE_SHAPE, DONE)  # 10 to 110, 120 to 130
