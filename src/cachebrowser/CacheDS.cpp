@@ -95,22 +95,22 @@ void CCacheDS::Serialize(CArchive& archive) {
     }
 }
 
-std::string CMemberRows::Text(std::size_t nRow, int nColumn) const {
-    const CMember& member = *m_listRows[nRow];
-    switch (nColumn) {
-    case 0:
-        return member.m_name;
-    case 1:
-        return member.m_typeName;
-    default:
-        return std::to_string(member.m_count);
-    }
+CColumnTable<MemberRow> MemberColumns() {
+    using enum EAlign;
+    // clang-format off
+    static constexpr CListColumn<MemberRow> columns[] = {
+        {"Column Name", 100, Left, [](const MemberRow& member) { return member->m_name; }},
+        {"Data Type",    70, Left, [](const MemberRow& member) { return member->m_typeName; }},
+        {"Array Size",   60, Left, [](const MemberRow& member) { return std::to_string(member->m_count); }},
+    };
+    // clang-format on
+    return columns;
 }
 
 void CCacheDS::FillMemberList(IMemberList& list) const { list.Fill(m_members); }
 
 void CCacheDS::BuildDataColumns(IDataColumns& dataView) const {
-    std::vector<CListColumn> listColumns;
+    std::vector<CColumnSpec> listColumns;
     listColumns.reserve(m_members.size());
     for (const auto& pMember : m_members)
         listColumns.push_back(

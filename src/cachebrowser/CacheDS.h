@@ -1,9 +1,8 @@
 // CacheDS.h - what a row of a cache looks like: its columns one after the other, without any padding.
 #pragma once
 
-#include "text/ListSource.h"
+#include "text/RowSource.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -71,30 +70,22 @@ public:
     std::string m_typeName;      // as written, without "*" and "unsigned"
 };
 
-struct CListColumn {
-    std::string m_strTitle;
-    int m_nWidth; // device-independent pixels
-};
+// A member in a list. Rows keep their members alive, so that a list that was not refilled still shows what it
+// did.
+using MemberRow = std::shared_ptr<CMember>;
+CColumnTable<MemberRow> MemberColumns();
 
-inline constexpr std::array<CColumnSpec, 3> kMemberColumns{
-    {{"Column Name", 100}, {"Data Type", 70}, {"Array Size", 60}}};
-
-// What a list of kMemberColumns shows. Rows keep their members alive, so that a list that was not refilled
-// still shows what it did.
-class CMemberRows final : public CListSource {
+class CMemberRows final : public CRowSource<MemberRow> {
 public:
-    std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t nRow, int nColumn) const override;
-
-    std::vector<std::shared_ptr<CMember>> m_listRows;
+    CMemberRows() : CRowSource(MemberColumns()) {}
 };
 
-// A list that shows a structure in kMemberColumns, one row a member.
+// A list that shows a structure, one row a member.
 class IMemberList {
 public:
     virtual ~IMemberList() = default;
     // In the place of all rows.
-    virtual void Fill(std::vector<std::shared_ptr<CMember>> listRows) = 0;
+    virtual void Fill(std::vector<MemberRow> listRows) = 0;
 };
 
 // A list that shows rows of a cache.
@@ -102,7 +93,7 @@ class IDataColumns {
 public:
     virtual ~IDataColumns() = default;
     // In the place of all columns; the rows go.
-    virtual void SetColumns(std::vector<CListColumn> listColumns) = 0;
+    virtual void SetColumns(std::vector<CColumnSpec> listColumns) = 0;
 };
 
 class CCacheDS {

@@ -1,6 +1,7 @@
 #include "cachebrowser/CacheDoc.h"
 
 #include "cachebrowser/CacheFetch.h"
+#include "text/Columns.h"
 #include "text/Numbers.h"
 
 #include <algorithm>
@@ -17,6 +18,11 @@ struct CFree {
 };
 
 } // namespace
+
+std::string CCacheDoc::CListRows::Text(std::size_t row, int column) const {
+    return WithReplacements(
+        m_owner.CellText(row, static_cast<std::size_t>(column), m_owner.m_pfnFormatMathNumeric));
+}
 
 void CCacheDoc::DeleteAllItems() {
     if (m_pDataView != nullptr)

@@ -21,20 +21,21 @@ void CFindSource::LetGo(const CCarvelotDoc& session) {
         nBytes += listDetails.Text(record).size();
     m_strMessages.reserve(nBytes);
     m_listEnds.reserve(m_listRecords.size());
-    m_listRowHeads.reserve(m_listRecords.size());
-    std::vector<std::uint32_t> listHeadOf; // by the number of a context, 1 more than the head
+    m_listRowOwners.reserve(m_listRecords.size());
+    std::vector<std::uint32_t> listOwnerOf; // by the number of a context, 1 more than the owner
     for (const RecordIndex record : m_listRecords) {
         m_strMessages.append(listDetails.Text(record));
         m_listEnds.push_back(m_strMessages.size());
         const std::uint32_t nContext = listDetails.ContextNumber(record);
-        if (nContext >= listHeadOf.size())
-            listHeadOf.resize(nContext + 1);
-        if (listHeadOf[nContext] == 0) {
+        if (nContext >= listOwnerOf.size())
+            listOwnerOf.resize(nContext + 1);
+        if (listOwnerOf[nContext] == 0) {
             const FindRow row{record};
-            m_listHeads.push_back({row.Text(session, 0), row.Text(session, 1)});
-            listHeadOf[nContext] = static_cast<std::uint32_t>(m_listHeads.size());
+            m_listOwners.push_back(
+                {CellText(row, FindRow::OWNER, session), CellText(row, FindRow::THREAD, session)});
+            listOwnerOf[nContext] = static_cast<std::uint32_t>(m_listOwners.size());
         }
-        m_listRowHeads.push_back(listHeadOf[nContext] - 1);
+        m_listRowOwners.push_back(listOwnerOf[nContext] - 1);
     }
     m_pSession = nullptr;
     Release(m_listRecords);
@@ -45,8 +46,8 @@ void CFindSource::Clear() {
     Release(m_listRecords);
     Release(m_strMessages);
     Release(m_listEnds);
-    Release(m_listRowHeads);
-    Release(m_listHeads);
+    Release(m_listRowOwners);
+    Release(m_listOwners);
 }
 
 const CCarvelotDoc* CFindSource::Session() const {
@@ -59,10 +60,11 @@ std::size_t CFindSource::RowCount() const {
 
 std::string CFindSource::Text(std::size_t nRow, int nColumn) const {
     if (m_pSession != nullptr)
-        return Session() != nullptr ? FindRow{m_listRecords[nRow]}.Text(*m_pSession, nColumn) : std::string();
-    if (nColumn != kMessageColumn) {
-        const CHead& head = m_listHeads[m_listRowHeads[nRow]];
-        return nColumn == 0 ? head.m_strProcess : head.m_strThread;
+        return Session() != nullptr ? CellText(FindRow{m_listRecords[nRow]}, nColumn, *m_pSession)
+                                    : std::string();
+    if (nColumn != FindRow::MESSAGE) {
+        const COwner& owner = m_listOwners[m_listRowOwners[nRow]];
+        return nColumn == FindRow::OWNER ? owner.m_strProcess : owner.m_strThread;
     }
     const std::size_t nBegin = nRow == 0 ? 0 : m_listEnds[nRow - 1];
     return m_strMessages.substr(nBegin, m_listEnds[nRow] - nBegin);

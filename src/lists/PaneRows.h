@@ -3,8 +3,8 @@
 // live as long as the rows do.
 #pragma once
 
-#include "lists/SortKey.h"
 #include "session/CarvelotDoc.h"
+#include "text/ColumnTable.h"
 
 #include <cstdint>
 #include <string>
@@ -13,14 +13,10 @@
 
 namespace carvelot {
 
-// A column of a list: its title and its width in device-independent pixels.
-struct PaneColumn {
-    std::string_view title;
-    int width;
-};
-
-// The title of the first column of the lists that show records: it goes by the log's format.
-std::string_view ProcessOrUserTitle(LogFormat format);
+// The title of the first column of rows of records: that of their table, or "User" in a JAS log.
+template <class Row> std::string_view OwnerTitle(LogFormat format) {
+    return format == LOG_FORMAT_JAS ? "User" : Row::Columns()[0].m_strTitle;
+}
 
 // --- BSFN Calls
 // -----------------------------------------------------------------------------------------------------
@@ -33,9 +29,7 @@ struct BSFNRow {
     std::uint64_t m_nShortest = 0;
     std::uint64_t m_nAverage = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    static CColumnTable<BSFNRow> Columns();
 };
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis);
 
@@ -49,9 +43,7 @@ struct TableRow {
     std::int32_t m_nUpdates = 0;
     std::int32_t m_nDeletes = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    static CColumnTable<TableRow> Columns();
 };
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
 
@@ -63,10 +55,10 @@ struct TaskRow {
     bool m_bStatement = false; // task type "SQL", else "BSFN"
     float m_fDuration = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    // Of the first column "process/thread", also in a JAS session, where it is hidden behind the user shown.
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, TYPE, DURATION, MESSAGE };
+    // The first column sorts by "process/thread" also in a JAS session, where it is hidden behind the user
+    // shown.
+    static CColumnTable<TaskRow, CCarvelotDoc> Columns();
 };
 // Function calls, then statements, each in the order of their list: a list of them starts sorted by duration,
 // the longest first.
@@ -79,9 +71,7 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
 struct ErrorRow {
     RecordIndex m_pRecord = kNoRecord;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    static CColumnTable<ErrorRow, CCarvelotDoc> Columns();
 };
 // The error type by kind and return code.
 std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
@@ -96,9 +86,8 @@ struct GapRow {
     float m_fGap = 0;
     bool m_bTrimmed = false; // a text export has cut the blanks off the time stamp; what is shown stays
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, STAMP, GAP, MESSAGE };
+    static CColumnTable<GapRow, CCarvelotDoc> Columns();
     // What an export writes.
     std::string TimeStamp(const CCarvelotDoc& session) const;
 };
@@ -111,8 +100,8 @@ std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
 struct FindRow {
     RecordIndex m_pRecord = kNoRecord;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, THREAD, MESSAGE };
+    static CColumnTable<FindRow, CCarvelotDoc> Columns();
 };
 
 // --- Sorting

@@ -2,7 +2,6 @@
 
 #include "platform/SharedFile.h"
 #include "text/CaseText.h"
-#include "text/Numbers.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -26,7 +25,9 @@ private:
     bool& m_bFlag;
 };
 
-std::string TracingText(bool bTracing) { return bTracing ? "On" : "Off"; }
+std::string TracingText(const ProcessListRow& row) { return row.m_bTracing ? "On" : "Off"; }
+
+std::string SizeText(const ProcessListRow& row) { return GroupedNumber(row.m_nFileSize); }
 
 std::string ProcInfoError(std::int32_t nStatus) {
     return "Error SkelmondGetSetProcInfo returned: " + std::to_string(nStatus);
@@ -49,6 +50,24 @@ std::string GroupedNumber(std::int32_t nNumber) {
     return strResult;
 }
 
+CColumnTable<ProcessListRow> ProcessListRow::Columns() {
+    using enum EAlign;
+    using R = ProcessListRow;
+    // In the order of EProcessColumn. No column sorts: the rows stand in the system's order.
+    // clang-format off
+    static constexpr CListColumn<ProcessListRow> columns[PROCESS_COLUMNS] = {
+        {"Process",           100, Left, DigitsOf<&R::m_nProcess>},
+        {"Image Name",        120, Left, TextOf<&R::m_strImageName>},
+        {"Tracing",           100, Left, TracingText},
+        {"Debug File",        300, Left, TextOf<&R::m_strDebugFile>},
+        {"File Size (Bytes)", 100, Left, SizeText},
+        {"User",              100, Left, TextOf<&R::m_strUser>},
+        {"Env.",              100, Left, TextOf<&R::m_strEnvironment>},
+    };
+    // clang-format on
+    return columns;
+}
+
 void CProcessList::RefreshProcessList() {
     if (m_bRefreshing)
         return;
@@ -58,7 +77,7 @@ void CProcessList::RefreshProcessList() {
         pRow->selected = false;
     }
     for (const int nRow : SelectedRows()) {
-        const auto it = m_processes.find(static_cast<std::uint32_t>(ProcessOf(nRow)));
+        const auto it = m_processes.find(static_cast<std::uint32_t>(RowAt(nRow).m_nProcess));
         if (it == m_processes.end())
             throw std::out_of_range("invalid map<K, T> key");
         it->second->selected = true;
@@ -80,11 +99,9 @@ void CProcessList::RefreshProcessList() {
         pRow->alive = 1;
         // A number that the system has given to another program shows that program's name.
         GatherTracing(*pRow);
-        m_listRows.push_back(
-            {{std::to_string(static_cast<std::int32_t>(entry.m_nProcess)), entry.m_strImageName,
-              TracingText(pRow->tracing), pRow->debugFile,
-              GroupedNumber(platform::SharedFileSize(pRow->debugFile)), pRow->user, pRow->environment},
-             pRow->selected});
+        m_listRows.push_back({static_cast<std::int32_t>(entry.m_nProcess), entry.m_strImageName,
+                              pRow->tracing, pRow->debugFile, platform::SharedFileSize(pRow->debugFile),
+                              pRow->user, pRow->environment, pRow->selected});
     }
     m_host.EndRebuild();
     std::erase_if(m_processes, [](const auto& item) { return item.second->alive == 0; });
@@ -131,8 +148,9 @@ int CProcessList::NextSelected(int nAfter) const {
     return -1;
 }
 
-std::int32_t CProcessList::ProcessOf(int nRow) const {
-    return ReadInteger(Text(static_cast<std::size_t>(nRow), COLUMN_PROCESS));
+ProcessListRow CProcessList::RowAt(int nRow) const {
+    const auto at = static_cast<std::size_t>(nRow);
+    return at < m_listRows.size() ? m_listRows[at] : ProcessListRow();
 }
 
 // The next row is looked up before the present one is handled: handling can rebuild the list.
@@ -149,7 +167,7 @@ template <typename FHandle> void CProcessList::WalkSelected(FHandle handle) {
 void CProcessList::OnToggleTracing() {
     std::int32_t nTracing = 0;
     WalkSelected([&](int nRow) {
-        const std::int32_t nProcess = ProcessOf(nRow);
+        const std::int32_t nProcess = RowAt(nRow).m_nProcess;
         if (nProcess == 0)
             return true;
         const FGetSetProcInfo pfnGetSetProcInfo = m_host.GetSetProcInfo();
@@ -166,7 +184,7 @@ void CProcessList::OnToggleTracing() {
             m_host.ShowMessage(ProcInfoError(nStatus));
             return true;
         }
-        m_listRows[static_cast<std::size_t>(nRow)].m_listTexts[COLUMN_TRACING] = TracingText(nTracing != 0);
+        m_listRows[static_cast<std::size_t>(nRow)].m_bTracing = nTracing != 0;
         m_host.RowChanged(static_cast<std::size_t>(nRow));
         return true;
     });
@@ -174,7 +192,7 @@ void CProcessList::OnToggleTracing() {
 
 void CProcessList::OnTruncDebugFile() {
     WalkSelected([&](int nRow) {
-        platform::TruncateShared(Text(static_cast<std::size_t>(nRow), COLUMN_DEBUG_FILE));
+        platform::TruncateShared(RowAt(nRow).m_strDebugFile);
         RefreshProcessList();
         return true;
     });
@@ -182,7 +200,7 @@ void CProcessList::OnTruncDebugFile() {
 
 void CProcessList::OnClearCaches() {
     WalkSelected([&](int nRow) {
-        const std::int32_t nProcess = ProcessOf(nRow);
+        const std::int32_t nProcess = RowAt(nRow).m_nProcess;
         if (nProcess == 0)
             return true;
         platform::CDynamicLibrary library;
@@ -205,15 +223,14 @@ void CProcessList::OnClearCaches() {
 
 void CProcessList::OnAnalyzeProcess() {
     WalkSelected([&](int nRow) {
-        const auto nIndex = static_cast<std::size_t>(nRow);
-        m_host.AnalyzeProcess(Text(nIndex, COLUMN_IMAGE_NAME), Text(nIndex, COLUMN_DEBUG_FILE),
-                              ProcessOf(nRow));
+        const ProcessListRow row = RowAt(nRow);
+        m_host.AnalyzeProcess(row.m_strImageName, row.m_strDebugFile, row.m_nProcess);
         return true;
     });
 }
 
 void CProcessList::Select(const std::vector<int>& listRows) {
-    for (CListRow& row : m_listRows)
+    for (ProcessListRow& row : m_listRows)
         row.m_bSelected = false;
     for (const int nRow : listRows) {
         if (nRow >= 0 && static_cast<std::size_t>(nRow) < m_listRows.size())
@@ -234,8 +251,7 @@ int CProcessList::FocusedRow() const {
 }
 
 std::string CProcessList::Text(std::size_t nRow, int nColumn) const {
-    return nRow < m_listRows.size() ? m_listRows[nRow].m_listTexts[static_cast<std::size_t>(nColumn)]
-                                    : std::string();
+    return nRow < m_listRows.size() ? CellText(m_listRows[nRow], nColumn) : std::string();
 }
 
 } // namespace carvelot

@@ -5,9 +5,8 @@
 #include "live/CompanionLibrary.h"
 #include "platform/Processes.h"
 #include "settings/AppSettings.h"
-#include "text/ListSource.h"
+#include "text/ColumnTable.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -61,6 +60,20 @@ enum EProcessColumn {
     PROCESS_COLUMNS,
 };
 
+// A process as the list shows it.
+struct ProcessListRow {
+    std::int32_t m_nProcess = 0;
+    std::string m_strImageName;
+    bool m_bTracing = false;
+    std::string m_strDebugFile;
+    std::int32_t m_nFileSize = 0;
+    std::string m_strUser;
+    std::string m_strEnvironment;
+    bool m_bSelected = false;
+
+    static CColumnTable<ProcessListRow> Columns();
+};
+
 // A number in decimal with a comma before each group of three characters; the sign counts as one.
 std::string GroupedNumber(std::int32_t nNumber);
 
@@ -92,19 +105,15 @@ public:
     std::map<std::uint32_t, std::unique_ptr<ProcessRow>> m_processes;
 
 private:
-    struct CListRow {
-        std::array<std::string, PROCESS_COLUMNS> m_listTexts;
-        bool m_bSelected = false;
-    };
-
     bool IsTraceApp(std::string_view strImageName) const;
     void GatherTracing(ProcessRow& row);
     int NextSelected(int nAfter) const;
-    std::int32_t ProcessOf(int nRow) const;
+    // A row of nothing where there is none.
+    ProcessListRow RowAt(int nRow) const;
     template <typename FHandle> void WalkSelected(FHandle handle);
 
     IProcessHost& m_host;
-    std::vector<CListRow> m_listRows;
+    std::vector<ProcessListRow> m_listRows;
     bool m_bRefreshing = false;
 };
 

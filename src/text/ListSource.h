@@ -7,9 +7,14 @@
 
 namespace carvelot {
 
+enum class EAlign { Left, Right };
+
+// What a list has to know of one of its columns to show it.
 struct CColumnSpec {
-    const char* m_pszTitle;
-    int m_nWidth; // device-independent pixels
+    std::string m_strTitle; // UTF-8
+    int m_nWidth;           // device-independent pixels
+    EAlign m_nAlign = EAlign::Left;
+    bool m_bSorts = false; // a click on its title brings the rows into its order
 };
 
 // Rows of a list: texts are made when a cell is asked for, sorting goes by the raw values behind them.

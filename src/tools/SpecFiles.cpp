@@ -3,11 +3,20 @@
 #include "platform/Directory.h"
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
-#include "text/CaseText.h"
-
-#include <algorithm>
 
 namespace carvelot {
+
+CColumnTable<SpecFileRow> SpecFileRow::Columns() {
+    using enum EAlign;
+    using R = SpecFileRow;
+    // clang-format off
+    static constexpr CListColumn<SpecFileRow> columns[] = {
+        {"Spec File", 250, Left, TextOf<&R::m_strPath>, KeyOf<&R::m_strPath>},
+        {"Size",      150, Left, DigitsOf<&R::m_nSize>},
+    };
+    // clang-format on
+    return columns;
+}
 
 std::string CSpecFiles::InstallationPath() {
     constexpr std::size_t kBuffer = 256;
@@ -55,20 +64,6 @@ void CSpecFiles::Delete(const std::vector<std::size_t>& listRows) const {
         for (const std::size_t nRow : listRows)
             platform::DeleteFileAt(m_listRows[nRow].m_strPath);
     }
-}
-
-std::string CSpecFiles::Text(std::size_t nRow, int nColumn) const {
-    return nColumn == 0 ? m_listRows[nRow].m_strPath : std::to_string(m_listRows[nRow].m_nSize);
-}
-
-int CSpecFiles::OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const {
-    return nColumn == 0 ? CompareNoCase(m_listRows[nRowA].m_strPath, m_listRows[nRowB].m_strPath) : 0;
-}
-
-void CSpecFiles::Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const {
-    std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
-        return bDescending ? OnCompareItems(nB, nA, nColumn) < 0 : OnCompareItems(nA, nB, nColumn) < 0;
-    });
 }
 
 } // namespace carvelot

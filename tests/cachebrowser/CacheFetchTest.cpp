@@ -88,10 +88,10 @@ public:
 
 class CFakeDataView final : public ICacheDataView {
 public:
-    void SetColumns(std::vector<CListColumn> listColumns) override { m_listColumns = std::move(listColumns); }
+    void SetColumns(std::vector<CColumnSpec> listColumns) override { m_listColumns = std::move(listColumns); }
     void DeleteAllItems() override { ++m_nDeleted; }
     void ShowNewItems() override { ++m_nShown; }
-    std::vector<CListColumn> m_listColumns;
+    std::vector<CColumnSpec> m_listColumns;
     int m_nDeleted = 0;
     int m_nShown = 0;
 };

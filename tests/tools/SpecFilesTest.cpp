@@ -94,9 +94,12 @@ TEST_F(SpecFiles, TheSizeColumnShowsBytesAndDoesNotSort) {
         if (Generic(m_files.Text(n, 0)) == "PY900/spec/ddtext.xdb") {
             EXPECT_EQ(m_files.Text(n, 1), "12345");
         }
-        for (std::size_t m = 0; m < m_files.RowCount(); ++m)
-            EXPECT_EQ(m_files.OnCompareItems(n, m, 1), 0);
     }
+    std::vector<std::size_t> order{3, 0, 2, 1};
+    m_files.Sort(order, 1, false);
+    EXPECT_EQ(order, (std::vector<std::size_t>{3, 0, 2, 1}));
+    m_files.Sort(order, 1, true);
+    EXPECT_EQ(order, (std::vector<std::size_t>{3, 0, 2, 1}));
 }
 
 TEST_F(SpecFiles, ALinkThatLeadsOutOfTheInstallationIsNotFollowed) {

@@ -53,7 +53,7 @@ private:
     std::vector<CColumn> m_listColumns;
 };
 
-constexpr CColumnSpec kColumns[] = {{"Name", 200}, {"Calls", 70}};
+const CColumnSpec kColumns[] = {{"Name", 200, EAlign::Left, true}, {"Calls", 70, EAlign::Right, true}};
 
 CRowList<CTestRow> Rows() {
     CRowList<CTestRow> rows(
@@ -213,7 +213,8 @@ private slots:
 
     void aListThatDoesNotSortKeepsItsRows() {
         const CRowList<CTestRow> rows = Rows();
-        m_pList->Model().SetSortable(false);
+        const CColumnSpec columns[] = {{"Name", 200}, {"Calls", 70}};
+        m_pList->SetColumns(columns);
         m_pList->Fill(&rows);
         ClickHeader(*m_pList, 0);
         QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
@@ -229,6 +230,50 @@ private slots:
         QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, point);
         QTest::keyClick(m_pList.get(), Qt::Key_Return);
         QCOMPARE(listOpened, (QList<int>{1, 1}));
+    }
+
+    void aColumnOfNumbersAndItsTitleStandOnTheRight() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        const auto alignment = [this](int column) {
+            const CListModel& model = m_pList->Model();
+            return QPair(
+                model.index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>(),
+                model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>());
+        };
+        const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+        const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
+        QCOMPARE(alignment(0), QPair(left, left));
+        QCOMPARE(alignment(1), QPair(right, right));
+    }
+
+    void otherColumnsTakeThePlaceOfAllAndTheRowsGo() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        ClickHeader(*m_pList, 1);
+        const CColumnSpec columns[] = {{"One", 40}, {"Two", 50}, {"Three", 60}};
+        m_pList->SetColumns(columns);
+        QCOMPARE(m_pList->Model().rowCount(), 0);
+        QCOMPARE(m_pList->Model().columnCount(), 3);
+        QVERIFY(!m_pList->header()->isSortIndicatorShown());
+        for (int column = 0; column < 3; ++column) {
+            QCOMPARE(m_pList->header()->sectionSize(column), 40 + 10 * column);
+        }
+    }
+
+    void aListTakesInTheRowsThatItsSourceGrowsBy() {
+        CRowList<CTestRow> rows = Rows();
+        const CColumnSpec columns[] = {{"Name", 200}, {"Calls", 70}};
+        m_pList->SetColumns(columns);
+        m_pList->Model().TakeNewRows(rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
+        m_pList->setCurrentIndex(m_pList->Model().index(1, 0));
+        rows.m_listRows.push_back({"e", 5});
+        m_pList->Model().TakeNewRows(rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100 e5"));
+        QCOMPARE(m_pList->SelectedRow(), 1);
+        m_pList->Model().DropRows();
+        QCOMPARE(m_pList->Model().rowCount(), 0);
     }
 
     void aColumnOfWidthZeroIsHidden() {

@@ -22,7 +22,7 @@ constexpr int kListTop = 62;
 
 CCacheDSView::CCacheDSView(CCacheDoc& cache)
     : m_cache(cache), m_pGroup(new QGroupBox(this)), m_pProcess(new QLineEdit), m_pHandle(new QLineEdit),
-      m_pList(new CListCtrl(kMemberColumns, tr("Cache columns"), this)) {
+      m_pList(new CListCtrl(SpecsOf(MemberColumns()), tr("Cache columns"), this)) {
     m_cache.m_pDSView = this;
     auto* pLayout = new QHBoxLayout(m_pGroup);
     const auto add = [&](const QString& strLabel, const char* pszName, QLineEdit* pEdit, int nStretch) {
@@ -37,7 +37,6 @@ CCacheDSView::CCacheDSView(CCacheDoc& cache)
     add(tr("Process"), "Process", m_pProcess, 2);
     add(tr("Handle"), "Handle", m_pHandle, 3);
     m_pList->setObjectName(QStringLiteral("Members"));
-    m_pList->Model().SetSortable(false);
     m_cache.m_cacheDS.FillMemberList(*this);
     m_pHandle->setText(ToQString(m_cache.m_strHandle));
     m_pProcess->setText(QString::number(static_cast<std::int32_t>(m_cache.m_processId)));

@@ -64,7 +64,7 @@ CCacheDlg::CCacheDlg(CCacheDoc& document)
     m_editColumnName = Named(new QLineEdit, "ColumnName", tr("Column name"));
     m_cmbType = Named(new QComboBox, "DataType", tr("Data type"));
     m_editArraySize = Named(new QLineEdit, "Array", tr("Array size"));
-    m_lstColumns = new CListCtrl(kMemberColumns, tr("Cache columns"), this);
+    m_lstColumns = new CListCtrl(SpecsOf(MemberColumns()), tr("Cache columns"), this);
     m_lstColumns->setObjectName(QStringLiteral("Columns"));
     m_editStructure = Named(new QPlainTextEdit, "Structure", tr("Typedef of the data structure"));
     QPushButton* pAdd = Button(tr("Add"), "Add");
@@ -80,7 +80,6 @@ CCacheDlg::CCacheDlg(CCacheDoc& document)
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), m_editArraySize));
     m_editArraySize->setFixedWidth(nCharacter * 10 + 24);
     m_editColumnName->setMinimumWidth(nCharacter * 18);
-    m_lstColumns->Model().SetSortable(false);
     m_lstColumns->setMinimumHeight(m_lstColumns->fontMetrics().lineSpacing() * 8);
     m_editStructure->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_editStructure->setTabChangesFocus(true);

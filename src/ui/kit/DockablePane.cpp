@@ -239,12 +239,14 @@ void CDockablePane::SetCaption(const QString& strText) {
 
 QString CDockablePane::GetCaption() const { return m_pCaption != nullptr ? m_pCaption->text() : QString(); }
 
-void CDockablePane::LayOutBelowCaption(QWidget* pPart, int nWidth, int nHeight) {
+int CDockablePane::LayOutCaption(int nWidth) {
+    if (m_pCaption == nullptr) {
+        return 0;
+    }
     // A font larger than the usual one makes room for itself.
     const int nCaption = std::max(kCaptionHeight, m_pCaption->fontMetrics().height() + 4);
-    const int nTop = nCaption + (kListTop - kCaptionHeight);
     m_pCaption->setGeometry(0, 0, nWidth, nCaption);
-    pPart->setGeometry(0, nTop, nWidth, std::max(0, nHeight - nTop));
+    return nCaption + (kListTop - kCaptionHeight);
 }
 
 void CDockablePane::UseEditMenu(QWidget* pEdit) {

@@ -48,8 +48,8 @@ protected:
     QWidget* Client() const { return m_pClient; }
     // Lays the parts out; runs at every change of size.
     virtual void OnSize(int nWidth, int nHeight) = 0;
-    // Caption on top, this part below.
-    void LayOutBelowCaption(QWidget* pPart, int nWidth, int nHeight);
+    // The caption, if there is one, on top: says where the part below begins.
+    int LayOutCaption(int nWidth);
     // Has an edit control offer the "Edit" menu of the main frame.
     void UseEditMenu(QWidget* pEdit);
 

@@ -8,13 +8,49 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace carvelot {
 
-CListModel::CListModel(std::span<const CColumnSpec> columns) {
-    for (const CColumnSpec& column : columns)
-        m_listColumns.push_back({QString::fromUtf8(column.m_pszTitle), column.m_nWidth, false});
+CListModel::CListModel(std::span<const CColumnSpec> columns) { SetColumns(columns); }
+
+void CListModel::SetColumns(std::span<const CColumnSpec> columns) {
+    beginResetModel();
+    m_pSource = nullptr;
+    m_nRows = 0;
+    Release(m_listOrder);
+    m_listColumns.clear();
+    for (const CColumnSpec& column : columns) {
+        m_listColumns.push_back(
+            {ToQString(column.m_strTitle), column.m_nWidth,
+             (column.m_nAlign == EAlign::Right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter});
+    }
+    m_bSortable = std::ranges::any_of(columns, &CColumnSpec::m_bSorts);
+    endResetModel();
+}
+
+void CListModel::TakeNewRows(const CListSource& source) {
+    const auto rows =
+        static_cast<int>(std::min<std::size_t>(source.RowCount(), std::numeric_limits<int>::max()));
+    if (rows <= m_nRows) {
+        return;
+    }
+    beginInsertRows({}, m_nRows, rows - 1);
+    m_pSource = &source;
+    m_nRows = rows;
+    endInsertRows();
+}
+
+void CListModel::DropRows() {
+    if (m_nRows == 0) {
+        return;
+    }
+    beginRemoveRows({}, 0, m_nRows - 1);
+    m_pSource = nullptr;
+    m_nRows = 0;
+    Release(m_listOrder);
+    endRemoveRows();
 }
 
 void CListModel::BeginFill() {
@@ -49,8 +85,8 @@ QVariant CListModel::data(const QModelIndex& index, int nRole) const {
         return {};
     if (nRole == Qt::DisplayRole)
         return ToQString(m_pSource->Text(SourceRow(index.row()), index.column()));
-    if (nRole == Qt::TextAlignmentRole && m_listColumns[static_cast<std::size_t>(index.column())].m_bRight)
-        return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
+    if (nRole == Qt::TextAlignmentRole)
+        return QVariant::fromValue(m_listColumns[static_cast<std::size_t>(index.column())].m_nAlign);
     return {};
 }
 
@@ -61,8 +97,7 @@ QVariant CListModel::headerData(int nSection, Qt::Orientation nOrientation, int 
     if (nRole == Qt::DisplayRole)
         return column.m_strTitle;
     if (nRole == Qt::TextAlignmentRole)
-        return QVariant::fromValue(
-            Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+        return QVariant::fromValue(column.m_nAlign);
     return {};
 }
 
@@ -94,14 +129,14 @@ void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent)
-    : CReportView(strAccessibleName, pParent), m_model(columns) {
+CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent,
+                     qsizetype nMostDrawn)
+    : CReportView(strAccessibleName, pParent, nMostDrawn), m_model(columns) {
     setModel(&m_model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(false);
-    for (int n = 0; n < m_model.columnCount(); ++n)
-        SetColumnWidth(n, m_model.ColumnWidth(n));
+    TakeWidths();
     connect(header(), &QHeaderView::sectionClicked, this, &CListCtrl::OnHeaderClicked);
 }
 
@@ -111,6 +146,19 @@ void CListCtrl::Fill(const CListSource* pSource) {
     header()->setSortIndicatorShown(false);
     m_model.EndFill(pSource);
     setUpdatesEnabled(true);
+}
+
+void CListCtrl::SetColumns(std::span<const CColumnSpec> columns) {
+    m_nSortColumn = -1;
+    header()->setSortIndicatorShown(false);
+    m_model.SetColumns(columns);
+    TakeWidths();
+}
+
+void CListCtrl::TakeWidths() {
+    for (int column = 0; column < m_model.columnCount(); ++column) {
+        SetColumnWidth(column, m_model.ColumnWidth(column));
+    }
 }
 
 void CListCtrl::SortBy(int nColumn, Qt::SortOrder nOrder) {

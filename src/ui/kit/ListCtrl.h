@@ -13,7 +13,7 @@
 namespace carvelot {
 
 // Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and
-// outlives its time in the model.
+// outlives its time in the model. Where no column sorts, the rows stay in the order of the fill.
 class CListModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -24,12 +24,14 @@ public:
     // order.
     void BeginFill();
     void EndFill(const CListSource* pSource);
+    // In the place of all columns; the rows go.
+    void SetColumns(std::span<const CColumnSpec> columns);
+    // For a source that grows while it is shown in its own order: takes in what it has more by now.
+    void TakeNewRows(const CListSource& source);
+    // Before all rows of the source go.
+    void DropRows();
     void SetColumnTitle(int nColumn, const QString& strTitle);
-    // Sorting is on unless a list keeps its rows in the order of the fill.
-    void SetSortable(bool bSortable) { m_bSortable = bSortable; }
     bool IsSortable() const { return m_bSortable; }
-    // Where right alignment suits a column of numbers.
-    void SetRightAligned(int nColumn) { m_listColumns[static_cast<std::size_t>(nColumn)].m_bRight = true; }
     // The source's row that stands in a list row.
     std::size_t SourceRow(int nRow) const {
         const auto nAt = static_cast<std::size_t>(nRow);
@@ -48,7 +50,7 @@ private:
     struct CColumn {
         QString m_strTitle;
         int m_nWidth = 0;
-        bool m_bRight = false;
+        Qt::Alignment m_nAlign;
     };
 
     std::vector<CColumn> m_listColumns;
@@ -56,7 +58,7 @@ private:
     int m_nRows = 0;
     std::vector<std::size_t>
         m_listOrder; // empty until the rows are sorted: they stand as the source has them
-    bool m_bSortable = true;
+    bool m_bSortable = false;
 };
 
 // Report view with full-row selection that stays visible without the focus. A click on a header sorts by that
@@ -65,11 +67,15 @@ class CListCtrl : public CReportView {
     Q_OBJECT
 
 public:
-    CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent);
+    // Of a longer text a cell draws `nMostDrawn` characters, on one line; 0 draws all of it.
+    CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent,
+              qsizetype nMostDrawn = 0);
 
     CListModel& Model() { return m_model; }
     // Shows other rows; null empties the list.
     void Fill(const CListSource* pSource);
+    // In the place of all columns; the rows go.
+    void SetColumns(std::span<const CColumnSpec> columns);
     void SortBy(int nColumn, Qt::SortOrder nOrder);
     // The list row that is selected, or -1.
     int SelectedRow() const;
@@ -92,6 +98,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
 
 private:
+    void TakeWidths();
     void OnHeaderClicked(int nColumn);
 
     CListModel m_model;

@@ -18,11 +18,6 @@ namespace carvelot {
 
 namespace {
 
-constexpr CColumnSpec kColumns[] = {
-    {"Process", 100},           {"Image Name", 120}, {"Tracing", 100}, {"Debug File", 300},
-    {"File Size (Bytes)", 100}, {"User", 100},       {"Env.", 100},
-};
-
 struct CButton {
     int m_nId;
     const char* m_pszText;
@@ -41,9 +36,10 @@ constexpr CButton kButtons[] = {
 } // namespace
 
 CProcessPane::CProcessPane()
-    : CDockablePane(tr("JDE Processes"), QStringLiteral("ProcessPane"), {100, 200}),
-      m_fnRefresh([this] { m_processes.RefreshProcessList(); }),
-      m_fnEnumerateProcesses(platform::EnumerateProcesses), m_processes(*this) {
+    : CListPane(tr("JDE Processes"), QStringLiteral("ProcessPane"), {100, 200},
+                static_cast<IProcessHost&>(*this)),
+      m_fnRefresh([this] { m_rows.RefreshProcessList(); }),
+      m_fnEnumerateProcesses(platform::EnumerateProcesses) {
     m_pToolBar = new QToolBar(Client());
     m_pToolBar->setMovable(false);
     m_pToolBar->setIconSize({16, 16});
@@ -56,20 +52,19 @@ CProcessPane::CProcessPane()
         m_mapActions[button.m_nId] = pAction;
     }
 
-    m_pList = new CListCtrl(kColumns, windowTitle(), Client());
+    AddList();
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_pList->Model().SetSortable(false);
-    m_pList->Model().EndFill(&m_processes);
+    m_pList->Model().EndFill(&m_rows);
     connect(m_pList->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
         if (!m_bRebuilding)
-            m_processes.Select(m_pList->SelectedRows());
+            m_rows.Select(m_pList->SelectedRows());
     });
 
-    SetCommand(ID_PROCESS_ANALYZE, [this] { m_processes.OnAnalyzeProcess(); });
+    SetCommand(ID_PROCESS_ANALYZE, [this] { m_rows.OnAnalyzeProcess(); });
     SetCommand(ID_PROCESS_REFRESH, [this] { RefreshProcessList(); });
-    SetCommand(ID_PROCESS_TOGGLE, [this] { m_processes.OnToggleTracing(); });
-    SetCommand(ID_PROCESS_TRUNC, [this] { m_processes.OnTruncDebugFile(); });
-    SetCommand(ID_PROCESS_CLEAR_CACHE, [this] { m_processes.OnClearCaches(); });
+    SetCommand(ID_PROCESS_TOGGLE, [this] { m_rows.OnToggleTracing(); });
+    SetCommand(ID_PROCESS_TRUNC, [this] { m_rows.OnTruncDebugFile(); });
+    SetCommand(ID_PROCESS_CLEAR_CACHE, [this] { m_rows.OnClearCaches(); });
 
     m_pTimer = new QTimer(this);
     connect(m_pTimer, &QTimer::timeout, this, &CProcessPane::RefreshProcessList);
@@ -112,15 +107,15 @@ void CProcessPane::BeginRebuild() {
 }
 
 void CProcessPane::EndRebuild() {
-    m_pList->Model().EndFill(&m_processes);
+    m_pList->Model().EndFill(&m_rows);
     // The focus goes with the selection, and neither scrolls the list under the user's hand.
     const bool bAutoScroll = m_pList->hasAutoScroll();
     m_pList->setAutoScroll(false);
     QItemSelection selection;
-    for (const int nRow : m_processes.SelectedRows())
+    for (const int nRow : m_rows.SelectedRows())
         selection.select(m_pList->Model().index(nRow, 0), m_pList->Model().index(nRow, PROCESS_COLUMNS - 1));
     m_pList->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    if (const int nFocus = m_processes.FocusedRow(); nFocus >= 0)
+    if (const int nFocus = m_rows.FocusedRow(); nFocus >= 0)
         m_pList->selectionModel()->setCurrentIndex(m_pList->Model().index(nFocus, 0),
                                                    QItemSelectionModel::NoUpdate);
     m_pList->setAutoScroll(bAutoScroll);
@@ -147,10 +142,10 @@ bool CProcessPane::IsTimerRunning() const { return m_pTimer->isActive(); }
 
 int CProcessPane::TimerPeriod() const { return m_pTimer->interval(); }
 
-void CProcessPane::OnSize(int nWidth, int nHeight) {
+int CProcessPane::LayOutAboveList(int nWidth) {
     const int nToolBar = m_pToolBar->sizeHint().height();
     m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
-    m_pList->setGeometry(0, nToolBar, nWidth, std::max(0, nHeight - nToolBar));
+    return nToolBar;
 }
 
 } // namespace carvelot

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "live/ProcessList.h"
-#include "ui/kit/DockablePane.h"
-#include "ui/kit/ListCtrl.h"
+#include "ui/kit/ListPane.h"
 
 #include <QToolBar>
 
@@ -14,16 +13,14 @@ class QTimer;
 
 namespace carvelot {
 
-class CProcessPane : public CDockablePane, private IProcessHost {
+class CProcessPane : public CListPane<ProcessListRow, CProcessList>, private IProcessHost {
     Q_OBJECT
 
 public:
     CProcessPane();
 
-    CListCtrl& List() { return *m_pList; }
-    CProcessList& Processes() { return m_processes; }
+    CProcessList& Processes() { return m_rows; }
     QToolBar& ToolBar() { return *m_pToolBar; }
-    QWidget* MainControl() const override { return m_pList; }
 
     // Rebuilds the list. Ticks of the timer that come during it are ignored.
     void RefreshProcessList();
@@ -43,7 +40,7 @@ public:
     std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;
 
 protected:
-    void OnSize(int nWidth, int nHeight) override;
+    int LayOutAboveList(int nWidth) override;
 
 private:
     void ShowMessage(std::string_view strText) override;
@@ -58,9 +55,7 @@ private:
 
     void SetCommand(int nId, std::function<void()> fnRun);
 
-    CProcessList m_processes;
     QToolBar* m_pToolBar; // the CProcessPaneToolBar
-    CListCtrl* m_pList;
     QTimer* m_pTimer;
     bool m_bRefreshing = false;
     bool m_bRebuilding = false; // the list's selection is not the user's

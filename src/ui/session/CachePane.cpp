@@ -110,6 +110,9 @@ void CCachePane::LetGo(const CCarvelotDoc& session) {
         ClearTree();
 }
 
-void CCachePane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pTree, nWidth, nHeight); }
+void CCachePane::OnSize(int nWidth, int nHeight) {
+    const int top = LayOutCaption(nWidth);
+    m_pTree->setGeometry(0, top, nWidth, std::max(0, nHeight - top));
+}
 
 } // namespace carvelot

@@ -1,6 +1,5 @@
 #include "ui/session/FindPane.h"
 
-#include "lists/RowSource.h"
 #include "settings/Commands.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/MainWindow.h"
@@ -19,7 +18,7 @@
 
 namespace carvelot {
 
-CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {200, 100}) {
+CFindPane::CFindPane() : CListPane(tr("Find"), QStringLiteral("FindPane"), {200, 100}) {
     m_pToolBar = new QToolBar(Client());
     m_pToolBar->setMovable(false);
     m_pToolBar->setIconSize({16, 16});
@@ -42,14 +41,13 @@ CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {
     font.setPointSize(8);
     m_pSearch->setFont(font);
 
-    m_pList = new CListCtrl(ColumnsOf<FindRow>(), windowTitle(), Client());
-    m_pList->Model().SetSortable(false);
+    AddList();
     m_pList->m_bEnterOpens = false; // Enter searches, wherever it is pressed in this pane
     m_pList->m_fnOpenRow = [this](int nRow) {
-        if (m_source.Session() == nullptr)
+        if (m_rows.Session() == nullptr)
             return; // the record is gone
         const CSessionReference session = m_session;
-        session.ShowDetail(m_source.Record(m_pList->Model().SourceRow(nRow)));
+        session.ShowDetail(m_rows.Record(SourceRow(nRow)));
     };
 
     for (QWidget* pPart : Client()->findChildren<QWidget*>())
@@ -64,12 +62,10 @@ void CFindPane::OnFind() {
     if (pDocument == nullptr)
         return;
     const CWaitCursor wait;
-    m_pList->Fill(nullptr);
-    m_source.Show(pDocument->Session(), pDocument->Session().FindDetails(ToUtf8(m_pSearch->text())));
-    m_pList->Fill(&m_source);
+    ShowRows(pDocument->Session(), pDocument->Session().FindDetails(ToUtf8(m_pSearch->text())));
     m_session = CSessionReference(*pDocument);
     m_bUsers = pDocument->Session().m_nLogFormat == LOG_FORMAT_JAS;
-    const std::size_t nHits = m_source.RowCount();
+    const std::size_t nHits = m_rows.RowCount();
     m_pHits->setText(nHits == 0 ? tr("No hits") : nHits == 1 ? tr("1 hit") : tr("%1 hits").arg(nHits));
 }
 
@@ -89,14 +85,15 @@ void CFindPane::OpenNextHit(bool bForward) {
 QString CFindPane::HitsText() const { return m_pHits->text(); }
 
 void CFindPane::ClearList() {
-    m_pList->Fill(nullptr);
-    m_source.Clear();
+    CListPane::ClearList();
     m_pHits->clear();
 }
 
 void CFindPane::DressForUsers(bool bUsers) {
-    m_pList->Model().SetColumnTitle(0, bUsers ? tr("User") : tr("Process"));
-    m_pList->SetColumnWidth(1, bUsers ? 0 : 60);
+    CListModel& model = m_pList->Model();
+    model.SetColumnTitle(FindRow::OWNER,
+                         ToQString(OwnerTitle<FindRow>(bUsers ? LOG_FORMAT_JAS : LOG_FORMAT_DEBUG)));
+    m_pList->SetColumnWidth(FindRow::THREAD, bUsers ? 0 : model.ColumnWidth(FindRow::THREAD));
 }
 
 bool CFindPane::eventFilter(QObject* pObject, QEvent* pEvent) {
@@ -116,7 +113,7 @@ bool CFindPane::eventFilter(QObject* pObject, QEvent* pEvent) {
             return true;
         }
     }
-    return CDockablePane::eventFilter(pObject, pEvent);
+    return CListPane::eventFilter(pObject, pEvent);
 }
 
 void CFindPane::Paste() {
@@ -125,14 +122,14 @@ void CFindPane::Paste() {
         m_pSearch->setText(m_pSearch->text() + pData->text());
 }
 
-void CFindPane::OnSize(int nWidth, int nHeight) {
+int CFindPane::LayOutAboveList(int nWidth) {
     const int nToolBar = m_pToolBar->sizeHint().height();
     const int nSearch = std::max(20, m_pSearch->fontMetrics().height() + 4);
     const int nButton = m_pToolBar->sizeHint().width() + 6;
     m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
     m_pHits->setGeometry(nButton, 0, std::max(0, nWidth - nButton), nToolBar);
     m_pSearch->setGeometry(0, nToolBar, nWidth, nSearch);
-    m_pList->setGeometry(0, nToolBar + nSearch, nWidth, std::max(0, nHeight - nToolBar - nSearch));
+    return nToolBar + nSearch;
 }
 
 } // namespace carvelot

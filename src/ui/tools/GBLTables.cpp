@@ -13,7 +13,7 @@ namespace carvelot {
 
 CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     setWindowTitle(tr("Global Tables"));
-    m_pList = new CListCtrl(kSpecFileColumns, tr("Spec files"), this);
+    m_pList = new CListCtrl(SpecsOf(SpecFileRow::Columns()), tr("Spec files"), this);
     m_pList->setObjectName(QStringLiteral("SpecFiles"));
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     // The paths of one installation begin alike: their ends tell them apart.
