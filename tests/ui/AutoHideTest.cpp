@@ -396,7 +396,7 @@ private slots:
         Settle();
         pFrame->AutoHide().Fold(pFrame->m_wndFindPane);
         pFrame->AutoHide().Fold(pFrame->m_wndBSFNPane);
-        const QString strStored = pFrame->AutoHide().Stored();
+        const std::string strStored = WriteFolds(pFrame->AutoHide().Folds());
         m_pRun.reset();
         m_pRun = std::make_unique<CRun>(*m_pFolder);
         Settle();
@@ -405,16 +405,16 @@ private slots:
         listOthers.removeOne(QStringLiteral("Find"));
         QCOMPARE(Tabs(*pFrame, "right"), QStringList{"Find"});
         QCOMPARE(Tabs(*pFrame, "bottom"), listOthers);
-        QCOMPARE(pFrame->AutoHide().Stored(), strStored);
+        QCOMPARE(WriteFolds(pFrame->AutoHide().Folds()), strStored);
     }
 
     void aStoredTextThatMakesNoSenseFoldsNothing() {
         CMainFrame& frame = m_pRun->Frame();
         for (const char* pszStored : {"", ";;", "bottom", "middle:100:FindPane",
                                       "bottom:100:", "bottom:100:Nobody", "::", "bottom:x"})
-            frame.AutoHide().Restore(QLatin1String(pszStored));
-        QCOMPARE(frame.AutoHide().Stored(), QString());
-        frame.AutoHide().Restore(QStringLiteral("bottom:-7:FindPane,FindPane;top:300:FindPane"));
+            frame.AutoHide().Restore(ReadFolds(pszStored));
+        QCOMPARE(WriteFolds(frame.AutoHide().Folds()), std::string());
+        frame.AutoHide().Restore(ReadFolds("bottom:-7:FindPane,FindPane;top:300:FindPane"));
         Settle();
         QCOMPARE(Tabs(frame, "bottom"), QStringList{"Find"});
         QCOMPARE(Tabs(frame, "top"), QStringList());

@@ -47,7 +47,7 @@ QStringList Arrangement(CMainFrame& frame) {
             listGroups << listTabs.join(QLatin1Char('|'));
     }
     listGroups.sort();
-    return listLines + listGroups + QStringList(frame.AutoHide().Stored());
+    return listLines + listGroups + QStringList(ToQString(WriteFolds(frame.AutoHide().Folds())));
 }
 
 void Tabify(CMainFrame& frame, std::initializer_list<CDockablePane*> listPanes, Qt::DockWidgetArea nArea) {

@@ -11,6 +11,7 @@
 #include "ui/kit/PaneTabs.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/PlainText.h"
+#include "ui/kit/StoredLayout.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/ToolBar.h"
@@ -21,7 +22,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
-#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QImage>
 #include <QLabel>
@@ -43,26 +43,8 @@ namespace carvelot {
 
 namespace {
 
-// Stored layouts of another version are not applied.
-constexpr int kLayoutVersion = 1;
 // How long a maximized window may take to its size, in milliseconds.
 constexpr int kEnlarged = 1000;
-
-// A stored block: version, check sum, content. Anything else is no layout of ours.
-std::string Seal(const QByteArray& block) {
-    const QByteArray sum = QCryptographicHash::hash(block, QCryptographicHash::Sha1).toHex().left(12);
-    return QByteArray(QByteArray::number(kLayoutVersion) + ':' + sum + ':' + block.toBase64()).toStdString();
-}
-
-QByteArray Unseal(const std::string& strStored) {
-    const QList<QByteArray> listParts = QByteArray::fromStdString(strStored).split(':');
-    if (listParts.size() != 3 || listParts[0] != QByteArray::number(kLayoutVersion))
-        return {};
-    const auto block = QByteArray::fromBase64Encoding(listParts[2], QByteArray::AbortOnBase64DecodingErrors);
-    if (!block || QCryptographicHash::hash(*block, QCryptographicHash::Sha1).toHex().left(12) != listParts[1])
-        return {};
-    return *block;
-}
 
 CMainFrame* s_pMainFrame = nullptr;
 
@@ -408,7 +390,7 @@ void CMainFrame::RestoreState() {
     m_layout = Unseal(GetWorkspaceString("Layout", ""));
     if (ApplyLayout()) {
         m_bRaiseBSFN = false;
-        m_pAutoHide->Restore(ToQString(GetWorkspaceString("AutoHide", "")));
+        m_pAutoHide->Restore(ReadFolds(GetWorkspaceString("AutoHide", "")));
     } else {
         RestoreDefaultLayout();
     }
@@ -437,55 +419,42 @@ bool CMainFrame::ApplyLayout() {
 }
 
 void CMainFrame::LoadUserToolBars() {
-    const QString strStandard = ToQString(GetWorkspaceString("ToolBarStandard", ""));
-    if (!strStandard.isEmpty())
-        m_pToolBar->SetStoredCommands(strStandard);
-    const QString strCache = ToQString(GetWorkspaceString("ToolBarCache", ""));
-    if (!strCache.isEmpty())
-        m_pCacheToolBar->SetStoredCommands(strCache);
+    const auto load = [](const char* name, CToolBar& toolBar) {
+        if (const std::string stored = GetWorkspaceString(name, ""); !stored.empty()) {
+            toolBar.SetCommands(ReadCommands(stored, kMostToolBarCommands));
+        }
+    };
+    load("ToolBarStandard", *m_pToolBar);
+    load("ToolBarCache", *m_pCacheToolBar);
     for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
-        // "title|commands"
-        const QString strStored = ToQString(GetWorkspaceString("UserToolBar" + std::to_string(nId), ""));
-        const qsizetype nBar = strStored.lastIndexOf(QLatin1Char('|'));
-        if (nBar < 1)
-            continue;
-        auto* pToolBar =
-            new CToolBar(*this, nId, strStored.left(nBar), QStringLiteral("UserToolBar%1").arg(nId), {});
-        pToolBar->SetStoredCommands(strStored.mid(nBar + 1));
-        addToolBar(Qt::TopToolBarArea, pToolBar);
-        m_listUserToolBars << pToolBar;
+        if (const auto stored = ReadToolBar(GetWorkspaceString("UserToolBar" + std::to_string(nId), ""))) {
+            AddUserToolBar(nId, stored->m_strTitle)->SetCommands(stored->m_listCommands);
+        }
     }
-    const QString strImages = ToQString(GetWorkspaceString("UserImages", ""));
-    for (const QString& strPair : strImages.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        const QStringList listPair = strPair.split(QLatin1Char('='));
-        if (listPair.size() == 2)
-            SetUserImage(listPair[0].toInt(), listPair[1].toInt());
+    for (const auto& [nId, nImage] : ReadUserImages(GetWorkspaceString("UserImages", ""))) {
+        SetUserImage(nId, nImage);
     }
 }
 
 void CMainFrame::SaveState() const {
     WriteWorkspaceString("Geometry", Seal(saveGeometry()));
     WriteWorkspaceString("Layout", Seal(saveState(kLayoutVersion)));
-    WriteWorkspaceString("AutoHide", ToUtf8(m_pAutoHide->Stored()));
+    WriteWorkspaceString("AutoHide", WriteFolds(m_pAutoHide->Folds()));
     WriteWorkspaceInt("StatusBar", statusBar()->isHidden() ? 0 : 1);
     WriteWorkspaceInt("ToolTips", m_bToolTips ? 1 : 0);
     WriteWorkspaceString("ToolBarStandard",
-                         m_pToolBar->IsChanged() ? ToUtf8(m_pToolBar->StoredCommands()) : "");
+                         m_pToolBar->IsChanged() ? WriteCommands(m_pToolBar->Commands()) : "");
     WriteWorkspaceString("ToolBarCache",
-                         m_pCacheToolBar->IsChanged() ? ToUtf8(m_pCacheToolBar->StoredCommands()) : "");
+                         m_pCacheToolBar->IsChanged() ? WriteCommands(m_pCacheToolBar->Commands()) : "");
     for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
         const std::string strName = "UserToolBar" + std::to_string(nId);
         const auto it = std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id);
         if (it != m_listUserToolBars.end())
-            WriteWorkspaceString(strName,
-                                 ToUtf8((*it)->windowTitle() + QLatin1Char('|') + (*it)->StoredCommands()));
+            WriteWorkspaceString(strName, WriteToolBar({(*it)->windowTitle(), (*it)->Commands()}));
         else if (!GetWorkspaceString(strName, "").empty())
             WriteWorkspaceString(strName, "");
     }
-    QStringList listImages;
-    for (const auto& [nId, nImage] : m_mapUserImages)
-        listImages << QStringLiteral("%1=%2").arg(nId).arg(nImage);
-    WriteWorkspaceString("UserImages", ToUtf8(listImages.join(QLatin1Char(','))));
+    WriteWorkspaceString("UserImages", WriteUserImages(m_mapUserImages));
     m_habits.Save();
 }
 
@@ -739,13 +708,18 @@ QList<CToolBar*> CMainFrame::ToolBars() const {
     return QList<CToolBar*>{m_pToolBar, m_pCacheToolBar} + m_listUserToolBars;
 }
 
+CToolBar* CMainFrame::AddUserToolBar(int nId, const QString& strTitle) {
+    auto* toolBar = new CToolBar(*this, nId, strTitle, QStringLiteral("UserToolBar%1").arg(nId), {});
+    addToolBar(Qt::TopToolBarArea, toolBar);
+    m_listUserToolBars << toolBar;
+    return toolBar;
+}
+
 CToolBar* CMainFrame::NewUserToolBar(const QString& strTitle) {
     for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
         if (std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id) != m_listUserToolBars.end())
             continue;
-        auto* pToolBar = new CToolBar(*this, nId, strTitle, QStringLiteral("UserToolBar%1").arg(nId), {});
-        addToolBar(Qt::TopToolBarArea, pToolBar);
-        m_listUserToolBars << pToolBar;
+        CToolBar* const pToolBar = AddUserToolBar(nId, strTitle);
         m_pAutoHide->PlaceStrips();
         return pToolBar;
     }

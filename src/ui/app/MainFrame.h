@@ -103,6 +103,7 @@ private:
     void RestoreState();
     bool ApplyLayout();
     void LoadUserToolBars();
+    CToolBar* AddUserToolBar(int nId, const QString& strTitle);
     // Brings a pane to the front, wherever it is, with the focus in it.
     void ShowPane(CDockablePane& pane);
     void OnSearch();

@@ -27,7 +27,6 @@ namespace carvelot {
 namespace {
 
 constexpr int kGrip = 5; // pixels at the slide's inner side that change its size
-constexpr int kLeast = 80;
 constexpr int kLeastTab = 24;
 constexpr int kHoverDelay = 400;
 constexpr int kWatchPeriod = 250;
@@ -36,12 +35,11 @@ constexpr int kWatchesAway = 3;
 struct CEdge {
     Qt::DockWidgetArea m_nArea;
     Qt::ToolBarArea m_nBar;
-    const char* m_pszName;
 };
-constexpr CEdge kEdges[] = {{Qt::LeftDockWidgetArea, Qt::LeftToolBarArea, "left"},
-                            {Qt::RightDockWidgetArea, Qt::RightToolBarArea, "right"},
-                            {Qt::TopDockWidgetArea, Qt::TopToolBarArea, "top"},
-                            {Qt::BottomDockWidgetArea, Qt::BottomToolBarArea, "bottom"}};
+constexpr CEdge kEdges[] = {{Qt::LeftDockWidgetArea, Qt::LeftToolBarArea},
+                            {Qt::RightDockWidgetArea, Qt::RightToolBarArea},
+                            {Qt::TopDockWidgetArea, Qt::TopToolBarArea},
+                            {Qt::BottomDockWidgetArea, Qt::BottomToolBarArea}};
 
 bool IsUpright(Qt::DockWidgetArea nEdge) {
     return nEdge == Qt::LeftDockWidgetArea || nEdge == Qt::RightDockWidgetArea;
@@ -207,7 +205,7 @@ CAutoHide::CAutoHide(CMainWindow& frame)
     m_pStore->hide();
     for (const CEdge& edge : kEdges) {
         auto* pStrip = new QToolBar(&frame);
-        pStrip->setObjectName(QStringLiteral("AutoHide-") + QLatin1String(edge.m_pszName));
+        pStrip->setObjectName(QStringLiteral("AutoHide-") + QLatin1String(EdgeName(edge.m_nArea)));
         pStrip->setWindowTitle(tr("Auto Hide"));
         pStrip->setAccessibleName(tr("Panes folded away"));
         pStrip->setMovable(false);
@@ -218,7 +216,7 @@ CAutoHide::CAutoHide(CMainWindow& frame)
     UpdateStrips();
     m_pSlide->m_fnThickness = [this](int nThickness) {
         if (CGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
-            pGroup->m_nThickness = std::max(kLeast, nThickness);
+            pGroup->m_nThickness = std::max(StoredFold::kLeast, nThickness);
             Place();
         }
     };
@@ -454,8 +452,8 @@ void CAutoHide::Place() {
         return;
     const QRect room = Room();
     QRect rect = room;
-    const int nWidth = std::min(std::max(kLeast, pGroup->m_nThickness), room.width() * 9 / 10);
-    const int nHeight = std::min(std::max(kLeast, pGroup->m_nThickness), room.height() * 9 / 10);
+    const int nWidth = std::min(std::max(StoredFold::kLeast, pGroup->m_nThickness), room.width() * 9 / 10);
+    const int nHeight = std::min(std::max(StoredFold::kLeast, pGroup->m_nThickness), room.height() * 9 / 10);
     switch (pGroup->m_nEdge) {
     case Qt::LeftDockWidgetArea:
         rect.setWidth(nWidth);
@@ -559,39 +557,31 @@ CAutoHideTab* CAutoHide::Tab(const CDockablePane& pane) const {
     return nullptr;
 }
 
-QString CAutoHide::Stored() const {
-    QStringList listGroups;
+std::vector<StoredFold> CAutoHide::Folds() const {
+    std::vector<StoredFold> folds;
     for (const CGroup& group : m_listGroups) {
-        QStringList listNames;
-        for (const CDockablePane* pPane : group.m_listPanes)
-            listNames << pPane->objectName();
-        const auto* pEdge = std::ranges::find(kEdges, group.m_nEdge, &CEdge::m_nArea);
-        listGroups << QStringLiteral("%1:%2:%3")
-                          .arg(QLatin1String(pEdge->m_pszName))
-                          .arg(group.m_nThickness)
-                          .arg(listNames.join(QLatin1Char(',')));
+        StoredFold& fold = folds.emplace_back(StoredFold{group.m_nEdge, group.m_nThickness, {}});
+        for (const CDockablePane* pPane : group.m_listPanes) {
+            fold.m_listPanes.push_back(pPane->objectName());
+        }
     }
-    return listGroups.join(QLatin1Char(';'));
+    return folds;
 }
 
-void CAutoHide::Restore(const QString& strStored) {
-    for (const QString& strGroup : strStored.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
-        const QStringList listParts = strGroup.split(QLatin1Char(':'));
-        const auto* pEdge = std::ranges::find_if(
-            kEdges, [&](const CEdge& e) { return listParts[0] == QLatin1String(e.m_pszName); });
-        if (listParts.size() != 3 || pEdge == std::end(kEdges))
-            continue;
-        CGroup group{pEdge->m_nArea, std::clamp(listParts[1].toInt(), kLeast, 10000), {}};
-        for (const QString& strName : listParts[2].split(QLatin1Char(','))) {
+void CAutoHide::Restore(const std::vector<StoredFold>& folds) {
+    for (const StoredFold& fold : folds) {
+        CGroup group{fold.m_nEdge, fold.m_nThickness, {}};
+        for (const QString& name : fold.m_listPanes) {
             for (CDockablePane* pPane : m_frame.Panes()) {
-                if (pPane->objectName() == strName && !IsFolded(*pPane) && !group.m_listPanes.contains(pPane))
+                if (pPane->objectName() == name && !IsFolded(*pPane)) {
+                    pPane->setFloating(false);
                     group.m_listPanes << pPane;
+                }
             }
         }
-        for (CDockablePane* pPane : group.m_listPanes)
-            pPane->setFloating(false);
-        if (!group.m_listPanes.isEmpty())
+        if (!group.m_listPanes.isEmpty()) {
             FoldGroup(group);
+        }
     }
 }
 

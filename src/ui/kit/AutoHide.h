@@ -1,6 +1,8 @@
 // AutoHide.h - panes folded away to a strip of tabs at their edge, from where they slide out over the window.
 #pragma once
 
+#include "ui/kit/StoredLayout.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
@@ -46,9 +48,9 @@ public:
     QList<QWidget*> Strips() const;
     CAutoHideTab* Tab(const CDockablePane& pane) const;
 
-    // What is folded where, as a text for the stored layout; anything in it that makes no sense is left out.
-    QString Stored() const;
-    void Restore(const QString& strStored);
+    // What is folded where, for the stored layout; panes that there are not are left out.
+    std::vector<StoredFold> Folds() const;
+    void Restore(const std::vector<StoredFold>& folds);
 
     bool eventFilter(QObject* pObject, QEvent* pEvent) override;
 

@@ -2,8 +2,7 @@
 
 #include "settings/AppSettings.h"
 #include "settings/Commands.h"
-#include "text/Numbers.h"
-#include "ui/kit/Text.h"
+#include "ui/kit/StoredLayout.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -17,19 +16,14 @@ namespace carvelot {
 void CMenuHabits::Load() {
     m_bRecentlyUsedMenus = GetWorkspaceInt("RecentlyUsedMenus", 1) != 0;
     m_bFullMenusAfterDelay = GetWorkspaceInt("FullMenusAfterDelay", 1) != 0;
-    m_setUsed.clear();
-    const QString strUsed = ToQString(GetWorkspaceString("UsedCommands", ""));
-    for (const QString& strId : strUsed.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        m_setUsed.insert(ReadInteger(ToUtf8(strId)));
+    const std::vector<int> used = ReadCommands(GetWorkspaceString("UsedCommands", ""));
+    m_setUsed = {used.begin(), used.end()};
 }
 
 void CMenuHabits::Save() const {
     WriteWorkspaceInt("RecentlyUsedMenus", m_bRecentlyUsedMenus ? 1 : 0);
     WriteWorkspaceInt("FullMenusAfterDelay", m_bFullMenusAfterDelay ? 1 : 0);
-    QStringList listIds;
-    for (const int nId : m_setUsed)
-        listIds << QString::number(nId);
-    WriteWorkspaceString("UsedCommands", ToUtf8(listIds.join(QLatin1Char(','))));
+    WriteWorkspaceString("UsedCommands", WriteCommands(m_setUsed));
 }
 
 CPersonalMenu::CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidget* pParent)

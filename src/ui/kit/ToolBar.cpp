@@ -1,7 +1,6 @@
 #include "ui/kit/ToolBar.h"
 
 #include "settings/Commands.h"
-#include "text/Numbers.h"
 #include "ui/kit/MainWindow.h"
 #include "ui/kit/PersonalMenu.h"
 #include "ui/kit/PlainText.h"
@@ -131,22 +130,6 @@ void CToolBar::FillCustomizeMenu(QMenu& menu) {
     pReset->setEnabled(IsChanged() && !IsUserToolBar());
     connect(pReset, &QAction::triggered, this, &CToolBar::Reset, Qt::QueuedConnection);
     NewEntry(*m_frame.CommandAction(ID_VIEW_CUSTOMIZE), menu);
-}
-
-QString CToolBar::StoredCommands() const {
-    QStringList listIds;
-    for (const int nId : m_listCommands)
-        listIds << QString::number(nId);
-    return listIds.join(QLatin1Char(','));
-}
-
-void CToolBar::SetStoredCommands(const QString& strStored) {
-    std::vector<int> listCommands;
-    for (const QString& strId : strStored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        if (listCommands.size() < 200)
-            listCommands.push_back(ReadInteger(ToUtf8(strId)));
-    }
-    SetCommands(listCommands);
 }
 
 } // namespace carvelot

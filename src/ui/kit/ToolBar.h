@@ -28,10 +28,6 @@ public:
     void Reset() { SetCommands(m_listDefault); }
     bool IsChanged() const { return m_listCommands != m_listDefault; }
 
-    // "32788,0,57601" for the settings store.
-    QString StoredCommands() const;
-    void SetStoredCommands(const QString& strStored);
-
 protected:
     bool event(QEvent* pEvent) override;
 
