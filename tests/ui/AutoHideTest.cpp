@@ -1,6 +1,7 @@
 // Panes folded away to the edge of the window.
 #include "ui/UiSupport.h"
 
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/AutoHide.h"
 #include "ui/kit/ToolBar.h"
 
@@ -233,7 +234,7 @@ private slots:
 
         // What is between the bars: the tool bars above it, the status bar below, the strip at its edge.
         QRect room(0, 0, frame.width(), frame.statusBar()->geometry().top());
-        room.setTop(frame.ToolBars().constFirst()->geometry().bottom() + 1);
+        room.setTop(frame.Bars().All().constFirst()->geometry().bottom() + 1);
         const auto* pSlide = frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
         const QRect strip = Strip(frame, edge)->geometry();
         QRect expected;
@@ -364,7 +365,7 @@ private slots:
         QVERIFY(strip.isAncestorOf(&tab));
         if (edge == Qt::TopDockWidgetArea) {
             // Toolbars stand above the strip, also one that the user makes now.
-            QVERIFY(frame.NewUserToolBar(QStringLiteral("Mine")) != nullptr);
+            QVERIFY(frame.Bars().New(QStringLiteral("Mine")) != nullptr);
             Settle();
         }
         const QPoint middle = strip.geometry().center();
@@ -377,7 +378,7 @@ private slots:
             break;
         case Qt::TopDockWidgetArea:
             QVERIFY(middle.y() < m_pRun->Area().y());
-            for (const CToolBar* pToolBar : frame.ToolBars())
+            for (const CToolBar* pToolBar : frame.Bars().All())
                 QVERIFY(middle.y() > pToolBar->geometry().bottom());
             break;
         default:

@@ -1,6 +1,7 @@
 // What is on the screen and what is not: panes behind tabs, for the keyboard and for screen readers.
 #include "ui/SessionSupport.h"
 
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/AutoHide.h"
 #include "ui/kit/ToolBar.h"
 
@@ -219,7 +220,7 @@ private slots:
 
     void aToolBarsButtonStandsOnceForAScreenReaderHoweverOftenTheBarChanges() {
         CMainFrame& frame = m_pRun->Frame();
-        CToolBar* pStandard = frame.ToolBars().constFirst();
+        CToolBar* pStandard = frame.Bars().All().constFirst();
         for (int n = 0; n < 3; ++n) {
             QCOMPARE(Named(*pStandard, "Open"), 1);
             QCOMPARE(Named(*pStandard, "About Carvelot"), 1);

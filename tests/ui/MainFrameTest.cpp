@@ -2,6 +2,7 @@
 
 #include "platform/Registry.h"
 #include "ui/app/CustomizeDlg.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/ToolBar.h"
@@ -56,7 +57,7 @@ public:
         user.m_strTextAnswer = QStringLiteral("Mine");
         Press("New");
     }
-    CToolBar& ToolBar() const { return *m_frame.ToolBars().constLast(); }
+    CToolBar& ToolBar() const { return *m_frame.Bars().All().constLast(); }
     QPushButton& Button(const char* pszName) const { return *m_pDialog->findChild<QPushButton*>(pszName); }
     QListWidget& List(const char* pszName) const { return *m_pDialog->findChild<QListWidget*>(pszName); }
     void Press(const char* pszName) const { QTest::mouseClick(&Button(pszName), Qt::LeftButton); }
@@ -728,8 +729,8 @@ private slots:
             QTest::mouseClick(pDialog->findChild<QPushButton*>("Separator"), Qt::LeftButton);
         }
         const CRun run(*m_pFolder);
-        QCOMPARE(run.Frame().ToolBars().size(), 3);
-        CToolBar* pMine = run.Frame().ToolBars().constLast();
+        QCOMPARE(run.Frame().Bars().All().size(), 3);
+        CToolBar* pMine = run.Frame().Bars().All().constLast();
         QCOMPARE(pMine->windowTitle(), QStringLiteral("Mine | 1"));
         QCOMPARE(pMine->Commands(), (std::vector<int>{ID_APPLOOK_WINDOWS_7, ID_SEPARATOR}));
         pMine->actions().constFirst()->trigger();
@@ -789,8 +790,8 @@ private slots:
             QVERIFY(!hands.Button("Rename").isEnabled());
         }
         const CRun run(*m_pFolder);
-        QCOMPARE(run.Frame().ToolBars().constLast()->windowTitle(), QStringLiteral("Dates & more"));
-        QCOMPARE(run.Frame().ToolBars().constLast()->Commands(), std::vector<int>{ID_TOOLS_OPTIONS});
+        QCOMPARE(run.Frame().Bars().All().constLast()->windowTitle(), QStringLiteral("Dates & more"));
+        QCOMPARE(run.Frame().Bars().All().constLast()->Commands(), std::vector<int>{ID_TOOLS_OPTIONS});
     }
 
     void customizeDoesNotTakeACommandTwice() {
@@ -819,7 +820,7 @@ private slots:
         const std::string strOptions = std::to_string(ID_TOOLS_OPTIONS);
         StoreText("UserToolBar59432", "Mine|" + strOptions + ",0," + strOptions + ",0");
         const CRun run(*m_pFolder);
-        const std::vector<int> listCommands = run.Frame().ToolBars().constLast()->Commands();
+        const std::vector<int> listCommands = run.Frame().Bars().All().constLast()->Commands();
         QCOMPARE(std::ranges::count(listCommands, int(ID_TOOLS_OPTIONS)), 1);
         QCOMPARE(std::ranges::count(listCommands, int(ID_SEPARATOR)), 2);
     }
@@ -828,9 +829,9 @@ private slots:
         CFakeInterface user;
         const CRun run(*m_pFolder);
         for (int n = 0; n < 10; ++n)
-            QVERIFY(run.Frame().NewUserToolBar(QString::number(n)) != nullptr);
-        QVERIFY(run.Frame().NewUserToolBar(QStringLiteral("eleventh")) == nullptr);
-        QCOMPARE(run.Frame().ToolBars().constLast()->Id(), 59441);
+            QVERIFY(run.Frame().Bars().New(QString::number(n)) != nullptr);
+        QVERIFY(run.Frame().Bars().New(QStringLiteral("eleventh")) == nullptr);
+        QCOMPARE(run.Frame().Bars().All().constLast()->Id(), 59441);
     }
 
     void userImagesAreTakenFromTheCurrentFolder() {
@@ -842,14 +843,14 @@ private slots:
         QVERIFY(strip.save(QStringLiteral("UserImages.bmp"), "BMP"));
         {
             const CRun run(*m_pFolder);
-            QCOMPARE(run.Frame().UserImages().Count(), 3);
-            run.Frame().SetUserImage(ID_FILE_OPEN, 1);
+            QCOMPARE(run.Frame().Bars().UserImages().Count(), 3);
+            run.Frame().Bars().SetUserImage(ID_FILE_OPEN, 1);
             QCOMPARE(run.Frame().CommandAction(ID_FILE_OPEN)->icon().pixmap(16).toImage().pixelColor(8, 8),
                      QColor(Qt::red));
         }
         {
             const CRun run(*m_pFolder);
-            QCOMPARE(run.Frame().UserImage(ID_FILE_OPEN), 1);
+            QCOMPARE(run.Frame().Bars().UserImage(ID_FILE_OPEN), 1);
         }
         QDir::setCurrent(strBefore);
     }

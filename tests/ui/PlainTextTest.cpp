@@ -3,6 +3,7 @@
 
 #include "support/JDEInstallation.h"
 #include "ui/app/CustomizeDlg.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/app/OptionsDlg.h"
 #include "ui/app/Requests.h"
 #include "ui/cachebrowser/CacheDlg.h"
@@ -259,7 +260,7 @@ private slots:
 
     void aToolbarsNameStandsAsItIs() {
         CMainFrame& frame = m_pRun->Frame();
-        CToolBar* pToolBar = frame.NewUserToolBar(kHostile);
+        CToolBar* pToolBar = frame.Bars().New(kHostile);
         QCOMPARE(Said(pToolBar), kHostile);
         const std::unique_ptr<QMenu> pMenu(frame.createPopupMenu());
         QVERIFY(SaidOfMenu(*pMenu).contains(kHostile));

@@ -6,6 +6,7 @@
 #include "ui/app/CarvelotApp.h"
 #include "ui/app/MainFrame.h"
 #include "ui/kit/Document.h"
+#include "ui/kit/PersonalMenu.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"

@@ -2,6 +2,7 @@
 #include "ui/SessionSupport.h"
 
 #include "ui/app/CarvelotApp.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/StoredLayout.h"
 #include "ui/kit/ToolBar.h"
 
@@ -97,7 +98,7 @@ private slots:
     }
 
     void aToolBarTakesTheFirst200OfItsStoredButtons() {
-        CToolBar* pToolBar = m_pRun->Frame().NewUserToolBar(QStringLiteral("Many"));
+        CToolBar* pToolBar = m_pRun->Frame().Bars().New(QStringLiteral("Many"));
         for (const int nStored : {199, 200, 201, 5000}) {
             const QString strStored = QStringList(nStored, QStringLiteral("0")).join(QLatin1Char(','));
             pToolBar->SetCommands(ReadCommands(ToUtf8(strStored), kMostToolBarCommands));

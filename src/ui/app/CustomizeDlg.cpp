@@ -1,7 +1,9 @@
 #include "ui/app/CustomizeDlg.h"
 
 #include "settings/Commands.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/app/MainFrame.h"
+#include "ui/kit/PersonalMenu.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/ToolBar.h"
@@ -130,7 +132,7 @@ QWidget* CCustomizeDlg::CommandsPage() {
     connect(m_pUp, &QPushButton::clicked, this, [this] { OnMove(-1); });
     connect(m_pDown, &QPushButton::clicked, this, [this] { OnMove(1); });
     connect(m_pImage, &QComboBox::activated, this, [this](int nIndex) {
-        m_frame.SetUserImage(CurrentCommand(), nIndex - 1);
+        m_frame.Bars().SetUserImage(CurrentCommand(), nIndex - 1);
         FillButtons(m_pButtons->currentRow());
         if (QListWidgetItem* pItem = m_pCommands->currentItem())
             pItem->setIcon(m_frame.CommandAction(CurrentCommand())->icon());
@@ -162,7 +164,7 @@ QWidget* CCustomizeDlg::ToolBarsPage() {
     connect(m_pToolBars, &QListWidget::itemChanged, this, [this](const QListWidgetItem* pItem) {
         if (m_bFilling)
             return;
-        m_frame.ToolBars()[m_pToolBars->row(pItem)]->setVisible(pItem->checkState() == Qt::Checked);
+        m_frame.Bars().All()[m_pToolBars->row(pItem)]->setVisible(pItem->checkState() == Qt::Checked);
         m_frame.UpdateCommands();
     });
     connect(m_pToolBars, &QListWidget::currentRowChanged, this, &CCustomizeDlg::UpdateButtons);
@@ -180,8 +182,8 @@ QWidget* CCustomizeDlg::ToolBarsPage() {
 QWidget* CCustomizeDlg::OptionsPage() {
     auto* pTips = new QCheckBox(tr("Show Screen&Tips on toolbars"));
     pTips->setObjectName(QStringLiteral("ToolTips"));
-    pTips->setChecked(m_frame.ShowsToolTips());
-    connect(pTips, &QCheckBox::toggled, this, [this](bool bOn) { m_frame.SetShowsToolTips(bOn); });
+    pTips->setChecked(m_frame.Bars().ShowsToolTips());
+    connect(pTips, &QCheckBox::toggled, this, [this](bool bOn) { m_frame.Bars().SetShowsToolTips(bOn); });
 
     CMenuHabits& habits = m_frame.MenuHabits();
     auto* pShort = new QCheckBox(tr("Me&nus show recently used commands first"));
@@ -234,13 +236,13 @@ void CCustomizeDlg::FillToolBars() {
     const int nChoice = m_pToolBarChoice->currentIndex();
     m_pToolBars->clear();
     m_pToolBarChoice->clear();
-    for (const CToolBar* pToolBar : m_frame.ToolBars()) {
+    for (const CToolBar* pToolBar : m_frame.Bars().All()) {
         auto* pItem = new QListWidgetItem(pToolBar->windowTitle(), m_pToolBars);
         pItem->setFlags(pItem->flags() | Qt::ItemIsUserCheckable);
         pItem->setCheckState(pToolBar->isHidden() ? Qt::Unchecked : Qt::Checked);
         m_pToolBarChoice->addItem(pToolBar->windowTitle());
     }
-    const int nLast = static_cast<int>(m_frame.ToolBars().size()) - 1;
+    const int nLast = static_cast<int>(m_frame.Bars().All().size()) - 1;
     m_pToolBars->setCurrentRow(std::clamp(nToolBar, 0, nLast));
     m_pToolBarChoice->setCurrentIndex(std::clamp(nChoice, 0, nLast));
     FillButtons(0);
@@ -266,20 +268,20 @@ int CCustomizeDlg::CurrentCommand() const {
 }
 
 CToolBar* CCustomizeDlg::EditedToolBar() const {
-    return m_frame.ToolBars().value(m_pToolBarChoice->currentIndex());
+    return m_frame.Bars().All().value(m_pToolBarChoice->currentIndex());
 }
 
 CToolBar* CCustomizeDlg::SelectedToolBar() const {
-    return m_frame.ToolBars().value(m_pToolBars->currentRow());
+    return m_frame.Bars().All().value(m_pToolBars->currentRow());
 }
 
 void CCustomizeDlg::ShowImages() {
     const int nCommand = CurrentCommand();
     m_pImage->clear();
     m_pImage->addItem(tr("The command's own"));
-    for (int n = 0; n < m_frame.UserImages().Count(); ++n)
-        m_pImage->addItem(m_frame.UserImages().Icon(n), tr("User image %1").arg(n + 1));
-    m_pImage->setCurrentIndex(std::clamp(m_frame.UserImage(nCommand) + 1, 0, m_pImage->count() - 1));
+    for (int n = 0; n < m_frame.Bars().UserImages().Count(); ++n)
+        m_pImage->addItem(m_frame.Bars().UserImages().Icon(n), tr("User image %1").arg(n + 1));
+    m_pImage->setCurrentIndex(std::clamp(m_frame.Bars().UserImage(nCommand) + 1, 0, m_pImage->count() - 1));
     m_pImage->setEnabled(m_pImage->count() > 1 && nCommand != 0);
 }
 
@@ -351,10 +353,10 @@ void CCustomizeDlg::OnMove(int nStep) {
 
 void CCustomizeDlg::OnNew() {
     const auto strTitle = UserInterface().AskText(tr("Toolbar Name"), tr("Toolbar name:"),
-                                                  tr("Custom %1").arg(m_frame.ToolBars().size() - 1));
+                                                  tr("Custom %1").arg(m_frame.Bars().All().size() - 1));
     if (!strTitle || strTitle->trimmed().isEmpty())
         return;
-    if (m_frame.NewUserToolBar(strTitle->trimmed()) == nullptr) {
+    if (m_frame.Bars().New(strTitle->trimmed()) == nullptr) {
         UserInterface().ShowMessage(tr("There can be ten toolbars of your own."));
         return;
     }
@@ -377,7 +379,7 @@ void CCustomizeDlg::OnRename() {
 }
 
 void CCustomizeDlg::OnDelete() {
-    m_frame.DeleteUserToolBar(SelectedToolBar());
+    m_frame.Bars().Delete(SelectedToolBar());
     FillToolBars();
 }
 

@@ -16,12 +16,13 @@ public:
     struct CHandler {
         FHandler m_fnRun;
         FEnabled m_fnEnabled; // absent: always
+        FEnabled m_fnChecked; // of a command that shows whether something is on
     };
 
     virtual ~CCommandTarget() = default;
 
-    void AddCommand(int nId, FHandler fnRun, FEnabled fnEnabled = {}) {
-        m_mapCommands[nId] = {std::move(fnRun), std::move(fnEnabled)};
+    void AddCommand(int nId, FHandler fnRun, FEnabled fnEnabled = {}, FEnabled fnChecked = {}) {
+        m_mapCommands[nId] = {std::move(fnRun), std::move(fnEnabled), std::move(fnChecked)};
     }
     const CHandler* OwnHandler(int nId) const {
         const auto it = m_mapCommands.find(nId);
