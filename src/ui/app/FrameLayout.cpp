@@ -155,7 +155,7 @@ void CFrameLayout::NextPane(bool bForward) {
         if (pPane->IsInFront())
             listPanes << pPane->MainControl();
     }
-    listPanes += m_pAutoHide->Strips();
+    listPanes += m_pAutoHide->Bars().Strips();
     if (listPanes.isEmpty())
         return;
     const QWidget* pFocus = QApplication::focusWidget();

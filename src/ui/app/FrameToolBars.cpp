@@ -65,7 +65,7 @@ CToolBar* CFrameToolBars::New(const QString& strTitle) {
         if (std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id) != m_listUserToolBars.end())
             continue;
         CToolBar* const pToolBar = AddUserToolBar(nId, strTitle);
-        m_frame.AutoHide().PlaceStrips();
+        m_frame.AutoHide().Bars().Place();
         return pToolBar;
     }
     return nullptr;

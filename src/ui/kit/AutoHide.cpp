@@ -1,24 +1,14 @@
 #include "ui/kit/AutoHide.h"
 
+#include "ui/kit/AutoHideSlide.h"
 #include "ui/kit/DockablePane.h"
-#include "ui/kit/LookStyle.h"
 #include "ui/kit/MainWindow.h"
 #include "ui/kit/TabbedClientArea.h"
 
-#include <QAbstractButton>
 #include <QApplication>
-#include <QBoxLayout>
-#include <QFrame>
-#include <QKeyEvent>
 #include <QLayout>
-#include <QMenuBar>
-#include <QMouseEvent>
-#include <QPainter>
 #include <QScopedValueRollback>
-#include <QStatusBar>
-#include <QStyleOptionFocusRect>
 #include <QTabBar>
-#include <QToolBar>
 
 #include <algorithm>
 
@@ -26,196 +16,20 @@ namespace carvelot {
 
 namespace {
 
-constexpr int kGrip = 5; // pixels at the slide's inner side that change its size
-constexpr int kLeastTab = 24;
-constexpr int kHoverDelay = 400;
 constexpr int kWatchPeriod = 250;
 constexpr int kWatchesAway = 3;
-
-struct CEdge {
-    Qt::DockWidgetArea m_nArea;
-    Qt::ToolBarArea m_nBar;
-};
-constexpr CEdge kEdges[] = {{Qt::LeftDockWidgetArea, Qt::LeftToolBarArea},
-                            {Qt::RightDockWidgetArea, Qt::RightToolBarArea},
-                            {Qt::TopDockWidgetArea, Qt::TopToolBarArea},
-                            {Qt::BottomDockWidgetArea, Qt::BottomToolBarArea}};
-
-bool IsUpright(Qt::DockWidgetArea nEdge) {
-    return nEdge == Qt::LeftDockWidgetArea || nEdge == Qt::RightDockWidgetArea;
-}
 
 constexpr auto kDocked =
     QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable;
 
 } // namespace
 
-// A folded pane's tab.
-class CAutoHideTab : public QAbstractButton {
-public:
-    CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool bUpright)
-        : m_owner(owner), m_pane(pane), m_bUpright(bUpright) {
-        setText(pane.windowTitle());
-        setObjectName(QStringLiteral("AutoHideTab"));
-        setAccessibleName(pane.windowTitle());
-        setAccessibleDescription(CAutoHide::tr("Shows the pane until the focus goes elsewhere"));
-        setFocusPolicy(Qt::TabFocus);
-        setAttribute(Qt::WA_Hover);
-        setToolTip(pane.windowTitle());
-        setSizePolicy(bUpright ? QSizePolicy::Fixed : QSizePolicy::Maximum,
-                      bUpright ? QSizePolicy::Maximum : QSizePolicy::Fixed);
-        m_hover.setSingleShot(true);
-        m_hover.setInterval(kHoverDelay);
-        connect(&m_hover, &QTimer::timeout, this, [this] {
-            if (m_owner.PaneOut() != &m_pane)
-                m_owner.SlideOut(m_pane, false);
-        });
-        connect(this, &QAbstractButton::clicked, this, [this] {
-            m_hover.stop();
-            m_owner.SlideOut(m_pane, true);
-        });
-    }
-    QSize sizeHint() const override {
-        const QSize size(fontMetrics().horizontalAdvance(text()) + 16, fontMetrics().height() + 6);
-        return m_bUpright ? size.transposed() : size;
-    }
-    // Tabs that find no room share it.
-    QSize minimumSizeHint() const override {
-        const QSize size(kLeastTab, fontMetrics().height() + 6);
-        return m_bUpright ? size.transposed() : size;
-    }
-    const CDockablePane& Pane() const { return m_pane; }
-
-protected:
-    void enterEvent(QEnterEvent* pEvent) override {
-        m_hover.start();
-        QAbstractButton::enterEvent(pEvent);
-    }
-    void leaveEvent(QEvent* pEvent) override {
-        m_hover.stop();
-        QAbstractButton::leaveEvent(pEvent);
-    }
-    void keyPressEvent(QKeyEvent* pEvent) override {
-        if (pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter)
-            click();
-        else
-            QAbstractButton::keyPressEvent(pEvent);
-    }
-    void paintEvent(QPaintEvent*) override {
-        const CLook& look = CurrentLook();
-        const bool bOut = m_owner.PaneOut() == &m_pane;
-        QPainter painter(this);
-        if (m_bUpright) {
-            painter.translate(width(), 0);
-            painter.rotate(90);
-        }
-        const QRect rect(QPoint(0, 0), m_bUpright ? size().transposed() : size());
-        const CGradient& fill = bOut ? look.m_activeTab : underMouse() ? look.m_hot : look.m_tab;
-        QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
-        gradient.setColorAt(0, fill.m_from);
-        gradient.setColorAt(1, fill.m_to);
-        painter.fillRect(rect, gradient);
-        painter.setPen(look.m_border);
-        painter.drawRect(rect.adjusted(0, 0, -1, -1));
-        painter.setPen(bOut ? look.m_activeTabText : look.m_tabText);
-        const QRect label = rect.adjusted(4, 0, -4, 0);
-        painter.drawText(label, Qt::AlignCenter | Qt::TextSingleLine,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, label.width()));
-        if (hasFocus()) {
-            painter.setPen(QPen(bOut ? look.m_activeTabText : look.m_tabText, 1, Qt::DotLine));
-            painter.drawRect(rect.adjusted(3, 3, -4, -4));
-        }
-    }
-
-private:
-    CAutoHide& m_owner;
-    CDockablePane& m_pane;
-    bool m_bUpright;
-    QTimer m_hover;
-};
-
-// What a folded pane slides out in.
-class CAutoHideSlide : public QFrame {
-public:
-    CAutoHideSlide(CAutoHide& owner, QWidget* pParent) : QFrame(pParent), m_owner(owner) {
-        setObjectName(QStringLiteral("AutoHideSlide"));
-        setAutoFillBackground(true);
-        setFrameStyle(QFrame::Box | QFrame::Plain);
-        setMouseTracking(true);
-        hide();
-    }
-    void SetPane(QWidget* pPane, Qt::DockWidgetArea nEdge) {
-        m_pPane = pPane;
-        m_nEdge = nEdge;
-        setCursor(IsUpright(nEdge) ? Qt::SplitHCursor : Qt::SplitVCursor);
-        if (pPane != nullptr)
-            pPane->setCursor(Qt::ArrowCursor);
-    }
-    // Lays the pane out beside the grip.
-    void Arrange() {
-        if (m_pPane == nullptr)
-            return;
-        QRect rect = contentsRect();
-        switch (m_nEdge) {
-        case Qt::LeftDockWidgetArea:
-            rect.adjust(0, 0, -kGrip, 0);
-            break;
-        case Qt::RightDockWidgetArea:
-            rect.adjust(kGrip, 0, 0, 0);
-            break;
-        case Qt::TopDockWidgetArea:
-            rect.adjust(0, 0, 0, -kGrip);
-            break;
-        default:
-            rect.adjust(0, kGrip, 0, 0);
-        }
-        m_pPane->setGeometry(rect);
-    }
-    std::function<void(int)> m_fnThickness; // asks for another size
-
-protected:
-    void resizeEvent(QResizeEvent*) override { Arrange(); }
-    void mouseMoveEvent(QMouseEvent* pEvent) override {
-        if ((pEvent->buttons() & Qt::LeftButton) == 0)
-            return;
-        const QPoint point = pEvent->position().toPoint();
-        const int nThickness = m_nEdge == Qt::LeftDockWidgetArea    ? point.x()
-                               : m_nEdge == Qt::RightDockWidgetArea ? width() - point.x()
-                               : m_nEdge == Qt::TopDockWidgetArea   ? point.y()
-                                                                    : height() - point.y();
-        m_fnThickness(nThickness);
-    }
-    void keyPressEvent(QKeyEvent* pEvent) override {
-        if (pEvent->key() != Qt::Key_Escape)
-            return QFrame::keyPressEvent(pEvent);
-        const CDockablePane* pPane = m_owner.PaneOut();
-        m_owner.SlideIn();
-        if (pPane != nullptr && m_owner.Tab(*pPane) != nullptr)
-            m_owner.Tab(*pPane)->setFocus(Qt::OtherFocusReason);
-    }
-
-private:
-    CAutoHide& m_owner;
-    QWidget* m_pPane = nullptr;
-    Qt::DockWidgetArea m_nEdge = Qt::BottomDockWidgetArea;
-};
-
 CAutoHide::CAutoHide(CMainWindow& frame)
-    : m_frame(frame), m_pStore(new QWidget(&frame)), m_pSlide(new CAutoHideSlide(*this, &frame)) {
+    : m_frame(frame), m_pStore(new QWidget(&frame)), m_pSlide(new CAutoHideSlide(*this, frame)),
+      m_bars(*this, frame) {
     m_pStore->hide();
-    for (const CEdge& edge : kEdges) {
-        auto* pStrip = new QToolBar(&frame);
-        pStrip->setObjectName(QStringLiteral("AutoHide-") + QLatin1String(EdgeName(edge.m_nArea)));
-        pStrip->setWindowTitle(tr("Auto Hide"));
-        pStrip->setAccessibleName(tr("Panes folded away"));
-        pStrip->setMovable(false);
-        pStrip->setFloatable(false);
-        pStrip->setAllowedAreas(edge.m_nBar);
-        m_mapStrips[edge.m_nArea] = pStrip;
-    }
-    UpdateStrips();
     m_pSlide->m_fnThickness = [this](int nThickness) {
-        if (CGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
+        if (CFoldedGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
             pGroup->m_nThickness = std::max(StoredFold::kLeast, nThickness);
             Place();
         }
@@ -240,20 +54,18 @@ CAutoHide::~CAutoHide() {
     }
     delete m_pSlide;
     delete m_pStore;
-    for (const auto& [nEdge, pStrip] : m_mapStrips)
-        delete pStrip;
 }
 
-const CAutoHide::CGroup* CAutoHide::GroupOf(const CDockablePane& pane) const {
-    for (const CGroup& group : m_listGroups) {
+const CFoldedGroup* CAutoHide::GroupOf(const CDockablePane& pane) const {
+    for (const CFoldedGroup& group : m_listGroups) {
         if (std::ranges::find(group.m_listPanes, &pane) != group.m_listPanes.end())
             return &group;
     }
     return nullptr;
 }
 
-CAutoHide::CGroup* CAutoHide::GroupOf(const CDockablePane& pane) {
-    return const_cast<CGroup*>(std::as_const(*this).GroupOf(pane));
+CFoldedGroup* CAutoHide::GroupOf(const CDockablePane& pane) {
+    return const_cast<CFoldedGroup*>(std::as_const(*this).GroupOf(pane));
 }
 
 bool CAutoHide::IsFolded(const CDockablePane& pane) const { return GroupOf(pane) != nullptr; }
@@ -287,7 +99,7 @@ void CAutoHide::Fold(CDockablePane& pane) {
     FoldGroup({nEdge, IsUpright(nEdge) ? pane.width() : pane.height(), TabsOf(pane)});
 }
 
-void CAutoHide::FoldGroup(CGroup group) {
+void CAutoHide::FoldGroup(CFoldedGroup group) {
     const QScopedValueRollback moving(m_bMoving, true);
     const QWidget* pFocus = QApplication::focusWidget();
     const bool bFocus =
@@ -300,12 +112,12 @@ void CAutoHide::FoldGroup(CGroup group) {
         pPane->SetPinned(false);
     }
     m_listGroups.push_back(std::move(group));
-    UpdateStrips();
+    m_bars.Show(m_listGroups);
     if (bFocus)
         m_frame.ClientArea().setFocus(Qt::OtherFocusReason);
 }
 
-void CAutoHide::Dock(const CGroup& group, CDockablePane& front) {
+void CAutoHide::Dock(const CFoldedGroup& group, CDockablePane& front) {
     const QScopedValueRollback moving(m_bMoving, true);
     CDockablePane* pBefore = nullptr;
     for (CDockablePane* pPane : group.m_listPanes) {
@@ -339,9 +151,9 @@ void CAutoHide::Pin(CDockablePane& pane) {
     for (std::size_t n = 0; n < m_listGroups.size(); ++n) {
         if (!m_listGroups[n].m_listPanes.contains(&pane))
             continue;
-        const CGroup group = m_listGroups[n];
+        const CFoldedGroup group = m_listGroups[n];
         m_listGroups.erase(m_listGroups.begin() + static_cast<std::ptrdiff_t>(n));
-        UpdateStrips();
+        m_bars.Show(m_listGroups);
         Dock(group, pane);
         pane.MainControl()->setFocus(Qt::OtherFocusReason);
         return;
@@ -354,125 +166,27 @@ void CAutoHide::PinAll() {
 }
 
 void CAutoHide::OnClosed(CDockablePane* pPane) {
-    CGroup* pGroup = GroupOf(*pPane);
+    CFoldedGroup* pGroup = GroupOf(*pPane);
     if (pGroup == nullptr)
         return;
     if (m_pOut == pPane)
         SlideIn();
-    const CGroup alone{pGroup->m_nEdge, 0, {pPane}};
+    const CFoldedGroup alone{pGroup->m_nEdge, 0, {pPane}};
     pGroup->m_listPanes.removeOne(pPane);
-    std::erase_if(m_listGroups, [](const CGroup& group) { return group.m_listPanes.isEmpty(); });
-    UpdateStrips();
+    std::erase_if(m_listGroups, [](const CFoldedGroup& group) { return group.m_listPanes.isEmpty(); });
+    m_bars.Show(m_listGroups);
     Dock(alone, *pPane);
     pPane->hide();
 }
 
-// Toolbars that the user made or moved meanwhile stand in the last rows: the strips come behind them.
-void CAutoHide::PlaceStrips() {
-    for (const CEdge& edge : kEdges) {
-        QToolBar* pStrip = m_mapStrips.at(edge.m_nArea);
-        const bool bHidden = pStrip->isHidden();
-        m_frame.removeToolBar(pStrip);
-        m_frame.addToolBarBreak(edge.m_nBar);
-        m_frame.addToolBar(edge.m_nBar, pStrip);
-        pStrip->setHidden(bHidden);
-    }
-}
-
-void CAutoHide::UpdateStrips() {
-    PlaceStrips();
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        if (QWidget* pOld = pStrip->findChild<QWidget*>(QStringLiteral("Tabs"))) {
-            pOld->setObjectName(QString());
-            pOld->hide(); // a tab may be in the middle of its click
-            pOld->deleteLater();
-        }
-        pStrip->clear();
-        pStrip->setFocusProxy(nullptr);
-        bool bAny = false;
-        auto* pHost = new QWidget;
-        pHost->setObjectName(QStringLiteral("Tabs"));
-        auto* pLayout =
-            new QBoxLayout(IsUpright(nEdge) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, pHost);
-        pLayout->setContentsMargins(0, 0, 0, 0);
-        pLayout->setSpacing(1);
-        for (const CGroup& group : m_listGroups) {
-            if (group.m_nEdge != nEdge)
-                continue;
-            if (bAny)
-                pLayout->addSpacing(10);
-            for (CDockablePane* pPane : group.m_listPanes) {
-                auto* pTab = new CAutoHideTab(*this, *pPane, IsUpright(nEdge));
-                pLayout->addWidget(pTab);
-                if (!bAny)
-                    pStrip->setFocusProxy(pTab);
-                bAny = true;
-            }
-        }
-        pLayout->addStretch();
-        pStrip->addWidget(pHost);
-        pStrip->setVisible(bAny);
-    }
-}
-
-// What the menu, the bars and the strips leave of the window. The panes themselves are no measure: the
-// toolkit parks those behind tabs outside the window.
-QRect CAutoHide::Room() const {
-    QRect room = m_frame.contentsRect();
-    room.setTop(m_frame.menuBar()->geometry().bottom() + 1);
-    if (!m_frame.statusBar()->isHidden())
-        room.setBottom(m_frame.statusBar()->geometry().top() - 1);
-    for (const QToolBar* pBar : m_frame.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (pBar->isHidden() || pBar->isFloating())
-            continue;
-        const QRect bar = pBar->geometry();
-        switch (m_frame.toolBarArea(pBar)) {
-        case Qt::LeftToolBarArea:
-            room.setLeft(std::max(room.left(), bar.right() + 1));
-            break;
-        case Qt::RightToolBarArea:
-            room.setRight(std::min(room.right(), bar.left() - 1));
-            break;
-        case Qt::TopToolBarArea:
-            room.setTop(std::max(room.top(), bar.bottom() + 1));
-            break;
-        case Qt::BottomToolBarArea:
-            room.setBottom(std::min(room.bottom(), bar.top() - 1));
-            break;
-        default:
-            break;
-        }
-    }
-    return room;
-}
-
 void CAutoHide::Place() {
-    const CGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr;
-    if (pGroup == nullptr)
-        return;
-    const QRect room = Room();
-    QRect rect = room;
-    const int nWidth = std::min(std::max(StoredFold::kLeast, pGroup->m_nThickness), room.width() * 9 / 10);
-    const int nHeight = std::min(std::max(StoredFold::kLeast, pGroup->m_nThickness), room.height() * 9 / 10);
-    switch (pGroup->m_nEdge) {
-    case Qt::LeftDockWidgetArea:
-        rect.setWidth(nWidth);
-        break;
-    case Qt::RightDockWidgetArea:
-        rect.setLeft(room.right() - nWidth + 1);
-        break;
-    case Qt::TopDockWidgetArea:
-        rect.setHeight(nHeight);
-        break;
-    default:
-        rect.setTop(room.bottom() - nHeight + 1);
+    if (const CFoldedGroup* const group = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
+        m_pSlide->Place(group->m_nThickness);
     }
-    m_pSlide->setGeometry(rect);
-    m_pSlide->Arrange();
 }
 
 void CAutoHide::SlideOut(CDockablePane& pane, bool bFocus) {
-    const CGroup* pGroup = GroupOf(pane);
+    const CFoldedGroup* pGroup = GroupOf(pane);
     if (pGroup == nullptr)
         return;
     if (m_pOut != &pane) {
@@ -537,29 +251,9 @@ void CAutoHide::OnWatch() {
         SlideIn();
 }
 
-QList<QWidget*> CAutoHide::Strips() const {
-    QList<QWidget*> listStrips;
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        if (pStrip->isVisible())
-            listStrips << pStrip;
-    }
-    return listStrips;
-}
-
-CAutoHideTab* CAutoHide::Tab(const CDockablePane& pane) const {
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        for (auto* pButton : pStrip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
-            auto* pTab = dynamic_cast<CAutoHideTab*>(pButton);
-            if (pTab != nullptr && pTab->isVisibleTo(pStrip) && &pTab->Pane() == &pane)
-                return pTab;
-        }
-    }
-    return nullptr;
-}
-
 std::vector<StoredFold> CAutoHide::Folds() const {
     std::vector<StoredFold> folds;
-    for (const CGroup& group : m_listGroups) {
+    for (const CFoldedGroup& group : m_listGroups) {
         StoredFold& fold = folds.emplace_back(StoredFold{group.m_nEdge, group.m_nThickness, {}});
         for (const CDockablePane* pPane : group.m_listPanes) {
             fold.m_listPanes.push_back(pPane->objectName());
@@ -570,7 +264,7 @@ std::vector<StoredFold> CAutoHide::Folds() const {
 
 void CAutoHide::Restore(const std::vector<StoredFold>& folds) {
     for (const StoredFold& fold : folds) {
-        CGroup group{fold.m_nEdge, fold.m_nThickness, {}};
+        CFoldedGroup group{fold.m_nEdge, fold.m_nThickness, {}};
         for (const QString& name : fold.m_listPanes) {
             for (CDockablePane* pPane : m_frame.Panes()) {
                 if (pPane->objectName() == name && !IsFolded(*pPane)) {
