@@ -227,8 +227,7 @@ private slots:
                                   QVERIFY(list.isVisible());
                                   for (const int nWidth : {dialog.width(), dialog.width() - 40}) {
                                       dialog.resize(nWidth, dialog.height());
-                                      QCoreApplication::processEvents();
-                                      QCOMPARE(list.header()->length(), list.viewport()->width());
+                                      QTRY_COMPARE(list.header()->length(), list.viewport()->width());
                                       const QModelIndex file =
                                           FindNode(*list.model(), QStringLiteral("a.log"), list.rootIndex());
                                       for (int n = 0; n < list.model()->columnCount(); ++n) {

@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTimer>
 #include <QTreeView>
 
 #include <algorithm>
@@ -52,7 +53,8 @@ QString NearestFolder(QString strFolder) {
 }
 
 // The columns of the toolkit's file dialog, which are narrower than what stands in them: all have room for
-// it, and the names the rest. The system's own dialogs have no such list.
+// it, and the names the rest. The system's own dialogs have no such list. The header sizes its columns one by
+// one, and its length holds only when it is through with all of them: the names wait until then.
 class CFileColumns final : public QObject {
 public:
     explicit CFileColumns(QFileDialog& dialog)
@@ -62,16 +64,20 @@ public:
         for (int nColumn = 1; nColumn < m_pList->header()->count(); ++nColumn)
             m_pList->header()->setSectionResizeMode(nColumn, QHeaderView::ResizeToContents);
         m_pList->viewport()->installEventFilter(this);
+        m_fit.setSingleShot(true);
+        connect(&m_fit, &QTimer::timeout, this, &CFileColumns::FitNames);
         connect(m_pList->header(), &QHeaderView::sectionResized, this, [this](int nColumn) {
-            if (nColumn != 0)
-                FitNames();
+            if (nColumn != 0) {
+                m_fit.start(0);
+            }
         });
     }
 
 protected:
     bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        if (pEvent->type() == QEvent::Resize)
-            FitNames();
+        if (pEvent->type() == QEvent::Resize) {
+            m_fit.start(0);
+        }
         return QObject::eventFilter(pObject, pEvent);
     }
 
@@ -85,6 +91,7 @@ private:
     static constexpr int kLeastNames = 200;
 
     QTreeView* m_pList;
+    QTimer m_fit;
 };
 
 class CQtUserInterface final : public CUserInterface {
