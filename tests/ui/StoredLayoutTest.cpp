@@ -100,6 +100,7 @@ private slots:
         QCOMPARE(Told("right:90:a;top:91:b"), QStringLiteral("right:90:a;top:91:b"));
         // One pane is folded away once, wherever it was told first.
         QCOMPARE(Told("right:90:a,a,b;top:91:b,c;left:92:a"), QStringLiteral("right:90:a,b;top:91:c"));
+        QCOMPARE(Told("right:90:\xFF,\xFE"), QStringLiteral("right:90:\uFFFD")); // bytes that are no text
     }
 
     void aFoldThatMakesNoSenseIsLeftOut() {

@@ -121,7 +121,7 @@ const char* EdgeName(Qt::DockWidgetArea edge) {
 
 std::vector<StoredFold> ReadFolds(std::string_view stored) {
     std::vector<StoredFold> folds;
-    std::set<std::string_view> seen;
+    std::set<QString> seen;
     for (const std::string_view text : Split(stored, ';')) {
         const std::vector<std::string_view> parts = Split(text, ':');
         const auto* const edge = std::ranges::find(kEdges, parts[0], &CEdge::m_pszName);
@@ -130,9 +130,10 @@ std::vector<StoredFold> ReadFolds(std::string_view stored) {
         }
         StoredFold fold{
             edge->m_nArea, std::clamp(ReadInteger(parts[1]), StoredFold::kLeast, StoredFold::kMost), {}};
-        for (const std::string_view name : Split(parts[2], ',')) {
-            if (!name.empty() && seen.insert(name).second) {
-                fold.m_listPanes.push_back(ToQString(name));
+        for (const std::string_view part : Split(parts[2], ',')) {
+            const QString name = ToQString(part);
+            if (!name.isEmpty() && seen.insert(name).second) {
+                fold.m_listPanes.push_back(name);
             }
         }
         if (!fold.m_listPanes.empty()) {
