@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced: how the sanitizers' run times behave in tests and fuzzing.
 export ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1:detect_stack_use_after_return=1
 export UBSAN_OPTIONS=print_stacktrace=1

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by ./run, ./test and .ci/run: packages, configuring and building.
 
 say() { printf '== %s\n' "$*"; }
@@ -50,12 +51,16 @@ fail_with() {
     fail "The $2 step of build/$1 failed."
 }
 
-packages_build=(cmake g++ make ninja-build rapidjson-dev libcli11-dev)
-packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev fonts-dejavu-core)
-packages_test=(libgtest-dev libgmock-dev locales python3 xdotool xvfb)
-packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
-packages_mingw=(g++-mingw-w64-x86-64-posix xz-utils)
-packages_windows=("${packages_mingw[@]}" googletest wine wine64)
-packages_windows_window=(xvfb fonts-wine fonts-liberation)
-packages_windows_qt=(dpkg-dev)
-packages_windows_package=(nsis)
+# shellcheck disable=SC2034 # used by those that source this
+{
+    packages_build=(cmake g++ make ninja-build rapidjson-dev libcli11-dev)
+    packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev fonts-dejavu-core)
+    packages_test=(libgtest-dev libgmock-dev locales python3 xdotool xvfb)
+    packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
+    packages_lint=(clang-format-14 clang-tidy-14 shellcheck)
+    packages_mingw=(g++-mingw-w64-x86-64-posix xz-utils)
+    packages_windows=("${packages_mingw[@]}" googletest wine wine64)
+    packages_windows_window=(xvfb fonts-wine fonts-liberation)
+    packages_windows_qt=(dpkg-dev)
+    packages_windows_package=(nsis)
+}

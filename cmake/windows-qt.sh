@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced after setup.sh: find_windows_qt looks for a Qt for 64-bit Windows (mingw-w64) and sets windows_qt to its prefix,
 # or to nothing. Places, the first wins:
 #
@@ -41,10 +42,12 @@ find_windows_qt() {
         is_windows_qt "$place" || fail "CARVELOT_QT_WINDOWS=$place holds no Qt for Windows."
         windows_qt=$(cd "$place" && pwd)
     elif [[ -n $place ]]; then
+        # shellcheck disable=SC2034 # the result
         windows_qt=$(unpack_windows_qt "$place") || fail "CARVELOT_QT_WINDOWS=$place holds no Qt for Windows."
     elif is_windows_qt "$windows_qt_cache/$windows_qt_name"; then
         windows_qt=$windows_qt_cache/$windows_qt_name
     elif [[ -e ../shared/windows/$windows_qt_name.tar.xz ]]; then
+        # shellcheck disable=SC2034 # the result
         windows_qt=$(unpack_windows_qt "../shared/windows/$windows_qt_name.tar.xz") || windows_qt=
     fi
 }

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced: prepare_wine FOLDER makes a Wine prefix of its own, once, and sets the environment for it.
 
 prepare_wine() {

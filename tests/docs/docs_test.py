@@ -30,6 +30,7 @@ def is_told(option, help_text):
 
 def pages(source):
     yield "README.md"
+    yield "CONTRIBUTING.md"
     for name in sorted(os.listdir(os.path.join(source, "docs"))):
         if name.endswith(".md"):
             yield "docs/" + name
