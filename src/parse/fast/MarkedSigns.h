@@ -13,8 +13,8 @@ struct LineSigns {
     bool ubeInLine = false; // "--UBE--" stands anywhere in the line
 };
 
-// `text` is a slice of the line, and not empty for a line of a batch job to be known. Of the signs those are
-// found that the marks were made for.
+// `text` is a slice of the line; an empty one has no signs, nor is the line then looked at. Those signs are
+// found that the scan marks for the line's format.
 LineSigns FindSigns(std::string_view text, std::string_view line, const LineMarks& marks);
 
 } // namespace carvelot

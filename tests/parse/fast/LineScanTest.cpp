@@ -1,5 +1,5 @@
-#include "parse/LogReader.h"
 #include "parse/fast/LineScan.h"
+#include "parse/LogReader.h"
 
 #include <gtest/gtest.h>
 
@@ -45,15 +45,15 @@ TEST(LineScan, SeesTheSameInEveryStep) {
                 return std::tuple(places(index.ends.get()), places(index.marks.get()), index.ascii,
                                   index.holdsNul);
             };
-            const auto byBytes = seen(ScanByBytes(format));
+            const auto slow = seen(ScanByBytes(format));
             if (ScanBy16(format) != nullptr) {
-                EXPECT_EQ(seen(ScanBy16(format)), byBytes);
+                EXPECT_EQ(seen(ScanBy16(format)), slow);
             }
             const auto plain = seen(FindLineEnds);
             EXPECT_TRUE(std::get<1>(plain).empty());
-            EXPECT_EQ(std::get<0>(plain), std::get<0>(byBytes));
-            EXPECT_EQ(std::get<2>(plain), std::get<2>(byBytes));
-            EXPECT_EQ(std::get<3>(plain), std::get<3>(byBytes));
+            EXPECT_EQ(std::get<0>(plain), std::get<0>(slow));
+            EXPECT_EQ(std::get<2>(plain), std::get<2>(slow));
+            EXPECT_EQ(std::get<3>(plain), std::get<3>(slow));
             std::vector<std::uint32_t> ends;
             for (std::uint32_t i = 0; i < length; ++i) {
                 if (block[i] == '\n' || block[i] == '\r') {
