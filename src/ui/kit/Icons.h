@@ -1,4 +1,5 @@
-// Icons.h - all pictures of the program. They are drawn, not stored, so that they are sharp at every scale.
+// Icons.h - all pictures of the program. Each is a drawing in resources/icons, rendered by the build at the
+// sizes that screens ask for.
 #pragma once
 
 #include <QIcon>
@@ -12,10 +13,10 @@ inline constexpr QSize kStripImageSize{16, 15};
 
 // Loads a strip by its name: "TreeImages" (23 images, both session trees) or "cacheicons" (11 images, the
 // Cache Details pane). False for any other name.
-bool LoadImageStrip(const char* pszName, QList<QIcon>& listImages);
+bool LoadImageStrip(const char* name, QList<QIcon>& images);
 
 // The icon of a command; null for one that has none.
-QIcon CommandIcon(int nId);
+QIcon CommandIcon(int id);
 
 // The program, a session window, a cache browser window.
 QIcon ApplicationIcon();
