@@ -5,8 +5,8 @@
 #include "text/CaseText.h"
 
 #include <algorithm>
-#include <array>
 #include <deque>
+#include <functional>
 #include <span>
 #include <string>
 #include <utility>
@@ -60,26 +60,18 @@ public:
     CSorter(std::vector<std::string_view> texts, bool descending)
         : m_texts(std::move(texts)), m_bDescending(descending) {}
 
-    void SortKeys(std::span<Entry> run) {
-        // The reverse order of keys is the order of their complements; equal keys keep their order in both.
-        const std::uint64_t flip = m_bDescending ? ~std::uint64_t{0} : 0;
-        for (Entry& entry : run) {
-            entry.key ^= flip;
-        }
-        if (run.size() < kFewRows) {
-            std::stable_sort(run.begin(), run.end(),
-                             [](const Entry& a, const Entry& b) { return a.key < b.key; });
+    // Equal keys keep their order in both orders.
+    void SortKeys(std::span<Entry> run) const {
+        if (m_bDescending) {
+            std::ranges::stable_sort(run, std::ranges::greater{}, &Entry::key);
         } else {
-            SortByBytes(run);
-        }
-        for (Entry& entry : run) {
-            entry.key ^= flip;
+            std::ranges::stable_sort(run, std::ranges::less{}, &Entry::key);
         }
     }
 
     // Sorts rows whose texts are the same up to a place: by the next eight characters, then each run of rows
     // that have these in common by the next ones.
-    void SortTexts(std::span<Entry> run, std::size_t place) {
+    void SortTexts(std::span<Entry> run, std::size_t place) const {
         const std::string_view first = m_texts[run.front().text];
         std::size_t common = first.size();
         bool same = true; // in length
@@ -119,36 +111,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kFewRows = 512;
-
-    // By each byte of the keys, the last one first, and only by those that differ: keys of one list share
-    // most.
-    void SortByBytes(std::span<Entry> run) {
-        std::array<std::array<std::uint32_t, 256>, 8> counts{};
-        for (const Entry& entry : run) {
-            for (unsigned byte = 0; byte < 8; ++byte) {
-                ++counts[byte][(entry.key >> (8 * byte)) & 0xFFU];
-            }
-        }
-        m_other.resize(std::max(m_other.size(), run.size()));
-        for (unsigned byte = 0; byte < 8; ++byte) {
-            auto& places = counts[byte];
-            if (places[(run.front().key >> (8 * byte)) & 0xFFU] == run.size()) {
-                continue;
-            }
-            std::uint32_t place = 0;
-            for (std::uint32_t& count : places) {
-                place += std::exchange(count, place);
-            }
-            for (const Entry& entry : run) {
-                m_other[places[(entry.key >> (8 * byte)) & 0xFFU]++] = entry;
-            }
-            std::copy_n(m_other.begin(), run.size(), run.begin());
-        }
-    }
-
     std::vector<std::string_view> m_texts;
-    std::vector<Entry> m_other;
     bool m_bDescending;
 };
 
@@ -177,7 +140,7 @@ void SortByKey(std::vector<std::size_t>& rows, bool descending,
                             ? key.Text()
                             : kept.emplace_back(ascii ? std::string(key.Text()) : FoldedCase(key.Text())));
     }
-    CSorter sorter(std::move(texts), descending);
+    const CSorter sorter(std::move(texts), descending);
     if (isText) {
         sorter.SortTexts(entries, 0);
     } else {

@@ -1,7 +1,6 @@
-// Tells a debug log from a JAS log by the file's first lines, and learns where a debug log's statement text
-// stands.
-#include "session/CarvelotDoc.h"
+#include "parse/LogFormat.h"
 
+#include "parse/Classifier.h"
 #include "platform/CodePage.h"
 #include "text/Columns.h"
 #include "text/LineTokens.h"
@@ -11,51 +10,11 @@ namespace carvelot {
 namespace {
 
 constexpr std::string_view kDebugSign = "Entering JDB";
-constexpr std::string_view kUBESign = "--UBE--";
 constexpr int kMostLines = 5001;
 constexpr int kJASLinesNeeded = 6;
 constexpr int kJASLevelToken = 5;
 
-} // namespace
-
-bool CCarvelotDoc::DetectLogFormat(CLogReader& reader) {
-    int hits = 0;
-    int tabs = 0;
-    std::string converted;
-    LogLine line;
-    for (int lines = 0; lines < kMostLines && reader.ReadLogLine(line); ++lines) {
-        const std::string_view text = platform::BytesToUtf8(line.bytes, converted);
-        const std::size_t sign = text.find(kDebugSign);
-        if (sign != std::string_view::npos && sign > 0) {
-            ++hits;
-            tabs = 0;
-            std::size_t search = 0;
-            do {
-                const std::size_t tab = text.find('\t', search);
-                if (tab == std::string_view::npos) {
-                    m_nTextColumn = static_cast<std::int32_t>(ColumnOf(text, sign));
-                    break;
-                }
-                tabs += tab <= sign ? 1 : 0;
-                search = tab + 1;
-            } while (search < sign);
-        }
-        if (text.find(kUBESign) != std::string_view::npos) {
-            ++hits;
-        }
-    }
-    if (tabs >= 1) {
-        m_nTabCount = tabs;
-        return true;
-    }
-    if (m_nTextColumn > 0 || hits > 0) {
-        return true;
-    }
-    reader.Rewind(HintSet::None);
-    return DetectJASFormat(reader);
-}
-
-bool CCarvelotDoc::DetectJASFormat(CLogReader& reader) {
+bool IsJASLog(CLogReader& reader) {
     int lines = 0;
     int score = 0;
     LogLine line;
@@ -73,10 +32,49 @@ bool CCarvelotDoc::DetectJASFormat(CLogReader& reader) {
         }
         score += count == kJASLevelToken && token.starts_with('[') ? 1 : 0;
     }
-    if (score < kJASLinesNeeded) {
+    return score >= kJASLinesNeeded;
+}
+
+} // namespace
+
+bool DetectLogFormat(CLogReader& reader, LogFormat& format, CDebugLineParser& parser) {
+    int hits = 0;
+    int tabs = 0;
+    std::string converted;
+    LogLine line;
+    for (int lines = 0; lines < kMostLines && reader.ReadLogLine(line); ++lines) {
+        const std::string_view text = platform::BytesToUtf8(line.bytes, converted);
+        const std::size_t sign = text.find(kDebugSign);
+        if (sign != std::string_view::npos && sign > 0) {
+            ++hits;
+            tabs = 0;
+            std::size_t search = 0;
+            do {
+                const std::size_t tab = text.find('\t', search);
+                if (tab == std::string_view::npos) {
+                    parser.m_nTextColumn = static_cast<std::int32_t>(ColumnOf(text, sign));
+                    break;
+                }
+                tabs += tab <= sign ? 1 : 0;
+                search = tab + 1;
+            } while (search < sign);
+        }
+        if (text.find(kUBESign) != std::string_view::npos) {
+            ++hits;
+        }
+    }
+    if (tabs >= 1) {
+        parser.m_nTabCount = tabs;
+        return true;
+    }
+    if (parser.m_nTextColumn > 0 || hits > 0) {
+        return true;
+    }
+    reader.Rewind();
+    if (!IsJASLog(reader)) {
         return false;
     }
-    m_nLogFormat = LOG_FORMAT_JAS;
+    format = LOG_FORMAT_JAS;
     return true;
 }
 

@@ -1,4 +1,4 @@
-#include "text/LineScanLoop.h"
+#include "parse/fast/LineScanLoop.h"
 
 namespace carvelot {
 
@@ -10,7 +10,7 @@ public:
     explicit ByteStretch(const ClassTables& tables) : m_tables(tables) {}
 
     void Look(const char* p) {
-        m_ends = m_hints = 0;
+        m_ends = m_marks = 0;
         const auto classOf = [](char c, const unsigned char* low, const unsigned char* high) {
             const auto byte = static_cast<unsigned char>(c);
             return byte < 0x80 ? low[byte & 0xFU] & high[byte >> 4U] : 0;
@@ -24,39 +24,29 @@ public:
             }
             m_ends |= std::uint64_t{(here & kLineEnd) != 0} << at;
             const int behind = classOf(p[at + 1], m_tables.secondLow, m_tables.secondHigh);
-            m_hints |= std::uint64_t{(here & behind) != 0} << at;
+            m_marks |= std::uint64_t{(here & behind) != 0} << at;
         }
     }
     std::uint64_t LineEnds() const { return m_ends; }
-    std::uint64_t Hints() const { return m_hints; }
+    std::uint64_t Marks() const { return m_marks; }
     bool IsAscii() const { return m_ascii; }
     bool HoldsNul() const { return m_nul; }
 
 private:
     const ClassTables& m_tables;
     std::uint64_t m_ends = 0;
-    std::uint64_t m_hints = 0;
+    std::uint64_t m_marks = 0;
     bool m_ascii = true;
     bool m_nul = false;
 };
 
 } // namespace
 
-LineIndex::LineIndex(std::size_t size)
-    : ends(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)),
-      hints(std::make_unique_for_overwrite<std::uint32_t[]>(size + 1)) {
-    Clear();
-}
+BlockScan ScanByBytes(LogFormat format) { return ScanOf<ByteStretch>(format); }
 
-ScanBlockFunction ScanByBytes(HintSet set) { return ScanOf<ByteStretch>(set); }
-
-ScanBlockFunction BestScan(HintSet set) {
-    for (const ScanBlockFunction scan : {ScanBy64(set), ScanBy32(set), ScanBy16(set)}) {
-        if (scan != nullptr) {
-            return scan;
-        }
-    }
-    return ScanByBytes(set);
+BlockScan FastScan(LogFormat format) {
+    const BlockScan scan = ScanBy16(format);
+    return scan != nullptr ? scan : ScanByBytes(format);
 }
 
 } // namespace carvelot

@@ -1,5 +1,5 @@
 // Lines that begin as earlier ones did take a short way, and words are looked for where the scan of a block
-// says that they may stand. With both switched off the same bytes must give the same session.
+// says that they may stand. With that switched off the same bytes must give the same session.
 #include "report/JsonReport.h"
 #include "support/SameSessions.h"
 #include "support/TestLog.h"
@@ -47,7 +47,7 @@ void ExpectSameBothWays(const std::string& log, std::uint32_t filter) {
 // How lines begin and go on, and the line that tells the format.
 struct Form {
     std::string lead;
-    std::vector<std::string> heads;
+    std::vector<std::string> beginnings;
     std::vector<std::string> texts;
 };
 
@@ -76,27 +76,27 @@ Form DebugForm(const std::string& behind) {
          {"Jan 15 08:00:00.000001 - ", "Feb 15 08:00:00.000002 - ", "Jan 15 08:00:01.5 - ",
           "Jan  5 09:00:00.000001 - ", "Jan 15 08:00:00.000003 ** "}) {
         for (const char* ids : {"12/34 Worker", "12/35 Worker", "77/1 WRK:Starting jdeCallObject"}) {
-            form.heads.push_back(std::string(stamp) + ids + behind);
+            form.beginnings.push_back(std::string(stamp) + ids + behind);
         }
     }
-    form.lead = form.heads[0] + "Entering JDB_OpenTable\n";
+    form.lead = form.beginnings[0] + "Entering JDB_OpenTable\n";
     form.texts = kDebugTexts;
     return form;
 }
 
 Form ColumnForm() {
     Form form = DebugForm("");
-    for (std::string& head : form.heads) {
-        head.resize(60, ' ');
+    for (std::string& beginning : form.beginnings) {
+        beginning.resize(60, ' ');
     }
-    form.lead = form.heads[0] + "Entering JDB_OpenTable\n";
+    form.lead = form.beginnings[0] + "Entering JDB_OpenTable\n";
     return form;
 }
 
 Form UBEForm(Form form) {
     form.lead += "--UBE--[2] Started\n";
-    form.heads.insert(form.heads.end(),
-                      {"--UBE--[2] ", "--UBE--[3] 3 10:00:00 ", "Calling 3 10:00:00 --UBE--"});
+    form.beginnings.insert(form.beginnings.end(),
+                           {"--UBE--[2] ", "--UBE--[3] 3 10:00:00 ", "Calling 3 10:00:00 --UBE--"});
     form.texts.insert(form.texts.end(), {"--UBE--", "x--UBE--[2]", "-UBE--"});
     return form;
 }
@@ -107,11 +107,11 @@ Form JASForm() {
          {"15 Jan 2024 08:00:00,001 ", "5 Feb 2024 08:00:00,002 ", "15 Jan 2024 08:00:01,5 "}) {
         for (const char* rest : {"[APP   ] SMITH - [JDBJ]   ", "[APP   ] - [BASE] ",
                                  "[WARN  ] SMITH - [JDBJ] ", "[DEBUG ] A B - [RUNTIME]\t"}) {
-            form.heads.push_back(std::string(stamp) + rest);
+            form.beginnings.push_back(std::string(stamp) + rest);
         }
     }
     for (int i = 0; i < 6; ++i) {
-        form.lead += form.heads[0] + "started\n";
+        form.lead += form.beginnings[0] + "started\n";
     }
     form.texts = {"SELECT A FROM T WHERE B = ? AND C = ?",
                   "SELECT A FROM T",
@@ -138,7 +138,7 @@ public:
     std::string Next() {
         std::string log = m_form.lead;
         for (std::size_t lines = 5 + Below(40); lines > 0; --lines) {
-            std::string line = Any(m_form.heads) + Any(m_form.texts);
+            std::string line = Any(m_form.beginnings) + Any(m_form.texts);
             for (std::size_t steps = Below(4); steps > 1; --steps) {
                 Step(line);
             }
@@ -198,7 +198,7 @@ TEST(PlainParse, ReadsLinesWithSeveralTabsAsTheShortWayDoes) {
     Form form = DebugForm("\tx\ty\t");
     for (const char* behind : {"\t", "\tx\t", "\tx\ty\tz\t", " "}) {
         const Form other = DebugForm(behind);
-        form.heads.insert(form.heads.end(), other.heads.begin(), other.heads.end());
+        form.beginnings.insert(form.beginnings.end(), other.beginnings.begin(), other.beginnings.end());
     }
     ExpectSameOfNearMisses(form);
 }
@@ -207,7 +207,7 @@ TEST(PlainParse, ReadsLinesWithAFixedColumnAsTheShortWayDoes) { ExpectSameOfNear
 
 TEST(PlainParse, ReadsLinesWhoseDashFixesTheColumnAsTheShortWayDoes) {
     Form form = DebugForm("\t");
-    form.lead += form.heads[0] + "On x\n" + form.heads[0] + " - On y\n";
+    form.lead += form.beginnings[0] + "On x\n" + form.beginnings[0] + " - On y\n";
     ExpectSameOfNearMisses(form);
 }
 

@@ -7,35 +7,36 @@
 
 namespace carvelot::test {
 
-TEST(LineHead, IsNoneWhereASearchForATabStartedOver) {
+TEST(LineBeginnings, IsNoneWhereASearchForATabStartedOver) {
     // The text stands behind the third tab. With one tab the search finds that one once more, with two none.
-    const std::string head = "Jan 15 08:00:00.000001 - 12/34 WRK:Starting jdeCallObject\t";
+    const std::string beginning = "Jan 15 08:00:00.000001 - 12/34 WRK:Starting jdeCallObject\t";
     std::string log = "Jan 15 08:00:00.000001 - 1/1 Worker\tx\ty\tEntering JDB_OpenTable\n";
     for (const char* rest : {"On x", "On\tx", "On\tx\ty", "On x\ty\tz\tv", "On\tx", "On y"}) {
-        log.append(head).append(rest).append("\n");
+        log.append(beginning).append(rest).append("\n");
     }
     EXPECT_EQ(TestSession(log).Texts(),
               (std::vector<std::string>{"Entering JDB_OpenTable", "On x", "", "y", "z\tv", "", "On y"}));
 }
 
-TEST(LineHead, LeavesALineOfAUBEToTheLongWay) {
-    const std::string head = "Jan 15 08:00:00.000001 - 12/34 Worker\t";
-    const TestSession session(head + "Entering JDB_OpenTable\n" + head + "On x\n" + head + "x --UBE-- y\n");
+TEST(LineBeginnings, LeavesALineOfAUBEToTheLongWay) {
+    const std::string beginning = "Jan 15 08:00:00.000001 - 12/34 Worker\t";
+    const TestSession session(beginning + "Entering JDB_OpenTable\n" + beginning + "On x\n" + beginning +
+                              "x --UBE-- y\n");
     EXPECT_EQ(session.Kind(2), LOG_UBE);
-    EXPECT_EQ(session.Text(2), head + "x --UBE-- y");
+    EXPECT_EQ(session.Text(2), beginning + "x --UBE-- y");
     EXPECT_EQ(session.Record(2).m_nProcessID, 0U);
 }
 
-TEST(LineHead, KeepsALabelThatRunsOnIntoTheText) {
+TEST(LineBeginnings, KeepsALabelThatRunsOnIntoTheText) {
     // Without a tab the label goes on to the line's end, whatever the text is trimmed of.
-    const std::string head = "Jan 15 08:00:00.000001 - 12/34 Worker      ";
-    std::string log = head + "Entering JDB_OpenTable\n";
+    const std::string beginning = "Jan 15 08:00:00.000001 - 12/34 Worker      ";
+    std::string log = beginning + "Entering JDB_OpenTable\n";
     const std::vector<std::string> texts = {"On x",      "On y",    " On z", "  On z",   "       On far",
                                             "On x ",     "On x   ", "On\tx", "On x\ty ", "\tOn x",
                                             " \tOn tab", "On x\t ", "",      " ",        "On x\t\ty"};
     for (int round = 0; round < 2; ++round) {
         for (const std::string& text : texts) {
-            log.append(head).append(text).append("\n");
+            log.append(beginning).append(text).append("\n");
         }
     }
     const TestSession session(log);
@@ -48,7 +49,7 @@ TEST(LineHead, KeepsALabelThatRunsOnIntoTheText) {
     }
 }
 
-TEST(LineHead, IsNeverOneThatTheProcessFilterRefuses) {
+TEST(LineBeginnings, IsNeverOneThatTheProcessFilterRefuses) {
     std::string log;
     for (int i = 0; i < 4; ++i) {
         log.append("Jan 15 08:00:00.000001 - 12/34 Worker\tEntering JDB_OpenTable\n");
@@ -68,10 +69,10 @@ TEST(LineHead, IsNeverOneThatTheProcessFilterRefuses) {
     EXPECT_EQ(web.Count(), 0U);
 }
 
-TEST(LineHead, EndsBeforeALabelThatEndsWhereTheTextBegins) {
+TEST(LineBeginnings, EndsBeforeALabelThatEndsWhereTheTextBegins) {
     // The label ends at a tab in the text's column; in another line that begins so it goes on.
-    const std::string head = "Jan 15 08:00:00.000001 - 12/34 Worker      ";
-    const TestSession session(head + "Entering JDB_OpenTable\n" +
+    const std::string beginning = "Jan 15 08:00:00.000001 - 12/34 Worker      ";
+    const TestSession session(beginning + "Entering JDB_OpenTable\n" +
                               "Jan 15 08:00:00.000001 - 12/35 Worker      \tOn x\n" +
                               "Jan 15 08:00:00.000001 - 12/35 Worker       On y\n");
     EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), "Worker      ");
@@ -80,7 +81,7 @@ TEST(LineHead, EndsBeforeALabelThatEndsWhereTheTextBegins) {
     EXPECT_EQ(session.Record(2).m_strText, "On y");
 }
 
-TEST(LineHead, TellsTheFormOfALineThatBeginsAsAnEarlierOneDid) {
+TEST(LineBeginnings, TellsTheFormOfALineThatBeginsAsAnEarlierOneDid) {
     const std::string usual = "Jan 15 08:00:00.000001 - 12/34 Worker\t";
     const std::string old = "Jan 15 08:00:00.000001 ** 12/34 Worker\tOn x\n";
     const std::string lead = usual + "Entering JDB_OpenTable\n" + usual + "On x\n";
