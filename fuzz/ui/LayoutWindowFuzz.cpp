@@ -35,8 +35,8 @@ void StartApplication() {
     static int argc = 1;
     static char name[] = "carvelot";
     static char* argv[] = {name, nullptr};
-    static auto* const pApplication = new QApplication(argc, argv);
-    (void)pApplication;
+    static auto* const application = new QApplication(argc, argv);
+    (void)application;
 }
 
 } // namespace
@@ -55,8 +55,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QSize window = run.Frame().size();
     fuzz::Require(window.width() > 50 && window.height() > 50, "the window has a size to work in");
     run.Frame().RestoreDefaultLayout();
-    for (const CDockablePane* pPane : run.Frame().Panes()) {
-        fuzz::Require(!pPane->isFloating(), "the default layout brings every pane back");
+    for (const CDockablePane* pane : run.Frame().Panes()) {
+        fuzz::Require(!pane->isFloating(), "the default layout brings every pane back");
     }
     return 0;
 }

@@ -32,7 +32,7 @@ class ICacheHost {
 public:
     virtual ~ICacheHost() = default;
     // A message box with an OK button.
-    virtual void ShowMessage(std::string_view strText) = 0;
+    virtual void ShowMessage(std::string_view text) = 0;
     // Asked after each row: does the user want the fetch to stop?
     virtual bool StopFetch() = 0;
 };
@@ -49,8 +49,7 @@ public:
     void OnStructureDefined();
 
     // The text of a cell. A structure without members shows each row's number.
-    std::string CellText(std::size_t nRow, std::size_t nColumn,
-                         FFormatMathNumeric pfnFormatMathNumeric) const;
+    std::string CellText(std::size_t row, std::size_t column, FFormatMathNumeric pfnFormatMathNumeric) const;
     const CCacheRows& Rows() const { return m_rows; }
     // The rows as a list shows them, in columns that the structure makes (CCacheDS::BuildDataColumns).
     const CListSource& ListRows() const { return m_listSource; }

@@ -21,10 +21,10 @@ public:
 
     // The session that the rows lead to; null when its records are gone.
     const CCarvelotDoc* Session() const;
-    RecordIndex Record(std::size_t nRow) const { return m_listRecords[nRow]; }
+    RecordIndex Record(std::size_t row) const { return m_listRecords[row]; }
 
     std::size_t RowCount() const override;
-    std::string Text(std::size_t nRow, int nColumn) const override;
+    std::string Text(std::size_t row, int column) const override;
 
 private:
     // What a row shows before its message; many rows share one.

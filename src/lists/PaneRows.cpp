@@ -92,7 +92,6 @@ std::string ThreadText(const FindRow& row, const CCarvelotDoc& session) {
 } // namespace
 
 // --- BSFN Calls
-// -----------------------------------------------------------------------------------------------------
 
 CColumnTable<BSFNRow> BSFNRow::Columns() {
     using enum EAlign;
@@ -129,7 +128,6 @@ std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis) {
 }
 
 // --- SQL Table Access
-// -----------------------------------------------------------------------------------------------
 
 CColumnTable<TableRow> TableRow::Columns() {
     using enum EAlign;
@@ -158,7 +156,6 @@ std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis) {
 }
 
 // --- Long Tasks
-// -----------------------------------------------------------------------------------------------------
 
 CColumnTable<TaskRow, CCarvelotDoc> TaskRow::Columns() {
     using enum EAlign;
@@ -189,7 +186,6 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
 }
 
 // --- Errors/Warnings
-// ------------------------------------------------------------------------------------------------
 
 CColumnTable<ErrorRow, CCarvelotDoc> ErrorRow::Columns() {
     using enum EAlign;
@@ -224,7 +220,6 @@ template std::vector<ErrorRow> MakeErrorRows(const std::vector<RecordIndex>&);
 template std::vector<ErrorRow> MakeErrorRows(const CHeadList<RecordIndex>&);
 
 // --- Timing Gaps
-// ----------------------------------------------------------------------------------------------------
 
 CColumnTable<GapRow, CCarvelotDoc> GapRow::Columns() {
     using enum EAlign;
@@ -256,7 +251,6 @@ std::string GapRow::TimeStamp(const CCarvelotDoc& session) const {
 }
 
 // --- Find
-// -----------------------------------------------------------------------------------------------------------
 
 CColumnTable<FindRow, CCarvelotDoc> FindRow::Columns() {
     using enum EAlign;
@@ -273,7 +267,6 @@ CColumnTable<FindRow, CCarvelotDoc> FindRow::Columns() {
 }
 
 // --- Sorting
-// --------------------------------------------------------------------------------------------------------
 
 namespace {
 

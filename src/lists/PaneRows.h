@@ -19,7 +19,6 @@ template <class Row> std::string_view OwnerTitle(LogFormat format) {
 }
 
 // --- BSFN Calls
-// -----------------------------------------------------------------------------------------------------
 
 struct BSFNRow {
     std::string m_strName;
@@ -34,7 +33,6 @@ struct BSFNRow {
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis);
 
 // --- SQL Table Access
-// -----------------------------------------------------------------------------------------------
 
 struct TableRow {
     std::string m_strTable;
@@ -48,7 +46,6 @@ struct TableRow {
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
 
 // --- Long Tasks
-// -----------------------------------------------------------------------------------------------------
 
 struct TaskRow {
     RecordIndex m_pRecord = kNoRecord;
@@ -66,7 +63,6 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
                                   const CSQLAnalysis& statements);
 
 // --- Errors/Warnings
-// ------------------------------------------------------------------------------------------------
 
 struct ErrorRow {
     RecordIndex m_pRecord = kNoRecord;
@@ -79,7 +75,6 @@ std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
 template <class List> std::vector<ErrorRow> MakeErrorRows(const List& errors);
 
 // --- Timing Gaps
-// ----------------------------------------------------------------------------------------------------
 
 struct GapRow {
     RecordIndex m_pRecord = kNoRecord;
@@ -95,7 +90,6 @@ struct GapRow {
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
 
 // --- Find
-// -----------------------------------------------------------------------------------------------------------
 
 struct FindRow {
     RecordIndex m_pRecord = kNoRecord;
@@ -105,7 +99,6 @@ struct FindRow {
 };
 
 // --- Sorting
-// --------------------------------------------------------------------------------------------------------
 
 // Brings the numbers of rows of records into their order by a column, or into exactly its reverse. Rows that
 // compare equal either way keep their order.

@@ -22,15 +22,15 @@ public:
     virtual ~IProcessHost() = default;
 
     // A message box with an OK button. Events of the window may be handled while it is up.
-    virtual void ShowMessage(std::string_view strText) = 0;
+    virtual void ShowMessage(std::string_view text) = 0;
     // The running processes in the system's order; false when it gives no list.
-    virtual bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) = 0;
+    virtual bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) = 0;
     virtual const std::vector<tagTraceApp>& TraceApps() const = 0;
     // Null while the companion library is not bound.
     virtual FGetSetProcInfo GetSetProcInfo() const = 0;
     // Opens a process's debug file as a session.
-    virtual void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                                std::int32_t nProcess) = 0;
+    virtual void AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                                std::int32_t process) = 0;
     // The rows are about to go; nothing is drawn until EndRebuild, by when the rows are new.
     virtual void BeginRebuild() {}
     virtual void EndRebuild() {}
@@ -75,7 +75,7 @@ struct ProcessListRow {
 };
 
 // A number in decimal with a comma before each group of three characters; the sign counts as one.
-std::string GroupedNumber(std::int32_t nNumber);
+std::string GroupedNumber(std::int32_t number);
 
 // The rows stand in the system's order of processes. The window keeps the selection up to date with Select
 // and shows what a rebuild makes of it.
@@ -93,23 +93,23 @@ public:
     void OnClearCaches();
     void OnAnalyzeProcess();
 
-    void Select(const std::vector<int>& listRows);
+    void Select(const std::vector<int>& rows);
     std::vector<int> SelectedRows() const;
     // The row with the focus after a rebuild: the last of those selected; -1 without one.
     int FocusedRow() const;
 
     std::size_t RowCount() const override { return m_listRows.size(); }
     // Empty for a row that is not there.
-    std::string Text(std::size_t nRow, int nColumn) const override;
+    std::string Text(std::size_t row, int column) const override;
 
     std::map<std::uint32_t, std::unique_ptr<ProcessRow>> m_processes;
 
 private:
-    bool IsTraceApp(std::string_view strImageName) const;
+    bool IsTraceApp(std::string_view imageName) const;
     void GatherTracing(ProcessRow& row);
-    int NextSelected(int nAfter) const;
+    int NextSelected(int after) const;
     // A row of nothing where there is none.
-    ProcessListRow RowAt(int nRow) const;
+    ProcessListRow RowAt(int row) const;
     template <typename FHandle> void WalkSelected(FHandle handle);
 
     IProcessHost& m_host;

@@ -23,7 +23,7 @@ public:
     virtual ~CListSource() = default;
     virtual std::size_t RowCount() const = 0;
     // The text of a cell, UTF-8.
-    virtual std::string Text(std::size_t nRow, int nColumn) const = 0;
+    virtual std::string Text(std::size_t row, int column) const = 0;
     // Brings rows into ascending order by that column, or into exactly its reverse; rows that compare equal
     // keep their order. A list that does not sort leaves them where they are.
     virtual void Sort(std::vector<std::size_t>& /*listOrder*/, int /*nColumn*/, bool /*bDescending*/) const {}

@@ -27,11 +27,11 @@ public:
     bool Fill();
 
     // Asks for the deletion of these rows' files once for every row of the list. Failures are passed over.
-    void Delete(const std::vector<std::size_t>& listRows) const;
+    void Delete(const std::vector<std::size_t>& rows) const;
 
 private:
-    void Walk(const std::string& strPath, const char* pszMask);
-    void AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask);
+    void Walk(const std::string& path, const char* mask);
+    void AddFiles(const std::string& path, const std::string& spec, const char* mask);
 };
 
 } // namespace carvelot

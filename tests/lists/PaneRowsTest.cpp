@@ -257,8 +257,9 @@ TEST(FindRows, ShowSignedIdsOrTheUser) {
 #ifdef __GLIBC__
 // Hundreds of thousands of rows with messages of any length are numbers all the same.
 TEST(RecordSource, HoldsNoTexts) {
-    if (kSanitized)
+    if (kSanitized) {
         GTEST_SKIP() << "a sanitizer holds freed memory back";
+    }
     const std::string message(2000, 'x');
     const TestSession session(
         DebugLog({DebugLine("10:00:00.000000", "On a"), DebugLine("10:00:09.000000", "ERROR " + message)}));

@@ -18,98 +18,104 @@ namespace carvelot {
 namespace {
 
 QWidget* EditWithFocus() {
-    QWidget* pFocus = QApplication::focusWidget();
-    return qobject_cast<QLineEdit*>(pFocus) != nullptr || qobject_cast<QPlainTextEdit*>(pFocus) != nullptr
-               ? pFocus
+    QWidget* focus = QApplication::focusWidget();
+    return qobject_cast<QLineEdit*>(focus) != nullptr || qobject_cast<QPlainTextEdit*>(focus) != nullptr
+               ? focus
                : nullptr;
 }
 
 } // namespace
 
 CFrameCommands::CFrameCommands(CMainFrame& frame) : m_frame(frame) {
-    auto* pLookGroup = new QActionGroup(this);
-    pLookGroup->setExclusionPolicy(QActionGroup::ExclusionPolicy::None);
+    auto* lookGroup = new QActionGroup(this);
+    lookGroup->setExclusionPolicy(QActionGroup::ExclusionPolicy::None);
     for (const CCommandInfo& command : AllCommands()) {
-        auto* pAction = new QAction(CommandIcon(command.m_nId), ToQString(command.m_strText), &frame);
-        pAction->setData(command.m_nId);
-        pAction->setStatusTip(ToQString(StatusTip(command)));
-        pAction->setToolTip(
+        auto* action = new QAction(CommandIcon(command.m_nId), ToQString(command.m_strText), &frame);
+        action->setData(command.m_nId);
+        action->setStatusTip(ToQString(StatusTip(command)));
+        action->setToolTip(
             ToQString(command.m_strTip.empty() ? command.m_strText : ToolTip(command)).remove(u'&'));
         if (!command.m_strShortcut.empty()) {
-            pAction->setShortcut(QKeySequence(ToQString(command.m_strShortcut), QKeySequence::PortableText));
-            if (command.m_bShortcutShownOnly)
-                pAction->setShortcutContext(Qt::WidgetShortcut);
+            action->setShortcut(QKeySequence(ToQString(command.m_strShortcut), QKeySequence::PortableText));
+            if (command.m_bShortcutShownOnly) {
+                action->setShortcutContext(Qt::WidgetShortcut);
+            }
         }
-        const bool bLook = command.m_nId >= ID_APPLOOK_FIRST && command.m_nId <= ID_APPLOOK_LAST;
-        pAction->setCheckable(bLook || command.m_nId == ID_VIEW_STATUS_BAR ||
-                              command.m_nId == ID_VIEW_TOOLBAR);
-        if (bLook)
-            pLookGroup->addAction(pAction);
-        connect(pAction, &QAction::triggered, this, [this, nId = command.m_nId] { Run(nId); });
-        m_mapActions[command.m_nId] = pAction;
-        frame.addAction(pAction); // its key works whatever menus show
+        const bool look = command.m_nId >= ID_APPLOOK_FIRST && command.m_nId <= ID_APPLOOK_LAST;
+        action->setCheckable(look || command.m_nId == ID_VIEW_STATUS_BAR || command.m_nId == ID_VIEW_TOOLBAR);
+        if (look) {
+            lookGroup->addAction(action);
+        }
+        connect(action, &QAction::triggered, this, [this, id = command.m_nId] { Run(id); });
+        m_mapActions[command.m_nId] = action;
+        frame.addAction(action); // its key works whatever menus show
     }
     AddEditCommands();
 }
 
 void CFrameCommands::AddEditCommands() {
     // Edit commands go to the edit control with the focus.
-    const auto fnCall = [](const char* pszMethod) {
-        if (QWidget* pEdit = EditWithFocus())
-            QMetaObject::invokeMethod(pEdit, pszMethod);
+    const auto call = [](const char* method) {
+        if (QWidget* edit = EditWithFocus()) {
+            QMetaObject::invokeMethod(edit, method);
+        }
     };
-    const auto fnSelected = [] {
-        QWidget* pEdit = EditWithFocus();
-        if (const auto* pLine = qobject_cast<QLineEdit*>(pEdit))
-            return pLine->hasSelectedText();
-        const auto* pText = qobject_cast<QPlainTextEdit*>(pEdit);
-        return pText != nullptr && pText->textCursor().hasSelection();
+    const auto selected = [] {
+        QWidget* edit = EditWithFocus();
+        if (const auto* line = qobject_cast<QLineEdit*>(edit)) {
+            return line->hasSelectedText();
+        }
+        const auto* text = qobject_cast<QPlainTextEdit*>(edit);
+        return text != nullptr && text->textCursor().hasSelection();
     };
-    const auto fnWritable = [] {
-        QWidget* pEdit = EditWithFocus();
-        return pEdit != nullptr && !pEdit->property("readOnly").toBool();
+    const auto writable = [] {
+        QWidget* edit = EditWithFocus();
+        return edit != nullptr && !edit->property("readOnly").toBool();
     };
     m_frame.AddCommand(
-        ID_EDIT_COPY, [fnCall] { fnCall("copy"); }, fnSelected);
+        ID_EDIT_COPY, [call] { call("copy"); }, selected);
     m_frame.AddCommand(
-        ID_EDIT_CUT, [fnCall] { fnCall("cut"); }, [=] { return fnSelected() && fnWritable(); });
+        ID_EDIT_CUT, [call] { call("cut"); }, [=] { return selected() && writable(); });
     m_frame.AddCommand(
-        ID_EDIT_PASTE, [fnCall] { fnCall("paste"); },
-        [=] { return fnWritable() && !QApplication::clipboard()->text().isEmpty(); });
+        ID_EDIT_PASTE, [call] { call("paste"); },
+        [=] { return writable() && !QApplication::clipboard()->text().isEmpty(); });
     m_frame.AddCommand(
-        ID_EDIT_UNDO, [fnCall] { fnCall("undo"); },
+        ID_EDIT_UNDO, [call] { call("undo"); },
         [=] {
-            QWidget* pEdit = EditWithFocus();
-            const auto* pLine = qobject_cast<QLineEdit*>(pEdit);
-            return fnWritable() && (pLine == nullptr || pLine->isUndoAvailable());
+            QWidget* edit = EditWithFocus();
+            const auto* line = qobject_cast<QLineEdit*>(edit);
+            return writable() && (line == nullptr || line->isUndoAvailable());
         });
 }
 
-const CCommandTarget::CHandler* CFrameCommands::FindHandler(int nId) const {
-    if (const CMDIChildWnd* pChild = m_frame.ActiveChild()) {
-        if (const CCommandTarget::CHandler* pHandler = pChild->OwnHandler(nId))
-            return pHandler;
-        if (pChild->GetActiveDocument() != nullptr) {
-            if (const CCommandTarget::CHandler* pHandler = pChild->GetActiveDocument()->OwnHandler(nId))
-                return pHandler;
+const CCommandTarget::CHandler* CFrameCommands::FindHandler(int id) const {
+    if (const CMDIChildWnd* child = m_frame.ActiveChild()) {
+        if (const CCommandTarget::CHandler* handler = child->OwnHandler(id)) {
+            return handler;
+        }
+        if (child->GetActiveDocument() != nullptr) {
+            if (const CCommandTarget::CHandler* handler = child->GetActiveDocument()->OwnHandler(id)) {
+                return handler;
+            }
         }
     }
-    const CCommandTarget::CHandler* pHandler = m_frame.OwnHandler(nId);
-    return pHandler != nullptr ? pHandler : theApp().OwnHandler(nId);
+    const CCommandTarget::CHandler* handler = m_frame.OwnHandler(id);
+    return handler != nullptr ? handler : theApp().OwnHandler(id);
 }
 
-QAction* CFrameCommands::Action(int nId) const {
-    const auto it = m_mapActions.find(nId);
+QAction* CFrameCommands::Action(int id) const {
+    const auto it = m_mapActions.find(id);
     return it != m_mapActions.end() ? it->second : nullptr;
 }
 
-bool CFrameCommands::Run(int nId) {
-    const CCommandTarget::CHandler* pHandler = FindHandler(nId);
-    if (pHandler == nullptr || (pHandler->m_fnEnabled && !pHandler->m_fnEnabled()))
+bool CFrameCommands::Run(int id) {
+    const CCommandTarget::CHandler* handler = FindHandler(id);
+    if (handler == nullptr || (handler->m_fnEnabled && !handler->m_fnEnabled())) {
         return false;
-    const CCommandTarget::FHandler fnRun = pHandler->m_fnRun; // the command may take its own handler away
-    const QPointer<CFrameCommands> self(this);                // and it may close the window
-    fnRun();
+    }
+    const CCommandTarget::FHandler run = handler->m_fnRun; // the command may take its own handler away
+    const QPointer<CFrameCommands> self(this);             // and it may close the window
+    run();
     if (self != nullptr) {
         Update();
     }
@@ -118,18 +124,19 @@ bool CFrameCommands::Run(int nId) {
 
 void CFrameCommands::Update() {
     m_bUpdateScheduled = false;
-    for (const auto& [nId, pAction] : m_mapActions) {
-        const CCommandTarget::CHandler* pHandler = FindHandler(nId);
-        pAction->setEnabled(pHandler != nullptr && (!pHandler->m_fnEnabled || pHandler->m_fnEnabled()));
-        if (pHandler != nullptr && pHandler->m_fnChecked) {
-            pAction->setChecked(pHandler->m_fnChecked());
+    for (const auto& [id, action] : m_mapActions) {
+        const CCommandTarget::CHandler* handler = FindHandler(id);
+        action->setEnabled(handler != nullptr && (!handler->m_fnEnabled || handler->m_fnEnabled()));
+        if (handler != nullptr && handler->m_fnChecked) {
+            action->setChecked(handler->m_fnChecked());
         }
     }
 }
 
 void CFrameCommands::ScheduleUpdate() {
-    if (m_bUpdateScheduled)
+    if (m_bUpdateScheduled) {
         return;
+    }
     m_bUpdateScheduled = true;
     QMetaObject::invokeMethod(this, &CFrameCommands::Update, Qt::QueuedConnection);
 }

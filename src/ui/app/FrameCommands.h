@@ -22,15 +22,15 @@ class CFrameCommands : public QObject {
 public:
     explicit CFrameCommands(CMainFrame& frame);
 
-    QAction* Action(int nId) const; // null for a number that is no command
-    bool Run(int nId);
+    QAction* Action(int id) const; // null for a number that is no command
+    bool Run(int id);
     // Brings every command's state up to date; at once, or with Schedule when the present event is done.
     void Update();
     void ScheduleUpdate();
 
 private:
     void AddEditCommands();
-    const CCommandTarget::CHandler* FindHandler(int nId) const;
+    const CCommandTarget::CHandler* FindHandler(int id) const;
 
     CMainFrame& m_frame;
     std::map<int, QAction*> m_mapActions;

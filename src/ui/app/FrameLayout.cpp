@@ -35,14 +35,15 @@ CFrameLayout::CFrameLayout(CMainFrame& frame)
 CFrameLayout::~CFrameLayout() = default;
 
 void CFrameLayout::DockPanes() {
-    CDockablePane* pFirst = nullptr;
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        pPane->setFloating(false);
-        m_frame.addDockWidget(Qt::BottomDockWidgetArea, pPane);
-        if (pFirst != nullptr)
-            m_frame.tabifyDockWidget(pFirst, pPane);
-        pFirst = pPane;
-        pPane->show();
+    CDockablePane* first = nullptr;
+    for (CDockablePane* pane : m_frame.Panes()) {
+        pane->setFloating(false);
+        m_frame.addDockWidget(Qt::BottomDockWidgetArea, pane);
+        if (first != nullptr) {
+            m_frame.tabifyDockWidget(first, pane);
+        }
+        first = pane;
+        pane->show();
     }
     if (m_frame.isVisible()) {
         m_frame.layout()->activate();
@@ -55,9 +56,9 @@ void CFrameLayout::DockPanes() {
 void CFrameLayout::RestoreDefault() {
     m_layout.clear();
     m_pAutoHide->PinAll();
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        pPane->setFloating(false);
-        m_frame.removeDockWidget(pPane);
+    for (CDockablePane* pane : m_frame.Panes()) {
+        pane->setFloating(false);
+        m_frame.removeDockWidget(pane);
     }
     DockPanes();
     m_frame.resizeDocks({&m_frame.m_wndBSFNPane}, {240}, Qt::Vertical);
@@ -82,21 +83,23 @@ void CFrameLayout::Restore() {
 // Before the window shows, a layout says which panes are closed, float or are folded away; sizes of groups
 // and front tabs take effect in a window of its final size only, so that the layout is applied again then.
 bool CFrameLayout::ApplyLayout() {
-    for (CDockablePane* pPane : m_frame.Panes())
-        pPane->setAttribute(Qt::WA_DontShowOnScreen);
-    const bool bApplied = !m_layout.isEmpty() && m_frame.restoreState(m_layout, kLayoutVersion);
+    for (CDockablePane* pane : m_frame.Panes()) {
+        pane->setAttribute(Qt::WA_DontShowOnScreen);
+    }
+    const bool applied = !m_layout.isEmpty() && m_frame.restoreState(m_layout, kLayoutVersion);
     // A floating pane that is on the screen before this window is no companion of it for the window manager
     // and would vanish behind it.
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        if (pPane->isFloating() && !pPane->isHidden()) {
-            pPane->hide();
-            m_listFloatLater << pPane;
+    for (CDockablePane* pane : m_frame.Panes()) {
+        if (pane->isFloating() && !pane->isHidden()) {
+            pane->hide();
+            m_listFloatLater << pane;
         }
-        pPane->setAttribute(Qt::WA_DontShowOnScreen, false);
+        pane->setAttribute(Qt::WA_DontShowOnScreen, false);
     }
-    if (m_frame.isVisible() && !m_listFloatLater.isEmpty())
+    if (m_frame.isVisible() && !m_listFloatLater.isEmpty()) {
         QMetaObject::invokeMethod(this, &CFrameLayout::ShowFloatingPanes, Qt::QueuedConnection);
-    return bApplied;
+    }
+    return applied;
 }
 
 void CFrameLayout::Save() const {
@@ -106,34 +109,40 @@ void CFrameLayout::Save() const {
 }
 
 void CFrameLayout::OnShown() {
-    if (std::exchange(m_bRaiseBSFN, false))
+    if (std::exchange(m_bRaiseBSFN, false)) {
         m_frame.m_wndBSFNPane.raise();
-    if (m_layout.isEmpty())
+    }
+    if (m_layout.isEmpty()) {
         return;
+    }
     ApplyLayout();
     // The system enlarges the window after it has shown it.
-    if (m_frame.isMaximized() || m_frame.isFullScreen())
+    if (m_frame.isMaximized() || m_frame.isFullScreen()) {
         QTimer::singleShot(kEnlarged, this, [this] { m_layout.clear(); });
-    else
+    } else {
         m_layout.clear();
+    }
 }
 
 void CFrameLayout::OnResized() {
-    if (m_frame.isVisible() && !m_layout.isEmpty())
+    if (m_frame.isVisible() && !m_layout.isEmpty()) {
         ApplyLayout();
+    }
 }
 
 void CFrameLayout::ShowFloatingPanes() {
-    for (CDockablePane* pPane : std::exchange(m_listFloatLater, {}))
-        pPane->show();
+    for (CDockablePane* pane : std::exchange(m_listFloatLater, {})) {
+        pane->show();
+    }
 }
 
 // Whoever clicks on a pane's tab, or has the focus in the pane that it covers, goes on in that pane.
-void CFrameLayout::OnTabActivated(QDockWidget* pDock) {
-    auto* pPane = qobject_cast<CDockablePane*>(pDock);
-    if (pPane != nullptr &&
-        (QApplication::mouseButtons().testFlag(Qt::LeftButton) || QApplication::focusWidget() == &m_frame))
-        pPane->MainControl()->setFocus(Qt::MouseFocusReason);
+void CFrameLayout::OnTabActivated(QDockWidget* dock) {
+    auto* pane = qobject_cast<CDockablePane*>(dock);
+    if (pane != nullptr &&
+        (QApplication::mouseButtons().testFlag(Qt::LeftButton) || QApplication::focusWidget() == &m_frame)) {
+        pane->MainControl()->setFocus(Qt::MouseFocusReason);
+    }
 }
 
 void CFrameLayout::ShowPane(CDockablePane& pane) {
@@ -147,35 +156,42 @@ void CFrameLayout::ShowPane(CDockablePane& pane) {
     pane.MainControl()->setFocus(Qt::OtherFocusReason);
 }
 
-void CFrameLayout::NextPane(bool bForward) {
-    QList<QWidget*> listPanes;
-    if (const CMDIChildWnd* pChild = m_frame.ActiveChild())
-        listPanes = pChild->WindowPanes();
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        if (pPane->IsInFront())
-            listPanes << pPane->MainControl();
+void CFrameLayout::NextPane(bool forward) {
+    QList<QWidget*> panes;
+    if (const CMDIChildWnd* child = m_frame.ActiveChild()) {
+        panes = child->WindowPanes();
     }
-    listPanes += m_pAutoHide->Bars().Strips();
-    if (listPanes.isEmpty())
-        return;
-    const QWidget* pFocus = QApplication::focusWidget();
-    qsizetype nNow = -1;
-    for (qsizetype n = 0; n < listPanes.size(); ++n) {
-        const QWidget* pAround = listPanes[n];
-        for (const CDockablePane* pPane : m_frame.Panes()) {
-            if (pPane->isAncestorOf(listPanes[n]))
-                pAround = pPane;
+    for (CDockablePane* pane : m_frame.Panes()) {
+        if (pane->IsInFront()) {
+            panes << pane->MainControl();
         }
-        if (pFocus != nullptr && (pAround == pFocus || pAround->isAncestorOf(pFocus)))
-            nNow = n;
     }
-    qsizetype nNext = nNow + (bForward ? 1 : -1);
-    if (nNow < 0 || nNext >= listPanes.size())
-        nNext = nNow < 0 && !bForward ? listPanes.size() - 1 : 0;
-    if (nNext < 0)
-        nNext = listPanes.size() - 1;
-    listPanes[nNext]->window()->activateWindow();
-    listPanes[nNext]->setFocus(bForward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    panes += m_pAutoHide->Bars().Strips();
+    if (panes.isEmpty()) {
+        return;
+    }
+    const QWidget* focus = QApplication::focusWidget();
+    qsizetype now = -1;
+    for (qsizetype n = 0; n < panes.size(); ++n) {
+        const QWidget* around = panes[n];
+        for (const CDockablePane* pane : m_frame.Panes()) {
+            if (pane->isAncestorOf(panes[n])) {
+                around = pane;
+            }
+        }
+        if (focus != nullptr && (around == focus || around->isAncestorOf(focus))) {
+            now = n;
+        }
+    }
+    qsizetype next = now + (forward ? 1 : -1);
+    if (now < 0 || next >= panes.size()) {
+        next = now < 0 && !forward ? panes.size() - 1 : 0;
+    }
+    if (next < 0) {
+        next = panes.size() - 1;
+    }
+    panes[next]->window()->activateWindow();
+    panes[next]->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
 }
 
 } // namespace carvelot

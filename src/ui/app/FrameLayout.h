@@ -41,8 +41,8 @@ public:
 private:
     void DockPanes();
     bool ApplyLayout();
-    void OnTabActivated(QDockWidget* pDock);
-    void NextPane(bool bForward);
+    void OnTabActivated(QDockWidget* dock);
+    void NextPane(bool forward);
 
     CMainFrame& m_frame;
     std::unique_ptr<CAutoHide> m_pAutoHide;

@@ -23,16 +23,16 @@ public:
 
     CMenuHabits& Habits() { return m_habits; }
     // Shows the menus that belong to the window in front.
-    void ShowMenusOf(EMenuState nState);
+    void ShowMenusOf(EMenuState state);
     // Opens the "Edit" context menu at a screen position for the control with the focus.
     void ShowEditMenu(const QPoint& screen);
     // What shows or hides toolbars and panes, in the place of what the menu holds.
     void FillBarsAndPanes(QMenu& menu);
 
 private:
-    CPersonalMenu* AddMenu(EMenu nMenu);
+    CPersonalMenu* AddMenu(EMenu menu);
     // A menu's entry for the n-th file or window.
-    QString NumberedEntry(std::size_t nNumber, const QString& strText) const;
+    QString NumberedEntry(std::size_t number, const QString& text) const;
     void FillRecentFiles();
     void FillWindowList();
 

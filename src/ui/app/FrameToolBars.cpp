@@ -18,11 +18,11 @@
 namespace carvelot {
 
 CFrameToolBars::CFrameToolBars(CMainFrame& frame) : m_frame(frame) {
-    const auto fnList = [](std::span<const int> ids) { return std::vector<int>(ids.begin(), ids.end()); };
+    const auto list = [](std::span<const int> ids) { return std::vector<int>(ids.begin(), ids.end()); };
     m_pToolBar = new CToolBar(m_frame, ID_TOOLBAR_STANDARD, tr("Standard"), QStringLiteral("StandardToolBar"),
-                              fnList(StandardToolBar()));
+                              list(StandardToolBar()));
     m_pCacheToolBar = new CToolBar(m_frame, ID_TOOLBAR_CACHE, tr("Cache Browser"),
-                                   QStringLiteral("CacheToolBar"), fnList(CacheToolBar()));
+                                   QStringLiteral("CacheToolBar"), list(CacheToolBar()));
     m_frame.addToolBar(Qt::TopToolBarArea, m_pToolBar);
     m_frame.addToolBar(Qt::TopToolBarArea, m_pCacheToolBar);
     m_frame.AddCommand(
@@ -39,13 +39,13 @@ void CFrameToolBars::Load() {
     };
     load("ToolBarStandard", *m_pToolBar);
     load("ToolBarCache", *m_pCacheToolBar);
-    for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
-        if (const auto stored = ReadToolBar(GetWorkspaceString("UserToolBar" + std::to_string(nId), ""))) {
-            AddUserToolBar(nId, stored->m_strTitle)->SetCommands(stored->m_listCommands);
+    for (int id = ID_TOOLBAR_USER_FIRST; id <= ID_TOOLBAR_USER_LAST; ++id) {
+        if (const auto stored = ReadToolBar(GetWorkspaceString("UserToolBar" + std::to_string(id), ""))) {
+            AddUserToolBar(id, stored->m_strTitle)->SetCommands(stored->m_listCommands);
         }
     }
-    for (const auto& [nId, nImage] : ReadUserImages(GetWorkspaceString("UserImages", ""))) {
-        SetUserImage(nId, nImage);
+    for (const auto& [id, image] : ReadUserImages(GetWorkspaceString("UserImages", ""))) {
+        SetUserImage(id, image);
     }
 }
 
@@ -53,75 +53,84 @@ QList<CToolBar*> CFrameToolBars::All() const {
     return QList<CToolBar*>{m_pToolBar, m_pCacheToolBar} + m_listUserToolBars;
 }
 
-CToolBar* CFrameToolBars::AddUserToolBar(int nId, const QString& strTitle) {
-    auto* toolBar = new CToolBar(m_frame, nId, strTitle, QStringLiteral("UserToolBar%1").arg(nId), {});
+CToolBar* CFrameToolBars::AddUserToolBar(int id, const QString& title) {
+    auto* toolBar = new CToolBar(m_frame, id, title, QStringLiteral("UserToolBar%1").arg(id), {});
     m_frame.addToolBar(Qt::TopToolBarArea, toolBar);
     m_listUserToolBars << toolBar;
     return toolBar;
 }
 
-CToolBar* CFrameToolBars::New(const QString& strTitle) {
-    for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
-        if (std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id) != m_listUserToolBars.end())
+CToolBar* CFrameToolBars::New(const QString& title) {
+    for (int id = ID_TOOLBAR_USER_FIRST; id <= ID_TOOLBAR_USER_LAST; ++id) {
+        if (std::ranges::find(m_listUserToolBars, id, &CToolBar::Id) != m_listUserToolBars.end()) {
             continue;
-        CToolBar* const pToolBar = AddUserToolBar(nId, strTitle);
+        }
+        CToolBar* const toolBar = AddUserToolBar(id, title);
         m_frame.AutoHide().Bars().Place();
-        return pToolBar;
+        return toolBar;
     }
     return nullptr;
 }
 
-void CFrameToolBars::Delete(CToolBar* pToolBar) {
-    if (!m_listUserToolBars.removeOne(pToolBar))
+void CFrameToolBars::Delete(CToolBar* toolBar) {
+    if (!m_listUserToolBars.removeOne(toolBar)) {
         return;
-    m_frame.removeToolBar(pToolBar);
-    pToolBar->deleteLater();
+    }
+    m_frame.removeToolBar(toolBar);
+    toolBar->deleteLater();
 }
 
-void CFrameToolBars::SetUserImage(int nId, int nImage) {
-    QAction* pAction = m_frame.CommandAction(nId);
-    if (pAction == nullptr)
+void CFrameToolBars::SetUserImage(int id, int image) {
+    QAction* action = m_frame.CommandAction(id);
+    if (action == nullptr) {
         return;
-    if (nImage < 0)
-        m_mapUserImages.erase(nId);
-    else
-        m_mapUserImages[nId] = nImage;
-    const bool bThere = nImage >= 0 && nImage < m_userImages.Count();
-    pAction->setIcon(bThere ? m_userImages.Icon(nImage) : CommandIcon(nId));
+    }
+    if (image < 0) {
+        m_mapUserImages.erase(id);
+    } else {
+        m_mapUserImages[id] = image;
+    }
+    const bool there = image >= 0 && image < m_userImages.Count();
+    action->setIcon(there ? m_userImages.Icon(image) : CommandIcon(id));
 }
 
-int CFrameToolBars::UserImage(int nId) const {
-    const auto it = m_mapUserImages.find(nId);
+int CFrameToolBars::UserImage(int id) const {
+    const auto it = m_mapUserImages.find(id);
     return it != m_mapUserImages.end() ? it->second : -1;
 }
 
-void CFrameToolBars::SetShowsToolTips(bool bShow) {
-    m_bToolTips = bShow;
-    if (bShow)
+void CFrameToolBars::SetShowsToolTips(bool show) {
+    m_bToolTips = show;
+    if (show) {
         qApp->removeEventFilter(this);
-    else
+    } else {
         qApp->installEventFilter(this);
+    }
 }
 
-bool CFrameToolBars::eventFilter(QObject* pObject, QEvent* pEvent) {
+bool CFrameToolBars::eventFilter(QObject* object, QEvent* event) {
     // Installed only while the user wants no tips on toolbars.
-    if (pEvent->type() == QEvent::ToolTip && pObject->isWidgetType() &&
-        qobject_cast<CToolBar*>(pObject->parent()) != nullptr)
+    if (event->type() == QEvent::ToolTip && object->isWidgetType() &&
+        qobject_cast<CToolBar*>(object->parent()) != nullptr) {
         return true;
-    return QObject::eventFilter(pObject, pEvent);
+    }
+    return QObject::eventFilter(object, event);
 }
 
 void CFrameToolBars::RestoreDefault() {
-    QList<CToolBar*> listToolBars = All();
-    for (CToolBar* pToolBar : listToolBars)
-        m_frame.removeToolBar(pToolBar);
-    for (CToolBar* pToolBar : listToolBars) {
-        if (pToolBar->IsUserToolBar() && pToolBar == m_listUserToolBars.constFirst())
+    QList<CToolBar*> toolBars = All();
+    for (CToolBar* toolBar : toolBars) {
+        m_frame.removeToolBar(toolBar);
+    }
+    for (CToolBar* toolBar : toolBars) {
+        if (toolBar->IsUserToolBar() && toolBar == m_listUserToolBars.constFirst()) {
             m_frame.addToolBarBreak(Qt::TopToolBarArea);
-        if (!pToolBar->IsUserToolBar())
-            pToolBar->Reset();
-        m_frame.addToolBar(Qt::TopToolBarArea, pToolBar);
-        pToolBar->show();
+        }
+        if (!toolBar->IsUserToolBar()) {
+            toolBar->Reset();
+        }
+        m_frame.addToolBar(Qt::TopToolBarArea, toolBar);
+        toolBar->show();
     }
 }
 
@@ -131,13 +140,14 @@ void CFrameToolBars::Save() const {
                          m_pToolBar->IsChanged() ? WriteCommands(m_pToolBar->Commands()) : "");
     WriteWorkspaceString("ToolBarCache",
                          m_pCacheToolBar->IsChanged() ? WriteCommands(m_pCacheToolBar->Commands()) : "");
-    for (int nId = ID_TOOLBAR_USER_FIRST; nId <= ID_TOOLBAR_USER_LAST; ++nId) {
-        const std::string strName = "UserToolBar" + std::to_string(nId);
-        const auto it = std::ranges::find(m_listUserToolBars, nId, &CToolBar::Id);
-        if (it != m_listUserToolBars.end())
-            WriteWorkspaceString(strName, WriteToolBar({(*it)->windowTitle(), (*it)->Commands()}));
-        else if (!GetWorkspaceString(strName, "").empty())
-            WriteWorkspaceString(strName, "");
+    for (int id = ID_TOOLBAR_USER_FIRST; id <= ID_TOOLBAR_USER_LAST; ++id) {
+        const std::string name = "UserToolBar" + std::to_string(id);
+        const auto it = std::ranges::find(m_listUserToolBars, id, &CToolBar::Id);
+        if (it != m_listUserToolBars.end()) {
+            WriteWorkspaceString(name, WriteToolBar({(*it)->windowTitle(), (*it)->Commands()}));
+        } else if (!GetWorkspaceString(name, "").empty()) {
+            WriteWorkspaceString(name, "");
+        }
     }
     WriteWorkspaceString("UserImages", WriteUserImages(m_mapUserImages));
 }

@@ -19,15 +19,15 @@ class CFrameToolBars : public QObject {
 public:
     explicit CFrameToolBars(CMainFrame& frame);
 
-    QList<CToolBar*> All() const;           // the user's after the program's
-    CToolBar* New(const QString& strTitle); // null when ten exist
-    void Delete(CToolBar* pToolBar);        // one of the user's
+    QList<CToolBar*> All() const;        // the user's after the program's
+    CToolBar* New(const QString& title); // null when ten exist
+    void Delete(CToolBar* toolBar);      // one of the user's
     const CToolBarImages& UserImages() const { return m_userImages; }
     // Gives a command one of the user's images, or with -1 its own again.
-    void SetUserImage(int nId, int nImage);
-    int UserImage(int nId) const;
+    void SetUserImage(int id, int image);
+    int UserImage(int id) const;
     bool ShowsToolTips() const { return m_bToolTips; }
-    void SetShowsToolTips(bool bShow);
+    void SetShowsToolTips(bool show);
 
     // All in a row at the top, the program's as they came.
     void RestoreDefault();
@@ -35,10 +35,10 @@ public:
     void Save() const;
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    CToolBar* AddUserToolBar(int nId, const QString& strTitle);
+    CToolBar* AddUserToolBar(int id, const QString& title);
 
     CMainFrame& m_frame;
     CToolBar* m_pToolBar = nullptr;

@@ -34,12 +34,13 @@ CMainFrame* s_pMainFrame = nullptr;
 
 // Takes files as copies of their paths and nothing else: whoever hears that they were moved may delete them.
 bool AcceptAsCopy(QDropEvent& event) {
-    const bool bAccept = event.possibleActions().testFlag(Qt::CopyAction) &&
-                         std::ranges::any_of(event.mimeData()->urls(), &QUrl::isLocalFile);
-    if (bAccept)
+    const bool accept = event.possibleActions().testFlag(Qt::CopyAction) &&
+                        std::ranges::any_of(event.mimeData()->urls(), &QUrl::isLocalFile);
+    if (accept) {
         event.setDropAction(Qt::CopyAction);
-    event.setAccepted(bAccept);
-    return bAccept;
+    }
+    event.setAccepted(accept);
+    return accept;
 }
 
 } // namespace
@@ -64,8 +65,9 @@ CMainFrame::~CMainFrame() {
     theApp().CloseAllDocuments();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     m_pLayout.reset(); // before the panes that it looks after
-    if (s_pMainFrame == this)
+    if (s_pMainFrame == this) {
         s_pMainFrame = nullptr;
+    }
     CSessionPanes::Leave();
     CMainWindow::Leave();
 }
@@ -86,15 +88,16 @@ bool CMainFrame::LoadFrame() {
 
     connect(m_pClientArea, &CTabbedClientArea::ActiveChildChanged, this, [this] {
         UpdateTitleAndMenus();
-        if (isVisible())
+        if (isVisible()) {
             theApp().RegisterRestart();
+        }
     });
-    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* pOld, QWidget* pNow) {
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
         // The title of the pane with the focus is drawn in another colour.
-        for (CDockablePane* pPane : Panes()) {
-            if ((pOld != nullptr && pPane->isAncestorOf(pOld)) ||
-                (pNow != nullptr && pPane->isAncestorOf(pNow)))
-                pPane->update();
+        for (CDockablePane* pane : Panes()) {
+            if ((old != nullptr && pane->isAncestorOf(old)) || (now != nullptr && pane->isAncestorOf(now))) {
+                pane->update();
+            }
         }
         m_pCommands->ScheduleUpdate();
     });
@@ -104,9 +107,10 @@ bool CMainFrame::LoadFrame() {
 }
 
 void CMainFrame::AddOwnCommands() {
-    for (int nId = ID_APPLOOK_FIRST; nId <= ID_APPLOOK_LAST; ++nId)
+    for (int id = ID_APPLOOK_FIRST; id <= ID_APPLOOK_LAST; ++id) {
         AddCommand(
-            nId, [this, nId] { OnApplicationLook(nId); }, {}, [nId] { return nId == theApp().m_nAppLook; });
+            id, [this, id] { OnApplicationLook(id); }, {}, [id] { return id == theApp().m_nAppLook; });
+    }
     AddCommand(ID_APP_EXIT, [this] { close(); });
     AddCommand(
         ID_FILE_CLOSE, [this] { ActiveChild()->CloseWindow(); }, [this] { return ActiveChild() != nullptr; });
@@ -126,15 +130,15 @@ void CMainFrame::AddOwnCommands() {
         [this] { return m_pClientArea->CanMakeGroup(Qt::Vertical); });
 
     // Keys of tabbed windows that have no menu entry.
-    const auto fnKey = [this](const char* pszKey, auto fnRun) {
-        connect(new QShortcut(QKeySequence(QLatin1String(pszKey)), this), &QShortcut::activated, this, fnRun);
+    const auto onKey = [this](const char* key, auto run) {
+        connect(new QShortcut(QKeySequence(QLatin1String(key)), this), &QShortcut::activated, this, run);
     };
-    fnKey("Ctrl+Tab", [this] { m_pClientArea->ActivateNext(true); });
-    fnKey("Ctrl+Shift+Tab", [this] { m_pClientArea->ActivateNext(false); });
-    fnKey("Ctrl+F4", [this] { RunCommand(ID_FILE_CLOSE); });
-    fnKey("Ctrl+F", [this] { OnSearch(); });
-    fnKey("F3", [this] { m_wndFindPane.OpenNextHit(true); });
-    fnKey("Shift+F3", [this] { m_wndFindPane.OpenNextHit(false); });
+    onKey("Ctrl+Tab", [this] { m_pClientArea->ActivateNext(true); });
+    onKey("Ctrl+Shift+Tab", [this] { m_pClientArea->ActivateNext(false); });
+    onKey("Ctrl+F4", [this] { RunCommand(ID_FILE_CLOSE); });
+    onKey("Ctrl+F", [this] { OnSearch(); });
+    onKey("F3", [this] { m_wndFindPane.OpenNextHit(true); });
+    onKey("Shift+F3", [this] { m_wndFindPane.OpenNextHit(false); });
 }
 
 QList<CDockablePane*> CMainFrame::Panes() {
@@ -144,15 +148,15 @@ QList<CDockablePane*> CMainFrame::Panes() {
 
 CAutoHide& CMainFrame::AutoHide() const { return m_pLayout->AutoHide(); }
 
-QAction* CMainFrame::CommandAction(int nId) const { return m_pCommands->Action(nId); }
+QAction* CMainFrame::CommandAction(int id) const { return m_pCommands->Action(id); }
 
-bool CMainFrame::RunCommand(int nId) { return m_pCommands->Run(nId); }
+bool CMainFrame::RunCommand(int id) { return m_pCommands->Run(id); }
 
 void CMainFrame::UpdateCommands() { m_pCommands->Update(); }
 
 void CMainFrame::ShowEditMenu(const QPoint& screen) { m_pMenus->ShowEditMenu(screen); }
 
-void CMainFrame::ShowProgress(int nPercent) { m_pStatusBar->ShowProgress(nPercent); }
+void CMainFrame::ShowProgress(int percent) { m_pStatusBar->ShowProgress(percent); }
 
 CMenuHabits& CMainFrame::MenuHabits() { return m_pMenus->Habits(); }
 
@@ -180,27 +184,28 @@ void CMainFrame::SaveState() const {
 CMDIChildWnd* CMainFrame::ActiveChild() const { return m_pClientArea->ActiveChild(); }
 
 EMenuState CMainFrame::MenuState() const {
-    const CMDIChildWnd* pChild = ActiveChild();
-    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
-    if (pDocument == nullptr || pDocument->GetDocTemplate() == nullptr)
+    const CMDIChildWnd* child = ActiveChild();
+    const CDocument* document = child != nullptr ? child->GetActiveDocument() : nullptr;
+    if (document == nullptr || document->GetDocTemplate() == nullptr) {
         return EMenuState::NoWindow;
-    return pDocument->GetDocTemplate()->MenuState();
+    }
+    return document->GetDocTemplate()->MenuState();
 }
 
 void CMainFrame::UpdateTitleAndMenus() {
-    const CMDIChildWnd* pChild = ActiveChild();
-    setWindowTitle(pChild != nullptr && !pChild->windowTitle().isEmpty()
-                       ? PlainTitle(pChild->windowTitle()) + QStringLiteral(" - Carvelot")
+    const CMDIChildWnd* child = ActiveChild();
+    setWindowTitle(child != nullptr && !child->windowTitle().isEmpty()
+                       ? PlainTitle(child->windowTitle()) + QStringLiteral(" - Carvelot")
                        : QStringLiteral("Carvelot"));
     m_pMenus->ShowMenusOf(MenuState());
     UpdateCommands();
 }
 
-void CMainFrame::OnApplicationLook(int nId) {
+void CMainFrame::OnApplicationLook(int id) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    theApp().m_nAppLook = nId;
+    theApp().m_nAppLook = id;
     setUpdatesEnabled(false);
-    ApplyLook(LookOf(nId, m_nOffice2007));
+    ApplyLook(LookOf(id, m_nOffice2007));
     setUpdatesEnabled(true);
     theApp().SaveApplicationLook();
     UpdateCommands();
@@ -236,51 +241,55 @@ void CMainFrame::OnSearch() {
 }
 
 QMenu* CMainFrame::createPopupMenu() {
-    auto* pMenu = new QMenu(this);
-    m_pMenus->FillBarsAndPanes(*pMenu);
-    return pMenu;
+    auto* menu = new QMenu(this);
+    m_pMenus->FillBarsAndPanes(*menu);
+    return menu;
 }
 
-void CMainFrame::showEvent(QShowEvent* pEvent) {
-    QMainWindow::showEvent(pEvent);
+void CMainFrame::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
     m_pLayout->OnShown();
 }
 
-void CMainFrame::resizeEvent(QResizeEvent* pEvent) {
-    QMainWindow::resizeEvent(pEvent);
+void CMainFrame::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
     if (m_pLayout != nullptr) {
         m_pLayout->OnResized();
     }
 }
 
-void CMainFrame::closeEvent(QCloseEvent* pEvent) {
+void CMainFrame::closeEvent(QCloseEvent* event) {
     m_pLayout->ShowFloatingPanes(); // else they would be kept as closed
     SaveState();
-    if (m_pCustomizeDlg != nullptr)
+    if (m_pCustomizeDlg != nullptr) {
         m_pCustomizeDlg->close();
+    }
     theApp().CloseAllDocuments();
-    pEvent->accept();
+    event->accept();
     QCoreApplication::quit();
 }
 
-void CMainFrame::dragEnterEvent(QDragEnterEvent* pEvent) { AcceptAsCopy(*pEvent); }
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event) { AcceptAsCopy(*event); }
 
-void CMainFrame::dragMoveEvent(QDragMoveEvent* pEvent) { AcceptAsCopy(*pEvent); }
+void CMainFrame::dragMoveEvent(QDragMoveEvent* event) { AcceptAsCopy(*event); }
 
-void CMainFrame::dropEvent(QDropEvent* pEvent) {
-    if (!AcceptAsCopy(*pEvent))
+void CMainFrame::dropEvent(QDropEvent* event) {
+    if (!AcceptAsCopy(*event)) {
         return;
-    QStringList listPaths;
-    for (const QUrl& url : pEvent->mimeData()->urls()) {
-        if (url.isLocalFile())
-            listPaths << PathOfUrl(url);
+    }
+    QStringList paths;
+    for (const QUrl& url : event->mimeData()->urls()) {
+        if (url.isLocalFile()) {
+            paths << PathOfUrl(url);
+        }
     }
     // The program that the file comes from waits until the drop is done: open afterwards.
     QMetaObject::invokeMethod(
         this,
-        [listPaths] {
-            for (const QString& strPath : listPaths)
-                theApp().OpenDocumentFile(strPath);
+        [paths] {
+            for (const QString& path : paths) {
+                theApp().OpenDocumentFile(path);
+            }
         },
         Qt::QueuedConnection);
 }

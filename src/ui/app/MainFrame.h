@@ -41,14 +41,14 @@ public:
     CAutoHide& AutoHide() const;
 
     // Sets a look from 205 to 219 and stores its number.
-    void OnApplicationLook(int nId);
+    void OnApplicationLook(int id);
     void RestoreDefaultLayout();
     void SaveState() const;
     void ShowEditMenu(const QPoint& screen) override;
-    void ShowProgress(int nPercent) override;
+    void ShowProgress(int percent) override;
 
-    QAction* CommandAction(int nId) const override;
-    bool RunCommand(int nId);
+    QAction* CommandAction(int id) const override;
+    bool RunCommand(int id);
     // Brings every command's state up to date.
     void UpdateCommands();
     CMenuHabits& MenuHabits();
@@ -58,12 +58,12 @@ public:
     QMenu* createPopupMenu() override;
 
 protected:
-    void showEvent(QShowEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
-    void closeEvent(QCloseEvent* pEvent) override;
-    void dragEnterEvent(QDragEnterEvent* pEvent) override;
-    void dragMoveEvent(QDragMoveEvent* pEvent) override;
-    void dropEvent(QDropEvent* pEvent) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void AddOwnCommands();

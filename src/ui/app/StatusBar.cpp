@@ -5,14 +5,14 @@
 
 namespace carvelot {
 
-CStatusBar::CStatusBar(const QString& strBitness) : m_pProgress(new QProgressBar) {
+CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBar) {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long text makes the window no wider
     m_pProgress->setRange(0, 100);
     m_pProgress->setMaximumWidth(180);
     m_pProgress->setTextVisible(false);
     m_pProgress->setAccessibleName(tr("Progress of the load"));
     m_pProgress->hide();
-    auto* bitness = new QLabel(strBitness);
+    auto* bitness = new QLabel(bitnessText);
     bitness->setObjectName(QStringLiteral("Bitness"));
     bitness->setAccessibleName(tr("Build"));
     bitness->setContentsMargins(10, 0, 10, 0);
@@ -20,12 +20,12 @@ CStatusBar::CStatusBar(const QString& strBitness) : m_pProgress(new QProgressBar
     addPermanentWidget(bitness);
 }
 
-void CStatusBar::ShowProgress(int nPercent) {
-    m_pProgress->setVisible(nPercent >= 0);
-    if (nPercent < 0 || m_pProgress->value() == nPercent) {
+void CStatusBar::ShowProgress(int percent) {
+    m_pProgress->setVisible(percent >= 0);
+    if (percent < 0 || m_pProgress->value() == percent) {
         return;
     }
-    m_pProgress->setValue(nPercent);
+    m_pProgress->setValue(percent);
     repaint();
 }
 

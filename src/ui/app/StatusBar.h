@@ -9,10 +9,10 @@ namespace carvelot {
 
 class CStatusBar : public QStatusBar {
 public:
-    explicit CStatusBar(const QString& strBitness);
+    explicit CStatusBar(const QString& bitness);
 
     // 0 to 100, painted at once. Below 0 hides it.
-    void ShowProgress(int nPercent);
+    void ShowProgress(int percent);
 
 private:
     QProgressBar* m_pProgress;

@@ -10,9 +10,9 @@ namespace carvelot {
 class CToolBarImages {
 public:
     // Loads a strip of at most 819200 bytes; false when there is none or it is no picture.
-    bool Load(const QString& strPath);
+    bool Load(const QString& path);
     int Count() const { return static_cast<int>(m_listImages.size()); }
-    QIcon Icon(int nIndex) const { return m_listImages.value(nIndex); }
+    QIcon Icon(int index) const { return m_listImages.value(index); }
 
 private:
     QList<QIcon> m_listImages;

@@ -32,12 +32,12 @@ CCacheDataView::~CCacheDataView() {
     Fill(nullptr); // the rows go before the list
 }
 
-void CCacheDataView::SetColumns(std::vector<CColumnSpec> listColumns) {
+void CCacheDataView::SetColumns(std::vector<CColumnSpec> columns) {
     m_bNumbers = false;
-    for (CColumnSpec& column : listColumns) {
+    for (CColumnSpec& column : columns) {
         column.m_strTitle = ToUtf8(NodeDisplayText(WithReplacements(column.m_strTitle)));
     }
-    CListCtrl::SetColumns(listColumns);
+    CListCtrl::SetColumns(columns);
 }
 
 void CCacheDataView::DeleteAllItems() {

@@ -15,7 +15,7 @@ public:
     explicit CCacheDataView(CCacheDoc& cache);
     ~CCacheDataView() override;
 
-    void SetColumns(std::vector<CColumnSpec> listColumns) override;
+    void SetColumns(std::vector<CColumnSpec> columns) override;
     void DeleteAllItems() override;
     void ShowNewItems() override;
 

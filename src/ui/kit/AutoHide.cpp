@@ -28,15 +28,15 @@ CAutoHide::CAutoHide(CMainWindow& frame)
     : m_frame(frame), m_pStore(new QWidget(&frame)), m_pSlide(new CAutoHideSlide(*this, frame)),
       m_bars(*this, frame) {
     m_pStore->hide();
-    m_pSlide->m_fnThickness = [this](int nThickness) {
-        if (CFoldedGroup* pGroup = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
-            pGroup->m_nThickness = std::max(StoredFold::kLeast, nThickness);
+    m_pSlide->m_fnThickness = [this](int thickness) {
+        if (CFoldedGroup* folded = m_pOut != nullptr ? GroupOf(*m_pOut) : nullptr) {
+            folded->m_nThickness = std::max(StoredFold::kLeast, thickness);
             Place();
         }
     };
-    for (CDockablePane* pPane : frame.Panes()) {
-        pPane->installEventFilter(this);
-        pPane->m_fnPin = [this, pPane] { Toggle(*pPane); };
+    for (CDockablePane* candidate : frame.Panes()) {
+        candidate->installEventFilter(this);
+        candidate->m_fnPin = [this, candidate] { Toggle(*candidate); };
     }
     frame.installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this, &CAutoHide::OnFocusChanged);
@@ -46,11 +46,12 @@ CAutoHide::CAutoHide(CMainWindow& frame)
 
 CAutoHide::~CAutoHide() {
     m_frame.removeEventFilter(this);
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        pPane->removeEventFilter(this);
-        pPane->m_fnPin = nullptr;
-        if (IsFolded(*pPane))
-            pPane->setParent(nullptr);
+    for (CDockablePane* candidate : m_frame.Panes()) {
+        candidate->removeEventFilter(this);
+        candidate->m_fnPin = nullptr;
+        if (IsFolded(*candidate)) {
+            candidate->setParent(nullptr);
+        }
     }
     delete m_pSlide;
     delete m_pStore;
@@ -58,8 +59,9 @@ CAutoHide::~CAutoHide() {
 
 const CFoldedGroup* CAutoHide::GroupOf(const CDockablePane& pane) const {
     for (const CFoldedGroup& group : m_listGroups) {
-        if (std::ranges::find(group.m_listPanes, &pane) != group.m_listPanes.end())
+        if (std::ranges::find(group.m_listPanes, &pane) != group.m_listPanes.end()) {
             return &group;
+        }
     }
     return nullptr;
 }
@@ -71,77 +73,85 @@ CFoldedGroup* CAutoHide::GroupOf(const CDockablePane& pane) {
 bool CAutoHide::IsFolded(const CDockablePane& pane) const { return GroupOf(pane) != nullptr; }
 
 QList<CDockablePane*> CAutoHide::TabsOf(CDockablePane& pane) const {
-    const QList<QDockWidget*> listOthers = m_frame.tabifiedDockWidgets(&pane);
-    QList<CDockablePane*> listPanes;
-    for (CDockablePane* pPane : m_frame.Panes()) {
-        if (pPane == &pane || (listOthers.contains(pPane) && !pPane->isHidden()))
-            listPanes << pPane;
+    const QList<QDockWidget*> others = m_frame.tabifiedDockWidgets(&pane);
+    QList<CDockablePane*> panes;
+    for (CDockablePane* candidate : m_frame.Panes()) {
+        if (candidate == &pane || (others.contains(candidate) && !candidate->isHidden())) {
+            panes << candidate;
+        }
     }
     // In the order of their tabs, which the user may have changed.
-    for (const QTabBar* pBar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-        const auto fnPlace = [pBar](const CDockablePane* pPane) {
-            for (int n = 0; n < pBar->count(); ++n) {
-                if (pBar->tabText(n) == pPane->windowTitle())
+    for (const QTabBar* bar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        const auto place = [bar](const CDockablePane* candidate) {
+            for (int n = 0; n < bar->count(); ++n) {
+                if (bar->tabText(n) == candidate->windowTitle()) {
                     return n;
+                }
             }
             return -1;
         };
-        if (pBar->isVisible() && fnPlace(&pane) >= 0)
-            std::ranges::stable_sort(listPanes, {}, fnPlace);
+        if (bar->isVisible() && place(&pane) >= 0) {
+            std::ranges::stable_sort(panes, {}, place);
+        }
     }
-    return listPanes;
+    return panes;
 }
 
 void CAutoHide::Fold(CDockablePane& pane) {
-    const Qt::DockWidgetArea nEdge = m_frame.dockWidgetArea(&pane);
-    if (IsFolded(pane) || pane.isFloating() || pane.isHidden() || nEdge == Qt::NoDockWidgetArea)
+    const Qt::DockWidgetArea edge = m_frame.dockWidgetArea(&pane);
+    if (IsFolded(pane) || pane.isFloating() || pane.isHidden() || edge == Qt::NoDockWidgetArea) {
         return;
-    FoldGroup({nEdge, IsUpright(nEdge) ? pane.width() : pane.height(), TabsOf(pane)});
+    }
+    FoldGroup({edge, IsUpright(edge) ? pane.width() : pane.height(), TabsOf(pane)});
 }
 
 void CAutoHide::FoldGroup(CFoldedGroup group) {
     const QScopedValueRollback moving(m_bMoving, true);
-    const QWidget* pFocus = QApplication::focusWidget();
-    const bool bFocus =
-        std::ranges::any_of(group.m_listPanes, [&](const auto* p) { return p->isAncestorOf(pFocus); });
-    for (CDockablePane* pPane : group.m_listPanes) {
-        m_frame.removeDockWidget(pPane);
-        pPane->setFeatures(QDockWidget::DockWidgetClosable);
-        pPane->setParent(m_pStore);
-        pPane->show(); // its store is not: only what the user closed counts as hidden
-        pPane->SetPinned(false);
+    const QWidget* focus = QApplication::focusWidget();
+    const bool hadFocus =
+        std::ranges::any_of(group.m_listPanes, [&](const auto* p) { return p->isAncestorOf(focus); });
+    for (CDockablePane* candidate : group.m_listPanes) {
+        m_frame.removeDockWidget(candidate);
+        candidate->setFeatures(QDockWidget::DockWidgetClosable);
+        candidate->setParent(m_pStore);
+        candidate->show(); // its store is not: only what the user closed counts as hidden
+        candidate->SetPinned(false);
     }
     m_listGroups.push_back(std::move(group));
     m_bars.Show(m_listGroups);
-    if (bFocus)
+    if (hadFocus) {
         m_frame.ClientArea().setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void CAutoHide::Dock(const CFoldedGroup& group, CDockablePane& front) {
     const QScopedValueRollback moving(m_bMoving, true);
-    CDockablePane* pBefore = nullptr;
-    for (CDockablePane* pPane : group.m_listPanes) {
-        pPane->setParent(&m_frame);
-        pPane->setFeatures(kDocked);
-        pPane->unsetCursor();
-        pPane->SetPinned(true);
-        m_frame.addDockWidget(group.m_nEdge, pPane);
-        if (pBefore != nullptr)
-            m_frame.tabifyDockWidget(pBefore, pPane);
-        pBefore = pPane;
-        pPane->show();
+    CDockablePane* before = nullptr;
+    for (CDockablePane* candidate : group.m_listPanes) {
+        candidate->setParent(&m_frame);
+        candidate->setFeatures(kDocked);
+        candidate->unsetCursor();
+        candidate->SetPinned(true);
+        m_frame.addDockWidget(group.m_nEdge, candidate);
+        if (before != nullptr) {
+            m_frame.tabifyDockWidget(before, candidate);
+        }
+        before = candidate;
+        candidate->show();
     }
-    if (m_frame.isVisible())
+    if (m_frame.isVisible()) {
         m_frame.layout()->activate();
+    }
     if (group.m_nThickness > 0) {
         // The toolkit counts the tabs below a pane as part of it.
-        int nTabs = 0;
-        const bool bUpright = IsUpright(group.m_nEdge);
-        for (const QTabBar* pBar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-            if (!bUpright && group.m_listPanes.size() > 1 && !pBar->isHidden())
-                nTabs = std::max(nTabs, pBar->sizeHint().height());
+        int tabs = 0;
+        const bool upright = IsUpright(group.m_nEdge);
+        for (const QTabBar* bar : m_frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+            if (!upright && group.m_listPanes.size() > 1 && !bar->isHidden()) {
+                tabs = std::max(tabs, bar->sizeHint().height());
+            }
         }
-        m_frame.resizeDocks({&front}, {group.m_nThickness + nTabs}, bUpright ? Qt::Horizontal : Qt::Vertical);
+        m_frame.resizeDocks({&front}, {group.m_nThickness + tabs}, upright ? Qt::Horizontal : Qt::Vertical);
     }
     front.raise();
 }
@@ -149,8 +159,9 @@ void CAutoHide::Dock(const CFoldedGroup& group, CDockablePane& front) {
 void CAutoHide::Pin(CDockablePane& pane) {
     SlideIn();
     for (std::size_t n = 0; n < m_listGroups.size(); ++n) {
-        if (!m_listGroups[n].m_listPanes.contains(&pane))
+        if (!m_listGroups[n].m_listPanes.contains(&pane)) {
             continue;
+        }
         const CFoldedGroup group = m_listGroups[n];
         m_listGroups.erase(m_listGroups.begin() + static_cast<std::ptrdiff_t>(n));
         m_bars.Show(m_listGroups);
@@ -161,22 +172,25 @@ void CAutoHide::Pin(CDockablePane& pane) {
 }
 
 void CAutoHide::PinAll() {
-    while (!m_listGroups.empty())
+    while (!m_listGroups.empty()) {
         Pin(*m_listGroups.back().m_listPanes.back());
+    }
 }
 
-void CAutoHide::OnClosed(CDockablePane* pPane) {
-    CFoldedGroup* pGroup = GroupOf(*pPane);
-    if (pGroup == nullptr)
+void CAutoHide::OnClosed(CDockablePane* candidate) {
+    CFoldedGroup* folded = GroupOf(*candidate);
+    if (folded == nullptr) {
         return;
-    if (m_pOut == pPane)
+    }
+    if (m_pOut == candidate) {
         SlideIn();
-    const CFoldedGroup alone{pGroup->m_nEdge, 0, {pPane}};
-    pGroup->m_listPanes.removeOne(pPane);
+    }
+    const CFoldedGroup alone{folded->m_nEdge, 0, {candidate}};
+    folded->m_listPanes.removeOne(candidate);
     std::erase_if(m_listGroups, [](const CFoldedGroup& group) { return group.m_listPanes.isEmpty(); });
     m_bars.Show(m_listGroups);
-    Dock(alone, *pPane);
-    pPane->hide();
+    Dock(alone, *candidate);
+    candidate->hide();
 }
 
 void CAutoHide::Place() {
@@ -185,78 +199,88 @@ void CAutoHide::Place() {
     }
 }
 
-void CAutoHide::SlideOut(CDockablePane& pane, bool bFocus) {
-    const CFoldedGroup* pGroup = GroupOf(pane);
-    if (pGroup == nullptr)
+void CAutoHide::SlideOut(CDockablePane& pane, bool hadFocus) {
+    const CFoldedGroup* folded = GroupOf(pane);
+    if (folded == nullptr) {
         return;
+    }
     if (m_pOut != &pane) {
         SlideIn();
         const QScopedValueRollback moving(m_bMoving, true);
         m_pOut = &pane;
         pane.setParent(m_pSlide);
-        m_pSlide->SetPane(&pane, pGroup->m_nEdge);
+        m_pSlide->SetPane(&pane, folded->m_nEdge);
         pane.show();
         Place();
         m_pSlide->show();
         m_pSlide->raise();
-        if (CAutoHideTab* pTab = Tab(pane))
-            pTab->update();
+        if (CAutoHideTab* tab = Tab(pane)) {
+            tab->update();
+        }
     }
     m_nAway = 0;
     m_watch.start();
-    if (bFocus)
+    if (hadFocus) {
         pane.MainControl()->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 void CAutoHide::SlideIn() {
-    if (m_pOut == nullptr)
+    if (m_pOut == nullptr) {
         return;
+    }
     const QScopedValueRollback moving(m_bMoving, true);
     m_watch.stop();
-    CDockablePane* pPane = m_pOut;
+    CDockablePane* candidate = m_pOut;
     m_pOut = nullptr; // first: hiding moves the focus
-    const QWidget* pFocus = QApplication::focusWidget();
-    if (pFocus != nullptr && m_pSlide->isAncestorOf(pFocus))
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && m_pSlide->isAncestorOf(focus)) {
         m_frame.ClientArea().setFocus(Qt::OtherFocusReason);
+    }
     m_pSlide->hide();
     m_pSlide->SetPane(nullptr, Qt::BottomDockWidgetArea);
-    const bool bClosed = pPane->isHidden();
-    pPane->setParent(m_pStore);
-    pPane->setVisible(!bClosed);
-    if (CAutoHideTab* pTab = Tab(*pPane))
-        pTab->update();
+    const bool closed = candidate->isHidden();
+    candidate->setParent(m_pStore);
+    candidate->setVisible(!closed);
+    if (CAutoHideTab* tab = Tab(*candidate)) {
+        tab->update();
+    }
 }
 
-void CAutoHide::OnFocusChanged(QWidget* pOld, QWidget* pNow) {
+void CAutoHide::OnFocusChanged(QWidget* old, QWidget* now) {
     // Another program in front takes the focus from all: that is no reason.
-    if (m_pOut == nullptr || pNow == nullptr || m_bMoving || m_pSlide->isAncestorOf(pNow))
+    if (m_pOut == nullptr || now == nullptr || m_bMoving || m_pSlide->isAncestorOf(now)) {
         return;
-    const auto* pTab = dynamic_cast<const CAutoHideTab*>(pNow);
-    if (pTab != nullptr && &pTab->Pane() == m_pOut)
+    }
+    const auto* tab = dynamic_cast<const CAutoHideTab*>(now);
+    if (tab != nullptr && &tab->Pane() == m_pOut) {
         return;
-    if (pOld != nullptr && !m_pSlide->isAncestorOf(pOld) && m_pSlide->underMouse())
+    }
+    if (old != nullptr && !m_pSlide->isAncestorOf(old) && m_pSlide->underMouse()) {
         return;
+    }
     SlideIn();
 }
 
 void CAutoHide::OnWatch() {
-    const QWidget* pFocus = QApplication::focusWidget();
-    const CAutoHideTab* pTab = m_pOut != nullptr ? Tab(*m_pOut) : nullptr;
-    const bool bStay = (pFocus != nullptr && m_pSlide->isAncestorOf(pFocus)) || m_pSlide->underMouse() ||
-                       (pTab != nullptr && (pTab->underMouse() || pTab->hasFocus())) ||
-                       QApplication::activePopupWidget() != nullptr ||
-                       QApplication::mouseButtons() != Qt::NoButton;
-    m_nAway = bStay ? 0 : m_nAway + 1;
-    if (m_nAway >= kWatchesAway)
+    const QWidget* focus = QApplication::focusWidget();
+    const CAutoHideTab* tab = m_pOut != nullptr ? Tab(*m_pOut) : nullptr;
+    const bool stay = (focus != nullptr && m_pSlide->isAncestorOf(focus)) || m_pSlide->underMouse() ||
+                      (tab != nullptr && (tab->underMouse() || tab->hasFocus())) ||
+                      QApplication::activePopupWidget() != nullptr ||
+                      QApplication::mouseButtons() != Qt::NoButton;
+    m_nAway = stay ? 0 : m_nAway + 1;
+    if (m_nAway >= kWatchesAway) {
         SlideIn();
+    }
 }
 
 std::vector<StoredFold> CAutoHide::Folds() const {
     std::vector<StoredFold> folds;
     for (const CFoldedGroup& group : m_listGroups) {
         StoredFold& fold = folds.emplace_back(StoredFold{group.m_nEdge, group.m_nThickness, {}});
-        for (const CDockablePane* pPane : group.m_listPanes) {
-            fold.m_listPanes.push_back(pPane->objectName());
+        for (const CDockablePane* candidate : group.m_listPanes) {
+            fold.m_listPanes.push_back(candidate->objectName());
         }
     }
     return folds;
@@ -266,10 +290,10 @@ void CAutoHide::Restore(const std::vector<StoredFold>& folds) {
     for (const StoredFold& fold : folds) {
         CFoldedGroup group{fold.m_nEdge, fold.m_nThickness, {}};
         for (const QString& name : fold.m_listPanes) {
-            for (CDockablePane* pPane : m_frame.Panes()) {
-                if (pPane->objectName() == name && !IsFolded(*pPane)) {
-                    pPane->setFloating(false);
-                    group.m_listPanes << pPane;
+            for (CDockablePane* candidate : m_frame.Panes()) {
+                if (candidate->objectName() == name && !IsFolded(*candidate)) {
+                    candidate->setFloating(false);
+                    group.m_listPanes << candidate;
                 }
             }
         }
@@ -279,19 +303,20 @@ void CAutoHide::Restore(const std::vector<StoredFold>& folds) {
     }
 }
 
-bool CAutoHide::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (pObject == &m_frame &&
-        (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::LayoutRequest)) {
+bool CAutoHide::eventFilter(QObject* object, QEvent* event) {
+    if (object == &m_frame && (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)) {
         // After the frame has laid itself out.
-        if (m_pOut != nullptr)
+        if (m_pOut != nullptr) {
             QMetaObject::invokeMethod(this, &CAutoHide::Place, Qt::QueuedConnection);
-    } else if (pEvent->type() == QEvent::HideToParent && !m_bMoving) {
-        auto* pPane = qobject_cast<CDockablePane*>(pObject);
-        if (pPane != nullptr && IsFolded(*pPane))
+        }
+    } else if (event->type() == QEvent::HideToParent && !m_bMoving) {
+        auto* candidate = qobject_cast<CDockablePane*>(object);
+        if (candidate != nullptr && IsFolded(*candidate)) {
             QMetaObject::invokeMethod(
-                this, [this, pPane] { OnClosed(pPane); }, Qt::QueuedConnection);
+                this, [this, candidate] { OnClosed(candidate); }, Qt::QueuedConnection);
+        }
     }
-    return QObject::eventFilter(pObject, pEvent);
+    return QObject::eventFilter(object, event);
 }
 
 } // namespace carvelot

@@ -34,7 +34,7 @@ public:
 
     // Shows a folded pane over the window until the focus goes elsewhere; without the focus, until the
     // pointer does.
-    void SlideOut(CDockablePane& pane, bool bFocus);
+    void SlideOut(CDockablePane& pane, bool focus);
     void SlideIn();
     CDockablePane* PaneOut() const { return m_pOut; }
 
@@ -46,7 +46,7 @@ public:
     std::vector<StoredFold> Folds() const;
     void Restore(const std::vector<StoredFold>& folds);
 
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     CFoldedGroup* GroupOf(const CDockablePane& pane);
@@ -54,9 +54,9 @@ private:
     QList<CDockablePane*> TabsOf(CDockablePane& pane) const;
     void FoldGroup(CFoldedGroup group);
     void Dock(const CFoldedGroup& group, CDockablePane& front);
-    void OnClosed(CDockablePane* pPane);
+    void OnClosed(CDockablePane* pane);
     void Place();
-    void OnFocusChanged(QWidget* pOld, QWidget* pNow);
+    void OnFocusChanged(QWidget* old, QWidget* now);
     void OnWatch();
 
     CMainWindow& m_frame;

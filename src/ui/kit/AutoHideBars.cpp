@@ -28,12 +28,12 @@ constexpr CEdge kEdges[] = {{Qt::LeftDockWidgetArea, Qt::LeftToolBarArea},
 
 } // namespace
 
-bool IsUpright(Qt::DockWidgetArea nEdge) {
-    return nEdge == Qt::LeftDockWidgetArea || nEdge == Qt::RightDockWidgetArea;
+bool IsUpright(Qt::DockWidgetArea edge) {
+    return edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
 }
 
-CAutoHideTab::CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool bUpright)
-    : m_owner(owner), m_pane(pane), m_bUpright(bUpright) {
+CAutoHideTab::CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool upright)
+    : m_owner(owner), m_pane(pane), m_bUpright(upright) {
     setText(pane.windowTitle());
     setObjectName(QStringLiteral("AutoHideTab"));
     setAccessibleName(pane.windowTitle());
@@ -41,13 +41,14 @@ CAutoHideTab::CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool bUpright)
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setToolTip(pane.windowTitle());
-    setSizePolicy(bUpright ? QSizePolicy::Fixed : QSizePolicy::Maximum,
-                  bUpright ? QSizePolicy::Maximum : QSizePolicy::Fixed);
+    setSizePolicy(upright ? QSizePolicy::Fixed : QSizePolicy::Maximum,
+                  upright ? QSizePolicy::Maximum : QSizePolicy::Fixed);
     m_hover.setSingleShot(true);
     m_hover.setInterval(kHoverDelay);
     connect(&m_hover, &QTimer::timeout, this, [this] {
-        if (m_owner.PaneOut() != &m_pane)
+        if (m_owner.PaneOut() != &m_pane) {
             m_owner.SlideOut(m_pane, false);
+        }
     });
     connect(this, &QAbstractButton::clicked, this, [this] {
         m_hover.stop();
@@ -65,59 +66,60 @@ QSize CAutoHideTab::minimumSizeHint() const {
     return m_bUpright ? size.transposed() : size;
 }
 
-void CAutoHideTab::enterEvent(QEnterEvent* pEvent) {
+void CAutoHideTab::enterEvent(QEnterEvent* event) {
     m_hover.start();
-    QAbstractButton::enterEvent(pEvent);
+    QAbstractButton::enterEvent(event);
 }
 
-void CAutoHideTab::leaveEvent(QEvent* pEvent) {
+void CAutoHideTab::leaveEvent(QEvent* event) {
     m_hover.stop();
-    QAbstractButton::leaveEvent(pEvent);
+    QAbstractButton::leaveEvent(event);
 }
 
-void CAutoHideTab::keyPressEvent(QKeyEvent* pEvent) {
-    if (pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter)
+void CAutoHideTab::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         click();
-    else
-        QAbstractButton::keyPressEvent(pEvent);
+    } else {
+        QAbstractButton::keyPressEvent(event);
+    }
 }
 
 void CAutoHideTab::paintEvent(QPaintEvent*) {
     const CLook& look = CurrentLook();
-    const bool bOut = m_owner.PaneOut() == &m_pane;
+    const bool out = m_owner.PaneOut() == &m_pane;
     QPainter painter(this);
     if (m_bUpright) {
         painter.translate(width(), 0);
         painter.rotate(90);
     }
     const QRect rect(QPoint(0, 0), m_bUpright ? size().transposed() : size());
-    const CGradient& fill = bOut ? look.m_activeTab : underMouse() ? look.m_hot : look.m_tab;
+    const CGradient& fill = out ? look.m_activeTab : underMouse() ? look.m_hot : look.m_tab;
     QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
     gradient.setColorAt(0, fill.m_from);
     gradient.setColorAt(1, fill.m_to);
     painter.fillRect(rect, gradient);
     painter.setPen(look.m_border);
     painter.drawRect(rect.adjusted(0, 0, -1, -1));
-    painter.setPen(bOut ? look.m_activeTabText : look.m_tabText);
+    painter.setPen(out ? look.m_activeTabText : look.m_tabText);
     const QRect label = rect.adjusted(4, 0, -4, 0);
     painter.drawText(label, Qt::AlignCenter | Qt::TextSingleLine,
                      fontMetrics().elidedText(text(), Qt::ElideRight, label.width()));
     if (hasFocus()) {
-        painter.setPen(QPen(bOut ? look.m_activeTabText : look.m_tabText, 1, Qt::DotLine));
+        painter.setPen(QPen(out ? look.m_activeTabText : look.m_tabText, 1, Qt::DotLine));
         painter.drawRect(rect.adjusted(3, 3, -4, -4));
     }
 }
 
 CAutoHideBars::CAutoHideBars(CAutoHide& owner, CMainWindow& frame) : m_owner(owner), m_frame(frame) {
     for (const CEdge& edge : kEdges) {
-        auto* pStrip = new QToolBar(&frame);
-        pStrip->setObjectName(QStringLiteral("AutoHide-") + QLatin1String(EdgeName(edge.m_nArea)));
-        pStrip->setWindowTitle(CAutoHide::tr("Auto Hide"));
-        pStrip->setAccessibleName(CAutoHide::tr("Panes folded away"));
-        pStrip->setMovable(false);
-        pStrip->setFloatable(false);
-        pStrip->setAllowedAreas(edge.m_nBar);
-        m_mapStrips[edge.m_nArea] = pStrip;
+        auto* strip = new QToolBar(&frame);
+        strip->setObjectName(QStringLiteral("AutoHide-") + QLatin1String(EdgeName(edge.m_nArea)));
+        strip->setWindowTitle(CAutoHide::tr("Auto Hide"));
+        strip->setAccessibleName(CAutoHide::tr("Panes folded away"));
+        strip->setMovable(false);
+        strip->setFloatable(false);
+        strip->setAllowedAreas(edge.m_nBar);
+        m_mapStrips[edge.m_nArea] = strip;
     }
     Show({});
 }
@@ -131,66 +133,71 @@ CAutoHideBars::~CAutoHideBars() {
 // Toolbars that the user made or moved meanwhile stand in the last rows: the strips come behind them.
 void CAutoHideBars::Place() {
     for (const CEdge& edge : kEdges) {
-        QToolBar* pStrip = m_mapStrips.at(edge.m_nArea);
-        const bool bHidden = pStrip->isHidden();
-        m_frame.removeToolBar(pStrip);
+        QToolBar* strip = m_mapStrips.at(edge.m_nArea);
+        const bool hidden = strip->isHidden();
+        m_frame.removeToolBar(strip);
         m_frame.addToolBarBreak(edge.m_nBar);
-        m_frame.addToolBar(edge.m_nBar, pStrip);
-        pStrip->setHidden(bHidden);
+        m_frame.addToolBar(edge.m_nBar, strip);
+        strip->setHidden(hidden);
     }
 }
 
 void CAutoHideBars::Show(const std::vector<CFoldedGroup>& groups) {
     Place();
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        if (QWidget* pOld = pStrip->findChild<QWidget*>(QStringLiteral("Tabs"))) {
-            pOld->setObjectName(QString());
-            pOld->hide(); // a tab may be in the middle of its click
-            pOld->deleteLater();
+    for (const auto& [edge, strip] : m_mapStrips) {
+        if (QWidget* old = strip->findChild<QWidget*>(QStringLiteral("Tabs"))) {
+            old->setObjectName(QString());
+            old->hide(); // a tab may be in the middle of its click
+            old->deleteLater();
         }
-        pStrip->clear();
-        pStrip->setFocusProxy(nullptr);
-        bool bAny = false;
-        auto* pHost = new QWidget;
-        pHost->setObjectName(QStringLiteral("Tabs"));
-        auto* pLayout =
-            new QBoxLayout(IsUpright(nEdge) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, pHost);
-        pLayout->setContentsMargins(0, 0, 0, 0);
-        pLayout->setSpacing(1);
+        strip->clear();
+        strip->setFocusProxy(nullptr);
+        bool any = false;
+        auto* host = new QWidget;
+        host->setObjectName(QStringLiteral("Tabs"));
+        auto* layout =
+            new QBoxLayout(IsUpright(edge) ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight, host);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(1);
         for (const CFoldedGroup& group : groups) {
-            if (group.m_nEdge != nEdge)
+            if (group.m_nEdge != edge) {
                 continue;
-            if (bAny)
-                pLayout->addSpacing(10);
-            for (CDockablePane* pPane : group.m_listPanes) {
-                auto* pTab = new CAutoHideTab(m_owner, *pPane, IsUpright(nEdge));
-                pLayout->addWidget(pTab);
-                if (!bAny)
-                    pStrip->setFocusProxy(pTab);
-                bAny = true;
+            }
+            if (any) {
+                layout->addSpacing(10);
+            }
+            for (CDockablePane* pane : group.m_listPanes) {
+                auto* tab = new CAutoHideTab(m_owner, *pane, IsUpright(edge));
+                layout->addWidget(tab);
+                if (!any) {
+                    strip->setFocusProxy(tab);
+                }
+                any = true;
             }
         }
-        pLayout->addStretch();
-        pStrip->addWidget(pHost);
-        pStrip->setVisible(bAny);
+        layout->addStretch();
+        strip->addWidget(host);
+        strip->setVisible(any);
     }
 }
 
 QList<QWidget*> CAutoHideBars::Strips() const {
-    QList<QWidget*> listStrips;
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        if (pStrip->isVisible())
-            listStrips << pStrip;
+    QList<QWidget*> strips;
+    for (const auto& [edge, strip] : m_mapStrips) {
+        if (strip->isVisible()) {
+            strips << strip;
+        }
     }
-    return listStrips;
+    return strips;
 }
 
 CAutoHideTab* CAutoHideBars::Tab(const CDockablePane& pane) const {
-    for (const auto& [nEdge, pStrip] : m_mapStrips) {
-        for (auto* pButton : pStrip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
-            auto* pTab = dynamic_cast<CAutoHideTab*>(pButton);
-            if (pTab != nullptr && pTab->isVisibleTo(pStrip) && &pTab->Pane() == &pane)
-                return pTab;
+    for (const auto& [edge, strip] : m_mapStrips) {
+        for (auto* button : strip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
+            auto* tab = dynamic_cast<CAutoHideTab*>(button);
+            if (tab != nullptr && tab->isVisibleTo(strip) && &tab->Pane() == &pane) {
+                return tab;
+            }
         }
     }
     return nullptr;

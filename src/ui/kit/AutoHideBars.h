@@ -25,12 +25,12 @@ struct CFoldedGroup {
 };
 
 // At the left and the right edge, where tabs are read from top to bottom.
-bool IsUpright(Qt::DockWidgetArea nEdge);
+bool IsUpright(Qt::DockWidgetArea edge);
 
 // A folded pane's tab.
 class CAutoHideTab : public QAbstractButton {
 public:
-    CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool bUpright);
+    CAutoHideTab(CAutoHide& owner, CDockablePane& pane, bool upright);
 
     QSize sizeHint() const override;
     // Tabs that find no room share it.
@@ -38,10 +38,10 @@ public:
     const CDockablePane& Pane() const { return m_pane; }
 
 protected:
-    void enterEvent(QEnterEvent* pEvent) override;
-    void leaveEvent(QEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void paintEvent(QPaintEvent* pEvent) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     CAutoHide& m_owner;

@@ -29,17 +29,19 @@ CAutoHideSlide::CAutoHideSlide(CAutoHide& owner, CMainWindow& frame)
     hide();
 }
 
-void CAutoHideSlide::SetPane(QWidget* pPane, Qt::DockWidgetArea nEdge) {
-    m_pPane = pPane;
-    m_nEdge = nEdge;
-    setCursor(IsUpright(nEdge) ? Qt::SplitHCursor : Qt::SplitVCursor);
-    if (pPane != nullptr)
-        pPane->setCursor(Qt::ArrowCursor);
+void CAutoHideSlide::SetPane(QWidget* pane, Qt::DockWidgetArea edge) {
+    m_pPane = pane;
+    m_nEdge = edge;
+    setCursor(IsUpright(edge) ? Qt::SplitHCursor : Qt::SplitVCursor);
+    if (pane != nullptr) {
+        pane->setCursor(Qt::ArrowCursor);
+    }
 }
 
 void CAutoHideSlide::Arrange() {
-    if (m_pPane == nullptr)
+    if (m_pPane == nullptr) {
         return;
+    }
     QRect rect = contentsRect();
     switch (m_nEdge) {
     case Qt::LeftDockWidgetArea:
@@ -59,24 +61,27 @@ void CAutoHideSlide::Arrange() {
 
 void CAutoHideSlide::resizeEvent(QResizeEvent*) { Arrange(); }
 
-void CAutoHideSlide::mouseMoveEvent(QMouseEvent* pEvent) {
-    if ((pEvent->buttons() & Qt::LeftButton) == 0)
+void CAutoHideSlide::mouseMoveEvent(QMouseEvent* event) {
+    if ((event->buttons() & Qt::LeftButton) == 0) {
         return;
-    const QPoint point = pEvent->position().toPoint();
-    const int nThickness = m_nEdge == Qt::LeftDockWidgetArea    ? point.x()
-                           : m_nEdge == Qt::RightDockWidgetArea ? width() - point.x()
-                           : m_nEdge == Qt::TopDockWidgetArea   ? point.y()
-                                                                : height() - point.y();
-    m_fnThickness(nThickness);
+    }
+    const QPoint point = event->position().toPoint();
+    const int thickness = m_nEdge == Qt::LeftDockWidgetArea    ? point.x()
+                          : m_nEdge == Qt::RightDockWidgetArea ? width() - point.x()
+                          : m_nEdge == Qt::TopDockWidgetArea   ? point.y()
+                                                               : height() - point.y();
+    m_fnThickness(thickness);
 }
 
-void CAutoHideSlide::keyPressEvent(QKeyEvent* pEvent) {
-    if (pEvent->key() != Qt::Key_Escape)
-        return QFrame::keyPressEvent(pEvent);
-    const CDockablePane* pPane = m_owner.PaneOut();
+void CAutoHideSlide::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) {
+        return QFrame::keyPressEvent(event);
+    }
+    const CDockablePane* pane = m_owner.PaneOut();
     m_owner.SlideIn();
-    if (pPane != nullptr && m_owner.Tab(*pPane) != nullptr)
-        m_owner.Tab(*pPane)->setFocus(Qt::OtherFocusReason);
+    if (pane != nullptr && m_owner.Tab(*pane) != nullptr) {
+        m_owner.Tab(*pane)->setFocus(Qt::OtherFocusReason);
+    }
 }
 
 // What the menu, the bars and the strips leave of the window. The panes themselves are no measure: the
@@ -84,13 +89,15 @@ void CAutoHideSlide::keyPressEvent(QKeyEvent* pEvent) {
 QRect CAutoHideSlide::Room() const {
     QRect room = m_frame.contentsRect();
     room.setTop(m_frame.menuBar()->geometry().bottom() + 1);
-    if (!m_frame.statusBar()->isHidden())
+    if (!m_frame.statusBar()->isHidden()) {
         room.setBottom(m_frame.statusBar()->geometry().top() - 1);
-    for (const QToolBar* pBar : m_frame.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (pBar->isHidden() || pBar->isFloating())
+    }
+    for (const QToolBar* toolBar : m_frame.findChildren<QToolBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (toolBar->isHidden() || toolBar->isFloating()) {
             continue;
-        const QRect bar = pBar->geometry();
-        switch (m_frame.toolBarArea(pBar)) {
+        }
+        const QRect bar = toolBar->geometry();
+        switch (m_frame.toolBarArea(toolBar)) {
         case Qt::LeftToolBarArea:
             room.setLeft(std::max(room.left(), bar.right() + 1));
             break;
@@ -110,23 +117,23 @@ QRect CAutoHideSlide::Room() const {
     return room;
 }
 
-void CAutoHideSlide::Place(int nThickness) {
+void CAutoHideSlide::Place(int thickness) {
     const QRect room = Room();
     QRect rect = room;
-    const int nWidth = std::min(std::max(StoredFold::kLeast, nThickness), room.width() * 9 / 10);
-    const int nHeight = std::min(std::max(StoredFold::kLeast, nThickness), room.height() * 9 / 10);
+    const int width = std::min(std::max(StoredFold::kLeast, thickness), room.width() * 9 / 10);
+    const int height = std::min(std::max(StoredFold::kLeast, thickness), room.height() * 9 / 10);
     switch (m_nEdge) {
     case Qt::LeftDockWidgetArea:
-        rect.setWidth(nWidth);
+        rect.setWidth(width);
         break;
     case Qt::RightDockWidgetArea:
-        rect.setLeft(room.right() - nWidth + 1);
+        rect.setLeft(room.right() - width + 1);
         break;
     case Qt::TopDockWidgetArea:
-        rect.setHeight(nHeight);
+        rect.setHeight(height);
         break;
     default:
-        rect.setTop(room.bottom() - nHeight + 1);
+        rect.setTop(room.bottom() - height + 1);
     }
     setGeometry(rect);
     Arrange();

@@ -15,16 +15,16 @@ public:
     CAutoHideSlide(CAutoHide& owner, CMainWindow& frame);
 
     // The pane that is out; null for none.
-    void SetPane(QWidget* pPane, Qt::DockWidgetArea nEdge);
+    void SetPane(QWidget* pane, Qt::DockWidgetArea edge);
     // Takes its place at the pane's edge, with a size that leaves some of the window to be seen.
-    void Place(int nThickness);
+    void Place(int thickness);
 
     std::function<void(int)> m_fnThickness; // asks for another size
 
 protected:
-    void resizeEvent(QResizeEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     QRect Room() const;

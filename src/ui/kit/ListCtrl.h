@@ -23,28 +23,28 @@ public:
     // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own
     // order.
     void BeginFill();
-    void EndFill(const CListSource* pSource);
+    void EndFill(const CListSource* source);
     // In the place of all columns; the rows go.
     void SetColumns(std::span<const CColumnSpec> columns);
     // For a source that grows while it is shown in its own order: takes in what it has more by now.
     void TakeNewRows(const CListSource& source);
     // Before all rows of the source go.
     void DropRows();
-    void SetColumnTitle(int nColumn, const QString& strTitle);
+    void SetColumnTitle(int column, const QString& title);
     bool IsSortable() const { return m_bSortable; }
     // The source's row that stands in a list row.
-    std::size_t SourceRow(int nRow) const {
-        const auto nAt = static_cast<std::size_t>(nRow);
-        return m_listOrder.empty() ? nAt : m_listOrder[nAt];
+    std::size_t SourceRow(int row) const {
+        const auto at = static_cast<std::size_t>(row);
+        return m_listOrder.empty() ? at : m_listOrder[at];
     }
-    int ColumnWidth(int nColumn) const { return m_listColumns[static_cast<std::size_t>(nColumn)].m_nWidth; }
+    int ColumnWidth(int column) const { return m_listColumns[static_cast<std::size_t>(column)].m_nWidth; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
-    QVariant headerData(int nSection, Qt::Orientation nOrientation, int nRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     // Ascending by the source's comparison, or exactly its reverse; rows that compare equal keep their order.
-    void sort(int nColumn, Qt::SortOrder nOrder) override;
+    void sort(int column, Qt::SortOrder order) override;
 
 private:
     struct CColumn {
@@ -67,21 +67,21 @@ class CListCtrl : public CReportView {
     Q_OBJECT
 
 public:
-    // Of a longer text a cell draws `nMostDrawn` characters, on one line; 0 draws all of it.
-    CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent,
-              qsizetype nMostDrawn = 0);
+    // Of a longer text a cell draws `mostDrawn` characters, on one line; 0 draws all of it.
+    CListCtrl(std::span<const CColumnSpec> columns, const QString& accessibleName, QWidget* parent,
+              qsizetype mostDrawn = 0);
 
     CListModel& Model() { return m_model; }
     // Shows other rows; null empties the list.
-    void Fill(const CListSource* pSource);
+    void Fill(const CListSource* source);
     // In the place of all columns; the rows go.
     void SetColumns(std::span<const CColumnSpec> columns);
-    void SortBy(int nColumn, Qt::SortOrder nOrder);
+    void SortBy(int column, Qt::SortOrder order);
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
     // Device-independent pixels, whatever the title's font; 0 hides the column.
-    void SetColumnWidth(int nColumn, int nWidth);
+    void SetColumnWidth(int column, int width);
     // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
     // shows.
     QRect visualRect(const QModelIndex& index) const override {
@@ -90,16 +90,16 @@ public:
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.
-    std::function<void(int nRow)> m_fnOpenRow;
+    std::function<void(int row)> m_fnOpenRow;
     bool m_bEnterOpens = true;
 
 protected:
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
     void TakeWidths();
-    void OnHeaderClicked(int nColumn);
+    void OnHeaderClicked(int column);
 
     CListModel m_model;
     int m_nSortColumn = -1;

@@ -30,8 +30,7 @@ public:
     int TimerPeriod() const; // milliseconds
 
     // The wish to analyse a process, and the companion library's entry point, or null.
-    std::function<void(const std::string& strImageName, const std::string& strDebugFile,
-                       std::int32_t nProcess)>
+    std::function<void(const std::string& imageName, const std::string& debugFile, std::int32_t process)>
         m_fnAnalyze;
     std::function<FGetSetProcInfo()> m_fnGetSetProcInfo;
 
@@ -40,20 +39,20 @@ public:
     std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;
 
 protected:
-    int LayOutAboveList(int nWidth) override;
+    int LayOutAboveList(int width) override;
 
 private:
-    void ShowMessage(std::string_view strText) override;
-    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override;
+    void ShowMessage(std::string_view text) override;
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) override;
     const std::vector<tagTraceApp>& TraceApps() const override;
     FGetSetProcInfo GetSetProcInfo() const override;
-    void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                        std::int32_t nProcess) override;
+    void AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                        std::int32_t process) override;
     void BeginRebuild() override;
     void EndRebuild() override;
-    void RowChanged(std::size_t nRow) override;
+    void RowChanged(std::size_t row) override;
 
-    void SetCommand(int nId, std::function<void()> fnRun);
+    void SetCommand(int id, std::function<void()> run);
 
     QToolBar* m_pToolBar; // the CProcessPaneToolBar
     QTimer* m_pTimer;

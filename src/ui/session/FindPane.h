@@ -25,7 +25,7 @@ public:
     void OnFind();
     // Brings the hit behind or ahead of the selected one up, round the ends of the list; with no rows the
     // text is searched for first.
-    void OpenNextHit(bool bForward);
+    void OpenNextHit(bool forward);
     void ClearList();
     // How many there are, as the pane says it; empty before a search.
     QString HitsText() const;
@@ -34,14 +34,14 @@ public:
     // To be called before a session's records go: rows of it keep what they show.
     void LetGo(const CCarvelotDoc& session) { m_rows.LetGo(session); }
     // Titles and columns for a log of processes and threads, or for one of users.
-    void DressForUsers(bool bUsers);
+    void DressForUsers(bool users);
     // The titles and columns of its own rows, where no session is in front.
     void DressForRows() { DressForUsers(m_bUsers); }
     QWidget* MainControl() const override { return m_pSearch; }
 
 protected:
-    int LayOutAboveList(int nWidth) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    int LayOutAboveList(int width) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void Paste();
