@@ -3,9 +3,11 @@
 //
 // Lines that begin as earlier ones did are read a short way, and words looked for where the line scan says:
 // without either the same bytes must give the same records. The first byte chooses.
-#include "parse/DebugLine.h"
+#include "parse/fast/FastDebugLines.h"
 #include "support/LineWays.h"
 #include "support/ScanChecks.h"
+
+#include <optional>
 
 using namespace carvelot;
 
@@ -15,28 +17,23 @@ constexpr std::uint32_t kSigns =
     TextSigns::SIGN_CACHE | TextSigns::SIGN_JDB_CODE | TextSigns::SIGN_SQL_DONE | TextSigns::SIGN_UBE;
 
 struct DebugWay {
+    explicit DebugWay(ParseWay way) : m_way(way) {}
+
     void Start(unsigned char choice) {
-        m_parser.ForgetBeginnings();
+        m_lines.emplace(m_parser, m_way);
         m_parser.m_nTabCount = (choice & 2) != 0 ? 3 : 1;
         m_parser.m_nTextColumn = (choice & 1) != 0 ? 41 : 0;
         m_parser.m_bDashForm = m_parser.m_bUBELog = false;
         m_nProcessFilter = (choice & 4) != 0 ? 4120 : 0;
     }
-    bool ReadUsual(const LogLine& line) {
-        return m_parser.ParseUsual(line, [this](const UsualLine& usual) { m_details.AppendUsual(usual); });
-    }
-    void Read(LogLine& line) {
-        CLogDetail detail;
-        if (m_parser.Parse(line, m_nProcessFilter, detail)) {
-            const RecordIndex record = m_details.Append(detail, line.ascii);
-            if (m_details.IsUsual(record)) {
-                m_parser.Learn(line, detail, m_details.ContextNumber(record));
-            }
-        }
-    }
+    BlockScan Scan() const { return m_lines->Scan(); }
+    void Read(const LogLine& line) { m_lines->ParseDebugLine(line, m_nProcessFilter, m_records); }
 
     CDebugLineParser m_parser;
+    ParseWay m_way;
+    std::optional<CFastDebugLines> m_lines;
     CDetailList m_details;
+    fuzz::Records m_records{m_details};
     std::uint32_t m_nProcessFilter = 0;
 };
 
@@ -48,13 +45,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     }
     const std::string_view lines = input.substr(1);
-    fuzz::CheckScans(HintSet::Debug, lines, kSigns);
-    static DebugWay usual;
-    static DebugWay plain;
-    usual.Start(static_cast<unsigned char>(input[0]));
+    fuzz::CheckScans(LOG_FORMAT_DEBUG, lines, kSigns);
+    static DebugWay fast(ParseWay::Fast);
+    static DebugWay plain(ParseWay::Plain);
+    fast.Start(static_cast<unsigned char>(input[0]));
     plain.Start(static_cast<unsigned char>(input[0]));
-    fuzz::RequireSameRecords(lines, HintSet::Debug, usual, plain);
-    const CDebugLineParser& a = usual.m_parser;
+    fuzz::RequireSameRecords(lines, fast, plain);
+    const CDebugLineParser& a = fast.m_parser;
     const CDebugLineParser& b = plain.m_parser;
     fuzz::Require(a.m_nTextColumn == b.m_nTextColumn && a.m_bDashForm == b.m_bDashForm &&
                       a.m_bUBELog == b.m_bUBELog,

@@ -3,35 +3,33 @@
 // Lines that begin as earlier ones did are read a short way, and words looked for where the line scan says:
 // without either the same bytes must give the same records, and leave the same statement to await its
 // parameters.
-#include "parse/JASLine.h"
+#include "parse/fast/FastJASLines.h"
 #include "support/LineWays.h"
 #include "support/ScanChecks.h"
+
+#include <optional>
 
 using namespace carvelot;
 
 namespace {
 
 struct JASWay {
+    explicit JASWay(ParseWay way) : m_way(way) {}
+
     void Start(std::uint32_t processFilter) {
-        m_parser.ForgetBeginnings();
+        m_lines.emplace(m_parser, m_way);
         m_pending = {};
         m_nProcessFilter = processFilter;
     }
-    bool ReadUsual(const LogLine& line) {
-        return m_parser.ParseUsual(line, [this](const UsualLine& usual) { m_details.AppendUsual(usual); });
-    }
-    void Read(LogLine& line) {
-        CLogDetail detail;
-        bool ascii = false;
-        if (m_parser.Parse(line, m_nProcessFilter, detail, ascii)) {
-            const RecordIndex record = m_details.Append(detail, ascii);
-            m_parser.Learn(line, detail, m_details.ContextNumber(record));
-        }
-    }
+    BlockScan Scan() const { return m_lines->Scan(); }
+    void Read(const LogLine& line) { m_lines->ParseJASLine(line, m_nProcessFilter, m_records); }
 
     PendingStatement m_pending;
     CJASLineParser m_parser{m_pending};
+    ParseWay m_way;
+    std::optional<CFastJASLines> m_lines;
     CDetailList m_details;
+    fuzz::Records m_records{m_details};
     std::uint32_t m_nProcessFilter = 0;
 };
 
@@ -39,18 +37,18 @@ struct JASWay {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view lines = fuzz::AsText(data, size);
-    fuzz::CheckScans(HintSet::Jas, lines,
+    fuzz::CheckScans(LOG_FORMAT_JAS, lines,
                      TextSigns::SIGN_CACHE | TextSigns::SIGN_EVENT_STARTS | TextSigns::SIGN_EVENT_ENDS |
                          TextSigns::SIGN_ER_LINE | TextSigns::SIGN_OBJECT_CALLED);
-    static JASWay usual;
-    static JASWay plain;
+    static JASWay fast(ParseWay::Fast);
+    static JASWay plain(ParseWay::Plain);
     const std::uint32_t processFilter = size % 16 == 15 ? 1 : 0;
-    usual.Start(processFilter);
+    fast.Start(processFilter);
     plain.Start(processFilter);
-    fuzz::RequireSameRecords(lines, HintSet::Jas, usual, plain);
-    fuzz::Require(processFilter == 0 || usual.m_details.Size() == 0, "a process filter refuses all lines");
-    fuzz::Require(usual.m_pending.statement == plain.m_pending.statement &&
-                      usual.m_pending.parameters == plain.m_pending.parameters,
+    fuzz::RequireSameRecords(lines, fast, plain);
+    fuzz::Require(processFilter == 0 || fast.m_details.Size() == 0, "a process filter refuses all lines");
+    fuzz::Require(fast.m_pending.statement == plain.m_pending.statement &&
+                      fast.m_pending.parameters == plain.m_pending.parameters,
                   "read plainly, another statement awaits its parameters");
     return 0;
 }

@@ -1,9 +1,9 @@
 // What every scan of a block must find in bytes of any kind.
 #pragma once
 
-#include "parse/Classifier.h"
-#include "support/FuzzSession.h"
-#include "text/LineScan.h"
+#include "parse/fast/LineScan.h"
+#include "parse/fast/MarkedSigns.h"
+#include "support/Require.h"
 
 #include <algorithm>
 #include <memory>
@@ -11,9 +11,9 @@
 
 namespace carvelot::fuzz {
 
-// All scans agree, the line ends are those that a plain search finds, and the hints of a text lead to every
-// sign that a search of the whole text sees. `signs` are those that the set looks for.
-inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs) {
+// All scans agree, the line ends are those that a plain search finds, and the marks of a text lead to every
+// sign that a search of the whole text sees. `signs` are those that lines of the format are searched for.
+inline void CheckScans(LogFormat format, std::string_view bytes, std::uint32_t signs) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(bytes.size() + kScanPadding);
     std::copy(bytes.begin(), bytes.end(), buffer.get());
     std::fill_n(buffer.get() + bytes.size(), kScanPadding, 'C');
@@ -26,14 +26,15 @@ inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs)
         return *one == *other;
     };
     LineIndex index(bytes.size());
-    ScanByBytes(set)(buffer.get(), bytes.size(), index);
+    ScanByBytes(format)(buffer.get(), bytes.size(), index);
     LineIndex other(bytes.size());
-    for (const ScanBlockFunction scan : {ScanBy16(set), ScanBy32(set), ScanBy64(set)}) {
+    for (const BlockScan scan : {ScanBy16(format), BlockScan{FindLineEnds}}) {
         if (scan != nullptr) {
             scan(buffer.get(), bytes.size(), other);
-            Require(same(index.ends.get(), other.ends.get()) && same(index.hints.get(), other.hints.get()) &&
-                        index.ascii == other.ascii && index.holdsNul == other.holdsNul,
+            Require(same(index.ends.get(), other.ends.get()) && index.ascii == other.ascii &&
+                        index.holdsNul == other.holdsNul,
                     "all scans agree");
+            Require(scan == FindLineEnds || same(index.marks.get(), other.marks.get()), "all marks agree");
         }
     }
     const std::uint32_t* end = index.ends.get();
@@ -49,14 +50,14 @@ inline void CheckScans(HintSet set, std::string_view bytes, std::uint32_t signs)
             "the scan tells ASCII");
 
     const std::string_view text(buffer.get(), std::min<std::size_t>(bytes.size(), *index.ends.get()));
-    const std::uint32_t* last = index.hints.get();
+    const std::uint32_t* last = index.marks.get();
     while (*last < text.size()) {
         ++last;
     }
-    const LineHints hints(index.hints.get(), last, 0);
+    const LineMarks marks(index.marks.get(), last, 0);
     for (const std::string_view part : {text, text.substr(text.size() / 3)}) {
-        Require(((FindSigns(part).found ^ FindSigns(part, text, hints).found) & signs) == 0,
-                "the hints lead to every word");
+        Require(((FindSigns(part).found ^ FindSigns(part, text, marks).inText.found) & signs) == 0,
+                "the marks lead to every word");
     }
 }
 

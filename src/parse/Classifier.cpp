@@ -26,12 +26,6 @@ bool Holds(std::string_view text, std::string_view word) {
     return FindWord(text, word) != std::string_view::npos;
 }
 
-bool StartsListedCode(std::string_view text, std::size_t at) {
-    return at + kCodeLength <= text.size() && IsDigit(text[at + 3]) &&
-           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(at, kCodeLength)) !=
-               kListedCodes.end();
-}
-
 bool StartsWithSQL(std::string_view text) {
     switch (text.empty() ? '\0' : text.front()) {
     case 'S':
@@ -74,21 +68,20 @@ Classification ClassifyEventRules(std::string_view text, std::string& scratch) {
             scratch.append("Form: ").append(formName).append(" - ");
         }
         scratch.append(name);
-        result.named = true;
+        result.made = Classification::Made::Name;
     } else if (marker == "<<<Finished  ER:") {
         result.kind = LOG_EVENT_END;
     }
     return result;
 }
 
-// Whether a word stands at a place of a text, as a whole. The place may be any number.
-template <std::size_t size> bool WordAt(std::string_view text, std::ptrdiff_t at, const char (&word)[size]) {
-    return at >= 0 &&
-           at + static_cast<std::ptrdiff_t>(size) - 1 <= static_cast<std::ptrdiff_t>(text.size()) &&
-           std::memcmp(text.data() + at, word, size - 1) == 0;
-}
-
 } // namespace
+
+bool StartsListedCode(std::string_view text, std::size_t at) {
+    return at + kCodeLength <= text.size() && IsDigit(text[at + 3]) &&
+           std::find(kListedCodes.begin(), kListedCodes.end(), text.substr(at, kCodeLength)) !=
+               kListedCodes.end();
+}
 
 TextSigns FindSigns(std::string_view text) {
     TextSigns signs;
@@ -98,7 +91,7 @@ TextSigns FindSigns(std::string_view text) {
     take(TextSigns::SIGN_JDB_CODE, std::any_of(kListedCodes.begin(), kListedCodes.end(),
                                                [&](std::string_view code) { return Holds(text, code); }));
     take(TextSigns::SIGN_SQL_DONE, Holds(text, "Exiting DBPerformRequest"));
-    take(TextSigns::SIGN_UBE, Holds(text, "--UBE--"));
+    take(TextSigns::SIGN_UBE, Holds(text, kUBESign));
     take(TextSigns::SIGN_EVENT_STARTS, Holds(text, "Event Starts :"));
     take(TextSigns::SIGN_EVENT_ENDS, Holds(text, "Event Ends:"));
     take(TextSigns::SIGN_ER_LINE, Holds(text, "at ER Line"));
@@ -106,73 +99,9 @@ TextSigns FindSigns(std::string_view text) {
     return signs;
 }
 
-TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints) {
-    std::uint32_t found = 0;
-    if (text.empty()) {
-        return {};
-    }
-    const std::ptrdiff_t textStart = text.data() - line.data();
-    hints.ForEach([&](std::size_t place) {
-        if (place >= line.size()) {
-            return;
-        }
-        const std::ptrdiff_t at = static_cast<std::ptrdiff_t>(place) - textStart;
-        // By the first letter of the word's pair. A pair outside of the text is no start of a word within it.
-        switch (line[place]) {
-        case 'e':
-            found |= WordAt(text, at - 2, "jdeCache") ? TextSigns::SIGN_CACHE : 0U;
-            break;
-        case 'h':
-            found |= WordAt(text, at, "hCache:") || WordAt(text, at, "hCursor:") ? TextSigns::SIGN_CACHE : 0U;
-            break;
-        case 'F':
-            found |= WordAt(text, at, "Found existing cache") ? TextSigns::SIGN_CACHE : 0U;
-            break;
-        case 'B':
-            found |= WordAt(text, at - 9, "Exiting DBPerformRequest") ? TextSigns::SIGN_SQL_DONE : 0U;
-            [[fallthrough]];
-        case 'C':
-            found |= at >= 2 && StartsListedCode(text, static_cast<std::size_t>(at - 2))
-                         ? TextSigns::SIGN_JDB_CODE
-                         : 0U;
-            break;
-        case '-':
-            found |= WordAt(text, at - 1, "--UBE--") ? TextSigns::SIGN_UBE : 0U;
-            found |= WordAt(line, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--")
-                         ? TextSigns::SIGN_UBE_IN_LINE
-                         : 0U;
-            break;
-        case 'E':
-            found |= WordAt(text, at, "Event Starts :") ? TextSigns::SIGN_EVENT_STARTS : 0U;
-            found |= WordAt(text, at, "Event Ends:") ? TextSigns::SIGN_EVENT_ENDS : 0U;
-            break;
-        case 'L':
-            found |= WordAt(text, at - 6, "at ER Line") ? TextSigns::SIGN_ER_LINE : 0U;
-            break;
-        case 'O':
-            found |= WordAt(text, at, "Object Called:") ? TextSigns::SIGN_OBJECT_CALLED : 0U;
-            break;
-        default:
-            break;
-        }
-    });
-    return {found};
-}
-
-bool HoldsUBE(const LogLine& line) {
-    if (!line.hints.IsComplete()) {
-        return Holds(line.bytes, "--UBE--");
-    }
-    bool found = false;
-    line.hints.ForEach([&](std::size_t place) {
-        found = found || WordAt(line.bytes, static_cast<std::ptrdiff_t>(place) - 1, "--UBE--");
-    });
-    return found;
-}
-
 namespace {
 
-constexpr Classification Is(LogKind kind) { return {kind, false, 0}; }
+constexpr Classification Is(LogKind kind) { return {kind, Classification::Made::Nothing, 0}; }
 
 // By the first words that both formats know and that begin no SQL; LOG_NONE leaves the text to the tests
 // behind.
@@ -188,7 +117,8 @@ Classification ClassifyFirstWord(std::string_view text) {
         break;
     case 'R':
         if (Starts(text, "Return ")) {
-            return {LOG_RETURN, false, DigitValue(AsciiAtColumn(text, kReturnCodeColumn))};
+            return {LOG_RETURN, Classification::Made::Nothing,
+                    DigitValue(AsciiAtColumn(text, kReturnCodeColumn))};
         }
         break;
     case 'E':
@@ -218,9 +148,9 @@ LogKind ClassifyOLEDB(std::string_view text) {
     return LOG_NONE;
 }
 
-} // namespace
-
-Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch) {
+// `findSigns` is asked for the signs of a text whose first words do not decide.
+template <class Find>
+Classification ClassifyDebug(std::string_view text, const Find& findSigns, std::string& scratch) {
     if (text.empty()) {
         return {};
     }
@@ -274,6 +204,7 @@ Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, st
     default:
         break;
     }
+    const TextSigns signs = findSigns();
     if (signs.Hold(TextSigns::SIGN_JDB_CODE)) {
         return Is(LOG_JDB_ERROR);
     }
@@ -289,10 +220,8 @@ Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, st
     return Is(Starts(text, "[CARVELOT ") ? LOG_MESSAGE : LOG_NONE);
 }
 
-namespace {
-
 // A SQL statement in a JAS log. With "?" marks it only comes to life on the line of its last parameter.
-LogKind TakeStatement(std::string_view& text, PendingStatement& pending, bool ascii) {
+Classification TakeStatement(std::string_view& text, PendingStatement& pending, bool ascii) {
     pending.statement.clear();
     pending.parameters = 0;
     pending.ascii = ascii;
@@ -308,10 +237,10 @@ LogKind TakeStatement(std::string_view& text, PendingStatement& pending, bool as
     }
     pending.statement.append(rest);
     if (pending.parameters == 0) {
-        return LOG_SQL;
+        return Is(LOG_SQL);
     }
     text = pending.statement;
-    return LOG_NONE;
+    return {LOG_NONE, Classification::Made::Text, 0};
 }
 
 // Puts the value in the place of the leftmost "?1" or the like.
@@ -332,35 +261,28 @@ void FillIn(PendingStatement& pending, const JASParam& param) {
     param.value.copy(statement.data() + place + quote, param.value.size());
 }
 
-LogKind TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch, bool ascii) {
+Classification TakeParameter(std::string_view& text, PendingStatement& pending, std::string& scratch,
+                             bool ascii) {
     if (Starts(text, "Param") || Holds(text, "Param")) {
         pending.ascii = pending.ascii && ascii;
         FillIn(pending, ParseJASParam(text, scratch, ascii));
         --pending.parameters;
     }
     if (pending.parameters > 0) {
-        return LOG_NONE;
+        return Is(LOG_NONE);
     }
     text = pending.statement;
-    return LOG_SQL;
+    return {LOG_SQL, Classification::Made::Text, 0};
 }
 
-} // namespace
-
-LogKind KindOfLevel(std::string_view level) {
-    return level == "MANDATORY" ? LOG_MANDATORY
-           : level == "WARN"    ? LOG_WARN
-           : level == "SEVERE"  ? LOG_SEVERE
-                                : LOG_NONE;
-}
-
-Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
-                                    std::string& scratch, bool ascii) {
+template <class Find>
+Classification ClassifyJAS(std::string_view& text, const Find& findSigns, PendingStatement& pending,
+                           std::string& scratch, bool ascii) {
     if (StartsWithSQL(text)) {
-        return Is(TakeStatement(text, pending, ascii));
+        return TakeStatement(text, pending, ascii);
     }
     if (pending.parameters > 0) {
-        return Is(TakeParameter(text, pending, scratch, ascii));
+        return TakeParameter(text, pending, scratch, ascii);
     }
     if (text.empty()) {
         return {};
@@ -372,6 +294,7 @@ Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, Pen
     if (const Classification known = ClassifyFirstWord(text); known.kind != LOG_NONE) {
         return known;
     }
+    const TextSigns signs = findSigns();
     if (signs.Hold(TextSigns::SIGN_EVENT_STARTS)) {
         return Is(LOG_EVENT_START);
     }
@@ -388,6 +311,36 @@ Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, Pen
         return ClassifyEventRules(text, scratch);
     }
     return Is(signs.Hold(TextSigns::SIGN_CACHE) ? LOG_CACHE : LOG_NONE);
+}
+
+} // namespace
+
+Classification ClassifyDebugStatement(std::string_view text, std::string& scratch) {
+    return ClassifyDebug(
+        text, [text] { return FindSigns(text); }, scratch);
+}
+
+Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch) {
+    return ClassifyDebug(
+        text, [signs] { return signs; }, scratch);
+}
+
+LogKind KindOfLevel(std::string_view level) {
+    return level == "MANDATORY" ? LOG_MANDATORY
+           : level == "WARN"    ? LOG_WARN
+           : level == "SEVERE"  ? LOG_SEVERE
+                                : LOG_NONE;
+}
+
+Classification ClassifyJASStatement(std::string_view& text, PendingStatement& pending, std::string& scratch) {
+    return ClassifyJAS(
+        text, [&text] { return FindSigns(text); }, pending, scratch, false);
+}
+
+Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
+                                    std::string& scratch) {
+    return ClassifyJAS(
+        text, [signs] { return signs; }, pending, scratch, true);
 }
 
 JASParam ParseJASParam(std::string_view text, std::string& scratch, bool ascii) {

@@ -1,7 +1,6 @@
 // What the statement text of a line is.
 #pragma once
 
-#include "parse/LogReader.h"
 #include "records/LogDetail.h"
 
 #include <cstdint>
@@ -11,11 +10,17 @@
 namespace carvelot {
 
 struct Classification {
+    // What the classifier made anew: the display name of an event rules start, which the scratch string
+    // holds; or the text, which is now that of the pending statement.
+    enum class Made : std::uint8_t { Nothing, Name, Text };
+
     LogKind kind = LOG_NONE;
-    bool named = false; // an event rules start, whose display name the scratch string holds
+    Made made = Made::Nothing;
     std::int32_t returnCode = 0;
 
-    std::string_view Name(std::string_view scratch) const { return named ? scratch : std::string_view{}; }
+    std::string_view Name(std::string_view scratch) const {
+        return made == Made::Name ? scratch : std::string_view{};
+    }
 };
 
 // Which of the words that a classifier looks for anywhere in a text are there.
@@ -29,7 +34,6 @@ struct TextSigns {
         SIGN_EVENT_ENDS = 1U << 5U,    // Event Ends:
         SIGN_ER_LINE = 1U << 6U,       // at ER Line
         SIGN_OBJECT_CALLED = 1U << 7U, // Object Called:
-        SIGN_UBE_IN_LINE = 1U << 8U,   // --UBE-- anywhere in the line; told from hints only
     };
 
     std::uint32_t found = 0;
@@ -37,13 +41,14 @@ struct TextSigns {
     bool Hold(Sign sign) const { return (found & sign) != 0; }
 };
 
-// Searches the text as a whole.
 TextSigns FindSigns(std::string_view text);
-// Looks at the hinted places of the line that the text is a slice of.
-TextSigns FindSigns(std::string_view text, std::string_view line, const LineHints& hints);
-// Whether "--UBE--" stands anywhere in the line.
-bool HoldsUBE(const LogLine& line);
+// Whether one of the listed CAC and JDB codes stands at a place of a text.
+bool StartsListedCode(std::string_view text, std::size_t at);
+// A line of a batch job, whose whole is its text, holds this anywhere.
+inline constexpr std::string_view kUBESign = "--UBE--";
 
+Classification ClassifyDebugStatement(std::string_view text, std::string& scratch);
+// The same for a text whose signs are known.
 Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch);
 
 // The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it
@@ -59,9 +64,12 @@ struct PendingStatement {
 LogKind KindOfLevel(std::string_view level);
 
 // For a line whose level decides nothing. `text` may come to view `pending.statement` instead: a statement
-// with its marks numbered, or the finished statement. A line that is known to be ASCII takes fewer steps.
+// with its marks numbered, or the finished statement.
+Classification ClassifyJASStatement(std::string_view& text, PendingStatement& pending, std::string& scratch);
+// The same for a text that is ASCII and whose signs are known; none need be while a statement awaits its
+// parameters.
 Classification ClassifyJASStatement(std::string_view& text, TextSigns signs, PendingStatement& pending,
-                                    std::string& scratch, bool ascii = false);
+                                    std::string& scratch);
 
 // One parameter line of a prepared statement, as "Param2: 1000_Types.DECIMAL,".
 struct JASParam {

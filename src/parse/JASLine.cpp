@@ -1,6 +1,8 @@
 #include "parse/JASLine.h"
 
-#include "records/DetailList.h"
+#include "parse/StatementParts.h"
+#include "platform/CodePage.h"
+#include "text/Columns.h"
 #include "text/LineTokens.h"
 #include "text/Numbers.h"
 
@@ -69,45 +71,17 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
 
 } // namespace
 
-// Reads the stamp up to the comma; false for any other form, and for numbers that no clock shows.
-bool CJASLineParser::ReadStamp(const char* line, LineStamp& stamp) {
-    const std::size_t dayDigits = IsDigit(line[1]) ? 2 : 1;
-    const char* const p = line + dayDigits;
-    // Of the sixteen characters from the year on all but these are digits: "2016 12:08:30,122".
-    constexpr std::uint32_t digitColumns = 0xFFFF & ~((1U << 4) | (1U << 7) | (1U << 10) | (1U << 13));
-    if (!IsDigit(line[0]) || (DigitsAmong16(p + 5) & digitColumns) != digitColumns || p[0] != ' ' ||
-        p[4] != ' ' || p[9] != ' ' || p[12] != ':' || p[15] != ':' || p[18] != ',' ||
-        !IsMonthName({p + 1, 3})) {
-        return false;
-    }
-    const auto digit = [](char c) { return c - '0'; };
-    const auto two = [&](std::size_t at) { return digit(p[at]) * 10 + digit(p[at + 1]); };
-    stamp.day = dayDigits == 2 ? digit(line[0]) * 10 + digit(line[1]) : digit(line[0]);
-    stamp.hour = two(10);
-    stamp.minute = two(13);
-    stamp.second = two(16);
-    stamp.SetBytes({line, dayDigits + 19}, {p + 1, 3});
-    stamp.packed = CDetailList::PackStamp(stamp);
-    return stamp.IsOfAClock();
-}
-
-bool CJASLineParser::Parse(LogLine& line, std::uint32_t processFilter, CLogDetail& detail, bool& ascii) {
-    std::string_view whole = line.bytes;
-    if (!line.ascii) {
-        whole = platform::BytesToUtf8(line.bytes, m_strConverted);
-        if (whole.data() != line.bytes.data()) {
-            line.bytes = whole;
-            line.hints.Invalidate();
-        }
-    }
+bool CJASLineParser::ParseJASLine(const LogLine& line, std::uint32_t processFilter, CLogDetail& detail,
+                                  bool& ascii) {
+    const std::string_view whole =
+        line.ascii ? line.bytes : platform::BytesToUtf8(line.bytes, m_strConverted);
     if (!ReadFields(whole, detail, detail.m_strText)) {
         return false;
     }
-    const LogKind levelKind = KindOfLevel(detail.m_strLevel);
-    Classification result{levelKind, false, 0};
-    if (levelKind == LOG_NONE) {
-        result =
-            ClassifyJASStatement(detail.m_strText, SignsOf(line, detail.m_strText), m_pending, m_strName);
+    Classification result;
+    result.kind = KindOfLevel(detail.m_strLevel);
+    if (result.kind == LOG_NONE) {
+        result = ClassifyJASStatement(detail.m_strText, m_pending, m_strName);
     }
     if (processFilter != 0) {
         return false;
@@ -121,28 +95,8 @@ bool CJASLineParser::Parse(LogLine& line, std::uint32_t processFilter, CLogDetai
         detail.m_nSQLOperation = parts.operation;
         detail.m_strTable = parts.table;
     }
-    ascii = IsOfThePending(detail.m_strText) ? platform::IsAscii(detail.m_strText) : line.ascii;
+    ascii = result.made == Classification::Made::Text ? platform::IsAscii(detail.m_strText) : line.ascii;
     return true;
-}
-
-void CJASLineParser::Learn(const LogLine& line, const CLogDetail& detail, std::uint32_t context) {
-    const std::string_view whole = line.bytes;
-    const std::string_view source = detail.m_strSource;
-    if (m_stamp.length == 0 || !line.ascii || source.empty() || whole.size() < kLongestStamp) {
-        return;
-    }
-    // The head ends with the bracket behind the source.
-    const std::size_t headStart = m_stamp.length + kFractionLength;
-    const auto headEnd = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());
-    if (headEnd <= whole.size()) {
-        m_heads.Learn(whole.substr(headStart, headEnd - headStart), m_stamp.month, false, 0, context,
-                      KindOfLevel(detail.m_strLevel));
-    }
-}
-
-void CJASLineParser::ForgetBeginnings() {
-    m_stamp = {};
-    m_heads.Clear();
 }
 
 } // namespace carvelot

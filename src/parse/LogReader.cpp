@@ -15,19 +15,19 @@ std::size_t CLogReader::BlockFor(const ILogSource& source) {
 }
 
 // A refill never leaves more than a line's longest length ahead of what it reads.
-CLogReader::CLogReader(ILogSource& source, HintSet hints)
-    : m_source(source), m_scan(BestScan(hints)), m_nBlock(BlockFor(source)),
+CLogReader::CLogReader(ILogSource& source, BlockScan scan)
+    : m_source(source), m_scan(scan), m_nBlock(BlockFor(source)),
       m_buffer(std::make_unique_for_overwrite<char[]>(kLongestLine + m_nBlock + kScanPadding)),
-      m_index(kLongestLine + m_nBlock), m_pNextEnd(m_index.ends.get()), m_pNextHint(m_index.hints.get()) {}
+      m_index(kLongestLine + m_nBlock), m_pNextEnd(m_index.ends.get()), m_pNextMark(m_index.marks.get()) {}
 
-void CLogReader::Rewind(HintSet hints) {
+void CLogReader::Rewind(BlockScan scan) {
     m_source.Rewind();
-    m_scan = BestScan(hints);
+    m_scan = scan;
     m_nBegin = m_nEnd = 0;
     m_nBlockPosition = 0;
     m_index.Clear();
     m_pNextEnd = m_index.ends.get();
-    m_pNextHint = m_index.hints.get();
+    m_pNextMark = m_index.marks.get();
 }
 
 bool CLogReader::Refill() {
@@ -45,7 +45,7 @@ bool CLogReader::Refill() {
         m_index.Clear();
     }
     m_pNextEnd = m_index.ends.get();
-    m_pNextHint = m_index.hints.get();
+    m_pNextMark = m_index.marks.get();
     return got > 0;
 }
 

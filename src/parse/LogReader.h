@@ -1,9 +1,9 @@
 // Lines of a log file, under the one reading rule of the system, in large blocks.
 #pragma once
 
+#include "parse/BlockScan.h"
 #include "platform/SharedFile.h"
 #include "records/LogSource.h"
-#include "text/LineScan.h"
 
 #include <cstdint>
 #include <cstring>
@@ -12,19 +12,15 @@
 
 namespace carvelot {
 
-// Places in a line where one of the words that classify a statement may stand, found in the same pass that
-// finds the line's end; a few may lie behind its text. Most lines have none.
-class LineHints {
+// The places in a line that the block's scan marked; a few may lie behind its text. Most lines have none.
+class LineMarks {
 public:
-    LineHints() = default;
+    LineMarks() = default;
     // `origin` is the line's own place in what the places count in.
-    LineHints(const std::uint32_t* first, const std::uint32_t* last, std::uint32_t origin)
+    LineMarks(const std::uint32_t* first, const std::uint32_t* last, std::uint32_t origin)
         : m_first(first), m_last(last), m_nOrigin(origin) {}
 
-    bool Empty() const { return m_bComplete && m_first == m_last; }
-    // False for a line whose text is no longer the bytes that were scanned: it must be searched as a whole.
-    bool IsComplete() const { return m_bComplete; }
-    void Invalidate() { m_bComplete = false; }
+    bool Empty() const { return m_first == m_last; }
 
     // Calls look(place) for each place, counted from the line's first byte.
     template <class Look> void ForEach(Look look) const {
@@ -37,7 +33,6 @@ private:
     const std::uint32_t* m_first = nullptr;
     const std::uint32_t* m_last = nullptr;
     std::uint32_t m_nOrigin = 0;
-    bool m_bComplete = true;
 };
 
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes and
@@ -45,7 +40,7 @@ private:
 struct LogLine {
     std::string_view bytes;
     bool ascii = true;
-    LineHints hints;
+    LineMarks marks;
 };
 
 class CLogReader {
@@ -53,10 +48,10 @@ public:
     // A line longer than this comes in pieces of this size.
     static constexpr std::size_t kLongestLine = 8192;
 
-    CLogReader(ILogSource& source, HintSet hints);
+    explicit CLogReader(ILogSource& source, BlockScan scan = FindLineEnds);
 
     // Starts over from the log's first byte.
-    void Rewind(HintSet hints);
+    void Rewind(BlockScan scan = FindLineEnds);
 
     // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192
     // bytes it ends without a look at the next byte. False at the end of the file: bytes behind the last line
@@ -90,15 +85,15 @@ private:
     bool Refill();
     void TakeLine(LogLine& line, std::size_t length) {
         const char* const first = m_buffer.get() + m_nBegin;
-        const std::uint32_t* const firstHint = m_pNextHint;
+        const std::uint32_t* const firstMark = m_pNextMark;
         const std::uint32_t origin = m_nBegin;
         m_nBegin += static_cast<std::uint32_t>(length);
-        while (*m_pNextHint < m_nBegin) {
-            ++m_pNextHint;
+        while (*m_pNextMark < m_nBegin) {
+            ++m_pNextMark;
         }
         line.bytes = {first, length};
         line.ascii = true;
-        line.hints = {firstHint, m_pNextHint, origin};
+        line.marks = {firstMark, m_pNextMark, origin};
         if (!m_bPlain) {
             LookForNulAndUpperHalf(line);
         }
@@ -106,12 +101,12 @@ private:
     static void LookForNulAndUpperHalf(LogLine& line);
 
     ILogSource& m_source;
-    ScanBlockFunction m_scan;
+    BlockScan m_scan;
     std::size_t m_nBlock;
     std::unique_ptr<char[]> m_buffer;
     LineIndex m_index;
     const std::uint32_t* m_pNextEnd;
-    const std::uint32_t* m_pNextHint;
+    const std::uint32_t* m_pNextMark;
     std::uint32_t m_nBegin = 0; // of the bytes that are read but not yet taken, in the buffer
     std::uint32_t m_nEnd = 0;
     bool m_bPlain = true;               // the buffer holds ASCII without NUL

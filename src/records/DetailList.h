@@ -3,9 +3,9 @@
 #pragma once
 
 #include "records/Interner.h"
-#include "records/LineHead.h"
 #include "records/LogDetail.h"
 #include "records/PagedArray.h"
+#include "records/UsualLine.h"
 
 #include <array>
 #include <cstdint>

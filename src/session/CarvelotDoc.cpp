@@ -1,6 +1,11 @@
 #include "session/CarvelotDoc.h"
 
+#include "parse/LogFormat.h"
+#include "parse/LogReader.h"
+#include "parse/fast/FastDebugLines.h"
+#include "parse/fast/FastJASLines.h"
 #include "platform/TemporaryFile.h"
+#include "session/Commit.h"
 #include "text/FindText.h"
 #include "text/Release.h"
 
@@ -44,11 +49,59 @@ public:
     std::string m_strPath;
 };
 
+// Where the lines of a load go: into the list of records, and from there into the model.
+class CDebugRecords {
+public:
+    CDebugRecords(CDetailList& records, CCommit& commit) : m_records(records), m_commit(commit) {}
+
+    void AddUsual(const UsualLine& line) {
+        const RecordIndex record = m_records.AppendUsual(line);
+        m_commit.CommitDetail(record, m_records.ContextOfNumber(line.context), line.kind, line.returnCode,
+                              line.stamp.time + line.fraction);
+    }
+    std::uint32_t Add(const CLogDetail& detail, bool ascii) {
+        const RecordIndex record = m_records.Append(detail, ascii);
+        m_commit.CommitDetail(record, m_records.Context(record), detail.m_nKind, detail.m_nReturnCode,
+                              detail.m_nTime);
+        return m_records.IsUsual(record) ? m_records.ContextNumber(record) : kNoContext;
+    }
+
+private:
+    CDetailList& m_records;
+    CCommit& m_commit;
+};
+
+class CJASRecords {
+public:
+    CJASRecords(CDetailList& records, CCommit& commit) : m_records(records), m_commit(commit) {}
+
+    void AddUsual(const UsualLine& line) {
+        const RecordIndex record = m_records.AppendUsual(line);
+        RecordContext& context = m_records.ContextOfNumber(line.context);
+        const std::uint64_t time = line.stamp.time + line.fraction;
+        m_commit.CommitToUser(record, context, line.kind, time);
+        m_commit.CommitDetail(record, context, line.kind, line.returnCode, time);
+    }
+    std::uint32_t Add(CLogDetail& detail, bool ascii) {
+        if (detail.m_strUser.empty()) {
+            detail.m_strUser = kSystemLevelUser;
+        }
+        const RecordIndex record = m_records.Append(detail, ascii);
+        RecordContext& context = m_records.Context(record);
+        m_commit.CommitToUser(record, context, detail.m_nKind, detail.m_nTime);
+        m_commit.CommitDetail(record, context, detail.m_nKind, detail.m_nReturnCode, detail.m_nTime);
+        return m_records.IsUsual(record) ? m_records.ContextNumber(record) : kNoContext;
+    }
+
+private:
+    CDetailList& m_records;
+    CCommit& m_commit;
+};
+
 } // namespace
 
 CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& pending, ISessionHost& host)
-    : m_settings(settings), m_jasParser(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()),
-      m_gapRule(settings.m_fThreshold) {}
+    : m_settings(settings), m_jasParser(pending), m_host(host), m_nLoadIdentity(NextLoadIdentity()) {}
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
@@ -109,7 +162,6 @@ bool CCarvelotDoc::LoadFrom(ILogSource& source) {
     bool read = false;
     try {
         ClearSession();
-        m_gapRule = CGapRule(m_settings.m_fThreshold);
         read = ReadLog(source);
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
@@ -125,41 +177,36 @@ bool CCarvelotDoc::LoadFrom(ILogSource& source) {
 }
 
 bool CCarvelotDoc::ReadLog(ILogSource& source) {
-    CLogReader reader(source, HintSet::None);
-    if (!DetectLogFormat(reader)) {
+    CLogReader reader(source);
+    if (!DetectLogFormat(reader, m_nLogFormat, m_debugParser)) {
         m_host.ShowMessage("Error: Cannot determine tracing log format");
         return false;
     }
-    reader.Rewind(m_nLogFormat == LOG_FORMAT_DEBUG ? HintSet::Debug : HintSet::Jas);
     const std::uint64_t size = source.Size();
-    std::uint64_t nextProgress = kProgressStep;
-    LogLine line;
-    const auto parseAll = [&](auto parseLine) {
+    const auto readLines = [&](BlockScan scan, auto parse) {
+        reader.Rewind(scan);
+        std::uint64_t nextProgress = kProgressStep;
+        LogLine line;
         while (reader.ReadLogLine(line)) {
-            parseLine();
+            parse(line);
             if (reader.Position() >= nextProgress) {
                 m_host.LoadProgress(reader.Position(), size);
                 nextProgress = reader.Position() + kProgressStep;
             }
         }
     };
-    if (m_bPlainParse) {
-        parseAll([&] {
-            line.hints.Invalidate();
-            m_nLogFormat == LOG_FORMAT_DEBUG ? ParseDebugLine(line) : ParseJASLine(line);
-        });
-    } else if (m_nLogFormat == LOG_FORMAT_DEBUG) {
-        parseAll([&] {
-            if (!ParseUsualDebugLine(line)) {
-                ParseDebugLine(line);
-            }
-        });
+    const ParseWay way = m_bPlainParse ? ParseWay::Plain : ParseWay::Fast;
+    CCommit commit(*this, m_settings);
+    if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+        const auto lines = std::make_unique<CFastDebugLines>(m_debugParser, way);
+        CDebugRecords records{m_listDetails, commit};
+        readLines(lines->Scan(),
+                  [&](const LogLine& line) { lines->ParseDebugLine(line, m_nProcessFilter, records); });
     } else {
-        parseAll([&] {
-            if (!ParseUsualJASLine(line)) {
-                ParseJASLine(line);
-            }
-        });
+        const auto lines = std::make_unique<CFastJASLines>(m_jasParser, way);
+        CJASRecords records{m_listDetails, commit};
+        readLines(lines->Scan(),
+                  [&](const LogLine& line) { lines->ParseJASLine(line, m_nProcessFilter, records); });
     }
 
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
@@ -174,9 +221,7 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
-    m_debugParser.ForgetBeginnings();
-    m_jasParser.ForgetBeginnings();
-    m_processByID.clear();
+    m_mapProcesses.clear();
     m_listProcesses.clear();
     Release(m_listGaps);
     m_listDetails.Clear();
@@ -211,8 +256,8 @@ bool CCarvelotDoc::OnClearDebugFile() { return platform::TruncateShared(m_strLog
 void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
 
 const CProcess* CCarvelotDoc::FindProcess(std::uint32_t id) const {
-    const auto found = m_processByID.find(id);
-    return found == m_processByID.end() ? nullptr : found->second;
+    const auto found = m_mapProcesses.find(id);
+    return found == m_mapProcesses.end() ? nullptr : found->second;
 }
 
 const CJASUser* CCarvelotDoc::FindUser(std::string_view name) const {

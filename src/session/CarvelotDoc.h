@@ -2,16 +2,15 @@
 #pragma once
 
 #include "parse/Classifier.h"
-#include "parse/LogReader.h"
-#include "records/AnalysisSettings.h"
 #include "parse/DebugLine.h"
-#include "records/DetailList.h"
 #include "parse/JASLine.h"
+#include "platform/SharedFile.h"
+#include "records/AnalysisSettings.h"
+#include "records/DetailList.h"
+#include "records/LogSource.h"
 #include "session/JASUser.h"
 #include "session/Process.h"
 #include "session/SessionHost.h"
-#include "platform/SharedFile.h"
-#include "records/LineHead.h"
 
 #include <cstdint>
 #include <memory>
@@ -64,7 +63,8 @@ public:
 
     CDetailList m_listDetails;                              // every record made, in file order
     std::vector<std::unique_ptr<CProcess>> m_listProcesses; // in order of first appearance
-    std::vector<std::unique_ptr<CJASUser>> m_listUsers;     // JAS logs only, in order of first appearance
+    std::unordered_map<std::uint32_t, CProcess*> m_mapProcesses;
+    std::vector<std::unique_ptr<CJASUser>> m_listUsers; // JAS logs only, in order of first appearance
     std::unordered_map<std::string_view, CJASUser*> m_mapUsers;
     std::vector<RecordIndex> m_listGaps; // records that follow a silence, in file order
 
@@ -93,53 +93,12 @@ public:
 
 private:
     bool ReadLog(ILogSource& source);
-    bool DetectLogFormat(CLogReader& reader);
-    bool DetectJASFormat(CLogReader& reader);
-    // Reads a line and files its record.
-    void ParseDebugLine(LogLine& line);
-    void ParseJASLine(LogLine& line);
-    // The same for lines that begin as earlier ones did. False leaves the line to the two above.
-    bool ParseUsualDebugLine(const LogLine& line);
-    bool ParseUsualJASLine(const LogLine& line);
-    // The kinds of which more is known than that they are one of the thread's or user's records. Only a
-    // LOG_RETURN has a return code.
-    static constexpr CKindSet kFeedThread{LOG_ERROR, LOG_JDB_ERROR, LOG_SQL,   LOG_SQL_DONE,
-                                          LOG_CACHE, LOG_CALL,      LOG_RETURN};
-    static constexpr CKindSet kFeedUser{LOG_SQL, LOG_OBJECT_CALL, LOG_WARN, LOG_SEVERE};
-
-    // Files a record that stands in m_listDetails, its context, kind, return code and time at hand.
-    void CommitDetail(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
-                      std::uint64_t time) {
-        if (!kFeedThread.Has(kind) && context.thread != nullptr) {
-            context.thread->AddDetail(m_listDetails, m_gapRule, m_listGaps, record, kind, time);
-        } else {
-            CommitToThread(record, context, kind, returnCode, time);
-        }
-    }
-    void CommitToThread(RecordIndex record, RecordContext& context, LogKind kind, std::int32_t returnCode,
-                        std::uint64_t time);
-    void CommitToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time) {
-        CJASUser* const user = context.jasUser;
-        if (!kFeedUser.Has(kind) && user != nullptr && user->m_pPendingObject == kNoRecord &&
-            user->m_pPendingSQL == kNoRecord) {
-            user->m_listDetails.push_back(record);
-        } else {
-            CommitTaskToUser(record, context, kind, time);
-        }
-    }
-    void CommitTaskToUser(RecordIndex record, RecordContext& context, LogKind kind, std::uint64_t time);
-    // Sets the duration of a record from its own time to `endTime`.
-    float Measure(RecordIndex pending, std::uint64_t endTime);
-    CProcess& ProcessOf(RecordContext& context, std::uint64_t time);
 
     const AnalysisSettings& m_settings;
     CJASLineParser m_jasParser;
     ISessionHost& m_host;
     platform::SharedFile m_pLogFile;
-    std::unordered_map<std::uint32_t, CProcess*> m_processByID;
     std::uint64_t m_nLoadIdentity;
-
-    CGapRule m_gapRule; // by the threshold at the load's start
 };
 
 } // namespace carvelot

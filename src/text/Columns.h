@@ -92,20 +92,6 @@ inline std::string_view TrimStatement(std::string_view text) {
     return {first, static_cast<std::size_t>(last - first)};
 }
 
-// The same for a text with sixteen readable bytes behind it.
-inline std::string_view TrimPaddedStatement(std::string_view text) {
-    const std::uint32_t blanks = LeadingBlanksAmong16(text.data()).count;
-    if (blanks >= LeadingBlanks::kMost || blanks >= text.size()) {
-        return TrimStatement(text);
-    }
-    const char* const first = text.data() + blanks;
-    const char* last = text.data() + text.size();
-    while (last[-1] == ' ') {
-        --last;
-    }
-    return {first, static_cast<std::size_t>(last - first)};
-}
-
 // What stands between `from` and the next `end`; empty when there is no such end.
 inline std::string_view UpTo(std::string_view text, char end) {
     const std::size_t at = FindNear(text, end);

@@ -52,19 +52,4 @@ inline constexpr std::string_view kMonths = "JanFebMarAprMayJunJulAugSepOctNovDe
 
 inline bool IsMonth(std::string_view token) { return kMonths.find(token) != std::string_view::npos; }
 
-// Whether three characters are one of the twelve names themselves.
-inline bool IsMonthName(std::string_view token) {
-    const auto key = [](std::string_view name) {
-        return (std::uint32_t{static_cast<unsigned char>(name[0])} << 16U) |
-               (std::uint32_t{static_cast<unsigned char>(name[1])} << 8U) |
-               static_cast<unsigned char>(name[2]);
-    };
-    const std::uint32_t wanted = key(token);
-    bool found = false;
-    for (std::size_t at = 0; at < kMonths.size(); at += 3) {
-        found |= key(kMonths.substr(at, 3)) == wanted;
-    }
-    return found;
-}
-
 } // namespace carvelot

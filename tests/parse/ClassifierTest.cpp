@@ -8,16 +8,16 @@ namespace {
 
 std::string g_name; // for the latest Classification's name
 
-Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, FindSigns(text), g_name); }
+Classification Debug(std::string_view text) { return ClassifyDebugStatement(text, g_name); }
 
 LogKind DebugKind(std::string_view text) { return Debug(text).kind; }
 
 Classification JAS(std::string_view text, std::string_view level = "APP") {
     if (const LogKind levelKind = KindOfLevel(level); levelKind != LOG_NONE) {
-        return {levelKind, false, 0};
+        return {levelKind, Classification::Made::Nothing, 0};
     }
     PendingStatement pending;
-    return ClassifyJASStatement(text, FindSigns(text), pending, g_name);
+    return ClassifyJASStatement(text, pending, g_name);
 }
 
 LogKind JASKind(std::string_view text, std::string_view level = "APP") { return JAS(text, level).kind; }
@@ -139,41 +139,6 @@ TEST(ClassifyJASStatement, TakesTheTextByItsOwnTests) {
     EXPECT_EQ(JASKind("a jdeCache line"), LOG_CACHE);
     EXPECT_EQ(JASKind("holds JDB3100001"), LOG_NONE); // no code list here
     EXPECT_EQ(JASKind("Exiting DBPerformRequest"), LOG_NONE);
-}
-
-TEST(FindSigns, SeesTheSameThroughHintsAsThroughTheWholeText) {
-    // Each word once, and each with a letter missing, at several places of a line.
-    const std::vector<std::pair<HintSet, std::string>> words = {
-        {HintSet::Debug, "jdeCache"},     {HintSet::Debug, "hCache:"},
-        {HintSet::Debug, "hCursor:"},     {HintSet::Debug, "Found existing cache"},
-        {HintSet::Debug, "JDB3100001"},   {HintSet::Debug, "JDB4100005"},
-        {HintSet::Debug, "JDB9901232"},   {HintSet::Debug, "CAC0001025"},
-        {HintSet::Debug, "--UBE--"},      {HintSet::Debug, "Exiting DBPerformRequest"},
-        {HintSet::Jas, "jdeCache"},       {HintSet::Jas, "hCache:"},
-        {HintSet::Jas, "hCursor:"},       {HintSet::Jas, "Found existing cache"},
-        {HintSet::Jas, "Event Starts :"}, {HintSet::Jas, "Event Ends:"},
-        {HintSet::Jas, "at ER Line"},     {HintSet::Jas, "Object Called:"}};
-    for (const auto& [set, word] : words) {
-        for (std::size_t cut = 0; cut <= word.size(); ++cut) {
-            for (std::size_t before = 0; before < 40; before += 3) {
-                std::string text = std::string(before, 'x') + word + " and more";
-                if (cut < word.size()) {
-                    text.erase(before + cut, 1);
-                }
-                std::string line = text + std::string(kScanPadding, ' ');
-                LineIndex index(text.size());
-                ScanByBytes(set)(line.data(), text.size(), index);
-                const std::uint32_t* last = index.hints.get();
-                while (*last != LineIndex::kNoMore) {
-                    ++last;
-                }
-                const LineHints hints(index.hints.get(), last, 0);
-                const TextSigns slow = FindSigns(text);
-                const TextSigns fast = FindSigns(text, text, hints);
-                EXPECT_EQ(slow.found, fast.found & ~std::uint32_t{TextSigns::SIGN_UBE_IN_LINE}) << text;
-            }
-        }
-    }
 }
 
 } // namespace carvelot::test

@@ -151,11 +151,11 @@ TEST(PreparedStatement, ReplacesTheLeftmostHitOfAMark) {
     PendingStatement pending;
     std::string scratch;
     std::string_view text = statement;
-    ClassifyJASStatement(text, {}, pending, scratch);
+    ClassifyJASStatement(text, pending, scratch);
     EXPECT_EQ(pending.parameters, 10);
     for (int i = 0; i < 2; ++i) {
         text = "Param1: v_Types.CHAR";
-        ClassifyJASStatement(text, {}, pending, scratch);
+        ClassifyJASStatement(text, pending, scratch);
     }
     EXPECT_EQ(pending.statement, "SELECT X FROM T WHERE A IN (v,?2,?3,?4,?5,?6,?7,?8,?9,v0");
 }
@@ -176,7 +176,7 @@ TEST(PreparedStatement, FillsInValuesThatHoldMarksThemselves) {
         PendingStatement pending;
         std::string scratch;
         std::string_view text = statement;
-        const LogKind kind = ClassifyJASStatement(text, {}, pending, scratch).kind;
+        const LogKind kind = ClassifyJASStatement(text, pending, scratch).kind;
         EXPECT_EQ(kind, marks == 0 ? LOG_SQL : LOG_NONE);
         for (int left = marks; left > 0; --left) {
             const std::string index = std::to_string(1 + random() % 12);
@@ -185,7 +185,11 @@ TEST(PreparedStatement, FillsInValuesThatHoldMarksThemselves) {
             const std::string line =
                 "Param" + index + ": " + value + (quoted ? "_Types.VARCHAR," : "_Types.DECIMAL,");
             text = line;
-            ClassifyJASStatement(text, {}, pending, scratch, random() % 2 == 0);
+            if (random() % 2 == 0) {
+                ClassifyJASStatement(text, {}, pending, scratch);
+            } else {
+                ClassifyJASStatement(text, pending, scratch);
+            }
             if (const std::size_t place = expected.find("?" + index); place != std::string::npos) {
                 expected.replace(place, 1 + index.size(), quoted ? "'" + value + "'" : value);
             }
@@ -237,8 +241,7 @@ TEST(PreparedStatement, SilencesTheLowerTestsUntilItsParametersCome) {
     const auto classify = [&](std::string_view level, std::string_view text) {
         std::string scratch;
         const LogKind levelKind = KindOfLevel(level);
-        return levelKind != LOG_NONE ? levelKind
-                                     : ClassifyJASStatement(text, FindSigns(text), pending, scratch).kind;
+        return levelKind != LOG_NONE ? levelKind : ClassifyJASStatement(text, pending, scratch).kind;
     };
     EXPECT_EQ(classify("APP", "UPDATE T SET A = ?"), LOG_NONE);
     EXPECT_EQ(classify("APP", "Calling Business function X"), LOG_NONE);
