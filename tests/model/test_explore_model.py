@@ -389,6 +389,52 @@ class Frames(unittest.TestCase):
                          [("A", "thread:7/1", None), ("B", "thread:8/2", None), ("C", "thread:7/1", 0), ("D", "thread:8/2", 1)])
 
 
+    def test_what_is_open_agrees_with_a_plain_stack(self):
+        rng = random.Random(7)
+        for _ in range(300):
+            texts = []
+            for _ in range(rng.randint(1, 25)):
+                name, level = rng.choice("AB"), rng.choice([None, -1, 0, 1, 2, 3, 4])
+                texts.append(rng.choice([call(name, level), call(name, level), returned(name, level), "RT: >>>Beginning ER:\tX\t",
+                                         "RT: <<<Finished  ER:\tX\t"]))
+            self.assertEqual(spans(debug(*texts)), self.by_plain_stack(texts))
+
+    def by_plain_stack(self, texts):
+        frames, stack = [], []  # a frame is [name, start, end, closed, level or None for an event]
+
+        def end_from(at, now):
+            for frame in stack[at:]:
+                frame[2] = now
+            del stack[at:]
+
+        now = 0
+        for text in texts:
+            now += 10
+            level = e.call_level(text)
+            functions = [at for at, frame in enumerate(stack) if frame[4] is not None]
+            if text.startswith("Calling"):
+                of_level = [at for at in functions if stack[at][4] >= level] if level > 0 else []
+                if of_level:
+                    end_from(of_level[0], now)
+                frames.append([e.call_name(text), now, now, False, level])
+                stack.append(frames[-1])
+            elif text.startswith("Return"):
+                named = [at for at in functions if stack[at][0] == e.return_name(text) and level in (0, stack[at][4])]
+                if named:
+                    stack[named[-1]][3] = True
+                    end_from(named[-1], now)
+            elif "Beginning" in text:
+                frames.append(["X", now, now, False, None])
+                stack.append(frames[-1])
+            else:
+                events = [at for at, frame in enumerate(stack) if frame[4] is None]
+                if events:
+                    stack[events[-1]][3] = True
+                    end_from(events[-1], now)
+        end_from(0, now)
+        return [tuple(frame[:4]) for frame in frames]
+
+
 class Profiles(unittest.TestCase):
     def rows(self, profile, *numbers):
         return [tuple([row["name"]] + [row[number] for number in numbers]) for row in profile.functions()]
