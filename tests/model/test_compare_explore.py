@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """The comparison of what is explored: it passes a program that keeps the rules and finds what one that doesn't breaks."""
 
+import functools
 import io
 import json
 import os
@@ -75,6 +76,13 @@ def callgrind_text(profile):
 WRITERS = {".folded": e.folded_text, ".speedscope.json": speedscope_text, ".trace.json": trace_text, ".callgrind": callgrind_text}
 
 
+@functools.lru_cache(maxsize=50)
+def explored(path, loading, changed_at):
+    """A log is explored once for all runs over it."""
+    del changed_at
+    return e.explore(path, *loading)
+
+
 class StandIn:
     """Answers as the program would, out of the model; `spoil` may change what it prints or writes."""
 
@@ -95,17 +103,21 @@ class StandIn:
         options = parser.parse_args(arguments)
         loading = options.threshold, options.process, not options.no_cache_analysis
         where = options.scope, options.start, options.end
+
+        def side(path):
+            return explored(path, loading, os.stat(path).st_mtime_ns)
+
         target = options.export_profile
         ending = next((ending for ending in c.ENDINGS if target is not None and target.endswith(ending)), None)
         if target is not None and ending is None:
             return 1, b"", ("Not one of " + ", ".join(c.ENDINGS) + "\n").encode()
         try:
             if options.compare is not None:
-                text = e.json_text(e.comparison_json(e.explore(options.compare, *loading), e.explore(options.log, *loading), *where))
+                text = e.json_text(e.comparison_json(side(options.compare), side(options.log), *where))
             elif target is not None:
-                text = WRITERS[ending](e.profile_of_scope(e.explore(options.log, *loading), *where))
+                text = WRITERS[ending](e.profile_of_scope(side(options.log), *where))
             else:
-                out = e.explore_json(e.explore(options.log, *loading), *where)
+                out = e.explore_json(side(options.log), *where)
                 for finding in out["findings"]:
                     finding["text"] = "It means something."
                 text = e.json_text(out)

@@ -883,10 +883,16 @@ class Exports(unittest.TestCase):
 class Hostile(unittest.TestCase):
     def test_a_hundred_thousand_nested_calls(self):
         count = 100000
-        first = line("Entering JDB_InitUser")
-        found = explored([first] + [line(call("F%d" % level, level), level) for level in range(1, count + 1)]
-                         + [line(returned("F%d" % level, level), 2 * count - level) for level in range(count, 0, -1)])
-        self.assertEqual((len(found.frames), found.frames[0].total, found.frames[-1].total), (count, 2 * count - 2, 0))
+        session = e.ExploredSession()
+        session.load_bytes(line("Entering JDB_InitUser", 0, "9/9").encode() + b"\n")
+        levels = list(range(1, count + 1))
+        for kind, text, level in [(m.CALL, call, level) for level in levels] + [(m.RETURN, returned, level) for level in reversed(levels)]:
+            record = m.Detail()
+            record.index = record.time = len(session.details)
+            record.month, record.day, record.kind, record.text = "Sep", 22, kind, text("F%d" % level, level)
+            session.details.append(record)
+        found = e.Explored(session)
+        self.assertEqual((len(found.frames), found.frames[0].total, found.frames[-1].total), (count, 2 * count - 1, 1))
         self.assertEqual(found.findings, [])
         out = e.explore_json(found)
         self.assertEqual(len(e.flat_tree(out["tree"])), count)
