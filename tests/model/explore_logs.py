@@ -25,7 +25,7 @@ CACHES = ["75976968DataMapCDISTCache", "F4211Cache", "Cach\u00e9", ""]
 STEPS = [0, 0, 1, 137, 2000, 2000, 45000, 45000, 250000]
 WIDE_STEPS = [999999, 1000000, 1000001, 1500000, 1500001, 16777217, 61000000, 599999999, 600000000, 600000001]
 VALUES = ["7", "42", "-3", "+8", "0.5", ".25", "1e5", "2.5E-3", "'SO'", "'O''Neill'", "'\u00e9 ;  x'", "''", "?", "X1", "T0.A#1",
-          "12a", "1.5.2", "5 - 3", "a1e-5", "-.5", "1.", "3_", "'a'7", "1e5x", "NULL"]
+          "12a", "1.5.2", "5 - 3", "a1e-5", "-.5", "BRAND -5", "(AND-5)", "A AND -.5e1", "1.", "3_", "'a'7", "1e5x", "NULL"]
 
 BEGIN = "Entering JDB_BeginTransaction"
 ROLLBACK = "Entering JDB_RollbackUser (hUser 2BB4BE18)"
@@ -47,7 +47,8 @@ class ExploreLog:
         self.wide = rng.choice([0.0, 0.03, 0.15])
         self.calm = rng.random() < 0.3  # stories stay whole
         self.transactions = True
-        self.astray = 0  # how far off the next stamp is
+        self.tick = 1  # what a stamp of this log can tell apart
+        self.offsets = []  # of the next stamps from now
         self.functions = rng.sample(FUNCTIONS, rng.randint(2, 5))
         self.templates = [self.template() for _ in range(rng.randint(2, 5))]
 
@@ -89,8 +90,7 @@ class ExploreLog:
     def stamp(self):
         """(month, day, hour, minute, second, microsecond) as texts are made of."""
         rng = self.rng
-        instant = self.advance() + self.astray
-        self.astray = 0
+        instant = self.now + self.offsets.pop(0) if self.offsets else self.advance()
         month, day = self.date(instant)
         seconds, fraction = divmod(instant % DAY, SECOND)
         hour, minute, second = seconds // 3600, seconds // 60 % 60, seconds % 60
@@ -101,7 +101,7 @@ class ExploreLog:
             elif pick == 1:
                 month, day = rng.choice([("Feb", 30), ("Apr", 31), ("Sep", 0), ("Jan", 32), ("Sep", -1)])
             elif pick == 2:
-                hour = rng.choice([24, 25, -1])
+                hour, minute, second, fraction = rng.choice([(24, 0, 0, 0), (23, 59, 59, 999999), (25, 1, 1, 1), (-1, 0, 0, 0)])
             elif pick == 3:
                 month, day = rng.choice([("Feb", 28), ("Mar", 1), ("Dec", 31), ("Jan", 1)])
             elif self.leap:
@@ -260,7 +260,7 @@ class ExploreLog:
 
     def deep_life(self):
         """Calls within calls, deeper than other tools are told of."""
-        depth = self.rng.choice([60, 499, 500, 501, 520])
+        depth = self.rng.choice([60, 500, 501, 502, 520])
         lines = [self.call("F%d" % (level % 7), level) for level in range(1, depth + 1)]
         lines += self.executed(self.simple_statement())
         return lines + [self.returned("F%d" % (level % 7), level)
@@ -272,7 +272,7 @@ class ExploreLog:
         """(owner, text) of all lines, each owner's in its order."""
         rng = self.rng
         waiting = {owner: self.life(rng.choice([0, 1, 4, 8])) for owner in owners}
-        if rng.random() < 0.04:
+        if rng.random() < 0.06:
             waiting[owners[0]] += self.deep_life()
         out = []
         while waiting:
@@ -284,11 +284,18 @@ class ExploreLog:
                 out.append((owner, waiting[owner].pop(0)))
         return out
 
-    def stand_astray(self):
-        """Now and then for the next line, the first or the last one."""
-        rng = self.rng
-        if rng.random() < 0.12:
-            self.astray = rng.choice([-1, 1]) * rng.choice([600000001, DAY - 1, DAY, DAY + 1, 2 * DAY, 200 * DAY])
+    def first_astray(self):
+        """Now and then the first stamp lies about a day from two that lie about ten minutes apart."""
+        rng, tick = self.rng, self.tick
+        if rng.random() < 0.15:
+            self.offsets = [rng.choice([-1, 1]) * rng.choice([DAY, DAY + tick, DAY + tick, 200 * DAY]), 0,
+                            rng.choice([1, -1]) * rng.choice([0, 600 * SECOND, 600 * SECOND, 600 * SECOND + tick])]
+
+    def last_astray(self):
+        """Now and then the last stamp lies about a day from the one before it."""
+        rng, tick = self.rng, self.tick
+        if rng.random() < 0.2:
+            self.offsets = [0, rng.choice([-1, 1]) * rng.choice([DAY - tick, DAY, DAY, DAY + tick, 200 * DAY])]
 
     def encode(self, line):
         raw = line.encode("utf-8")
@@ -312,7 +319,9 @@ class DebugLog(ExploreLog):
     def executed(self, text):
         rng = self.rng
         lines = [text]
-        lines += ["x"] * (rng.random() < 0.2)
+        if rng.random() < 0.2:
+            lines.append(rng.choice(["x", "x", "x", "Return value is 0 for Nobody. x", "Return value is 0", "Calling X y",
+                                     "RT: <<<Finished  ER:\tX\t", "On line 5"]))
         if rng.random() < 0.85:
             lines.append("Exiting DBPerformRequest")
         return lines
@@ -339,18 +348,27 @@ class DebugLog(ExploreLog):
     def write(self):
         rng = self.rng
         self.dashes = rng.random() < 0.8
+        self.tick = 1 if self.dashes else SECOND
         owners = [(4120, thread) for thread in rng.sample([3388, 1, -167733552], rng.randint(1, 3))]
         if rng.random() < 0.5:
             owners += [(5500, 3388), (-5, 2)][:rng.randint(1, 2)]
-        self.stand_astray()
+        pair = rng.random() < 0.03
+        if pair:
+            self.offsets = [0, rng.choice([DAY + 1, 3 * DAY])]
+        else:
+            self.first_astray()
         self.lines.append(self.encode(self.line(owners[0], "Entering JDB_InitUser with commit mode 0.")))
+        if pair:
+            self.lines.append(self.encode(self.line(owners[0], self.statement())))
+            return
         for owner, text in self.lives(owners):
             if self.odd():
                 self.lines.append(rng.choice([b"", b"a continuation of the line before", b"--UBE--[2]-- Starting", b"x", b"  ",
                                               b"two words", b"at Foo.bar(Foo:12) x"]))
             self.lines.append(self.encode(self.line(owner, text)))
-        self.stand_astray()
-        self.lines.append(self.encode(self.line(owners[0], self.statement())))
+        self.last_astray()
+        for _ in range(2):
+            self.lines.append(self.encode(self.line(owners[0], self.statement())))
 
 
 class JasLog(ExploreLog):
@@ -365,7 +383,7 @@ class JasLog(ExploreLog):
 
     def event(self, depth):
         rng = self.rng
-        start = rng.choice(["P42101_W42101A, Event Starts :%s" % rng.choice(EVENTS), "Event Starts :", "x , Event Starts :",
+        start = rng.choice(["P42101_W42101A, Event Starts :%s" % rng.choice(EVENTS), "Event Starts :", "x , Event Starts :", "P, Event Starts : , D",
                             "RT: >>>Beginning ER:\t%s\t" % rng.choice(EVENTS)])
         lines = [start] + self.story(depth + 1)
         if rng.random() < 0.6:
@@ -389,7 +407,8 @@ class JasLog(ExploreLog):
         # Among the first lines a transaction's text would make this a debug log.
         self.transactions = rng.random() < 0.1
         self.lines += [b""] * (5001 if self.transactions else 0)
-        self.stand_astray()
+        self.tick = 1000
+        self.first_astray()
         for _ in range(6):
             self.lines.append(self.encode(self.line(owners[0], "Started")))
         for owner, text in self.lives(owners):
@@ -397,8 +416,9 @@ class JasLog(ExploreLog):
                 self.lines.append(rng.choice([b"", b"at Foo.bar(Foo:12)", b"29 06 2016 12:00:00,1 x", b"29", b"29 Jun", b" ", b"\t",
                                               b"java.lang.Exception: x y"]))
             self.lines.append(self.encode(self.line(owner, text)))
-        self.stand_astray()
-        self.lines.append(self.encode(self.line(owners[0], rng.choice(["Started", "Object Called: P42101.W42101A"]))))
+        self.last_astray()
+        for _ in range(2):
+            self.lines.append(self.encode(self.line(owners[0], rng.choice(["Started", "Object Called: P42101.W42101A"]))))
 
 
 def make(seed):
