@@ -407,7 +407,7 @@ def main():
     parser.add_argument("logs", nargs="*")
     parser.add_argument("--batch", metavar="EXE")
     parser.add_argument("--odd", action="store_true")
-    parser.add_argument("--seeds", default="1-150", metavar="A-B")
+    parser.add_argument("--seeds", default="1-200", metavar="A-B")
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--keep", metavar="DIR")
     options = parser.parse_args()

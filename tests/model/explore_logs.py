@@ -17,7 +17,8 @@ SECOND = 1000000
 DAY = 86400 * SECOND
 # U+FF21 orders behind U+1F600 by UTF-16 and ahead of it by code point.
 FUNCTIONS = ["F4211FSBeginDoc", "F4211FSEditLine", "F4211EditLine", "GetItemMasterInfo", "X0010GetNextNumber",
-             "R\u00e9capitulatif", "\U0001F600Total", "\uFF21Total", "Price;Advance", "(top)"]
+             "R\u00e9capitulatif", "\U0001F600Total", "\uFF21Total", "Price;Advance", "(top)",
+             "Dotted."]
 EVENTS = ["Post Dialog is Initialized", "OK Button", " ", "Grid; Row Exited", "\u00c9v\u00e9nement", "F4211EditLine"]
 TABLES = ["PRODDTA.F4211", "F0101", "PRODDTA/F4105", "JDE_CRP.CRPDTA.F4102", "\u00c4RTIKEL", "F4101"]
 USERS = ["JDE", "SCHMIDT", "M\u00dcLLER", "1000183", "", "A;B", "A\U0001F600B"]
@@ -25,7 +26,8 @@ CACHES = ["75976968DataMapCDISTCache", "F4211Cache", "Cach\u00e9", ""]
 STEPS = [0, 0, 1, 137, 2000, 2000, 45000, 45000, 250000]
 WIDE_STEPS = [999999, 1000000, 1000001, 1500000, 1500001, 16777217, 61000000, 599999999, 600000000, 600000001]
 VALUES = ["7", "42", "-3", "+8", "0.5", ".25", "1e5", "2.5E-3", "'SO'", "'O''Neill'", "'\u00e9 ;  x'", "''", "?", "X1", "T0.A#1",
-          "12a", "1.5.2", "5 - 3", "a1e-5", "-.5", "BRAND -5", "(AND-5)", "A AND -.5e1", "1.", "3_", "'a'7", "1e5x", "NULL"]
+          "12a", "1.5.2", "5 - 3", "a1e-5", "-.5", "BRAND -5", "(AND-5)", "CASE X THEN -1 ELSE +2 END", "\u00e91",
+          "1\u00e9", "A AND -.5e1", "1.", "3_", "'a'7", "1e5x", "NULL"]
 
 BEGIN = "Entering JDB_BeginTransaction"
 ROLLBACK = "Entering JDB_RollbackUser (hUser 2BB4BE18)"
@@ -39,7 +41,7 @@ class ExploreLog:
         self.rng = random.Random("explore %d" % seed)
         rng = self.rng
         self.lines = []
-        self.leap = rng.random() < 0.25
+        self.leap = rng.random() < 0.35
         starts = [(11, 31, 23), (11, 30, 20), (1, 28, 23), (8, 22, 10), (2, 1, 0), (0, 1, 0), (5, 30, 23)]
         month, day, hour = rng.choice(starts)
         self.now = self.instant(month, day) + hour * 3600 * SECOND + rng.choice([0, 3540, 3590, 1800]) * SECOND
@@ -50,7 +52,11 @@ class ExploreLog:
         self.tick = 1  # what a stamp of this log can tell apart
         self.offsets = []  # of the next stamps from now
         self.functions = rng.sample(FUNCTIONS, rng.randint(2, 5))
-        self.templates = [self.template() for _ in range(rng.randint(2, 5))]
+        if rng.random() < 0.2:
+            self.functions = ["\uFF21Total", "\U0001F600Total"]
+        self.templates = [self.template(rng.choice(TABLES)) for _ in range(rng.randint(2, 5))]
+        if rng.random() < 0.15:
+            self.templates = ["SELECT * FROM \U0001F600TAB WHERE X = %s", "SELECT * FROM \uFF21TAB WHERE X = %s"]
 
     def odd(self, factor=1.0):
         return self.rng.random() < self.oddity * factor
@@ -85,6 +91,9 @@ class ExploreLog:
                                                                40 * DAY])
         elif pick < 1.2 * self.oddity:  # out of order
             return self.now - rng.choice([1, 500, 70000, 2000000])
+        elif pick < 1.5 * self.oddity:  # away, and back after as many stamps as may make the first a stray one, or one more
+            away = 600 * SECOND + self.tick
+            self.offsets = [0, away] + [away + 60 * SECOND] * rng.randint(1, 3) + [0]
         return self.now
 
     def stamp(self):
@@ -95,7 +104,7 @@ class ExploreLog:
         seconds, fraction = divmod(instant % DAY, SECOND)
         hour, minute, second = seconds // 3600, seconds // 60 % 60, seconds % 60
         if self.odd(0.7):
-            pick = rng.randrange(5)
+            pick = rng.randrange(6 if self.leap else 4)
             if pick == 0:
                 month = rng.choice(["Foo", "anF", "J", "JanFeb"])
             elif pick == 1:
@@ -104,7 +113,7 @@ class ExploreLog:
                 hour, minute, second, fraction = rng.choice([(24, 0, 0, 0), (23, 59, 59, 999999), (25, 1, 1, 1), (-1, 0, 0, 0)])
             elif pick == 3:
                 month, day = rng.choice([("Feb", 28), ("Mar", 1), ("Dec", 31), ("Jan", 1)])
-            elif self.leap:
+            else:
                 month, day = "Feb", 29
         return month, day, hour, minute, second, fraction
 
@@ -117,9 +126,8 @@ class ExploreLog:
         count = self.rng.choice([1, 2, 3, 8])
         return self.rng.choice([",", ", ", " , "]).join(self.value() for _ in range(count))
 
-    def template(self):
-        """A statement with places for values, one place each time a `%s` stands there."""
-        table = self.rng.choice(TABLES)
+    def template(self, table):
+        """A statement with places for a value, `%s`, and for a list of them, `%v`."""
         return self.rng.choice([
             "SELECT * FROM {} WHERE AN8 = %s", "SELECT  DISTINCT SDKCOO FROM {}  WHERE  ( SDKCOO = %s AND SDDCTO = %s )",
             "SELECT T0.AN8 FROM {} T0, F0116 T1 WHERE T0.AN8 IN (%v)", "SELECT -1, %s FROM {} WHERE X BETWEEN -%s AND +%s",
@@ -138,6 +146,8 @@ class ExploreLog:
             else:
                 out.append(piece)
         text = "".join(out)
+        if self.rng.random() < 0.1:
+            text += "\t"
         if "SELECT" in text and self.rng.random() < 0.1:
             text = text.replace(" ", self.rng.choice(["  ", " \t", "\t ", " \v"]), 2)
         return text
@@ -176,6 +186,8 @@ class ExploreLog:
         handle, cursor = rng.choice(["1A", "1a", "0A4A14A8"]), rng.choice(["09310010", "0931001F"])
         confirm = "  hCache:[%s] Nm:[9x] Recs:0 Curs:0" % handle
         lines = ["Entering jdeCacheInit - Name:[%s]" % rng.choice(CACHES), "  Created new cache - hCache:[%s]" % handle, confirm]
+        if rng.random() < 0.3:
+            lines += ["    Found existing cache, total references:[2]", confirm]
         if rng.random() < 0.7:
             lines += ["Open Cursor Success hCursor:[%s] hCache:[%s]" % (cursor, handle), confirm]
             if rng.random() < 0.5:
@@ -191,7 +203,8 @@ class ExploreLog:
         lines += self.story(3) if rng.random() < 0.3 else []
         lines += [self.trouble()] if rng.random() < 0.6 else []
         lines += ["x"] * rng.randint(0, 2)
-        return lines + [rng.choice([ROLLBACK, ROLLBACK, "ERROR: " + ROLLBACK + BEHIND, "Entering JDB_CommitUser"])]
+        lines.append(rng.choice([ROLLBACK, ROLLBACK, "ERROR: " + ROLLBACK + BEHIND, "Entering JDB_CommitUser"]))
+        return lines + [ROLLBACK] * (rng.random() < 0.2)
 
     # ---- stories
 
@@ -260,7 +273,7 @@ class ExploreLog:
 
     def deep_life(self):
         """Calls within calls, deeper than other tools are told of."""
-        depth = self.rng.choice([60, 500, 501, 502, 520])
+        depth = self.rng.choice([500, 501, 502, 520])
         lines = [self.call("F%d" % (level % 7), level) for level in range(1, depth + 1)]
         lines += self.executed(self.simple_statement())
         return lines + [self.returned("F%d" % (level % 7), level)
@@ -272,7 +285,7 @@ class ExploreLog:
         """(owner, text) of all lines, each owner's in its order."""
         rng = self.rng
         waiting = {owner: self.life(rng.choice([0, 1, 4, 8])) for owner in owners}
-        if rng.random() < 0.06:
+        if rng.random() < 0.1:
             waiting[owners[0]] += self.deep_life()
         out = []
         while waiting:
@@ -383,12 +396,12 @@ class JasLog(ExploreLog):
 
     def event(self, depth):
         rng = self.rng
-        start = rng.choice(["P42101_W42101A, Event Starts :%s" % rng.choice(EVENTS), "Event Starts :", "x , Event Starts :", "P, Event Starts : , D",
-                            "RT: >>>Beginning ER:\t%s\t" % rng.choice(EVENTS)])
+        start = rng.choice(["P42101_W42101A, Event Starts :%s" % rng.choice(EVENTS), "Event Starts :", "x , Event Starts :",
+                            "P, Event Starts : , D", "RT: >>>Beginning ER:\t%s\t" % rng.choice(EVENTS)])
         lines = [start] + self.story(depth + 1)
         if rng.random() < 0.6:
             lines.append(rng.choice(["Object Called: P42101.W42101A", "Object Called: F0101", "Object Called: P42101.",
-                                     "Object Called: A.B; C"]))
+                                     "Object Called: A.B; C.D"]))
         return lines + ["P42101_W42101A, Event Ends:Dialog"] * rng.choice([0, 1, 1, 1, 1, 2])
 
     def line(self, owner, text):

@@ -957,7 +957,7 @@ def tearDownModule():
 
 
 class Logs(unittest.TestCase):
-    SEEDS = range(1, 151)
+    SEEDS = range(1, 201)
 
     def test_logs_are_the_same_for_the_same_seed(self):
         self.assertEqual([explore_logs.make(seed) for seed in range(12)], [explore_logs.make(seed) for seed in range(12)])
