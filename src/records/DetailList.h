@@ -70,6 +70,11 @@ public:
     }
     float Duration(RecordIndex record) const { return m_extras[Packed(record).extra].duration; }
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
+    std::string_view Month(RecordIndex record) const { return m_words.Text(Context(record).month); }
+    std::int32_t Day(RecordIndex record) const {
+        const std::uint64_t head = Packed(record).head;
+        return OddField::In(head) != 0 ? Odd(record).day : DayField::As<std::int32_t>(head);
+    }
     std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
     bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).head) != 0; }
