@@ -11,8 +11,7 @@ std::string_view NameOf(FrameKind kind) {
 
 std::uint32_t CFrameKeys::Number(FrameKind kind, std::string_view name) {
     const std::uint32_t id = m_names.Id(name);
-    const std::uint64_t pair = (std::uint64_t{id} << 2U) | static_cast<std::uint64_t>(kind);
-    const auto [number, isNew] = m_numbers.FindOrAdd(pair, Count());
+    const auto [number, isNew] = m_numbers.FindOrAdd(PairOf(id, static_cast<std::uint32_t>(kind)), Count());
     if (isNew) {
         m_keys.push_back({id, kind});
     }

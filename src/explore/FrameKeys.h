@@ -17,6 +17,11 @@ std::string_view NameOf(FrameKind kind);
 
 inline constexpr std::uint32_t kNoKey = 0xFFFFFFFE;
 
+// Two numbers as one, to look things up by.
+constexpr std::uint64_t PairOf(std::uint32_t one, std::uint32_t other) {
+    return (std::uint64_t{one} << 32U) | other;
+}
+
 class CFrameKeys {
 public:
     std::uint32_t Number(FrameKind kind, std::string_view name); // given on first sight in rising order

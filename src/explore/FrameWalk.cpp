@@ -8,12 +8,6 @@
 
 namespace carvelot {
 
-namespace {
-
-std::uint64_t Pair(std::uint32_t one, std::uint32_t other) { return (std::uint64_t{one} << 32U) | other; }
-
-} // namespace
-
 CFrameWalk::CFrameWalk(CFrames& frames, const CCarvelotDoc& session, const CClock& clock,
                        const CStreams& streams)
     : m_result(frames), m_details(session.m_listDetails), m_clock(clock), m_streamOf(streams),
@@ -186,16 +180,16 @@ void CFrameWalk::EndFrom(std::uint32_t number, std::uint32_t place, RecordIndex 
 }
 
 std::uint32_t& CFrameWalk::NewestOfKey(std::uint32_t number, std::uint32_t key) {
-    return m_newestOfKey.At(Pair(number, key), kNoPlace);
+    return m_newestOfKey.At(PairOf(number, key), kNoPlace);
 }
 
 std::uint32_t& CFrameWalk::NewestOfLevelledKey(std::uint32_t number, std::uint32_t levelledKey) {
-    return m_newestOfLevelledKey.At(Pair(number, levelledKey), kNoPlace);
+    return m_newestOfLevelledKey.At(PairOf(number, levelledKey), kNoPlace);
 }
 
 std::uint32_t CFrameWalk::LevelledKey(std::uint32_t key, std::int32_t level) {
     const auto [levelled, isNew] =
-        m_levelledKeys.FindOrAdd(Pair(key, static_cast<std::uint32_t>(level)), m_nLevelledKeys);
+        m_levelledKeys.FindOrAdd(PairOf(key, static_cast<std::uint32_t>(level)), m_nLevelledKeys);
     m_nLevelledKeys += isNew ? 1 : 0;
     return levelled;
 }

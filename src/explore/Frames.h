@@ -17,8 +17,8 @@ inline constexpr std::int8_t kNoResult = -1;
 
 struct Frame {
     RecordIndex record;
-    RecordIndex ended; // the record that ended it, its own for one without an end of its own; kNoRecord at
-                       // the stream's end
+    RecordIndex ended;    // the record that ended it, its own for one without an end of its own; kNoRecord at
+                          // the stream's end
     std::uint32_t parent; // a frame ahead of this one, or kNoFrame
     std::uint32_t key;
     std::int64_t start; // microseconds of the stream's time

@@ -16,7 +16,7 @@ public:
 
     // "  function F 2+3 closed 0" for a frame below another one that started 2 seconds behind the first
     // frame, took 3 and returned 0.
-    std::vector<std::string> Texts() const {
+    std::vector<std::string> FrameTexts() const {
         std::vector<std::string> texts;
         std::vector<std::size_t> depths;
         for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {

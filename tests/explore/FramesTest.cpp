@@ -11,8 +11,10 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-Texts FramesOf(std::initializer_list<std::string> lines) { return ExploredLog(DebugLog(lines)).Texts(); }
-Texts UserFramesOf(std::initializer_list<std::string> lines) { return ExploredLog(JASLog(lines)).Texts(); }
+Texts FramesOf(std::initializer_list<std::string> lines) { return ExploredLog(DebugLog(lines)).FrameTexts(); }
+Texts UserFramesOf(std::initializer_list<std::string> lines) {
+    return ExploredLog(JASLog(lines)).FrameTexts();
+}
 
 } // namespace
 
@@ -56,7 +58,7 @@ TEST(ExploreFrames, LeaveAReturnWithoutItsCallAnOrphan) {
     const ExploredLog log(
         DebugLog({At(0, CallText("F", 1)), At(1, ReturnText("F", 2)), At(2, ReturnText("G", 1)),
                   At(3, ReturnText("F", 1)), At(4, ReturnText("F", 1)), At(5, "Return value is 1 for")}));
-    EXPECT_EQ(log.Texts(), Texts{"function F 0+3 closed 0"});
+    EXPECT_EQ(log.FrameTexts(), Texts{"function F 0+3 closed 0"});
     Texts orphans;
     for (const OrphanReturn& orphan : log.m_frames.OrphanReturns()) {
         orphans.push_back(std::to_string(Number(orphan.record)) + " " + log.KeyText(orphan.key));
