@@ -4,6 +4,7 @@
 #include <array>
 #include <limits>
 #include <string_view>
+#include <vector>
 
 namespace carvelot {
 
@@ -62,27 +63,28 @@ std::int64_t AddTimes(std::int64_t one, std::int64_t other) {
     return sum;
 }
 
-CClock::CClock(const CDetailList& details) {
-    ReadStamps(details);
-    WalkPiece({0, static_cast<std::uint32_t>(m_clocks.size())});
-}
+CClock::CClock(const CDetailList& details)
+    : CClock(details, std::array{RecordRange{0, static_cast<std::uint32_t>(details.Size())}}) {}
 
-CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces) {
+CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
+    : m_nRecords(static_cast<std::uint32_t>(details.Size())),
+      m_clocks(std::make_unique_for_overwrite<std::int64_t[]>(m_nRecords)) {
     ReadStamps(details);
     std::uint32_t behind = 0;
+    const auto clearUpTo = [&](std::uint32_t end) {
+        std::fill(m_clocks.get() + behind, m_clocks.get() + end, 0);
+    };
     for (const RecordRange piece : pieces) {
-        std::fill(m_clocks.begin() + behind, m_clocks.begin() + piece.first, 0);
+        clearUpTo(piece.first);
         WalkPiece(piece);
         behind = piece.end;
     }
-    std::fill(m_clocks.begin() + behind, m_clocks.end(), 0);
+    clearUpTo(m_nRecords);
 }
 
 void CClock::ReadStamps(const CDetailList& details) {
-    const auto count = static_cast<std::uint32_t>(details.Size());
-    m_clocks.resize(count);
     std::vector<MonthDays> months; // by context
-    for (std::uint32_t i = 0; i < count; ++i) {
+    for (std::uint32_t i = 0; i < m_nRecords; ++i) {
         const RecordIndex record{i};
         const std::uint32_t context = details.ContextNumber(record);
         if (context >= months.size()) {
@@ -162,17 +164,21 @@ void CClock::WalkPiece(RecordRange piece) {
     std::optional<std::int64_t> before; // the latest stamp that is not stray
     std::uint32_t stamped = 0;
     std::int64_t clock = 0;
+    std::int64_t midnight = 0; // ahead of that stamp
     for (std::uint32_t i = piece.first; i < piece.end; ++i) {
         const std::int64_t stamp = m_clocks[i];
         if (stamp != kNoStamp) {
             ++stamped;
             if (before) {
-                const std::int64_t distance = Distance(*before, stamp);
+                // Mostly the day is the same.
+                const bool isSameDay = stamp >= midnight && stamp < midnight + kDay;
+                const std::int64_t distance = isSameDay ? stamp - *before : Distance(*before, stamp);
                 if (!IsStray(*before, distance, i, piece.end, stamped >= 3)) {
                     // A clock that was set back by more than the ten minutes goes on from where it stood.
                     const std::int64_t step = distance < -kTenMinutes ? 0 : distance;
                     clock = std::min(clock + step, kMostClock);
                     before = stamp;
+                    midnight = isSameDay ? midnight : stamp - stamp % kDay;
                 }
             } else if (stamped != 1 || !IsFirstStray(i, piece.end)) {
                 if (m_firstRecord) {
@@ -182,6 +188,7 @@ void CClock::WalkPiece(RecordRange piece) {
                     m_nFirstStamp = stamp;
                 }
                 before = stamp;
+                midnight = stamp - stamp % kDay;
             }
         }
         m_clocks[i] = clock;

@@ -5,9 +5,9 @@
 #include "records/DetailList.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
-#include <vector>
 
 namespace carvelot {
 
@@ -44,7 +44,8 @@ private:
     bool IsStray(std::int64_t before, std::int64_t distance, std::uint32_t record, std::uint32_t end,
                  bool isThirdOrLater) const;
 
-    std::vector<std::int64_t> m_clocks; // a stamp, until its piece is walked
+    std::uint32_t m_nRecords;
+    std::unique_ptr<std::int64_t[]> m_clocks; // by record; a stamp, until its piece is walked
     bool m_bLeapYear = false;
     std::optional<RecordIndex> m_firstRecord;
     std::int64_t m_nFirstStamp = 0; // of that record

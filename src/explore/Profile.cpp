@@ -34,6 +34,50 @@ std::vector<std::int64_t> SelfTimes(const CCut& cut) {
     return selfs;
 }
 
+// Finds nodes by parent and key. Most have few children, among which a look tells more quickly than a look-up
+// in a large table does.
+class CTreeNodes {
+public:
+    explicit CTreeNodes(std::vector<CallTreeNode>& tree) : m_tree(tree) {}
+
+    std::uint32_t FindOrAdd(std::uint32_t parent, std::uint32_t key) {
+        std::uint32_t looked = 0;
+        std::uint32_t node = parent == kNone ? m_nFirstAtTop : m_tree[parent].firstChild;
+        for (; node != kNone && looked < kFew; node = m_tree[node].nextSibling, ++looked) {
+            if (m_tree[node].key == key) {
+                return node;
+            }
+        }
+        const auto added = static_cast<std::uint32_t>(m_tree.size());
+        if (looked == kFew) {
+            const auto [place, isNew] = m_further.FindOrAdd(PairOf(parent, key), added);
+            if (!isNew) {
+                return place;
+            }
+        }
+        std::uint32_t& last = parent == kNone ? m_nLastAtTop : m_lastChild[parent];
+        if (last != kNone) {
+            m_tree[last].nextSibling = added;
+        } else {
+            (parent == kNone ? m_nFirstAtTop : m_tree[parent].firstChild) = added;
+        }
+        last = added;
+        m_lastChild.push_back(kNone);
+        m_tree.push_back({key, parent});
+        return added;
+    }
+
+private:
+    static constexpr std::uint32_t kNone = CallTreeNode::kNone;
+    static constexpr std::uint32_t kFew = 8;
+
+    std::vector<CallTreeNode>& m_tree;
+    std::vector<std::uint32_t> m_lastChild; // by node
+    std::uint32_t m_nFirstAtTop = kNone;
+    std::uint32_t m_nLastAtTop = kNone;
+    CNumberMap m_further; // children behind the first few
+};
+
 } // namespace
 
 CProfile::CProfile(const CCut& cut) {
@@ -104,28 +148,12 @@ void CProfile::AddEdges(const CCut& cut) {
 }
 
 void CProfile::AddTree(const CCut& cut, const std::vector<std::int64_t>& selfs) {
-    constexpr std::uint32_t none = CallTreeNode::kNone;
-    CNumberMap places;                                             // by parent and key
-    std::vector<std::uint32_t> nodeOf(cut.Frames().Count(), none); // by frame
-    std::vector<std::uint32_t> lastChild;                          // by node
-    std::uint32_t lastAtTop = none;
+    CTreeNodes nodes(m_tree);
+    std::vector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
     ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
-        const std::uint32_t parent = frame.parent == kNoFrame ? none : nodeOf[frame.parent];
-        const auto [place, isNew] =
-            places.FindOrAdd(PairOf(parent, frame.key), static_cast<std::uint32_t>(m_tree.size()));
-        if (isNew) {
-            std::uint32_t& last = parent == none ? lastAtTop : lastChild[parent];
-            if (last != none) {
-                m_tree[last].nextSibling = place;
-            } else if (parent != none) {
-                m_tree[parent].firstChild = place;
-            }
-            last = place;
-            lastChild.push_back(none);
-            m_tree.push_back({frame.key, parent});
-        }
-        nodeOf[i] = place;
-        CallTreeNode& node = m_tree[place];
+        const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
+        nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
+        CallTreeNode& node = m_tree[nodeOf[i]];
         ++node.calls;
         node.total = AddTimes(node.total, cut.Total(i));
         node.self = AddTimes(node.self, selfs[i]);

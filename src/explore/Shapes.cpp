@@ -61,11 +61,18 @@ template <class Take> void ForEachStatement(const CStatementShapes& shapes, cons
 
 CStatementShapes::CStatementShapes(const CCarvelotDoc& session, const CFrames& frames)
     : m_byFrame(frames.Count(), kNoShape) {
-    CShapeText shape;
+    CShapeText shapeText;
+    // Statements of one operation and table have few shapes, mostly that of the one before.
+    std::vector<std::uint32_t> latest(frames.Keys().Count(), 0);
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
-        if (frames.Keys().Kind(frames[i].key) == FrameKind::Statement) {
+        const std::uint32_t key = frames[i].key;
+        if (frames.Keys().Kind(key) == FrameKind::Statement) {
             const std::string_view text = session.m_listDetails.Text(frames[i].record);
-            m_byFrame[i] = m_texts.Id(shape.Of(text, FindOperationWord(text)));
+            const std::string_view shape = shapeText.Of(text, FindOperationWord(text));
+            if (m_texts.Text(latest[key]) != shape) {
+                latest[key] = m_texts.Id(shape);
+            }
+            m_byFrame[i] = latest[key];
         }
     }
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 
 namespace carvelot {
@@ -42,6 +43,81 @@ constexpr std::array<std::uint8_t, 256> MakeClasses() {
 constexpr std::array<std::uint8_t, 256> kClasses = MakeClasses();
 
 bool Is(char c, unsigned classes) { return (kClasses[static_cast<unsigned char>(c)] & classes) != 0; }
+
+#if defined(__SSE2__)
+// Which of sixteen bytes lie between two characters, these included.
+__m128i Within(__m128i bytes, char first, char last) {
+    return _mm_and_si128(_mm_cmpgt_epi8(bytes, _mm_set1_epi8(static_cast<char>(first - 1))),
+                         _mm_cmplt_epi8(bytes, _mm_set1_epi8(static_cast<char>(last + 1))));
+}
+__m128i Equal(__m128i bytes, char character) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(character)); }
+template <class... Masks> __m128i AnyOf(__m128i mask, Masks... masks) {
+    ((mask = _mm_or_si128(mask, masks)), ...);
+    return mask;
+}
+__m128i Load16(const char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
+std::size_t FirstOf(std::uint32_t places) { return static_cast<std::size_t>(std::countr_zero(places)); }
+#endif
+
+// Where a literal begins or white space stands that is more, or other, than one blank ahead of something.
+std::size_t FindQuoteOrSpace(std::string_view text, std::size_t at) {
+#if defined(__SSE2__)
+    const auto otherSpace = [](__m128i bytes) { return Within(bytes, '\t', '\r'); };
+    for (; at + 17 <= text.size(); at += 16) {
+        const __m128i bytes = Load16(text.data() + at);
+        const __m128i next = Load16(text.data() + at + 1);
+        const __m128i doubled = _mm_and_si128(Equal(bytes, ' '), AnyOf(Equal(next, ' '), otherSpace(next)));
+        const auto places = static_cast<std::uint32_t>(
+            _mm_movemask_epi8(AnyOf(Equal(bytes, '\''), otherSpace(bytes), doubled)));
+        if (places != 0) {
+            return at + FirstOf(places);
+        }
+    }
+#endif
+    while (at < text.size() && !Is(text[at], CHAR_QUOTE) &&
+           !(Is(text[at], CHAR_SPACE) &&
+             (text[at] != ' ' || at + 1 == text.size() || Is(text[at + 1], CHAR_SPACE)))) {
+        ++at;
+    }
+    return at;
+}
+
+// Where a mark, a sign, or a digit or dot that a number may begin with stands. What is right behind a name, a
+// number or a dot is a part of it.
+std::size_t FindMarkOrNumber(std::string_view text, std::size_t at) {
+    const auto isOne = [text](std::size_t place) {
+        return Is(text[place], CHAR_MARK | CHAR_SIGN) ||
+               (Is(text[place], CHAR_DIGIT | CHAR_DOT) &&
+                (place == 0 || !Is(text[place - 1], kInName | CHAR_DOT)));
+    };
+#if defined(__SSE2__)
+    if (at == 0 && !text.empty()) {
+        if (isOne(0)) {
+            return 0;
+        }
+        at = 1;
+    }
+    for (; at + 16 <= text.size(); at += 16) {
+        const __m128i bytes = Load16(text.data() + at);
+        const __m128i before = Load16(text.data() + at - 1);
+        const __m128i lower = _mm_or_si128(before, _mm_set1_epi8(0x20));
+        const __m128i beyondAscii = _mm_cmplt_epi8(before, _mm_setzero_si128());
+        const __m128i inName =
+            AnyOf(Within(lower, 'a', 'z'), Within(before, '0', '9'), Equal(before, '_'), Equal(before, '#'),
+                  Equal(before, '$'), Equal(before, '@'), Equal(before, '.'), beyondAscii);
+        const __m128i begins = _mm_andnot_si128(inName, AnyOf(Within(bytes, '0', '9'), Equal(bytes, '.')));
+        const auto places = static_cast<std::uint32_t>(
+            _mm_movemask_epi8(AnyOf(begins, Equal(bytes, '?'), Equal(bytes, '+'), Equal(bytes, '-'))));
+        if (places != 0) {
+            return at + FirstOf(places);
+        }
+    }
+#endif
+    while (at < text.size() && !isOne(at)) {
+        ++at;
+    }
+    return at;
+}
 
 std::size_t SkipDigits(std::string_view text, std::size_t at) {
     while (at < text.size() && IsDigit(text[at])) {
@@ -116,11 +192,13 @@ std::string_view CShapeText::Of(std::string_view text, std::string_view operatio
 
 void CShapeText::ReplaceLiterals(std::string_view text) {
     m_strBare.clear();
-    for (std::size_t at = 0; at < text.size();) {
+    std::size_t at = 0;
+    while (at < text.size() && Is(text[at], CHAR_SPACE)) {
+        ++at;
+    }
+    while (at < text.size()) {
         const std::size_t from = at;
-        while (at < text.size() && !Is(text[at], CHAR_SPACE | CHAR_QUOTE)) {
-            ++at;
-        }
+        at = FindQuoteOrSpace(text, at);
         m_strBare.append(text, from, at - from);
         if (at < text.size() && text[at] == '\'') {
             m_strBare.push_back('?');
@@ -133,7 +211,7 @@ void CShapeText::ReplaceLiterals(std::string_view text) {
         while (at < text.size() && Is(text[at], CHAR_SPACE)) {
             ++at;
         }
-        if (at != space && at < text.size() && !m_strBare.empty()) {
+        if (at != space && at < text.size()) {
             m_strBare.push_back(' ');
         }
     }
@@ -146,9 +224,7 @@ void CShapeText::ReplaceNumbers() {
     m_bList = false;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t from = at;
-        while (at < text.size() && !Is(text[at], CHAR_DIGIT | CHAR_DOT | CHAR_SIGN | CHAR_MARK)) {
-            ++at;
-        }
+        at = FindMarkOrNumber(text, at);
         m_strShape.append(text, from, at - from);
         if (at == text.size()) {
             break;
