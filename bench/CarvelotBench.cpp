@@ -7,6 +7,7 @@
 //   carvelot_bench --carvelot_explore=FILE  the same with all that is told of where its time went
 #include "LogGenerator.h"
 
+#include "explore/Findings.h"
 #include "explore/Profile.h"
 #include "explore/Shapes.h"
 #include "platform/ProcessMemory.h"
@@ -65,10 +66,13 @@ struct Explored {
     CStatementShapes shapes;
     std::vector<ShapeProfile> shapeProfiles;
 
-    explicit Explored(const CCarvelotDoc& session)
+    std::vector<Finding> findings;
+
+    Explored(const CCarvelotDoc& session, const AnalysisSettings& settings)
         : clock(session.m_listDetails), streams(session), frames(session, clock, streams),
           cut(frames, streams, {}, {}), profile(cut), shapes(session, frames),
-          shapeProfiles(ProfileShapes(session, shapes, cut)) {}
+          shapeProfiles(ProfileShapes(session, shapes, cut)),
+          findings(FindAll({session, settings, clock, streams, frames, shapes})) {}
 };
 
 // The least that any reader does: large blocks, and every line end found.
@@ -145,7 +149,7 @@ void Register(const std::string& name, const std::string& path) {
         const LoadedLog log(path);
         for (auto _ : state) {
             const auto start = std::chrono::steady_clock::now();
-            const Explored explored(log.session);
+            const Explored explored(log.session, log.settings);
             state.SetIterationTime(Seconds(start));
             state.counters["frames"] = static_cast<double>(explored.frames.Count());
         }
@@ -247,7 +251,7 @@ int Main(int argc, char** argv) {
         }
         if (argument.starts_with("--carvelot_explore=")) {
             const LoadedLog log{std::string(argument.substr(19))};
-            const Explored explored(log.session);
+            const Explored explored(log.session, log.settings);
             std::printf("%llu\n", static_cast<unsigned long long>(platform::PeakResidentBytes()));
             return 0;
         }
