@@ -5,6 +5,29 @@
 
 namespace carvelot {
 
+namespace {
+
+// Stream and record of each trouble, one stream behind the other. All of them are among the errors that the
+// session lists.
+std::vector<std::uint64_t> TroublesByStream(const ExploredSession& explored) {
+    std::vector<std::uint64_t> troubles;
+    const auto take = [&](RecordIndex record) {
+        if (IsTrouble(explored.session.m_listDetails, record)) {
+            troubles.push_back(PairOf(explored.streams.Of(record), Number(record)));
+        }
+    };
+    for (const auto& process : explored.session.m_listProcesses) {
+        std::for_each(process->m_listErrors.begin(), process->m_listErrors.end(), take);
+    }
+    for (const auto& user : explored.session.m_listUsers) {
+        std::for_each(user->m_listErrors.begin(), user->m_listErrors.end(), take);
+    }
+    std::sort(troubles.begin(), troubles.end());
+    return troubles;
+}
+
+} // namespace
+
 void FindCallsWithoutReturn(const ExploredSession& explored, FindingList& findings) {
     const CFrames& frames = explored.frames;
     CFindingsByNumber findingOf(FindingRule::CallWithoutReturn, findings);
@@ -29,16 +52,8 @@ void FindOrphanReturns(const ExploredSession& explored, FindingList& findings) {
 }
 
 void FindFirstCauses(const ExploredSession& explored, FindingList& findings) {
-    const CDetailList& details = explored.session.m_listDetails;
     const CFrames& frames = explored.frames;
-    // The troubles of each stream, one stream behind the other.
-    std::vector<std::uint64_t> troubles;
-    for (std::uint32_t i = 0; i < details.Size(); ++i) {
-        if (IsTrouble(details, RecordIndex{i})) {
-            troubles.push_back(PairOf(explored.streams.Of(RecordIndex{i}), i));
-        }
-    }
-    std::sort(troubles.begin(), troubles.end());
+    const std::vector<std::uint64_t> troubles = TroublesByStream(explored);
     CFindingsByNumber findingOf(FindingRule::FirstCause, findings);
     std::vector<bool> failed(frames.Count()); // the frame or one that it stands in
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {

@@ -108,8 +108,8 @@ void CFrameWalk::Return(std::uint32_t number, RecordIndex record) {
 }
 
 void CFrameWalk::StartEvent(std::uint32_t number, RecordIndex record) {
-    const CLogDetail detail = m_details[record];
-    const std::string_view name = EventName(detail.m_strName, detail.m_strText, m_strScratch);
+    const std::string_view name =
+        EventName(m_details.DisplayName(record), m_details.Text(record), m_strScratch);
     Open(number, record, m_result.m_keys.Number(FrameKind::Event, name), 0);
 }
 

@@ -38,7 +38,10 @@ std::vector<std::int64_t> SelfTimes(const CCut& cut) {
 // in a large table does.
 class CTreeNodes {
 public:
-    explicit CTreeNodes(std::vector<CallTreeNode>& tree) : m_tree(tree) {}
+    CTreeNodes(std::vector<CallTreeNode>& tree, std::size_t most) : m_tree(tree) {
+        m_tree.reserve(most);
+        m_lastChild.reserve(most);
+    }
 
     std::uint32_t FindOrAdd(std::uint32_t parent, std::uint32_t key) {
         std::uint32_t looked = 0;
@@ -148,7 +151,7 @@ void CProfile::AddEdges(const CCut& cut) {
 }
 
 void CProfile::AddTree(const CCut& cut, const std::vector<std::int64_t>& selfs) {
-    CTreeNodes nodes(m_tree);
+    CTreeNodes nodes(m_tree, cut.Frames().Count());
     std::vector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
     ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
         const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];

@@ -93,6 +93,10 @@ public:
         return OperationField::As<SqlOperation>(Packed(record).head);
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
+    // The name of an event's start, where its line tells one.
+    std::string_view DisplayName(RecordIndex record) const {
+        return Kind(record) == LOG_SQL ? std::string_view{} : m_names.Text(NameOf(record));
+    }
     // The number under which a SQL record's table counts: tables whose names differ in case only share one.
     std::uint32_t TableKey(RecordIndex record) { return FoldedName(NameOf(record)); }
     // The interned name behind a number that InternName gave.
