@@ -12,20 +12,23 @@ std::int32_t FormatNothing(char16_t*, const void*) { return 0; }
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* pBytes, std::size_t nSize) {
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size) {
     CCacheDS structure;
-    ReadCacheDefinition({reinterpret_cast<const char*>(pBytes), nSize}, structure);
-    if (structure.m_members.size() > nSize)
+    ReadCacheDefinition({reinterpret_cast<const char*>(bytes), size}, structure);
+    if (structure.m_members.size() > size) {
         std::abort();
-    const std::string strWritten = WriteCacheDefinition(structure);
+    }
+    const std::string written = WriteCacheDefinition(structure);
     CCacheDS again;
-    if (ReadCacheDefinition(strWritten, again) != EArchiveError::None ||
-        WriteCacheDefinition(again) != strWritten)
+    if (ReadCacheDefinition(written, again) != EArchiveError::None ||
+        WriteCacheDefinition(again) != written) {
         std::abort();
+    }
     if (structure.CheckedRowSize()) {
-        const auto listOffsets = structure.MemberOffsets();
-        for (std::size_t n = 0; n < listOffsets.size(); ++n)
-            structure.m_members[n]->DecodeMember(CRowPointer({pBytes, nSize}, listOffsets[n]), FormatNothing);
+        const auto offsets = structure.MemberOffsets();
+        for (std::size_t n = 0; n < offsets.size(); ++n) {
+            structure.m_members[n]->DecodeMember(CRowPointer({bytes, size}, offsets[n]), FormatNothing);
+        }
     }
     return 0;
 }

@@ -6,22 +6,27 @@
 
 using namespace carvelot;
 
-extern "C" int LLVMFuzzerTestOneInput(const unsigned char* pBytes, std::size_t nSize) {
-    std::string strText(reinterpret_cast<const char*>(pBytes), nSize);
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* bytes, std::size_t size) {
+    std::string text(reinterpret_cast<const char*>(bytes), size);
     CCacheDS structure;
-    structure.ParseTypedef(strText);
-    if (strText.size() > nSize || strText.find("/*") != std::string::npos)
+    structure.ParseTypedef(text);
+    if (text.size() > size || text.find("/*") != std::string::npos) {
         std::abort();
-    for (const auto& pMember : structure.m_members) {
-        if (pMember->m_type < MEMBER_INT || pMember->m_type > MEMBER_BOOL || pMember->m_count == 0 ||
-            (pMember->m_pointer && pMember->m_size != 4) || pMember->m_name.find('[') != std::string::npos)
+    }
+    for (const auto& member : structure.m_members) {
+        if (member->m_type < MEMBER_INT || member->m_type > MEMBER_BOOL || member->m_count == 0 ||
+            (member->m_pointer && member->m_size != 4) || member->m_name.find('[') != std::string::npos) {
             std::abort();
+        }
     }
     CCacheDS again;
-    again.ParseTypedef(strText);
-    if (again.m_members.size() != structure.m_members.size() || again.GetRowSize() != structure.GetRowSize())
+    again.ParseTypedef(text);
+    if (again.m_members.size() != structure.m_members.size() ||
+        again.GetRowSize() != structure.GetRowSize()) {
         std::abort();
-    if (const auto nRowSize = structure.CheckedRowSize(); nRowSize && *nRowSize != structure.GetRowSize())
+    }
+    if (const auto rowSize = structure.CheckedRowSize(); rowSize && *rowSize != structure.GetRowSize()) {
         std::abort();
+    }
     return 0;
 }

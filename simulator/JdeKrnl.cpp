@@ -6,15 +6,17 @@
 #ifndef WITHOUT_FormatMathNumeric
 // Fills a zeroed block of 128 bytes with the number's text, UTF-16. With the switch "fail FormatMathNumeric
 // CODE" the block stays as it is.
-SIMULATOR_EXPORT std::int32_t FormatMathNumeric(char16_t* pText, const void* pNumber) {
-    if (const std::int32_t nCode = simulator::FailureCode("FormatMathNumeric", 0); nCode != 0)
-        return nCode;
-    std::size_t n = 0;
-    for (const char ch : simulator::MathNumericText(static_cast<const unsigned char*>(pNumber))) {
-        if (n < 63)
-            pText[n++] = static_cast<unsigned char>(ch);
+SIMULATOR_EXPORT std::int32_t FormatMathNumeric(char16_t* text, const void* number) {
+    if (const std::int32_t code = simulator::FailureCode("FormatMathNumeric", 0); code != 0) {
+        return code;
     }
-    pText[n] = u'\0';
+    std::size_t n = 0;
+    for (const char ch : simulator::MathNumericText(static_cast<const unsigned char*>(number))) {
+        if (n < 63) {
+            text[n++] = static_cast<unsigned char>(ch);
+        }
+    }
+    text[n] = u'\0';
     return 0;
 }
 #else

@@ -15,23 +15,24 @@ namespace simulator {
 
 namespace {
 
-std::size_t CacheOffset(std::size_t nCache) {
-    return offsetof(CProcessState, m_caches) + nCache * sizeof(CCacheState);
+std::size_t CacheOffset(std::size_t cacheNumber) {
+    return offsetof(CProcessState, m_caches) + cacheNumber * sizeof(CCacheState);
 }
 
-std::size_t RowOffset(std::size_t nCache, std::size_t nRow) {
-    return sizeof(CProcessState) + (nCache * kMostRows + nRow) * kMostRowSize;
+std::size_t RowOffset(std::size_t cacheNumber, std::size_t row) {
+    return sizeof(CProcessState) + (cacheNumber * kMostRows + row) * kMostRowSize;
 }
 
-std::FILE* OpenFile(const std::filesystem::path& path, bool bCreate) {
+std::FILE* OpenFile(const std::filesystem::path& path, bool create) {
 #ifdef _WIN32
-    std::FILE* pFile = _wfopen(path.c_str(), bCreate ? L"w+b" : L"r+b");
+    std::FILE* file = _wfopen(path.c_str(), create ? L"w+b" : L"r+b");
 #else
-    std::FILE* pFile = std::fopen(path.c_str(), bCreate ? "w+b" : "r+b");
+    std::FILE* file = std::fopen(path.c_str(), create ? "w+b" : "r+b");
 #endif
-    if (pFile != nullptr)
-        std::setvbuf(pFile, nullptr, _IONBF, 0);
-    return pFile;
+    if (file != nullptr) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    }
+    return file;
 }
 
 } // namespace
@@ -44,8 +45,9 @@ bool CStateFile::Create(const CProcessState& state) {
     std::filesystem::path made = path;
     made += ".new";
     m_pFile = OpenFile(made, true);
-    if (m_pFile == nullptr || !WriteAt(0, &state, sizeof state))
+    if (m_pFile == nullptr || !WriteAt(0, &state, sizeof state)) {
         return false;
+    }
     // An open file cannot be renamed everywhere.
     Close();
     std::filesystem::rename(made, path, error);
@@ -53,17 +55,19 @@ bool CStateFile::Create(const CProcessState& state) {
     return m_pFile != nullptr;
 }
 
-bool CStateFile::Open(std::uint32_t nProcess) {
+bool CStateFile::Open(std::uint32_t process) {
     Close();
-    if (!IsRunning(nProcess))
+    if (!IsRunning(process)) {
         return false;
-    m_pFile = OpenFile(StatePath(nProcess), false);
+    }
+    m_pFile = OpenFile(StatePath(process), false);
     return m_pFile != nullptr;
 }
 
 void CStateFile::Close() {
-    if (m_pFile != nullptr)
+    if (m_pFile != nullptr) {
         std::fclose(m_pFile);
+    }
     m_pFile = nullptr;
 }
 
@@ -71,60 +75,61 @@ bool CStateFile::Read(CProcessState& state) {
     return ReadAt(0, &state, sizeof state) && state.m_nMagic == CProcessState::kMagic;
 }
 
-bool CStateFile::WriteTracing(std::int32_t nTracing) {
-    return WriteAt(offsetof(CProcessState, m_nTracing), &nTracing, sizeof nTracing);
+bool CStateFile::WriteTracing(std::int32_t tracing) {
+    return WriteAt(offsetof(CProcessState, m_nTracing), &tracing, sizeof tracing);
 }
 
-bool CStateFile::WriteClearings(std::uint32_t nClearings) {
-    return WriteAt(offsetof(CProcessState, m_nClearings), &nClearings, sizeof nClearings);
+bool CStateFile::WriteClearings(std::uint32_t clearings) {
+    return WriteAt(offsetof(CProcessState, m_nClearings), &clearings, sizeof clearings);
 }
 
-bool CStateFile::WriteRounds(std::uint32_t nRounds) {
-    return WriteAt(offsetof(CProcessState, m_nRounds), &nRounds, sizeof nRounds);
+bool CStateFile::WriteRounds(std::uint32_t rounds) {
+    return WriteAt(offsetof(CProcessState, m_nRounds), &rounds, sizeof rounds);
 }
 
-bool CStateFile::WriteCache(std::size_t nCache, const CCacheState& cache) {
-    return nCache < kMostCaches && WriteAt(CacheOffset(nCache), &cache, sizeof cache);
+bool CStateFile::WriteCache(std::size_t cacheNumber, const CCacheState& cache) {
+    return cacheNumber < kMostCaches && WriteAt(CacheOffset(cacheNumber), &cache, sizeof cache);
 }
 
-bool CStateFile::WriteRow(std::size_t nCache, std::size_t nRow, const std::vector<unsigned char>& bytes) {
-    return nCache < kMostCaches && nRow < kMostRows && bytes.size() <= kMostRowSize &&
-           WriteAt(RowOffset(nCache, nRow), bytes.data(), bytes.size());
+bool CStateFile::WriteRow(std::size_t cacheNumber, std::size_t row, const std::vector<unsigned char>& bytes) {
+    return cacheNumber < kMostCaches && row < kMostRows && bytes.size() <= kMostRowSize &&
+           WriteAt(RowOffset(cacheNumber, row), bytes.data(), bytes.size());
 }
 
-bool CStateFile::ReadRow(std::size_t nCache, std::size_t nRow, void* pBytes, std::size_t nSize) {
-    return nCache < kMostCaches && nRow < kMostRows && nSize <= kMostRowSize &&
-           ReadAt(RowOffset(nCache, nRow), pBytes, nSize);
+bool CStateFile::ReadRow(std::size_t cacheNumber, std::size_t row, void* bytes, std::size_t size) {
+    return cacheNumber < kMostCaches && row < kMostRows && size <= kMostRowSize &&
+           ReadAt(RowOffset(cacheNumber, row), bytes, size);
 }
 
-bool CStateFile::ReadAt(std::size_t nOffset, void* pBytes, std::size_t nSize) {
-    return m_pFile != nullptr && std::fseek(m_pFile, static_cast<long>(nOffset), SEEK_SET) == 0 &&
-           (nSize == 0 || std::fread(pBytes, nSize, 1, m_pFile) == 1);
+bool CStateFile::ReadAt(std::size_t offset, void* bytes, std::size_t size) {
+    return m_pFile != nullptr && std::fseek(m_pFile, static_cast<long>(offset), SEEK_SET) == 0 &&
+           (size == 0 || std::fread(bytes, size, 1, m_pFile) == 1);
 }
 
-bool CStateFile::WriteAt(std::size_t nOffset, const void* pBytes, std::size_t nSize) {
-    return m_pFile != nullptr && std::fseek(m_pFile, static_cast<long>(nOffset), SEEK_SET) == 0 &&
-           (nSize == 0 || std::fwrite(pBytes, nSize, 1, m_pFile) == 1);
+bool CStateFile::WriteAt(std::size_t offset, const void* bytes, std::size_t size) {
+    return m_pFile != nullptr && std::fseek(m_pFile, static_cast<long>(offset), SEEK_SET) == 0 &&
+           (size == 0 || std::fwrite(bytes, size, 1, m_pFile) == 1);
 }
 
 std::filesystem::path WorkstationFolder() {
 #ifdef _WIN32
     // The system's own environment: the C library's copy may be another one than our caller's.
     wchar_t value[1024];
-    const DWORD nLength = GetEnvironmentVariableW(L"CARVELOT_SIMULATOR_DIR", value, 1024);
-    if (nLength > 0 && nLength < 1024)
-        return std::wstring(value, nLength);
+    const DWORD length = GetEnvironmentVariableW(L"CARVELOT_SIMULATOR_DIR", value, 1024);
+    if (length > 0 && length < 1024) {
+        return std::wstring(value, length);
+    }
 #else
-    if (const char* pszFolder = std::getenv("CARVELOT_SIMULATOR_DIR");
-        pszFolder != nullptr && *pszFolder != '\0')
-        return pszFolder;
+    if (const char* folder = std::getenv("CARVELOT_SIMULATOR_DIR"); folder != nullptr && *folder != '\0') {
+        return folder;
+    }
 #endif
     std::error_code error;
     return std::filesystem::temp_directory_path(error) / "carvelot-simulator";
 }
 
-std::filesystem::path StatePath(std::uint32_t nProcess) {
-    return WorkstationFolder() / (std::to_string(nProcess) + ".jde");
+std::filesystem::path StatePath(std::uint32_t process) {
+    return WorkstationFolder() / (std::to_string(process) + ".jde");
 }
 
 std::uint32_t OwnProcess() {
@@ -135,45 +140,51 @@ std::uint32_t OwnProcess() {
 #endif
 }
 
-bool IsRunning(std::uint32_t nProcess) {
+bool IsRunning(std::uint32_t process) {
 #ifdef _WIN32
-    const HANDLE hProcess = OpenProcess(SYNCHRONIZE, FALSE, nProcess);
-    if (hProcess == nullptr)
+    const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, process);
+    if (handle == nullptr) {
         return false;
-    const bool bRunning = WaitForSingleObject(hProcess, 0) == WAIT_TIMEOUT;
-    CloseHandle(hProcess);
-    return bRunning;
+    }
+    const bool running = WaitForSingleObject(handle, 0) == WAIT_TIMEOUT;
+    CloseHandle(handle);
+    return running;
 #else
     // One that has ended and whose parent does not know it yet has no program any more.
     char target[8];
-    return readlink(("/proc/" + std::to_string(nProcess) + "/exe").c_str(), target, sizeof target) > 0;
+    return readlink(("/proc/" + std::to_string(process) + "/exe").c_str(), target, sizeof target) > 0;
 #endif
 }
 
-std::optional<std::vector<std::string>> FindSwitch(const std::string& strName, const std::string& strFirst) {
+std::optional<std::vector<std::string>> FindSwitch(const std::string& name, const std::string& first) {
     std::ifstream file(WorkstationFolder() / "switches");
-    for (std::string strLine; std::getline(file, strLine);) {
-        std::istringstream words(strLine);
-        std::string strWord;
-        std::vector<std::string> listWords;
-        while (words >> strWord)
-            listWords.push_back(strWord);
-        if (listWords.size() >= 2 && listWords[0] == strName && listWords[1] == strFirst)
-            return std::vector<std::string>(listWords.begin() + 2, listWords.end());
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream words(line);
+        std::string word;
+        std::vector<std::string> folded;
+        while (words >> word) {
+            folded.push_back(word);
+        }
+        if (folded.size() >= 2 && folded[0] == name && folded[1] == first) {
+            return std::vector<std::string>(folded.begin() + 2, folded.end());
+        }
     }
     return std::nullopt;
 }
 
-std::int32_t FailureCode(const std::string& strEntryPoint, std::uint32_t nProcess, std::int32_t nMode) {
-    std::vector<std::string> listNames = {strEntryPoint};
-    if (nMode != 0)
-        listNames.insert(listNames.begin(), strEntryPoint + "." + std::to_string(nMode));
-    for (const std::string& strName : listNames) {
-        const auto listArguments = FindSwitch("fail", strName);
-        if (!listArguments || listArguments->empty())
+std::int32_t FailureCode(const std::string& entryPoint, std::uint32_t process, std::int32_t mode) {
+    std::vector<std::string> names = {entryPoint};
+    if (mode != 0) {
+        names.insert(names.begin(), entryPoint + "." + std::to_string(mode));
+    }
+    for (const std::string& name : names) {
+        const auto arguments = FindSwitch("fail", name);
+        if (!arguments || arguments->empty()) {
             continue;
-        if (listArguments->size() < 2 || (*listArguments)[1] == std::to_string(nProcess))
-            return static_cast<std::int32_t>(std::strtol((*listArguments)[0].c_str(), nullptr, 10));
+        }
+        if (arguments->size() < 2 || (*arguments)[1] == std::to_string(process)) {
+            return static_cast<std::int32_t>(std::strtol((*arguments)[0].c_str(), nullptr, 10));
+        }
     }
     return 0;
 }

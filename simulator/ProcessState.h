@@ -52,35 +52,35 @@ public:
     // Makes the file of this process. It appears under its name complete.
     bool Create(const CProcessState& state);
     // The file of a process that runs; false when there is none or the process has ended.
-    bool Open(std::uint32_t nProcess);
+    bool Open(std::uint32_t process);
     void Close();
 
     bool Read(CProcessState& state);
-    bool WriteTracing(std::int32_t nTracing);
-    bool WriteClearings(std::uint32_t nClearings);
-    bool WriteRounds(std::uint32_t nRounds);
-    bool WriteCache(std::size_t nCache, const CCacheState& cache);
-    bool WriteRow(std::size_t nCache, std::size_t nRow, const std::vector<unsigned char>& bytes);
-    bool ReadRow(std::size_t nCache, std::size_t nRow, void* pBytes, std::size_t nSize);
+    bool WriteTracing(std::int32_t tracing);
+    bool WriteClearings(std::uint32_t clearings);
+    bool WriteRounds(std::uint32_t rounds);
+    bool WriteCache(std::size_t cacheNumber, const CCacheState& cache);
+    bool WriteRow(std::size_t cacheNumber, std::size_t row, const std::vector<unsigned char>& bytes);
+    bool ReadRow(std::size_t cacheNumber, std::size_t row, void* bytes, std::size_t size);
 
 private:
-    bool ReadAt(std::size_t nOffset, void* pBytes, std::size_t nSize);
-    bool WriteAt(std::size_t nOffset, const void* pBytes, std::size_t nSize);
+    bool ReadAt(std::size_t offset, void* bytes, std::size_t size);
+    bool WriteAt(std::size_t offset, const void* bytes, std::size_t size);
 
     std::FILE* m_pFile = nullptr;
 };
 
 // CARVELOT_SIMULATOR_DIR, else a folder beside other temporary files.
 std::filesystem::path WorkstationFolder();
-std::filesystem::path StatePath(std::uint32_t nProcess);
+std::filesystem::path StatePath(std::uint32_t process);
 std::uint32_t OwnProcess();
-bool IsRunning(std::uint32_t nProcess);
+bool IsRunning(std::uint32_t process);
 
 // The line "NAME ARGUMENT..." of the file "switches" in the workstation's folder that fits, as its arguments.
 // It is read at every call, so that a switch works at once.
-std::optional<std::vector<std::string>> FindSwitch(const std::string& strName, const std::string& strFirst);
+std::optional<std::vector<std::string>> FindSwitch(const std::string& name, const std::string& first);
 // The code that "fail ENTRY CODE [PROCESS]" sets for an entry point, 0 without one. "ENTRY.MODE" is looked
 // for first when a mode is given.
-std::int32_t FailureCode(const std::string& strEntryPoint, std::uint32_t nProcess, std::int32_t nMode = 0);
+std::int32_t FailureCode(const std::string& entryPoint, std::uint32_t process, std::int32_t mode = 0);
 
 } // namespace simulator

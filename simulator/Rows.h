@@ -14,22 +14,22 @@ using CRow = std::vector<unsigned char>;
 // ('-' or a blank) and the digits with a zero behind them.
 inline constexpr std::size_t kMathNumericSize = 50;
 
-void AddWideText(CRow& row, const std::string& strAscii, std::size_t nUnits);
-void AddText(CRow& row, const std::string& strAscii, std::size_t nBytes);
-void AddMathNumeric(CRow& row, std::int64_t nNumber, int nDecimals); // nNumber / 10^nDecimals
-void AddDate(CRow& row, int nYear, int nMonth, int nDay);
-void AddInt(CRow& row, std::int32_t nNumber);
-void AddShort(CRow& row, std::int16_t nNumber);
+void AddWideText(CRow& row, const std::string& ascii, std::size_t units);
+void AddText(CRow& row, const std::string& ascii, std::size_t bytes);
+void AddMathNumeric(CRow& row, std::int64_t number, int decimals); // nNumber / 10^nDecimals
+void AddDate(CRow& row, int year, int month, int day);
+void AddInt(CRow& row, std::int32_t number);
+void AddShort(CRow& row, std::int16_t number);
 
 // The number's text, such as "-12.50"; empty for 50 bytes that are none.
-std::string MathNumericText(const unsigned char* pNumber);
+std::string MathNumericText(const unsigned char* number);
 
 // A line of a sales order:
-//   typedef struct { JCHAR szItem[11]; MATH_NUMERIC mnPrice; JDEDATE jdRequested; int nLine; char cStatus[4];
+//   typedef struct { JCHAR szItem[11]; MATH_NUMERIC mnPrice; JDEDATE jdRequested; int line; char cStatus[4];
 //                    BOOL bTaxable; ID idLine; short nPriority; } ...
-CRow OrderLineRow(std::int32_t nOrder, std::int32_t nLine);
+CRow OrderLineRow(std::int32_t order, std::int32_t line);
 // Its head:
 //   typedef struct { JCHAR szCustomer[21]; MATH_NUMERIC mnOrder; JDEDATE jdEntered; } ...
-CRow OrderHeaderRow(std::int32_t nOrder);
+CRow OrderHeaderRow(std::int32_t order);
 
 } // namespace simulator

@@ -22,21 +22,21 @@ struct CStep {
 
 class CScenario {
 public:
-    CScenario(CStateFile& file, std::uint32_t nProcess, std::string strUser)
-        : m_file(file), m_nProcess(nProcess), m_strUser(std::move(strUser)) {}
+    CScenario(CStateFile& file, std::uint32_t process, std::string user)
+        : m_file(file), m_nProcess(process), m_strUser(std::move(user)) {}
 
     // The steps of the next order.
     std::vector<CStep> NextRound();
     // What happens when the caches have been cleared from outside for the nth time.
-    std::vector<CStep> Cleared(std::uint32_t nClearings);
+    std::vector<CStep> Cleared(std::uint32_t clearings);
 
 private:
-    void Add(std::string strText, std::function<void()> fnDo = {});
-    void Call(const std::string& strFunction, const std::string& strCaller, int nLevel);
-    void Return(const std::string& strFunction, int nCode, int nLevel);
-    void UseCache(std::size_t nCache);
-    void AddCacheRow(std::size_t nCache, std::vector<unsigned char> row);
-    void FetchCacheRow(std::size_t nCache);
+    void Add(std::string text, std::function<void()> action = {});
+    void Call(const std::string& function, const std::string& caller, int level);
+    void Return(const std::string& function, int code, int level);
+    void UseCache(std::size_t cacheNumber);
+    void AddCacheRow(std::size_t cacheNumber, std::vector<unsigned char> row);
+    void FetchCacheRow(std::size_t cacheNumber);
 
     CStateFile& m_file;
     std::uint32_t m_nProcess;

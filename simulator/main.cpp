@@ -31,49 +31,52 @@ struct CInput {
 };
 
 // UTF-8 to UTF-16 by way of the file system's own conversion, which both systems have.
-template <std::size_t N> bool SetText(char16_t (&field)[N], const std::string& strText) {
-    const std::u16string strWide =
-        std::filesystem::path(reinterpret_cast<const char8_t*>(strText.c_str())).u16string();
-    if (strWide.size() >= N)
+template <std::size_t N> bool SetText(char16_t (&field)[N], const std::string& text) {
+    const std::u16string wide =
+        std::filesystem::path(reinterpret_cast<const char8_t*>(text.c_str())).u16string();
+    if (wide.size() >= N) {
         return false;
-    std::copy_n(strWide.c_str(), strWide.size() + 1, field);
+    }
+    std::copy_n(wide.c_str(), wide.size() + 1, field);
     return true;
 }
 
 class CDebugLog {
 public:
-    CDebugLog(std::filesystem::path path, std::uint32_t nProcess)
-        : m_path(std::move(path)), m_nProcess(nProcess) {}
+    CDebugLog(std::filesystem::path path, std::uint32_t process)
+        : m_path(std::move(path)), m_nProcess(process) {}
     ~CDebugLog() {
-        if (m_pFile != nullptr)
+        if (m_pFile != nullptr) {
             std::fclose(m_pFile);
+        }
     }
     CDebugLog(const CDebugLog&) = delete;
     CDebugLog& operator=(const CDebugLog&) = delete;
 
     // One write at the file's end, wherever that is by now. The file stays open, shared with everybody.
-    void Write(ESpeaker nSpeaker, const std::string& strText) {
+    void Write(ESpeaker speaker, const std::string& text) {
         if (m_pFile == nullptr) {
 #ifdef _WIN32
             m_pFile = _wfopen(m_path.c_str(), L"ab");
 #else
             m_pFile = std::fopen(m_path.c_str(), "ab");
 #endif
-            if (m_pFile == nullptr)
+            if (m_pFile == nullptr) {
                 return;
+            }
             std::setvbuf(m_pFile, nullptr, _IONBF, 0);
         }
-        const bool bMain = nSpeaker == ESpeaker::Main;
+        const bool main = speaker == ESpeaker::Main;
         char head[160];
         std::snprintf(head, sizeof head, "%s - %u/%u %s\t", Stamp().c_str(), m_nProcess,
-                      m_nProcess + (bMain ? 4 : 8), bMain ? "MAIN_THREAD" : "WRK:Starting jdeCallObject");
-        std::string strLine = head + strText;
+                      m_nProcess + (main ? 4 : 8), main ? "MAIN_THREAD" : "WRK:Starting jdeCallObject");
+        std::string line = head + text;
 #ifdef _WIN32
-        strLine += "\r\n";
+        line += "\r\n";
 #else
-        strLine += "\n";
+        line += "\n";
 #endif
-        std::fwrite(strLine.data(), strLine.size(), 1, m_pFile);
+        std::fwrite(line.data(), line.size(), 1, m_pFile);
     }
 
 private:
@@ -81,14 +84,14 @@ private:
         constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
         const auto now = std::chrono::system_clock::now();
-        const std::time_t nSeconds = std::chrono::system_clock::to_time_t(now);
-        const auto nMicroseconds = std::chrono::duration_cast<std::chrono::microseconds>(
-                                       now - std::chrono::system_clock::from_time_t(nSeconds))
-                                       .count();
-        const std::tm* const pTime = std::localtime(&nSeconds);
+        const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+        const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(
+                                      now - std::chrono::system_clock::from_time_t(seconds))
+                                      .count();
+        const std::tm* const time = std::localtime(&seconds);
         char text[64];
-        std::snprintf(text, sizeof text, "%s %2d %02d:%02d:%02d.%06d", kMonths[pTime->tm_mon], pTime->tm_mday,
-                      pTime->tm_hour, pTime->tm_min, pTime->tm_sec, static_cast<int>(nMicroseconds));
+        std::snprintf(text, sizeof text, "%s %2d %02d:%02d:%02d.%06d", kMonths[time->tm_mon], time->tm_mday,
+                      time->tm_hour, time->tm_min, time->tm_sec, static_cast<int>(microseconds));
         return text;
     }
 
@@ -106,36 +109,39 @@ int Usage() {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::string strLog;
-    std::string strUser = "DEMO";
-    std::string strEnvironment = "JDV920";
-    bool bTracing = false;
-    int nPace = 120;
+    std::string logPath;
+    std::string user = "DEMO";
+    std::string environment = "JDV920";
+    bool tracing = false;
+    int pace = 120;
     for (int n = 1; n < argc; ++n) {
-        const std::string strOption = argv[n];
-        if (strOption == "--tracing") {
-            bTracing = true;
+        const std::string option = argv[n];
+        if (option == "--tracing") {
+            tracing = true;
             continue;
         }
-        if (++n == argc)
+        if (++n == argc) {
             return Usage();
-        if (strOption == "--log")
-            strLog = argv[n];
-        else if (strOption == "--user")
-            strUser = argv[n];
-        else if (strOption == "--environment")
-            strEnvironment = argv[n];
-        else if (strOption == "--pace")
-            nPace = std::atoi(argv[n]);
-        else
+        }
+        if (option == "--log") {
+            logPath = argv[n];
+        } else if (option == "--user") {
+            user = argv[n];
+        } else if (option == "--environment") {
+            environment = argv[n];
+        } else if (option == "--pace") {
+            pace = std::atoi(argv[n]);
+        } else {
             return Usage();
+        }
     }
     CProcessState state;
     state.m_nProcess = OwnProcess();
-    state.m_nTracing = bTracing ? 1 : 0;
-    if (strLog.empty() || !SetText(state.m_debugFile, strLog) || !SetText(state.m_user, strUser) ||
-        !SetText(state.m_environment, strEnvironment))
+    state.m_nTracing = tracing ? 1 : 0;
+    if (logPath.empty() || !SetText(state.m_debugFile, logPath) || !SetText(state.m_user, user) ||
+        !SetText(state.m_environment, environment)) {
         return Usage();
+    }
     CStateFile file;
     if (!file.Create(state)) {
         std::fprintf(stderr, "cannot write %s\n", StatePath(state.m_nProcess).string().c_str());
@@ -145,10 +151,11 @@ int main(int argc, char** argv) {
     // Outlives everything: the thread may still be reading when the program ends.
     auto& input = *new CInput;
     std::thread([&input] {
-        for (std::string strLine; std::getline(std::cin, strLine);) {
+        for (std::string line; std::getline(std::cin, line);) {
             const std::lock_guard lock(input.m_mutex);
-            if (strLine.starts_with("round"))
+            if (line.starts_with("round")) {
                 ++input.m_nRounds;
+            }
             input.m_changed.notify_all();
         }
         const std::lock_guard lock(input.m_mutex);
@@ -156,55 +163,59 @@ int main(int argc, char** argv) {
         input.m_changed.notify_all();
     }).detach();
 
-    CDebugLog log(std::filesystem::path(reinterpret_cast<const char8_t*>(strLog.c_str())), state.m_nProcess);
-    CScenario scenario(file, state.m_nProcess, strUser);
+    CDebugLog log(std::filesystem::path(reinterpret_cast<const char8_t*>(logPath.c_str())), state.m_nProcess);
+    CScenario scenario(file, state.m_nProcess, user);
     std::deque<CStep> steps;
-    std::uint32_t nClearings = 0;
-    std::uint32_t nRounds = 0;
-    bool bWanted = false; // a round that was asked for has not begun
-    bool bRound = false;  // the steps are those of a round
+    std::uint32_t clearings = 0;
+    std::uint32_t rounds = 0;
+    bool wanted = false;  // a round that was asked for has not begun
+    bool isRound = false; // the steps are those of a round
     for (;;) {
         {
             std::unique_lock lock(input.m_mutex);
             // Also without orders somebody may clear the caches.
-            input.m_changed.wait_for(lock, std::chrono::milliseconds(nPace == 0 ? 20 : nPace), [&] {
-                return input.m_bEnded || (nPace == 0 && (bWanted || input.m_nRounds > 0));
+            input.m_changed.wait_for(lock, std::chrono::milliseconds(pace == 0 ? 20 : pace), [&] {
+                return input.m_bEnded || (pace == 0 && (wanted || input.m_nRounds > 0));
             });
-            if (input.m_bEnded)
+            if (input.m_bEnded) {
                 break;
-            if (nPace == 0 && !bWanted && input.m_nRounds > 0) {
+            }
+            if (pace == 0 && !wanted && input.m_nRounds > 0) {
                 --input.m_nRounds;
-                bWanted = true;
+                wanted = true;
             }
         }
         CProcessState seen;
-        if (!file.Read(seen))
+        if (!file.Read(seen)) {
             break; // the workstation is being taken down
-        if (seen.m_nClearings != nClearings) {
-            nClearings = seen.m_nClearings;
+        }
+        if (seen.m_nClearings != clearings) {
+            clearings = seen.m_nClearings;
             // The rest of the order under way speaks of caches that are gone.
-            std::vector<CStep> listCleared = scenario.Cleared(nClearings);
-            steps.assign(std::make_move_iterator(listCleared.begin()),
-                         std::make_move_iterator(listCleared.end()));
-            bRound = false;
-        } else if (steps.empty() && (nPace > 0 || bWanted)) {
-            std::vector<CStep> listRound = scenario.NextRound();
-            steps.assign(std::make_move_iterator(listRound.begin()),
-                         std::make_move_iterator(listRound.end()));
-            bRound = true;
-            bWanted = false;
+            std::vector<CStep> cleared = scenario.Cleared(clearings);
+            steps.assign(std::make_move_iterator(cleared.begin()), std::make_move_iterator(cleared.end()));
+            isRound = false;
+        } else if (steps.empty() && (pace > 0 || wanted)) {
+            std::vector<CStep> round = scenario.NextRound();
+            steps.assign(std::make_move_iterator(round.begin()), std::make_move_iterator(round.end()));
+            isRound = true;
+            wanted = false;
         }
         while (!steps.empty()) {
             const CStep step = std::move(steps.front());
             steps.pop_front();
-            if (step.m_fnDo)
+            if (step.m_fnDo) {
                 step.m_fnDo();
-            if (seen.m_nTracing != 0)
+            }
+            if (seen.m_nTracing != 0) {
                 log.Write(step.m_nSpeaker, step.m_strText);
-            if (steps.empty() && bRound)
-                file.WriteRounds(++nRounds);
-            if (nPace > 0)
+            }
+            if (steps.empty() && isRound) {
+                file.WriteRounds(++rounds);
+            }
+            if (pace > 0) {
                 break;
+            }
         }
     }
     file.Close();

@@ -3,11 +3,12 @@
 #include "lists/FindSource.h"
 #include "lists/GapExport.h"
 #include "lists/PaneContent.h"
-#include "lists/RowSource.h"
+#include "lists/RecordSource.h"
 #include "records/NodeText.h"
 #include "report/JsonReport.h"
 #include "report/TextReport.h"
 #include "support/SameSessions.h"
+#include "text/RowSource.h"
 #include "trees/DetailTree.h"
 #include "trees/ThreadTree.h"
 

@@ -1,80 +1,87 @@
-// What the window keeps of its layout: stored texts of any content, and, behind a check sum that is right,
-// blocks of any bytes.
-//
-// The first byte says what the rest is: "L" a block of the panes' and toolbars' layout, "G" one of the
-// window's geometry, anything else lines of a value's name, "=" and its text.
-#include "platform/Registry.h"
-#include "settings/AppSettings.h"
+// What the window keeps of its layout, read from memory without a window: whatever is stored, the values are
+// such as can be applied, and written they are read again as they are. LayoutWindowFuzz applies them to a
+// window.
 #include "support/FuzzFile.h"
-#include "ui/UiSupport.h"
+#include "ui/LayoutInput.h"
 
-#include <QApplication>
-#include <QCryptographicHash>
-
-#include <algorithm>
-#include <cstdlib>
+#include <set>
 
 using namespace carvelot;
+using fuzz::Require;
 
 namespace {
 
-std::string Sealed(std::string_view bytes) {
-    const QByteArray block(bytes.data(), static_cast<qsizetype>(bytes.size()));
-    const QByteArray sum = QCryptographicHash::hash(block, QCryptographicHash::Sha1).toHex().left(12);
-    return ("1:" + sum + ':' + block.toBase64()).toStdString();
+void CheckBlock(const QByteArray& block) {
+    std::string sealed = Seal(block);
+    Require(Unseal(sealed) == block, "a block comes back as it was sealed");
+    sealed[2] = sealed[2] == '0' ? '1' : '0';
+    Require(Unseal(sealed).isEmpty(), "a block with another check sum is none");
 }
 
-void Store(std::string_view input) {
-    platform::CRegistryKey key;
-    key.Create(platform::ERegRoot::CurrentUser, kWorkspaceKey);
-    key.DeleteContent();
-    const char kind = input.empty() ? ' ' : input[0];
-    input.remove_prefix(input.empty() ? 0 : 1);
-    if (kind == 'L' || kind == 'G') {
-        key.SetString(kind == 'L' ? "Layout" : "Geometry", Sealed(input));
-        return;
-    }
-    for (int values = 0; !input.empty() && values < 20; ++values) {
-        const std::size_t end = std::min(input.find('\n'), input.size());
-        const std::string_view line = input.substr(0, end);
-        const std::size_t equals = std::min(line.find('='), line.size());
-        const std::string_view text = line.substr(std::min(equals + 1, line.size()));
-        if (text.size() == 1) {
-            key.SetDword(line.substr(0, equals), static_cast<unsigned char>(text[0]));
-        } else {
-            key.SetString(line.substr(0, equals), text);
-        }
-        input.remove_prefix(std::min(end + 1, input.size()));
+void CheckCommands(std::string_view stored) {
+    const std::vector<int> commands = ReadCommands(stored);
+    Require(ReadCommands(WriteCommands(commands)) == commands, "commands are read as they were written");
+    const std::vector<int> few = ReadCommands(stored, kMostToolBarCommands);
+    Require(few.size() == std::min(commands.size(), kMostToolBarCommands),
+            "a toolbar takes its first 200 commands");
+    Require(std::equal(few.begin(), few.end(), commands.begin()),
+            "a toolbar keeps the order of its commands");
+}
+
+void CheckToolBar(std::string_view stored) {
+    const auto toolBar = ReadToolBar(stored);
+    Require(toolBar.has_value() == (stored.rfind('|') != std::string_view::npos && stored.rfind('|') != 0),
+            "a toolbar has a title");
+    if (toolBar) {
+        const auto again = ReadToolBar(WriteToolBar(*toolBar));
+        Require(again && again->m_strTitle == toolBar->m_strTitle &&
+                    again->m_listCommands == toolBar->m_listCommands,
+                "a toolbar is read as it was written");
     }
 }
 
-// Never destroyed: the toolkit's own statics may be gone before ours.
-void StartApplication() {
-    static int argc = 1;
-    static char name[] = "carvelot";
-    static char* argv[] = {name, nullptr};
-    static auto* const pApplication = new QApplication(argc, argv);
-    (void)pApplication;
+void CheckImages(std::string_view stored) {
+    const std::map<int, int> images = ReadUserImages(stored);
+    Require(std::ranges::all_of(images, [](const auto& item) { return item.second >= 0; }),
+            "an image has a place in the strip");
+    Require(ReadUserImages(WriteUserImages(images)) == images, "images are read as they were written");
+}
+
+void CheckFolds(std::string_view stored) {
+    const std::vector<StoredFold> folds = ReadFolds(stored);
+    for (const StoredFold& fold : folds) {
+        Require(*EdgeName(fold.m_nEdge) != '\0', "a fold has an edge");
+        Require(fold.m_nThickness >= StoredFold::kLeast && fold.m_nThickness <= StoredFold::kMost,
+                "a fold has a size to work in");
+        Require(!fold.m_listPanes.empty(), "a fold has panes");
+    }
+    const std::string written = WriteFolds(folds);
+    Require(WriteFolds(ReadFolds(written)) == written, "folds are read as they were written");
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    StartApplication();
-    static const QTemporaryDir folder;
-    qputenv("CARVELOT_REGISTRY", folder.filePath(QStringLiteral("registry.ini")).toUtf8());
-    Store(fuzz::AsText(data, size));
-    const test::CFakeInterface user;
-    test::CRun run(folder);
-    fuzz::Require(run.m_bStarted, "the window opens whatever is stored");
-    fuzz::Require(run.Frame().isVisible(), "the window shows");
-    fuzz::Require(run.Frame().menuBar()->actions().size() > 3, "the window has its menus");
-    const QSize window = run.Frame().size();
-    fuzz::Require(window.width() > 50 && window.height() > 50, "the window has a size to work in");
-    run.Frame().RestoreDefaultLayout();
-    for (const CDockablePane* pPane : run.Frame().Panes()) {
-        fuzz::Require(!pPane->isFloating(), "the default layout brings every pane back");
-    }
+    fuzz::ReadLayoutInput(
+        fuzz::AsText(data, size), [](const char*, const QByteArray& block) { CheckBlock(block); },
+        [](std::string_view name, std::string_view text) {
+            // Each by its own reader, and a name that is nobody's by all of them.
+            const bool any = name.empty();
+            if (any || name == "Layout" || name == "Geometry") {
+                Require(Unseal(Seal(Unseal(text))) == Unseal(text), "a block is sealed as it was read");
+            }
+            if (any || name == "AutoHide") {
+                CheckFolds(text);
+            }
+            if (any || name == "UserImages") {
+                CheckImages(text);
+            }
+            if (any || name.starts_with("UserToolBar")) {
+                CheckToolBar(text);
+            }
+            if (any || name == "UsedCommands" || name.starts_with("ToolBar")) {
+                CheckCommands(text);
+            }
+        });
     return 0;
 }

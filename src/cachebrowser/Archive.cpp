@@ -20,52 +20,54 @@ constexpr std::uint16_t kUnicodeMark = 0xFFFE;
 // Strings are read in pieces of this many bytes, so that a length that lies reserves nothing.
 constexpr std::size_t kStringPiece = 4096;
 
-std::u16string ToUnits(std::string_view strText) {
-    std::u16string strUnits;
-    while (!strText.empty()) {
-        char32_t ch = TakeCodePoint(strText);
-        if (ch > 0x10FFFF)
+std::u16string ToUnits(std::string_view text) {
+    std::u16string units;
+    while (!text.empty()) {
+        char32_t ch = TakeCodePoint(text);
+        if (ch > 0x10FFFF) {
             ch = 0xFFFD;
+        }
         if (ch >= 0x10000) {
-            strUnits.push_back(static_cast<char16_t>(0xD800 + ((ch - 0x10000) >> 10)));
-            strUnits.push_back(static_cast<char16_t>(0xDC00 + ((ch - 0x10000) & 0x3FF)));
+            units.push_back(static_cast<char16_t>(0xD800 + ((ch - 0x10000) >> 10)));
+            units.push_back(static_cast<char16_t>(0xDC00 + ((ch - 0x10000) & 0x3FF)));
         } else {
-            strUnits.push_back(static_cast<char16_t>(ch));
+            units.push_back(static_cast<char16_t>(ch));
         }
     }
-    return strUnits;
+    return units;
 }
 
-std::string FromUnitBytes(std::string_view strBytes) {
+std::string FromUnitBytes(std::string_view bytes) {
     const auto unit = [&](std::size_t n) {
-        return static_cast<char32_t>(static_cast<unsigned char>(strBytes[n]) |
-                                     static_cast<unsigned char>(strBytes[n + 1]) << 8);
+        return static_cast<char32_t>(static_cast<unsigned char>(bytes[n]) |
+                                     static_cast<unsigned char>(bytes[n + 1]) << 8);
     };
-    std::string strText;
-    for (std::size_t n = 0; n + 1 < strBytes.size(); n += 2) {
+    std::string text;
+    for (std::size_t n = 0; n + 1 < bytes.size(); n += 2) {
         char32_t ch = unit(n);
-        if (ch >= 0xD800 && ch < 0xDC00 && n + 3 < strBytes.size() && unit(n + 2) >= 0xDC00 &&
+        if (ch >= 0xD800 && ch < 0xDC00 && n + 3 < bytes.size() && unit(n + 2) >= 0xDC00 &&
             unit(n + 2) < 0xE000) {
             n += 2;
             ch = 0x10000 + ((ch - 0xD800) << 10) + (unit(n) - 0xDC00);
         }
-        AppendCodePoint(strText, ch);
+        AppendCodePoint(text, ch);
     }
-    return strText;
+    return text;
 }
 
 } // namespace
 
-CArchive::CArchive(IArchiveFile& file, EMode nMode) : m_file(file), m_nMode(nMode) {}
+CArchive::CArchive(IArchiveFile& file, EMode mode) : m_file(file), m_nMode(mode) {}
 
-void CArchive::Fail(EArchiveError nError) {
-    if (!Failed())
-        m_nError = nError;
+void CArchive::Fail(EArchiveError error) {
+    if (!Failed()) {
+        m_nError = error;
+    }
 }
 
-bool CArchive::ReadBytes(void* pBytes, std::size_t nSize) {
-    auto* pTo = static_cast<char*>(pBytes);
-    while (nSize != 0 && !Failed()) {
+bool CArchive::ReadBytes(void* bytes, std::size_t size) {
+    auto* to = static_cast<char*>(bytes);
+    while (size != 0 && !Failed()) {
         if (m_nRead == m_buffer.size()) {
             m_buffer.resize(kBufferSize);
             m_buffer.resize(m_file.Read(m_buffer.data(), kBufferSize));
@@ -75,174 +77,201 @@ bool CArchive::ReadBytes(void* pBytes, std::size_t nSize) {
                 break;
             }
         }
-        const std::size_t nPiece = std::min(nSize, m_buffer.size() - m_nRead);
-        std::copy_n(m_buffer.data() + m_nRead, nPiece, pTo);
-        m_nRead += nPiece;
-        pTo += nPiece;
-        nSize -= nPiece;
+        const std::size_t portion = std::min(size, m_buffer.size() - m_nRead);
+        std::copy_n(m_buffer.data() + m_nRead, portion, to);
+        m_nRead += portion;
+        to += portion;
+        size -= portion;
     }
     return !Failed();
 }
 
-std::uint64_t CArchive::ReadNumber(int nBytes) {
+std::uint64_t CArchive::ReadNumber(int size) {
     unsigned char bytes[8] = {};
-    if (!ReadBytes(bytes, static_cast<std::size_t>(nBytes)))
+    if (!ReadBytes(bytes, static_cast<std::size_t>(size))) {
         return 0;
-    std::uint64_t nNumber = 0;
-    for (int n = nBytes; n-- > 0;)
-        nNumber = nNumber << 8 | bytes[n];
-    return nNumber;
+    }
+    std::uint64_t number = 0;
+    for (int n = size; n-- > 0;) {
+        number = number << 8 | bytes[n];
+    }
+    return number;
 }
 
 std::uint64_t CArchive::ReadCount() {
-    const std::uint64_t nWord = ReadNumber(2);
-    if (nWord != 0xFFFF)
-        return nWord;
-    const std::uint64_t nLong = ReadNumber(4);
-    return nLong != 0xFFFFFFFF ? nLong : ReadNumber(8);
+    const std::uint64_t word = ReadNumber(2);
+    if (word != 0xFFFF) {
+        return word;
+    }
+    const std::uint64_t longCount = ReadNumber(4);
+    return longCount != 0xFFFFFFFF ? longCount : ReadNumber(8);
 }
 
-std::uint64_t CArchive::ReadStringLength(bool& bUnicode) {
-    bUnicode = false;
-    std::uint64_t nLength = ReadNumber(1);
-    if (nLength != 0xFF)
-        return nLength;
-    nLength = ReadNumber(2);
-    if (nLength == kUnicodeMark) {
-        bUnicode = true;
-        nLength = ReadNumber(1);
-        if (nLength != 0xFF)
-            return nLength;
-        nLength = ReadNumber(2);
+std::uint64_t CArchive::ReadStringLength(bool& unicode) {
+    unicode = false;
+    std::uint64_t length = ReadNumber(1);
+    if (length != 0xFF) {
+        return length;
     }
-    if (nLength != 0xFFFF)
-        return nLength;
-    nLength = ReadNumber(4);
-    return nLength != 0xFFFFFFFF ? nLength : ReadNumber(8);
+    length = ReadNumber(2);
+    if (length == kUnicodeMark) {
+        unicode = true;
+        length = ReadNumber(1);
+        if (length != 0xFF) {
+            return length;
+        }
+        length = ReadNumber(2);
+    }
+    if (length != 0xFFFF) {
+        return length;
+    }
+    length = ReadNumber(4);
+    return length != 0xFFFFFFFF ? length : ReadNumber(8);
 }
 
 std::string CArchive::ReadString() {
-    bool bUnicode = false;
-    const std::uint64_t nLength = ReadStringLength(bUnicode);
-    if (Failed())
+    bool unicode = false;
+    const std::uint64_t length = ReadStringLength(unicode);
+    if (Failed()) {
         return {};
-    if (nLength > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
+    }
+    if (length > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
         Fail(EArchiveError::BadFormat);
         return {};
     }
-    std::uint64_t nLeft = bUnicode ? nLength * 2 : nLength;
-    std::string strBytes;
+    std::uint64_t left = unicode ? length * 2 : length;
+    std::string bytes;
     char piece[kStringPiece];
-    while (nLeft != 0) {
-        const auto nPiece = static_cast<std::size_t>(std::min<std::uint64_t>(nLeft, kStringPiece));
-        if (!ReadBytes(piece, nPiece))
+    while (left != 0) {
+        const auto portion = static_cast<std::size_t>(std::min<std::uint64_t>(left, kStringPiece));
+        if (!ReadBytes(piece, portion)) {
             return {};
-        strBytes.append(piece, nPiece);
-        nLeft -= nPiece;
+        }
+        bytes.append(piece, portion);
+        left -= portion;
     }
-    if (bUnicode)
-        return FromUnitBytes(strBytes);
-    std::string strScratch;
-    return std::string(platform::BytesToUtf8(strBytes, strScratch));
+    if (unicode) {
+        return FromUnitBytes(bytes);
+    }
+    std::string scratch;
+    return std::string(platform::BytesToUtf8(bytes, scratch));
 }
 
-void CArchive::ReadObject(std::string_view strClass, std::uint16_t nSchema) {
-    const std::uint16_t nTag = ReadWord();
-    if (Failed())
+void CArchive::ReadObject(std::string_view className, std::uint16_t schema) {
+    const std::uint16_t tag = ReadWord();
+    if (Failed()) {
         return;
-    if (nTag == kNewClassTag) {
-        const std::uint16_t nFound = ReadWord();
-        const std::uint16_t nLength = ReadWord();
+    }
+    if (tag == kNewClassTag) {
+        const std::uint16_t found = ReadWord();
+        const std::uint16_t length = ReadWord();
         char name[kMostClassName];
-        if (Failed())
+        if (Failed()) {
             return;
-        if (nLength >= kMostClassName)
+        }
+        if (length >= kMostClassName) {
             return Fail(EArchiveError::BadClass);
-        if (!ReadBytes(name, nLength))
+        }
+        if (!ReadBytes(name, length)) {
             return;
-        if (std::string_view(name, nLength) != strClass)
+        }
+        if (std::string_view(name, length) != className) {
             return Fail(EArchiveError::BadClass);
-        if (nFound != nSchema)
+        }
+        if (found != schema) {
             return Fail(EArchiveError::BadSchema);
+        }
         m_listClasses.push_back(m_nNextIndex++);
     } else {
-        std::uint32_t nIndex = nTag & ~std::uint32_t{kClassTag};
-        bool bClass = (nTag & kClassTag) != 0;
-        if (nTag == kBigObjectTag) {
-            const auto nBig = static_cast<std::uint32_t>(ReadNumber(4));
-            if (Failed())
+        std::uint32_t index = tag & ~std::uint32_t{kClassTag};
+        bool isClass = (tag & kClassTag) != 0;
+        if (tag == kBigObjectTag) {
+            const auto big = static_cast<std::uint32_t>(ReadNumber(4));
+            if (Failed()) {
                 return;
-            bClass = (nBig & kBigClassTag) != 0;
-            nIndex = nBig & ~kBigClassTag;
+            }
+            isClass = (big & kBigClassTag) != 0;
+            index = big & ~kBigClassTag;
         }
         // A null object, or one that stands in the file already, is no member of a list that owns its
         // members.
-        if (!bClass || !std::ranges::binary_search(m_listClasses, nIndex))
+        if (!isClass || !std::ranges::binary_search(m_listClasses, index)) {
             return Fail(EArchiveError::BadFormat);
+        }
     }
     ++m_nNextIndex;
 }
 
-void CArchive::WriteBytes(std::string_view strBytes) {
-    if (Failed())
+void CArchive::WriteBytes(std::string_view bytes) {
+    if (Failed()) {
         return;
-    m_buffer.append(strBytes);
-    if (m_buffer.size() >= kBufferSize)
+    }
+    m_buffer.append(bytes);
+    if (m_buffer.size() >= kBufferSize) {
         Flush();
+    }
 }
 
 bool CArchive::Flush() {
-    if (IsStoring() && !Failed() && !m_buffer.empty() && !m_file.Write(m_buffer))
+    if (IsStoring() && !Failed() && !m_buffer.empty() && !m_file.Write(m_buffer)) {
         Fail(EArchiveError::WriteFailed);
+    }
     m_buffer.clear();
     return !Failed();
 }
 
-void CArchive::WriteNumber(std::uint64_t nNumber, int nBytes) {
+void CArchive::WriteNumber(std::uint64_t number, int size) {
     char bytes[8];
-    for (int n = 0; n < nBytes; ++n)
-        bytes[n] = static_cast<char>(nNumber >> 8 * n);
-    WriteBytes({bytes, static_cast<std::size_t>(nBytes)});
+    for (int n = 0; n < size; ++n) {
+        bytes[n] = static_cast<char>(number >> 8 * n);
+    }
+    WriteBytes({bytes, static_cast<std::size_t>(size)});
 }
 
-void CArchive::WriteCount(std::uint64_t nCount) {
-    if (nCount < 0xFFFF)
-        return WriteNumber(nCount, 2);
+void CArchive::WriteCount(std::uint64_t count) {
+    if (count < 0xFFFF) {
+        return WriteNumber(count, 2);
+    }
     WriteNumber(0xFFFF, 2);
-    if (nCount < 0xFFFFFFFF)
-        return WriteNumber(nCount, 4);
+    if (count < 0xFFFFFFFF) {
+        return WriteNumber(count, 4);
+    }
     WriteNumber(0xFFFFFFFF, 4);
-    WriteNumber(nCount, 8);
+    WriteNumber(count, 8);
 }
 
-void CArchive::WriteStringLength(std::uint64_t nUnits) {
+void CArchive::WriteStringLength(std::uint64_t units) {
     WriteNumber(0xFF, 1);
     WriteNumber(kUnicodeMark, 2);
-    if (nUnits < 255)
-        return WriteNumber(nUnits, 1);
+    if (units < 255) {
+        return WriteNumber(units, 1);
+    }
     WriteNumber(0xFF, 1);
-    if (nUnits < 0xFFFE)
-        return WriteNumber(nUnits, 2);
+    if (units < 0xFFFE) {
+        return WriteNumber(units, 2);
+    }
     WriteNumber(0xFFFF, 2);
-    if (nUnits < 0xFFFFFFFF)
-        return WriteNumber(nUnits, 4);
+    if (units < 0xFFFFFFFF) {
+        return WriteNumber(units, 4);
+    }
     WriteNumber(0xFFFFFFFF, 4);
-    WriteNumber(nUnits, 8);
+    WriteNumber(units, 8);
 }
 
-void CArchive::WriteString(std::string_view strText) {
-    const std::u16string strUnits = ToUnits(strText);
-    WriteStringLength(strUnits.size());
-    for (const char16_t ch : strUnits)
+void CArchive::WriteString(std::string_view text) {
+    const std::u16string units = ToUnits(text);
+    WriteStringLength(units.size());
+    for (const char16_t ch : units) {
         WriteNumber(ch, 2);
+    }
 }
 
-void CArchive::WriteObject(std::string_view strClass, std::uint16_t nSchema) {
+void CArchive::WriteObject(std::string_view className, std::uint16_t schema) {
     if (m_listClasses.empty()) {
         WriteWord(kNewClassTag);
-        WriteWord(nSchema);
-        WriteWord(static_cast<std::uint16_t>(strClass.size()));
-        WriteBytes(strClass);
+        WriteWord(schema);
+        WriteWord(static_cast<std::uint16_t>(className.size()));
+        WriteBytes(className);
         m_listClasses.push_back(m_nNextIndex++);
     } else {
         WriteWord(static_cast<std::uint16_t>(kClassTag | m_listClasses.front()));

@@ -16,9 +16,9 @@ enum class EArchiveError { None, EndOfFile, BadClass, BadSchema, BadFormat, Writ
 class IArchiveFile {
 public:
     virtual ~IArchiveFile() = default;
-    // Up to nSize bytes; fewer only at the end of the file.
-    virtual std::size_t Read(void* pBytes, std::size_t nSize) = 0;
-    virtual bool Write(std::string_view strBytes) = 0;
+    // Up to size bytes; fewer only at the end of the file.
+    virtual std::size_t Read(void* bytes, std::size_t size) = 0;
+    virtual bool Write(std::string_view bytes) = 0;
 };
 
 // The first failure stays: what is read after it is zero or empty, what is written after it goes nowhere.
@@ -26,7 +26,7 @@ class CArchive {
 public:
     enum EMode { load, store };
 
-    CArchive(IArchiveFile& file, EMode nMode);
+    CArchive(IArchiveFile& file, EMode mode);
 
     bool IsStoring() const { return m_nMode == store; }
     EArchiveError Error() const { return m_nError; }
@@ -42,23 +42,23 @@ public:
     // UTF-16, or 8-bit text of the system's code page, as UTF-8. A lone surrogate keeps its three bytes.
     std::string ReadString();
     // The record in front of an object of the one class that is expected.
-    void ReadObject(std::string_view strClass, std::uint16_t nSchema);
+    void ReadObject(std::string_view className, std::uint16_t schema);
 
-    void WriteByte(std::uint8_t nNumber) { WriteNumber(nNumber, 1); }
-    void WriteWord(std::uint16_t nNumber) { WriteNumber(nNumber, 2); }
-    void WriteLong(std::int32_t nNumber) { WriteNumber(static_cast<std::uint32_t>(nNumber), 4); }
-    void WriteCount(std::uint64_t nCount);
-    void WriteString(std::string_view strText);
-    void WriteObject(std::string_view strClass, std::uint16_t nSchema);
+    void WriteByte(std::uint8_t number) { WriteNumber(number, 1); }
+    void WriteWord(std::uint16_t number) { WriteNumber(number, 2); }
+    void WriteLong(std::int32_t number) { WriteNumber(static_cast<std::uint32_t>(number), 4); }
+    void WriteCount(std::uint64_t count);
+    void WriteString(std::string_view text);
+    void WriteObject(std::string_view className, std::uint16_t schema);
 
 private:
-    void Fail(EArchiveError nError);
-    bool ReadBytes(void* pBytes, std::size_t nSize);
-    std::uint64_t ReadNumber(int nBytes);
-    std::uint64_t ReadStringLength(bool& bUnicode);
-    void WriteBytes(std::string_view strBytes);
-    void WriteNumber(std::uint64_t nNumber, int nBytes);
-    void WriteStringLength(std::uint64_t nUnits);
+    void Fail(EArchiveError error);
+    bool ReadBytes(void* bytes, std::size_t size);
+    std::uint64_t ReadNumber(int bytes);
+    std::uint64_t ReadStringLength(bool& unicode);
+    void WriteBytes(std::string_view bytes);
+    void WriteNumber(std::uint64_t number, int bytes);
+    void WriteStringLength(std::uint64_t units);
 
     IArchiveFile& m_file;
     EMode m_nMode;

@@ -1,9 +1,8 @@
 // CacheDS.h - what a row of a cache looks like: its columns one after the other, without any padding.
 #pragma once
 
-#include "text/ListSource.h"
+#include "text/RowSource.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -38,11 +37,11 @@ enum EMemberType : std::int32_t {
 // A place in a row. Bytes before the row's start and behind its end read as zero.
 class CRowPointer {
 public:
-    CRowPointer(std::span<const unsigned char> row, std::int64_t nOffset) : m_row(row), m_nOffset(nOffset) {}
+    CRowPointer(std::span<const unsigned char> row, std::int64_t offset) : m_row(row), m_nOffset(offset) {}
 
     unsigned char At(std::int64_t n) const;
-    // The bytes from here on that the row holds, nSize at most; none before its start.
-    std::span<const unsigned char> Bytes(std::int64_t nSize) const;
+    // The bytes from here on that the row holds, size at most; none before its start.
+    std::span<const unsigned char> Bytes(std::int64_t size) const;
 
 private:
     std::span<const unsigned char> m_row;
@@ -53,7 +52,7 @@ private:
 class CMember {
 public:
     CMember() = default;
-    explicit CMember(CCacheDS* pOwner) : m_owner(pOwner) {}
+    explicit CMember(CCacheDS* owner) : m_owner(owner) {}
 
     void Serialize(CArchive& archive);
     // The column's text in the row. Types that are not shown have their size set right by the way.
@@ -71,30 +70,22 @@ public:
     std::string m_typeName;      // as written, without "*" and "unsigned"
 };
 
-struct CListColumn {
-    std::string m_strTitle;
-    int m_nWidth; // device-independent pixels
-};
+// A member in a list. Rows keep their members alive, so that a list that was not refilled still shows what it
+// did.
+using MemberRow = std::shared_ptr<CMember>;
+CColumnTable<MemberRow> MemberColumns();
 
-inline constexpr std::array<CColumnSpec, 3> kMemberColumns{
-    {{"Column Name", 100}, {"Data Type", 70}, {"Array Size", 60}}};
-
-// What a list of kMemberColumns shows. Rows keep their members alive, so that a list that was not refilled
-// still shows what it did.
-class CMemberRows final : public CListSource {
+class CMemberRows final : public CRowSource<MemberRow> {
 public:
-    std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t nRow, int nColumn) const override;
-
-    std::vector<std::shared_ptr<CMember>> m_listRows;
+    CMemberRows() : CRowSource(MemberColumns()) {}
 };
 
-// A list that shows a structure in kMemberColumns, one row a member.
+// A list that shows a structure, one row a member.
 class IMemberList {
 public:
     virtual ~IMemberList() = default;
     // In the place of all rows.
-    virtual void Fill(std::vector<std::shared_ptr<CMember>> listRows) = 0;
+    virtual void Fill(std::vector<MemberRow> rows) = 0;
 };
 
 // A list that shows rows of a cache.
@@ -102,7 +93,7 @@ class IDataColumns {
 public:
     virtual ~IDataColumns() = default;
     // In the place of all columns; the rows go.
-    virtual void SetColumns(std::vector<CListColumn> listColumns) = 0;
+    virtual void SetColumns(std::vector<CColumnSpec> columns) = 0;
 };
 
 class CCacheDS {
@@ -113,11 +104,11 @@ public:
 
     // Replaces the members by what a C typedef defines. Its comments and line breaks become blanks in place.
     // What it cannot read is passed over; the result is always false and means nothing.
-    bool ParseTypedef(std::string& strText);
+    bool ParseTypedef(std::string& text);
     // A member of a type word, or null when it is none. It does not belong to the structure yet.
-    std::shared_ptr<CMember> CreateMember(std::string strWord, std::string_view strPreviousWord);
+    std::shared_ptr<CMember> CreateMember(std::string word, std::string_view previousWord);
     // Splits "name[count]"; a count that is missing or 0 leaves the member's as it was.
-    static void SetMemberName(CMember& member, std::string_view strWord);
+    static void SetMemberName(CMember& member, std::string_view word);
     // The sum of all members, computed in 32 bits.
     std::int32_t GetRowSize() const;
     // The same, or nothing when it is negative or needs more than 32 bits on the way.

@@ -13,7 +13,7 @@ namespace {
 class CDiskSource final : public IArchiveFile {
 public:
     explicit CDiskSource(platform::SharedFile& file) : m_file(file) {}
-    std::size_t Read(void* pBytes, std::size_t nSize) override { return m_file.Read(pBytes, nSize); }
+    std::size_t Read(void* bytes, std::size_t size) override { return m_file.Read(bytes, size); }
     bool Write(std::string_view) override { return false; }
 
 private:
@@ -24,7 +24,7 @@ class CDiskTarget final : public IArchiveFile {
 public:
     explicit CDiskTarget(platform::AtomicFile& file) : m_file(file) {}
     std::size_t Read(void*, std::size_t) override { return 0; }
-    bool Write(std::string_view strBytes) override { return m_file.Write(strBytes); }
+    bool Write(std::string_view bytes) override { return m_file.Write(bytes); }
 
 private:
     platform::AtomicFile& m_file;
@@ -32,15 +32,15 @@ private:
 
 class CMemoryFile final : public IArchiveFile {
 public:
-    explicit CMemoryFile(std::string_view strBytes = {}) : m_strLeft(strBytes) {}
-    std::size_t Read(void* pBytes, std::size_t nSize) override {
-        const std::size_t nRead = std::min(nSize, m_strLeft.size());
-        std::copy_n(m_strLeft.data(), nRead, static_cast<char*>(pBytes));
-        m_strLeft.remove_prefix(nRead);
-        return nRead;
+    explicit CMemoryFile(std::string_view bytes = {}) : m_strLeft(bytes) {}
+    std::size_t Read(void* bytes, std::size_t size) override {
+        const std::size_t read = std::min(size, m_strLeft.size());
+        std::copy_n(m_strLeft.data(), read, static_cast<char*>(bytes));
+        m_strLeft.remove_prefix(read);
+        return read;
     }
-    bool Write(std::string_view strBytes) override {
-        m_strWritten.append(strBytes);
+    bool Write(std::string_view bytes) override {
+        m_strWritten.append(bytes);
         return true;
     }
 
@@ -50,63 +50,68 @@ private:
     std::string_view m_strLeft;
 };
 
-std::string FileErrorText(const std::string& strPath, int nError) {
-    const std::error_code code(nError, std::system_category());
-    if (code == std::errc::no_such_file_or_directory)
-        return strPath + " was not found.";
+std::string FileErrorText(const std::string& path, int error) {
+    const std::error_code code(error, std::system_category());
+    if (code == std::errc::no_such_file_or_directory) {
+        return path + " was not found.";
+    }
     if (code == std::errc::permission_denied || code == std::errc::operation_not_permitted ||
-        code == std::errc::read_only_file_system || code == std::errc::is_a_directory)
-        return "Access to " + strPath + " was denied.";
-    if (code == std::errc::no_space_on_device)
-        return "Disk full while accessing " + strPath + ".";
-    return "An error occurred while accessing " + strPath + ". Error: " + std::to_string(nError);
+        code == std::errc::read_only_file_system || code == std::errc::is_a_directory) {
+        return "Access to " + path + " was denied.";
+    }
+    if (code == std::errc::no_space_on_device) {
+        return "Disk full while accessing " + path + ".";
+    }
+    return "An error occurred while accessing " + path + ". Error: " + std::to_string(error);
 }
 
-std::string ArchiveErrorText(const std::string& strPath, EArchiveError nError) {
-    switch (nError) {
+std::string ArchiveErrorText(const std::string& path, EArchiveError error) {
+    switch (error) {
     case EArchiveError::None:
         return {};
     case EArchiveError::EndOfFile:
-        return "An attempt was made to access " + strPath + " past its end.";
+        return "An attempt was made to access " + path + " past its end.";
     case EArchiveError::BadClass:
-        return strPath + " contained an unexpected object.";
+        return path + " contained an unexpected object.";
     case EArchiveError::BadSchema:
-        return strPath + " contains an incorrect schema.";
+        return path + " contains an incorrect schema.";
     case EArchiveError::BadFormat:
     case EArchiveError::WriteFailed:
         break;
     }
-    return strPath + " has a bad format.";
+    return path + " has a bad format.";
 }
 
 } // namespace
 
-std::string LoadCacheDefinition(const std::string& strPath, CCacheDS& structure) {
+std::string LoadCacheDefinition(const std::string& path, CCacheDS& structure) {
     structure.Clear();
-    int nError = 0;
-    platform::SharedFile file = platform::SharedFile::OpenForReading(strPath, &nError);
-    if (!file)
-        return FileErrorText(strPath, nError);
+    int error = 0;
+    platform::SharedFile file = platform::SharedFile::OpenForReading(path, &error);
+    if (!file) {
+        return FileErrorText(path, error);
+    }
     CDiskSource source(file);
     CArchive archive(source, CArchive::load);
     structure.Serialize(archive);
-    return ArchiveErrorText(strPath, archive.Error());
+    return ArchiveErrorText(path, archive.Error());
 }
 
-std::string SaveCacheDefinition(const std::string& strPath, CCacheDS& structure) {
-    int nError = 0;
-    platform::AtomicFile file = platform::AtomicFile::Create(strPath, &nError);
-    if (!file)
-        return FileErrorText(strPath, nError);
+std::string SaveCacheDefinition(const std::string& path, CCacheDS& structure) {
+    int error = 0;
+    platform::AtomicFile file = platform::AtomicFile::Create(path, &error);
+    if (!file) {
+        return FileErrorText(path, error);
+    }
     CDiskTarget target(file);
     CArchive archive(target, CArchive::store);
     structure.Serialize(archive);
     archive.Flush(); // what fails here fails the commit as well, which knows the reason
-    return file.Commit(&nError) ? std::string() : FileErrorText(strPath, nError);
+    return file.Commit(&error) ? std::string() : FileErrorText(path, error);
 }
 
-EArchiveError ReadCacheDefinition(std::string_view strBytes, CCacheDS& structure) {
-    CMemoryFile file(strBytes);
+EArchiveError ReadCacheDefinition(std::string_view bytes, CCacheDS& structure) {
+    CMemoryFile file(bytes);
     CArchive archive(file, CArchive::load);
     structure.Serialize(archive);
     return archive.Error();

@@ -16,12 +16,12 @@ inline constexpr char kDefinitionFilter[] =
 // Paths are UTF-8.
 
 // Clears the structure first. After a failure the members that were whole remain.
-std::string LoadCacheDefinition(const std::string& strPath, CCacheDS& structure);
+std::string LoadCacheDefinition(const std::string& path, CCacheDS& structure);
 // After a failure the file is what it was before.
-std::string SaveCacheDefinition(const std::string& strPath, CCacheDS& structure);
+std::string SaveCacheDefinition(const std::string& path, CCacheDS& structure);
 
 // The same over bytes in memory.
-EArchiveError ReadCacheDefinition(std::string_view strBytes, CCacheDS& structure);
+EArchiveError ReadCacheDefinition(std::string_view bytes, CCacheDS& structure);
 std::string WriteCacheDefinition(CCacheDS& structure);
 
 } // namespace carvelot

@@ -32,22 +32,27 @@ class ICacheHost {
 public:
     virtual ~ICacheHost() = default;
     // A message box with an OK button.
-    virtual void ShowMessage(std::string_view strText) = 0;
+    virtual void ShowMessage(std::string_view text) = 0;
     // Asked after each row: does the user want the fetch to stop?
     virtual bool StopFetch() = 0;
 };
 
 class CCacheDoc {
 public:
+    CCacheDoc() = default;
+    CCacheDoc(const CCacheDoc&) = delete;
+    CCacheDoc& operator=(const CCacheDoc&) = delete;
+
     // Fetches all rows anew through the library that pFetch binds.
     void OnRefreshData(ICacheFetch& fetch, ICacheHost& host);
     // After the structure was defined anew: the views show it, and the rows are gone until the next refresh.
     void OnStructureDefined();
 
     // The text of a cell. A structure without members shows each row's number.
-    std::string CellText(std::size_t nRow, std::size_t nColumn,
-                         FFormatMathNumeric pfnFormatMathNumeric) const;
+    std::string CellText(std::size_t row, std::size_t column, FFormatMathNumeric pfnFormatMathNumeric) const;
     const CCacheRows& Rows() const { return m_rows; }
+    // The rows as a list shows them, in columns that the structure makes (CCacheDS::BuildDataColumns).
+    const CListSource& ListRows() const { return m_listSource; }
 
     ICacheDSView* m_pDSView = nullptr;
     ICacheDataView* m_pDataView = nullptr;
@@ -60,11 +65,22 @@ public:
     std::string m_strInstance;
 
 private:
+    class CListRows final : public CListSource {
+    public:
+        explicit CListRows(const CCacheDoc& owner) : m_owner(owner) {}
+        std::size_t RowCount() const override { return m_owner.m_rows.Size(); }
+        std::string Text(std::size_t row, int column) const override;
+
+    private:
+        const CCacheDoc& m_owner;
+    };
+
     void DeleteAllItems();
     void AppendRow(std::span<const unsigned char> row);
     void FetchRows(ICacheFetch& fetch, ICacheHost& host);
 
     CCacheRows m_rows;
+    CListRows m_listSource{*this};
     // What the rows were fetched by; the structure may be another one already while they are still shown.
     std::vector<std::shared_ptr<CMember>> m_listRowMembers;
     std::vector<std::int64_t> m_listOffsets;

@@ -3,16 +3,17 @@
 namespace carvelot {
 
 ICacheFetch::EBound CCompanionFetch::Bind() {
-    std::uint32_t nError = 0;
-    if (!m_library.Load(kCompanionLibrary, nError))
+    std::uint32_t error = 0;
+    if (!m_library.Load(kCompanionLibrary, error)) {
         return NoLibrary;
-    m_pfnFetch = reinterpret_cast<FCacheFetch>(m_library.Symbol("SkelmondCacheFetchProcessor", nError));
+    }
+    m_pfnFetch = reinterpret_cast<FCacheFetch>(m_library.Symbol("SkelmondCacheFetchProcessor", error));
     return m_pfnFetch != nullptr ? Bound : NoEntryPoint;
 }
 
-std::int32_t CCompanionFetch::Fetch(std::uint32_t nProcess, std::uint64_t nHandle, std::uint64_t& nCursor,
-                                    void* pRow, std::int32_t nRowSize, std::int32_t nFirst) {
-    return m_pfnFetch(nProcess, nHandle, &nCursor, pRow, nRowSize, nFirst);
+std::int32_t CCompanionFetch::Fetch(std::uint32_t process, std::uint64_t handle, std::uint64_t& cursor,
+                                    void* row, std::int32_t rowSize, std::int32_t first) {
+    return m_pfnFetch(process, handle, &cursor, row, rowSize, first);
 }
 
 } // namespace carvelot

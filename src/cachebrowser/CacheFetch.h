@@ -16,16 +16,16 @@ public:
     virtual ~ICacheFetch() = default;
     virtual EBound Bind() = 0;
     // See FCacheFetch.
-    virtual std::int32_t Fetch(std::uint32_t nProcess, std::uint64_t nHandle, std::uint64_t& nCursor,
-                               void* pRow, std::int32_t nRowSize, std::int32_t nFirst) = 0;
+    virtual std::int32_t Fetch(std::uint32_t process, std::uint64_t handle, std::uint64_t& cursor, void* row,
+                               std::int32_t rowSize, std::int32_t first) = 0;
 };
 
 // The companion library, loaded anew for each fetch and released with the object.
 class CCompanionFetch final : public ICacheFetch {
 public:
     EBound Bind() override;
-    std::int32_t Fetch(std::uint32_t nProcess, std::uint64_t nHandle, std::uint64_t& nCursor, void* pRow,
-                       std::int32_t nRowSize, std::int32_t nFirst) override;
+    std::int32_t Fetch(std::uint32_t process, std::uint64_t handle, std::uint64_t& cursor, void* row,
+                       std::int32_t rowSize, std::int32_t first) override;
 
 private:
     platform::CDynamicLibrary m_library;

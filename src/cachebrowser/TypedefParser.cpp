@@ -26,85 +26,90 @@ constexpr CTypeWord kTypeWords[] = {
 
 // Cuts each comment out and looks again from the start of the text, so what a cut joins can be a comment too.
 // The end of "/*" may be the start of "*/". One that never ends goes to the end of the text.
-void RemoveComments(std::string& strText) {
-    std::size_t nKept = 0;
-    for (std::size_t n = 0; n < strText.size();) {
-        if (strText[n] == '*' && nKept != 0 && strText[nKept - 1] == '/') {
-            --nKept;
-            const std::size_t nEnd = strText.find("*/", n);
-            if (nEnd == std::string::npos)
+void RemoveComments(std::string& text) {
+    std::size_t kept = 0;
+    for (std::size_t n = 0; n < text.size();) {
+        if (text[n] == '*' && kept != 0 && text[kept - 1] == '/') {
+            --kept;
+            const std::size_t end = text.find("*/", n);
+            if (end == std::string::npos) {
                 break;
-            n = nEnd + 2;
+            }
+            n = end + 2;
         } else {
-            strText[nKept++] = strText[n++];
+            text[kept++] = text[n++];
         }
     }
-    strText.resize(nKept);
+    text.resize(kept);
 }
 
-// The next token at or after nAt, empty at the end of the text. Delimiters in a row count as one.
-std::string_view NextToken(std::string_view strText, char chDelimiter, std::size_t& nAt) {
-    const std::size_t nStart = strText.find_first_not_of(chDelimiter, nAt);
-    if (nStart == std::string_view::npos) {
-        nAt = strText.size();
+// The next token at or after at, empty at the end of the text. Delimiters in a row count as one.
+std::string_view NextToken(std::string_view text, char delimiter, std::size_t& at) {
+    const std::size_t start = text.find_first_not_of(delimiter, at);
+    if (start == std::string_view::npos) {
+        at = text.size();
         return {};
     }
-    nAt = std::min(strText.find(chDelimiter, nStart), strText.size());
-    return strText.substr(nStart, nAt - nStart);
+    at = std::min(text.find(delimiter, start), text.size());
+    return text.substr(start, at - start);
 }
 
 } // namespace
 
-std::shared_ptr<CMember> CCacheDS::CreateMember(std::string strWord, std::string_view strPreviousWord) {
-    const bool bPointer = std::erase(strWord, '*') != 0;
-    const auto* const pType = std::ranges::find(kTypeWords, strWord, &CTypeWord::m_strWord);
-    if (pType == std::end(kTypeWords))
+std::shared_ptr<CMember> CCacheDS::CreateMember(std::string word, std::string_view previousWord) {
+    const bool pointer = std::erase(word, '*') != 0;
+    const auto* const type = std::ranges::find(kTypeWords, word, &CTypeWord::m_strWord);
+    if (type == std::end(kTypeWords)) {
         return nullptr;
-    auto pMember = std::make_shared<CMember>(this);
-    pMember->m_type = pType->m_type;
-    pMember->m_size = bPointer ? kPointerSize : pType->m_size;
-    pMember->m_unsigned = strPreviousWord == "unsigned" || strWord == "ID";
-    pMember->m_pointer = bPointer;
-    pMember->m_typeName = std::move(strWord);
-    return pMember;
+    }
+    auto member = std::make_shared<CMember>(this);
+    member->m_type = type->m_type;
+    member->m_size = pointer ? kPointerSize : type->m_size;
+    member->m_unsigned = previousWord == "unsigned" || word == "ID";
+    member->m_pointer = pointer;
+    member->m_typeName = std::move(word);
+    return member;
 }
 
-void CCacheDS::SetMemberName(CMember& member, std::string_view strWord) {
-    const std::size_t nOpen = strWord.find('[');
-    member.m_name = strWord.substr(0, nOpen);
-    if (nOpen == std::string_view::npos)
+void CCacheDS::SetMemberName(CMember& member, std::string_view word) {
+    const std::size_t open = word.find('[');
+    member.m_name = word.substr(0, open);
+    if (open == std::string_view::npos) {
         return;
-    const std::size_t nClose = strWord.find(']', nOpen);
-    if (nClose == std::string_view::npos)
+    }
+    const std::size_t close = word.find(']', open);
+    if (close == std::string_view::npos) {
         return;
-    if (const std::int32_t nCount = ReadInteger(strWord.substr(nOpen + 1, nClose - nOpen - 1)); nCount != 0)
-        member.m_count = nCount;
+    }
+    if (const std::int32_t count = ReadInteger(word.substr(open + 1, close - open - 1)); count != 0) {
+        member.m_count = count;
+    }
 }
 
-bool CCacheDS::ParseTypedef(std::string& strText) {
+bool CCacheDS::ParseTypedef(std::string& text) {
     Clear();
-    RemoveComments(strText);
+    RemoveComments(text);
     std::ranges::replace_if(
-        strText, [](char ch) { return ch == '\n' || ch == '\r' || ch == '\t'; }, ' ');
-    std::size_t nStatement = 0;
-    for (std::string_view strStatement = NextToken(strText, ';', nStatement); !strStatement.empty();
-         strStatement = NextToken(strText, ';', nStatement)) {
-        std::shared_ptr<CMember> pPending;
-        std::string_view strPreviousWord;
-        std::size_t nWord = 0;
-        for (std::string_view strWord = NextToken(strStatement, ' ', nWord); !strWord.empty();
-             strWord = NextToken(strStatement, ' ', nWord)) {
-            if (pPending != nullptr && strWord.find('*') != std::string_view::npos) {
+        text, [](char ch) { return ch == '\n' || ch == '\r' || ch == '\t'; }, ' ');
+    std::size_t statementStart = 0;
+    for (std::string_view statement = NextToken(text, ';', statementStart); !statement.empty();
+         statement = NextToken(text, ';', statementStart)) {
+        std::shared_ptr<CMember> pending;
+        std::string_view previousWord;
+        std::size_t wordStart = 0;
+        for (std::string_view word = NextToken(statement, ' ', wordStart); !word.empty();
+             word = NextToken(statement, ' ', wordStart)) {
+            if (pending != nullptr && word.find('*') != std::string_view::npos) {
                 // "char *p": the name that stands behind the star is lost, and the member with it.
-                pPending->m_pointer = true;
-                pPending->m_size = kPointerSize;
-            } else if (pPending != nullptr) {
-                SetMemberName(*pPending, strWord);
-                m_members.push_back(std::move(pPending));
-                pPending.reset();
+                pending->m_pointer = true;
+                pending->m_size = kPointerSize;
+            } else if (pending != nullptr) {
+                SetMemberName(*pending, word);
+                m_members.push_back(std::move(pending));
+                pending.reset();
             } else {
-                pPending = CreateMember(std::string(strWord), strPreviousWord);
-                strPreviousWord = strWord;
+                pending = CreateMember(std::string(word), previousWord);
+                previousWord = word;
             }
         }
     }

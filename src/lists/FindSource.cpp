@@ -13,28 +13,32 @@ void CFindSource::Show(const CCarvelotDoc& session, std::vector<RecordIndex> rec
 }
 
 void CFindSource::LetGo(const CCarvelotDoc& session) {
-    if (Session() != &session)
+    if (Session() != &session) {
         return;
-    const CDetailList& listDetails = session.m_listDetails;
-    std::size_t nBytes = 0;
-    for (const RecordIndex record : m_listRecords)
-        nBytes += listDetails.Text(record).size();
-    m_strMessages.reserve(nBytes);
-    m_listEnds.reserve(m_listRecords.size());
-    m_listRowHeads.reserve(m_listRecords.size());
-    std::vector<std::uint32_t> listHeadOf; // by the number of a context, 1 more than the head
+    }
+    const CDetailList& details = session.m_listDetails;
+    std::size_t bytes = 0;
     for (const RecordIndex record : m_listRecords) {
-        m_strMessages.append(listDetails.Text(record));
+        bytes += details.Text(record).size();
+    }
+    m_strMessages.reserve(bytes);
+    m_listEnds.reserve(m_listRecords.size());
+    m_listRowOwners.reserve(m_listRecords.size());
+    std::vector<std::uint32_t> ownerOf; // by the number of a context, 1 more than the owner
+    for (const RecordIndex record : m_listRecords) {
+        m_strMessages.append(details.Text(record));
         m_listEnds.push_back(m_strMessages.size());
-        const std::uint32_t nContext = listDetails.ContextNumber(record);
-        if (nContext >= listHeadOf.size())
-            listHeadOf.resize(nContext + 1);
-        if (listHeadOf[nContext] == 0) {
-            const FindRow row{record};
-            m_listHeads.push_back({row.Text(session, 0), row.Text(session, 1)});
-            listHeadOf[nContext] = static_cast<std::uint32_t>(m_listHeads.size());
+        const std::uint32_t context = details.ContextNumber(record);
+        if (context >= ownerOf.size()) {
+            ownerOf.resize(context + 1);
         }
-        m_listRowHeads.push_back(listHeadOf[nContext] - 1);
+        if (ownerOf[context] == 0) {
+            const FindRow row{record};
+            m_listOwners.push_back(
+                {CellText(row, FindRow::OWNER, session), CellText(row, FindRow::THREAD, session)});
+            ownerOf[context] = static_cast<std::uint32_t>(m_listOwners.size());
+        }
+        m_listRowOwners.push_back(ownerOf[context] - 1);
     }
     m_pSession = nullptr;
     Release(m_listRecords);
@@ -45,8 +49,8 @@ void CFindSource::Clear() {
     Release(m_listRecords);
     Release(m_strMessages);
     Release(m_listEnds);
-    Release(m_listRowHeads);
-    Release(m_listHeads);
+    Release(m_listRowOwners);
+    Release(m_listOwners);
 }
 
 const CCarvelotDoc* CFindSource::Session() const {
@@ -57,15 +61,17 @@ std::size_t CFindSource::RowCount() const {
     return m_pSession != nullptr ? m_listRecords.size() : m_listEnds.size();
 }
 
-std::string CFindSource::Text(std::size_t nRow, int nColumn) const {
-    if (m_pSession != nullptr)
-        return Session() != nullptr ? FindRow{m_listRecords[nRow]}.Text(*m_pSession, nColumn) : std::string();
-    if (nColumn != kMessageColumn) {
-        const CHead& head = m_listHeads[m_listRowHeads[nRow]];
-        return nColumn == 0 ? head.m_strProcess : head.m_strThread;
+std::string CFindSource::Text(std::size_t row, int column) const {
+    if (m_pSession != nullptr) {
+        return Session() != nullptr ? CellText(FindRow{m_listRecords[row]}, column, *m_pSession)
+                                    : std::string();
     }
-    const std::size_t nBegin = nRow == 0 ? 0 : m_listEnds[nRow - 1];
-    return m_strMessages.substr(nBegin, m_listEnds[nRow] - nBegin);
+    if (column != FindRow::MESSAGE) {
+        const COwner& owner = m_listOwners[m_listRowOwners[row]];
+        return column == FindRow::OWNER ? owner.m_strProcess : owner.m_strThread;
+    }
+    const std::size_t begin = row == 0 ? 0 : m_listEnds[row - 1];
+    return m_strMessages.substr(begin, m_listEnds[row] - begin);
 }
 
 } // namespace carvelot

@@ -21,16 +21,14 @@ public:
 
     // The session that the rows lead to; null when its records are gone.
     const CCarvelotDoc* Session() const;
-    RecordIndex Record(std::size_t nRow) const { return m_listRecords[nRow]; }
+    RecordIndex Record(std::size_t row) const { return m_listRecords[row]; }
 
     std::size_t RowCount() const override;
-    std::string Text(std::size_t nRow, int nColumn) const override;
+    std::string Text(std::size_t row, int column) const override;
 
 private:
-    static constexpr int kMessageColumn = 2;
-
     // What a row shows before its message; many rows share one.
-    struct CHead {
+    struct COwner {
         std::string m_strProcess; // the user in a JAS session
         std::string m_strThread;
     };
@@ -39,11 +37,11 @@ private:
     std::uint64_t m_nLoadIdentity = 0;
     std::vector<RecordIndex> m_listRecords;
 
-    // Rows without records: their messages, all in one, where each one ends, and the heads of the rows.
+    // Rows without records: their messages, all in one, where each one ends, and the owners of the rows.
     std::string m_strMessages;
     std::vector<std::size_t> m_listEnds;
-    std::vector<std::uint32_t> m_listRowHeads;
-    std::vector<CHead> m_listHeads;
+    std::vector<std::uint32_t> m_listRowOwners;
+    std::vector<COwner> m_listOwners;
 };
 
 } // namespace carvelot

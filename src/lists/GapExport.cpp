@@ -49,9 +49,9 @@ std::string ExportGaps(const CCarvelotDoc& session, std::vector<GapRow>& rows, G
         out.append("Message\n");
     }
     for (GapRow& row : rows) {
-        const std::string owner = row.Text(session, 0);
-        const std::string gap = row.Text(session, 2);
-        const std::string_view message = session.m_listDetails.Text(row.m_pRecord);
+        const std::string owner = CellText(row, GapRow::OWNER, session);
+        const std::string gap = CellText(row, GapRow::GAP, session);
+        const std::string message = CellText(row, GapRow::MESSAGE, session);
         if (format == GapExportFormat::Csv) {
             out.append("\"").append(owner).append("\",");
             out.append(row.TimeStamp(session)).append(",").append(gap).append(",");

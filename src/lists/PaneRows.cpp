@@ -11,69 +11,102 @@ namespace carvelot {
 
 namespace {
 
-std::string MicrosecondsText(std::uint64_t microseconds) {
-    return SecondsText(SecondsFromMicroseconds(microseconds));
+template <auto kMember> std::string SecondsOf(const BSFNRow& row) {
+    return SecondsText(SecondsFromMicroseconds(row.*kMember));
 }
 
-std::string ProcessThreadTextOf(const CCarvelotDoc& session, RecordIndex record) {
+// What the columns of rows of records show and are sorted by.
+
+std::string IdsText(const CCarvelotDoc& session, RecordIndex record) {
     const RecordContext& context = session.m_listDetails.Context(record);
     return ProcessThreadText(context.processID, context.threadID);
 }
 
-std::string OwnerText(const CCarvelotDoc& session, RecordIndex record) {
-    return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(session.m_listDetails.User(record))
-                                                  : ProcessThreadTextOf(session, record);
+template <class Row> std::string OwnerText(const Row& row, const CCarvelotDoc& session) {
+    return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(session.m_listDetails.User(row.m_pRecord))
+                                                  : IdsText(session, row.m_pRecord);
 }
 
-std::string MessageText(const CCarvelotDoc& session, RecordIndex record) {
-    return std::string(session.m_listDetails.Text(record));
+template <class Row> SortKey OwnerKey(const Row& row, const CCarvelotDoc& session) {
+    return SortKey(OwnerText(row, session));
+}
+
+template <class Row> std::string MessageText(const Row& row, const CCarvelotDoc& session) {
+    return std::string(session.m_listDetails.Text(row.m_pRecord));
+}
+
+template <class Row> SortKey MessageKey(const Row& row, const CCarvelotDoc& session) {
+    return SortKey(session.m_listDetails.Text(row.m_pRecord),
+                   session.m_listDetails.TextIsAscii(row.m_pRecord));
+}
+
+template <auto kMember, class Row> std::string DurationText(const Row& row, const CCarvelotDoc&) {
+    return SecondsText(row.*kMember);
+}
+
+template <auto kMember, class Row> SortKey DurationKey(const Row& row, const CCarvelotDoc&) {
+    return SortKey(row.*kMember);
+}
+
+SortKey IdsKey(const TaskRow& row, const CCarvelotDoc& session) {
+    return SortKey(IdsText(session, row.m_pRecord));
+}
+
+std::string_view TypeOf(const TaskRow& row, const CCarvelotDoc&) { return row.m_bStatement ? "SQL" : "BSFN"; }
+
+std::string_view TypeOf(const ErrorRow& row, const CCarvelotDoc& session) {
+    return ErrorType(session.m_listDetails.Kind(row.m_pRecord),
+                     session.m_listDetails.ReturnCode(row.m_pRecord));
+}
+
+template <class Row> std::string TypeText(const Row& row, const CCarvelotDoc& session) {
+    return std::string(TypeOf(row, session));
+}
+
+template <class Row> SortKey TypeKey(const Row& row, const CCarvelotDoc& session) {
+    return SortKey(TypeOf(row, session));
 }
 
 std::string WithoutBlanks(std::string_view stamp) { return std::string(TrimRight(stamp, " ")); }
 
-SortKey MessageKey(const CCarvelotDoc& session, RecordIndex record) {
-    return SortKey(session.m_listDetails.Text(record), session.m_listDetails.TextIsAscii(record));
+std::string StampText(const GapRow& row, const CCarvelotDoc& session) {
+    return TimeStampText(session.m_listDetails[row.m_pRecord]);
 }
 
-std::string_view TaskType(const TaskRow& row) { return row.m_bStatement ? "SQL" : "BSFN"; }
+// An export trims all rows or none, and no character of a time sorts below a blank: the blanks decide
+// nothing.
+SortKey StampKey(const GapRow& row, const CCarvelotDoc& session) {
+    return SortKey(WithoutBlanks(StampText(row, session)));
+}
 
-std::string_view ErrorTypeOf(const CCarvelotDoc& session, RecordIndex record) {
-    return ErrorType(session.m_listDetails.Kind(record), session.m_listDetails.ReturnCode(record));
+std::string ProcessOrUserText(const FindRow& row, const CCarvelotDoc& session) {
+    const CDetailList& details = session.m_listDetails;
+    return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(details.User(row.m_pRecord))
+                                                  : IdText(details.Context(row.m_pRecord).processID);
+}
+
+std::string ThreadText(const FindRow& row, const CCarvelotDoc& session) {
+    return IdText(session.m_listDetails.Context(row.m_pRecord).threadID);
 }
 
 } // namespace
 
-std::string_view ProcessOrUserTitle(LogFormat format) {
-    return format == LOG_FORMAT_JAS ? "User" : "Process/Thread";
-}
-
 // --- BSFN Calls
-// -----------------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& BSFNRow::Columns() {
-    static const std::vector<PaneColumn> columns = {{"Business Function", 200}, {"Calls", 70},
-                                                    {"Total Time", 100},        {"Shortest", 100},
-                                                    {"Longest", 100},           {"Average", 100}};
+CColumnTable<BSFNRow> BSFNRow::Columns() {
+    using enum EAlign;
+    using R = BSFNRow;
+    // clang-format off
+    static constexpr CListColumn<BSFNRow> columns[] = {
+        {"Business Function", 200, Left,  TextOf<&R::m_strName>,      KeyOf<&R::m_strName>},
+        {"Calls",              70, Right, DigitsOf<&R::m_nCalls>,     KeyOf<&R::m_nCalls>},
+        {"Total Time",        100, Right, SecondsOf<&R::m_nTotal>,    KeyOf<&R::m_nTotal>},
+        {"Shortest",          100, Right, SecondsOf<&R::m_nShortest>, KeyOf<&R::m_nShortest>},
+        {"Longest",           100, Right, SecondsOf<&R::m_nLongest>,  KeyOf<&R::m_nLongest>},
+        {"Average",           100, Right, SecondsOf<&R::m_nAverage>,  KeyOf<&R::m_nAverage>},
+    };
+    // clang-format on
     return columns;
-}
-
-std::string BSFNRow::Text(int column) const {
-    switch (column) {
-    case 0:
-        return m_strName;
-    case 1:
-        return std::to_string(m_nCalls);
-    case 2:
-        return MicrosecondsText(m_nTotal);
-    case 3:
-        return MicrosecondsText(m_nShortest);
-    case 4:
-        return MicrosecondsText(m_nLongest);
-    case 5:
-        return MicrosecondsText(m_nAverage);
-    default:
-        return {};
-    }
 }
 
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis) {
@@ -94,49 +127,21 @@ std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis) {
     return rows;
 }
 
-SortKey BSFNRow::Key(int column) const {
-    switch (column) {
-    case 0:
-        return SortKey(m_strName);
-    case 1:
-        return SortKey(m_nCalls);
-    case 2:
-        return SortKey(m_nTotal);
-    case 3:
-        return SortKey(m_nShortest);
-    case 4:
-        return SortKey(m_nLongest);
-    case 5:
-        return SortKey(m_nAverage);
-    default:
-        return {};
-    }
-}
-
 // --- SQL Table Access
-// -----------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& TableRow::Columns() {
-    static const std::vector<PaneColumn> columns = {
-        {"Table", 200}, {"Selects", 70}, {"Inserts", 70}, {"Updates", 70}, {"Deletes", 70}};
+CColumnTable<TableRow> TableRow::Columns() {
+    using enum EAlign;
+    using R = TableRow;
+    // clang-format off
+    static constexpr CListColumn<TableRow> columns[] = {
+        {"Table",   200, Left,  TextOf<&R::m_strTable>,   KeyOf<&R::m_strTable>},
+        {"Selects",  70, Right, DigitsOf<&R::m_nSelects>, KeyOf<&R::m_nSelects>},
+        {"Inserts",  70, Right, DigitsOf<&R::m_nInserts>, KeyOf<&R::m_nInserts>},
+        {"Updates",  70, Right, DigitsOf<&R::m_nUpdates>, KeyOf<&R::m_nUpdates>},
+        {"Deletes",  70, Right, DigitsOf<&R::m_nDeletes>, KeyOf<&R::m_nDeletes>},
+    };
+    // clang-format on
     return columns;
-}
-
-std::string TableRow::Text(int column) const {
-    switch (column) {
-    case 0:
-        return m_strTable;
-    case 1:
-        return std::to_string(m_nSelects);
-    case 2:
-        return std::to_string(m_nInserts);
-    case 3:
-        return std::to_string(m_nUpdates);
-    case 4:
-        return std::to_string(m_nDeletes);
-    default:
-        return {};
-    }
 }
 
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis) {
@@ -150,45 +155,20 @@ std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis) {
     return rows;
 }
 
-SortKey TableRow::Key(int column) const {
-    switch (column) {
-    case 0:
-        return SortKey(m_strTable);
-    case 1:
-        return SortKey(m_nSelects);
-    case 2:
-        return SortKey(m_nInserts);
-    case 3:
-        return SortKey(m_nUpdates);
-    case 4:
-        return SortKey(m_nDeletes);
-    default:
-        return {};
-    }
-}
-
 // --- Long Tasks
-// -----------------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& TaskRow::Columns() {
-    static const std::vector<PaneColumn> columns = {
-        {"Process/Thread", 100}, {"Task Type", 70}, {"Duration", 100}, {"Message", 600}};
+CColumnTable<TaskRow, CCarvelotDoc> TaskRow::Columns() {
+    using enum EAlign;
+    using R = TaskRow;
+    // clang-format off
+    static constexpr CListColumn<TaskRow, CCarvelotDoc> columns[] = {
+        {"Process/Thread", 100, Left,  OwnerText<R>,                  IdsKey},
+        {"Task Type",       70, Left,  TypeText<R>,                   TypeKey<R>},
+        {"Duration",       100, Right, DurationText<&R::m_fDuration>, DurationKey<&R::m_fDuration>},
+        {"Message",        600, Left,  MessageText<R>,                MessageKey<R>},
+    };
+    // clang-format on
     return columns;
-}
-
-std::string TaskRow::Text(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return OwnerText(session, m_pRecord);
-    case 1:
-        return std::string(TaskType(*this));
-    case 2:
-        return SecondsText(m_fDuration);
-    case 3:
-        return MessageText(session, m_pRecord);
-    default:
-        return {};
-    }
 }
 
 std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalysis& functions,
@@ -205,41 +185,19 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
     return rows;
 }
 
-SortKey TaskRow::Key(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return SortKey(ProcessThreadTextOf(session, m_pRecord));
-    case 1:
-        return SortKey(TaskType(*this));
-    case 2:
-        return SortKey(m_fDuration);
-    case 3:
-        return MessageKey(session, m_pRecord);
-    default:
-        return {};
-    }
-}
-
 // --- Errors/Warnings
-// ------------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& ErrorRow::Columns() {
-    static const std::vector<PaneColumn> columns = {
-        {"Process/Thread", 100}, {"Error Type", 70}, {"Message", 600}};
+CColumnTable<ErrorRow, CCarvelotDoc> ErrorRow::Columns() {
+    using enum EAlign;
+    using R = ErrorRow;
+    // clang-format off
+    static constexpr CListColumn<ErrorRow, CCarvelotDoc> columns[] = {
+        {"Process/Thread", 100, Left, OwnerText<R>,   OwnerKey<R>},
+        {"Error Type",      70, Left, TypeText<R>,    TypeKey<R>},
+        {"Message",        600, Left, MessageText<R>, MessageKey<R>},
+    };
+    // clang-format on
     return columns;
-}
-
-std::string ErrorRow::Text(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return OwnerText(session, m_pRecord);
-    case 1:
-        return std::string(ErrorTypeOf(session, m_pRecord));
-    case 2:
-        return MessageText(session, m_pRecord);
-    default:
-        return {};
-    }
 }
 
 std::string_view ErrorType(LogKind kind, std::int32_t returnCode) {
@@ -261,41 +219,20 @@ template <class List> std::vector<ErrorRow> MakeErrorRows(const List& errors) {
 template std::vector<ErrorRow> MakeErrorRows(const std::vector<RecordIndex>&);
 template std::vector<ErrorRow> MakeErrorRows(const CHeadList<RecordIndex>&);
 
-SortKey ErrorRow::Key(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return SortKey(OwnerText(session, m_pRecord));
-    case 1:
-        return SortKey(ErrorTypeOf(session, m_pRecord));
-    case 2:
-        return MessageKey(session, m_pRecord);
-    default:
-        return {};
-    }
-}
-
 // --- Timing Gaps
-// ----------------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& GapRow::Columns() {
-    static const std::vector<PaneColumn> columns = {
-        {"Process/Thread", 100}, {"Time Stamp", 120}, {"Gap Duration", 100}, {"Message", 600}};
+CColumnTable<GapRow, CCarvelotDoc> GapRow::Columns() {
+    using enum EAlign;
+    using R = GapRow;
+    // clang-format off
+    static constexpr CListColumn<GapRow, CCarvelotDoc> columns[] = {
+        {"Process/Thread", 100, Left,  OwnerText<R>,             OwnerKey<R>},
+        {"Time Stamp",     120, Left,  StampText,                StampKey},
+        {"Gap Duration",   100, Right, DurationText<&R::m_fGap>, DurationKey<&R::m_fGap>},
+        {"Message",        600, Left,  MessageText<R>,           MessageKey<R>},
+    };
+    // clang-format on
     return columns;
-}
-
-std::string GapRow::Text(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return OwnerText(session, m_pRecord);
-    case 1:
-        return TimeStampText(session.m_listDetails[m_pRecord]);
-    case 2:
-        return SecondsText(m_fGap);
-    case 3:
-        return MessageText(session, m_pRecord);
-    default:
-        return {};
-    }
 }
 
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session) {
@@ -308,55 +245,32 @@ std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session) {
     return rows;
 }
 
-SortKey GapRow::Key(const CCarvelotDoc& session, int column) const {
-    switch (column) {
-    case 0:
-        return SortKey(OwnerText(session, m_pRecord));
-    case 1:
-        // An export trims all rows or none, and no character of a time sorts below a blank: the blanks decide
-        // nothing.
-        return SortKey(WithoutBlanks(Text(session, column)));
-    case 2:
-        return SortKey(m_fGap);
-    case 3:
-        return MessageKey(session, m_pRecord);
-    default:
-        return {};
-    }
-}
-
 std::string GapRow::TimeStamp(const CCarvelotDoc& session) const {
-    std::string stamp = Text(session, 1);
+    std::string stamp = StampText(*this, session);
     return m_bTrimmed ? WithoutBlanks(stamp) : stamp;
 }
 
 // --- Find
-// -----------------------------------------------------------------------------------------------------------
 
-const std::vector<PaneColumn>& FindRow::Columns() {
-    static const std::vector<PaneColumn> columns = {{"Process", 60}, {"Thread", 60}, {"Message", 500}};
+CColumnTable<FindRow, CCarvelotDoc> FindRow::Columns() {
+    using enum EAlign;
+    using R = FindRow;
+    // No column sorts: the hits stay in log order.
+    // clang-format off
+    static constexpr CListColumn<FindRow, CCarvelotDoc> columns[] = {
+        {"Process",  60, Left, ProcessOrUserText},
+        {"Thread",   60, Left, ThreadText},
+        {"Message", 500, Left, MessageText<R>},
+    };
+    // clang-format on
     return columns;
 }
 
-std::string FindRow::Text(const CCarvelotDoc& session, int column) const {
-    const CDetailList& details = session.m_listDetails;
-    switch (column) {
-    case 0:
-        return session.m_nLogFormat == LOG_FORMAT_JAS ? std::string(details.User(m_pRecord))
-                                                      : IdText(details.Context(m_pRecord).processID);
-    case 1:
-        return IdText(details.Context(m_pRecord).threadID);
-    case 2:
-        return MessageText(session, m_pRecord);
-    default:
-        return {};
-    }
-}
-
 // --- Sorting
-// --------------------------------------------------------------------------------------------------------
 
 namespace {
+
+constexpr int kOwnerColumn = 0;
 
 // The first column of rows of records names owners, of which a session has few: each is sorted once, and what
 // a row is sorted by is the number of its owner.
@@ -378,7 +292,7 @@ std::vector<std::uint32_t> OwnerNumbers(const CCarvelotDoc& session, const std::
     }
     std::vector<std::size_t> order(owners.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
-    const auto keyOf = [&](std::size_t owner) { return rows[owners[owner]].Key(session, 0); };
+    const auto keyOf = [&](std::size_t owner) { return CellKey(rows[owners[owner]], kOwnerColumn, session); };
     SortByKey(order, false, keyOf);
     std::vector<std::uint32_t> ranks(owners.size());
     for (std::size_t n = 1; n < order.size(); ++n) {
@@ -400,7 +314,7 @@ bool IsOrdinaryStamp(const CLogDetail& detail) {
 }
 
 bool SortsByTime(const CCarvelotDoc& session, const std::vector<GapRow>& rows, int column) {
-    return column == 1 && std::ranges::all_of(rows, [&](const GapRow& row) {
+    return column == GapRow::STAMP && std::ranges::all_of(rows, [&](const GapRow& row) {
                return IsOrdinaryStamp(session.m_listDetails[row.m_pRecord]);
            });
 }
@@ -411,14 +325,14 @@ template <class Row> bool SortsByTime(const CCarvelotDoc&, const std::vector<Row
 template <class Row>
 void SortOrder(const CCarvelotDoc& session, const std::vector<Row>& rows, std::vector<std::size_t>& order,
                int column, bool descending) {
-    if (column == 0) {
+    if (column == kOwnerColumn) {
         const std::vector<std::uint32_t> numbers = OwnerNumbers(session, rows);
         SortByKey(order, descending, [&](std::size_t row) { return SortKey(std::uint64_t{numbers[row]}); });
     } else if (SortsByTime(session, rows, column)) {
         SortByKey(order, descending,
                   [&](std::size_t row) { return SortKey(session.m_listDetails.Time(rows[row].m_pRecord)); });
     } else {
-        SortByKey(order, descending, [&](std::size_t row) { return rows[row].Key(session, column); });
+        SortByKey(order, descending, [&](std::size_t row) { return CellKey(rows[row], column, session); });
     }
 }
 

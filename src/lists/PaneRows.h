@@ -3,8 +3,8 @@
 // live as long as the rows do.
 #pragma once
 
-#include "lists/SortKey.h"
 #include "session/CarvelotDoc.h"
+#include "text/ColumnTable.h"
 
 #include <cstdint>
 #include <string>
@@ -13,17 +13,12 @@
 
 namespace carvelot {
 
-// A column of a list: its title and its width in device-independent pixels.
-struct PaneColumn {
-    std::string_view title;
-    int width;
-};
-
-// The title of the first column of the lists that show records: it goes by the log's format.
-std::string_view ProcessOrUserTitle(LogFormat format);
+// The title of the first column of rows of records: that of their table, or "User" in a JAS log.
+template <class Row> std::string_view OwnerTitle(LogFormat format) {
+    return format == LOG_FORMAT_JAS ? "User" : Row::Columns()[0].m_strTitle;
+}
 
 // --- BSFN Calls
-// -----------------------------------------------------------------------------------------------------
 
 struct BSFNRow {
     std::string m_strName;
@@ -33,14 +28,11 @@ struct BSFNRow {
     std::uint64_t m_nShortest = 0;
     std::uint64_t m_nAverage = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    static CColumnTable<BSFNRow> Columns();
 };
 std::vector<BSFNRow> MakeBSFNRows(const CBSFNAnalysis& analysis);
 
 // --- SQL Table Access
-// -----------------------------------------------------------------------------------------------
 
 struct TableRow {
     std::string m_strTable;
@@ -49,24 +41,21 @@ struct TableRow {
     std::int32_t m_nUpdates = 0;
     std::int32_t m_nDeletes = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(int column) const;
-    SortKey Key(int column) const;
+    static CColumnTable<TableRow> Columns();
 };
 std::vector<TableRow> MakeTableRows(const CSQLAnalysis& analysis);
 
 // --- Long Tasks
-// -----------------------------------------------------------------------------------------------------
 
 struct TaskRow {
     RecordIndex m_pRecord = kNoRecord;
     bool m_bStatement = false; // task type "SQL", else "BSFN"
     float m_fDuration = 0;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    // Of the first column "process/thread", also in a JAS session, where it is hidden behind the user shown.
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, TYPE, DURATION, MESSAGE };
+    // The first column sorts by "process/thread" also in a JAS session, where it is hidden behind the user
+    // shown.
+    static CColumnTable<TaskRow, CCarvelotDoc> Columns();
 };
 // Function calls, then statements, each in the order of their list: a list of them starts sorted by duration,
 // the longest first.
@@ -74,14 +63,11 @@ std::vector<TaskRow> MakeTaskRows(const CCarvelotDoc& session, const CBSFNAnalys
                                   const CSQLAnalysis& statements);
 
 // --- Errors/Warnings
-// ------------------------------------------------------------------------------------------------
 
 struct ErrorRow {
     RecordIndex m_pRecord = kNoRecord;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    static CColumnTable<ErrorRow, CCarvelotDoc> Columns();
 };
 // The error type by kind and return code.
 std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
@@ -89,16 +75,14 @@ std::string_view ErrorType(LogKind kind, std::int32_t returnCode);
 template <class List> std::vector<ErrorRow> MakeErrorRows(const List& errors);
 
 // --- Timing Gaps
-// ----------------------------------------------------------------------------------------------------
 
 struct GapRow {
     RecordIndex m_pRecord = kNoRecord;
     float m_fGap = 0;
     bool m_bTrimmed = false; // a text export has cut the blanks off the time stamp; what is shown stays
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
-    SortKey Key(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, STAMP, GAP, MESSAGE };
+    static CColumnTable<GapRow, CCarvelotDoc> Columns();
     // What an export writes.
     std::string TimeStamp(const CCarvelotDoc& session) const;
 };
@@ -106,17 +90,15 @@ struct GapRow {
 std::vector<GapRow> MakeGapRows(const CCarvelotDoc& session);
 
 // --- Find
-// -----------------------------------------------------------------------------------------------------------
 
 struct FindRow {
     RecordIndex m_pRecord = kNoRecord;
 
-    static const std::vector<PaneColumn>& Columns();
-    std::string Text(const CCarvelotDoc& session, int column) const;
+    enum { OWNER, THREAD, MESSAGE };
+    static CColumnTable<FindRow, CCarvelotDoc> Columns();
 };
 
 // --- Sorting
-// --------------------------------------------------------------------------------------------------------
 
 // Brings the numbers of rows of records into their order by a column, or into exactly its reverse. Rows that
 // compare equal either way keep their order.

@@ -19,12 +19,15 @@ template <std::size_t N> void ClearBytes(char16_t (&buffer)[N]) {
 }
 
 int HexDigit(char ch) {
-    if (ch >= '0' && ch <= '9')
+    if (ch >= '0' && ch <= '9') {
         return ch - '0';
-    if (ch >= 'a' && ch <= 'f')
+    }
+    if (ch >= 'a' && ch <= 'f') {
         return ch - 'a' + 10;
-    if (ch >= 'A' && ch <= 'F')
+    }
+    if (ch >= 'A' && ch <= 'F') {
         return ch - 'A' + 10;
+    }
     return -1;
 }
 
@@ -37,55 +40,61 @@ void CProcInfoBuffers::Clear() {
     ClearBytes(m_scratch);
 }
 
-std::string BufferText(const char16_t* pText, std::size_t nUnits) {
-    const char16_t* const pEnd = std::find(pText, pText + nUnits, u'\0');
-    std::string strText;
-    while (pText != pEnd) {
-        char32_t ch = *pText++;
-        if (ch >= 0xD800 && ch < 0xDC00 && pText != pEnd && *pText >= 0xDC00 && *pText < 0xE000)
-            ch = 0x10000 + ((ch - 0xD800) << 10) + (*pText++ - 0xDC00U);
-        AppendCodePoint(strText, ch);
+std::string BufferText(const char16_t* buffer, std::size_t units) {
+    const char16_t* const end = std::find(buffer, buffer + units, u'\0');
+    std::string text;
+    while (buffer != end) {
+        char32_t ch = *buffer++;
+        if (ch >= 0xD800 && ch < 0xDC00 && buffer != end && *buffer >= 0xDC00 && *buffer < 0xE000) {
+            ch = 0x10000 + ((ch - 0xD800) << 10) + (*buffer++ - 0xDC00U);
+        }
+        AppendCodePoint(text, ch);
     }
-    return strText;
+    return text;
 }
 
-std::uint64_t ParseCacheHandle(std::string_view strHandle) {
-    while (!strHandle.empty() && IsSpace(strHandle.front()))
-        strHandle.remove_prefix(1);
-    bool bNegative = false;
-    if (!strHandle.empty() && (strHandle.front() == '+' || strHandle.front() == '-')) {
-        bNegative = strHandle.front() == '-';
-        strHandle.remove_prefix(1);
+std::uint64_t ParseCacheHandle(std::string_view handle) {
+    while (!handle.empty() && IsSpace(handle.front())) {
+        handle.remove_prefix(1);
     }
-    if (strHandle.size() > 2 && strHandle[0] == '0' && (strHandle[1] == 'x' || strHandle[1] == 'X') &&
-        HexDigit(strHandle[2]) >= 0)
-        strHandle.remove_prefix(2);
-    std::uint64_t nHandle = 0;
-    for (const char ch : strHandle) {
-        const int nDigit = HexDigit(ch);
-        if (nDigit < 0)
+    bool negative = false;
+    if (!handle.empty() && (handle.front() == '+' || handle.front() == '-')) {
+        negative = handle.front() == '-';
+        handle.remove_prefix(1);
+    }
+    if (handle.size() > 2 && handle[0] == '0' && (handle[1] == 'x' || handle[1] == 'X') &&
+        HexDigit(handle[2]) >= 0) {
+        handle.remove_prefix(2);
+    }
+    std::uint64_t handleNumber = 0;
+    for (const char ch : handle) {
+        const int digit = HexDigit(ch);
+        if (digit < 0) {
             break;
-        if (nHandle >> 60 != 0)
+        }
+        if (handleNumber >> 60 != 0) {
             return std::numeric_limits<std::uint64_t>::max();
-        nHandle = nHandle << 4 | static_cast<std::uint64_t>(nDigit);
+        }
+        handleNumber = handleNumber << 4 | static_cast<std::uint64_t>(digit);
     }
-    return bNegative ? 0 - nHandle : nHandle;
+    return negative ? 0 - handleNumber : handleNumber;
 }
 
-ECacheProbe ProbeCache(const platform::CDynamicLibrary& library, std::uint32_t nProcess,
-                       std::string_view strHandle) {
-    if (!library.IsLoaded())
+ECacheProbe ProbeCache(const platform::CDynamicLibrary& library, std::uint32_t process,
+                       std::string_view handle) {
+    if (!library.IsLoaded()) {
         return ECacheProbe::Gone;
-    std::uint32_t nError = 0;
-    const auto pfnFetch =
-        reinterpret_cast<FCacheFetch>(library.Symbol("SkelmondCacheFetchProcessor", nError));
-    if (pfnFetch == nullptr)
+    }
+    std::uint32_t error = 0;
+    const auto pfnFetch = reinterpret_cast<FCacheFetch>(library.Symbol("SkelmondCacheFetchProcessor", error));
+    if (pfnFetch == nullptr) {
         return ECacheProbe::NoEntryPoint;
-    const auto pRow = std::make_unique<unsigned char[]>(kProbeSize);
-    std::uint64_t nCursor = 0;
-    const std::int32_t nStatus =
-        pfnFetch(nProcess, ParseCacheHandle(strHandle), &nCursor, pRow.get(), kProbeSize, 1);
-    return nStatus == 0 ? ECacheProbe::Live : ECacheProbe::Gone;
+    }
+    const auto row = std::make_unique<unsigned char[]>(kProbeSize);
+    std::uint64_t cursor = 0;
+    const std::int32_t status =
+        pfnFetch(process, ParseCacheHandle(handle), &cursor, row.get(), kProbeSize, 1);
+    return status == 0 ? ECacheProbe::Live : ECacheProbe::Gone;
 }
 
 } // namespace carvelot

@@ -37,16 +37,16 @@ struct CProcInfoBuffers {
 };
 
 // A buffer's text up to its first zero, UTF-8.
-std::string BufferText(const char16_t* pText, std::size_t nUnits);
+std::string BufferText(const char16_t* text, std::size_t units);
 template <std::size_t N> std::string BufferText(const char16_t (&text)[N]) { return BufferText(text, N); }
 
 // A handle as logs print it, hexadecimal, read as the C library reads it: leading white space, a sign, "0x",
 // digits up to the first character that is none. What overflows is the greatest number.
-std::uint64_t ParseCacheHandle(std::string_view strHandle);
+std::uint64_t ParseCacheHandle(std::string_view handle);
 
 enum class ECacheProbe { Gone, Live, NoEntryPoint };
 // Asks the library whether the cache of that handle still answers. Without a library it is gone.
-ECacheProbe ProbeCache(const platform::CDynamicLibrary& library, std::uint32_t nProcess,
-                       std::string_view strHandle);
+ECacheProbe ProbeCache(const platform::CDynamicLibrary& library, std::uint32_t process,
+                       std::string_view handle);
 
 } // namespace carvelot

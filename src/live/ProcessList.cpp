@@ -2,7 +2,6 @@
 
 #include "platform/SharedFile.h"
 #include "text/CaseText.h"
-#include "text/Numbers.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -17,7 +16,7 @@ constexpr std::string_view kNoEntryPoint = "Get Proc address failed";
 
 class CFlag {
 public:
-    explicit CFlag(bool& bFlag) : m_bFlag(bFlag) { m_bFlag = true; }
+    explicit CFlag(bool& flag) : m_bFlag(flag) { m_bFlag = true; }
     ~CFlag() { m_bFlag = false; }
     CFlag(const CFlag&) = delete;
     CFlag& operator=(const CFlag&) = delete;
@@ -26,73 +25,95 @@ private:
     bool& m_bFlag;
 };
 
-std::string TracingText(bool bTracing) { return bTracing ? "On" : "Off"; }
+std::string TracingText(const ProcessListRow& row) { return row.m_bTracing ? "On" : "Off"; }
 
-std::string ProcInfoError(std::int32_t nStatus) {
-    return "Error SkelmondGetSetProcInfo returned: " + std::to_string(nStatus);
+std::string SizeText(const ProcessListRow& row) { return GroupedNumber(row.m_nFileSize); }
+
+std::string ProcInfoError(std::int32_t status) {
+    return "Error SkelmondGetSetProcInfo returned: " + std::to_string(status);
 }
 
 } // namespace
 
-std::string GroupedNumber(std::int32_t nNumber) {
-    const std::string strDigits = std::to_string(nNumber);
-    std::string strResult;
-    int nGroup = 0;
-    for (std::size_t n = strDigits.size(); n-- > 0;) {
-        strResult.push_back(strDigits[n]);
-        if (++nGroup == 3 && n > 0) {
-            strResult.push_back(',');
-            nGroup = 0;
+std::string GroupedNumber(std::int32_t number) {
+    const std::string digits = std::to_string(number);
+    std::string result;
+    int group = 0;
+    for (std::size_t n = digits.size(); n-- > 0;) {
+        result.push_back(digits[n]);
+        if (++group == 3 && n > 0) {
+            result.push_back(',');
+            group = 0;
         }
     }
-    std::ranges::reverse(strResult);
-    return strResult;
+    std::ranges::reverse(result);
+    return result;
+}
+
+CColumnTable<ProcessListRow> ProcessListRow::Columns() {
+    using enum EAlign;
+    using R = ProcessListRow;
+    // In the order of EProcessColumn. No column sorts: the rows stand in the system's order.
+    // clang-format off
+    static constexpr CListColumn<ProcessListRow> columns[PROCESS_COLUMNS] = {
+        {"Process",           100, Left, DigitsOf<&R::m_nProcess>},
+        {"Image Name",        120, Left, TextOf<&R::m_strImageName>},
+        {"Tracing",           100, Left, TracingText},
+        {"Debug File",        300, Left, TextOf<&R::m_strDebugFile>},
+        {"File Size (Bytes)", 100, Left, SizeText},
+        {"User",              100, Left, TextOf<&R::m_strUser>},
+        {"Env.",              100, Left, TextOf<&R::m_strEnvironment>},
+    };
+    // clang-format on
+    return columns;
 }
 
 void CProcessList::RefreshProcessList() {
-    if (m_bRefreshing)
+    if (m_bRefreshing) {
         return;
-    const CFlag refreshing(m_bRefreshing);
-    for (const auto& [nProcess, pRow] : m_processes) {
-        pRow->alive = 0;
-        pRow->selected = false;
     }
-    for (const int nRow : SelectedRows()) {
-        const auto it = m_processes.find(static_cast<std::uint32_t>(ProcessOf(nRow)));
-        if (it == m_processes.end())
+    const CFlag refreshing(m_bRefreshing);
+    for (const auto& [process, row] : m_processes) {
+        row->alive = 0;
+        row->selected = false;
+    }
+    for (const int rowIndex : SelectedRows()) {
+        const auto it = m_processes.find(static_cast<std::uint32_t>(RowAt(rowIndex).m_nProcess));
+        if (it == m_processes.end()) {
             throw std::out_of_range("invalid map<K, T> key");
+        }
         it->second->selected = true;
     }
     m_host.BeginRebuild();
     m_listRows.clear();
-    std::vector<platform::ProcessEntry> listProcesses;
-    if (!m_host.EnumerateProcesses(listProcesses))
+    std::vector<platform::ProcessEntry> processes;
+    if (!m_host.EnumerateProcesses(processes)) {
         return;
-    for (const platform::ProcessEntry& entry : listProcesses) {
-        if (entry.m_nProcess == 0 || !IsTraceApp(entry.m_strImageName))
+    }
+    for (const platform::ProcessEntry& entry : processes) {
+        if (entry.m_nProcess == 0 || !IsTraceApp(entry.m_strImageName)) {
             continue;
-        std::unique_ptr<ProcessRow>& pRow = m_processes[entry.m_nProcess];
-        if (pRow == nullptr) {
-            pRow = std::make_unique<ProcessRow>();
-            pRow->pid = entry.m_nProcess;
-            pRow->imageName = entry.m_strImageName;
         }
-        pRow->alive = 1;
+        std::unique_ptr<ProcessRow>& row = m_processes[entry.m_nProcess];
+        if (row == nullptr) {
+            row = std::make_unique<ProcessRow>();
+            row->pid = entry.m_nProcess;
+            row->imageName = entry.m_strImageName;
+        }
+        row->alive = 1;
         // A number that the system has given to another program shows that program's name.
-        GatherTracing(*pRow);
-        m_listRows.push_back(
-            {{std::to_string(static_cast<std::int32_t>(entry.m_nProcess)), entry.m_strImageName,
-              TracingText(pRow->tracing), pRow->debugFile,
-              GroupedNumber(platform::SharedFileSize(pRow->debugFile)), pRow->user, pRow->environment},
-             pRow->selected});
+        GatherTracing(*row);
+        m_listRows.push_back({static_cast<std::int32_t>(entry.m_nProcess), entry.m_strImageName, row->tracing,
+                              row->debugFile, platform::SharedFileSize(row->debugFile), row->user,
+                              row->environment, row->selected});
     }
     m_host.EndRebuild();
     std::erase_if(m_processes, [](const auto& item) { return item.second->alive == 0; });
 }
 
-bool CProcessList::IsTraceApp(std::string_view strImageName) const {
+bool CProcessList::IsTraceApp(std::string_view imageName) const {
     return std::ranges::any_of(m_host.TraceApps(), [&](const tagTraceApp& app) {
-        return app.m_bEnabled && EqualNoCase(app.m_strName, strImageName);
+        return app.m_bEnabled && EqualNoCase(app.m_strName, imageName);
     });
 }
 
@@ -103,14 +124,14 @@ void CProcessList::GatherTracing(ProcessRow& row) {
         return;
     }
     CProcInfoBuffers buffers;
-    std::int32_t nTracing = 0;
-    const auto call = [&](ETraceMode nMode) {
+    std::int32_t tracing = 0;
+    const auto call = [&](ETraceMode mode) {
         buffers.Clear();
         return pfnGetSetProcInfo(row.pid, buffers.m_debugFile, buffers.m_user, buffers.m_environment,
-                                 buffers.m_scratch, nMode, &nTracing);
+                                 buffers.m_scratch, mode, &tracing);
     };
-    if (const std::int32_t nStatus = call(TRACE_READ); nStatus != 0) {
-        m_host.ShowMessage(ProcInfoError(nStatus));
+    if (const std::int32_t status = call(TRACE_READ); status != 0) {
+        m_host.ShowMessage(ProcInfoError(status));
         return;
     }
     row.debugFile = BufferText(buffers.m_debugFile);
@@ -120,38 +141,43 @@ void CProcessList::GatherTracing(ProcessRow& row) {
         row.user = BufferText(buffers.m_user);
         row.environment = BufferText(buffers.m_environment);
     }
-    row.tracing = nTracing != 0;
+    row.tracing = tracing != 0;
 }
 
-int CProcessList::NextSelected(int nAfter) const {
-    for (std::size_t nRow = static_cast<std::size_t>(nAfter + 1); nRow < m_listRows.size(); ++nRow) {
-        if (m_listRows[nRow].m_bSelected)
-            return static_cast<int>(nRow);
+int CProcessList::NextSelected(int after) const {
+    for (std::size_t rowIndex = static_cast<std::size_t>(after + 1); rowIndex < m_listRows.size();
+         ++rowIndex) {
+        if (m_listRows[rowIndex].m_bSelected) {
+            return static_cast<int>(rowIndex);
+        }
     }
     return -1;
 }
 
-std::int32_t CProcessList::ProcessOf(int nRow) const {
-    return ReadInteger(Text(static_cast<std::size_t>(nRow), COLUMN_PROCESS));
+ProcessListRow CProcessList::RowAt(int rowIndex) const {
+    const auto at = static_cast<std::size_t>(rowIndex);
+    return at < m_listRows.size() ? m_listRows[at] : ProcessListRow();
 }
 
 // The next row is looked up before the present one is handled: handling can rebuild the list.
 template <typename FHandle> void CProcessList::WalkSelected(FHandle handle) {
-    int nNext = NextSelected(-1);
-    while (nNext >= 0) {
-        const int nRow = nNext;
-        nNext = NextSelected(nRow);
-        if (!handle(nRow))
+    int next = NextSelected(-1);
+    while (next >= 0) {
+        const int rowIndex = next;
+        next = NextSelected(rowIndex);
+        if (!handle(rowIndex)) {
             return;
+        }
     }
 }
 
 void CProcessList::OnToggleTracing() {
-    std::int32_t nTracing = 0;
-    WalkSelected([&](int nRow) {
-        const std::int32_t nProcess = ProcessOf(nRow);
-        if (nProcess == 0)
+    std::int32_t tracing = 0;
+    WalkSelected([&](int rowIndex) {
+        const std::int32_t process = RowAt(rowIndex).m_nProcess;
+        if (process == 0) {
             return true;
+        }
         const FGetSetProcInfo pfnGetSetProcInfo = m_host.GetSetProcInfo();
         if (pfnGetSetProcInfo == nullptr) {
             m_host.ShowMessage(kNoLibrary);
@@ -159,83 +185,86 @@ void CProcessList::OnToggleTracing() {
         }
         CProcInfoBuffers buffers;
         buffers.Clear();
-        const std::int32_t nStatus =
-            pfnGetSetProcInfo(static_cast<std::uint32_t>(nProcess), buffers.m_debugFile, buffers.m_user,
-                              buffers.m_environment, buffers.m_scratch, TRACE_TOGGLE, &nTracing);
-        if (nStatus != 0) {
-            m_host.ShowMessage(ProcInfoError(nStatus));
+        const std::int32_t status =
+            pfnGetSetProcInfo(static_cast<std::uint32_t>(process), buffers.m_debugFile, buffers.m_user,
+                              buffers.m_environment, buffers.m_scratch, TRACE_TOGGLE, &tracing);
+        if (status != 0) {
+            m_host.ShowMessage(ProcInfoError(status));
             return true;
         }
-        m_listRows[static_cast<std::size_t>(nRow)].m_listTexts[COLUMN_TRACING] = TracingText(nTracing != 0);
-        m_host.RowChanged(static_cast<std::size_t>(nRow));
+        m_listRows[static_cast<std::size_t>(rowIndex)].m_bTracing = tracing != 0;
+        m_host.RowChanged(static_cast<std::size_t>(rowIndex));
         return true;
     });
 }
 
 void CProcessList::OnTruncDebugFile() {
-    WalkSelected([&](int nRow) {
-        platform::TruncateShared(Text(static_cast<std::size_t>(nRow), COLUMN_DEBUG_FILE));
+    WalkSelected([&](int rowIndex) {
+        platform::TruncateShared(RowAt(rowIndex).m_strDebugFile);
         RefreshProcessList();
         return true;
     });
 }
 
 void CProcessList::OnClearCaches() {
-    WalkSelected([&](int nRow) {
-        const std::int32_t nProcess = ProcessOf(nRow);
-        if (nProcess == 0)
+    WalkSelected([&](int rowIndex) {
+        const std::int32_t process = RowAt(rowIndex).m_nProcess;
+        if (process == 0) {
             return true;
+        }
         platform::CDynamicLibrary library;
-        std::uint32_t nError = 0;
-        if (!library.Load(kCompanionLibrary, nError)) {
+        std::uint32_t error = 0;
+        if (!library.Load(kCompanionLibrary, error)) {
             m_host.ShowMessage(kNoLibrary);
             return false;
         }
         const auto pfnClear =
-            reinterpret_cast<FClearCaches>(library.Symbol("SkelmondClearCacheProcessor", nError));
+            reinterpret_cast<FClearCaches>(library.Symbol("SkelmondClearCacheProcessor", error));
         if (pfnClear == nullptr) {
             m_host.ShowMessage(kNoEntryPoint);
             return false;
         }
-        if (const std::int32_t nStatus = pfnClear(static_cast<std::uint32_t>(nProcess), 1); nStatus != 0)
-            m_host.ShowMessage("Error SkelmondClearCache returned: " + std::to_string(nStatus));
+        if (const std::int32_t status = pfnClear(static_cast<std::uint32_t>(process), 1); status != 0) {
+            m_host.ShowMessage("Error SkelmondClearCache returned: " + std::to_string(status));
+        }
         return true;
     });
 }
 
 void CProcessList::OnAnalyzeProcess() {
-    WalkSelected([&](int nRow) {
-        const auto nIndex = static_cast<std::size_t>(nRow);
-        m_host.AnalyzeProcess(Text(nIndex, COLUMN_IMAGE_NAME), Text(nIndex, COLUMN_DEBUG_FILE),
-                              ProcessOf(nRow));
+    WalkSelected([&](int rowIndex) {
+        const ProcessListRow row = RowAt(rowIndex);
+        m_host.AnalyzeProcess(row.m_strImageName, row.m_strDebugFile, row.m_nProcess);
         return true;
     });
 }
 
-void CProcessList::Select(const std::vector<int>& listRows) {
-    for (CListRow& row : m_listRows)
+void CProcessList::Select(const std::vector<int>& rows) {
+    for (ProcessListRow& row : m_listRows) {
         row.m_bSelected = false;
-    for (const int nRow : listRows) {
-        if (nRow >= 0 && static_cast<std::size_t>(nRow) < m_listRows.size())
-            m_listRows[static_cast<std::size_t>(nRow)].m_bSelected = true;
+    }
+    for (const int rowIndex : rows) {
+        if (rowIndex >= 0 && static_cast<std::size_t>(rowIndex) < m_listRows.size()) {
+            m_listRows[static_cast<std::size_t>(rowIndex)].m_bSelected = true;
+        }
     }
 }
 
 std::vector<int> CProcessList::SelectedRows() const {
-    std::vector<int> listRows;
-    for (int nRow = NextSelected(-1); nRow >= 0; nRow = NextSelected(nRow))
-        listRows.push_back(nRow);
-    return listRows;
+    std::vector<int> rows;
+    for (int rowIndex = NextSelected(-1); rowIndex >= 0; rowIndex = NextSelected(rowIndex)) {
+        rows.push_back(rowIndex);
+    }
+    return rows;
 }
 
 int CProcessList::FocusedRow() const {
-    const std::vector<int> listRows = SelectedRows();
-    return listRows.empty() ? -1 : listRows.back();
+    const std::vector<int> rows = SelectedRows();
+    return rows.empty() ? -1 : rows.back();
 }
 
-std::string CProcessList::Text(std::size_t nRow, int nColumn) const {
-    return nRow < m_listRows.size() ? m_listRows[nRow].m_listTexts[static_cast<std::size_t>(nColumn)]
-                                    : std::string();
+std::string CProcessList::Text(std::size_t rowIndex, int column) const {
+    return rowIndex < m_listRows.size() ? CellText(m_listRows[rowIndex], column) : std::string();
 }
 
 } // namespace carvelot

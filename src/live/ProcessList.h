@@ -5,9 +5,8 @@
 #include "live/CompanionLibrary.h"
 #include "platform/Processes.h"
 #include "settings/AppSettings.h"
-#include "text/ListSource.h"
+#include "text/ColumnTable.h"
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -23,15 +22,15 @@ public:
     virtual ~IProcessHost() = default;
 
     // A message box with an OK button. Events of the window may be handled while it is up.
-    virtual void ShowMessage(std::string_view strText) = 0;
+    virtual void ShowMessage(std::string_view text) = 0;
     // The running processes in the system's order; false when it gives no list.
-    virtual bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) = 0;
+    virtual bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) = 0;
     virtual const std::vector<tagTraceApp>& TraceApps() const = 0;
     // Null while the companion library is not bound.
     virtual FGetSetProcInfo GetSetProcInfo() const = 0;
     // Opens a process's debug file as a session.
-    virtual void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                                std::int32_t nProcess) = 0;
+    virtual void AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                                std::int32_t process) = 0;
     // The rows are about to go; nothing is drawn until EndRebuild, by when the rows are new.
     virtual void BeginRebuild() {}
     virtual void EndRebuild() {}
@@ -61,8 +60,22 @@ enum EProcessColumn {
     PROCESS_COLUMNS,
 };
 
+// A process as the list shows it.
+struct ProcessListRow {
+    std::int32_t m_nProcess = 0;
+    std::string m_strImageName;
+    bool m_bTracing = false;
+    std::string m_strDebugFile;
+    std::int32_t m_nFileSize = 0;
+    std::string m_strUser;
+    std::string m_strEnvironment;
+    bool m_bSelected = false;
+
+    static CColumnTable<ProcessListRow> Columns();
+};
+
 // A number in decimal with a comma before each group of three characters; the sign counts as one.
-std::string GroupedNumber(std::int32_t nNumber);
+std::string GroupedNumber(std::int32_t number);
 
 // The rows stand in the system's order of processes. The window keeps the selection up to date with Select
 // and shows what a rebuild makes of it.
@@ -80,31 +93,27 @@ public:
     void OnClearCaches();
     void OnAnalyzeProcess();
 
-    void Select(const std::vector<int>& listRows);
+    void Select(const std::vector<int>& rows);
     std::vector<int> SelectedRows() const;
     // The row with the focus after a rebuild: the last of those selected; -1 without one.
     int FocusedRow() const;
 
     std::size_t RowCount() const override { return m_listRows.size(); }
     // Empty for a row that is not there.
-    std::string Text(std::size_t nRow, int nColumn) const override;
+    std::string Text(std::size_t row, int column) const override;
 
     std::map<std::uint32_t, std::unique_ptr<ProcessRow>> m_processes;
 
 private:
-    struct CListRow {
-        std::array<std::string, PROCESS_COLUMNS> m_listTexts;
-        bool m_bSelected = false;
-    };
-
-    bool IsTraceApp(std::string_view strImageName) const;
+    bool IsTraceApp(std::string_view imageName) const;
     void GatherTracing(ProcessRow& row);
-    int NextSelected(int nAfter) const;
-    std::int32_t ProcessOf(int nRow) const;
+    int NextSelected(int after) const;
+    // A row of nothing where there is none.
+    ProcessListRow RowAt(int row) const;
     template <typename FHandle> void WalkSelected(FHandle handle);
 
     IProcessHost& m_host;
-    std::vector<CListRow> m_listRows;
+    std::vector<ProcessListRow> m_listRows;
     bool m_bRefreshing = false;
 };
 

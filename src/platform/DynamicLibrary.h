@@ -28,9 +28,9 @@ public:
     CDynamicLibrary& operator=(const CDynamicLibrary&) = delete;
 
     // Loads the library; on failure false, with the system's error number (off Windows 126).
-    bool Load(std::string_view strName, std::uint32_t& nError);
+    bool Load(std::string_view name, std::uint32_t& error);
     // The entry point of that 8-bit export name, or null with the system's error number (off Windows 127).
-    FPointer Symbol(const char* pszName, std::uint32_t& nError) const;
+    FPointer Symbol(const char* name, std::uint32_t& error) const;
     void Free();
     bool IsLoaded() const { return m_hModule != nullptr; }
 

@@ -37,29 +37,29 @@ public:
     CRegistryKey(const CRegistryKey&) = delete;
     CRegistryKey& operator=(const CRegistryKey&) = delete;
 
-    // Opens an existing key below the root; false when it is missing or closed to us. strKey has backslashes.
-    bool Open(ERegRoot nRoot, std::string_view strKey, ERegAccess nAccess);
+    // Opens an existing key below the root; false when it is missing or closed to us. key has backslashes.
+    bool Open(ERegRoot root, std::string_view key, ERegAccess access);
     // Opens the key with full access, making it and its parents when missing.
-    bool Create(ERegRoot nRoot, std::string_view strKey);
+    bool Create(ERegRoot root, std::string_view key);
     void Close();
     bool IsOpen() const;
 
     // Reads a value's bytes into a 4-byte buffer, whatever its type, as a plain registry query does: a value
-    // of more than 4 bytes is Failed and leaves nNumber alone, a shorter one replaces only its lower bytes.
-    ERegStatus QueryRaw32(std::string_view strName, std::uint32_t& nNumber) const;
+    // of more than 4 bytes is Failed and leaves number alone, a shorter one replaces only its lower bytes.
+    ERegStatus QueryRaw32(std::string_view name, std::uint32_t& number) const;
     // Reads a value with its type.
-    ERegStatus QueryValue(std::string_view strName, CRegValue& value) const;
+    ERegStatus QueryValue(std::string_view name, CRegValue& value) const;
     // Reads a value's bytes into a zeroed buffer of that size, whatever its type, and takes them as UTF-16
     // text up to the first NUL. A value that does not fit is Failed and gives an empty text; NotFound leaves
     // the text alone.
-    ERegStatus QueryRawText(std::string_view strName, std::size_t nBytes, std::string& strText) const;
+    ERegStatus QueryRawText(std::string_view name, std::size_t bytes, std::string& text) const;
     // The value at a position; false past the last one, and for a value of more than 4 bytes or with a name
     // of 260 characters or more, so that an enumeration that stops at the first failure stops there.
-    bool EnumRaw32(std::size_t nIndex, std::string& strName, std::uint32_t& nNumber) const;
+    bool EnumRaw32(std::size_t index, std::string& name, std::uint32_t& number) const;
 
-    bool SetDword(std::string_view strName, std::uint32_t nNumber);
-    bool SetString(std::string_view strName, std::string_view strText);
-    bool DeleteValue(std::string_view strName);
+    bool SetDword(std::string_view name, std::uint32_t number);
+    bool SetString(std::string_view name, std::string_view text);
+    bool DeleteValue(std::string_view name);
     // Removes every value and every key below; the key itself stays open and can be written to.
     bool DeleteContent();
 

@@ -224,8 +224,8 @@ void PrintFunctions(const CCarvelotDoc& session, std::ostream& out) {
                       {"average", R}});
     for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
         const BSFNRow& row = entries[i].row;
-        table.Add({entries[i].scope, OneLine(row.m_strName), row.Text(1), row.Text(2), row.Text(3),
-                   row.Text(4), row.Text(5)});
+        table.Add({entries[i].scope, OneLine(row.m_strName), CellText(row, 1), CellText(row, 2),
+                   CellText(row, 3), CellText(row, 4), CellText(row, 5)});
     }
     table.Print(out, "Business functions, by total time", entries.size());
 }
@@ -254,8 +254,8 @@ void PrintTables(const CCarvelotDoc& session, std::ostream& out) {
                       {"deletes", R}});
     for (std::size_t i = 0; i < std::min(entries.size(), kMostRows); ++i) {
         const TableRow& row = entries[i].row;
-        table.Add({entries[i].scope, OneLine(row.m_strTable, 50), row.Text(1), row.Text(2), row.Text(3),
-                   row.Text(4)});
+        table.Add({entries[i].scope, OneLine(row.m_strTable, 50), CellText(row, 1), CellText(row, 2),
+                   CellText(row, 3), CellText(row, 4)});
     }
     table.Print(out, "Tables, by statements", entries.size());
 }
@@ -301,8 +301,9 @@ void PrintLongTasks(const CCarvelotDoc& session, std::ostream& out) {
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         const TaskRow& row = rows[i];
-        table.Add({row.Text(session, 2), row.Text(session, 1), OneLine(row.Text(session, 0), 30),
-                   std::to_string(Number(row.m_pRecord)), OneLine(row.Text(session, 3))});
+        table.Add({CellText(row, 2, session), CellText(row, 1, session),
+                   OneLine(CellText(row, 0, session), 30), std::to_string(Number(row.m_pRecord)),
+                   OneLine(CellText(row, 3, session))});
     }
     table.Print(out, "Long tasks, longest first", rows.size());
 }
@@ -338,8 +339,8 @@ void PrintErrors(const CCarvelotDoc& session, std::ostream& out) {
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         const ErrorRow& row = rows[i];
-        table.Add({row.Text(session, 1), OneLine(row.Text(session, 0), 30),
-                   std::to_string(Number(row.m_pRecord)), OneLine(row.Text(session, 2))});
+        table.Add({CellText(row, 1, session), OneLine(CellText(row, 0, session), 30),
+                   std::to_string(Number(row.m_pRecord)), OneLine(CellText(row, 2, session))});
     }
     table.Print(out, "Errors and warnings", rows.size());
 }
@@ -354,9 +355,9 @@ void PrintGaps(const CCarvelotDoc& session, std::ostream& out) {
                       {"message", L}});
     for (std::size_t i = 0; i < std::min(rows.size(), kMostRows); ++i) {
         const GapRow& row = rows[i];
-        table.Add({row.Text(session, 2), std::string(TrimRight(row.TimeStamp(session), " ")),
-                   OneLine(row.Text(session, 0), 30), std::to_string(Number(row.m_pRecord)),
-                   OneLine(row.Text(session, 3))});
+        table.Add({CellText(row, 2, session), std::string(TrimRight(row.TimeStamp(session), " ")),
+                   OneLine(CellText(row, 0, session), 30), std::to_string(Number(row.m_pRecord)),
+                   OneLine(CellText(row, 3, session))});
     }
     table.Print(out, "Timing gaps, longest first", rows.size());
 }
@@ -413,11 +414,11 @@ void WriteHits(const CCarvelotDoc& session, const std::vector<RecordIndex>& hits
         const CLogDetail detail = session.m_listDetails[record];
         const FindRow row{record};
         out << Number(record) << '\t' << TrimRight(TimeStampText(detail), " ") << '\t'
-            << row.Text(session, 0);
+            << CellText(row, 0, session);
         if (session.m_nLogFormat == LOG_FORMAT_DEBUG) {
-            out << '/' << row.Text(session, 1);
+            out << '/' << CellText(row, 1, session);
         }
-        out << '\t' << OneLine(row.Text(session, 2), 100'000) << '\n';
+        out << '\t' << OneLine(CellText(row, 2, session), 100'000) << '\n';
     }
 }
 

@@ -22,28 +22,29 @@ std::string TraceStamp(const platform::LocalTime& time) {
     return buffer;
 }
 
-std::string TraceLine(std::string_view strStamp, std::uint32_t nProcess, std::uint32_t nThread,
-                      std::string_view strText) {
-    std::string strLine(strStamp);
+std::string TraceLine(std::string_view stamp, std::uint32_t process, std::uint32_t thread,
+                      std::string_view text) {
+    std::string line(stamp);
     // Numbers of threads print signed, as the log's own lines have them.
-    strLine.append(" - ").append(std::to_string(static_cast<std::int32_t>(nProcess)));
-    strLine.append("/").append(std::to_string(static_cast<std::int32_t>(nThread)));
-    strLine.append(" [CARVELOT MESSAGE] - \t[CARVELOT MESSAGE]");
-    strLine.append(platform::Utf8ToBytes(strText.substr(0, strText.find('\0'))));
-    strLine.push_back('\n');
-    return strLine;
+    line.append(" - ").append(std::to_string(static_cast<std::int32_t>(process)));
+    line.append("/").append(std::to_string(static_cast<std::int32_t>(thread)));
+    line.append(" [CARVELOT MESSAGE] - \t[CARVELOT MESSAGE]");
+    line.append(platform::Utf8ToBytes(text.substr(0, text.find('\0'))));
+    line.push_back('\n');
+    return line;
 }
 
-bool CTraceMessage::Open(const std::string& strLogPath, const FClock& fnClock) {
-    m_file = platform::AppendFile::Open(strLogPath);
-    if (!m_file)
+bool CTraceMessage::Open(const std::string& logPath, const FClock& clock) {
+    m_file = platform::AppendFile::Open(logPath);
+    if (!m_file) {
         return false;
-    m_strStamp = TraceStamp(fnClock());
+    }
+    m_strStamp = TraceStamp(clock());
     return true;
 }
 
-void CTraceMessage::Write(std::uint32_t nProcess, std::uint32_t nThread, std::string_view strText) {
-    m_file.Write(TraceLine(m_strStamp, nProcess, nThread, strText));
+void CTraceMessage::Write(std::uint32_t process, std::uint32_t thread, std::string_view text) {
+    m_file.Write(TraceLine(m_strStamp, process, thread, text));
     m_file.Close();
 }
 

@@ -16,8 +16,8 @@ std::string TraceStamp(const platform::LocalTime& time);
 
 // The bytes of the line, line feed included. The text, UTF-8, goes through the system's code page, its line
 // breaks as they are.
-std::string TraceLine(std::string_view strStamp, std::uint32_t nProcess, std::uint32_t nThread,
-                      std::string_view strText);
+std::string TraceLine(std::string_view stamp, std::uint32_t process, std::uint32_t thread,
+                      std::string_view text);
 
 using FClock = std::function<platform::LocalTime()>;
 
@@ -25,9 +25,9 @@ using FClock = std::function<platform::LocalTime()>;
 class CTraceMessage {
 public:
     // Opens the log for shared appending and takes the time; false when the log cannot be opened.
-    bool Open(const std::string& strLogPath, const FClock& fnClock = platform::CurrentLocalTime);
+    bool Open(const std::string& logPath, const FClock& clock = platform::CurrentLocalTime);
     // Appends the line in one write, whose outcome nobody asks for, and closes the log.
-    void Write(std::uint32_t nProcess, std::uint32_t nThread, std::string_view strText);
+    void Write(std::uint32_t process, std::uint32_t thread, std::string_view text);
 
 private:
     platform::AppendFile m_file;

@@ -27,10 +27,10 @@ struct tagTraceApp {
 };
 
 // Integers and texts of the window's own key. A value of another type counts as missing.
-std::int32_t GetWorkspaceInt(std::string_view strName, std::int32_t nDefault);
-std::string GetWorkspaceString(std::string_view strName, std::string_view strDefault);
-void WriteWorkspaceInt(std::string_view strName, std::int32_t nNumber);
-void WriteWorkspaceString(std::string_view strName, std::string_view strText);
+std::int32_t GetWorkspaceInt(std::string_view name, std::int32_t fallback);
+std::string GetWorkspaceString(std::string_view name, std::string_view fallback);
+void WriteWorkspaceInt(std::string_view name, std::int32_t number);
+void WriteWorkspaceString(std::string_view name, std::string_view text);
 
 // The threshold and whether caches are analysed stand in the base, which sessions read.
 class CAppSettings : public AnalysisSettings {

@@ -99,8 +99,8 @@ constexpr EMenu kCacheMenus[] = {EMenu::File, EMenu::Cache,  EMenu::Tools,
 
 std::span<const CCommandInfo> AllCommands() { return kCommands; }
 
-const CCommandInfo* FindCommand(int nId) {
-    const auto it = std::ranges::find(kCommands, nId, &CCommandInfo::m_nId);
+const CCommandInfo* FindCommand(int id) {
+    const auto it = std::ranges::find(kCommands, id, &CCommandInfo::m_nId);
     return it != std::end(kCommands) ? &*it : nullptr;
 }
 
@@ -109,12 +109,12 @@ std::string_view StatusTip(const CCommandInfo& command) {
 }
 
 std::string_view ToolTip(const CCommandInfo& command) {
-    const std::size_t nBreak = command.m_strTip.find('\n');
-    return nBreak == std::string_view::npos ? std::string_view() : command.m_strTip.substr(nBreak + 1);
+    const std::size_t lineEnd = command.m_strTip.find('\n');
+    return lineEnd == std::string_view::npos ? std::string_view() : command.m_strTip.substr(lineEnd + 1);
 }
 
-std::span<const EMenu> MenusOf(EMenuState nState) {
-    switch (nState) {
+std::span<const EMenu> MenusOf(EMenuState state) {
+    switch (state) {
     case EMenuState::Session:
         return kSessionMenus;
     case EMenuState::Cache:
@@ -125,8 +125,8 @@ std::span<const EMenu> MenusOf(EMenuState nState) {
     return kNoWindowMenus;
 }
 
-std::string_view MenuText(EMenu nMenu) {
-    switch (nMenu) {
+std::string_view MenuText(EMenu menu) {
+    switch (menu) {
     case EMenu::File:
         return "&File";
     case EMenu::Session:
@@ -151,6 +151,6 @@ std::span<const int> CacheToolBar() { return kCacheToolBar; }
 
 std::span<const int> BasicCommands() { return kBasicCommands; }
 
-bool IsBasicCommand(int nId) { return std::ranges::find(kBasicCommands, nId) != std::end(kBasicCommands); }
+bool IsBasicCommand(int id) { return std::ranges::find(kBasicCommands, id) != std::end(kBasicCommands); }
 
 } // namespace carvelot

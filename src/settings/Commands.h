@@ -81,7 +81,7 @@ struct CCommandInfo {
 
 // Every command of menus and toolbars, in the order of the Customize dialog.
 std::span<const CCommandInfo> AllCommands();
-const CCommandInfo* FindCommand(int nId);
+const CCommandInfo* FindCommand(int id);
 
 // The text before and after the line break of a tip.
 std::string_view StatusTip(const CCommandInfo& command);
@@ -91,8 +91,8 @@ std::string_view ToolTip(const CCommandInfo& command);
 enum class EMenuState { NoWindow, Session, Cache };
 
 enum class EMenu { File, Session, Cache, Tools, View, Window, Help };
-std::span<const EMenu> MenusOf(EMenuState nState);
-std::string_view MenuText(EMenu nMenu);
+std::span<const EMenu> MenusOf(EMenuState state);
+std::string_view MenuText(EMenu menu);
 
 // Button orders of the two fixed toolbars, 0 standing for a separator.
 std::span<const int> StandardToolBar();
@@ -100,6 +100,6 @@ std::span<const int> CacheToolBar();
 
 // Commands that menus show before they are expanded.
 std::span<const int> BasicCommands();
-bool IsBasicCommand(int nId);
+bool IsBasicCommand(int id);
 
 } // namespace carvelot

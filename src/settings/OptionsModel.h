@@ -25,7 +25,7 @@ public:
     explicit COptionsModel(const CAppSettings& settings);
 
     // Puts an application on top, switched on. An empty text does nothing.
-    void Add(std::string_view strApplication);
+    void Add(std::string_view application);
     // Removes selected rows, each time with the number of the next selected row taken before the deletion:
     // with several rows selected every row after the first is missed by one, as it has always been.
     void Remove();
@@ -44,7 +44,7 @@ public:
     std::string m_strFontHeight;
 
 private:
-    std::optional<std::size_t> NextSelected(std::size_t nFrom) const;
+    std::optional<std::size_t> NextSelected(std::size_t from) const;
 };
 
 } // namespace carvelot

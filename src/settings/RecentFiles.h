@@ -16,8 +16,8 @@ public:
     void Load();
     void Save() const;
     // Puts a path on top. A path that is already there moves up; the oldest falls out.
-    void Add(std::string_view strPath);
-    void Remove(std::string_view strPath);
+    void Add(std::string_view path);
+    void Remove(std::string_view path);
 
     std::vector<std::string> m_listPaths;
 };

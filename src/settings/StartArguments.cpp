@@ -2,23 +2,25 @@
 
 namespace carvelot {
 
-std::optional<std::string> FileToOpen(const std::vector<std::string>& listArguments) {
+std::optional<std::string> FileToOpen(const std::vector<std::string>& arguments) {
 #ifdef _WIN32
-    constexpr bool bSlashSwitches = true;
+    constexpr bool slashSwitches = true;
 #else
-    constexpr bool bSlashSwitches = false; // a path begins with it
+    constexpr bool slashSwitches = false; // a path begins with it
 #endif
-    bool bSwitches = true;
-    for (const std::string& strArgument : listArguments) {
-        if (strArgument.empty())
-            continue;
-        if (bSwitches && strArgument == "--") {
-            bSwitches = false;
+    bool switches = true;
+    for (const std::string& argument : arguments) {
+        if (argument.empty()) {
             continue;
         }
-        if (bSwitches && (strArgument[0] == '-' || (bSlashSwitches && strArgument[0] == '/')))
+        if (switches && argument == "--") {
+            switches = false;
             continue;
-        return strArgument;
+        }
+        if (switches && (argument[0] == '-' || (slashSwitches && argument[0] == '/'))) {
+            continue;
+        }
+        return argument;
     }
     return std::nullopt;
 }

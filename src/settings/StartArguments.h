@@ -9,6 +9,6 @@ namespace carvelot {
 
 // The log to open: the first argument that is no switch.
 // Arguments come without the program's name. A switch begins with "-", on Windows also with "/".
-std::optional<std::string> FileToOpen(const std::vector<std::string>& listArguments);
+std::optional<std::string> FileToOpen(const std::vector<std::string>& arguments);
 
 } // namespace carvelot

@@ -7,9 +7,14 @@
 
 namespace carvelot {
 
+enum class EAlign { Left, Right };
+
+// What a list has to know of one of its columns to show it.
 struct CColumnSpec {
-    const char* m_pszTitle;
-    int m_nWidth; // device-independent pixels
+    std::string m_strTitle; // UTF-8
+    int m_nWidth;           // device-independent pixels
+    EAlign m_nAlign = EAlign::Left;
+    bool m_bSorts = false; // a click on its title brings the rows into its order
 };
 
 // Rows of a list: texts are made when a cell is asked for, sorting goes by the raw values behind them.
@@ -18,7 +23,7 @@ public:
     virtual ~CListSource() = default;
     virtual std::size_t RowCount() const = 0;
     // The text of a cell, UTF-8.
-    virtual std::string Text(std::size_t nRow, int nColumn) const = 0;
+    virtual std::string Text(std::size_t row, int column) const = 0;
     // Brings rows into ascending order by that column, or into exactly its reverse; rows that compare equal
     // keep their order. A list that does not sort leaves them where they are.
     virtual void Sort(std::vector<std::size_t>& /*listOrder*/, int /*nColumn*/, bool /*bDescending*/) const {}

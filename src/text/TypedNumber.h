@@ -6,6 +6,6 @@
 namespace carvelot {
 
 // A decimal floating point number with the same leniency and an optional exponent; 0.0 where there is none.
-double TextToDouble(std::string_view strText);
+double TextToDouble(std::string_view text);
 
 } // namespace carvelot

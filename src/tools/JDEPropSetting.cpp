@@ -12,63 +12,62 @@ namespace {
 void WriteBelow(CJDEPropSetting& parent) {
     for (CJDEPropSetting& row : parent.m_listChildren) {
         WriteBelow(row);
-        if (row.IsModified())
+        if (row.IsModified()) {
             row.Write();
+        }
     }
 }
 
 CJDEPropSetting MakeIniRows(const CJDESettings& settings) {
     CJDEPropSetting top = CJDEPropSetting::Group("JDE.INI");
-    const auto fnGroup = [&top](const char* pszSection) {
-        top.m_listChildren.push_back(CJDEPropSetting::Group(pszSection));
+    const auto addGroup = [&top](const char* section) {
+        top.m_listChildren.push_back(CJDEPropSetting::Group(section));
     };
     // Each row goes below the group that was made last, whose label is its section.
-    const auto fnRow = [&top](const char* pszKey, const std::string& strValue,
-                              const char* pszDescription) -> CJDEPropSetting& {
+    const auto row = [&top](const char* key, const std::string& value,
+                            const char* description) -> CJDEPropSetting& {
         CJDEPropSetting& group = top.m_listChildren.back();
-        return group.m_listChildren.emplace_back(pszKey, strValue, pszDescription, CJDESettings::kIniFile,
+        return group.m_listChildren.emplace_back(key, value, description, CJDESettings::kIniFile,
                                                  group.m_strLabel);
     };
 
-    fnGroup("DEBUG");
-    fnRow("Output", settings.m_strOutput, "One of: FILE, NONE").SetOptions({"FILE", "NONE"}, false);
-    fnRow(
-        "Level", settings.m_strLevel,
+    addGroup("DEBUG");
+    row("Output", settings.m_strOutput, "One of: FILE, NONE").SetOptions({"FILE", "NONE"}, false);
+    row("Level", settings.m_strLevel,
         "Any of: BSFN, EVENTS, SF_CONTROL, SF_GRID, SF_PARENT_CHILD, SF_GENERAL, SF_MESSAGING, SF_WORKFLOW, "
         "SF_WORKFLOW_ADMIN, SF_MEDIA_OBJ");
-    fnRow("DebugFile", settings.m_strDebugFile, "Location of debug file");
-    fnRow("JobFile", settings.m_strJobFile, "Location of log file");
-    fnGroup("SECURITY");
-    fnRow("SecurityServer", settings.m_strSecurityServer, "Hostname of the security server");
-    fnGroup("JDEMAIL");
-    fnRow("Rule1", settings.m_strMailServer, "SMTP Mail Server");
-    fnGroup("JDENET");
-    fnRow("serviceNameConnect", settings.GetConnectPort(), "JDENET connect to port");
-    fnRow("serviceNameListen", settings.GetListenPort(), "JDENET listener port");
-    fnGroup("UBE");
-    fnRow("UBEDebugLevel", settings.GetUBEDebugLevel(), "One of: 0,1,2,3,4,5,6")
+    row("DebugFile", settings.m_strDebugFile, "Location of debug file");
+    row("JobFile", settings.m_strJobFile, "Location of log file");
+    addGroup("SECURITY");
+    row("SecurityServer", settings.m_strSecurityServer, "Hostname of the security server");
+    addGroup("JDEMAIL");
+    row("Rule1", settings.m_strMailServer, "SMTP Mail Server");
+    addGroup("JDENET");
+    row("serviceNameConnect", settings.GetConnectPort(), "JDENET connect to port");
+    row("serviceNameListen", settings.GetListenPort(), "JDENET listener port");
+    addGroup("UBE");
+    row("UBEDebugLevel", settings.GetUBEDebugLevel(), "One of: 0,1,2,3,4,5,6")
         .SetOptions({"0", "1", "2", "3", "4", "5", "6"}, false);
-    fnRow("UBESaveLogFile", settings.GetUBESaveLogFile(), "One of: 0,1").SetOptions({"0", "1"}, false);
+    row("UBESaveLogFile", settings.GetUBESaveLogFile(), "One of: 0,1").SetOptions({"0", "1"}, false);
     return top;
 }
 
 CJDEPropSetting MakeLogGroup(const CJASLogProperties& properties) {
     CJDEPropSetting group = CJDEPropSetting::Group(properties.m_strSection);
-    const auto fnRow = [&](const char* pszKey, const std::string& strValue,
-                           const char* pszDescription) -> CJDEPropSetting& {
-        return group.m_listChildren.emplace_back(pszKey, strValue, pszDescription, properties.m_strPath,
+    const auto row = [&](const char* key, const std::string& value,
+                         const char* description) -> CJDEPropSetting& {
+        return group.m_listChildren.emplace_back(key, value, description, properties.m_strPath,
                                                  properties.m_strSection);
     };
-    fnRow("FILE", properties.m_strFile, "FILENAME Template");
-    fnRow("LEVEL", properties.m_strLevel, "One Of: SEVERE, WARN, APP, DEBUG")
+    row("FILE", properties.m_strFile, "FILENAME Template");
+    row("LEVEL", properties.m_strLevel, "One Of: SEVERE, WARN, APP, DEBUG")
         .SetOptions({"SEVERE", "WARN", "APP", "DEBUG"}, true);
-    fnRow("FORMAT", properties.m_strFormat, "One Of: APPS, TOOLS, TOOLS_THREAD")
+    row("FORMAT", properties.m_strFormat, "One Of: APPS, TOOLS, TOOLS_THREAD")
         .SetOptions({"APPS", "TOOLS", "TOOLS_THREAD"}, true);
-    fnRow("MAXFILESIZE", properties.m_strMaxFileSize, "Maximum size of log file");
-    fnRow("MAXBACKUPINDEX", properties.m_strMaxBackupIndex, "Maximum number of archived log files");
-    fnRow("APPEND", properties.m_strAppend, "Append to existing log file");
-    fnRow(
-        "COMPONENT", properties.m_strComponent,
+    row("MAXFILESIZE", properties.m_strMaxFileSize, "Maximum size of log file");
+    row("MAXBACKUPINDEX", properties.m_strMaxBackupIndex, "Maximum number of archived log files");
+    row("APPEND", properties.m_strAppend, "Append to existing log file");
+    row("COMPONENT", properties.m_strComponent,
         "Any of: ALL| LIB| NET| KERNEL| JDBC| RUNTIME| SAW| JAS| JASBASE| XML| OWHTML| OWPORTAL| REDIRECTOR| "
         "INTEROP| SERVICES| THREADPOOL| TE| BPM| AUTOPILOT| SUPPORTASSISTANT| MAF| PERFMON| JDBJ| METADATA| "
         "PSFT| "
@@ -80,29 +79,29 @@ CJDEPropSetting MakeLogGroup(const CJASLogProperties& properties) {
 
 } // namespace
 
-CJDEPropSetting CJDEPropSetting::Group(std::string strLabel) {
-    CJDEPropSetting group(std::move(strLabel), {}, {}, {}, {});
+CJDEPropSetting CJDEPropSetting::Group(std::string label) {
+    CJDEPropSetting group(std::move(label), {}, {}, {}, {});
     group.m_bGroup = true;
     return group;
 }
 
-CJDEPropSetting::CJDEPropSetting(std::string strLabel, std::string strValue, std::string strDescription,
-                                 std::string strFile, std::string strSection)
-    : m_strLabel(std::move(strLabel)), m_strDescription(std::move(strDescription)),
-      m_strFile(std::move(strFile)), m_strSection(std::move(strSection)), m_strValue(std::move(strValue)),
-      m_strOriginal(m_strValue) {}
+CJDEPropSetting::CJDEPropSetting(std::string label, std::string value, std::string description,
+                                 std::string file, std::string section)
+    : m_strLabel(std::move(label)), m_strDescription(std::move(description)), m_strFile(std::move(file)),
+      m_strSection(std::move(section)), m_strValue(std::move(value)), m_strOriginal(m_strValue) {}
 
-CJDEPropSetting& CJDEPropSetting::SetOptions(std::vector<std::string> listOptions, bool bAllowEdit) {
-    m_listOptions = std::move(listOptions);
-    m_bAllowEdit = bAllowEdit;
+CJDEPropSetting& CJDEPropSetting::SetOptions(std::vector<std::string> options, bool allowEdit) {
+    m_listOptions = std::move(options);
+    m_bAllowEdit = allowEdit;
     return *this;
 }
 
-bool CJDEPropSetting::SetValue(std::string_view strValue) {
-    strValue = strValue.substr(0, strValue.find_first_of(std::string_view("\r\n\0", 3)));
-    if (m_bGroup || (!m_bAllowEdit && std::ranges::find(m_listOptions, strValue) == m_listOptions.end()))
+bool CJDEPropSetting::SetValue(std::string_view value) {
+    value = value.substr(0, value.find_first_of(std::string_view("\r\n\0", 3)));
+    if (m_bGroup || (!m_bAllowEdit && std::ranges::find(m_listOptions, value) == m_listOptions.end())) {
         return false;
-    m_strValue = strValue;
+    }
+    m_strValue = value;
     return true;
 }
 
@@ -112,20 +111,22 @@ void CJDEPropSetting::Write() {
 }
 
 std::vector<CJDEPropSetting> MakeSettingsRows(const CJDESettings& settings) {
-    std::vector<CJDEPropSetting> listTop;
-    listTop.push_back(MakeIniRows(settings));
+    std::vector<CJDEPropSetting> all;
+    all.push_back(MakeIniRows(settings));
     CJDEPropSetting logging = CJDEPropSetting::Group("Logging");
-    for (const CJASLogProperties& properties : settings.m_logProperties)
+    for (const CJASLogProperties& properties : settings.m_logProperties) {
         logging.m_listChildren.push_back(MakeLogGroup(properties));
+    }
     CJDEPropSetting web = CJDEPropSetting::Group("LOCALWEB");
     web.m_listChildren.push_back(std::move(logging));
-    listTop.push_back(std::move(web));
-    return listTop;
+    all.push_back(std::move(web));
+    return all;
 }
 
-void WriteModifiedRows(std::vector<CJDEPropSetting>& listTop) {
-    for (CJDEPropSetting& top : listTop)
+void WriteModifiedRows(std::vector<CJDEPropSetting>& all) {
+    for (CJDEPropSetting& top : all) {
         WriteBelow(top);
+    }
 }
 
 } // namespace carvelot

@@ -13,17 +13,17 @@ namespace carvelot {
 class CJDEPropSetting {
 public:
     // A group has rows below it and no value.
-    static CJDEPropSetting Group(std::string strLabel);
-    CJDEPropSetting(std::string strLabel, std::string strValue, std::string strDescription,
-                    std::string strFile, std::string strSection);
+    static CJDEPropSetting Group(std::string label);
+    CJDEPropSetting(std::string label, std::string value, std::string description, std::string file,
+                    std::string section);
 
     // Values to choose from; without typing nothing else is taken.
-    CJDEPropSetting& SetOptions(std::vector<std::string> listOptions, bool bAllowEdit);
+    CJDEPropSetting& SetOptions(std::vector<std::string> options, bool allowEdit);
 
     const std::string& GetValue() const { return m_strValue; }
     // False, with nothing changed, for a value that the row does not take. A row holds one line: a value ends
     // at its first line break or NUL.
-    bool SetValue(std::string_view strValue);
+    bool SetValue(std::string_view value);
     // Whether the value is another than at the opening, or was written since: a value that was applied and
     // then typed back has to go back into the file too.
     bool IsModified() const { return !m_bGroup && (m_bWritten || m_strValue != m_strOriginal); }
@@ -50,6 +50,6 @@ std::vector<CJDEPropSetting> MakeSettingsRows(const CJDESettings& settings);
 
 // Writes the modified rows below the top level, depth first, what is below a row before the row itself. They
 // stay modified.
-void WriteModifiedRows(std::vector<CJDEPropSetting>& listTop);
+void WriteModifiedRows(std::vector<CJDEPropSetting>& top);
 
 } // namespace carvelot

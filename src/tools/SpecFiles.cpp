@@ -3,72 +3,75 @@
 #include "platform/Directory.h"
 #include "platform/ProfileFile.h"
 #include "platform/TemporaryFile.h"
-#include "text/CaseText.h"
-
-#include <algorithm>
 
 namespace carvelot {
 
+CColumnTable<SpecFileRow> SpecFileRow::Columns() {
+    using enum EAlign;
+    using R = SpecFileRow;
+    // clang-format off
+    static constexpr CListColumn<SpecFileRow> columns[] = {
+        {"Spec File", 250, Left, TextOf<&R::m_strPath>, KeyOf<&R::m_strPath>},
+        {"Size",      150, Left, DigitsOf<&R::m_nSize>},
+    };
+    // clang-format on
+    return columns;
+}
+
 std::string CSpecFiles::InstallationPath() {
     constexpr std::size_t kBuffer = 256;
-    std::string strPath = platform::ReadProfileText("INSTALL", "B9", "", kBuffer, "jde.ini");
-    if (strPath.empty())
-        strPath = platform::ReadProfileText("INSTALL", "B733", "", kBuffer, "jde.ini");
-    return strPath;
+    std::string path = platform::ReadProfileText("INSTALL", "B9", "", kBuffer, "jde.ini");
+    if (path.empty()) {
+        path = platform::ReadProfileText("INSTALL", "B733", "", kBuffer, "jde.ini");
+    }
+    return path;
 }
 
 bool CSpecFiles::Fill() {
     m_listRows.clear();
-    const std::string strPath = InstallationPath();
-    if (strPath.empty())
+    const std::string path = InstallationPath();
+    if (path.empty()) {
         return false;
-    for (const char* pszMask : {"glbltbl.*", "dddict.*", "ddtext.*"})
-        Walk(strPath, pszMask);
+    }
+    for (const char* mask : {"glbltbl.*", "dddict.*", "ddtext.*"}) {
+        Walk(path, mask);
+    }
     return true;
 }
 
-void CSpecFiles::Walk(const std::string& strPath, const char* pszMask) {
-    for (const platform::DirectoryEntry& directory : platform::EnumerateDirectory(strPath, "*")) {
-        if (!directory.m_bDirectory)
+void CSpecFiles::Walk(const std::string& path, const char* mask) {
+    for (const platform::DirectoryEntry& directory : platform::EnumerateDirectory(path, "*")) {
+        if (!directory.m_bDirectory) {
             continue;
-        const std::string strDirectory = strPath + platform::kPathSeparator + directory.m_strName;
-        for (const std::string& strName : platform::NamesInAnyCase(strDirectory, "spec"))
-            AddFiles(strPath, strDirectory + platform::kPathSeparator + strName, pszMask);
+        }
+        const std::string folder = path + platform::kPathSeparator + directory.m_strName;
+        for (const std::string& name : platform::NamesInAnyCase(folder, "spec")) {
+            AddFiles(path, folder + platform::kPathSeparator + name, mask);
+        }
     }
 }
 
-void CSpecFiles::AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask) {
+void CSpecFiles::AddFiles(const std::string& path, const std::string& spec, const char* mask) {
     // A link may lead anywhere, and these files are there to be deleted.
-    if (!platform::LiesWithin(strSpec, strPath))
+    if (!platform::LiesWithin(spec, path)) {
         return;
-    for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(strSpec, pszMask)) {
+    }
+    for (const platform::DirectoryEntry& file : platform::EnumerateDirectory(spec, mask)) {
         // A directory of such a name is a row too; its deletion fails.
-        if (file.m_bDirectory || platform::MayRemoveFrom(strSpec, file.m_strName))
-            m_listRows.push_back({strSpec + platform::kPathSeparator + file.m_strName,
+        if (file.m_bDirectory || platform::MayRemoveFrom(spec, file.m_strName)) {
+            m_listRows.push_back({spec + platform::kPathSeparator + file.m_strName,
                                   static_cast<std::int32_t>(static_cast<std::uint32_t>(file.m_nSize))});
+        }
     }
 }
 
-void CSpecFiles::Delete(const std::vector<std::size_t>& listRows) const {
+void CSpecFiles::Delete(const std::vector<std::size_t>& rows) const {
     // The rows stay where they are, so every pass asks for the same files again.
     for (std::size_t n = 0; n < m_listRows.size(); ++n) {
-        for (const std::size_t nRow : listRows)
-            platform::DeleteFileAt(m_listRows[nRow].m_strPath);
+        for (const std::size_t row : rows) {
+            platform::DeleteFileAt(m_listRows[row].m_strPath);
+        }
     }
-}
-
-std::string CSpecFiles::Text(std::size_t nRow, int nColumn) const {
-    return nColumn == 0 ? m_listRows[nRow].m_strPath : std::to_string(m_listRows[nRow].m_nSize);
-}
-
-int CSpecFiles::OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const {
-    return nColumn == 0 ? CompareNoCase(m_listRows[nRowA].m_strPath, m_listRows[nRowB].m_strPath) : 0;
-}
-
-void CSpecFiles::Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const {
-    std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
-        return bDescending ? OnCompareItems(nB, nA, nColumn) < 0 : OnCompareItems(nA, nB, nColumn) < 0;
-    });
 }
 
 } // namespace carvelot

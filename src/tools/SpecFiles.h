@@ -1,19 +1,23 @@
 // SpecFiles.h - the local global table and data dictionary files of a JDE client: finding, sorting, deleting.
 #pragma once
 
-#include "text/ListSource.h"
+#include "text/RowSource.h"
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 namespace carvelot {
 
-// The columns of the list, by number.
-inline constexpr std::array<CColumnSpec, 2> kSpecFileColumns{{{"Spec File", 250}, {"Size", 150}}};
+struct SpecFileRow {
+    std::string m_strPath;
+    std::int32_t m_nSize = 0; // the low 32 bits: 2 GiB and more show as negative
 
-class CSpecFiles final : public CListSource {
+    // Paths sort without case; sizes do not sort.
+    static CColumnTable<SpecFileRow> Columns();
+};
+
+class CSpecFiles final : public CRowSource<SpecFileRow> {
 public:
     // The installation path that jde.ini names; empty when it names none.
     static std::string InstallationPath();
@@ -23,24 +27,11 @@ public:
     bool Fill();
 
     // Asks for the deletion of these rows' files once for every row of the list. Failures are passed over.
-    void Delete(const std::vector<std::size_t>& listRows) const;
-
-    std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t nRow, int nColumn) const override;
-    // Below 0, 0 or above 0: paths compare without case; sizes do not sort.
-    int OnCompareItems(std::size_t nRowA, std::size_t nRowB, int nColumn) const;
-    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override;
+    void Delete(const std::vector<std::size_t>& rows) const;
 
 private:
-    struct CRow {
-        std::string m_strPath;
-        std::int32_t m_nSize = 0; // the low 32 bits: 2 GiB and more show as negative
-    };
-
-    void Walk(const std::string& strPath, const char* pszMask);
-    void AddFiles(const std::string& strPath, const std::string& strSpec, const char* pszMask);
-
-    std::vector<CRow> m_listRows;
+    void Walk(const std::string& path, const char* mask);
+    void AddFiles(const std::string& path, const std::string& spec, const char* mask);
 };
 
 } // namespace carvelot

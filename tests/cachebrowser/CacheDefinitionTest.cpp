@@ -21,19 +21,20 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 // "01 00 | 61" with any separators.
-std::string Bytes(std::string_view strHex) {
-    std::string strBytes;
-    std::string strDigits;
-    for (const char ch : strHex) {
-        if (std::isxdigit(static_cast<unsigned char>(ch)) == 0)
+std::string Bytes(std::string_view hex) {
+    std::string bytes;
+    std::string digits;
+    for (const char ch : hex) {
+        if (std::isxdigit(static_cast<unsigned char>(ch)) == 0) {
             continue;
-        strDigits.push_back(ch);
-        if (strDigits.size() == 2) {
-            strBytes.push_back(static_cast<char>(std::stoi(strDigits, nullptr, 16)));
-            strDigits.clear();
+        }
+        digits.push_back(ch);
+        if (digits.size() == 2) {
+            bytes.push_back(static_cast<char>(std::stoi(digits, nullptr, 16)));
+            digits.clear();
         }
     }
-    return strBytes;
+    return bytes;
 }
 
 constexpr char kClass[] = "FF FF 01 00 07 00 43 4D 65 6D 62 65 72 ";
@@ -41,18 +42,17 @@ constexpr char kLongA[] = "00 00 02 00 00 00 01 00 00 00 04 00 00 00 FF FE FF 01
                           "FF FE FF 04 6C 00 6F 00 6E 00 67 00 ";
 const std::string kExample = std::string("01 00 ") + kClass + kLongA;
 
-std::shared_ptr<CMember> Member(std::int32_t nType, std::int32_t nSize, std::int32_t nCount,
-                                std::string strName, std::string strTypeName, bool bUnsigned = false,
-                                bool bPointer = false) {
-    auto pMember = std::make_shared<CMember>();
-    pMember->m_type = nType;
-    pMember->m_size = nSize;
-    pMember->m_count = nCount;
-    pMember->m_name = std::move(strName);
-    pMember->m_typeName = std::move(strTypeName);
-    pMember->m_unsigned = bUnsigned;
-    pMember->m_pointer = bPointer;
-    return pMember;
+std::shared_ptr<CMember> Member(std::int32_t type, std::int32_t size, std::int32_t count, std::string name,
+                                std::string typeName, bool isUnsigned = false, bool pointer = false) {
+    auto member = std::make_shared<CMember>();
+    member->m_type = type;
+    member->m_size = size;
+    member->m_count = count;
+    member->m_name = std::move(name);
+    member->m_typeName = std::move(typeName);
+    member->m_unsigned = isUnsigned;
+    member->m_pointer = pointer;
+    return member;
 }
 
 void ExpectEqual(const CCacheDS& a, const CCacheDS& b) {
@@ -70,13 +70,13 @@ void ExpectEqual(const CCacheDS& a, const CCacheDS& b) {
 
 TEST(CacheDefinitionTest, ALongNamedAIsThese47Bytes) {
     CCacheDS structure;
-    std::string strText = "long a;";
-    structure.ParseTypedef(strText);
-    const std::string strBytes = WriteCacheDefinition(structure);
-    EXPECT_EQ(strBytes.size(), 47U);
-    EXPECT_EQ(strBytes, Bytes(kExample));
+    std::string source = "long a;";
+    structure.ParseTypedef(source);
+    const std::string bytes = WriteCacheDefinition(structure);
+    EXPECT_EQ(bytes.size(), 47U);
+    EXPECT_EQ(bytes, Bytes(kExample));
     CCacheDS read;
-    EXPECT_EQ(ReadCacheDefinition(strBytes, read), EArchiveError::None);
+    EXPECT_EQ(ReadCacheDefinition(bytes, read), EArchiveError::None);
     ExpectEqual(read, structure);
 }
 
@@ -90,8 +90,8 @@ TEST(CacheDefinitionTest, NoMembersAreTwoZeroBytes) {
 
 TEST(CacheDefinitionTest, TheClassIsRecordedOnceAndReferredToAfterwards) {
     CCacheDS structure;
-    std::string strText = "long a; long a; long a;";
-    structure.ParseTypedef(strText);
+    std::string source = "long a; long a; long a;";
+    structure.ParseTypedef(source);
     EXPECT_EQ(WriteCacheDefinition(structure),
               Bytes(std::string("03 00 ") + kClass + kLongA + "01 80 " + kLongA + "01 80 " + kLongA));
 }
@@ -111,15 +111,15 @@ TEST(CacheDefinitionTest, AllFieldsComeBackAsTheyWere) {
 }
 
 TEST(CacheDefinitionTest, LengthsCountUtf16UnitsAndHaveThreeForms) {
-    const auto header = [](std::size_t nLength) {
+    const auto header = [](std::size_t length) {
         CCacheDS structure;
-        structure.m_members = {Member(1, 4, 1, std::string(nLength, 'x'), "")};
-        const std::string strBytes = WriteCacheDefinition(structure);
+        structure.m_members = {Member(1, 4, 1, std::string(length, 'x'), "")};
+        const std::string bytes = WriteCacheDefinition(structure);
         CCacheDS read;
-        EXPECT_EQ(ReadCacheDefinition(strBytes, read), EArchiveError::None);
+        EXPECT_EQ(ReadCacheDefinition(bytes, read), EArchiveError::None);
         ExpectEqual(read, structure);
-        const std::size_t nAt = Bytes(std::string("01 00") + kClass).size() + 14;
-        return strBytes.substr(nAt, strBytes.find('x', nAt) - nAt);
+        const std::size_t at = Bytes(std::string("01 00") + kClass).size() + 14;
+        return bytes.substr(at, bytes.find('x', at) - at);
     };
     EXPECT_EQ(header(1), Bytes("FF FE FF 01"));
     EXPECT_EQ(header(254), Bytes("FF FE FF FE"));
@@ -133,40 +133,41 @@ TEST(CacheDefinitionTest, LengthsCountUtf16UnitsAndHaveThreeForms) {
 }
 
 TEST(CacheDefinitionTest, ALoneSurrogateIsWrittenBackAsItWas) {
-    const std::string strBytes = Bytes(std::string("01 00 ") + kClass +
-                                       "00 00 02 00 00 00 01 00 00 00 04 00 00 00 "
-                                       "FF FE FF 03 3D D8 61 00 B2 DE FF FE FF 01 00 D8");
+    const std::string bytes = Bytes(std::string("01 00 ") + kClass +
+                                    "00 00 02 00 00 00 01 00 00 00 04 00 00 00 "
+                                    "FF FE FF 03 3D D8 61 00 B2 DE FF FE FF 01 00 D8");
     CCacheDS structure;
-    ASSERT_EQ(ReadCacheDefinition(strBytes, structure), EArchiveError::None);
-    EXPECT_EQ(WriteCacheDefinition(structure), strBytes);
+    ASSERT_EQ(ReadCacheDefinition(bytes, structure), EArchiveError::None);
+    EXPECT_EQ(WriteCacheDefinition(structure), bytes);
 }
 
 TEST(CacheDefinitionTest, CountsFrom65535OnHaveFourMoreBytes) {
     CCacheDS structure;
-    for (int n = 0; n < 65534; ++n)
+    for (int n = 0; n < 65534; ++n) {
         structure.m_members.push_back(Member(6, 1, 1, "", ""));
+    }
     EXPECT_EQ(WriteCacheDefinition(structure).substr(0, 4), Bytes("FE FF FF FF"));
     structure.m_members.push_back(Member(6, 1, 1, "", ""));
-    const std::string strBytes = WriteCacheDefinition(structure);
-    EXPECT_EQ(strBytes.substr(0, 8), Bytes("FF FF FF FF 00 00 FF FF"));
+    const std::string bytes = WriteCacheDefinition(structure);
+    EXPECT_EQ(bytes.substr(0, 8), Bytes("FF FF FF FF 00 00 FF FF"));
     CCacheDS read;
-    EXPECT_EQ(ReadCacheDefinition(strBytes, read), EArchiveError::None);
+    EXPECT_EQ(ReadCacheDefinition(bytes, read), EArchiveError::None);
     EXPECT_EQ(read.m_members.size(), 65535U);
 }
 
 TEST(CacheDefinitionTest, StringsOf8BitCharactersAreReadAndWrittenBackWide) {
-    const std::string strHead = std::string("01 00 ") + kClass + "00 00 02 00 00 00 01 00 00 00 04 00 00 00 ";
+    const std::string head = std::string("01 00 ") + kClass + "00 00 02 00 00 00 01 00 00 00 04 00 00 00 ";
     CCacheDS structure;
-    ASSERT_EQ(ReadCacheDefinition(Bytes(strHead + "01 61 04 6C 6F 6E 67"), structure), EArchiveError::None);
+    ASSERT_EQ(ReadCacheDefinition(Bytes(head + "01 61 04 6C 6F 6E 67"), structure), EArchiveError::None);
     EXPECT_EQ(WriteCacheDefinition(structure), Bytes(kExample));
     // In the code page, here that of Western Europe.
-    ASSERT_EQ(ReadCacheDefinition(Bytes(strHead + "02 80 E4 00"), structure), EArchiveError::None);
+    ASSERT_EQ(ReadCacheDefinition(Bytes(head + "02 80 E4 00"), structure), EArchiveError::None);
     EXPECT_EQ(structure.m_members[0]->m_name, "\xE2\x82\xAC\xC3\xA4");
     EXPECT_EQ(structure.m_members[0]->m_typeName, "");
     // Longer forms.
-    std::string strBytes =
-        Bytes(strHead + "FF 2C 01") + std::string(300, 'n') + Bytes("FF FF FF 03 00 00 00 69 6E 74");
-    ASSERT_EQ(ReadCacheDefinition(strBytes, structure), EArchiveError::None);
+    std::string bytes =
+        Bytes(head + "FF 2C 01") + std::string(300, 'n') + Bytes("FF FF FF 03 00 00 00 69 6E 74");
+    ASSERT_EQ(ReadCacheDefinition(bytes, structure), EArchiveError::None);
     EXPECT_EQ(structure.m_members[0]->m_name, std::string(300, 'n'));
     EXPECT_EQ(structure.m_members[0]->m_typeName, "int");
 }
@@ -190,12 +191,11 @@ TEST(CacheDefinitionTest, AnotherSchemaAndAnotherClassAreRefused) {
 
 TEST(CacheDefinitionTest, AReferenceThatIsNoClassIsRefusedAndWhatCameBeforeRemains) {
     CCacheDS structure;
-    for (const char* pszTag :
-         {"02 80", "03 80", "02 00", "00 00", "FF 7F 02 00 00 80", "FF 7F 01 00 00 00"}) {
+    for (const char* tag : {"02 80", "03 80", "02 00", "00 00", "FF 7F 02 00 00 80", "FF 7F 01 00 00 00"}) {
         EXPECT_EQ(
-            ReadCacheDefinition(Bytes(std::string("02 00") + kClass + kLongA + pszTag + kLongA), structure),
+            ReadCacheDefinition(Bytes(std::string("02 00") + kClass + kLongA + tag + kLongA), structure),
             EArchiveError::BadFormat)
-            << pszTag;
+            << tag;
         EXPECT_EQ(structure.m_members.size(), 1U);
     }
     // The long form of the reference, and a class that is recorded once more, mean the same class.
@@ -207,40 +207,39 @@ TEST(CacheDefinitionTest, AReferenceThatIsNoClassIsRefusedAndWhatCameBeforeRemai
 }
 
 TEST(CacheDefinitionTest, AShortFileKeepsTheMembersThatWereWhole) {
-    const std::string strWhole = Bytes(std::string("02 00") + kClass + kLongA + "01 80 " + kLongA);
-    for (std::size_t nLength = 0; nLength < strWhole.size(); ++nLength) {
+    const std::string whole = Bytes(std::string("02 00") + kClass + kLongA + "01 80 " + kLongA);
+    for (std::size_t length = 0; length < whole.size(); ++length) {
         CCacheDS structure;
-        EXPECT_EQ(ReadCacheDefinition(strWhole.substr(0, nLength), structure), EArchiveError::EndOfFile)
-            << nLength;
-        EXPECT_EQ(structure.m_members.size(), nLength < 47 ? 0U : 1U) << nLength;
+        EXPECT_EQ(ReadCacheDefinition(whole.substr(0, length), structure), EArchiveError::EndOfFile)
+            << length;
+        EXPECT_EQ(structure.m_members.size(), length < 47 ? 0U : 1U) << length;
     }
     CCacheDS structure;
-    EXPECT_EQ(ReadCacheDefinition(strWhole + "what stands behind does not matter", structure),
+    EXPECT_EQ(ReadCacheDefinition(whole + "what stands behind does not matter", structure),
               EArchiveError::None);
     EXPECT_EQ(structure.m_members.size(), 2U);
 }
 
 TEST(CacheDefinitionTest, NumbersThatLieEndAtTheFilesEndAndReserveNothing) {
     CCacheDS structure;
-    const std::string strMember = std::string(kClass) + kLongA;
-    for (const char* pszCount :
+    const std::string member = std::string(kClass) + kLongA;
+    for (const char* count :
          {"FE FF", "FF FF 00 28 6B EE", "FF FF FE FF FF FF", "FF FF FF FF FF FF FF FF FF FF FF FF FF FF"}) {
-        EXPECT_EQ(ReadCacheDefinition(Bytes(pszCount + strMember), structure), EArchiveError::EndOfFile)
-            << pszCount;
+        EXPECT_EQ(ReadCacheDefinition(Bytes(count + member), structure), EArchiveError::EndOfFile) << count;
         EXPECT_EQ(structure.m_members.size(), 1U);
     }
-    const std::string strHead = std::string("01 00 ") + kClass + "00 00 02 00 00 00 01 00 00 00 04 00 00 00 ";
-    for (const char* pszLength :
-         {"FF FE FF FF FF FF FF FF FF 7F", "FF FF FF FF FF FF 7F", "FF FE FF FE", "FE"})
-        EXPECT_EQ(ReadCacheDefinition(Bytes(strHead + pszLength + "61 00"), structure),
-                  EArchiveError::EndOfFile)
-            << pszLength;
+    const std::string head = std::string("01 00 ") + kClass + "00 00 02 00 00 00 01 00 00 00 04 00 00 00 ";
+    for (const char* length :
+         {"FF FE FF FF FF FF FF FF FF 7F", "FF FF FF FF FF FF 7F", "FF FE FF FE", "FE"}) {
+        EXPECT_EQ(ReadCacheDefinition(Bytes(head + length + "61 00"), structure), EArchiveError::EndOfFile)
+            << length;
+    }
     // 4 GB and more is no length of a string.
-    for (const char* pszLength : {"FF FE FF FF FF FF FE FF FF FF", "FF FF FF FE FF FF FF",
-                                  "FF FE FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF"})
-        EXPECT_EQ(ReadCacheDefinition(Bytes(strHead + pszLength + "61 00"), structure),
-                  EArchiveError::BadFormat)
-            << pszLength;
+    for (const char* length : {"FF FE FF FF FF FF FE FF FF FF", "FF FF FF FE FF FF FF",
+                               "FF FE FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF FF"}) {
+        EXPECT_EQ(ReadCacheDefinition(Bytes(head + length + "61 00"), structure), EArchiveError::BadFormat)
+            << length;
+    }
 }
 
 TEST(CacheDefinitionTest, RandomStructuresComeBackAsTheyWere) {
@@ -251,40 +250,42 @@ TEST(CacheDefinitionTest, RandomStructuresComeBackAsTheyWere) {
     const auto text = [&] {
         constexpr const char* kPieces[] = {"a", "szName", " ", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x9A\xB2",
                                            "["};
-        std::string strText;
-        for (auto n = random() % (random() % 20 == 0 ? 700 : 12); n > 0; --n)
-            strText += kPieces[random() % std::size(kPieces)];
-        return strText;
+        std::string source;
+        for (auto n = random() % (random() % 20 == 0 ? 700 : 12); n > 0; --n) {
+            source += kPieces[random() % std::size(kPieces)];
+        }
+        return source;
     };
-    for (int nTry = 0; nTry < 500; ++nTry) {
+    for (int attempt = 0; attempt < 500; ++attempt) {
         CCacheDS structure;
-        for (auto n = random() % 12; n > 0; --n)
+        for (auto n = random() % 12; n > 0; --n) {
             structure.m_members.push_back(
                 Member(number(), number(), number(), text(), text(), random() % 2 != 0, random() % 2 != 0));
-        const std::string strBytes = WriteCacheDefinition(structure);
+        }
+        const std::string bytes = WriteCacheDefinition(structure);
         CCacheDS read;
-        ASSERT_EQ(ReadCacheDefinition(strBytes, read), EArchiveError::None);
+        ASSERT_EQ(ReadCacheDefinition(bytes, read), EArchiveError::None);
         ExpectEqual(read, structure);
-        EXPECT_EQ(WriteCacheDefinition(read), strBytes);
+        EXPECT_EQ(WriteCacheDefinition(read), bytes);
     }
 }
 
 TEST(CacheDefinitionTest, AFileIsSavedAndLoaded) {
     test::TestFolder folder;
     CCacheDS structure;
-    std::string strText = "JCHAR szName[11]; VOID* p; ID id;";
-    structure.ParseTypedef(strText);
-    const std::string strPath = folder.Path("Gr\xC3\xB6\xC3\x9F"
-                                            "e.cds");
-    EXPECT_EQ(SaveCacheDefinition(strPath, structure), "");
+    std::string source = "JCHAR szName[11]; VOID* p; ID id;";
+    structure.ParseTypedef(source);
+    const std::string path = folder.Path("Gr\xC3\xB6\xC3\x9F"
+                                         "e.cds");
+    EXPECT_EQ(SaveCacheDefinition(path, structure), "");
     CCacheDS read;
-    EXPECT_EQ(LoadCacheDefinition(strPath, read), "");
+    EXPECT_EQ(LoadCacheDefinition(path, read), "");
     ExpectEqual(read, structure);
     EXPECT_EQ(folder.Names().size(), 1U) << "the chosen file only";
     // A second one replaces it.
-    strText = "long a;";
-    structure.ParseTypedef(strText);
-    EXPECT_EQ(SaveCacheDefinition(strPath, structure), "");
+    source = "long a;";
+    structure.ParseTypedef(source);
+    EXPECT_EQ(SaveCacheDefinition(path, structure), "");
     EXPECT_EQ(folder.Read("Gr\xC3\xB6\xC3\x9F"
                           "e.cds"),
               Bytes(kExample));
@@ -295,18 +296,18 @@ TEST(CacheDefinitionTest, ABadFileIsNamedInTheMessage) {
     test::TestFolder folder;
     CCacheDS structure;
     structure.m_members.push_back(Member(1, 4, 1, "a", "int"));
-    std::string strPath = folder.Path("missing.cds");
-    EXPECT_EQ(LoadCacheDefinition(strPath, structure), strPath + " was not found.");
+    std::string path = folder.Path("missing.cds");
+    EXPECT_EQ(LoadCacheDefinition(path, structure), path + " was not found.");
     EXPECT_TRUE(structure.m_members.empty()) << "it is cleared first";
-    strPath = folder.Write("short.cds", Bytes(kExample).substr(0, 30));
-    EXPECT_EQ(LoadCacheDefinition(strPath, structure),
-              "An attempt was made to access " + strPath + " past its end.");
-    strPath = folder.Write("schema.cds", Bytes("01 00 FF FF 02 00 07 00 43 4D 65 6D 62 65 72"));
-    EXPECT_EQ(LoadCacheDefinition(strPath, structure), strPath + " contains an incorrect schema.");
-    strPath = folder.Write("class.cds", Bytes("01 00 FF FF 01 00 07 00 43 4D 65 6D 62 65 52"));
-    EXPECT_EQ(LoadCacheDefinition(strPath, structure), strPath + " contained an unexpected object.");
-    strPath = folder.Write("reference.cds", Bytes("01 00 07 80"));
-    EXPECT_EQ(LoadCacheDefinition(strPath, structure), strPath + " has a bad format.");
+    path = folder.Write("short.cds", Bytes(kExample).substr(0, 30));
+    EXPECT_EQ(LoadCacheDefinition(path, structure),
+              "An attempt was made to access " + path + " past its end.");
+    path = folder.Write("schema.cds", Bytes("01 00 FF FF 02 00 07 00 43 4D 65 6D 62 65 72"));
+    EXPECT_EQ(LoadCacheDefinition(path, structure), path + " contains an incorrect schema.");
+    path = folder.Write("class.cds", Bytes("01 00 FF FF 01 00 07 00 43 4D 65 6D 62 65 52"));
+    EXPECT_EQ(LoadCacheDefinition(path, structure), path + " contained an unexpected object.");
+    path = folder.Write("reference.cds", Bytes("01 00 07 80"));
+    EXPECT_EQ(LoadCacheDefinition(path, structure), path + " has a bad format.");
     EXPECT_NE(LoadCacheDefinition(folder.Path(), structure), "") << "a directory";
 }
 
@@ -318,8 +319,9 @@ TEST(CacheDefinitionTest, AFailedSaveLeavesTheFileAsItWas) {
     EXPECT_THAT(SaveCacheDefinition(folder.Path(), structure), HasSubstr(folder.Path()));
     EXPECT_THAT(folder.Names(), IsEmpty());
     folder.Write("old.cds", "old");
-    if (!folder.Protect("old.cds"))
+    if (!folder.Protect("old.cds")) {
         GTEST_SKIP() << "this user may write anything";
+    }
     EXPECT_EQ(SaveCacheDefinition(folder.Path("old.cds"), structure),
               "Access to " + folder.Path("old.cds") + " was denied.");
     EXPECT_EQ(folder.Read("old.cds"), "old");
@@ -337,10 +339,10 @@ TEST(CacheDefinitionTest, ASaveThatFailsHalfWayLeavesTheFileAsItWas) {
     auto* const pfnBefore = std::signal(SIGXFSZ, SIG_IGN);
     const rlimit small{8192, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
-    const std::string strMessage = SaveCacheDefinition(folder.Path("old.cds"), structure);
+    const std::string message = SaveCacheDefinition(folder.Path("old.cds"), structure);
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, pfnBefore);
-    EXPECT_THAT(strMessage, HasSubstr(folder.Path("old.cds")));
+    EXPECT_THAT(message, HasSubstr(folder.Path("old.cds")));
     EXPECT_EQ(folder.Read("old.cds"), "old");
     EXPECT_THAT(folder.Names(), ElementsAre("old.cds"));
 }

@@ -31,25 +31,27 @@ constexpr char kOrderLine[] =
 class CFakeFetch final : public ICacheFetch {
 public:
     EBound Bind() override { return m_nBound; }
-    std::int32_t Fetch(std::uint32_t nProcess, std::uint64_t nHandle, std::uint64_t& nCursor, void* pRow,
-                       std::int32_t nRowSize, std::int32_t nFirst) override {
+    std::int32_t Fetch(std::uint32_t process, std::uint64_t handle, std::uint64_t& cursor, void* buffer,
+                       std::int32_t rowSize, std::int32_t first) override {
         ++m_nCalls;
-        m_nProcess = nProcess;
-        m_nHandle = nHandle;
-        m_nRowSize = nRowSize;
-        m_listFirst.push_back(nFirst);
-        if (nFirst != 0)
+        m_nProcess = process;
+        m_nHandle = handle;
+        m_nRowSize = rowSize;
+        m_listFirst.push_back(first);
+        if (first != 0) {
             return m_nOpenStatus;
-        if (m_fnMove)
-            return m_fnMove(nCursor, pRow, nRowSize);
+        }
+        if (m_fnMove) {
+            return m_fnMove(cursor, buffer, rowSize);
+        }
         if (m_nNext == m_listRows.size()) {
-            nCursor = 0;
+            cursor = 0;
             return 0;
         }
         const auto& row = m_listRows[m_nNext++];
-        std::copy_n(row.data(), std::min(row.size(), static_cast<std::size_t>(nRowSize)),
-                    static_cast<unsigned char*>(pRow));
-        nCursor = m_nNext;
+        std::copy_n(row.data(), std::min(row.size(), static_cast<std::size_t>(rowSize)),
+                    static_cast<unsigned char*>(buffer));
+        cursor = m_nNext;
         return 0;
     }
 
@@ -57,7 +59,7 @@ public:
     std::int32_t m_nOpenStatus = 0;
     std::vector<std::vector<unsigned char>> m_listRows;
     std::size_t m_nNext = 0;
-    std::function<std::int32_t(std::uint64_t& nCursor, void* pRow, std::int32_t nRowSize)> m_fnMove;
+    std::function<std::int32_t(std::uint64_t& cursor, void* buffer, std::int32_t rowSize)> m_fnMove;
     int m_nCalls = 0;
     std::uint32_t m_nProcess = 0;
     std::uint64_t m_nHandle = 0;
@@ -67,7 +69,7 @@ public:
 
 class CFakeHost final : public ICacheHost {
 public:
-    void ShowMessage(std::string_view strText) override { m_listMessages.emplace_back(strText); }
+    void ShowMessage(std::string_view text) override { m_listMessages.emplace_back(text); }
     bool StopFetch() override { return ++m_nRows == m_nStopAfter; }
     std::vector<std::string> m_listMessages;
     std::size_t m_nRows = 0;
@@ -78,9 +80,7 @@ class CFakeDSView final : public ICacheDSView {
 public:
     std::string ProcessText() const override { return m_strProcess; }
     std::string HandleText() const override { return m_strHandle; }
-    void Fill(std::vector<std::shared_ptr<CMember>> listRows) override {
-        m_rows.m_listRows = std::move(listRows);
-    }
+    void Fill(std::vector<std::shared_ptr<CMember>> rows) override { m_rows.m_listRows = std::move(rows); }
     std::string m_strProcess;
     std::string m_strHandle;
     CMemberRows m_rows;
@@ -88,24 +88,25 @@ public:
 
 class CFakeDataView final : public ICacheDataView {
 public:
-    void SetColumns(std::vector<CListColumn> listColumns) override { m_listColumns = std::move(listColumns); }
+    void SetColumns(std::vector<CColumnSpec> columns) override { m_listColumns = std::move(columns); }
     void DeleteAllItems() override { ++m_nDeleted; }
     void ShowNewItems() override { ++m_nShown; }
-    std::vector<CListColumn> m_listColumns;
+    std::vector<CColumnSpec> m_listColumns;
     int m_nDeleted = 0;
     int m_nShown = 0;
 };
 
 class CacheFetchTest : public testing::Test {
 protected:
-    void Define(std::string strText) { m_doc.m_cacheDS.ParseTypedef(strText); }
+    void Define(std::string text) { m_doc.m_cacheDS.ParseTypedef(text); }
     void Refresh() { m_doc.OnRefreshData(m_fetch, m_host); }
-    std::vector<std::string> Row(std::size_t nRow, FFormatMathNumeric pfnFormat = nullptr) const {
-        std::vector<std::string> listTexts;
-        const std::size_t nColumns = std::max<std::size_t>(m_doc.m_cacheDS.m_members.size(), 1);
-        for (std::size_t n = 0; n < nColumns; ++n)
-            listTexts.push_back(m_doc.CellText(nRow, n, pfnFormat));
-        return listTexts;
+    std::vector<std::string> Row(std::size_t row, FFormatMathNumeric pfnFormat = nullptr) const {
+        std::vector<std::string> texts;
+        const std::size_t columns = std::max<std::size_t>(m_doc.m_cacheDS.m_members.size(), 1);
+        for (std::size_t n = 0; n < columns; ++n) {
+            texts.push_back(m_doc.CellText(row, n, pfnFormat));
+        }
+        return texts;
     }
 
     CCacheDoc m_doc;
@@ -193,12 +194,12 @@ TEST_F(CacheFetchTest, FailuresLeaveTheListEmpty) {
 }
 
 TEST_F(CacheFetchTest, ARowSizeThatCannotBeIsAnInvalidCache) {
-    for (const char* pszText : {"char a[-1];", "int a[1073741824];", "char a[2147483647]; char b;"}) {
+    for (const char* text : {"char a[-1];", "int a[1073741824];", "char a[2147483647]; char b;"}) {
         m_host.m_listMessages.clear();
         m_doc.m_bCacheValid = true;
-        Define(pszText);
+        Define(text);
         Refresh();
-        EXPECT_THAT(m_host.m_listMessages, ElementsAre("Invalid Cache")) << pszText;
+        EXPECT_THAT(m_host.m_listMessages, ElementsAre("Invalid Cache")) << text;
         EXPECT_EQ(m_fetch.m_nCalls, 0) << "the library is not asked";
         EXPECT_FALSE(m_doc.m_bCacheValid);
     }
@@ -225,10 +226,10 @@ TEST_F(CacheFetchTest, TheBufferIsZeroedOnceAndNotBetweenRows) {
 
 TEST_F(CacheFetchTest, TheStatusOfAMoveDoesNotCount) {
     Define("int a;");
-    int nCall = 0;
-    m_fetch.m_fnMove = [&](std::uint64_t& nCursor, void* pRow, std::int32_t) {
-        static_cast<unsigned char*>(pRow)[0] = static_cast<unsigned char>(++nCall);
-        nCursor = nCall < 4 ? 7 : 0;
+    int call = 0;
+    m_fetch.m_fnMove = [&](std::uint64_t& cursor, void* buffer, std::int32_t) {
+        static_cast<unsigned char*>(buffer)[0] = static_cast<unsigned char>(++call);
+        cursor = call < 4 ? 7 : 0;
         return 99;
     };
     Refresh();
@@ -239,22 +240,22 @@ TEST_F(CacheFetchTest, TheStatusOfAMoveDoesNotCount) {
 
 TEST_F(CacheFetchTest, TheCursorWordIsTheLibrarysFromCallToCall) {
     Define("int a;");
-    std::vector<std::uint64_t> listSeen;
-    m_fetch.m_fnMove = [&](std::uint64_t& nCursor, void*, std::int32_t) {
-        listSeen.push_back(nCursor);
-        nCursor = nCursor == 300 ? 0 : nCursor + 100;
+    std::vector<std::uint64_t> seen;
+    m_fetch.m_fnMove = [&](std::uint64_t& cursor, void*, std::int32_t) {
+        seen.push_back(cursor);
+        cursor = cursor == 300 ? 0 : cursor + 100;
         return 0;
     };
     Refresh();
-    EXPECT_THAT(listSeen, ElementsAre(0, 100, 200, 300));
+    EXPECT_THAT(seen, ElementsAre(0, 100, 200, 300));
 }
 
 TEST_F(CacheFetchTest, ACursorThatNeverEndsIsStoppedByTheUserAndItsRowsStay) {
     Define("int a;");
     CFakeDataView view;
     m_doc.m_pDataView = &view;
-    m_fetch.m_fnMove = [](std::uint64_t& nCursor, void*, std::int32_t) {
-        nCursor = 1;
+    m_fetch.m_fnMove = [](std::uint64_t& cursor, void*, std::int32_t) {
+        cursor = 1;
         return 0;
     };
     m_host.m_nStopAfter = 1234;
@@ -273,11 +274,11 @@ TEST_F(CacheFetchTest, AStructureOfAnotherSizeThanTheRowShowsWhatThereIs) {
 }
 
 TEST_F(CacheFetchTest, AMembersSizeThatDecodingSetsRightMovesTheMembersBehindIt) {
-    auto pShort = std::make_shared<CMember>();
-    pShort->m_type = MEMBER_SHORT;
-    pShort->m_size = 7; // out of a file
-    auto pInt = m_doc.m_cacheDS.CreateMember("int", "");
-    m_doc.m_cacheDS.m_members = {pShort, pInt};
+    auto shortMember = std::make_shared<CMember>();
+    shortMember->m_type = MEMBER_SHORT;
+    shortMember->m_size = 7; // out of a file
+    auto number = m_doc.m_cacheDS.CreateMember("int", "");
+    m_doc.m_cacheDS.m_members = {shortMember, number};
     m_fetch.m_listRows = {{0xEE, 0xEE, 5, 0, 0, 0}};
     Refresh();
     EXPECT_EQ(m_fetch.m_nRowSize, 11) << "the size when the fetch began";
@@ -311,11 +312,11 @@ TEST_F(CacheFetchTest, RowsStayReadableWhileTheStructureIsReplaced) {
 
 TEST_F(CacheFetchTest, AHugeRowThatIsHardlyFilledTakesHardlyAnyMemory) {
     Define("int a; char b[200000000];");
-    int nCall = 0;
-    m_fetch.m_fnMove = [&](std::uint64_t& nCursor, void* pRow, std::int32_t nRowSize) {
-        EXPECT_EQ(nRowSize, 200000004);
-        static_cast<unsigned char*>(pRow)[4] = 'x';
-        nCursor = ++nCall < 4 ? 1 : 0;
+    int call = 0;
+    m_fetch.m_fnMove = [&](std::uint64_t& cursor, void* buffer, std::int32_t rowSize) {
+        EXPECT_EQ(rowSize, 200000004);
+        static_cast<unsigned char*>(buffer)[4] = 'x';
+        cursor = ++call < 4 ? 1 : 0;
         return 0;
     };
     Refresh();
@@ -327,11 +328,11 @@ TEST_F(CacheFetchTest, AHugeRowThatIsHardlyFilledTakesHardlyAnyMemory) {
 TEST_F(CacheFetchTest, AHundredThousandRowsAreKeptAndRead) {
     Define(kOrderLine);
     const auto row = simulator::OrderLineRow(1001, 2);
-    int nCall = 0;
-    m_fetch.m_fnMove = [&](std::uint64_t& nCursor, void* pRow, std::int32_t) {
-        std::memcpy(pRow, row.data(), row.size());
-        std::memcpy(static_cast<unsigned char*>(pRow) + 78, &nCall, 4);
-        nCursor = ++nCall <= 100000 ? 1 : 0;
+    int call = 0;
+    m_fetch.m_fnMove = [&](std::uint64_t& cursor, void* buffer, std::int32_t) {
+        std::memcpy(buffer, row.data(), row.size());
+        std::memcpy(static_cast<unsigned char*>(buffer) + 78, &call, 4);
+        cursor = ++call <= 100000 ? 1 : 0;
         return 0;
     };
     Refresh();
@@ -348,26 +349,26 @@ protected:
         EXPECT_TRUE(m_process.Work(1)); // order 1001 has three lines
         m_doc.m_processId = m_process.Number();
         m_doc.m_strHandle = Handle(1);
-        std::uint32_t nError = 0;
-        EXPECT_TRUE(m_krnl.Load("jdekrnl.dll", nError));
-        m_pfnFormat = reinterpret_cast<FFormatMathNumeric>(m_krnl.Symbol("FormatMathNumeric", nError));
+        std::uint32_t error = 0;
+        EXPECT_TRUE(m_krnl.Load("jdekrnl.dll", error));
+        m_pfnFormat = reinterpret_cast<FFormatMathNumeric>(m_krnl.Symbol("FormatMathNumeric", error));
         EXPECT_NE(m_pfnFormat, nullptr);
     }
-    std::string Handle(std::size_t nCache) const {
+    std::string Handle(std::size_t cache) const {
         simulator::CStateFile file;
         simulator::CProcessState state;
         EXPECT_TRUE(file.Open(m_process.Number()) && file.Read(state));
         char text[20];
         std::snprintf(text, sizeof text, "%08llX",
-                      static_cast<unsigned long long>(state.m_caches[nCache].m_nHandle));
+                      static_cast<unsigned long long>(state.m_caches[cache].m_nHandle));
         return text;
     }
     void Refresh() {
         CCompanionFetch fetch;
         m_doc.OnRefreshData(fetch, m_host);
     }
-    static std::string Date(int nYear, int nMonth, int nDay) {
-        return *platform::AutomationDateText(nYear, nMonth, nDay);
+    static std::string Date(int year, int month, int day) {
+        return *platform::AutomationDateText(year, month, day);
     }
 
     test::Workstation m_workstation;

@@ -13,31 +13,31 @@ namespace {
 
 using Row = std::vector<unsigned char>;
 
-std::string Decode(CMember& member, const Row& row, std::int64_t nOffset = 0,
+std::string Decode(CMember& member, const Row& row, std::int64_t offset = 0,
                    FFormatMathNumeric pfnFormat = nullptr) {
-    return member.DecodeMember(CRowPointer(row, nOffset), pfnFormat);
+    return member.DecodeMember(CRowPointer(row, offset), pfnFormat);
 }
 
-std::string DecodeAs(const char* pszType, std::int32_t nCount, const Row& row,
+std::string DecodeAs(const char* type, std::int32_t count, const Row& row,
                      FFormatMathNumeric pfnFormat = nullptr) {
     CCacheDS structure;
-    const auto pMember = structure.CreateMember(pszType, "unsigned");
-    pMember->m_count = nCount;
-    return Decode(*pMember, row, 0, pfnFormat);
+    const auto member = structure.CreateMember(type, "unsigned");
+    member->m_count = count;
+    return Decode(*member, row, 0, pfnFormat);
 }
 
-Row Wide(std::u16string_view strText) {
+Row Wide(std::u16string_view text) {
     Row row;
-    for (const char16_t ch : strText) {
+    for (const char16_t ch : text) {
         row.push_back(static_cast<unsigned char>(ch));
         row.push_back(static_cast<unsigned char>(ch >> 8));
     }
     return row;
 }
 
-Row Date(int nYear, int nMonth, int nDay) {
+Row Date(int year, int month, int day) {
     Row row;
-    for (const int n : {nYear, nMonth, nDay}) {
+    for (const int n : {year, month, day}) {
         row.push_back(static_cast<unsigned char>(n));
         row.push_back(static_cast<unsigned char>(n >> 8));
     }
@@ -45,17 +45,18 @@ Row Date(int nYear, int nMonth, int nDay) {
 }
 
 TEST(DecodeMemberTest, WholeNumbersAreSignedWhateverTheyAreCalled) {
-    for (const char* pszType : {"int", "long", "ID"}) {
-        EXPECT_EQ(DecodeAs(pszType, 1, {0x2A, 0, 0, 0}), "42");
-        EXPECT_EQ(DecodeAs(pszType, 1, {0xFF, 0xFF, 0xFF, 0xFF}), "-1");
-        EXPECT_EQ(DecodeAs(pszType, 1, {0, 0, 0, 0x80}), "-2147483648");
-        EXPECT_EQ(DecodeAs(pszType, 3, {1, 2, 0, 0, 9, 9, 9, 9}), "513") << "of an array the first";
+    for (const char* type : {"int", "long", "ID"}) {
+        EXPECT_EQ(DecodeAs(type, 1, {0x2A, 0, 0, 0}), "42");
+        EXPECT_EQ(DecodeAs(type, 1, {0xFF, 0xFF, 0xFF, 0xFF}), "-1");
+        EXPECT_EQ(DecodeAs(type, 1, {0, 0, 0, 0x80}), "-2147483648");
+        EXPECT_EQ(DecodeAs(type, 3, {1, 2, 0, 0, 9, 9, 9, 9}), "513") << "of an array the first";
     }
 }
 
 TEST(DecodeMemberTest, APointerIsNotLookedAt) {
-    for (const char* pszType : {"int*", "VOID*", "MATH_NUMERIC*", "JCHAR*", "short*"})
-        EXPECT_EQ(DecodeAs(pszType, 1, {}), "Pointer");
+    for (const char* type : {"int*", "VOID*", "MATH_NUMERIC*", "JCHAR*", "short*"}) {
+        EXPECT_EQ(DecodeAs(type, 1, {}), "Pointer");
+    }
     CMember member;
     member.m_type = 77;
     member.m_pointer = true;
@@ -63,20 +64,20 @@ TEST(DecodeMemberTest, APointerIsNotLookedAt) {
 }
 
 TEST(DecodeMemberTest, TypesThatAreNotShownHaveTheirSizeSetRight) {
-    for (const auto& [nType, nSize] : {std::pair(3, 2), std::pair(4, 1), std::pair(5, 8)}) {
+    for (const auto& [type, size] : {std::pair(3, 2), std::pair(4, 1), std::pair(5, 8)}) {
         CMember member;
-        member.m_type = nType;
+        member.m_type = type;
         member.m_size = 77;
         EXPECT_EQ(Decode(member, {1, 2, 3, 4, 5, 6, 7, 8}), "Not Handled");
-        EXPECT_EQ(member.m_size, nSize);
+        EXPECT_EQ(member.m_size, size);
         member.m_size = 4;
         member.m_pointer = true;
         EXPECT_EQ(Decode(member, {}), "Pointer");
         EXPECT_EQ(member.m_size, 4) << "not that of a pointer";
     }
-    for (const int nType : {0, 11, -1}) {
+    for (const int type : {0, 11, -1}) {
         CMember member;
-        member.m_type = nType;
+        member.m_type = type;
         member.m_size = 77;
         EXPECT_EQ(Decode(member, {1, 2, 3, 4}), "Not Handled");
         EXPECT_EQ(member.m_size, 77);
@@ -115,12 +116,12 @@ TEST(DecodeMemberTest, ABoolIsItsFirstByte) {
 }
 
 TEST(DecodeMemberTest, ADateIsInTheUsersShortFormAndEmptyWhenThereIsNone) {
-    const std::string strDate = *platform::AutomationDateText(2025, 1, 31);
-    EXPECT_FALSE(strDate.empty());
+    const std::string date = *platform::AutomationDateText(2025, 1, 31);
+    EXPECT_FALSE(date.empty());
 #ifndef _WIN32
-    EXPECT_EQ(strDate, "2025-01-31");
+    EXPECT_EQ(date, "2025-01-31");
 #endif
-    EXPECT_EQ(DecodeAs("JDEDATE", 1, Date(2025, 1, 31)), strDate);
+    EXPECT_EQ(DecodeAs("JDEDATE", 1, Date(2025, 1, 31)), date);
     EXPECT_EQ(DecodeAs("JDEDATE", 1, Date(2024, 2, 29)), *platform::AutomationDateText(2024, 2, 29));
     EXPECT_EQ(DecodeAs("JDEDATE", 1, Date(0, 0, 0)), "");
     EXPECT_EQ(DecodeAs("JDEDATE", 1, Date(2025, 2, 30)), "");
@@ -137,16 +138,17 @@ TEST(DecodeMemberTest, ADateIsInTheUsersShortFormAndEmptyWhenThereIsNone) {
 std::string s_strGiven;
 std::string s_strBlock; // what the next formatting leaves
 
-std::int32_t Format(char16_t* pText, const void* pNumber) {
-    s_strGiven.assign(static_cast<const char*>(pNumber), 50);
-    std::copy(s_strBlock.begin(), s_strBlock.end(), reinterpret_cast<char*>(pText));
+std::int32_t Format(char16_t* text, const void* number) {
+    s_strGiven.assign(static_cast<const char*>(number), 50);
+    std::copy(s_strBlock.begin(), s_strBlock.end(), reinterpret_cast<char*>(text));
     return 0;
 }
 
 TEST(DecodeMemberTest, AMathNumericIsFormattedByItsLibrary) {
     Row row;
-    for (int n = 1; n <= 60; ++n)
+    for (int n = 1; n <= 60; ++n) {
         row.push_back(static_cast<unsigned char>(n));
+    }
     EXPECT_EQ(DecodeAs("MATH_NUMERIC", 1, row), "N/A");
     s_strBlock.assign("1\0"
                       "2\0"
@@ -164,8 +166,9 @@ TEST(DecodeMemberTest, ABlockThatLooksLikeUnicodeIsReadAs8BitText) {
     // 64 units without a zero, behind the mark of UTF-16: the test takes them for it, so they are read as
     // bytes.
     s_strBlock = "\xFF\xFE";
-    while (s_strBlock.size() < 128)
+    while (s_strBlock.size() < 128) {
         s_strBlock.append("7\0", 2);
+    }
     EXPECT_EQ(DecodeAs("MATH_NUMERIC", 1, {}, Format), "\xC3\xBF\xC3\xBE"
                                                        "7");
 }
@@ -177,14 +180,14 @@ TEST(DecodeMemberTest, WhatStandsOutsideTheRowReadsAsZero) {
     EXPECT_EQ(Decode(*structure.CreateMember("int", ""), row, 4), "0");
     EXPECT_EQ(Decode(*structure.CreateMember("int", ""), row, 4000000000), "0");
     EXPECT_EQ(Decode(*structure.CreateMember("int", ""), row, -2), std::to_string(65536 + 2 * 16777216));
-    const auto pText = structure.CreateMember("char", "");
-    pText->m_count = 2147483647;
-    EXPECT_EQ(Decode(*pText, row, 2), "ab");
-    EXPECT_EQ(Decode(*pText, row, 4), "");
-    EXPECT_EQ(Decode(*pText, row, -1), "");
-    const auto pWide = structure.CreateMember("JCHAR", "");
-    pWide->m_count = 2147483647;
-    EXPECT_EQ(Decode(*pWide, row, 3), "b");
+    const auto text = structure.CreateMember("char", "");
+    text->m_count = 2147483647;
+    EXPECT_EQ(Decode(*text, row, 2), "ab");
+    EXPECT_EQ(Decode(*text, row, 4), "");
+    EXPECT_EQ(Decode(*text, row, -1), "");
+    const auto wide = structure.CreateMember("JCHAR", "");
+    wide->m_count = 2147483647;
+    EXPECT_EQ(Decode(*wide, row, 3), "b");
     EXPECT_EQ(Decode(*structure.CreateMember("bool", ""), row, 9), "False");
     EXPECT_EQ(Decode(*structure.CreateMember("JDEDATE", ""), row, 3), "");
     s_strBlock.clear();

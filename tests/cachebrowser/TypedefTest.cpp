@@ -19,18 +19,19 @@ std::string Describe(const CMember& member) {
            ":" + std::to_string(member.m_count);
 }
 
-std::vector<std::string> Parse(std::string strText) {
+std::vector<std::string> Parse(std::string text) {
     CCacheDS structure;
-    EXPECT_FALSE(structure.ParseTypedef(strText)) << "its result means nothing";
-    std::vector<std::string> listMembers;
-    for (const auto& pMember : structure.m_members)
-        listMembers.push_back(Describe(*pMember));
-    return listMembers;
+    EXPECT_FALSE(structure.ParseTypedef(text)) << "its result means nothing";
+    std::vector<std::string> members;
+    for (const auto& member : structure.m_members) {
+        members.push_back(Describe(*member));
+    }
+    return members;
 }
 
-std::int32_t RowSize(std::string strText) {
+std::int32_t RowSize(std::string text) {
     CCacheDS structure;
-    structure.ParseTypedef(strText);
+    structure.ParseTypedef(text);
     return structure.GetRowSize();
 }
 
@@ -46,8 +47,8 @@ TEST(TypedefTest, MembersFollowEachOtherWithoutPadding) {
                 ElementsAre("JCHAR/7:2:szName:11", "MATH_NUMERIC/8:50:mnAmount:1", "JDEDATE/9:6:jdDate:1"));
     EXPECT_EQ(RowSize(kText), 78);
     CCacheDS structure;
-    std::string strText = "char a; int b; short c[3]; BOOL d;";
-    structure.ParseTypedef(strText);
+    std::string text = "char a; int b; short c[3]; BOOL d;";
+    structure.ParseTypedef(text);
     EXPECT_THAT(structure.MemberOffsets(), ElementsAre(0, 1, 5, 11));
     EXPECT_EQ(structure.GetRowSize(), 15);
 }
@@ -144,21 +145,21 @@ TEST(TypedefTest, ACommentWithoutAnEndRunsToTheEndOfTheText) {
 
 TEST(TypedefTest, TheTextIsChangedInPlace) {
     CCacheDS structure;
-    std::string strText = "int\ta;/* c */\r\nint b;";
-    structure.ParseTypedef(strText);
-    EXPECT_EQ(strText, "int a;  int b;");
+    std::string text = "int\ta;/* c */\r\nint b;";
+    structure.ParseTypedef(text);
+    EXPECT_EQ(text, "int a;  int b;");
 }
 
 TEST(TypedefTest, ParsingReplacesAllMembers) {
     CCacheDS structure;
     structure.m_members.push_back(std::make_shared<CMember>());
-    std::string strText = "int a;";
-    structure.ParseTypedef(strText);
+    std::string text = "int a;";
+    structure.ParseTypedef(text);
     ASSERT_EQ(structure.m_members.size(), 1U);
     EXPECT_EQ(structure.m_members[0]->m_name, "a");
     EXPECT_EQ(structure.m_members[0]->m_owner, &structure);
-    strText = "";
-    structure.ParseTypedef(strText);
+    text = "";
+    structure.ParseTypedef(text);
     EXPECT_TRUE(structure.m_members.empty());
 }
 
@@ -167,70 +168,75 @@ TEST(TypedefTest, AMemberMadeByAWordAloneIsNoPartOfTheStructure) {
     EXPECT_EQ(structure.CreateMember("unsigned int", ""), nullptr) << "two words are no type word";
     EXPECT_EQ(structure.CreateMember("", ""), nullptr);
     EXPECT_EQ(structure.CreateMember("*", ""), nullptr);
-    const auto pMember = structure.CreateMember("JCHAR*", "unsigned");
-    ASSERT_NE(pMember, nullptr);
-    EXPECT_EQ(Describe(*pMember), "u*JCHAR/7:4::1");
+    const auto member = structure.CreateMember("JCHAR*", "unsigned");
+    ASSERT_NE(member, nullptr);
+    EXPECT_EQ(Describe(*member), "u*JCHAR/7:4::1");
     EXPECT_TRUE(structure.m_members.empty());
 }
 
 TEST(TypedefTest, TheRowSizeIsComputedIn32BitsAndCheckedForWhatItCannotBe) {
     CCacheDS structure;
-    std::string strText = "int a[536870912];"; // 2^29 of 4 bytes
-    structure.ParseTypedef(strText);
+    std::string text = "int a[536870912];"; // 2^29 of 4 bytes
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.GetRowSize(), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(structure.CheckedRowSize(), std::nullopt);
-    strText = "int a[1073741824];";
-    structure.ParseTypedef(strText);
+    text = "int a[1073741824];";
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.GetRowSize(), 0) << "4 GiB";
     EXPECT_EQ(structure.CheckedRowSize(), std::nullopt);
-    strText = "char a[2147483647];";
-    structure.ParseTypedef(strText);
+    text = "char a[2147483647];";
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.CheckedRowSize(), 2147483647);
-    strText = "char a[2147483647]; char b;";
-    structure.ParseTypedef(strText);
+    text = "char a[2147483647]; char b;";
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.CheckedRowSize(), std::nullopt);
-    strText = "char a[-2];";
-    structure.ParseTypedef(strText);
+    text = "char a[-2];";
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.GetRowSize(), -2);
     EXPECT_EQ(structure.CheckedRowSize(), std::nullopt);
-    strText = "char a[-2]; int b;";
-    structure.ParseTypedef(strText);
+    text = "char a[-2]; int b;";
+    structure.ParseTypedef(text);
     EXPECT_EQ(structure.CheckedRowSize(), 2);
 }
 
 TEST(TypedefTest, LongTextsOfHalfCommentsAreRead) {
-    std::string strText;
-    for (int n = 0; n < 1000000; ++n)
-        strText += "/*/";
-    strText += "int a;";
-    for (int n = 0; n < 1000000; ++n)
-        strText += "/*";
-    EXPECT_THAT(Parse(strText), ElementsAre("int/1:4:a:1"));
+    std::string text;
+    for (int n = 0; n < 1000000; ++n) {
+        text += "/*/";
+    }
+    text += "int a;";
+    for (int n = 0; n < 1000000; ++n) {
+        text += "/*";
+    }
+    EXPECT_THAT(Parse(text), ElementsAre("int/1:4:a:1"));
 }
 
 // Comments cut one by one: the first start, its end from there, and once more from the beginning.
-std::string CutOneByOne(std::string strText) {
+std::string CutOneByOne(std::string text) {
     for (;;) {
-        const std::size_t nStart = strText.find("/*");
-        if (nStart == std::string::npos)
-            return strText;
-        const std::size_t nEnd = strText.find("*/", nStart);
-        if (nEnd == std::string::npos)
-            return strText.substr(0, nStart);
-        strText.erase(nStart, nEnd + 2 - nStart);
+        const std::size_t start = text.find("/*");
+        if (start == std::string::npos) {
+            return text;
+        }
+        const std::size_t end = text.find("*/", start);
+        if (end == std::string::npos) {
+            return text.substr(0, start);
+        }
+        text.erase(start, end + 2 - start);
     }
 }
 
 TEST(TypedefTest, CuttingInOnePassIsCuttingOneByOne) {
     std::mt19937 random(20250131);
-    for (int nTry = 0; nTry < 20000; ++nTry) {
-        std::string strText;
-        for (auto n = random() % 24; n > 0; --n)
-            strText.push_back("/*/*/*ab"[random() % 8]);
+    for (int attempt = 0; attempt < 20000; ++attempt) {
+        std::string text;
+        for (auto n = random() % 24; n > 0; --n) {
+            text.push_back("/*/*/*ab"[random() % 8]);
+        }
         CCacheDS structure;
-        std::string strParsed = strText;
-        structure.ParseTypedef(strParsed);
-        ASSERT_EQ(strParsed, CutOneByOne(strText)) << strText;
+        std::string parsed = text;
+        structure.ParseTypedef(parsed);
+        ASSERT_EQ(parsed, CutOneByOne(text)) << text;
     }
 }
 

@@ -162,8 +162,9 @@ TEST(DiskFaults, AMessageForTheLogIsWrittenWholeOrIsTornOnlyByTheDiskItself) {
 
 TEST(DiskFaults, OnADiskThatIsReallyFullExportSettingsAndProfilesStandAsTheyWere) {
     const TestFolder folder;
-    if (::mount("none", folder.Path().c_str(), "tmpfs", 0, "size=64k") != 0)
+    if (::mount("none", folder.Path().c_str(), "tmpfs", 0, "size=64k") != 0) {
         GTEST_SKIP() << "no disk can be mounted here: " << std::strerror(errno);
+    }
     const std::string gaps = folder.Write("gaps.csv", "earlier");
     const std::string ini = folder.Write("JDE.INI", "[A]\nk=v\n");
     // Settings, and then a file that takes all of the rest.
@@ -244,9 +245,10 @@ TEST(TwoPrograms, WriteOneProfileFileAndLoseNoValueOfEither) {
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            for (int i = 0; i < kValues; ++i)
+            for (int i = 0; i < kValues; ++i) {
                 platform::WriteProfileText("P" + std::to_string(program), "v" + std::to_string(i),
                                            std::to_string(i), path);
+            }
             ::_exit(0);
         }
     }
@@ -255,10 +257,11 @@ TEST(TwoPrograms, WriteOneProfileFileAndLoseNoValueOfEither) {
         running -= ::waitpid(-1, nullptr, WNOHANG) > 0 ? 1 : 0;
     }
     for (int program = 0; program < kPrograms; ++program) {
-        for (int i = 0; i < kValues; ++i)
+        for (int i = 0; i < kValues; ++i) {
             EXPECT_EQ(
                 platform::ReadProfileInt("P" + std::to_string(program), "v" + std::to_string(i), -1, path),
                 i);
+        }
     }
     EXPECT_TRUE(folder.Read("JDE.INI").starts_with("; kept\r\n[A]\r\nk=v\r\n"));
     EXPECT_EQ(folder.Names(), Strings{"JDE.INI"});
@@ -274,8 +277,9 @@ TEST(TwoPrograms, AStoreThatAnotherHoldsForeverIsWrittenAllTheSame) {
     ASSERT_GE(child, 0);
     if (child == 0) {
         const int folder = ::open(store.Folder().Path().c_str(), O_RDONLY | O_DIRECTORY);
-        if (::flock(folder, LOCK_EX) == 0 && ::write(ready[1], "x", 1) == 1)
+        if (::flock(folder, LOCK_EX) == 0 && ::write(ready[1], "x", 1) == 1) {
             ::pause();
+        }
         ::_exit(1);
     }
     ::close(ready[1]);

@@ -63,8 +63,9 @@ std::vector<std::string> BusyJASLog() {
 
 std::size_t OpenFiles() {
     std::size_t count = 0;
-    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd"))
+    for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
         ++count;
+    }
     return count;
 }
 
@@ -115,13 +116,15 @@ TEST(MemoryFaults, WhicheverAllocationOfALoadFailsTheSessionIsEmptyAndLoadsAgain
 }
 
 TEST(MemoryFaults, AReportThatOutgrowsItsMemoryEndsWithAMessageAndNoOutput) {
-    if (kSanitized)
+    if (kSanitized) {
         GTEST_SKIP() << "a sanitizer's own memory is beyond any limit";
+    }
     const TestFolder folder;
     std::string content = TestSession::Joined(DebugLog({}));
-    for (int i = 0; i < 400'000; ++i)
+    for (int i = 0; i < 400'000; ++i) {
         content +=
             DebugLine("10:00:00.000001", "On " + std::to_string(i) + std::string(200, 'x'), "5/6") + "\n";
+    }
     folder.Write("big.log", content);
     const std::string command = "ulimit -v 60000; '" CARVELOT_REPORT "' --json '" + folder.Path("big.log") +
                                 "' >'" + folder.Path("out") + "' 2>'" + folder.Path("err") + "'";

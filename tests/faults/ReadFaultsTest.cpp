@@ -28,24 +28,26 @@ public:
     explicit GrownLog(std::size_t count) : m_folder(), m_strPath(m_folder.Path("jdedebug.log")) {
         m_strLine = DebugLine("10:00:00.000001", "On " + std::string(1000, 'x'), "5/6") + "\n";
         std::string content = TestSession::Joined(DebugLog({}));
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             content += m_strLine;
+        }
         m_nSize = content.size();
         m_folder.Write("jdedebug.log", content);
     }
 
     // Loads the log; the function runs at the first sign of progress.
-    bool Load(std::function<void()> fnMeanwhile) {
+    bool Load(std::function<void()> meanwhile) {
         class ChangingHost : public RecordingHost {
         public:
             void LoadProgress(std::uint64_t, std::uint64_t) override {
-                if (m_fnMeanwhile)
+                if (m_fnMeanwhile) {
                     std::exchange(m_fnMeanwhile, nullptr)();
+                }
             }
             std::function<void()> m_fnMeanwhile;
         };
         ChangingHost host;
-        host.m_fnMeanwhile = std::move(fnMeanwhile);
+        host.m_fnMeanwhile = std::move(meanwhile);
         const AnalysisSettings settings;
         PendingStatement pending;
         CCarvelotDoc doc(settings, pending, host);

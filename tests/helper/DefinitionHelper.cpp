@@ -14,64 +14,69 @@ using namespace carvelot;
 
 namespace {
 
-std::string ToHex(const std::string& strText) {
+std::string ToHex(const std::string& text) {
     static constexpr char kDigits[] = "0123456789abcdef";
-    std::string strHex;
-    for (const char ch : strText) {
-        strHex.push_back(kDigits[static_cast<unsigned char>(ch) >> 4]);
-        strHex.push_back(kDigits[static_cast<unsigned char>(ch) & 15]);
+    std::string hex;
+    for (const char ch : text) {
+        hex.push_back(kDigits[static_cast<unsigned char>(ch) >> 4]);
+        hex.push_back(kDigits[static_cast<unsigned char>(ch) & 15]);
     }
-    return strHex.empty() ? "-" : strHex;
+    return hex.empty() ? "-" : hex;
 }
 
-std::string FromHex(const std::string& strHex) {
-    std::string strText;
-    for (std::size_t n = 0; strHex != "-" && n + 1 < strHex.size(); n += 2)
-        strText.push_back(static_cast<char>(std::stoi(strHex.substr(n, 2), nullptr, 16)));
-    return strText;
+std::string FromHex(const std::string& hex) {
+    std::string text;
+    for (std::size_t n = 0; hex != "-" && n + 1 < hex.size(); n += 2) {
+        text.push_back(static_cast<char>(std::stoi(hex.substr(n, 2), nullptr, 16)));
+    }
+    return text;
 }
 
-int Read(const std::string& strPath) {
+int Read(const std::string& path) {
     CCacheDS structure;
-    const std::string strMessage = LoadCacheDefinition(strPath, structure);
-    for (const auto& pMember : structure.m_members)
-        std::cout << pMember->m_pointer << ' ' << pMember->m_unsigned << ' ' << pMember->m_type << ' '
-                  << pMember->m_count << ' ' << pMember->m_size << ' ' << ToHex(pMember->m_name) << ' '
-                  << ToHex(pMember->m_typeName) << '\n';
-    if (!strMessage.empty())
-        std::cout << "error " << strMessage << '\n';
+    const std::string message = LoadCacheDefinition(path, structure);
+    for (const auto& member : structure.m_members) {
+        std::cout << member->m_pointer << ' ' << member->m_unsigned << ' ' << member->m_type << ' '
+                  << member->m_count << ' ' << member->m_size << ' ' << ToHex(member->m_name) << ' '
+                  << ToHex(member->m_typeName) << '\n';
+    }
+    if (!message.empty()) {
+        std::cout << "error " << message << '\n';
+    }
     return 0;
 }
 
-int Write(const std::string& strPath) {
+int Write(const std::string& path) {
     CCacheDS structure;
-    for (std::string strLine; std::getline(std::cin, strLine);) {
-        std::istringstream line(strLine);
-        auto pMember = std::make_shared<CMember>();
-        std::string strName;
-        std::string strTypeName;
-        line >> pMember->m_pointer >> pMember->m_unsigned >> pMember->m_type >> pMember->m_count >>
-            pMember->m_size >> strName >> strTypeName;
+    for (std::string input; std::getline(std::cin, input);) {
+        std::istringstream line(input);
+        auto member = std::make_shared<CMember>();
+        std::string name;
+        std::string typeName;
+        line >> member->m_pointer >> member->m_unsigned >> member->m_type >> member->m_count >>
+            member->m_size >> name >> typeName;
         if (!line) {
-            std::cerr << "no member: " << strLine << '\n';
+            std::cerr << "no member: " << input << '\n';
             return 1;
         }
-        pMember->m_name = FromHex(strName);
-        pMember->m_typeName = FromHex(strTypeName);
-        structure.m_members.push_back(std::move(pMember));
+        member->m_name = FromHex(name);
+        member->m_typeName = FromHex(typeName);
+        structure.m_members.push_back(std::move(member));
     }
-    const std::string strMessage = SaveCacheDefinition(strPath, structure);
-    std::cerr << strMessage;
-    return strMessage.empty() ? 0 : 1;
+    const std::string message = SaveCacheDefinition(path, structure);
+    std::cerr << message;
+    return message.empty() ? 0 : 1;
 }
 
 } // namespace
 
-int main(int nArguments, char** pArguments) {
-    if (nArguments == 3 && std::string(pArguments[1]) == "read")
-        return Read(pArguments[2]);
-    if (nArguments == 3 && std::string(pArguments[1]) == "write")
-        return Write(pArguments[2]);
+int main(int count, char** arguments) {
+    if (count == 3 && std::string(arguments[1]) == "read") {
+        return Read(arguments[2]);
+    }
+    if (count == 3 && std::string(arguments[1]) == "write") {
+        return Write(arguments[2]);
+    }
     std::cerr << "usage: definition_helper read|write FILE\n";
     return 2;
 }

@@ -45,8 +45,9 @@ int Open(const char* path, bool exclusive) {
         struct flock whole {};
         whole.l_type = F_WRLCK;
         whole.l_whence = SEEK_SET;
-        if (flock(file, LOCK_EX | LOCK_NB) != 0 || fcntl(file, F_SETLK, &whole) != 0)
+        if (flock(file, LOCK_EX | LOCK_NB) != 0 || fcntl(file, F_SETLK, &whole) != 0) {
             return -1;
+        }
     }
     return file;
 }
@@ -60,14 +61,16 @@ bool Close(int file) { return close(file) == 0; }
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 3)
+    if (argc < 3) {
         return 2;
+    }
     const std::string acknowledge = argv[1];
     int file = -1;
     int number = 0;
     for (std::string line; std::getline(std::cin, line);) {
-        if (!line.empty() && line.back() == '\r')
+        if (!line.empty() && line.back() == '\r') {
             line.pop_back();
+        }
         bool done = false;
         if (line == "open" || line == "exclusive") {
             file = Open(argv[2], line == "exclusive");
@@ -80,8 +83,9 @@ int main(int argc, char** argv) {
             done = Close(file);
         }
         const std::string name = acknowledge + "." + std::to_string(++number) + (done ? "" : ".failed");
-        if (std::FILE* const mark = std::fopen(name.c_str(), "w"))
+        if (std::FILE* const mark = std::fopen(name.c_str(), "w")) {
             std::fclose(mark);
+        }
     }
     return 0;
 }

@@ -14,31 +14,34 @@
 #define MANY_ROWS_EXPORT extern "C" __attribute__((visibility("default")))
 #endif
 
-MANY_ROWS_EXPORT std::int32_t SkelmondCacheFetchProcessor(std::uint32_t, std::uint64_t,
-                                                          std::uint64_t* pCursor, void* pRow,
-                                                          std::int32_t nRowSize, std::int32_t nFirst) {
+MANY_ROWS_EXPORT std::int32_t SkelmondCacheFetchProcessor(std::uint32_t, std::uint64_t, std::uint64_t* cursor,
+                                                          void* buffer, std::int32_t rowSize,
+                                                          std::int32_t first) {
     static std::int32_t s_nNext = 0;
     static std::int32_t s_nRows = 0;
-    *pCursor = 0;
-    if (nFirst != 0) {
-        const char* const pszRows = std::getenv("CARVELOT_MANY_ROWS");
-        const std::string strRows = pszRows != nullptr ? pszRows : "";
+    *cursor = 0;
+    if (first != 0) {
+        const char* const setting = std::getenv("CARVELOT_MANY_ROWS");
+        const std::string rows = setting != nullptr ? setting : "";
         s_nNext = 0;
-        s_nRows = strRows == "endless" ? -1 : std::atoi(strRows.c_str());
+        s_nRows = rows == "endless" ? -1 : std::atoi(rows.c_str());
         return 0;
     }
-    if (s_nNext == s_nRows)
+    if (s_nNext == s_nRows) {
         return 0;
+    }
     unsigned char row[36] = {};
     std::memcpy(row, &s_nNext, sizeof s_nNext);
-    const std::string strText = "row " + std::to_string(s_nNext);
-    for (std::size_t n = 0; n < strText.size(); ++n)
-        row[4 + 2 * n] = static_cast<unsigned char>(strText[n]);
-    std::memcpy(pRow, row, std::min(sizeof row, static_cast<std::size_t>(nRowSize)));
+    const std::string text = "row " + std::to_string(s_nNext);
+    for (std::size_t n = 0; n < text.size(); ++n) {
+        row[4 + 2 * n] = static_cast<unsigned char>(text[n]);
+    }
+    std::memcpy(buffer, row, std::min(sizeof row, static_cast<std::size_t>(rowSize)));
     ++s_nNext;
-    if (const char* const pszMark = std::getenv("CARVELOT_MANY_ROWS_MARK");
-        pszMark != nullptr && s_nNext % 2000 == 0)
-        std::ofstream(pszMark + std::to_string(s_nNext));
-    *pCursor = 1;
+    if (const char* const mark = std::getenv("CARVELOT_MANY_ROWS_MARK");
+        mark != nullptr && s_nNext % 2000 == 0) {
+        std::ofstream(mark + std::to_string(s_nNext));
+    }
+    *cursor = 1;
     return 0;
 }

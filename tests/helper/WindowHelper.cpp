@@ -13,55 +13,59 @@
 
 namespace {
 
-std::string Narrow(const wchar_t* pszText) {
-    std::string strText(std::wcslen(pszText) * 3 + 1, '\0');
-    const int nBytes = WideCharToMultiByte(CP_UTF8, 0, pszText, -1, strText.data(),
-                                           static_cast<int>(strText.size()), nullptr, nullptr);
-    strText.resize(nBytes > 0 ? static_cast<std::size_t>(nBytes) - 1 : 0);
-    return strText;
+std::string Narrow(const wchar_t* wide) {
+    std::string text(std::wcslen(wide) * 3 + 1, '\0');
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, wide, -1, text.data(), static_cast<int>(text.size()),
+                                          nullptr, nullptr);
+    text.resize(bytes > 0 ? static_cast<std::size_t>(bytes) - 1 : 0);
+    return text;
 }
 
-BOOL CALLBACK Print(HWND hWindow, LPARAM) {
-    wchar_t szClass[64] = L"";
-    GetClassNameW(hWindow, szClass, 64);
-    if (!IsWindowVisible(hWindow) || std::wcsncmp(szClass, L"Qt", 2) != 0)
+BOOL CALLBACK Print(HWND window, LPARAM) {
+    wchar_t classBuffer[64] = L"";
+    GetClassNameW(window, classBuffer, 64);
+    if (!IsWindowVisible(window) || std::wcsncmp(classBuffer, L"Qt", 2) != 0) {
         return TRUE;
-    wchar_t szTitle[1024] = L"";
-    GetWindowTextW(hWindow, szTitle, 1024);
+    }
+    wchar_t title[1024] = L"";
+    GetWindowTextW(window, title, 1024);
     RECT rect{};
-    GetWindowRect(hWindow, &rect);
-    DWORD nProcess = 0;
-    GetWindowThreadProcessId(hWindow, &nProcess);
+    GetWindowRect(window, &rect);
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
     std::printf("%llu\t%ld\t%ld\t%ld\t%ld\t%lu\t%s\n",
-                static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(hWindow)), rect.left,
-                rect.top, rect.right, rect.bottom, nProcess, Narrow(szTitle).c_str());
+                static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(window)), rect.left,
+                rect.top, rect.right, rect.bottom, process, Narrow(title).c_str());
     return TRUE;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const std::string strCommand = argc > 1 ? argv[1] : "";
-    const HWND hWindow =
+    const std::string command = argc > 1 ? argv[1] : "";
+    const HWND window =
         argc > 2 ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(std::strtoull(argv[2], nullptr, 10)))
                  : nullptr;
-    if (strCommand == "list")
+    if (command == "list") {
         return EnumWindows(Print, 0) ? 0 : 1;
-    if (strCommand == "close" && hWindow != nullptr)
-        return PostMessageW(hWindow, WM_CLOSE, 0, 0) ? 0 : 1;
-    if (strCommand == "key" && argc > 3) {
-        const UINT nKey = static_cast<UINT>(std::atoi(argv[3]));
-        const LPARAM nScan = static_cast<LPARAM>(MapVirtualKeyW(nKey, MAPVK_VK_TO_VSC)) << 16;
-        const bool bDown = PostMessageW(hWindow, WM_KEYDOWN, nKey, nScan | 1) != 0;
-        const bool bUp = PostMessageW(hWindow, WM_KEYUP, nKey, nScan | static_cast<LPARAM>(0xC0000001)) != 0;
-        return bDown && bUp ? 0 : 1;
     }
-    if (strCommand == "clipboard") {
-        if (!OpenClipboard(nullptr))
+    if (command == "close" && window != nullptr) {
+        return PostMessageW(window, WM_CLOSE, 0, 0) ? 0 : 1;
+    }
+    if (command == "key" && argc > 3) {
+        const UINT key = static_cast<UINT>(std::atoi(argv[3]));
+        const LPARAM scan = static_cast<LPARAM>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC)) << 16;
+        const bool down = PostMessageW(window, WM_KEYDOWN, key, scan | 1) != 0;
+        const bool up = PostMessageW(window, WM_KEYUP, key, scan | static_cast<LPARAM>(0xC0000001)) != 0;
+        return down && up ? 0 : 1;
+    }
+    if (command == "clipboard") {
+        if (!OpenClipboard(nullptr)) {
             return 1;
-        if (const HANDLE hText = GetClipboardData(CF_UNICODETEXT)) {
-            std::fputs(Narrow(static_cast<const wchar_t*>(GlobalLock(hText))).c_str(), stdout);
-            GlobalUnlock(hText);
+        }
+        if (const HANDLE text = GetClipboardData(CF_UNICODETEXT)) {
+            std::fputs(Narrow(static_cast<const wchar_t*>(GlobalLock(text))).c_str(), stdout);
+            GlobalUnlock(text);
         }
         CloseClipboard();
         return 0;

@@ -98,8 +98,9 @@ TEST(FindSource, RowsOfSeveralThreadsAndUsersKeepTheirOwn) {
 #ifdef __GLIBC__
 // Millions of hits are hundreds of megabytes: with the rows their memory goes.
 TEST(FindSource, GivesItsMemoryBack) {
-    if (kSanitized)
+    if (kSanitized) {
         GTEST_SKIP() << "a sanitizer holds freed memory back";
+    }
     const TestSession session(DebugLog({DebugLine("10:00:00.000001", "SELECT A FROM B", "5/6")}));
     const auto held = [] {
         const struct mallinfo2 info = mallinfo2();

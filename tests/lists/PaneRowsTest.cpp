@@ -1,10 +1,11 @@
 #include "lists/PaneRows.h"
 
 #include "lists/GapExport.h"
-#include "lists/RowSource.h"
+#include "lists/RecordSource.h"
 #include "platform/CodePage.h"
 #include "support/Sanitizer.h"
 #include "support/TestLog.h"
+#include "text/RowSource.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +24,7 @@ using Strings = std::vector<std::string>;
 template <class Row> Strings Column(const std::vector<Row>& rows, int column) {
     Strings texts;
     for (const Row& row : rows) {
-        texts.push_back(row.Text(column));
+        texts.push_back(CellText(row, column));
     }
     return texts;
 }
@@ -31,7 +32,7 @@ template <class Row> Strings Column(const std::vector<Row>& rows, int column) {
 template <class Row> Strings Column(const TestSession& session, const std::vector<Row>& rows, int column) {
     Strings texts;
     for (const Row& row : rows) {
-        texts.push_back(row.Text(session.m_doc, column));
+        texts.push_back(CellText(row, column, session.m_doc));
     }
     return texts;
 }
@@ -58,10 +59,10 @@ TestSession GapSession() {
 
 TEST(BSFNRows, PrintSinglePrecisionSeconds) {
     BSFNRow row{"F", 3, 500'000, 12'500'000, 0, 16'777'217};
-    EXPECT_EQ(row.Text(1), "3");
-    EXPECT_EQ(row.Text(2), "0.500000");
-    EXPECT_EQ(row.Text(4), "12.500000");
-    EXPECT_EQ(row.Text(5), "16.777216"); // beyond 2^24 microseconds the last digit is lost
+    EXPECT_EQ(CellText(row, 1), "3");
+    EXPECT_EQ(CellText(row, 2), "0.500000");
+    EXPECT_EQ(CellText(row, 4), "12.500000");
+    EXPECT_EQ(CellText(row, 5), "16.777216"); // beyond 2^24 microseconds the last digit is lost
 }
 
 TEST(BSFNRows, AverageDropsTheRemainderAndCountsOpenCalls) {
@@ -76,7 +77,7 @@ TEST(BSFNRows, AverageDropsTheRemainderAndCountsOpenCalls) {
     EXPECT_EQ(rows[0].m_nCalls, 2);
     EXPECT_EQ(rows[0].m_nAverage, 3U);
     for (int column = 2; column <= 5; ++column) {
-        EXPECT_EQ(rows[1].Text(column), "0.000000"); // never closed
+        EXPECT_EQ(CellText(rows[1], column), "0.000000"); // never closed
     }
 }
 
@@ -133,8 +134,8 @@ TEST(TaskRows, StandTwiceWhereTheListsHoldThemTwiceAndSortedLongestFirst) {
     SortRows(session.m_doc, rows, 2, true);
     EXPECT_EQ(Column(session, rows, 2), (Strings{"5.000000", "3.000000", "3.000000"}));
     EXPECT_EQ(Column(session, rows, 1), (Strings{"BSFN", "SQL", "SQL"}));
-    EXPECT_EQ(rows[0].Text(session.m_doc, 0), "4120/3388");
-    EXPECT_EQ(rows[1].Text(session.m_doc, 3), "SELECT A FROM T");
+    EXPECT_EQ(CellText(rows[0], 0, session.m_doc), "4120/3388");
+    EXPECT_EQ(CellText(rows[1], 3, session.m_doc), "SELECT A FROM T");
 }
 
 TEST(TaskRows, ShowTheUserOfAJASSessionButSortByTheHiddenIds) {
@@ -149,7 +150,7 @@ TEST(TaskRows, ShowTheUserOfAJASSessionButSortByTheHiddenIds) {
         rows.insert(rows.end(), more.begin(), more.end());
     }
     EXPECT_EQ(Column(session, rows, 0), (Strings{"B", "A"}));
-    EXPECT_EQ(rows[0].Key(session.m_doc, 0).Text(), "0/0");
+    EXPECT_EQ(CellKey(rows[0], 0, session.m_doc).Text(), "0/0");
     CRecordSource<TaskRow> source;
     source.Show(session.m_doc, rows);
     EXPECT_EQ(Sorted(source, 0, false, 0), (Strings{"B", "A"}));
@@ -174,7 +175,7 @@ TEST(ErrorRows, StandNewestFirstInADebugLogAndOldestFirstInAJASLog) {
         JASLog({JASLine("08:00:00,001", "A", "one", "WARN"), JASLine("08:00:00,002", "A", "two", "WARN")}));
     const std::vector<ErrorRow> rows = MakeErrorRows(jas.User("A").m_listErrors);
     EXPECT_EQ(Column(jas, rows, 2), (Strings{"one", "two"}));
-    EXPECT_EQ(rows[0].Text(jas.m_doc, 0), "A");
+    EXPECT_EQ(CellText(rows[0], 0, jas.m_doc), "A");
 }
 
 TEST(GapRows, StandLatestFirst) {
@@ -211,7 +212,7 @@ TEST(GapExport, TrimsTheStoredTimeStampsInATextExport) {
               "4120/3388     10:00:02.500000    2.500000         On \"b\"\n");
     EXPECT_EQ(ExportGaps(session.m_doc, rows, GapExportFormat::Csv).substr(43, 45),
               "\"4120/3388\",10:00:13.000000,10.500000,\"On c\"\n");
-    EXPECT_EQ(rows[0].Text(session.m_doc, 1), "10:00:13.000000    "); // what is shown stays
+    EXPECT_EQ(CellText(rows[0], 1, session.m_doc), "10:00:13.000000    "); // what is shown stays
 }
 
 TEST(GapExport, WritesOnlyItsHeaderWithoutGaps) {
@@ -246,18 +247,19 @@ TEST(GapRows, SortByTheirTimeStampsAsTextBeforeAndAfterATextExport) {
 TEST(FindRows, ShowSignedIdsOrTheUser) {
     const TestSession session(DebugLog({DebugLine("10:00:00.000000", "On x", "18753/-167733552")}));
     const FindRow row{RecordIndex{1}};
-    EXPECT_EQ(row.Text(session.m_doc, 0), "18753");
-    EXPECT_EQ(row.Text(session.m_doc, 1), "-167733552");
-    EXPECT_EQ(row.Text(session.m_doc, 2), "On x");
+    EXPECT_EQ(CellText(row, 0, session.m_doc), "18753");
+    EXPECT_EQ(CellText(row, 1, session.m_doc), "-167733552");
+    EXPECT_EQ(CellText(row, 2, session.m_doc), "On x");
     const TestSession jas(JASLog({JASLine("08:00:01,000", "ANNIKA", "x")}));
-    EXPECT_EQ(FindRow{RecordIndex{kJASLead}}.Text(jas.m_doc, 0), "ANNIKA");
+    EXPECT_EQ(CellText(FindRow{RecordIndex{kJASLead}}, 0, jas.m_doc), "ANNIKA");
 }
 
 #ifdef __GLIBC__
 // Hundreds of thousands of rows with messages of any length are numbers all the same.
 TEST(RecordSource, HoldsNoTexts) {
-    if (kSanitized)
+    if (kSanitized) {
         GTEST_SKIP() << "a sanitizer holds freed memory back";
+    }
     const std::string message(2000, 'x');
     const TestSession session(
         DebugLog({DebugLine("10:00:00.000000", "On a"), DebugLine("10:00:09.000000", "ERROR " + message)}));
@@ -291,23 +293,31 @@ TEST(RecordSource, HoldsNoTexts) {
 }
 #endif
 
-TEST(PaneColumns, HaveTheirTitlesAndWidths) {
-    const auto print = [](const std::vector<PaneColumn>& columns) {
-        std::string text;
-        for (const PaneColumn& column : columns) {
-            text.append(column.title).append(" ").append(std::to_string(column.width)).append("|");
-        }
-        return text;
-    };
-    EXPECT_EQ(print(BSFNRow::Columns()),
-              "Business Function 200|Calls 70|Total Time 100|Shortest 100|Longest 100|Average 100|");
-    EXPECT_EQ(print(TableRow::Columns()), "Table 200|Selects 70|Inserts 70|Updates 70|Deletes 70|");
-    EXPECT_EQ(print(TaskRow::Columns()), "Process/Thread 100|Task Type 70|Duration 100|Message 600|");
-    EXPECT_EQ(print(ErrorRow::Columns()), "Process/Thread 100|Error Type 70|Message 600|");
-    EXPECT_EQ(print(GapRow::Columns()), "Process/Thread 100|Time Stamp 120|Gap Duration 100|Message 600|");
-    EXPECT_EQ(print(FindRow::Columns()), "Process 60|Thread 60|Message 500|");
-    EXPECT_EQ(ProcessOrUserTitle(LOG_FORMAT_JAS), "User");
-    EXPECT_EQ(ProcessOrUserTitle(LOG_FORMAT_DEBUG), "Process/Thread");
+// "R": on the right; "-": the rows do not sort by it.
+template <class Row> std::string Printed() {
+    std::string text;
+    for (const CColumnSpec& column : SpecsOf(Row::Columns())) {
+        text.append(column.m_strTitle).append(" ").append(std::to_string(column.m_nWidth));
+        text.append(column.m_nAlign == EAlign::Right ? "R" : "").append(column.m_bSorts ? "|" : "-|");
+    }
+    return text;
+}
+
+TEST(PaneColumns, HaveTheirTitlesWidthsAndAlignmentsAndSortOrNot) {
+    EXPECT_EQ(Printed<BSFNRow>(),
+              "Business Function 200|Calls 70R|Total Time 100R|Shortest 100R|Longest 100R|Average 100R|");
+    EXPECT_EQ(Printed<TableRow>(), "Table 200|Selects 70R|Inserts 70R|Updates 70R|Deletes 70R|");
+    EXPECT_EQ(Printed<TaskRow>(), "Process/Thread 100|Task Type 70|Duration 100R|Message 600|");
+    EXPECT_EQ(Printed<ErrorRow>(), "Process/Thread 100|Error Type 70|Message 600|");
+    EXPECT_EQ(Printed<GapRow>(), "Process/Thread 100|Time Stamp 120|Gap Duration 100R|Message 600|");
+    EXPECT_EQ(Printed<FindRow>(), "Process 60-|Thread 60-|Message 500-|");
+}
+
+TEST(PaneColumns, NameTheUserFirstInAJASLog) {
+    EXPECT_EQ(OwnerTitle<ErrorRow>(LOG_FORMAT_JAS), "User");
+    EXPECT_EQ(OwnerTitle<ErrorRow>(LOG_FORMAT_DEBUG), "Process/Thread");
+    EXPECT_EQ(OwnerTitle<FindRow>(LOG_FORMAT_JAS), "User");
+    EXPECT_EQ(OwnerTitle<FindRow>(LOG_FORMAT_DEBUG), "Process");
 }
 
 } // namespace carvelot::test

@@ -39,64 +39,69 @@ std::map<std::uint32_t, CFakeProcess> s_mapProcesses;
 std::vector<CCall> s_listCalls;
 bool s_bCleared = true; // the promised part of every buffer was zero at every call
 
-template <typename TUnit> bool IsZero(const TUnit* pBuffer, std::size_t nBytes) {
-    const auto* pBytes = reinterpret_cast<const unsigned char*>(pBuffer);
-    return std::all_of(pBytes, pBytes + nBytes, [](unsigned char ch) { return ch == 0; });
+template <typename TUnit> bool IsZero(const TUnit* buffer, std::size_t size) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(buffer);
+    return std::all_of(bytes, bytes + size, [](unsigned char ch) { return ch == 0; });
 }
 
-std::int32_t FakeGetSetProcInfo(std::uint32_t nProcess, char16_t* pDebugFile, char16_t* pUser,
-                                char16_t* pEnvironment, char16_t* pScratch, std::int32_t nMode,
-                                std::int32_t* pTracing) {
-    s_listCalls.push_back({nProcess, nMode, *pTracing});
+std::int32_t FakeGetSetProcInfo(std::uint32_t id, char16_t* debugFile, char16_t* user, char16_t* environment,
+                                char16_t* scratch, std::int32_t mode, std::int32_t* tracing) {
+    s_listCalls.push_back({id, mode, *tracing});
     s_bCleared &=
-        IsZero(pDebugFile, 260) && IsZero(pUser, 22) && IsZero(pEnvironment, 22) && IsZero(pScratch, 512);
-    CFakeProcess& process = s_mapProcesses[nProcess];
-    std::fill_n(pScratch, 512, u'x');
-    if (process.m_mapStatus[nMode] != 0)
-        return process.m_mapStatus[nMode];
-    const auto copy = [](const std::u16string& strFrom, char16_t* pTo) {
-        std::copy_n(strFrom.c_str(), strFrom.size() + 1, pTo);
+        IsZero(debugFile, 260) && IsZero(user, 22) && IsZero(environment, 22) && IsZero(scratch, 512);
+    CFakeProcess& process = s_mapProcesses[id];
+    std::fill_n(scratch, 512, u'x');
+    if (process.m_mapStatus[mode] != 0) {
+        return process.m_mapStatus[mode];
+    }
+    const auto copy = [](const std::u16string& from, char16_t* to) {
+        std::copy_n(from.c_str(), from.size() + 1, to);
     };
-    if (nMode == TRACE_READ)
-        copy(process.m_strDebugFile, pDebugFile);
-    if (nMode == TRACE_IDENTITY) {
-        copy(process.m_strUser, pUser);
-        copy(process.m_strEnvironment, pEnvironment);
-        if (process.m_nIdentityTracing)
-            *pTracing = *process.m_nIdentityTracing;
+    if (mode == TRACE_READ) {
+        copy(process.m_strDebugFile, debugFile);
+    }
+    if (mode == TRACE_IDENTITY) {
+        copy(process.m_strUser, user);
+        copy(process.m_strEnvironment, environment);
+        if (process.m_nIdentityTracing) {
+            *tracing = *process.m_nIdentityTracing;
+        }
         return 0;
     }
-    if (nMode == TRACE_TOGGLE)
+    if (mode == TRACE_TOGGLE) {
         process.m_bTracing = !process.m_bTracing;
-    *pTracing = process.m_bTracing ? 7 : 0; // any number but 0 is on
+    }
+    *tracing = process.m_bTracing ? 7 : 0; // any number but 0 is on
     return 0;
 }
 
 class CFakeHost : public IProcessHost {
 public:
-    void ShowMessage(std::string_view strText) override {
-        m_listMessages.emplace_back(strText);
-        if (m_fnInBox)
+    void ShowMessage(std::string_view text) override {
+        m_listMessages.emplace_back(text);
+        if (m_fnInBox) {
             m_fnInBox();
+        }
     }
-    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override {
-        if (m_fnEnumerate)
-            return m_fnEnumerate(listProcesses);
-        listProcesses = m_listProcesses;
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) override {
+        if (m_fnEnumerate) {
+            return m_fnEnumerate(processes);
+        }
+        processes = m_listProcesses;
         return m_bEnumerates;
     }
     const std::vector<tagTraceApp>& TraceApps() const override { return m_listApps; }
     FGetSetProcInfo GetSetProcInfo() const override { return m_pfnGetSetProcInfo; }
-    void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                        std::int32_t nProcess) override {
-        m_listAnalyzed.push_back(strImageName + "|" + strDebugFile + "|" + std::to_string(nProcess));
+    void AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                        std::int32_t id) override {
+        m_listAnalyzed.push_back(imageName + "|" + debugFile + "|" + std::to_string(id));
     }
     void BeginRebuild() override { m_bDrawing = false; }
     void EndRebuild() override {
         m_bDrawing = true;
         ++m_nRebuilds;
     }
-    void RowChanged(std::size_t nRow) override { m_listChanged.push_back(nRow); }
+    void RowChanged(std::size_t row) override { m_listChanged.push_back(row); }
 
     std::vector<platform::ProcessEntry> m_listProcesses;
     std::vector<tagTraceApp> m_listApps = {{"fda.exe", true}};
@@ -120,13 +125,14 @@ protected:
     }
     ~ProcessListTest() override { EXPECT_TRUE(s_bCleared); }
 
-    std::vector<std::string> Column(int nColumn) const {
-        std::vector<std::string> listTexts;
-        for (std::size_t n = 0; n < m_list.RowCount(); ++n)
-            listTexts.push_back(m_list.Text(n, nColumn));
-        return listTexts;
+    std::vector<std::string> Column(int column) const {
+        std::vector<std::string> texts;
+        for (std::size_t n = 0; n < m_list.RowCount(); ++n) {
+            texts.push_back(m_list.Text(n, column));
+        }
+        return texts;
     }
-    static std::u16string Wide(const std::string& strAscii) { return {strAscii.begin(), strAscii.end()}; }
+    static std::u16string Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
 
     CFakeHost m_host;
     CProcessList m_list{m_host};
@@ -163,9 +169,10 @@ TEST_F(ProcessListTest, WithoutTheLibraryAProcessShowsUndeterminedAndNoBoxComesU
     m_host.m_pfnGetSetProcInfo = nullptr;
     m_list.RefreshProcessList();
     ASSERT_EQ(m_list.RowCount(), 1U);
-    const std::vector<std::string> listExpected = {"10", "fda.exe", "Off", "Undetermined", "-1", "", ""};
-    for (int nColumn = 0; nColumn < PROCESS_COLUMNS; ++nColumn)
-        EXPECT_EQ(m_list.Text(0, nColumn), listExpected[static_cast<std::size_t>(nColumn)]) << nColumn;
+    const std::vector<std::string> expected = {"10", "fda.exe", "Off", "Undetermined", "-1", "", ""};
+    for (int column = 0; column < PROCESS_COLUMNS; ++column) {
+        EXPECT_EQ(m_list.Text(0, column), expected[static_cast<std::size_t>(column)]) << column;
+    }
     EXPECT_THAT(m_host.m_listMessages, IsEmpty());
 }
 
@@ -178,14 +185,14 @@ TEST_F(ProcessListTest, RowsStandInTheSystemsOrderAndProcessZeroIsNeverAmongThem
 
 TEST_F(ProcessListTest, ARowShowsWhatTheLibraryTellsOfTheProcess) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("jdedebug.log", std::string(1'234'567, 'x'));
+    const std::string log = folder.Write("jdedebug.log", std::string(1'234'567, 'x'));
     m_host.m_listProcesses = {{10, "fda.exe"}};
-    s_mapProcesses[10] = {Wide(strLog), u"MÜLLER", u"DV920", true, {}, {}};
+    s_mapProcesses[10] = {Wide(log), u"MÜLLER", u"DV920", true, {}, {}};
     m_list.RefreshProcessList();
-    const std::vector<std::string> listExpected = {"10",        "fda.exe", "On",   strLog,
-                                                   "1,234,567", "MÜLLER",  "DV920"};
-    for (int nColumn = 0; nColumn < PROCESS_COLUMNS; ++nColumn)
-        EXPECT_EQ(m_list.Text(0, nColumn), listExpected[static_cast<std::size_t>(nColumn)]) << nColumn;
+    const std::vector<std::string> expected = {"10", "fda.exe", "On", log, "1,234,567", "MÜLLER", "DV920"};
+    for (int column = 0; column < PROCESS_COLUMNS; ++column) {
+        EXPECT_EQ(m_list.Text(0, column), expected[static_cast<std::size_t>(column)]) << column;
+    }
     EXPECT_THAT(s_listCalls, ElementsAre(CCall{10, TRACE_READ, 0}, CCall{10, TRACE_IDENTITY, 7}));
 }
 
@@ -234,8 +241,9 @@ TEST_F(ProcessListTest, TracingIsTheFlagAfterTheLastOfTheCallsWhoseResultIsNotEx
 
 TEST_F(ProcessListTest, AFailureOfOneProcessShowsABoxAndLeavesItsRowAsItWas) {
     m_host.m_listProcesses = {{10, "fda.exe"}, {20, "fda.exe"}, {30, "fda.exe"}};
-    for (const std::uint32_t nProcess : {10U, 20U, 30U})
-        s_mapProcesses[nProcess] = {u"log", u"MILA", u"DV", true, {}, {}};
+    for (const std::uint32_t id : {10U, 20U, 30U}) {
+        s_mapProcesses[id] = {u"log", u"MILA", u"DV", true, {}, {}};
+    }
     m_list.RefreshProcessList();
     s_mapProcesses[20].m_mapStatus[TRACE_READ] = -5;
     s_mapProcesses[20].m_bTracing = s_mapProcesses[30].m_bTracing = false;
@@ -257,8 +265,8 @@ TEST_F(ProcessListTest, AProcessThatFailsFromTheStartIsShownWithWhatIsKnown) {
 }
 
 TEST_F(ProcessListTest, ALibraryThatEndsNothingIsReadToTheBuffersEnd) {
-    const std::u16string strFull(22, u'Z');
-    EXPECT_EQ(BufferText(strFull.data(), 22), std::string(22, 'Z'));
+    const std::u16string full(22, u'Z');
+    EXPECT_EQ(BufferText(full.data(), 22), std::string(22, 'Z'));
     EXPECT_EQ(BufferText(u"C:\\\xD83D\xDE00.log", 9), "C:\\\xF0\x9F\x98\x80.log");
 }
 
@@ -345,16 +353,16 @@ TEST_F(ProcessListTest, ARefreshDuringTheBoxOfARefreshIsIgnored) {
 
 TEST_F(ProcessListTest, WithNothingSelectedNoCommandDoesAnything) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("log", "content");
+    const std::string log = folder.Write("log", "content");
     m_host.m_listProcesses = {{10, "fda.exe"}};
-    s_mapProcesses[10] = {Wide(strLog), u"MILA", u"DV", false, {}, {}};
+    s_mapProcesses[10] = {Wide(log), u"MILA", u"DV", false, {}, {}};
     m_list.RefreshProcessList();
-    const std::size_t nCalls = s_listCalls.size();
+    const std::size_t calls = s_listCalls.size();
     m_list.OnToggleTracing();
     m_list.OnTruncDebugFile();
     m_list.OnClearCaches();
     m_list.OnAnalyzeProcess();
-    EXPECT_EQ(s_listCalls.size(), nCalls);
+    EXPECT_EQ(s_listCalls.size(), calls);
     EXPECT_EQ(m_host.m_nRebuilds, 1);
     EXPECT_EQ(folder.Read("log"), "content");
     EXPECT_THAT(m_host.m_listMessages, IsEmpty());
@@ -363,8 +371,9 @@ TEST_F(ProcessListTest, WithNothingSelectedNoCommandDoesAnything) {
 
 TEST_F(ProcessListTest, ToggleOnThreeRowsOfWhichTheSecondFailsShowsOneBoxAndUpdatesTheOthers) {
     m_host.m_listProcesses = {{10, "fda.exe"}, {20, "fda.exe"}, {30, "fda.exe"}, {40, "fda.exe"}};
-    for (const std::uint32_t nProcess : {10U, 20U, 30U, 40U})
-        s_mapProcesses[nProcess] = {u"log", u"MILA", u"DV", false, {}, {}};
+    for (const std::uint32_t id : {10U, 20U, 30U, 40U}) {
+        s_mapProcesses[id] = {u"log", u"MILA", u"DV", false, {}, {}};
+    }
     m_list.RefreshProcessList();
     s_mapProcesses[20].m_mapStatus[TRACE_TOGGLE] = 12;
     s_mapProcesses[30].m_bTracing = true;
@@ -406,12 +415,12 @@ TEST_F(ProcessListTest, ToggleGoesOnSafelyWhenARefreshDuringItsBoxHasTakenTheRow
 
 TEST_F(ProcessListTest, TruncEmptiesAFileThatAnotherProcessHoldsOpenAndGoesOnWriting) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("jdedebug.log", "");
-    test::FileHelper helper(folder, strLog);
+    const std::string log = folder.Write("jdedebug.log", "");
+    test::FileHelper helper(folder, log);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append " + std::string(2000, 'x')));
     m_host.m_listProcesses = {{10, "fda.exe"}};
-    s_mapProcesses[10] = {Wide(strLog), u"MILA", u"DV", true, {}, {}};
+    s_mapProcesses[10] = {Wide(log), u"MILA", u"DV", true, {}, {}};
     m_list.RefreshProcessList();
     EXPECT_THAT(Column(COLUMN_FILE_SIZE), ElementsAre("2,001"));
     m_list.Select({0});
@@ -425,10 +434,10 @@ TEST_F(ProcessListTest, TruncEmptiesAFileThatAnotherProcessHoldsOpenAndGoesOnWri
 
 TEST_F(ProcessListTest, TruncRefreshesOnceForEachSelectedRowAndSaysNothingOfAFileItCannotOpen) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("log", "content");
+    const std::string log = folder.Write("log", "content");
     m_host.m_listProcesses = {{10, "fda.exe"}, {20, "fda.exe"}, {30, "fda.exe"}};
     s_mapProcesses[10] = {Wide(folder.Path("missing")), u"A", u"", false, {}, {}};
-    s_mapProcesses[20] = {Wide(strLog), u"B", u"", false, {}, {}};
+    s_mapProcesses[20] = {Wide(log), u"B", u"", false, {}, {}};
     s_mapProcesses[30] = {Wide(folder.Path()), u"C", u"", false, {}, {}};
     m_list.RefreshProcessList();
     EXPECT_THAT(Column(COLUMN_FILE_SIZE), ElementsAre("-1", "7", "-1"));
@@ -443,10 +452,10 @@ TEST_F(ProcessListTest, TruncRefreshesOnceForEachSelectedRowAndSaysNothingOfAFil
 
 TEST_F(ProcessListTest, TruncGoesOnWhenAProcessEndsDuringItsWalk) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("log", "content");
+    const std::string log = folder.Write("log", "content");
     m_host.m_listProcesses = {{10, "fda.exe"}, {20, "fda.exe"}};
-    s_mapProcesses[10] = {Wide(strLog), u"A", u"", false, {}, {}};
-    s_mapProcesses[20] = {Wide(strLog), u"B", u"", false, {}, {}};
+    s_mapProcesses[10] = {Wide(log), u"A", u"", false, {}, {}};
+    s_mapProcesses[20] = {Wide(log), u"B", u"", false, {}, {}};
     m_list.RefreshProcessList();
     m_list.Select({0, 1});
     m_host.m_listProcesses.clear();
@@ -459,8 +468,9 @@ TEST_F(ProcessListTest, TruncGoesOnWhenAProcessEndsDuringItsWalk) {
 TEST_F(ProcessListTest, AnalyzeOpensASessionForEachSelectedRowAlsoOfTheSameFile) {
     m_host.m_listApps.push_back({"oexplore.exe", true});
     m_host.m_listProcesses = {{10, "fda.exe"}, {20, "fda.exe"}, {30, "oexplore.exe"}};
-    for (const std::uint32_t nProcess : {10U, 20U, 30U})
-        s_mapProcesses[nProcess] = {u"same.log", u"MILA", u"DV", false, {}, {}};
+    for (const std::uint32_t id : {10U, 20U, 30U}) {
+        s_mapProcesses[id] = {u"same.log", u"MILA", u"DV", false, {}, {}};
+    }
     m_list.RefreshProcessList();
     m_list.Select({0, 2});
     m_list.OnAnalyzeProcess();

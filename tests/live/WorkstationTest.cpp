@@ -28,14 +28,14 @@ using testing::IsEmpty;
 
 class CLiveHost : public IProcessHost {
 public:
-    void ShowMessage(std::string_view strText) override { m_listMessages.emplace_back(strText); }
-    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override {
-        return platform::EnumerateProcesses(listProcesses);
+    void ShowMessage(std::string_view message) override { m_listMessages.emplace_back(message); }
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) override {
+        return platform::EnumerateProcesses(processes);
     }
     const std::vector<tagTraceApp>& TraceApps() const override { return m_listApps; }
     FGetSetProcInfo GetSetProcInfo() const override {
-        std::uint32_t nError = 0;
-        return reinterpret_cast<FGetSetProcInfo>(m_library.Symbol("SkelmondGetSetProcInfo", nError));
+        std::uint32_t error = 0;
+        return reinterpret_cast<FGetSetProcInfo>(m_library.Symbol("SkelmondGetSetProcInfo", error));
     }
     void AnalyzeProcess(const std::string&, const std::string&, std::int32_t) override {}
 
@@ -49,38 +49,39 @@ protected:
     WorkstationTest() { Bind(); }
 
     bool Bind() {
-        std::uint32_t nError = 0;
-        return m_host.m_library.Load(kCompanionLibrary, nError);
+        std::uint32_t error = 0;
+        return m_host.m_library.Load(kCompanionLibrary, error);
     }
-    SimulatedProcess& Start(const std::string& strName, const std::string& strOptions = {}) {
-        SimulatedProcess& process = m_workstation.Start(strName, strOptions);
+    SimulatedProcess& Start(const std::string& name, const std::string& options = {}) {
+        SimulatedProcess& process = m_workstation.Start(name, options);
         EXPECT_NE(process.Number(), 0U) << "it did not start";
         m_host.m_listApps.push_back({process.ImageName(), true});
         return process;
     }
     int RowOf(const SimulatedProcess& process) const {
         for (std::size_t n = 0; n < m_list.RowCount(); ++n) {
-            if (m_list.Text(n, COLUMN_PROCESS) == std::to_string(process.Number()))
+            if (m_list.Text(n, COLUMN_PROCESS) == std::to_string(process.Number())) {
                 return static_cast<int>(n);
+            }
         }
         return -1;
     }
-    std::string Text(const SimulatedProcess& process, int nColumn) const {
-        return m_list.Text(static_cast<std::size_t>(RowOf(process)), nColumn);
+    std::string Text(const SimulatedProcess& process, int column) const {
+        return m_list.Text(static_cast<std::size_t>(RowOf(process)), column);
     }
     // The handle of a process's cache as its log has it.
-    static std::string HandleOf(const SimulatedProcess& process, std::size_t nCache) {
+    static std::string HandleOf(const SimulatedProcess& process, std::size_t cache) {
         simulator::CStateFile file;
         simulator::CProcessState state;
         EXPECT_TRUE(file.Open(process.Number()) && file.Read(state));
         char text[20];
         std::snprintf(text, sizeof text, "%08llX",
-                      static_cast<unsigned long long>(state.m_caches[nCache].m_nHandle));
+                      static_cast<unsigned long long>(state.m_caches[cache].m_nHandle));
         return text;
     }
     FCacheFetch Fetch() const {
-        std::uint32_t nError = 0;
-        return reinterpret_cast<FCacheFetch>(m_host.m_library.Symbol("SkelmondCacheFetchProcessor", nError));
+        std::uint32_t error = 0;
+        return reinterpret_cast<FCacheFetch>(m_host.m_library.Symbol("SkelmondCacheFetchProcessor", error));
     }
 
     Workstation m_workstation;
@@ -131,12 +132,12 @@ TEST_F(WorkstationTest, ToggleSwitchesTheTracingOfTheProcessItself) {
     m_list.OnToggleTracing();
     EXPECT_EQ(Text(fda, COLUMN_TRACING), "On");
     ASSERT_TRUE(fda.Work(1));
-    const std::int32_t nSize = platform::SharedFileSize(fda.DebugFile());
-    EXPECT_GT(nSize, 1000);
+    const std::int32_t size = platform::SharedFileSize(fda.DebugFile());
+    EXPECT_GT(size, 1000);
     m_list.OnToggleTracing();
     EXPECT_EQ(Text(fda, COLUMN_TRACING), "Off");
     ASSERT_TRUE(fda.Work(1));
-    EXPECT_EQ(platform::SharedFileSize(fda.DebugFile()), nSize);
+    EXPECT_EQ(platform::SharedFileSize(fda.DebugFile()), size);
     m_list.RefreshProcessList();
     EXPECT_EQ(Text(fda, COLUMN_TRACING), "Off");
 }
@@ -151,10 +152,9 @@ TEST_F(WorkstationTest, TruncEmptiesTheLogThatTheProcessHoldsOpenAndGoesOnWritin
     EXPECT_EQ(Text(fda, COLUMN_FILE_SIZE), "0");
     ASSERT_TRUE(fda.Work(1));
     std::ifstream file(test::ToPath(fda.DebugFile()), std::ios::binary);
-    std::string strLine;
-    ASSERT_TRUE(std::getline(file, strLine));
-    EXPECT_NE(strLine.find("Entering JDB_InitUser"), std::string::npos)
-        << "the log begins anew, without a hole";
+    std::string line;
+    ASSERT_TRUE(std::getline(file, line));
+    EXPECT_NE(line.find("Entering JDB_InitUser"), std::string::npos) << "the log begins anew, without a hole";
 }
 
 TEST_F(WorkstationTest, AFailingEntryPointIsReportedForItsProcessOnly) {
@@ -180,16 +180,16 @@ TEST_F(WorkstationTest, ClearCacheClearsTheCachesOfTheSelectedProcesses) {
     SimulatedProcess& other = Start("other");
     ASSERT_TRUE(fda.Work(1));
     ASSERT_TRUE(other.Work(1));
-    const std::string strHandle = HandleOf(fda, 1);
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Live);
+    const std::string handle = HandleOf(fda, 1);
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Live);
     m_list.RefreshProcessList();
     m_list.Select({RowOf(fda)});
     m_list.OnClearCaches();
     EXPECT_THAT(m_host.m_listMessages, IsEmpty());
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Gone);
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Gone);
     EXPECT_EQ(ProbeCache(m_host.m_library, other.Number(), HandleOf(other, 1)), ECacheProbe::Live);
     ASSERT_TRUE(fda.Work(1));
-    EXPECT_NE(HandleOf(fda, 1), strHandle) << "the process makes its caches anew";
+    EXPECT_NE(HandleOf(fda, 1), handle) << "the process makes its caches anew";
     EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), HandleOf(fda, 1)), ECacheProbe::Live);
 }
 
@@ -248,86 +248,87 @@ TEST_F(WorkstationTest, AMissingEntryPointLeavesItsFeatureOut) {
 TEST_F(WorkstationTest, AStaleHandleAndAnEndedProcessAnswerNothing) {
     SimulatedProcess& fda = Start("fda");
     ASSERT_TRUE(fda.Work(1));
-    const std::string strHandle = HandleOf(fda, 1);
+    const std::string handle = HandleOf(fda, 1);
     EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), "DEAD"), ECacheProbe::Gone);
-    m_workstation.Switch("stale " + strHandle + "\n");
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Gone);
+    m_workstation.Switch("stale " + handle + "\n");
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Gone);
     m_workstation.Switch("");
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Live);
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Live);
     m_workstation.Switch("fail SkelmondCacheFetchProcessor 4\n");
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Gone);
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Gone);
     m_workstation.Switch("");
     fda.Kill();
-    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), strHandle), ECacheProbe::Gone);
+    EXPECT_EQ(ProbeCache(m_host.m_library, fda.Number(), handle), ECacheProbe::Gone);
 }
 
 TEST_F(WorkstationTest, AFetchServesEachRowOnceAfterItsOpening) {
     SimulatedProcess& fda = Start("fda");
     ASSERT_TRUE(fda.Work(1)); // order 1001 has three lines
-    const std::uint64_t nHandle = ParseCacheHandle(HandleOf(fda, 1));
+    const std::uint64_t handle = ParseCacheHandle(HandleOf(fda, 1));
     const FCacheFetch pfnFetch = Fetch();
     ASSERT_NE(pfnFetch, nullptr);
     constexpr std::int32_t kRowSize = 96; // the sum of the members of an order line
     unsigned char row[kRowSize] = {};
-    std::uint64_t nCursor = 55;
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 1), 0);
-    EXPECT_EQ(nCursor, 0U) << "opening serves no row";
-    std::vector<std::int32_t> listLines;
-    std::string strText;
-    std::uint32_t nError = 0;
+    std::uint64_t cursor = 55;
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 1), 0);
+    EXPECT_EQ(cursor, 0U) << "opening serves no row";
+    std::vector<std::int32_t> lines;
+    std::string message;
+    std::uint32_t error = 0;
     platform::CDynamicLibrary krnl;
-    ASSERT_TRUE(krnl.Load("jdekrnl.dll", nError));
+    ASSERT_TRUE(krnl.Load("jdekrnl.dll", error));
     const auto pfnFormat =
-        reinterpret_cast<std::int32_t (*)(char16_t*, const void*)>(krnl.Symbol("FormatMathNumeric", nError));
+        reinterpret_cast<std::int32_t (*)(char16_t*, const void*)>(krnl.Symbol("FormatMathNumeric", error));
     ASSERT_NE(pfnFormat, nullptr);
     for (;;) {
-        ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 0), 0);
-        if (nCursor == 0)
+        ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 0), 0);
+        if (cursor == 0) {
             break;
-        std::int32_t nLine = 0;
-        std::memcpy(&nLine, row + 22 + 50 + 6, sizeof nLine);
-        listLines.push_back(nLine);
+        }
+        std::int32_t line = 0;
+        std::memcpy(&line, row + 22 + 50 + 6, sizeof line);
+        lines.push_back(line);
         char16_t text[64] = {};
         pfnFormat(text, row + 22);
-        strText = BufferText(text);
+        message = BufferText(text);
     }
-    EXPECT_THAT(listLines, ElementsAre(1, 2, 3));
-    EXPECT_EQ(strText, "408.86"); // of the last line: (1001 * 37 + 3 * 1250 + 99) / 100
+    EXPECT_THAT(lines, ElementsAre(1, 2, 3));
+    EXPECT_EQ(message, "408.86"); // of the last line: (1001 * 37 + 3 * 1250 + 99) / 100
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(row) + 82, 3), "520");
 
     // A cache that goes away in the middle.
     char stale[40];
-    std::snprintf(stale, sizeof stale, "stale %08llX 1\n", static_cast<unsigned long long>(nHandle));
+    std::snprintf(stale, sizeof stale, "stale %08llX 1\n", static_cast<unsigned long long>(handle));
     m_workstation.Switch(stale);
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 1), 0);
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 0), 0);
-    EXPECT_EQ(nCursor, 1U);
-    EXPECT_NE(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 0), 0);
-    EXPECT_EQ(nCursor, 0U);
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 1), 0);
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 0), 0);
+    EXPECT_EQ(cursor, 1U);
+    EXPECT_NE(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 0), 0);
+    EXPECT_EQ(cursor, 0U);
     m_workstation.Switch("");
 
     // A row buffer that is too small gets what fits.
     unsigned char small[30] = {};
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, small, 20, 1), 0);
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, small, 20, 0), 0);
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, small, 20, 1), 0);
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, small, 20, 0), 0);
     EXPECT_EQ(small[20], 0);
 
     // The process dies between two rows.
-    ASSERT_EQ(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 1), 0);
+    ASSERT_EQ(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 1), 0);
     fda.Kill();
-    EXPECT_NE(pfnFetch(fda.Number(), nHandle, &nCursor, row, kRowSize, 0), 0);
-    EXPECT_EQ(nCursor, 0U);
+    EXPECT_NE(pfnFetch(fda.Number(), handle, &cursor, row, kRowSize, 0), 0);
+    EXPECT_EQ(cursor, 0U);
 }
 
 TEST_F(WorkstationTest, AProcessKilledInTheMiddleOfItsWorkHarmsNobody) {
-    for (int nTry = 0; nTry < 5; ++nTry) {
-        SimulatedProcess& fda = Start("fda" + std::to_string(nTry) + "-", "--tracing");
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        SimulatedProcess& fda = Start("fda" + std::to_string(attempt) + "-", "--tracing");
         ASSERT_TRUE(fda.Work(1));
         m_list.RefreshProcessList();
         m_list.Select({RowOf(fda)});
-        const std::uint64_t nHandle = ParseCacheHandle(HandleOf(fda, 1));
+        const std::uint64_t handle = ParseCacheHandle(HandleOf(fda, 1));
         fda.Order(200);
-        std::this_thread::sleep_for(std::chrono::milliseconds(nTry * 2));
+        std::this_thread::sleep_for(std::chrono::milliseconds(attempt * 2));
         fda.Kill();
         // The row of before is still selected: every command meets a process that is no more.
         m_host.m_listMessages.clear();
@@ -335,9 +336,9 @@ TEST_F(WorkstationTest, AProcessKilledInTheMiddleOfItsWorkHarmsNobody) {
         m_list.OnClearCaches();
         EXPECT_THAT(m_host.m_listMessages, ElementsAre("Error SkelmondGetSetProcInfo returned: 1",
                                                        "Error SkelmondClearCache returned: 1"));
-        std::uint64_t nCursor = 0;
+        std::uint64_t cursor = 0;
         unsigned char row[96];
-        EXPECT_NE(Fetch()(fda.Number(), nHandle, &nCursor, row, 96, 1), 0);
+        EXPECT_NE(Fetch()(fda.Number(), handle, &cursor, row, 96, 1), 0);
         EXPECT_GT(platform::SharedFileSize(fda.DebugFile()), 0);
         m_list.OnTruncDebugFile();
         EXPECT_EQ(platform::SharedFileSize(fda.DebugFile()), 0);
@@ -369,9 +370,9 @@ TEST_F(WorkstationTest, TheLogOfAProcessIsAnalysedToItsCallsTablesAndLiveCaches)
 }
 
 TEST_F(WorkstationTest, FormatMathNumericReadsWhatTheCachesHold) {
-    const auto text = [](std::int64_t nNumber, int nDecimals) {
+    const auto text = [](std::int64_t number, int decimals) {
         simulator::CRow row;
-        simulator::AddMathNumeric(row, nNumber, nDecimals);
+        simulator::AddMathNumeric(row, number, decimals);
         EXPECT_EQ(row.size(), 50U);
         return simulator::MathNumericText(row.data());
     };

@@ -129,8 +129,9 @@ TEST(AtomicFile, NamesBeyondAsciiAndOfTheGreatestLengthWork) {
 TEST(AtomicFile, AProtectedFileFailsAndStays) {
     TestFolder folder;
     const std::string path = folder.Write("file", "old");
-    if (!folder.Protect("file"))
+    if (!folder.Protect("file")) {
         GTEST_SKIP() << "this user may write everything";
+    }
     int error = 0;
     EXPECT_FALSE(AtomicFile::Create(path, &error));
     EXPECT_NE(error, 0);
@@ -235,8 +236,9 @@ TEST(AtomicFile, APipeIsWrittenDirectly) {
     std::thread reader([&] {
         const int file = open(path.c_str(), O_RDONLY);
         char buffer[4096];
-        for (ssize_t count; (count = read(file, buffer, sizeof buffer)) > 0;)
+        for (ssize_t count; (count = read(file, buffer, sizeof buffer)) > 0;) {
             received.append(buffer, static_cast<std::size_t>(count));
+        }
         close(file);
     });
     AtomicFile file = AtomicFile::Create(path);

@@ -30,11 +30,13 @@ TEST(CaseFold, WhatHasNoSingleUpperCaseLetterStays) {
 TEST(CaseFold, CharactersAboveTheBasicPlaneAndHalvesOfPairsStay) {
     EXPECT_EQ(ToUpper(U'\U00010428'), U'\U00010428');
     EXPECT_EQ(ToUpper(U'\U0001F600'), U'\U0001F600');
-    for (char32_t half = 0xD800; half <= 0xDFFF; ++half)
+    for (char32_t half = 0xD800; half <= 0xDFFF; ++half) {
         EXPECT_EQ(ToUpper(half), half);
+    }
 }
 
 TEST(CaseFold, FoldingAFoldedCharacterChangesNothing) {
-    for (char32_t character = 0; character < 0x10000; ++character)
+    for (char32_t character = 0; character < 0x10000; ++character) {
         EXPECT_EQ(ToUpper(ToUpper(character)), ToUpper(character)) << static_cast<unsigned>(character);
+    }
 }

@@ -25,13 +25,15 @@ TEST(CodePage, AsciiEndsAt127WhereverTheByteStands) {
 
 TEST(CodePage, StrictUtf8KnowsNoOverlongFormNoSurrogateAndNothingBeyondUnicode) {
     for (const char* good : {"", "a", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
-                             "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "12345678\xC3\xA4"})
+                             "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF", "12345678\xC3\xA4"}) {
         EXPECT_TRUE(IsValidUtf8(good)) << good;
+    }
     for (const char* bad :
          {"\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC2", "\xC2z", "\xE0\x9F\xBF", "\xE0\xA0", "\xED\xA0\x80",
           "\xED\xBF\xBF", "\xF0\x8F\xBF\xBF", "\xF0\x90\x80", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFE",
-          "\xFF", "12345678\xC3", "\xC3\xC3"})
+          "\xFF", "12345678\xC3", "\xC3\xC3"}) {
         EXPECT_FALSE(IsValidUtf8(bad)) << bad;
+    }
 }
 
 #ifndef _WIN32

@@ -68,8 +68,9 @@ TEST(LocalTime, IsTheMomentWhereTheUserIs) {
         const LocalTime time = LocalTimeOf(moment);
         std::string result;
         for (const int part : {time.m_nYear, time.m_nMonth, time.m_nDay, time.m_nHour, time.m_nMinute,
-                               time.m_nSecond, time.m_nMillisecond})
+                               time.m_nSecond, time.m_nMillisecond}) {
             result += std::to_string(part) + " ";
+        }
         return result;
     };
     EXPECT_EQ(text("UTC0"), "2024 2 29 23 59 59 678 ");

@@ -14,8 +14,9 @@ using Names = std::vector<std::string>;
 // Sorted, because a folder's own order is nobody's promise.
 Names Find(const TestFolder& folder, std::string_view mask) {
     Names names;
-    for (const DirectoryEntry& entry : EnumerateDirectory(folder.Path(), mask))
+    for (const DirectoryEntry& entry : EnumerateDirectory(folder.Path(), mask)) {
         names.push_back(entry.m_strName);
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -25,8 +26,9 @@ Names Find(const TestFolder& folder, std::string_view mask) {
 TEST(Directory, AMaskMatchesWithoutCaseAndAnyExtensionIsAlsoNone) {
     const TestFolder folder;
     for (const char* name :
-         {"glbltbl.xdb", "GLBLTBL.ddb", "glbltbl", "glbltbl2.xdb", "dddict.xdb", "xglbltbl.xdb"})
+         {"glbltbl.xdb", "GLBLTBL.ddb", "glbltbl", "glbltbl2.xdb", "dddict.xdb", "xglbltbl.xdb"}) {
         folder.Write(name, "");
+    }
     EXPECT_EQ(Find(folder, "glbltbl.*"), (Names{"GLBLTBL.ddb", "glbltbl", "glbltbl.xdb"}));
     EXPECT_EQ(Find(folder, "DDDICT.*"), Names{"dddict.xdb"});
     EXPECT_EQ(Find(folder, "ddtext.*"), Names{});
@@ -46,8 +48,9 @@ TEST(Directory, AnEntryTellsWhetherItIsAFolderAndItsSize) {
     std::filesystem::create_directory(ToPath(folder.Path("folder")));
     std::vector<DirectoryEntry> entries = EnumerateDirectory(folder.Path(), "*");
     ASSERT_EQ(entries.size(), 2u) << "the folder itself and the one above are not among them";
-    if (entries[0].m_bDirectory)
+    if (entries[0].m_bDirectory) {
         std::swap(entries[0], entries[1]);
+    }
     EXPECT_EQ(entries[0].m_strName, "file");
     EXPECT_FALSE(entries[0].m_bDirectory);
     EXPECT_EQ(entries[0].m_nSize, 12'345u);
@@ -61,8 +64,9 @@ TEST(Directory, AFileOf2GiBAndMoreHasItsWholeSize) {
     const std::string path = folder.Write("file", "");
     std::error_code error;
     std::filesystem::resize_file(ToPath(path), std::uintmax_t{0x180000000}, error);
-    if (error)
+    if (error) {
         GTEST_SKIP() << "no room for a sparse file of 6 GiB: " << error.message();
+    }
     ASSERT_EQ(EnumerateDirectory(folder.Path(), "file").size(), 1u);
     EXPECT_EQ(EnumerateDirectory(folder.Path(), "file")[0].m_nSize, std::uint64_t{0x180000000});
 }

@@ -18,11 +18,12 @@ namespace {
 
 #ifndef _WIN32
 // The path of a library that this program has loaded.
-std::string LoadedLibrary(const std::string& strPart) {
+std::string LoadedLibrary(const std::string& part) {
     std::ifstream maps("/proc/self/maps");
-    for (std::string strLine; std::getline(maps, strLine);) {
-        if (strLine.find(strPart) != std::string::npos)
-            return strLine.substr(strLine.find('/'));
+    for (std::string line; std::getline(maps, line);) {
+        if (line.find(part) != std::string::npos) {
+            return line.substr(line.find('/'));
+        }
     }
     return {};
 }
@@ -30,28 +31,28 @@ std::string LoadedLibrary(const std::string& strPart) {
 
 TEST(DynamicLibrary, AMissingLibraryIsError126) {
     CDynamicLibrary library;
-    std::uint32_t nError = 0;
-    EXPECT_FALSE(library.Load("NoSuchLibrary.DLL", nError));
-    EXPECT_EQ(nError, 126U);
+    std::uint32_t error = 0;
+    EXPECT_FALSE(library.Load("NoSuchLibrary.DLL", error));
+    EXPECT_EQ(error, 126U);
     EXPECT_FALSE(library.IsLoaded());
 }
 
 TEST(DynamicLibrary, AMissingEntryPointIsError127) {
     CDynamicLibrary library;
-    std::uint32_t nError = 0;
+    std::uint32_t error = 0;
 #ifdef _WIN32
-    ASSERT_TRUE(library.Load("kernel32.dll", nError));
+    ASSERT_TRUE(library.Load("kernel32.dll", error));
 #else
     // A library of the system under the name that a companion would have.
     const test::TestFolder folder;
     std::filesystem::create_symlink(LoadedLibrary("/libc.so"), test::ToPath(folder.Path("Companion.so")));
     const test::EnvironmentGuard guard("CARVELOT_LIBRARY_DIR", folder.Path().c_str());
-    ASSERT_TRUE(library.Load("Companion.DLL", nError));
-    EXPECT_NE(library.Symbol("malloc", nError), nullptr);
+    ASSERT_TRUE(library.Load("Companion.DLL", error));
+    EXPECT_NE(library.Symbol("malloc", error), nullptr);
 #endif
-    EXPECT_EQ(nError, 0U);
-    EXPECT_EQ(library.Symbol("NoSuchEntryPoint", nError), nullptr);
-    EXPECT_EQ(nError, 127U);
+    EXPECT_EQ(error, 0U);
+    EXPECT_EQ(library.Symbol("NoSuchEntryPoint", error), nullptr);
+    EXPECT_EQ(error, 127U);
 }
 
 #ifdef _WIN32
@@ -64,17 +65,17 @@ TEST(DynamicLibrary, ALibraryInTheCurrentFolderIsNotLoaded) {
     std::filesystem::current_path(test::ToPath(folder.Path()));
     const std::string path = std::getenv("PATH");
     CDynamicLibrary library;
-    std::uint32_t nError = 0;
+    std::uint32_t error = 0;
     for (const char* entries : {"", ";.", ";.\\;;\"\""}) {
         const test::EnvironmentGuard guard("PATH", (path + entries).c_str());
-        EXPECT_FALSE(library.Load("Planted.dll", nError)) << entries;
-        EXPECT_EQ(nError, 126U);
+        EXPECT_FALSE(library.Load("Planted.dll", error)) << entries;
+        EXPECT_EQ(error, 126U);
     }
     // Nor by the system, which looks for what a library needs.
     EXPECT_EQ(LoadLibraryW(L"Planted.dll"), nullptr);
     {
         const test::EnvironmentGuard guard("PATH", (path + ";\"" + folder.Path() + "\"").c_str());
-        EXPECT_TRUE(library.Load("Planted.dll", nError)) << "a folder of PATH is one of the places";
+        EXPECT_TRUE(library.Load("Planted.dll", error)) << "a folder of PATH is one of the places";
         library.Free();
     }
     std::filesystem::current_path(before);

@@ -23,8 +23,9 @@ std::string NameOf(std::uint32_t process) {
     std::vector<ProcessEntry> processes;
     EXPECT_TRUE(EnumerateProcesses(processes));
     for (const ProcessEntry& entry : processes) {
-        if (entry.m_nProcess == process)
+        if (entry.m_nProcess == process) {
             return entry.m_strImageName;
+        }
     }
     return {};
 }
@@ -46,8 +47,9 @@ public:
         std::filesystem::copy_file(CARVELOT_FILE_HELPER, m_program);
         arguments.insert(arguments.begin() + 1, {folder.Path("mark"), folder.Path("log")});
         std::vector<char*> words;
-        for (std::string& argument : arguments)
+        for (std::string& argument : arguments) {
             words.push_back(argument.data());
+        }
         words.push_back(nullptr);
         int pipes[2];
         EXPECT_EQ(pipe(pipes), 0);
@@ -62,8 +64,9 @@ public:
         close(pipes[0]);
         m_input = pipes[1];
         EXPECT_EQ(write(m_input, "open\n", 5), 5);
-        for (int wait = 0; wait < 30000 && !folder.Exists("mark.1"); ++wait)
+        for (int wait = 0; wait < 30000 && !folder.Exists("mark.1"); ++wait) {
             usleep(1000);
+        }
     }
     ~Running() { End(); }
     void End() {

@@ -67,11 +67,13 @@ std::u16string MakeText(Dice& dice) {
             text.append(dice.One(kBlanks)).append(dice.One(kValues));
         }
         text += dice.One(kBlanks);
-        if (line + 1 < lines || dice.Below(2) == 0)
+        if (line + 1 < lines || dice.Below(2) == 0) {
             text += dice.Below(8) == 0 ? dice.One(kLineEnds) : lineEnd;
+        }
     }
-    if (dice.Below(8) == 0)
+    if (dice.Below(8) == 0) {
         text += u'\x1A';
+    }
     return text;
 }
 
@@ -104,10 +106,11 @@ std::string Shown(std::string_view text) {
     for (const char character : text) {
         constexpr std::string_view kDigits = "0123456789ABCDEF";
         const auto byte = static_cast<unsigned char>(character);
-        if (byte >= 0x20)
+        if (byte >= 0x20) {
             shown.push_back(character);
-        else
+        } else {
             shown.append({'\\', kDigits[byte >> 4], kDigits[byte & 15]});
+        }
     }
     return shown + ">";
 }
@@ -122,8 +125,9 @@ std::string Answers(std::uint32_t seed, const TestFolder& folder) {
     const std::size_t units = 1 + dice.Below(24);
     for (const std::size_t buffer : {std::size_t{1024}, units}) {
         answers << head << "sections " << buffer << ':';
-        for (const std::string& name : ReadProfileSections(buffer, file))
+        for (const std::string& name : ReadProfileSections(buffer, file)) {
             answers << ' ' << Shown(name);
+        }
         answers << '\n';
     }
     for (int query = 0; query < 12; ++query) {
@@ -142,8 +146,9 @@ std::string Answers(std::uint32_t seed, const TestFolder& folder) {
 TEST(ProfileAnswers, AreThoseOfTheProfileCalls) {
     const TestFolder folder;
     std::ostringstream all;
-    for (std::uint32_t seed = 1; seed <= kFiles; ++seed)
+    for (std::uint32_t seed = 1; seed <= kFiles; ++seed) {
         all << Answers(seed, folder);
+    }
     if (const char* const record = std::getenv("CARVELOT_RECORD")) {
         std::ofstream(record, std::ios::binary) << all.str();
         GTEST_SKIP() << "recorded " << record;

@@ -243,8 +243,9 @@ TEST(ProfileFile, OnWindowsABareNameIsAFileOfTheWindowsFolder) {
 TEST(ProfileFile, OnWindowsBytesWithoutAMarkAreOfTheAnsiCodePage) {
     const TestFolder folder;
     const std::string file = folder.Write("f.ini", "[A]\nold=\xFC\nnew=\xC3\xBC\n");
-    if (GetACP() != 1252)
+    if (GetACP() != 1252) {
         GTEST_SKIP() << "the bytes are other letters in code page " << GetACP();
+    }
     EXPECT_EQ(Read(file, "A", "old"), "\xC3\xBC");
     EXPECT_EQ(Read(file, "A", "new"), "\xC3\x83\xC2\xBC");
 }

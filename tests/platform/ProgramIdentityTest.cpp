@@ -6,12 +6,13 @@ using namespace carvelot;
 
 TEST(ProgramIdentity, TheIdentifierThatWasSetIsTheProcesss) {
     platform::SetProgramIdentifier("Tamrisk.Carvelot.Test");
-    const std::string strFound = platform::ProgramIdentifier();
+    const std::string found = platform::ProgramIdentifier();
 #ifdef _WIN32
-    if (strFound.empty())
+    if (found.empty()) {
         GTEST_SKIP() << "Wine takes an identifier and does not give it back";
-    EXPECT_EQ(strFound, "Tamrisk.Carvelot.Test");
+    }
+    EXPECT_EQ(found, "Tamrisk.Carvelot.Test");
 #else
-    EXPECT_EQ(strFound, "");
+    EXPECT_EQ(found, "");
 #endif
 }

@@ -43,11 +43,11 @@ TEST(Registry, NumbersAndTextsKeepTheirTypes) {
 TEST(Registry, TextsOfAnyKindComeBackAsTheyWere) {
     const SettingsStore store;
     CRegistryKey key = SettingsStore::Key(kKey);
-    const std::string strOdd = "C:\\logs\\\"quoted\" = [x]\nsecond line\t; # \xC3\xA4\xE2\x82\xAC";
-    key.SetString("a \"name\" \\ =", strOdd);
+    const std::string odd = "C:\\logs\\\"quoted\" = [x]\nsecond line\t; # \xC3\xA4\xE2\x82\xAC";
+    key.SetString("a \"name\" \\ =", odd);
     CRegValue value;
     ASSERT_EQ(key.QueryValue("a \"name\" \\ =", value), ERegStatus::Ok);
-    EXPECT_EQ(value.m_strText, strOdd);
+    EXPECT_EQ(value.m_strText, odd);
 }
 
 TEST(Registry, NamesCompareWithoutCase) {
@@ -55,32 +55,32 @@ TEST(Registry, NamesCompareWithoutCase) {
     CRegistryKey key = SettingsStore::Key(kKey);
     key.SetDword("Rate", 1);
     key.SetDword("RATE", 2);
-    std::uint32_t nNumber = 0;
-    EXPECT_EQ(key.QueryRaw32("rate", nNumber), ERegStatus::Ok);
-    EXPECT_EQ(nNumber, 2U);
-    std::string strName;
-    EXPECT_TRUE(key.EnumRaw32(0, strName, nNumber));
-    EXPECT_FALSE(key.EnumRaw32(1, strName, nNumber));
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 2U);
+    std::string name;
+    EXPECT_TRUE(key.EnumRaw32(0, name, number));
+    EXPECT_FALSE(key.EnumRaw32(1, name, number));
 }
 
 TEST(Registry, AFourByteQueryLeavesItsNumberAloneWhenTheValueIsLonger) {
     const SettingsStore store;
     CRegistryKey key = SettingsStore::Key(kKey);
     key.SetString("Rate", "ten");
-    std::uint32_t nNumber = 7;
-    EXPECT_EQ(key.QueryRaw32("Rate", nNumber), ERegStatus::Failed);
-    EXPECT_EQ(nNumber, 7U);
-    std::string strName;
-    EXPECT_FALSE(key.EnumRaw32(0, strName, nNumber));
+    std::uint32_t number = 7;
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Failed);
+    EXPECT_EQ(number, 7U);
+    std::string name;
+    EXPECT_FALSE(key.EnumRaw32(0, name, number));
 }
 
 TEST(Registry, AFourByteQueryReadsTheBytesOfAShortText) {
     const SettingsStore store;
     CRegistryKey key = SettingsStore::Key(kKey);
     key.SetString("One", "1");
-    std::uint32_t nNumber = 7;
-    EXPECT_EQ(key.QueryRaw32("One", nNumber), ERegStatus::Ok);
-    EXPECT_EQ(nNumber, std::uint32_t{'1'});
+    std::uint32_t number = 7;
+    EXPECT_EQ(key.QueryRaw32("One", number), ERegStatus::Ok);
+    EXPECT_EQ(number, std::uint32_t{'1'});
 }
 
 TEST(Registry, DeletedContentTakesTheKeysBelowAlongAndTheKeyCanBeWrittenAgain) {
@@ -90,9 +90,9 @@ TEST(Registry, DeletedContentTakesTheKeysBelowAlongAndTheKeyCanBeWrittenAgain) {
     SettingsStore::Key("Software\\Tamrisk\\Carvelot\\Test\\Below").SetDword("x", 1);
     EXPECT_TRUE(key.DeleteContent());
     EXPECT_TRUE(key.SetDword("New", 5));
-    std::uint32_t nNumber = 0;
-    EXPECT_EQ(key.QueryRaw32("Old", nNumber), ERegStatus::NotFound);
-    EXPECT_EQ(key.QueryRaw32("New", nNumber), ERegStatus::Ok);
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Old", number), ERegStatus::NotFound);
+    EXPECT_EQ(key.QueryRaw32("New", number), ERegStatus::Ok);
     CRegistryKey below;
     EXPECT_FALSE(
         below.Open(ERegRoot::CurrentUser, "Software\\Tamrisk\\Carvelot\\Test\\Below", ERegAccess::Read));
@@ -103,15 +103,17 @@ TEST(Registry, DeletedContentTakesTheKeysBelowAlongAndTheKeyCanBeWrittenAgain) {
 TEST(Registry, ValuesAreEnumeratedInTheOrderInWhichTheyWereMade) {
     const SettingsStore store;
     CRegistryKey key = SettingsStore::Key(kKey);
-    for (const char* pszName : {"zeta.exe", "Alpha.exe", "mid.exe"})
-        key.SetDword(pszName, 1);
+    for (const char* added : {"zeta.exe", "Alpha.exe", "mid.exe"}) {
+        key.SetDword(added, 1);
+    }
     key.SetDword("Alpha.exe", 0);
-    std::string strOrder;
-    std::string strName;
-    std::uint32_t nNumber = 9;
-    for (std::size_t n = 0; key.EnumRaw32(n, strName, nNumber); ++n)
-        strOrder += strName + "=" + std::to_string(nNumber) + " ";
-    EXPECT_EQ(strOrder, "zeta.exe=1 Alpha.exe=0 mid.exe=1 ");
+    std::string order;
+    std::string name;
+    std::uint32_t number = 9;
+    for (std::size_t n = 0; key.EnumRaw32(n, name, number); ++n) {
+        order += name + "=" + std::to_string(number) + " ";
+    }
+    EXPECT_EQ(order, "zeta.exe=1 Alpha.exe=0 mid.exe=1 ");
 }
 
 TEST(Registry, TheStoreIsAReadableFileWithKeysAsSections) {
@@ -119,41 +121,41 @@ TEST(Registry, TheStoreIsAReadableFileWithKeysAsSections) {
     CRegistryKey key = SettingsStore::Key(kKey);
     key.SetDword("Rate", 10);
     key.SetString("Font", "Courier \"New\"");
-    const std::string strFile = store.Folder().Read("registry.ini");
-    EXPECT_NE(strFile.find("[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
-                           "\"Rate\"=dword:0000000a\n\"Font\"=\"Courier \\\"New\\\"\"\n"),
+    const std::string file = store.Folder().Read("registry.ini");
+    EXPECT_NE(file.find("[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
+                        "\"Rate\"=dword:0000000a\n\"Font\"=\"Courier \\\"New\\\"\"\n"),
               std::string::npos);
 }
 
 TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite) {
     const SettingsStore store;
-    const std::string strDamaged =
+    const std::string damaged =
         "nonsense\n\"before any key\"=dword:1\n"
         "[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
         "\"Rate\"=dword:zz\n\"Rate=dword:1\n\"Good\"=dword:00000005\n\"Cut\"=\"no end";
-    store.Folder().Write("registry.ini", strDamaged);
+    store.Folder().Write("registry.ini", damaged);
     CRegistryKey key;
     ASSERT_TRUE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Full));
-    std::uint32_t nNumber = 0;
-    EXPECT_EQ(key.QueryRaw32("Good", nNumber), ERegStatus::Ok);
-    EXPECT_EQ(nNumber, 5U);
-    EXPECT_EQ(key.QueryRaw32("Rate", nNumber), ERegStatus::NotFound);
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Good", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 5U);
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::NotFound);
     key.SetDword("Rate", 3);
-    EXPECT_EQ(store.Folder().Read("registry.ini.damaged"), strDamaged);
+    EXPECT_EQ(store.Folder().Read("registry.ini.damaged"), damaged);
     EXPECT_EQ(store.Folder().Read("registry.ini").find("nonsense"), std::string::npos);
 }
 
 TEST(Registry, AFileThatCannotBeReadLeavesAStoreForTheRun) {
     const test::TestFolder folder;
-    const std::string strFolderInItsPlace = folder.Path();
-    const test::EnvironmentGuard guard("CARVELOT_REGISTRY", strFolderInItsPlace.c_str());
+    const std::string folderInItsPlace = folder.Path();
+    const test::EnvironmentGuard guard("CARVELOT_REGISTRY", folderInItsPlace.c_str());
     CRegistryKey key;
     EXPECT_FALSE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Read));
     ASSERT_TRUE(key.Create(ERegRoot::CurrentUser, kKey));
     EXPECT_TRUE(key.SetDword("Rate", 10));
-    std::uint32_t nNumber = 0;
-    EXPECT_EQ(key.QueryRaw32("Rate", nNumber), ERegStatus::Ok);
-    EXPECT_EQ(nNumber, 10U);
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 10U);
 }
 
 TEST(Registry, AWriteLeavesNothingBesideTheFile) {
@@ -168,9 +170,9 @@ TEST(Registry, TwoKeysThatAreOpenAtOnceSeeEachOthersValues) {
     CRegistryKey two = SettingsStore::Key(kKey);
     one.SetDword("A", 1);
     two.SetDword("B", 2);
-    std::uint32_t nNumber = 0;
-    EXPECT_EQ(one.QueryRaw32("B", nNumber), ERegStatus::Ok);
-    EXPECT_EQ(two.QueryRaw32("A", nNumber), ERegStatus::Ok);
+    std::uint32_t number = 0;
+    EXPECT_EQ(one.QueryRaw32("B", number), ERegStatus::Ok);
+    EXPECT_EQ(two.QueryRaw32("A", number), ERegStatus::Ok);
 }
 
 #endif

@@ -117,14 +117,17 @@ TEST(SharedFile, NamesBeyondAsciiAreUtf8) {
 TEST(SharedFile, PathsLongerThan260CharactersOpen) {
     const TestFolder folder;
     std::string path = folder.Path();
-    for (int depth = 0; depth < 6; ++depth)
+    for (int depth = 0; depth < 6; ++depth) {
         path += "/" + std::string(60, static_cast<char>('a' + depth));
+    }
 #ifdef _WIN32
     // The library of the test's own file calls stops at 260 characters.
     std::string prefixed = "\\\\?\\" + path;
-    for (char& character : prefixed)
-        if (character == '/')
+    for (char& character : prefixed) {
+        if (character == '/') {
             character = '\\';
+        }
+    }
     std::filesystem::create_directories(ToPath(prefixed));
 #else
     std::filesystem::create_directories(ToPath(path));
@@ -265,8 +268,9 @@ TEST(SharedFileSize, IsMinusOneFrom2GiBOn) {
     const std::string path = folder.Write("log", "");
     std::error_code error;
     std::filesystem::resize_file(ToPath(path), std::uintmax_t{0x7FFFFFFF}, error);
-    if (error)
+    if (error) {
         GTEST_SKIP() << "no room for a sparse file of 2 GiB: " << error.message();
+    }
     EXPECT_EQ(SharedFileSize(path), std::numeric_limits<std::int32_t>::max());
     std::filesystem::resize_file(ToPath(path), std::uintmax_t{0x80000000}, error);
     ASSERT_FALSE(error);
@@ -277,8 +281,9 @@ TEST(SharedFileSize, IsMinusOneFrom2GiBOn) {
 TEST(SharedFileSize, OfAFileThatMayNotBeWrittenIsMinusOne) {
     TestFolder folder;
     const std::string path = folder.Write("log", "text");
-    if (!folder.Protect("log"))
+    if (!folder.Protect("log")) {
         GTEST_SKIP() << "this user may write everything";
+    }
     EXPECT_EQ(SharedFileSize(path), -1);
     EXPECT_TRUE(SharedFile::OpenForReading(path));
 }

@@ -46,8 +46,9 @@ TEST(TemporaryFile, WithoutAFolderForItThereIsNoNameButAnError) {
 TEST(CopyFileOver, ReplacesTheContentOfAnExistingFile) {
     const TestFolder folder;
     std::string bytes;
-    for (int count = 0; count < 300'000; ++count)
+    for (int count = 0; count < 300'000; ++count) {
         bytes += std::to_string(count) + "\r\n";
+    }
     const std::string from = folder.Write("from", bytes);
     const std::string to = folder.Write("to", std::string(bytes.size() + 1000, 'x'));
     EXPECT_TRUE(CopyFileOver(from, to));

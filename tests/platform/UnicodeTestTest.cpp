@@ -13,8 +13,9 @@ TEST(UnicodeTest, AnEightBitTextInABlockPaddedWithZerosIsNone) {
 
 TEST(UnicodeTest, AUtf16TextInABlockPaddedWithZerosIsNoneEither) {
     std::string block;
-    for (const char character : std::string("123.45"))
+    for (const char character : std::string("123.45")) {
         block.append({character, '\0'});
+    }
     block.resize(128);
     EXPECT_FALSE(LooksLikeUnicode(block.data(), block.size()));
 }

@@ -23,9 +23,10 @@ TEST(TraceMessage, TheLineHasTheGrammarOfTheDebugLog) {
 TEST(TraceMessage, MonthsAreTheTwelveEnglishThreeLetterNames) {
     const char* const kNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    for (int nMonth = 1; nMonth <= 12; ++nMonth)
-        EXPECT_EQ(TraceStamp({2025, nMonth, 31, 23, 59, 58, 7}),
-                  std::string(kNames[nMonth - 1]) + " 31 23:59:58.007000");
+    for (int month = 1; month <= 12; ++month) {
+        EXPECT_EQ(TraceStamp({2025, month, 31, 23, 59, 58, 7}),
+                  std::string(kNames[month - 1]) + " 31 23:59:58.007000");
+    }
 }
 
 TEST(TraceMessage, AnEmptyTextStillWritesItsLine) {
@@ -60,46 +61,46 @@ TEST(TraceMessage, ALogThatCannotBeOpenedIsReported) {
 
 TEST(TraceMessage, OpeningAloneChangesNothing) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("log", "before\n");
+    const std::string log = folder.Write("log", "before\n");
     {
         CTraceMessage message;
-        ASSERT_TRUE(message.Open(strLog));
+        ASSERT_TRUE(message.Open(log));
     }
     EXPECT_EQ(folder.Read("log"), "before\n");
 }
 
 TEST(TraceMessage, TheLineGoesToTheEndOfALogThatAnotherProcessWritesMeanwhile) {
     const TestFolder folder;
-    const std::string strLog = folder.Write("log", "");
-    test::FileHelper helper(folder, strLog);
+    const std::string log = folder.Write("log", "");
+    test::FileHelper helper(folder, log);
     ASSERT_TRUE(helper.Do("open"));
     CTraceMessage message;
-    ASSERT_TRUE(message.Open(strLog));
+    ASSERT_TRUE(message.Open(log));
     ASSERT_TRUE(helper.Do("append first"));
     message.Write(1234, 5678, "hello");
     ASSERT_TRUE(helper.Do("append last"));
-    const std::string strContent = folder.Read("log");
+    const std::string content = folder.Read("log");
     EXPECT_TRUE(std::regex_match(
-        strContent,
+        content,
         std::regex("first\n[A-Z][a-z]{2} [0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3}000 - 1234/5678 "
                    "\\[CARVELOT MESSAGE\\] - \t\\[CARVELOT MESSAGE\\]hello\nlast\n")))
-        << strContent;
+        << content;
 }
 
 TEST(TraceMessage, ItComesBackAsAMessageOfItsThreadAfterAnalyze) {
     const TestFolder folder;
-    const std::string strLog =
+    const std::string log =
         folder.Write("log", "Feb 02 03:04:05.100000 - 1234/5678 WRK:Call Object\tEntering JDB_InitUser\n"
                             "Feb 02 03:04:05.200000 - 1234/9999 WRK:Call Object\tEntering JDB_FreeUser\n");
     AnalysisSettings settings;
     PendingStatement pending;
     test::RecordingHost host;
     CCarvelotDoc session(settings, pending, host);
-    ASSERT_TRUE(session.OnOpenDocument(strLog));
+    ASSERT_TRUE(session.OnOpenDocument(log));
     EXPECT_EQ(session.m_listDetails.Size(), 2U);
 
     CTraceMessage message;
-    ASSERT_TRUE(message.Open(strLog));
+    ASSERT_TRUE(message.Open(log));
     message.Write(1234, 5678, "hello");
     EXPECT_EQ(session.m_listDetails.Size(), 2U) << "the session in memory stays as it is";
     session.OnAnalyze();

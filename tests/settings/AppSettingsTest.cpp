@@ -13,10 +13,11 @@ using platform::ERegStatus;
 using test::SettingsStore;
 
 std::string Applications(const CAppSettings& settings) {
-    std::string strResult;
-    for (const tagTraceApp& app : settings.m_traceApps)
-        strResult += app.m_strName + (app.m_bEnabled ? "+ " : "- ");
-    return strResult;
+    std::string result;
+    for (const tagTraceApp& app : settings.m_traceApps) {
+        result += app.m_strName + (app.m_bEnabled ? "+ " : "- ");
+    }
+    return result;
 }
 
 CAppSettings Start() {
@@ -28,10 +29,10 @@ CAppSettings Start() {
     return settings;
 }
 
-std::uint32_t Stored(std::string_view strKey, std::string_view strName) {
-    std::uint32_t nNumber = 0xDEADBEEF;
-    EXPECT_EQ(SettingsStore::Key(strKey).QueryRaw32(strName, nNumber), ERegStatus::Ok);
-    return nNumber;
+std::uint32_t Stored(std::string_view key, std::string_view name) {
+    std::uint32_t number = 0xDEADBEEF;
+    EXPECT_EQ(SettingsStore::Key(key).QueryRaw32(name, number), ERegStatus::Ok);
+    return number;
 }
 
 TEST(AppSettings, TheFirstStartSeedsBothKeysAndTakesTheDefaults) {

@@ -12,16 +12,18 @@ namespace {
 using test::SettingsStore;
 
 std::string Rows(const COptionsModel& model) {
-    std::string strResult;
-    for (const COptionsModel::CRow& row : model.m_listRows)
-        strResult += row.m_strApplication + ":" + row.m_strStatus + " ";
-    return strResult;
+    std::string result;
+    for (const COptionsModel::CRow& row : model.m_listRows) {
+        result += row.m_strApplication + ":" + row.m_strStatus + " ";
+    }
+    return result;
 }
 
 CAppSettings Settings(std::initializer_list<const char*> names) {
     CAppSettings settings;
-    for (const char* pszName : names)
-        settings.m_traceApps.push_back({pszName, true});
+    for (const char* name : names) {
+        settings.m_traceApps.push_back({name, true});
+    }
     settings.m_strFontName = "Courier New";
     settings.m_nRefreshRate = 10;
     settings.m_bAutoRefresh = true;
@@ -29,8 +31,9 @@ CAppSettings Settings(std::initializer_list<const char*> names) {
 }
 
 void Select(COptionsModel& model, std::initializer_list<std::size_t> rows) {
-    for (const std::size_t nRow : rows)
-        model.m_listRows[nRow].m_bSelected = true;
+    for (const std::size_t row : rows) {
+        model.m_listRows[row].m_bSelected = true;
+    }
 }
 
 TEST(OptionsModel, TheListShowsTheStoredOrderReversed) {
@@ -107,11 +110,11 @@ TEST(OptionsModel, CommitWithoutAChangeReversesTheStoredOrder) {
     ASSERT_EQ(settings.m_traceApps.size(), 3U);
     EXPECT_EQ(settings.m_traceApps[0].m_strName, "c.exe");
     EXPECT_EQ(settings.m_traceApps[2].m_strName, "a.exe");
-    std::string strName;
-    std::uint32_t nOn = 0;
-    ASSERT_TRUE(SettingsStore::Key(kAppsKey).EnumRaw32(0, strName, nOn));
+    std::string name;
+    std::uint32_t on = 0;
+    ASSERT_TRUE(SettingsStore::Key(kAppsKey).EnumRaw32(0, name, on));
 #ifndef _WIN32
-    EXPECT_EQ(strName, "c.exe");
+    EXPECT_EQ(name, "c.exe");
 #endif
 }
 
@@ -126,12 +129,12 @@ TEST(OptionsModel, CommitLeavesExactlyTheDialogsRowsInTheStore) {
     Select(model, {1});
     model.Remove();
     model.Commit(settings);
-    std::string strName;
-    std::uint32_t nOn = 7;
-    ASSERT_TRUE(SettingsStore::Key(kAppsKey).EnumRaw32(0, strName, nOn));
-    EXPECT_EQ(strName, "two.exe");
-    EXPECT_EQ(nOn, 0U); // a 2 reads as off and is written back as 0
-    EXPECT_FALSE(SettingsStore::Key(kAppsKey).EnumRaw32(1, strName, nOn));
+    std::string name;
+    std::uint32_t on = 7;
+    ASSERT_TRUE(SettingsStore::Key(kAppsKey).EnumRaw32(0, name, on));
+    EXPECT_EQ(name, "two.exe");
+    EXPECT_EQ(on, 0U); // a 2 reads as off and is written back as 0
+    EXPECT_FALSE(SettingsStore::Key(kAppsKey).EnumRaw32(1, name, on));
 }
 
 TEST(OptionsModel, CommitReadsNumbersLenientlyAndStoresThem) {

@@ -51,15 +51,17 @@ TEST(Numbers, FloatingPointNumbersPrintWithSixDecimals) {
 
 TEST(RecentFiles, FourAreKeptNewestFirst) {
     CRecentFiles files;
-    for (const char* pszPath : {"a", "b", "c", "d", "e"})
-        files.Add(pszPath);
+    for (const char* path : {"a", "b", "c", "d", "e"}) {
+        files.Add(path);
+    }
     EXPECT_EQ(files.m_listPaths, (std::vector<std::string>{"e", "d", "c", "b"}));
 }
 
 TEST(RecentFiles, AFileOpenedAgainMovesUp) {
     CRecentFiles files;
-    for (const char* pszPath : {"a", "b", "a"})
-        files.Add(pszPath);
+    for (const char* path : {"a", "b", "a"}) {
+        files.Add(path);
+    }
     EXPECT_EQ(files.m_listPaths, (std::vector<std::string>{"a", "b"}));
     files.Add(files.m_listPaths.back());
     EXPECT_EQ(files.m_listPaths, (std::vector<std::string>{"b", "a"}));
@@ -68,8 +70,9 @@ TEST(RecentFiles, AFileOpenedAgainMovesUp) {
 TEST(RecentFiles, TheListComesBackAtTheNextStart) {
     const test::SettingsStore store;
     CRecentFiles files;
-    for (const char* pszPath : {"a", "b", "c"})
-        files.Add(pszPath);
+    for (const char* path : {"a", "b", "c"}) {
+        files.Add(path);
+    }
     files.Save();
     files.Remove("b");
     files.Save();
@@ -99,10 +102,12 @@ TEST(Commands, TipsStandBeforeAndAfterTheLineBreak) {
 }
 
 TEST(Commands, EveryLookHasACommandAndTheNumbersBetweenHaveNone) {
-    for (const int nId : {205, 206, 207, 208, 209, 210, 215, 216, 217, 218, 219})
-        EXPECT_NE(FindCommand(nId), nullptr) << nId;
-    for (const int nId : {211, 212, 213, 214})
-        EXPECT_EQ(FindCommand(nId), nullptr) << nId;
+    for (const int id : {205, 206, 207, 208, 209, 210, 215, 216, 217, 218, 219}) {
+        EXPECT_NE(FindCommand(id), nullptr) << id;
+    }
+    for (const int id : {211, 212, 213, 214}) {
+        EXPECT_EQ(FindCommand(id), nullptr) << id;
+    }
 }
 
 TEST(Commands, TheStandardToolbarHasItsButtonsInOrder) {
@@ -121,11 +126,12 @@ TEST(Commands, TheStandardToolbarHasItsButtonsInOrder) {
 }
 
 TEST(Commands, EachStateHasItsMenus) {
-    const auto Names = [](EMenuState nState) {
-        std::string strNames;
-        for (const EMenu nMenu : MenusOf(nState))
-            strNames += std::string(MenuText(nMenu)) + " ";
-        return strNames;
+    const auto Names = [](EMenuState state) {
+        std::string names;
+        for (const EMenu menu : MenusOf(state)) {
+            names += std::string(MenuText(menu)) + " ";
+        }
+        return names;
     };
     EXPECT_EQ(Names(EMenuState::NoWindow), "&File &Tools &View &Help ");
     EXPECT_EQ(Names(EMenuState::Session), "&File &Session &Tools &View &Window &Help ");

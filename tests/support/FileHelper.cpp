@@ -23,8 +23,9 @@ FileHelper::FileHelper(const TestFolder& folder, const std::string& path) : m_fo
 }
 
 FileHelper::~FileHelper() {
-    if (m_hPipe == nullptr)
+    if (m_hPipe == nullptr) {
         return;
+    }
 #ifdef _WIN32
     _pclose(m_hPipe);
 #else
@@ -33,17 +34,20 @@ FileHelper::~FileHelper() {
 }
 
 bool FileHelper::Do(const std::string& command) {
-    if (m_hPipe == nullptr)
+    if (m_hPipe == nullptr) {
         return false;
+    }
     std::fputs((command + "\n").c_str(), m_hPipe);
     std::fflush(m_hPipe);
     const std::string mark = kMark + ("." + std::to_string(++m_nCommands));
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (std::chrono::steady_clock::now() < end) {
-        if (m_folder.Exists(mark))
+        if (m_folder.Exists(mark)) {
             return true;
-        if (m_folder.Exists(mark + ".failed"))
+        }
+        if (m_folder.Exists(mark + ".failed")) {
             return false;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return false;

@@ -117,11 +117,12 @@ inline std::string RealisticIni() {
                        "ClientServer=x\r\n"
                        "B9=\r\n"
                        "B733=\r\n";
-    for (int nSection = 0; nSection < 25; ++nSection) {
-        text += "\r\n[JDENET_KERNEL_DEF" + std::to_string(nSection) + "]\r\n";
-        for (int nKey = 0; nKey < 14; ++nKey)
-            text += "; key " + std::to_string(nKey) + "\r\nkernelKey" + std::to_string(nKey) + "=_Dispatch@" +
-                    std::to_string(nKey) + "=|" + std::to_string(nSection) + "\r\n";
+    for (int section = 0; section < 25; ++section) {
+        text += "\r\n[JDENET_KERNEL_DEF" + std::to_string(section) + "]\r\n";
+        for (int key = 0; key < 14; ++key) {
+            text += "; key " + std::to_string(key) + "\r\nkernelKey" + std::to_string(key) + "=_Dispatch@" +
+                    std::to_string(key) + "=|" + std::to_string(section) + "\r\n";
+        }
     }
     return text;
 }

@@ -21,24 +21,28 @@ public:
     CStores() { RegCreateKeyW(HKEY_CURRENT_USER, m_strName.c_str(), &m_hOwn); }
     ~CStores() {
         RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
-        if (m_hStore != nullptr)
+        if (m_hStore != nullptr) {
             RegCloseKey(m_hStore);
+        }
         RegCloseKey(m_hOwn);
         RegDeleteTreeW(HKEY_CURRENT_USER, m_strName.c_str());
     }
     CStores(const CStores&) = delete;
     CStores& operator=(const CStores&) = delete;
 
-    void Use(std::wstring strStore) {
-        std::ranges::replace(strStore, L'\\', L'/');
-        HKEY hStore = nullptr;
-        if (RegCreateKeyW(m_hOwn, strStore.c_str(), &hStore) != ERROR_SUCCESS)
+    void Use(std::wstring store) {
+        std::ranges::replace(store, L'\\', L'/');
+        HKEY handle = nullptr;
+        if (RegCreateKeyW(m_hOwn, store.c_str(), &handle) != ERROR_SUCCESS) {
             std::abort(); // rather than write to the user's own settings
-        if (RegOverridePredefKey(HKEY_CURRENT_USER, hStore) != ERROR_SUCCESS)
+        }
+        if (RegOverridePredefKey(HKEY_CURRENT_USER, handle) != ERROR_SUCCESS) {
             std::abort();
-        if (m_hStore != nullptr)
+        }
+        if (m_hStore != nullptr) {
             RegCloseKey(m_hStore);
-        m_hStore = hStore;
+        }
+        m_hStore = handle;
     }
 
 private:
@@ -49,24 +53,24 @@ private:
 
 } // namespace
 
-void UseSettingsStore(const std::string& strFile) {
+void UseSettingsStore(const std::string& file) {
     static CStores stores;
-    stores.Use(ToPath(strFile).wstring());
+    stores.Use(ToPath(file).wstring());
 }
 
-void UseLibraryFolder(const std::string& strFolder) {
-    static const std::wstring strRest = [] {
-        const wchar_t* const pszPath = _wgetenv(L"PATH");
-        return pszPath != nullptr ? std::wstring(pszPath) : std::wstring();
+void UseLibraryFolder(const std::string& folder) {
+    static const std::wstring rest = [] {
+        const wchar_t* const path = _wgetenv(L"PATH");
+        return path != nullptr ? std::wstring(path) : std::wstring();
     }();
-    _wputenv_s(L"PATH", (ToPath(strFolder).make_preferred().wstring() + L";" + strRest).c_str());
+    _wputenv_s(L"PATH", (ToPath(folder).make_preferred().wstring() + L";" + rest).c_str());
 }
 
 #else
 
-void UseSettingsStore(const std::string& strFile) { setenv("CARVELOT_REGISTRY", strFile.c_str(), 1); }
+void UseSettingsStore(const std::string& file) { setenv("CARVELOT_REGISTRY", file.c_str(), 1); }
 
-void UseLibraryFolder(const std::string& strFolder) { setenv("CARVELOT_LIBRARY_DIR", strFolder.c_str(), 1); }
+void UseLibraryFolder(const std::string& folder) { setenv("CARVELOT_LIBRARY_DIR", folder.c_str(), 1); }
 
 #endif
 

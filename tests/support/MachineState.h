@@ -10,9 +10,9 @@ namespace carvelot::test {
 /// each file's name stands for a key of its own below which the current user's settings are found: empty at
 /// first, this process's alone, and gone with it. So tests run beside each other and leave the user's
 /// settings alone.
-void UseSettingsStore(const std::string& strFile);
+void UseSettingsStore(const std::string& file);
 
 /// Libraries are looked for in this folder and not in those that were named here before.
-void UseLibraryFolder(const std::string& strFolder);
+void UseLibraryFolder(const std::string& folder);
 
 } // namespace carvelot::test

@@ -14,10 +14,11 @@ void SetVariable(const std::string& name, const char* value) {
 #ifdef _WIN32
     _putenv_s(name.c_str(), value != nullptr ? value : "");
 #else
-    if (value != nullptr)
+    if (value != nullptr) {
         setenv(name.c_str(), value, 1);
-    else
+    } else {
         unsetenv(name.c_str());
+    }
 #endif
 }
 
@@ -42,8 +43,9 @@ TestFolder::TestFolder() {
 TestFolder::~TestFolder() {
     std::error_code ignored;
     // What is protected can't be deleted everywhere.
-    for (const std::filesystem::path& path : m_listProtected)
+    for (const std::filesystem::path& path : m_listProtected) {
         std::filesystem::permissions(path, std::filesystem::perms::owner_all, ignored);
+    }
 #ifdef _WIN32
     // The prefix reaches what lies too deep otherwise.
     std::filesystem::remove_all("\\\\?\\" + m_path.string(), ignored);
@@ -81,8 +83,9 @@ bool TestFolder::Protect(std::string_view name) {
 
 std::vector<std::string> TestFolder::Names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(m_path))
+    for (const auto& entry : std::filesystem::directory_iterator(m_path)) {
         names.push_back(FromPath(entry.path().filename()));
+    }
     std::sort(names.begin(), names.end());
     return names;
 }

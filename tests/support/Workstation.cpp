@@ -18,11 +18,12 @@ namespace carvelot::test {
 
 namespace {
 
-bool WaitFor(const std::function<bool()>& fnDone) {
+bool WaitFor(const std::function<bool()>& done) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
     while (std::chrono::steady_clock::now() < end) {
-        if (fnDone())
+        if (done()) {
             return true;
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
     return false;
@@ -30,37 +31,39 @@ bool WaitFor(const std::function<bool()>& fnDone) {
 
 } // namespace
 
-SimulatedProcess::SimulatedProcess(const TestFolder& folder, const std::string& strImageName,
-                                   const std::string& strOptions)
-    : m_folder(folder), m_strImageName(strImageName), m_strDebugFile(folder.Path(strImageName + ".log")) {
-    const std::string strProgram = folder.Path(strImageName);
+SimulatedProcess::SimulatedProcess(const TestFolder& folder, const std::string& imageName,
+                                   const std::string& options)
+    : m_folder(folder), m_strImageName(imageName), m_strDebugFile(folder.Path(imageName + ".log")) {
+    const std::string program = folder.Path(imageName);
 #ifdef _WIN32
-    const char* const pszSimulator = CARVELOT_SIMULATOR "/jde-simulator.exe";
+    const char* const simulator = CARVELOT_SIMULATOR "/jde-simulator.exe";
 #else
-    const char* const pszSimulator = CARVELOT_SIMULATOR "/jde-simulator";
+    const char* const simulator = CARVELOT_SIMULATOR "/jde-simulator";
 #endif
     std::error_code error;
-    std::filesystem::copy_file(pszSimulator, ToPath(strProgram), error);
-    const std::vector<std::string> listBefore = folder.Names();
-    std::string strCommand = strProgram + " --pace 0 --log " + m_strDebugFile + " " + strOptions;
+    std::filesystem::copy_file(simulator, ToPath(program), error);
+    const std::vector<std::string> before = folder.Names();
+    std::string command = program + " --pace 0 --log " + m_strDebugFile + " " + options;
 #ifdef _WIN32
-    std::replace(strCommand.begin(), strCommand.end(), '/', '\\');
-    m_hPipe = _popen(strCommand.c_str(), "w");
+    std::replace(command.begin(), command.end(), '/', '\\');
+    m_hPipe = _popen(command.c_str(), "w");
 #else
-    m_hPipe = popen(("exec " + strCommand).c_str(), "w");
+    m_hPipe = popen(("exec " + command).c_str(), "w");
 #endif
     WaitFor([&] {
-        for (const std::string& strName : folder.Names()) {
-            if (strName.ends_with(".jde") && std::ranges::find(listBefore, strName) == listBefore.end())
-                m_nProcess = static_cast<std::uint32_t>(std::strtoul(strName.c_str(), nullptr, 10));
+        for (const std::string& name : folder.Names()) {
+            if (name.ends_with(".jde") && std::ranges::find(before, name) == before.end()) {
+                m_nProcess = static_cast<std::uint32_t>(std::strtoul(name.c_str(), nullptr, 10));
+            }
         }
         return m_nProcess != 0;
     });
 }
 
 SimulatedProcess::~SimulatedProcess() {
-    if (m_hPipe == nullptr)
+    if (m_hPipe == nullptr) {
         return;
+    }
 #ifdef _WIN32
     _pclose(m_hPipe);
 #else
@@ -68,17 +71,19 @@ SimulatedProcess::~SimulatedProcess() {
 #endif
 }
 
-void SimulatedProcess::Order(int nRounds) {
-    if (m_hPipe == nullptr)
+void SimulatedProcess::Order(int rounds) {
+    if (m_hPipe == nullptr) {
         return;
-    for (int n = 0; n < nRounds; ++n)
+    }
+    for (int n = 0; n < rounds; ++n) {
         std::fputs("round\n", m_hPipe);
+    }
     std::fflush(m_hPipe);
-    m_nRounds += static_cast<std::uint32_t>(nRounds);
+    m_nRounds += static_cast<std::uint32_t>(rounds);
 }
 
-bool SimulatedProcess::Work(int nRounds) {
-    Order(nRounds);
+bool SimulatedProcess::Work(int rounds) {
+    Order(rounds);
     return m_nProcess != 0 && WaitFor([&] {
                simulator::CStateFile file;
                simulator::CProcessState state;
@@ -88,10 +93,10 @@ bool SimulatedProcess::Work(int nRounds) {
 
 void SimulatedProcess::Kill() {
 #ifdef _WIN32
-    const HANDLE hProcess = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, m_nProcess);
-    TerminateProcess(hProcess, 1);
-    WaitForSingleObject(hProcess, 30'000);
-    CloseHandle(hProcess);
+    const HANDLE process = OpenProcess(PROCESS_TERMINATE | SYNCHRONIZE, FALSE, m_nProcess);
+    TerminateProcess(process, 1);
+    WaitForSingleObject(process, 30'000);
+    CloseHandle(process);
 #else
     kill(static_cast<pid_t>(m_nProcess), SIGKILL);
 #endif
@@ -106,23 +111,23 @@ Workstation::Workstation() : m_state("CARVELOT_SIMULATOR_DIR", m_folder.Path().c
     UseLibraries(CARVELOT_SIMULATOR "/libraries");
 }
 
-SimulatedProcess& Workstation::Start(const std::string& strName, const std::string& strOptions) {
-    return m_listProcesses.emplace_back(m_folder, strName + std::to_string(simulator::OwnProcess()) + ".exe",
-                                        strOptions);
+SimulatedProcess& Workstation::Start(const std::string& name, const std::string& options) {
+    return m_listProcesses.emplace_back(m_folder, name + std::to_string(simulator::OwnProcess()) + ".exe",
+                                        options);
 }
 
-void Workstation::UseLibrariesWithout(const std::string& strEntryPoint) {
-    UseLibraries(strEntryPoint.empty() ? m_folder.Path() : CARVELOT_SIMULATOR "/without/" + strEntryPoint);
+void Workstation::UseLibrariesWithout(const std::string& entryPoint) {
+    UseLibraries(entryPoint.empty() ? m_folder.Path() : CARVELOT_SIMULATOR "/without/" + entryPoint);
 }
 
-void Workstation::UseLibraries(const std::string& strFolder) {
+void Workstation::UseLibraries(const std::string& folder) {
     m_pLibraries.reset();
 #ifdef _WIN32
-    std::string strPath = strFolder + ";" + std::getenv("PATH");
-    std::replace(strPath.begin(), strPath.end(), '/', '\\');
-    m_pLibraries = std::make_unique<EnvironmentGuard>("PATH", strPath.c_str());
+    std::string path = folder + ";" + std::getenv("PATH");
+    std::replace(path.begin(), path.end(), '/', '\\');
+    m_pLibraries = std::make_unique<EnvironmentGuard>("PATH", path.c_str());
 #else
-    m_pLibraries = std::make_unique<EnvironmentGuard>("CARVELOT_LIBRARY_DIR", strFolder.c_str());
+    m_pLibraries = std::make_unique<EnvironmentGuard>("CARVELOT_LIBRARY_DIR", folder.c_str());
 #endif
 }
 

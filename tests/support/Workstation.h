@@ -14,8 +14,7 @@ namespace carvelot::test {
 // One simulated JDE program. It works only when told to.
 class SimulatedProcess {
 public:
-    SimulatedProcess(const TestFolder& folder, const std::string& strImageName,
-                     const std::string& strOptions);
+    SimulatedProcess(const TestFolder& folder, const std::string& imageName, const std::string& options);
     ~SimulatedProcess();
     SimulatedProcess(const SimulatedProcess&) = delete;
     SimulatedProcess& operator=(const SimulatedProcess&) = delete;
@@ -24,9 +23,9 @@ public:
     const std::string& ImageName() const { return m_strImageName; }
     const std::string& DebugFile() const { return m_strDebugFile; }
     // Has it work on this many orders and waits until they are done.
-    bool Work(int nRounds);
+    bool Work(int rounds);
     // The same without waiting.
-    void Order(int nRounds);
+    void Order(int rounds);
     // Ends it in the middle of whatever it does.
     void Kill();
 
@@ -43,16 +42,16 @@ class Workstation {
 public:
     Workstation();
 
-    // strName is made unique by the test's own process number and ".exe".
-    SimulatedProcess& Start(const std::string& strName, const std::string& strOptions = {});
+    // name is made unique by the test's own process number and ".exe".
+    SimulatedProcess& Start(const std::string& name, const std::string& options = {});
     // Lines for the stand-ins, such as "fail SkelmondGetSetProcInfo 7"; they replace those before.
-    void Switch(const std::string& strLines) { m_folder.Write("switches", strLines); }
+    void Switch(const std::string& lines) { m_folder.Write("switches", lines); }
     // The libraries without one entry point; without any library for "".
-    void UseLibrariesWithout(const std::string& strEntryPoint);
+    void UseLibrariesWithout(const std::string& entryPoint);
     const TestFolder& Folder() const { return m_folder; }
 
 private:
-    void UseLibraries(const std::string& strFolder);
+    void UseLibraries(const std::string& folder);
 
     TestFolder m_folder;
     EnvironmentGuard m_state;

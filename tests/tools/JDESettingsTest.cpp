@@ -26,8 +26,9 @@ protected:
 
     static void EmptyServerKey() {
         CRegistryKey key;
-        if (key.Open(ERegRoot::LocalMachine, kServerKey, platform::ERegAccess::Full))
+        if (key.Open(ERegRoot::LocalMachine, kServerKey, platform::ERegAccess::Full)) {
             key.DeleteContent();
+        }
     }
     static CRegistryKey ServerKey() {
         CRegistryKey key;
@@ -41,19 +42,21 @@ protected:
     std::string Properties() const { return m_folder.Read("web/WEB-INF/classes/jdelog.properties"); }
 
     static CJDEPropSetting& Row(std::vector<CJDEPropSetting>& list, std::initializer_list<const char*> path) {
-        std::vector<CJDEPropSetting>* pList = &list;
-        CJDEPropSetting* pFound = nullptr;
-        for (const char* pszLabel : path) {
-            pFound = nullptr;
-            for (CJDEPropSetting& row : *pList) {
-                if (pFound == nullptr && row.m_strLabel == pszLabel)
-                    pFound = &row;
+        std::vector<CJDEPropSetting>* settings = &list;
+        CJDEPropSetting* found = nullptr;
+        for (const char* label : path) {
+            found = nullptr;
+            for (CJDEPropSetting& row : *settings) {
+                if (found == nullptr && row.m_strLabel == label) {
+                    found = &row;
+                }
             }
-            if (pFound == nullptr)
-                throw std::runtime_error(std::string("no row ") + pszLabel);
-            pList = &pFound->m_listChildren;
+            if (found == nullptr) {
+                throw std::runtime_error(std::string("no row ") + label);
+            }
+            settings = &found->m_listChildren;
         }
-        return *pFound;
+        return *found;
     }
 
     SettingsStore m_store;
@@ -189,17 +192,19 @@ TEST_F(JDESettings, LongTextsAreCut) {
     EXPECT_EQ(settings.m_logProperties[1].m_strFile, std::string(255, 'f'));
 }
 
-std::string Print(const std::vector<CJDEPropSetting>& list, const std::string& strIndent = {}) {
-    std::string strResult;
+std::string Print(const std::vector<CJDEPropSetting>& list, const std::string& indent = {}) {
+    std::string result;
     for (const CJDEPropSetting& row : list) {
-        strResult += strIndent + row.m_strLabel;
-        if (!row.m_bGroup)
-            strResult += "=" + row.GetValue();
-        for (std::size_t n = 0; n < row.m_listOptions.size(); ++n)
-            strResult += (n == 0 ? row.m_bAllowEdit ? " ~" : " !" : ",") + row.m_listOptions[n];
-        strResult += "\n" + Print(row.m_listChildren, strIndent + " ");
+        result += indent + row.m_strLabel;
+        if (!row.m_bGroup) {
+            result += "=" + row.GetValue();
+        }
+        for (std::size_t n = 0; n < row.m_listOptions.size(); ++n) {
+            result += (n == 0 ? row.m_bAllowEdit ? " ~" : " !" : ",") + row.m_listOptions[n];
+        }
+        result += "\n" + Print(row.m_listChildren, indent + " ");
     }
-    return strResult;
+    return result;
 }
 
 TEST_F(JDESettings, TheGridHasItsGroupsRowsAndOptionsInOrder) {
@@ -286,9 +291,9 @@ TEST_F(JDESettings, AChangeReplacesThatValueAndNoOtherByte) {
         ASSERT_TRUE(Row(list, change.m_path).SetValue(change.m_pszValue));
         WriteModifiedRows(list);
         std::string expected = RealisticIni();
-        const std::size_t nAt = expected.find(change.m_pszBefore);
-        ASSERT_NE(nAt, std::string::npos);
-        expected.replace(nAt, std::string_view(change.m_pszBefore).size(), change.m_pszAfter);
+        const std::size_t at = expected.find(change.m_pszBefore);
+        ASSERT_NE(at, std::string::npos);
+        expected.replace(at, std::string_view(change.m_pszBefore).size(), change.m_pszAfter);
 #ifdef _WIN32
         // There the system's own call writes, which may set blanks and line ends its own way.
         EXPECT_NE(m_ini.Read().find(change.m_pszAfter), std::string::npos) << change.m_pszAfter;

@@ -8,12 +8,13 @@ namespace carvelot {
 namespace {
 
 // Nothing but years, months and their lengths, counted on day by day.
-bool IsLeap(int nYear) { return nYear % 4 == 0 && (nYear % 100 != 0 || nYear % 400 == 0); }
+bool IsLeap(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
-int MonthLength(int nYear, int nMonth) {
-    if (nMonth == 2)
-        return IsLeap(nYear) ? 29 : 28;
-    return nMonth == 4 || nMonth == 6 || nMonth == 9 || nMonth == 11 ? 30 : 31;
+int MonthLength(int year, int month) {
+    if (month == 2) {
+        return IsLeap(year) ? 29 : 28;
+    }
+    return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
 std::string ThreeDigits(int n) {
@@ -22,35 +23,37 @@ std::string ThreeDigits(int n) {
 }
 
 TEST(JulianDate, EveryDayFrom1900To2899GoesThereAndBack) {
-    int nDays = 0;
-    for (int nYear = 1900; nYear <= 2899; ++nYear) {
-        int nDayOfYear = 0;
-        for (int nMonth = 1; nMonth <= 12; ++nMonth) {
-            for (int nDay = 1; nDay <= MonthLength(nYear, nMonth); ++nDay) {
-                ++nDayOfYear;
-                ++nDays;
-                const CCalendarDate date{nYear, nMonth, nDay};
-                const std::string julian = std::to_string(nYear - 1900) + ThreeDigits(nDayOfYear);
+    int days = 0;
+    for (int year = 1900; year <= 2899; ++year) {
+        int dayOfYear = 0;
+        for (int month = 1; month <= 12; ++month) {
+            for (int day = 1; day <= MonthLength(year, month); ++day) {
+                ++dayOfYear;
+                ++days;
+                const CCalendarDate date{year, month, day};
+                const std::string julian = std::to_string(year - 1900) + ThreeDigits(dayOfYear);
                 ASSERT_EQ(GregorianToJulian(date), julian);
                 ASSERT_EQ(GregorianToJulian(date, 86399), julian);
                 ASSERT_EQ(JulianToGregorian(julian), date) << julian;
             }
         }
         // Day 366 of a common year is the next year's first.
-        const auto last = JulianToGregorian(std::to_string(nYear - 1900) + "366");
-        ASSERT_EQ(last, (IsLeap(nYear) ? CCalendarDate{nYear, 12, 31} : CCalendarDate{nYear + 1, 1, 1}));
+        const auto last = JulianToGregorian(std::to_string(year - 1900) + "366");
+        ASSERT_EQ(last, (IsLeap(year) ? CCalendarDate{year, 12, 31} : CCalendarDate{year + 1, 1, 1}));
     }
-    EXPECT_EQ(nDays, 365242 + 1);
+    EXPECT_EQ(days, 365242 + 1);
 }
 
 TEST(JulianDate, ALengthOutsideThreeToSixIsInvalid) {
-    for (const char* pszText : {"", "1", "12", "1234567", "00000001"})
-        EXPECT_EQ(JulianToGregorian(pszText), std::nullopt) << pszText;
+    for (const char* text : {"", "1", "12", "1234567", "00000001"}) {
+        EXPECT_EQ(JulianToGregorian(text), std::nullopt) << text;
+    }
 }
 
 TEST(JulianDate, ADayOutsideOneTo366IsInvalid) {
-    for (const char* pszText : {"000", "367", "999", "125000", "125367", "abc", "1-01"})
-        EXPECT_EQ(JulianToGregorian(pszText), std::nullopt) << pszText;
+    for (const char* text : {"000", "367", "999", "125000", "125367", "abc", "1-01"}) {
+        EXPECT_EQ(JulianToGregorian(text), std::nullopt) << text;
+    }
 }
 
 TEST(JulianDate, TheYearsPrefixIsOneNumberWithoutACenturyDigit) {

@@ -21,40 +21,42 @@ using namespace carvelot::test;
 class SpecFiles : public testing::Test {
 protected:
     SpecFiles() {
-        for (const char* pszName :
-             {"PY900/spec/glbltbl.xdb", "PY900/spec/glbltbl.ddb", "PY900/spec/dddict.xdb",
-              "PY900/spec/ddtext.xdb", "PY900/spec/ddtext", "PY900/spec/dddictx.xdb",
-              "PY900/spec/deeper/glbltbl.xdb", "PY900/glbltbl.xdb", "DV900/spec/GLBLTBL.XDB",
-              "DV900/spec/rdaspec.xdb", "glbltbl.xdb", "nospec/readme.txt", "spec/other.txt",
-              "deep/DV900/spec/glbltbl.xdb"})
-            WriteBelow(m_folder, std::string("jde/") + pszName, pszName);
+        for (const char* name : {"PY900/spec/glbltbl.xdb", "PY900/spec/glbltbl.ddb", "PY900/spec/dddict.xdb",
+                                 "PY900/spec/ddtext.xdb", "PY900/spec/ddtext", "PY900/spec/dddictx.xdb",
+                                 "PY900/spec/deeper/glbltbl.xdb", "PY900/glbltbl.xdb",
+                                 "DV900/spec/GLBLTBL.XDB", "DV900/spec/rdaspec.xdb", "glbltbl.xdb",
+                                 "nospec/readme.txt", "spec/other.txt", "deep/DV900/spec/glbltbl.xdb"}) {
+            WriteBelow(m_folder, std::string("jde/") + name, name);
+        }
     }
     std::string Root() const { return Native(m_folder.Path("jde")); }
-    void Install(const std::string& strKeys) const { m_ini.Write("[INSTALL]\r\n" + strKeys); }
+    void Install(const std::string& keys) const { m_ini.Write("[INSTALL]\r\n" + keys); }
     // The paths below the installation, "/" between names, in the order of the rows.
     std::vector<std::string> Paths() const {
         std::vector<std::string> list;
-        for (std::size_t n = 0; n < m_files.RowCount(); ++n)
+        for (std::size_t n = 0; n < m_files.RowCount(); ++n) {
             list.push_back(Generic(m_files.Text(n, 0)));
+        }
         return list;
     }
-    std::size_t Row(const std::string& strGeneric) const {
+    std::size_t Row(const std::string& generic) const {
         const std::vector<std::string> paths = Paths();
-        return static_cast<std::size_t>(std::ranges::find(paths, strGeneric) - paths.begin());
+        return static_cast<std::size_t>(std::ranges::find(paths, generic) - paths.begin());
     }
-    std::string Generic(std::string strPath) const {
-        EXPECT_EQ(strPath.substr(0, Root().size()), Root());
-        strPath.erase(0, Root().size() + 1);
-        std::ranges::replace(strPath, '\\', '/');
-        return strPath;
+    std::string Generic(std::string path) const {
+        EXPECT_EQ(path.substr(0, Root().size()), Root());
+        path.erase(0, Root().size() + 1);
+        std::ranges::replace(path, '\\', '/');
+        return path;
     }
     std::vector<std::string> Sorted() const {
         std::vector<std::size_t> order(m_files.RowCount());
         std::iota(order.begin(), order.end(), std::size_t{0});
         m_files.Sort(order, 0, false);
         std::vector<std::string> list;
-        for (const std::size_t n : order)
+        for (const std::size_t n : order) {
             list.push_back(Generic(m_files.Text(n, 0)));
+        }
         return list;
     }
 
@@ -94,9 +96,12 @@ TEST_F(SpecFiles, TheSizeColumnShowsBytesAndDoesNotSort) {
         if (Generic(m_files.Text(n, 0)) == "PY900/spec/ddtext.xdb") {
             EXPECT_EQ(m_files.Text(n, 1), "12345");
         }
-        for (std::size_t m = 0; m < m_files.RowCount(); ++m)
-            EXPECT_EQ(m_files.OnCompareItems(n, m, 1), 0);
     }
+    std::vector<std::size_t> order{3, 0, 2, 1};
+    m_files.Sort(order, 1, false);
+    EXPECT_EQ(order, (std::vector<std::size_t>{3, 0, 2, 1}));
+    m_files.Sort(order, 1, true);
+    EXPECT_EQ(order, (std::vector<std::size_t>{3, 0, 2, 1}));
 }
 
 TEST_F(SpecFiles, ALinkThatLeadsOutOfTheInstallationIsNotFollowed) {
@@ -114,8 +119,8 @@ TEST_F(SpecFiles, ALinkThatLeadsOutOfTheInstallationIsNotFollowed) {
     std::filesystem::create_directory_symlink(ToPath(m_folder.Path("jde/DV900")),
                                               ToPath(m_folder.Path("jde/inside")));
     std::filesystem::create_directory_symlink(ToPath(m_folder.Path("jde")), ToPath(m_folder.Path("way")));
-    for (const char* pszRoot : {"jde", "way"}) {
-        Install("B9=" + Native(m_folder.Path(pszRoot)) + "\r\n");
+    for (const char* root : {"jde", "way"}) {
+        Install("B9=" + Native(m_folder.Path(root)) + "\r\n");
         ASSERT_TRUE(m_files.Fill());
         EXPECT_EQ(m_files.RowCount(), kFound.size() + 1);
         for (std::size_t n = 0; n < m_files.RowCount(); ++n) {
@@ -221,9 +226,9 @@ TEST_F(SpecFiles, OnlyTheNamedFilesAreDeleted) {
     auto expected = Tree(m_folder.Path());
     const std::string ini = m_ini.Read();
     std::vector<std::size_t> rows;
-    for (const char* pszName : {"PY900/spec/glbltbl.xdb", "PY900/spec/ddtext"}) {
-        rows.push_back(Row(pszName));
-        expected.erase(std::string("jde/") + pszName);
+    for (const char* name : {"PY900/spec/glbltbl.xdb", "PY900/spec/ddtext"}) {
+        rows.push_back(Row(name));
+        expected.erase(std::string("jde/") + name);
     }
     m_files.Delete(rows);
     EXPECT_EQ(Tree(m_folder.Path()), expected);

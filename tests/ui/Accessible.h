@@ -12,35 +12,37 @@
 namespace carvelot::test {
 
 // What a screen reader says.
-inline QString Said(QAccessibleInterface* pInterface, QAccessible::Text nText = QAccessible::Name) {
-    return pInterface != nullptr ? pInterface->text(nText) : QStringLiteral("(nothing)");
+inline QString Said(QAccessibleInterface* userInterface, QAccessible::Text text = QAccessible::Name) {
+    return userInterface != nullptr ? userInterface->text(text) : QStringLiteral("(nothing)");
 }
 
-inline QString Said(QObject* pObject, QAccessible::Text nText = QAccessible::Name) {
-    return Said(QAccessible::queryAccessibleInterface(pObject), nText);
+inline QString Said(QObject* object, QAccessible::Text text = QAccessible::Name) {
+    return Said(QAccessible::queryAccessibleInterface(object), text);
 }
 
-inline QString SaidCell(QTreeView& view, int nRow, int nColumn) {
+inline QString SaidCell(QTreeView& view, int row, int column) {
     (void)view.indexAt(QPoint(0, 0)); // lays it out, as painting does
-    QAccessibleInterface* pInterface = QAccessible::queryAccessibleInterface(&view);
-    QAccessibleTableInterface* pTable = pInterface != nullptr ? pInterface->tableInterface() : nullptr;
-    return Said(pTable != nullptr ? pTable->cellAt(nRow, nColumn) : nullptr);
+    QAccessibleInterface* userInterface = QAccessible::queryAccessibleInterface(&view);
+    QAccessibleTableInterface* table = userInterface != nullptr ? userInterface->tableInterface() : nullptr;
+    return Said(table != nullptr ? table->cellAt(row, column) : nullptr);
 }
 
 // All that is said of a widget's parts.
-inline QStringList SaidOfParts(QObject* pObject) {
-    QStringList listSaid;
-    QAccessibleInterface* pInterface = QAccessible::queryAccessibleInterface(pObject);
-    for (int n = 0; pInterface != nullptr && n < pInterface->childCount(); ++n)
-        listSaid << Said(pInterface->child(n));
-    return listSaid;
+inline QStringList SaidOfParts(QObject* object) {
+    QStringList said;
+    QAccessibleInterface* userInterface = QAccessible::queryAccessibleInterface(object);
+    for (int n = 0; userInterface != nullptr && n < userInterface->childCount(); ++n) {
+        said << Said(userInterface->child(n));
+    }
+    return said;
 }
 
 // The tip that is on the screen.
 inline QWidget* Tip() {
-    for (QWidget* pWindow : QApplication::topLevelWidgets()) {
-        if (pWindow->isVisible() && pWindow->inherits("QTipLabel"))
-            return pWindow;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->inherits("QTipLabel")) {
+            return window;
+        }
     }
     return nullptr;
 }
@@ -48,23 +50,24 @@ inline QWidget* Tip() {
 // What the tip says that comes up at a place; nothing without one.
 inline QString SaidByTip(QWidget& widget, const QPoint& point) {
     // The toolkit lets an old tip fade away.
-    if (QWidget* pOld = Tip())
-        pOld->hide();
+    if (QWidget* old = Tip()) {
+        old->hide();
+    }
     QHelpEvent event(QEvent::ToolTip, point, widget.mapToGlobal(point));
     QApplication::sendEvent(&widget, &event);
-    QWidget* pTip = Tip();
-    return pTip != nullptr ? Said(pTip) : QString();
+    QWidget* tip = Tip();
+    return tip != nullptr ? Said(tip) : QString();
 }
 
-inline QString SaidByTip(QTreeView& view, int nRow, int nColumn) {
-    const QModelIndex index = view.model()->index(nRow, nColumn);
+inline QString SaidByTip(QTreeView& view, int row, int column) {
+    const QModelIndex index = view.model()->index(row, column);
     view.scrollTo(index);
     const QRect cell = view.visualRect(index);
     return SaidByTip(*view.viewport(), QPoint(std::max(cell.left(), 0) + 4, cell.center().y()));
 }
 
-inline QString SaidByTip(QHeaderView& header, int nSection) {
-    return SaidByTip(*header.viewport(), QPoint(header.sectionViewportPosition(nSection) + 4, 4));
+inline QString SaidByTip(QHeaderView& header, int section) {
+    return SaidByTip(*header.viewport(), QPoint(header.sectionViewportPosition(section) + 4, 4));
 }
 
 } // namespace carvelot::test

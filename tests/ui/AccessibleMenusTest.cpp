@@ -19,43 +19,48 @@ std::vector<std::string> Log() {
 
 // What the tree says of the pop-up menus: "Entry*|Other", the star for the focus.
 QStringList MenusInTree() {
-    QStringList listMenus;
-    QAccessibleInterface* pRoot = QAccessible::queryAccessibleInterface(qApp);
-    for (int n = 0; n < pRoot->childCount(); ++n) {
-        QAccessibleInterface* pChild = pRoot->child(n);
-        if (pChild->role() != QAccessible::PopupMenu)
+    QStringList menus;
+    QAccessibleInterface* root = QAccessible::queryAccessibleInterface(qApp);
+    for (int n = 0; n < root->childCount(); ++n) {
+        QAccessibleInterface* child = root->child(n);
+        if (child->role() != QAccessible::PopupMenu) {
             continue;
-        if (pRoot->indexOfChild(pChild) != n)
-            return {QStringLiteral("a menu that is not where it stands")};
-        QStringList listEntries;
-        for (int nEntry = 0; nEntry < pChild->childCount(); ++nEntry) {
-            QAccessibleInterface* pEntry = pChild->child(nEntry);
-            if (pEntry == nullptr || !pEntry->isValid())
-                return {QStringLiteral("an entry that is not there")};
-            if (!Said(pEntry).isEmpty())
-                listEntries << Said(pEntry) + (pEntry->state().focused ? QStringLiteral("*") : QString());
         }
-        listMenus << listEntries.join(QLatin1Char('|'));
+        if (root->indexOfChild(child) != n) {
+            return {QStringLiteral("a menu that is not where it stands")};
+        }
+        QStringList entries;
+        for (int entryNumber = 0; entryNumber < child->childCount(); ++entryNumber) {
+            QAccessibleInterface* entry = child->child(entryNumber);
+            if (entry == nullptr || !entry->isValid()) {
+                return {QStringLiteral("an entry that is not there")};
+            }
+            if (!Said(entry).isEmpty()) {
+                entries << Said(entry) + (entry->state().focused ? QStringLiteral("*") : QString());
+            }
+        }
+        menus << entries.join(QLatin1Char('|'));
     }
-    return listMenus;
+    return menus;
 }
 
 // Does what opens a menu and tells what is in the tree while it is open.
-QStringList MenusDuring(const std::function<void()>& fnOpen) {
-    QStringList listMenus;
+QStringList MenusDuring(const std::function<void()>& open) {
+    QStringList menus;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        QWidget* pMenu = QApplication::activePopupWidget();
-        if (pMenu == nullptr)
+        QWidget* menu = QApplication::activePopupWidget();
+        if (menu == nullptr) {
             return;
+        }
         QCoreApplication::processEvents();
-        listMenus = MenusInTree();
-        pMenu->close();
+        menus = MenusInTree();
+        menu->close();
     });
     timer.start(0);
-    fnOpen();
-    (void)QTest::qWaitFor([&] { return !listMenus.isEmpty(); });
-    return listMenus;
+    open();
+    (void)QTest::qWaitFor([&] { return !menus.isEmpty(); });
+    return menus;
 }
 
 } // namespace
@@ -77,8 +82,8 @@ private slots:
         m_pRun->m_user.m_strOpenAnswer = m_pRun->Write(QStringLiteral("a.log"), Log());
         theApp().OpenDocumentFile(*m_pRun->m_user.m_strOpenAnswer);
         CMainFrame& frame = m_pRun->Frame();
-        auto* pFrame = qobject_cast<CChildFrame*>(frame.ActiveChild());
-        CThreadView& threads = pFrame->ThreadView();
+        auto* child = qobject_cast<CChildFrame*>(frame.ActiveChild());
+        CThreadView& threads = child->ThreadView();
         const QModelIndex thread = FindNode(threads.Model(), QStringLiteral("Thread - 6"));
         QCOMPARE(MenusInTree(), QStringList());
         QCOMPARE(MenusDuring([&] { Click(threads, thread, Qt::RightButton); }),
@@ -88,14 +93,14 @@ private slots:
             MenusDuring([&] { AskForMenu(*threads.viewport(), QPoint(5, 5), QContextMenuEvent::Keyboard); }),
             QStringList{"Write Message*"});
 
-        CDetailView& calls = pFrame->DetailView();
+        CDetailView& calls = child->DetailView();
         calls.SelectIndex(FindNode(calls.Model(), QStringLiteral("PARMS IN")));
         QCOMPARE(
             MenusDuring([&] { AskForMenu(*calls.viewport(), QPoint(5, 5), QContextMenuEvent::Keyboard); }),
             QStringList{"Copy Parms*"});
 
         CSessionRun::ShowPane(frame.m_wndTimingGapsPane);
-        Select(pFrame, "Process - 5");
+        Select(child, "Process - 5");
         CListCtrl& gaps = frame.m_wndTimingGapsPane.List();
         QCOMPARE(gaps.Model().rowCount(), 1);
         Click(gaps, gaps.Model().index(0, 0));
@@ -103,10 +108,9 @@ private slots:
         QCOMPARE(MenusDuring([&] { AskForMenu(*gaps.viewport(), QPoint(5, 5), QContextMenuEvent::Mouse); }),
                  QStringList{"Export*"});
 
-        auto* pTabs = frame.ClientArea().findChild<QTabBar*>();
-        QCOMPARE(
-            MenusDuring([&] { AskForMenu(*pTabs, pTabs->tabRect(0).center(), QContextMenuEvent::Mouse); }),
-            QStringList{"Close*|New Horizontal Tab Group|New Vertical Tab Group"});
+        auto* tabs = frame.ClientArea().findChild<QTabBar*>();
+        QCOMPARE(MenusDuring([&] { AskForMenu(*tabs, tabs->tabRect(0).center(), QContextMenuEvent::Mouse); }),
+                 QStringList{"Close*|New Horizontal Tab Group|New Vertical Tab Group"});
     }
 
     void soDoTheMenusOfEditsOfToolbarsAndOfTheWindowItself() {
@@ -116,31 +120,32 @@ private slots:
         search.setText(QStringLiteral("abc"));
         search.selectAll();
         search.setFocus();
-        const QStringList listEdit =
+        const QStringList edit =
             MenusDuring([&] { AskForMenu(search, QPoint(5, 5), QContextMenuEvent::Mouse); });
-        QCOMPARE(listEdit.size(), 1);
-        QVERIFY(listEdit.constFirst().contains(QLatin1Char('*')));
-        QVERIFY(listEdit.constFirst().contains(QStringLiteral("Copy")));
+        QCOMPARE(edit.size(), 1);
+        QVERIFY(edit.constFirst().contains(QLatin1Char('*')));
+        QVERIFY(edit.constFirst().contains(QStringLiteral("Copy")));
 
-        auto* pToolBar = frame.findChild<CToolBar*>();
-        QToolButton* pOptions = nullptr;
-        for (QToolButton* pButton : pToolBar->findChildren<QToolButton*>()) {
-            if (pButton->menu() != nullptr && pButton->isVisible())
-                pOptions = pButton;
+        auto* toolBar = frame.findChild<CToolBar*>();
+        QToolButton* options = nullptr;
+        for (QToolButton* button : toolBar->findChildren<QToolButton*>()) {
+            if (button->menu() != nullptr && button->isVisible()) {
+                options = button;
+            }
         }
-        QVERIFY(pOptions != nullptr);
+        QVERIFY(options != nullptr);
         // Menus that share commands have all their entries, one after the other.
-        for (int nTime = 0; nTime < 2; ++nTime) {
-            const QStringList listOptions = MenusDuring([&] { pOptions->showMenu(); });
-            QCOMPARE(listOptions.size(), 1);
-            QVERIFY(listOptions.constFirst().startsWith(QStringLiteral("Open...*|")));
-            QVERIFY(listOptions.constFirst().endsWith(QStringLiteral("|Reset Toolbar|Customize...")));
+        for (int time = 0; time < 2; ++time) {
+            const QStringList ofOptions = MenusDuring([&] { options->showMenu(); });
+            QCOMPARE(ofOptions.size(), 1);
+            QVERIFY(ofOptions.constFirst().startsWith(QStringLiteral("Open...*|")));
+            QVERIFY(ofOptions.constFirst().endsWith(QStringLiteral("|Reset Toolbar|Customize...")));
 
-            const QStringList listFrame =
-                MenusDuring([&] { AskForMenu(*pToolBar, QPoint(2, 2), QContextMenuEvent::Mouse); });
-            QCOMPARE(listFrame.size(), 1);
-            QVERIFY(listFrame.constFirst().startsWith(QStringLiteral("Standard*|Cache Browser|")));
-            QVERIFY(listFrame.constFirst().endsWith(QStringLiteral("|Customize...")));
+            const QStringList ofFrame =
+                MenusDuring([&] { AskForMenu(*toolBar, QPoint(2, 2), QContextMenuEvent::Mouse); });
+            QCOMPARE(ofFrame.size(), 1);
+            QVERIFY(ofFrame.constFirst().startsWith(QStringLiteral("Standard*|Cache Browser|")));
+            QVERIFY(ofFrame.constFirst().endsWith(QStringLiteral("|Customize...")));
             CSessionRun::Settle();
         }
     }
@@ -148,11 +153,11 @@ private slots:
     // These are in the tree below their menu bar.
     void aMenuOfTheMenuBarStandsOnlyThere() {
         CMainFrame& frame = m_pRun->Frame();
-        QMenu* pFile = frame.menuBar()->actions().constFirst()->menu();
-        pFile->popup(QPoint(10, 10));
+        QMenu* file = frame.menuBar()->actions().constFirst()->menu();
+        file->popup(QPoint(10, 10));
         QCoreApplication::processEvents();
         QCOMPARE(MenusInTree(), QStringList());
-        pFile->close();
+        file->close();
     }
 };
 

@@ -1,6 +1,7 @@
 // Panes folded away to the edge of the window.
 #include "ui/UiSupport.h"
 
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/AutoHide.h"
 #include "ui/kit/ToolBar.h"
 
@@ -20,22 +21,25 @@ using namespace carvelot::test;
 
 namespace {
 
-QStringList Tabs(const CMainFrame& frame, const char* pszEdge) {
-    QStringList listTexts;
-    const auto* pStrip = frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(pszEdge));
-    if (pStrip == nullptr || !pStrip->isVisible())
-        return listTexts;
-    for (const auto* pTab : pStrip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
-        if (pTab->isVisible())
-            listTexts << pTab->text();
+QStringList Tabs(const CMainFrame& frame, const char* edgeName) {
+    QStringList texts;
+    const auto* strip = frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(edgeName));
+    if (strip == nullptr || !strip->isVisible()) {
+        return texts;
     }
-    return listTexts;
+    for (const auto* tab : strip->findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
+        if (tab->isVisible()) {
+            texts << tab->text();
+        }
+    }
+    return texts;
 }
 
-QAbstractButton* Tab(const CMainFrame& frame, const char* pszText) {
-    for (auto* pTab : frame.findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
-        if (pTab->text() == QLatin1String(pszText) && pTab->isVisible())
-            return pTab;
+QAbstractButton* Tab(const CMainFrame& frame, const char* text) {
+    for (auto* tab : frame.findChildren<QAbstractButton*>(QStringLiteral("AutoHideTab"))) {
+        if (tab->text() == QLatin1String(text) && tab->isVisible()) {
+            return tab;
+        }
     }
     return nullptr;
 }
@@ -46,10 +50,11 @@ const std::initializer_list<std::pair<const char*, Qt::DockWidgetArea>> kEdges{
     {"top", Qt::TopDockWidgetArea},
     {"bottom", Qt::BottomDockWidgetArea}};
 
-QToolBar* Strip(const CMainFrame& frame, Qt::DockWidgetArea nEdge) {
-    for (const auto& [pszEdge, nThis] : kEdges) {
-        if (nThis == nEdge)
-            return frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(pszEdge));
+QToolBar* Strip(const CMainFrame& frame, Qt::DockWidgetArea area) {
+    for (const auto& [edgeName, tried] : kEdges) {
+        if (tried == area) {
+            return frame.findChild<QToolBar*>(QStringLiteral("AutoHide-") + QLatin1String(edgeName));
+        }
     }
     return nullptr;
 }
@@ -78,14 +83,14 @@ private slots:
 
     void thePinOfAPaneFoldsItsWholeGroupToTheEdgeInTheOrderOfTheTabs() {
         CMainFrame& frame = m_pRun->Frame();
-        const int nBefore = m_pRun->Area().height();
+        const int before = m_pRun->Area().height();
         QVERIFY(frame.m_wndBSFNPane.PinButton()->isVisible());
         QCOMPARE(frame.m_wndBSFNPane.PinButton()->accessibleName(), QStringLiteral("Auto Hide"));
         QTest::mouseClick(frame.m_wndBSFNPane.PinButton(), Qt::LeftButton);
         Settle();
         QCOMPARE(Tabs(frame, "bottom"), kPaneOrder);
         QVERIFY(!frame.m_wndBSFNPane.isVisible());
-        QVERIFY(m_pRun->Area().height() > nBefore + 100);
+        QVERIFY(m_pRun->Area().height() > before + 100);
     }
 
     void thePinStandsBesideTheTitlesButtons_data() {
@@ -107,15 +112,15 @@ private slots:
             pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_closebutton"))->geometry();
         QVERIFY(pane.rect().contains(pin));
         // From the edge inwards: close, float, pin.
-        const QList<int> listPlaces{buttonClose.x(), buttonFloat.x(), pin.x()};
+        const QList<int> places{buttonClose.x(), buttonFloat.x(), pin.x()};
         QVERIFY(!pin.intersects(buttonFloat) && !pin.intersects(buttonClose));
-        QVERIFY(direction == Qt::LeftToRight ? std::ranges::is_sorted(listPlaces, std::ranges::greater())
-                                             : std::ranges::is_sorted(listPlaces));
+        QVERIFY(direction == Qt::LeftToRight ? std::ranges::is_sorted(places, std::ranges::greater())
+                                             : std::ranges::is_sorted(places));
     }
 
     void aTabSlidesItsPaneOutWithoutMovingTheWindowsAndTheFocusTakesItBack() {
         CMainFrame& frame = m_pRun->Frame();
-        CTestFrame* pChild = m_pRun->Open("a");
+        CTestFrame* child = m_pRun->Open("a");
         frame.AutoHide().Fold(frame.m_wndBSFNPane);
         Settle();
         const QRect area = m_pRun->Area().geometry();
@@ -125,9 +130,9 @@ private slots:
         QVERIFY(frame.m_wndFindPane.isAncestorOf(QApplication::focusWidget()));
         QCOMPARE(m_pRun->Area().geometry(), area);
         QCOMPARE(frame.m_wndFindPane.PinButton()->accessibleName(), QStringLiteral("Dock"));
-        pChild->m_edits[0]->setFocus();
+        child->m_edits[0]->setFocus();
         QVERIFY(!frame.m_wndFindPane.isVisible());
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[0]);
     }
 
     void anotherTabTakesTheFirstPanesPlace() {
@@ -156,7 +161,7 @@ private slots:
 
     void thePinOfAFoldedPaneDocksTheGroupAgainWithThatPaneInFront() {
         CMainFrame& frame = m_pRun->Frame();
-        const int nBefore = frame.m_wndBSFNPane.height();
+        const int before = frame.m_wndBSFNPane.height();
         frame.AutoHide().Fold(frame.m_wndBSFNPane);
         Settle();
         QTest::mouseClick(Tab(frame, "Long Tasks"), Qt::LeftButton);
@@ -167,7 +172,7 @@ private slots:
         QVERIFY(!frame.m_wndLongTasksPane.visibleRegion().isEmpty());
         QCOMPARE(frame.dockWidgetArea(&frame.m_wndLongTasksPane), Qt::BottomDockWidgetArea);
         QCOMPARE(frame.tabifiedDockWidgets(&frame.m_wndLongTasksPane).size(), 8);
-        QCOMPARE(frame.m_wndLongTasksPane.height(), nBefore);
+        QCOMPARE(frame.m_wndLongTasksPane.height(), before);
         QVERIFY((frame.m_wndLongTasksPane.features() & QDockWidget::DockWidgetFloatable) != 0);
     }
 
@@ -187,10 +192,11 @@ private slots:
     void aPaneThatIsOutStandsAtItsEdgeInsideTheWindow_data() {
         QTest::addColumn<Qt::DockWidgetArea>("edge");
         QTest::addColumn<bool>("rightToLeft");
-        for (const bool bRightToLeft : {false, true}) {
-            for (const auto& [pszEdge, nEdge] : kEdges)
-                QTest::addRow("%s, %s", pszEdge, bRightToLeft ? "right to left" : "left to right")
-                    << nEdge << bRightToLeft;
+        for (const bool rightToLeft : {false, true}) {
+            for (const auto& [edgeName, area] : kEdges) {
+                QTest::addRow("%s, %s", edgeName, rightToLeft ? "right to left" : "left to right")
+                    << area << rightToLeft;
+            }
         }
     }
 
@@ -203,72 +209,74 @@ private slots:
         QApplication::setLayoutDirection(rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
         CMainFrame& frame = m_pRun->Frame();
         frame.resize(1200, 800);
-        const QList<CDockablePane*> listPanes = frame.Panes();
-        qsizetype nPane = 0;
-        for (const auto& [pszEdge, nEdge] : kEdges) {
-            for (int n = 0; n < 2; ++n, ++nPane) {
-                frame.addDockWidget(nEdge, listPanes[nPane]);
-                if (n > 0)
-                    frame.tabifyDockWidget(listPanes[nPane - 1], listPanes[nPane]);
+        const QList<CDockablePane*> panes = frame.Panes();
+        qsizetype paneNumber = 0;
+        for (const auto& [edgeName, area] : kEdges) {
+            for (int n = 0; n < 2; ++n, ++paneNumber) {
+                frame.addDockWidget(area, panes[paneNumber]);
+                if (n > 0) {
+                    frame.tabifyDockWidget(panes[paneNumber - 1], panes[paneNumber]);
+                }
             }
         }
         Settle();
-        CDockablePane* pOut = nullptr;
-        for (CDockablePane* pPane : listPanes) {
-            if (pOut == nullptr && frame.dockWidgetArea(pPane) == edge)
-                pOut = pPane;
+        CDockablePane* out = nullptr;
+        for (CDockablePane* pane : panes) {
+            if (out == nullptr && frame.dockWidgetArea(pane) == edge) {
+                out = pane;
+            }
         }
-        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
-        frame.resizeDocks({pOut}, {190}, bUpright ? Qt::Horizontal : Qt::Vertical);
+        const bool upright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        frame.resizeDocks({out}, {190}, upright ? Qt::Horizontal : Qt::Vertical);
         Settle();
-        pOut->raise();
+        out->raise();
         Settle();
-        const int nThickness = bUpright ? pOut->width() : pOut->height();
-        QVERIFY(nThickness > 80);
-        frame.AutoHide().Fold(*pOut);
+        const int thickness = upright ? out->width() : out->height();
+        QVERIFY(thickness > 80);
+        frame.AutoHide().Fold(*out);
         Settle();
-        QTest::mouseClick(Tab(frame, pOut->windowTitle().toUtf8()), Qt::LeftButton);
+        QTest::mouseClick(Tab(frame, out->windowTitle().toUtf8()), Qt::LeftButton);
         Settle();
-        QVERIFY(pOut->isVisible());
+        QVERIFY(out->isVisible());
 
         // What is between the bars: the tool bars above it, the status bar below, the strip at its edge.
         QRect room(0, 0, frame.width(), frame.statusBar()->geometry().top());
-        room.setTop(frame.ToolBars().constFirst()->geometry().bottom() + 1);
-        const auto* pSlide = frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
+        room.setTop(frame.Bars().All().constFirst()->geometry().bottom() + 1);
+        const auto* slide = frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
         const QRect strip = Strip(frame, edge)->geometry();
         QRect expected;
         switch (edge) {
         case Qt::LeftDockWidgetArea:
-            expected = QRect(strip.right() + 1, room.top(), nThickness, room.height());
+            expected = QRect(strip.right() + 1, room.top(), thickness, room.height());
             break;
         case Qt::RightDockWidgetArea:
-            expected = QRect(strip.left() - nThickness, room.top(), nThickness, room.height());
+            expected = QRect(strip.left() - thickness, room.top(), thickness, room.height());
             break;
         case Qt::TopDockWidgetArea:
-            expected = QRect(0, strip.bottom() + 1, room.width(), nThickness);
+            expected = QRect(0, strip.bottom() + 1, room.width(), thickness);
             break;
         default:
-            expected = QRect(0, strip.top() - nThickness, room.width(), nThickness);
+            expected = QRect(0, strip.top() - thickness, room.width(), thickness);
         }
-        QCOMPARE(pSlide->geometry(), expected);
-        QVERIFY(QRect(QPoint(), pSlide->size()).contains(pOut->geometry()));
+        QCOMPARE(slide->geometry(), expected);
+        QVERIFY(QRect(QPoint(), slide->size()).contains(out->geometry()));
     }
 
     void thePointerOverATabShowsItsPaneAndTakesNoFocus() {
         CMainFrame& frame = m_pRun->Frame();
-        CTestFrame* pChild = m_pRun->Open("a");
+        CTestFrame* child = m_pRun->Open("a");
         frame.AutoHide().Fold(frame.m_wndBSFNPane);
         Settle();
-        pChild->m_edits[1]->setFocus();
+        child->m_edits[1]->setFocus();
         Point(*Tab(frame, "Find"));
         QTRY_VERIFY(frame.m_wndFindPane.isVisible());
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[1]);
         // It stays while the pointer is in it, and goes with the pointer.
         Point(*frame.m_wndFindPane.MainControl());
         QVERIFY(frame.m_wndFindPane.MainControl()->underMouse());
-        Point(*pChild->m_edits[0]);
+        Point(*child->m_edits[0]);
         QTRY_VERIFY(!frame.m_wndFindPane.isVisible());
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[1]);
     }
 
     void aTabThatThePointerOnlyPassesShowsNothing() {
@@ -277,8 +285,8 @@ private slots:
         Settle();
         class CWatch : public QObject {
         public:
-            bool eventFilter(QObject*, QEvent* pEvent) override {
-                m_nShown += pEvent->type() == QEvent::Show ? 1 : 0;
+            bool eventFilter(QObject*, QEvent* event) override {
+                m_nShown += event->type() == QEvent::Show ? 1 : 0;
                 return false;
             }
             int m_nShown = 0;
@@ -294,21 +302,21 @@ private slots:
 
     void aPaneThatIsOutIsResizedByItsInnerEdge() {
         QFETCH(Qt::DockWidgetArea, edge);
-        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
-        CMainFrame* pFrame = &m_pRun->Frame();
-        FoldFind(*pFrame, edge);
-        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
+        const bool upright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        CMainFrame* frame = &m_pRun->Frame();
+        FoldFind(*frame, edge);
+        QTest::mouseClick(Tab(*frame, "Find"), Qt::LeftButton);
         Settle();
-        const auto fnThickness = [&] { return bUpright ? Slide(*pFrame).width() : Slide(*pFrame).height(); };
+        const auto thickness = [&] { return upright ? Slide(*frame).width() : Slide(*frame).height(); };
         // By how far the pointer moves into the window.
-        const auto fnDrag = [&](int nFurther) {
-            QFrame& slide = Slide(*pFrame);
+        const auto drag = [&](int further) {
+            QFrame& slide = Slide(*frame);
             const QPoint inner = edge == Qt::LeftDockWidgetArea    ? QPoint(slide.width() - 2, 50)
                                  : edge == Qt::RightDockWidgetArea ? QPoint(1, 50)
                                  : edge == Qt::TopDockWidgetArea   ? QPoint(50, slide.height() - 2)
                                                                    : QPoint(50, 1);
-            const int nSign = edge == Qt::LeftDockWidgetArea || edge == Qt::TopDockWidgetArea ? 1 : -1;
-            const QPoint step(bUpright ? nSign * nFurther : 0, bUpright ? 0 : nSign * nFurther);
+            const int sign = edge == Qt::LeftDockWidgetArea || edge == Qt::TopDockWidgetArea ? 1 : -1;
+            const QPoint step(upright ? sign * further : 0, upright ? 0 : sign * further);
             const QPoint screen = slide.mapToGlobal(inner) + step;
             QTest::mousePress(&slide, Qt::LeftButton, {}, inner);
             QMouseEvent move(QEvent::MouseMove, QPointF(slide.mapFromGlobal(screen)), QPointF(screen),
@@ -316,41 +324,41 @@ private slots:
             QCoreApplication::sendEvent(&slide, &move);
             QTest::mouseRelease(&slide, Qt::LeftButton, {}, slide.mapFromGlobal(screen));
         };
-        const QRect before = Slide(*pFrame).geometry();
-        fnDrag(60);
-        const int nWide = bUpright ? before.width() + 60 : before.height() + 60;
-        QVERIFY(std::abs(fnThickness() - nWide) <= 2);
+        const QRect before = Slide(*frame).geometry();
+        drag(60);
+        const int wide = upright ? before.width() + 60 : before.height() + 60;
+        QVERIFY(std::abs(thickness() - wide) <= 2);
         // The outer edge stays where it is.
-        const QRect after = Slide(*pFrame).geometry();
+        const QRect after = Slide(*frame).geometry();
         QVERIFY(edge == Qt::LeftDockWidgetArea    ? after.left() == before.left()
                 : edge == Qt::RightDockWidgetArea ? after.right() == before.right()
                 : edge == Qt::TopDockWidgetArea   ? after.top() == before.top()
                                                   : after.bottom() == before.bottom());
-        QVERIFY(Slide(*pFrame).rect().contains(pFrame->m_wndFindPane.geometry()));
+        QVERIFY(Slide(*frame).rect().contains(frame->m_wndFindPane.geometry()));
 
         // There is a least size, and always something left of the window.
-        fnDrag(-2000);
-        QCOMPARE(fnThickness(), 80);
-        fnDrag(5000);
-        const int nMost = fnThickness();
-        QVERIFY(nMost < (bUpright ? pFrame->width() : pFrame->height()));
-        fnDrag(200 - nMost);
-        const int nLast = fnThickness();
-        QVERIFY(std::abs(nLast - 200) <= 2);
+        drag(-2000);
+        QCOMPARE(thickness(), 80);
+        drag(5000);
+        const int most = thickness();
+        QVERIFY(most < (upright ? frame->width() : frame->height()));
+        drag(200 - most);
+        const int last = thickness();
+        QVERIFY(std::abs(last - 200) <= 2);
 
         // It holds for the next time, for the next start, and for the pane when it is docked again.
-        pFrame->AutoHide().SlideIn();
-        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
-        QCOMPARE(fnThickness(), nLast);
+        frame->AutoHide().SlideIn();
+        QTest::mouseClick(Tab(*frame, "Find"), Qt::LeftButton);
+        QCOMPARE(thickness(), last);
         m_pRun.reset();
         m_pRun = std::make_unique<CRun>(*m_pFolder);
-        pFrame = &m_pRun->Frame();
+        frame = &m_pRun->Frame();
         Settle();
-        QTest::mouseClick(Tab(*pFrame, "Find"), Qt::LeftButton);
-        QCOMPARE(fnThickness(), nLast);
-        pFrame->AutoHide().Pin(pFrame->m_wndFindPane);
+        QTest::mouseClick(Tab(*frame, "Find"), Qt::LeftButton);
+        QCOMPARE(thickness(), last);
+        frame->AutoHide().Pin(frame->m_wndFindPane);
         Settle();
-        QCOMPARE(bUpright ? pFrame->m_wndFindPane.width() : pFrame->m_wndFindPane.height(), nLast);
+        QCOMPARE(upright ? frame->m_wndFindPane.width() : frame->m_wndFindPane.height(), last);
     }
 
     void theTabsOfEachEdgeStandThere_data() { Edges(); }
@@ -364,7 +372,7 @@ private slots:
         QVERIFY(strip.isAncestorOf(&tab));
         if (edge == Qt::TopDockWidgetArea) {
             // Toolbars stand above the strip, also one that the user makes now.
-            QVERIFY(frame.NewUserToolBar(QStringLiteral("Mine")) != nullptr);
+            QVERIFY(frame.Bars().New(QStringLiteral("Mine")) != nullptr);
             Settle();
         }
         const QPoint middle = strip.geometry().center();
@@ -377,44 +385,47 @@ private slots:
             break;
         case Qt::TopDockWidgetArea:
             QVERIFY(middle.y() < m_pRun->Area().y());
-            for (const CToolBar* pToolBar : frame.ToolBars())
-                QVERIFY(middle.y() > pToolBar->geometry().bottom());
+            for (const CToolBar* toolBar : frame.Bars().All()) {
+                QVERIFY(middle.y() > toolBar->geometry().bottom());
+            }
             break;
         default:
             QVERIFY(middle.y() > m_pRun->Area().geometry().bottom());
             QVERIFY(middle.y() < frame.statusBar()->y());
         }
-        const bool bUpright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
-        QCOMPARE(tab.height() > tab.width(), bUpright);
-        for (const auto& [pszEdge, nEdge] : kEdges)
-            QCOMPARE(Tabs(frame, pszEdge), nEdge == edge ? QStringList{"Find"} : QStringList());
+        const bool upright = edge == Qt::LeftDockWidgetArea || edge == Qt::RightDockWidgetArea;
+        QCOMPARE(tab.height() > tab.width(), upright);
+        for (const auto& [edgeName, area] : kEdges) {
+            QCOMPARE(Tabs(frame, edgeName), area == edge ? QStringList{"Find"} : QStringList());
+        }
     }
 
     void whatIsFoldedIsFoldedAtTheNextStartToo() {
-        CMainFrame* pFrame = &m_pRun->Frame();
-        pFrame->addDockWidget(Qt::RightDockWidgetArea, &pFrame->m_wndFindPane);
+        CMainFrame* frame = &m_pRun->Frame();
+        frame->addDockWidget(Qt::RightDockWidgetArea, &frame->m_wndFindPane);
         Settle();
-        pFrame->AutoHide().Fold(pFrame->m_wndFindPane);
-        pFrame->AutoHide().Fold(pFrame->m_wndBSFNPane);
-        const QString strStored = pFrame->AutoHide().Stored();
+        frame->AutoHide().Fold(frame->m_wndFindPane);
+        frame->AutoHide().Fold(frame->m_wndBSFNPane);
+        const std::string stored = WriteFolds(frame->AutoHide().Folds());
         m_pRun.reset();
         m_pRun = std::make_unique<CRun>(*m_pFolder);
         Settle();
-        pFrame = &m_pRun->Frame();
-        QStringList listOthers = kPaneOrder;
-        listOthers.removeOne(QStringLiteral("Find"));
-        QCOMPARE(Tabs(*pFrame, "right"), QStringList{"Find"});
-        QCOMPARE(Tabs(*pFrame, "bottom"), listOthers);
-        QCOMPARE(pFrame->AutoHide().Stored(), strStored);
+        frame = &m_pRun->Frame();
+        QStringList others = kPaneOrder;
+        others.removeOne(QStringLiteral("Find"));
+        QCOMPARE(Tabs(*frame, "right"), QStringList{"Find"});
+        QCOMPARE(Tabs(*frame, "bottom"), others);
+        QCOMPARE(WriteFolds(frame->AutoHide().Folds()), stored);
     }
 
     void aStoredTextThatMakesNoSenseFoldsNothing() {
         CMainFrame& frame = m_pRun->Frame();
-        for (const char* pszStored : {"", ";;", "bottom", "middle:100:FindPane",
-                                      "bottom:100:", "bottom:100:Nobody", "::", "bottom:x"})
-            frame.AutoHide().Restore(QLatin1String(pszStored));
-        QCOMPARE(frame.AutoHide().Stored(), QString());
-        frame.AutoHide().Restore(QStringLiteral("bottom:-7:FindPane,FindPane;top:300:FindPane"));
+        for (const char* stored : {"", ";;", "bottom", "middle:100:FindPane",
+                                   "bottom:100:", "bottom:100:Nobody", "::", "bottom:x"}) {
+            frame.AutoHide().Restore(ReadFolds(stored));
+        }
+        QCOMPARE(WriteFolds(frame.AutoHide().Folds()), std::string());
+        frame.AutoHide().Restore(ReadFolds("bottom:-7:FindPane,FindPane;top:300:FindPane"));
         Settle();
         QCOMPARE(Tabs(frame, "bottom"), QStringList{"Find"});
         QCOMPARE(Tabs(frame, "top"), QStringList());
@@ -439,12 +450,12 @@ private slots:
     void theViewMenuSlidesAFoldedPaneOut() {
         CMainFrame& frame = m_pRun->Frame();
         frame.AutoHide().Fold(frame.m_wndBSFNPane);
-        CPersonalMenu* pView = m_pRun->OpenMenu("View");
-        QMenu* pBars = Entry(*pView, "&Toolbars and Docking Windows")->menu();
-        emit pBars->aboutToShow();
-        QVERIFY(Entry(*pBars, "Find")->isChecked());
-        Entry(*pBars, "Find")->trigger();
-        pView->close();
+        CPersonalMenu* view = m_pRun->OpenMenu("View");
+        QMenu* bars = Entry(*view, "&Toolbars and Docking Windows")->menu();
+        emit bars->aboutToShow();
+        QVERIFY(Entry(*bars, "Find")->isChecked());
+        Entry(*bars, "Find")->trigger();
+        view->close();
         QVERIFY(frame.m_wndFindPane.isVisible());
     }
 
@@ -463,8 +474,9 @@ private slots:
         frame.RunCommand(ID_VIEW_RESTORE_LAYOUT);
         Settle();
         QCOMPARE(Tabs(frame, "bottom"), QStringList());
-        for (const CDockablePane* pPane : frame.Panes())
-            QVERIFY(!pPane->isHidden());
+        for (const CDockablePane* pane : frame.Panes()) {
+            QVERIFY(!pane->isHidden());
+        }
         QVERIFY(!frame.m_wndBSFNPane.visibleRegion().isEmpty());
     }
 
@@ -480,14 +492,15 @@ private slots:
 private:
     static void Edges() {
         QTest::addColumn<Qt::DockWidgetArea>("edge");
-        for (const auto& [pszEdge, nEdge] : kEdges)
-            QTest::newRow(pszEdge) << nEdge;
+        for (const auto& [edgeName, area] : kEdges) {
+            QTest::newRow(edgeName) << area;
+        }
     }
     static QFrame& Slide(const CMainFrame& frame) {
         return *frame.findChild<QFrame*>(QStringLiteral("AutoHideSlide"));
     }
-    static void FoldFind(CMainFrame& frame, Qt::DockWidgetArea nEdge) {
-        frame.addDockWidget(nEdge, &frame.m_wndFindPane);
+    static void FoldFind(CMainFrame& frame, Qt::DockWidgetArea area) {
+        frame.addDockWidget(area, &frame.m_wndFindPane);
         Settle();
         frame.AutoHide().Fold(frame.m_wndFindPane);
         Settle();

@@ -36,65 +36,68 @@ class CDialogHands {
 public:
     explicit CDialogHands(QDialog& dialog) : m_dialog(dialog) {}
 
-    template <typename TWidget> TWidget& Part(const char* pszName) const {
-        auto* pPart = m_dialog.findChild<TWidget*>(QLatin1String(pszName));
-        if (pPart == nullptr)
-            qFatal("no %s", pszName);
-        return *pPart;
+    template <typename TWidget> TWidget& Part(const char* name) const {
+        auto* part = m_dialog.findChild<TWidget*>(QLatin1String(name));
+        if (part == nullptr) {
+            qFatal("no %s", name);
+        }
+        return *part;
     }
     CListCtrl& List() const { return Part<CListCtrl>("Columns"); }
-    void Press(const char* pszName) const { QTest::mouseClick(&Part<QPushButton>(pszName), Qt::LeftButton); }
-    void Type(const char* pszName, const QString& strText) const {
-        auto& edit = Part<QLineEdit>(pszName);
+    void Press(const char* name) const { QTest::mouseClick(&Part<QPushButton>(name), Qt::LeftButton); }
+    void Type(const char* name, const QString& text) const {
+        auto& edit = Part<QLineEdit>(name);
         edit.setFocus();
         edit.selectAll();
         QTest::keyClick(&edit, Qt::Key_Delete);
-        QTest::keyClicks(&edit, strText);
+        QTest::keyClicks(&edit, text);
     }
-    void Choose(const QString& strType) const { Part<QComboBox>("DataType").setCurrentText(strType); }
-    void Paste(const QString& strText) const { Part<QPlainTextEdit>("Structure").setPlainText(strText); }
-    void Parse(const QString& strText) const {
-        Paste(strText);
+    void Choose(const QString& type) const { Part<QComboBox>("DataType").setCurrentText(type); }
+    void Paste(const QString& text) const { Part<QPlainTextEdit>("Structure").setPlainText(text); }
+    void Parse(const QString& text) const {
+        Paste(text);
         Press("Parse");
     }
-    void Add(const QString& strName, const QString& strType,
-             const QString& strArray = QStringLiteral("1")) const {
-        Type("ColumnName", strName);
-        Choose(strType);
-        Type("Array", strArray);
+    void Add(const QString& name, const QString& type, const QString& array = QStringLiteral("1")) const {
+        Type("ColumnName", name);
+        Choose(type);
+        Type("Array", array);
         Press("Add");
     }
     void Ok() const { Key(QDialogButtonBox::Ok); }
     void Cancel() const { Key(QDialogButtonBox::Cancel); }
 
 private:
-    void Key(QDialogButtonBox::StandardButton nButton) const {
-        QTest::mouseClick(m_dialog.findChild<QDialogButtonBox*>()->button(nButton), Qt::LeftButton);
+    void Key(QDialogButtonBox::StandardButton button) const {
+        QTest::mouseClick(m_dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
     }
     QDialog& m_dialog;
 };
 
 QString Describe(const CCacheDS& structure) {
-    QStringList listMembers;
-    for (const auto& pMember : structure.m_members)
-        listMembers << QStringLiteral("%1 %2[%3]")
-                           .arg(ToQString(pMember->m_typeName), ToQString(pMember->m_name))
-                           .arg(pMember->m_count);
-    return listMembers.join(QLatin1String("; "));
+    QStringList members;
+    for (const auto& member : structure.m_members) {
+        members << QStringLiteral("%1 %2[%3]")
+                       .arg(ToQString(member->m_typeName), ToQString(member->m_name))
+                       .arg(member->m_count);
+    }
+    return members.join(QLatin1String("; "));
 }
 
-QStringList CellsOf(const QAbstractItemModel& model, int nRow) {
-    QStringList listCells;
-    for (int n = 0; n < model.columnCount(); ++n)
-        listCells << model.index(nRow, n).data().toString();
-    return listCells;
+QStringList CellsOf(const QAbstractItemModel& model, int row) {
+    QStringList cells;
+    for (int n = 0; n < model.columnCount(); ++n) {
+        cells << model.index(row, n).data().toString();
+    }
+    return cells;
 }
 
 QStringList TitlesOf(const QAbstractItemModel& model) {
-    QStringList listTitles;
-    for (int n = 0; n < model.columnCount(); ++n)
-        listTitles << model.headerData(n, Qt::Horizontal).toString();
-    return listTitles;
+    QStringList titles;
+    for (int n = 0; n < model.columnCount(); ++n) {
+        titles << model.headerData(n, Qt::Horizontal).toString();
+    }
+    return titles;
 }
 
 #ifdef Q_OS_WIN
@@ -142,30 +145,36 @@ private slots:
         QVERIFY(hands.Part<QLineEdit>("Instance").isReadOnly());
         QCOMPARE(hands.Part<QLineEdit>("Array").text(), QStringLiteral("1"));
         const auto& types = hands.Part<QComboBox>("DataType");
-        QStringList listTypes;
-        for (int n = 0; n < types.count(); ++n)
-            listTypes << types.itemText(n);
-        QCOMPARE(listTypes, (QStringList{"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "unsigned long",
-                                         "long", "unsigned int", "int"}));
+        QStringList shown;
+        for (int n = 0; n < types.count(); ++n) {
+            shown << types.itemText(n);
+        }
+        QCOMPARE(shown, (QStringList{"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "unsigned long",
+                                     "long", "unsigned int", "int"}));
         QVERIFY(!types.isEditable());
         QCOMPARE(types.currentText(), QString());
         QCOMPARE(TitlesOf(hands.List().Model()), (QStringList{"Column Name", "Data Type", "Array Size"}));
-        for (int n = 0; n < 3; ++n)
+        for (int n = 0; n < 3; ++n) {
             QCOMPARE(hands.List().Model().ColumnWidth(n), (QList<int>{100, 70, 60}[n]));
+        }
         QCOMPARE(hands.List().selectionMode(), QAbstractItemView::SingleSelection);
         QCOMPARE(hands.List().selectionBehavior(), QAbstractItemView::SelectRows);
-        QStringList listLabels;
-        for (const QLabel* pLabel : dialog.findChildren<QLabel*>())
-            listLabels << pLabel->text();
-        QCOMPARE(listLabels.count(QStringLiteral("Name")), 2);
-        for (const char* pszLabel : {"Instance", "Datatype", "Array"})
-            QVERIFY(listLabels.contains(QLatin1String(pszLabel)));
-        QStringList listGroups;
-        for (const QGroupBox* pGroup : dialog.findChildren<QGroupBox*>())
-            listGroups << pGroup->title();
-        QCOMPARE(listGroups, (QStringList{"Cache Columns", "Data Structure"}));
-        for (const char* pszButton : {"Add", "Parse", "Remove", "Load", "Save"})
-            QCOMPARE(hands.Part<QPushButton>(pszButton).text(), QLatin1String(pszButton));
+        QStringList labels;
+        for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+            labels << label->text();
+        }
+        QCOMPARE(labels.count(QStringLiteral("Name")), 2);
+        for (const char* labelText : {"Instance", "Datatype", "Array"}) {
+            QVERIFY(labels.contains(QLatin1String(labelText)));
+        }
+        QStringList groups;
+        for (const QGroupBox* group : dialog.findChildren<QGroupBox*>()) {
+            groups << group->title();
+        }
+        QCOMPARE(groups, (QStringList{"Cache Columns", "Data Structure"}));
+        for (const char* button : {"Add", "Parse", "Remove", "Load", "Save"}) {
+            QCOMPARE(hands.Part<QPushButton>(button).text(), QLatin1String(button));
+        }
     }
 
     void parseShowsTheSizeAndReplacesAllMembers() {
@@ -207,14 +216,15 @@ private slots:
             hands.Type("ColumnName", QStringLiteral("a"));
             hands.Press("Add");
             QCOMPARE(Messages(), QStringList{"Data Type is required"});
-            for (const char* pszType : {"unsigned int", "unsigned long"}) {
-                hands.Choose(QLatin1String(pszType));
+            for (const char* type : {"unsigned int", "unsigned long"}) {
+                hands.Choose(QLatin1String(type));
                 hands.Press("Add");
                 QCOMPARE(Messages(), QStringList{"Failed to create member"});
             }
             QVERIFY(Rows(hands.List()).isEmpty());
-            for (const char* pszType : {"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "long", "int"})
-                hands.Add(QLatin1String(pszType) + QStringLiteral("Column"), QLatin1String(pszType));
+            for (const char* type : {"JDEDATE", "MATH_NUMERIC", "JCHAR", "char", "bool", "long", "int"}) {
+                hands.Add(QLatin1String(type) + QStringLiteral("Column"), QLatin1String(type));
+            }
             QVERIFY(Messages().isEmpty());
             QCOMPARE(Rows(hands.List()),
                      (QStringList{"JDEDATEColumn|JDEDATE|1", "MATH_NUMERICColumn|MATH_NUMERIC|1",
@@ -254,12 +264,12 @@ private slots:
     }
 
     void aSavedStructureIsLoadedAgain() {
-        const QString strPath = m_pFolder->filePath(QStringLiteral("lines.cds"));
-        m_user.m_strSaveAnswer = m_user.m_strOpenAnswer = strPath;
+        const QString path = m_pFolder->filePath(QStringLiteral("lines.cds"));
+        m_user.m_strSaveAnswer = m_user.m_strOpenAnswer = path;
         InDialog(kOrderLine, [&](const CDialogHands& hands) {
             hands.Press("Save");
             QVERIFY(Messages().isEmpty());
-            QVERIFY(QFile::exists(strPath));
+            QVERIFY(QFile::exists(path));
             const CFileQuestion save = m_user.m_listQuestions.back();
             QCOMPARE(save.m_strDefaultExtension, QStringLiteral("cds"));
             QCOMPARE(save.m_strInitialName, QStringLiteral("Cache"));
@@ -286,9 +296,9 @@ private slots:
     }
 
     void cancelAfterLoadLeavesTheDocumentUntouched() {
-        const QString strPath = m_pFolder->filePath(QStringLiteral("empty.cds"));
-        WriteFile(strPath, QByteArray(2, '\0'));
-        m_user.m_strOpenAnswer = strPath;
+        const QString path = m_pFolder->filePath(QStringLiteral("empty.cds"));
+        WriteFile(path, QByteArray(2, '\0'));
+        m_user.m_strOpenAnswer = path;
         InDialog(QStringLiteral("int a; char b[3];"), [&](const CDialogHands& hands) {
             hands.Press("Load");
             QCOMPARE(hands.List().Model().rowCount(), 0);
@@ -299,14 +309,14 @@ private slots:
     }
 
     void aBadFileLeavesTheListAsItWasAndTheStructureAsFarAsItWasRead() {
-        const QString strPath = m_pFolder->filePath(QStringLiteral("bad.cds"));
+        const QString path = m_pFolder->filePath(QStringLiteral("bad.cds"));
         const QByteArray example = QByteArray::fromHex("0100ffff01000700434d656d62657200000200000001000000"
                                                        "04000000fffeff016100fffeff046c006f006e006700");
-        WriteFile(strPath, QByteArray("\x02\0", 2) + example.mid(2) + "\x01\x80");
-        m_user.m_strOpenAnswer = strPath;
+        WriteFile(path, QByteArray("\x02\0", 2) + example.mid(2) + "\x01\x80");
+        m_user.m_strOpenAnswer = path;
         InDialog(QStringLiteral("int x; int y; int z;"), [&](const CDialogHands& hands) {
             hands.Press("Load");
-            QCOMPARE(Messages(), QStringList{"An attempt was made to access " + strPath + " past its end."});
+            QCOMPARE(Messages(), QStringList{"An attempt was made to access " + path + " past its end."});
             QCOMPARE(Rows(hands.List()), (QStringList{"x|int|1", "y|int|1", "z|int|1"}));
             // A row of before goes from the list alone.
             Click(hands.List(), hands.List().Model().index(0, 0));
@@ -315,10 +325,10 @@ private slots:
             hands.Ok();
         });
         QCOMPARE(Describe(m_document.m_cacheDS), QStringLiteral("long a[1]"));
-        WriteFile(strPath, example.left(4) + "\x02" + example.mid(5));
+        WriteFile(path, example.left(4) + "\x02" + example.mid(5));
         InDialog(QStringLiteral("int x;"), [&](const CDialogHands& hands) {
             hands.Press("Load");
-            QCOMPARE(Messages(), QStringList{strPath + " contains an incorrect schema."});
+            QCOMPARE(Messages(), QStringList{path + " contains an incorrect schema."});
             hands.Ok();
         });
         QVERIFY(m_document.m_cacheDS.m_members.empty());
@@ -346,10 +356,10 @@ private slots:
 
     void theDialogIsWorkedByKeysAlone() {
         InDialog({}, [&](const CDialogHands& hands) {
-            const auto type = [](const QString& strText) {
-                QTest::keyClicks(QApplication::focusWidget(), strText);
+            const auto type = [](const QString& text) {
+                QTest::keyClicks(QApplication::focusWidget(), text);
             };
-            const auto key = [](Qt::Key nKey) { QTest::keyClick(QApplication::focusWidget(), nKey); };
+            const auto key = [](Qt::Key pressed) { QTest::keyClick(QApplication::focusWidget(), pressed); };
             QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("ColumnName"));
             type(QStringLiteral("szName"));
             key(Qt::Key_Tab);
@@ -359,13 +369,13 @@ private slots:
             key(Qt::Key_Tab);
             key(Qt::Key_Space);
             QCOMPARE(Rows(hands.List()), QStringList{"szName|JCHAR|11"});
-            QStringList listOrder;
+            QStringList order;
             for (int n = 0; n < 11; ++n) {
                 key(Qt::Key_Tab);
-                listOrder << QApplication::focusWidget()->objectName();
+                order << QApplication::focusWidget()->objectName();
             }
-            QCOMPARE(listOrder, (QStringList{"Columns", "Remove", "Load", "Save", "Structure", "Parse", "",
-                                             "", "CacheName", "Instance", "ColumnName"}));
+            QCOMPARE(order, (QStringList{"Columns", "Remove", "Load", "Save", "Structure", "Parse", "", "",
+                                         "CacheName", "Instance", "ColumnName"}));
             key(Qt::Key_Return);
         });
         QCOMPARE(m_nResult, int(QDialog::Accepted));
@@ -392,18 +402,18 @@ private slots:
         QCOMPARE(User().m_listMenuTexts, QStringList{"Browse Data"});
         QCOMPARE(User().m_listMessages, QStringList{" size: 96"});
         QCOMPARE(SelectedText(pane.Tree()), lines.data().toString());
-        CCacheFrame* pFrame = Frame();
-        QVERIFY(pFrame != nullptr);
-        const QString strNumber = QString::number(m_process.processId());
-        QCOMPARE(pFrame->windowTitle(), "Cache Browser: " + strNumber + "OrderLines");
+        CCacheFrame* frame = Frame();
+        QVERIFY(frame != nullptr);
+        const QString number = QString::number(m_process.processId());
+        QCOMPARE(frame->windowTitle(), "Cache Browser: " + number + "OrderLines");
         QCOMPARE(MainFrame()->MenuState(), EMenuState::Cache);
         QCOMPARE(
-            Rows(pFrame->DSView().List()),
+            Rows(frame->DSView().List()),
             (QStringList{"szItem|JCHAR|11", "mnPrice|MATH_NUMERIC|1", "jdRequested|JDEDATE|1", "nLine|int|1",
                          "cStatus|char|4", "bTaxable|BOOL|1", "idLine|ID|1", "nPriority|short|1"}));
-        QCOMPARE(TitlesOf(pFrame->DSView().List().Model()),
+        QCOMPARE(TitlesOf(frame->DSView().List().Model()),
                  (QStringList{"Column Name", "Data Type", "Array Size"}));
-        QCOMPARE(Edit("Process").text(), strNumber);
+        QCOMPARE(Edit("Process").text(), number);
         QVERIFY(!Edit("Process").isReadOnly());
         CCacheDocument& document = Document();
         QCOMPARE(ToUtf8(Edit("Handle").text()), document.Cache().m_strHandle);
@@ -411,10 +421,10 @@ private slots:
         QCOMPARE(TitlesOf(Data()),
                  (QStringList{"szItem 2 11", "mnPrice 50 1", "jdRequested 6 1", "nLine 4 1", "cStatus 1 4",
                               "bTaxable 4 1", "idLine 4 1", "nPriority 2 1"}));
-        QCOMPARE(pFrame->DataView().columnWidth(0), 100);
+        QCOMPARE(frame->DataView().columnWidth(0), 100);
         QCOMPARE(Data().rowCount(), 0); // no fetch runs at creation
 
-        const QAbstractItemModelTester tester(&pFrame->DataView().Model(),
+        const QAbstractItemModelTester tester(&frame->DataView().Model(),
                                               QAbstractItemModelTester::FailureReportingMode::QtTest);
         Refresh();
         QCOMPARE(User().m_listMessages.size(), 1);
@@ -425,8 +435,8 @@ private slots:
                                                   "100103", "Not Handled"}));
 
         // What stands in the boxes wins: the other cache of that process.
-        const QString strHeader = FindNode(pane.Model(), QStringLiteral("OrderHeader")).data().toString();
-        Retype("Handle", strHeader.section('[', 1).section(']', 0, 0));
+        const QString header = FindNode(pane.Model(), QStringLiteral("OrderHeader")).data().toString();
+        Retype("Handle", header.section('[', 1).section(']', 0, 0));
         User().m_fnInDialog = [&](QDialog& dialog) {
             const CDialogHands hands(dialog);
             QCOMPARE(hands.List().Model().rowCount(), 8);
@@ -436,7 +446,7 @@ private slots:
         Command("Define Structure");
         QCOMPARE(TitlesOf(Data()), (QStringList{"szCustomer 2 21", "mnOrder 50 1", "jdEntered 6 1"}));
         QCOMPARE(Data().rowCount(), 0);
-        QCOMPARE(pFrame->DSView().List().Model().rowCount(), 3);
+        QCOMPARE(frame->DSView().List().Model().rowCount(), 3);
         Refresh();
         QCOMPARE(Data().rowCount(), 1);
         QCOMPARE(CellsOf(Data(), 0), (QStringList{"Capital Supply", "1001", kEntered}));
@@ -452,7 +462,7 @@ private slots:
 
         // Closing asks nothing and leaves the session alone.
         User().m_listMessages.clear();
-        pFrame->CloseWindow();
+        frame->CloseWindow();
         CSessionRun::Settle();
         QVERIFY(Frame() == nullptr);
         QVERIFY(theApp().m_pCacheTemplate->Documents().empty());
@@ -466,19 +476,19 @@ private slots:
         const QModelIndex header = FindNode(pane.Model(), QStringLiteral("OrderHeader"));
         pane.Tree().expand(header);
         User().m_strMenuChoice = QStringLiteral("Browse Data");
-        QString strName;
+        QString name;
         User().m_fnInDialog = [&](QDialog& dialog) {
-            strName = CDialogHands(dialog).Part<QLineEdit>("CacheName").text();
+            name = CDialogHands(dialog).Part<QLineEdit>("CacheName").text();
         };
         Click(pane.Tree(), pane.Model().index(0, 0, header), Qt::RightButton);
-        QVERIFY(strName.endsWith(QLatin1String("OrderHeader")));
+        QVERIFY(name.endsWith(QLatin1String("OrderHeader")));
         // The dialog was not ended with OK.
         QVERIFY(theApp().m_pCacheTemplate->Documents().empty());
         QVERIFY(Frame() == nullptr);
         // By its key.
-        strName.clear();
+        name.clear();
         AskForMenu(pane.Tree(), QPoint(), QContextMenuEvent::Keyboard);
-        QVERIFY(strName.endsWith(QLatin1String("OrderHeader")));
+        QVERIFY(name.endsWith(QLatin1String("OrderHeader")));
     }
 
     void aCacheThatIsGoneGetsNoMenuAndNoMessage() {
@@ -506,8 +516,8 @@ private slots:
         QCOMPARE(view.width(), 250);
         QCOMPARE(view.findChild<QGroupBox*>()->geometry(), QRect(2, 1, 248, 58));
         QCOMPARE(view.List().geometry(), QRect(2, 62, 248, view.height() - 62));
-        auto* pSplitter = frame.findChild<QSplitter*>();
-        pSplitter->setSizes({400, 600});
+        auto* splitter = frame.findChild<QSplitter*>();
+        splitter->setSizes({400, 600});
         QCOMPARE(view.findChild<QGroupBox*>()->width(), view.width() - 2);
         QCOMPARE(frame.DataView().selectionBehavior(), QAbstractItemView::SelectRows);
         const QHeaderView& members = *view.List().header();
@@ -537,7 +547,7 @@ private slots:
 
     void commandsStandInMenuAndToolBarWhileACacheWindowIsInFront() {
         StartProgram();
-        const auto enabled = [](int nId) { return MainFrame()->CommandAction(nId)->isEnabled(); };
+        const auto enabled = [](int id) { return MainFrame()->CommandAction(id)->isEnabled(); };
         QVERIFY(!enabled(ID_CACHE_REFRESH_DATA));
         Browse(QStringLiteral("int a;"));
         MainFrame()->UpdateCommands();
@@ -605,8 +615,9 @@ private slots:
         QTest::keyClick(&view, Qt::Key_End);
         QCOMPARE(view.currentIndex().row(), 99999);
         QVERIFY(view.viewport()->rect().contains(view.visualRect(view.currentIndex()).center()));
-        for (int n = 0; n < 50; ++n)
+        for (int n = 0; n < 50; ++n) {
             QTest::keyClick(&view, Qt::Key_PageUp);
+        }
         QCoreApplication::processEvents();
         view.grab();
     }
@@ -614,10 +625,11 @@ private slots:
     void tenThousandMembersStayUsable() {
         UseManyRows("100");
         StartProgram();
-        QString strTypedef;
-        for (int n = 0; n < 10000; ++n)
-            strTypedef += QStringLiteral("int nMember%1; ").arg(n);
-        CCacheFrame& frame = *Browse(strTypedef);
+        QString definition;
+        for (int n = 0; n < 10000; ++n) {
+            definition += QStringLiteral("int nMember%1; ").arg(n);
+        }
+        CCacheFrame& frame = *Browse(definition);
         Refresh();
         QCOMPARE(Data().columnCount(), 10000);
         QCOMPARE(frame.DSView().List().Model().rowCount(), 10000);
@@ -631,29 +643,30 @@ private slots:
         UseManyRows("endless");
         StartProgram();
         CCacheFrame& frame = *Browse(QStringLiteral("int a; JCHAR b[16];"));
-        QMainWindow* pMain = MainFrame();
+        QMainWindow* main = MainFrame();
         // The library says by files how far it has come.
-        const QString strMark = m_pFolder->filePath(QStringLiteral("rows-"));
-        qputenv("CARVELOT_MANY_ROWS_MARK", strMark.toUtf8());
-        const std::unique_ptr<QThread> pHand(QThread::create([pMain, strMark] {
-            const auto fnWait = [&strMark](int nRows) {
-                while (!QFileInfo::exists(strMark + QString::number(nRows)))
+        const QString mark = m_pFolder->filePath(QStringLiteral("rows-"));
+        qputenv("CARVELOT_MANY_ROWS_MARK", mark.toUtf8());
+        const std::unique_ptr<QThread> hand(QThread::create([main, mark] {
+            const auto wait = [&mark](int rows) {
+                while (!QFileInfo::exists(mark + QString::number(rows))) {
                     QThread::msleep(1);
+                }
             };
-            fnWait(2000);
+            wait(2000);
             // What a user does meanwhile comes to nothing.
-            QCoreApplication::postEvent(pMain, new QCloseEvent);
-            QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_F6, {}));
-            fnWait(4000);
-            QCoreApplication::postEvent(pMain, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
+            QCoreApplication::postEvent(main, new QCloseEvent);
+            QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_F6, {}));
+            wait(4000);
+            QCoreApplication::postEvent(main, new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
         }));
-        pHand->start();
+        hand->start();
         Refresh();
-        pHand->wait();
+        hand->wait();
         qunsetenv("CARVELOT_MANY_ROWS_MARK");
         QVERIFY(Data().rowCount() >= 4000);
         QCOMPARE(CellsOf(Data(), 1000), (QStringList{"1000", "row 1000"}));
-        QVERIFY(pMain->isVisible());
+        QVERIFY(main->isVisible());
         QVERIFY(Frame() == &frame);
         QVERIFY(User().m_listMessages.isEmpty());
         QVERIFY(QApplication::overrideCursor() == nullptr);
@@ -666,31 +679,31 @@ private slots:
 private:
     CFakeInterface& User() { return m_pRun != nullptr ? m_pRun->m_user : m_user; }
     QStringList Messages() { return std::exchange(m_user.m_listMessages, {}); }
-    static void WriteFile(const QString& strPath, const QByteArray& bytes) {
-        QFile file(strPath);
+    static void WriteFile(const QString& path, const QByteArray& bytes) {
+        QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
 
     // Runs the dialog on a document of that structure.
-    void InDialog(const QString& strTypedef, const std::function<void(const CDialogHands&)>& fnWork) {
+    void InDialog(const QString& definition, const std::function<void(const CDialogHands&)>& work) {
         SetUserInterface(&m_user);
         m_user.m_listMessages.clear();
-        std::string strText = ToUtf8(strTypedef);
-        m_document.m_cacheDS.ParseTypedef(strText);
+        std::string text = ToUtf8(definition);
+        m_document.m_cacheDS.ParseTypedef(text);
         CCacheDlg dialog(m_document);
         m_user.m_fnInDialog = [&](QDialog& shown) {
             (void)QTest::qWaitForWindowExposed(&shown);
             shown.activateWindow();
-            fnWork(CDialogHands(shown));
+            work(CDialogHands(shown));
         };
         m_nResult = UserInterface().RunDialog(dialog);
         m_user.m_fnInDialog = {};
     }
 
-    void UseManyRows(const char* pszRows) {
+    void UseManyRows(const char* rows) {
         UseLibraryFolder(CARVELOT_MANY_ROWS);
-        qputenv("CARVELOT_MANY_ROWS", pszRows);
+        qputenv("CARVELOT_MANY_ROWS", rows);
     }
     void StartProgram() {
         m_pRun = std::make_unique<CSessionRun>();
@@ -700,38 +713,38 @@ private:
     }
     // The pane over the log of a simulated process that has worked on one order.
     CCachePane& OpenLog() {
-        const QString strProgram = m_pFolder->filePath(ToQString(kFda));
-        const QString strLog = m_pFolder->filePath(QStringLiteral("jdedebug.log"));
+        const QString program = m_pFolder->filePath(ToQString(kFda));
+        const QString logPath = m_pFolder->filePath(QStringLiteral("jdedebug.log"));
 #ifdef Q_OS_WIN
-        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), strProgram);
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), program);
 #else
-        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), program);
 #endif
-        m_process.start(strProgram, {"--log", strLog, "--pace", "0", "--tracing"});
+        m_process.start(program, {"--log", logPath, "--pace", "0", "--tracing"});
         m_process.waitForStarted();
         m_process.write("round\n");
         m_process.waitForBytesWritten();
         // An order ends with the return of its last function.
         (void)QTest::qWaitFor(
             [&] {
-                QFile log(strLog);
+                QFile log(logPath);
                 return log.open(QIODevice::ReadOnly) &&
                        log.readAll().contains("for F4211FSEndDoc. (BSFNLevel = 1)");
             },
             10000);
-        theApp().AnalyzeProcess(ToQString(kFda), strLog, static_cast<std::int32_t>(m_process.processId()));
-        auto* pSession = qobject_cast<CChildFrame*>(MainFrame()->ActiveChild());
-        Select(pSession, "Process");
+        theApp().AnalyzeProcess(ToQString(kFda), logPath, static_cast<std::int32_t>(m_process.processId()));
+        auto* session = qobject_cast<CChildFrame*>(MainFrame()->ActiveChild());
+        Select(session, "Process");
         CCachePane& pane = MainFrame()->m_wndCachePane;
         CSessionRun::ShowPane(pane);
         User().m_listMessages.clear();
         return pane;
     }
     // A window without a process behind it.
-    CCacheFrame* Browse(const QString& strTypedef) {
+    CCacheFrame* Browse(const QString& definition) {
         User().m_fnInDialog = [&](QDialog& dialog) {
             const CDialogHands hands(dialog);
-            hands.Paste(strTypedef);
+            hands.Paste(definition);
             hands.Press("Parse");
             hands.Ok();
         };
@@ -747,36 +760,37 @@ private:
     }
     static CCacheDocument& Document() { return *qobject_cast<CCacheDocument*>(Frame()->GetActiveDocument()); }
     static QAbstractItemModel& Data() { return *Frame()->DataView().model(); }
-    static QLineEdit& Edit(const char* pszName) {
-        return *Frame()->DSView().findChild<QLineEdit*>(QLatin1String(pszName));
+    static QLineEdit& Edit(const char* name) {
+        return *Frame()->DSView().findChild<QLineEdit*>(QLatin1String(name));
     }
-    static void Retype(const char* pszName, const QString& strText) {
-        Edit(pszName).setFocus();
-        Edit(pszName).selectAll();
-        QTest::keyClicks(&Edit(pszName), strText);
+    static void Retype(const char* name, const QString& text) {
+        Edit(name).setFocus();
+        Edit(name).selectAll();
+        QTest::keyClicks(&Edit(name), text);
     }
     // A command of the Cache menu.
-    void Command(const char* pszText) {
-        for (QAction* pMenuAction : MainFrame()->menuBar()->actions()) {
-            if (pMenuAction->text() != QLatin1String("&Cache"))
+    void Command(const char* text) {
+        for (QAction* menuAction : MainFrame()->menuBar()->actions()) {
+            if (menuAction->text() != QLatin1String("&Cache")) {
                 continue;
-            QMenu* pMenu = pMenuAction->menu();
-            pMenu->popup(QPoint());
-            QAction* pAction = Entry(*pMenu, pszText);
-            QVERIFY(pAction != nullptr && pAction->isEnabled());
-            pMenu->close();
-            pAction->trigger();
+            }
+            QMenu* menu = menuAction->menu();
+            menu->popup(QPoint());
+            QAction* action = Entry(*menu, text);
+            QVERIFY(action != nullptr && action->isEnabled());
+            menu->close();
+            action->trigger();
             return;
         }
         QFAIL("no Cache menu");
     }
     // The button of the cache toolbar.
     void Refresh() {
-        QAction* pAction = MainFrame()->CommandAction(ID_CACHE_REFRESH_DATA);
-        for (auto* pToolBar : MainFrame()->findChildren<QToolBar*>()) {
-            QWidget* pButton = pToolBar->widgetForAction(pAction);
-            if (pButton != nullptr && pButton->isVisible()) {
-                QTest::mouseClick(pButton, Qt::LeftButton);
+        QAction* action = MainFrame()->CommandAction(ID_CACHE_REFRESH_DATA);
+        for (auto* toolBar : MainFrame()->findChildren<QToolBar*>()) {
+            QWidget* button = toolBar->widgetForAction(action);
+            if (button != nullptr && button->isVisible()) {
+                QTest::mouseClick(button, Qt::LeftButton);
                 return;
             }
         }

@@ -1,12 +1,12 @@
 // Ctrl+C in every list of the program.
-#include "ui/app/Requests.h"
 #include "ui/SessionSupport.h"
+#include "ui/app/Requests.h"
 
+#include "support/JDEInstallation.h"
+#include "ui/app/OptionsDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/cachebrowser/CacheFrame.h"
-#include "ui/app/OptionsDlg.h"
 #include "ui/kit/WindowsDlg.h"
-#include "support/JDEInstallation.h"
 #include "ui/tools/GBLTables.h"
 #include "ui/tools/Settings.h"
 
@@ -48,24 +48,24 @@ private slots:
     void aListOfASelectionCopiesItsSelectedRowAndNothingWithoutOne() {
         CMainFrame& frame = m_pRun->Frame();
         Select(m_pRun->Open(QStringLiteral("a.log"), Log()), "Process - 5");
-        const auto fnCheck = [](CDockablePane& pane, CListCtrl& list, const QString& strRow) {
+        const auto check = [](CDockablePane& pane, CListCtrl& list, const QString& row) {
             CSessionRun::ShowPane(pane);
             QCOMPARE(Copied(list), QStringLiteral("before"));
             Click(list, list.Model().index(0, 0));
-            QCOMPARE(Copied(list), strRow);
+            QCOMPARE(Copied(list), row);
         };
-        fnCheck(frame.m_wndBSFNPane, frame.m_wndBSFNPane.List(),
-                QStringLiteral("F\t1\t0.500000\t0.500000\t0.500000\t0.500000"));
-        fnCheck(frame.m_wndSQLPane, frame.m_wndSQLPane.List(), QStringLiteral("T\t1\t0\t0\t0"));
-        fnCheck(frame.m_wndLongTasksPane, frame.m_wndLongTasksPane.List(),
-                QStringLiteral("5/6\tSQL\t2.000000\tSELECT X FROM T"));
-        fnCheck(frame.m_wndErrorPane, frame.m_wndErrorPane.List(),
-                QStringLiteral("5/6\tBSFN Error\tReturn value is 2 for F. (BSFNLevel = 1)"));
-        fnCheck(frame.m_wndTimingGapsPane, frame.m_wndTimingGapsPane.List(),
-                QStringLiteral("5/6\t10:00:02.000001    \t2.000000\tExiting DBPerformRequest"));
+        check(frame.m_wndBSFNPane, frame.m_wndBSFNPane.List(),
+              QStringLiteral("F\t1\t0.500000\t0.500000\t0.500000\t0.500000"));
+        check(frame.m_wndSQLPane, frame.m_wndSQLPane.List(), QStringLiteral("T\t1\t0\t0\t0"));
+        check(frame.m_wndLongTasksPane, frame.m_wndLongTasksPane.List(),
+              QStringLiteral("5/6\tSQL\t2.000000\tSELECT X FROM T"));
+        check(frame.m_wndErrorPane, frame.m_wndErrorPane.List(),
+              QStringLiteral("5/6\tBSFN Error\tReturn value is 2 for F. (BSFNLevel = 1)"));
+        check(frame.m_wndTimingGapsPane, frame.m_wndTimingGapsPane.List(),
+              QStringLiteral("5/6\t10:00:02.000001    \t2.000000\tExiting DBPerformRequest"));
         frame.m_wndFindPane.SearchEdit().setText(QStringLiteral("select"));
         frame.m_wndFindPane.OnFind();
-        fnCheck(frame.m_wndFindPane, frame.m_wndFindPane.List(), QStringLiteral("5\t6\tSELECT X FROM T"));
+        check(frame.m_wndFindPane, frame.m_wndFindPane.List(), QStringLiteral("5\t6\tSELECT X FROM T"));
     }
 
     void aColumnThatIsHiddenIsLeftOut() {
@@ -95,8 +95,8 @@ private slots:
         pane.RestartTimer();
         theApp().m_pfnGetSetProcInfo = nullptr;
         theApp().m_traceApps = {{"a.exe", true}};
-        pane.m_fnEnumerateProcesses = [](std::vector<platform::ProcessEntry>& listProcesses) {
-            listProcesses = {{3, "a.exe"}, {7, "a.exe"}, {5, "a.exe"}};
+        pane.m_fnEnumerateProcesses = [](std::vector<platform::ProcessEntry>& processes) {
+            processes = {{3, "a.exe"}, {7, "a.exe"}, {5, "a.exe"}};
             return true;
         };
         pane.RefreshProcessList();
@@ -123,16 +123,16 @@ private slots:
         };
         BrowseCache(static_cast<std::uint32_t>(-7), "1A", "Orders", "9Orders");
         m_pRun->Frame().RunCommand(ID_CACHE_REFRESH_DATA);
-        auto* pFrame = qobject_cast<CCacheFrame*>(m_pRun->Frame().ActiveChild());
-        QVERIFY(pFrame != nullptr);
-        CCacheDataView& rows = pFrame->DataView();
+        auto* frame = qobject_cast<CCacheFrame*>(m_pRun->Frame().ActiveChild());
+        QVERIFY(frame != nullptr);
+        CCacheDataView& rows = frame->DataView();
         QCOMPARE(rows.model()->rowCount(), 4);
         Click(rows, rows.model()->index(3, 0));
         Click(rows, rows.model()->index(1, 0), Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(Copied(rows), QStringLiteral("1\trow 1\n3\trow 3"));
         rows.selectAll();
         QCOMPARE(Copied(rows), QStringLiteral("0\trow 0\n1\trow 1\n2\trow 2\n3\trow 3"));
-        CListCtrl& members = pFrame->DSView().List();
+        CListCtrl& members = frame->DSView().List();
         Click(members, members.Model().index(0, 0));
         QCOMPARE(Copied(members), QStringLiteral("a\tint\t1"));
         UseLibraryFolder(CARVELOT_SIMULATOR "/libraries");
@@ -157,11 +157,11 @@ private slots:
         applications.selectAll();
         QCOMPARE(Copied(applications), QStringLiteral("b.exe\tOff\na.exe\tOn"));
 
-        const QString strLog = m_pRun->Write(QStringLiteral("a.log"), Log());
-        m_pRun->Open(strLog);
+        const QString log = m_pRun->Write(QStringLiteral("a.log"), Log());
+        m_pRun->Open(log);
         CWindowsDlg windows(m_pRun->Frame().ClientArea());
         windows.show();
-        QCOMPARE(Copied(*windows.findChild<QTreeWidget*>()), strLog + QLatin1Char('\t') + strLog);
+        QCOMPARE(Copied(*windows.findChild<QTreeWidget*>()), log + QLatin1Char('\t') + log);
 
         CJDESettings store;
         store.m_strOutput = "FILE";

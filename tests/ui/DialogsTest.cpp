@@ -31,74 +31,81 @@ using namespace carvelot::test;
 
 namespace {
 
-QPushButton* Button(const QDialog& dialog, const char* pszText) {
-    for (auto* pButton : dialog.findChildren<QPushButton*>()) {
-        if (pButton->text().remove(QLatin1Char('&')) == QLatin1String(pszText))
-            return pButton;
+QPushButton* Button(const QDialog& dialog, const char* text) {
+    for (auto* button : dialog.findChildren<QPushButton*>()) {
+        if (button->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
+            return button;
+        }
     }
     return nullptr;
 }
 
 // Takes the focus over every control, Cancel among them, and sees where the default is after each round.
-void WalkThrough(QDialog& dialog, const char* pszDefault) {
+void WalkThrough(QDialog& dialog, const char* defaultText) {
     dialog.show();
     QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    QPushButton* pDefault = Button(dialog, pszDefault);
-    QVERIFY(pDefault != nullptr);
-    QVERIFY(pDefault->isDefault());
-    for (QPushButton* pButton : dialog.findChildren<QPushButton*>())
-        pButton->setFocus(Qt::TabFocusReason);
-    for (QWidget* pWidget : dialog.findChildren<QWidget*>()) {
-        if (qobject_cast<QPushButton*>(pWidget) != nullptr || !pWidget->isVisible() ||
-            !pWidget->isEnabled() || (pWidget->focusPolicy() & Qt::TabFocus) == 0)
+    QPushButton* defaultButton = Button(dialog, defaultText);
+    QVERIFY(defaultButton != nullptr);
+    QVERIFY(defaultButton->isDefault());
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        button->setFocus(Qt::TabFocusReason);
+    }
+    for (QWidget* widget : dialog.findChildren<QWidget*>()) {
+        if (qobject_cast<QPushButton*>(widget) != nullptr || !widget->isVisible() || !widget->isEnabled() ||
+            (widget->focusPolicy() & Qt::TabFocus) == 0) {
             continue;
-        pWidget->setFocus(Qt::TabFocusReason);
-        QVERIFY2(pDefault->isDefault(), qPrintable(pWidget->objectName()));
+        }
+        widget->setFocus(Qt::TabFocusReason);
+        QVERIFY2(defaultButton->isDefault(), qPrintable(widget->objectName()));
     }
 }
 
 // Rows go in and out under the tester by what the dialog does to the model; sorting is what a click does.
 void CheckModels(const QDialog& dialog) {
-    for (auto* pView : dialog.findChildren<QAbstractItemView*>()) {
+    for (auto* view : dialog.findChildren<QAbstractItemView*>()) {
         // The toolkit's own tree of items gives the second column children too, which its tester does not
         // like.
-        if (qobject_cast<QHeaderView*>(pView) != nullptr)
+        if (qobject_cast<QHeaderView*>(view) != nullptr) {
             continue; // of the same model as its view
+        }
         // The toolkit's own tree of items gives the second column children too, which its tester does not
         // like.
-        if (const auto* pTree = qobject_cast<QTreeWidget*>(pView)) {
-            bool bChildren = false;
-            for (int n = 0; n < pTree->topLevelItemCount(); ++n)
-                bChildren = bChildren || pTree->topLevelItem(n)->childCount() > 0;
-            if (bChildren)
+        if (const auto* tree = qobject_cast<QTreeWidget*>(view)) {
+            bool children = false;
+            for (int n = 0; n < tree->topLevelItemCount(); ++n) {
+                children = children || tree->topLevelItem(n)->childCount() > 0;
+            }
+            if (children) {
                 continue;
+            }
         }
-        const QAbstractItemModelTester tester(pView->model(),
+        const QAbstractItemModelTester tester(view->model(),
                                               QAbstractItemModelTester::FailureReportingMode::QtTest);
-        pView->model()->sort(0, Qt::DescendingOrder);
-        pView->model()->sort(0, Qt::AscendingOrder);
+        view->model()->sort(0, Qt::DescendingOrder);
+        view->model()->sort(0, Qt::AscendingOrder);
     }
 }
 
 void CheckNames(const QDialog& dialog) {
-    for (const QWidget* pWidget : dialog.findChildren<QWidget*>()) {
-        const bool bNamed = qobject_cast<const QAbstractItemView*>(pWidget) != nullptr ||
-                            qobject_cast<const QLineEdit*>(pWidget) != nullptr ||
-                            qobject_cast<const QComboBox*>(pWidget) != nullptr;
+    for (const QWidget* widget : dialog.findChildren<QWidget*>()) {
+        const bool named = qobject_cast<const QAbstractItemView*>(widget) != nullptr ||
+                           qobject_cast<const QLineEdit*>(widget) != nullptr ||
+                           qobject_cast<const QComboBox*>(widget) != nullptr;
         // A part of another control, such as a combo box's list, is named by that one.
-        if (!bNamed || !pWidget->isVisibleTo(&dialog) || pWidget->focusPolicy() == Qt::NoFocus ||
-            qobject_cast<const QComboBox*>(pWidget->parentWidget()) != nullptr ||
-            pWidget->objectName().startsWith(QLatin1String("qt_")))
+        if (!named || !widget->isVisibleTo(&dialog) || widget->focusPolicy() == Qt::NoFocus ||
+            qobject_cast<const QComboBox*>(widget->parentWidget()) != nullptr ||
+            widget->objectName().startsWith(QLatin1String("qt_"))) {
             continue;
-        QAccessibleInterface* pInterface =
-            QAccessible::queryAccessibleInterface(const_cast<QWidget*>(pWidget));
-        QVERIFY2(pInterface != nullptr && !pInterface->text(QAccessible::Name).isEmpty(),
-                 qPrintable(dialog.windowTitle() + u' ' + pWidget->objectName()));
+        }
+        QAccessibleInterface* userInterface =
+            QAccessible::queryAccessibleInterface(const_cast<QWidget*>(widget));
+        QVERIFY2(userInterface != nullptr && !userInterface->text(QAccessible::Name).isEmpty(),
+                 qPrintable(dialog.windowTitle() + u' ' + widget->objectName()));
     }
 }
 
-void Check(QDialog& dialog, const char* pszDefault) {
-    WalkThrough(dialog, pszDefault);
+void Check(QDialog& dialog, const char* defaultText) {
+    WalkThrough(dialog, defaultText);
     CheckModels(dialog);
     CheckNames(dialog);
 }
@@ -116,9 +123,9 @@ private slots:
         settings.LoadSettings();
         COptionsDlg dialog(settings);
         Check(dialog, "OK");
-        auto* pThreshold = dialog.findChild<QLineEdit*>(QStringLiteral("Threshold"));
-        pThreshold->setFocus();
-        QTest::keyClick(pThreshold, Qt::Key_Return);
+        auto* threshold = dialog.findChild<QLineEdit*>(QStringLiteral("Threshold"));
+        threshold->setFocus();
+        QTest::keyClick(threshold, Qt::Key_Return);
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QVERIFY(!dialog.isVisible());
     }
@@ -170,8 +177,9 @@ private slots:
         dialog.resize(screenSize * 2);
         QTimer::singleShot(0, &dialog, [&] {
             QVERIFY(dialog.height() < screenSize.height() && dialog.width() < screenSize.width());
-            for (const QPushButton* pButton : dialog.findChildren<QPushButton*>())
-                QVERIFY(dialog.rect().contains(QRect(pButton->mapTo(&dialog, QPoint()), pButton->size())));
+            for (const QPushButton* button : dialog.findChildren<QPushButton*>()) {
+                QVERIFY(dialog.rect().contains(QRect(button->mapTo(&dialog, QPoint()), button->size())));
+            }
             dialog.accept();
         });
         QCOMPARE(UserInterface().RunDialog(dialog), int(QDialog::Accepted));
@@ -181,27 +189,28 @@ private slots:
     // A default button looks much like one with the focus: whoever tabs on must see where the focus is.
     void aDefaultButtonShowsInEveryLookWhetherItHasTheFocus() {
         const QPalette palette = QApplication::palette();
-        for (const int nId :
+        for (const int id :
              {ID_APPLOOK_WINDOWS_2000, ID_APPLOOK_OFFICE_XP, ID_APPLOOK_WINDOWS_XP, ID_APPLOOK_OFFICE_2003,
               ID_APPLOOK_VS_2005, ID_APPLOOK_VS_2008, ID_APPLOOK_OFFICE_2007_BLUE, ID_APPLOOK_WINDOWS_7}) {
-            int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
-            ApplyLook(LookOf(nId, nOffice2007));
+            int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+            ApplyLook(LookOf(id, office2007));
             CConvertDates dialog;
             dialog.show();
             QVERIFY(QTest::qWaitForWindowActive(&dialog));
-            QPushButton* pOk = Button(dialog, "OK");
+            QPushButton* ok = Button(dialog, "OK");
             QTest::keyClick(&dialog, Qt::Key_Tab);
-            QVERIFY(pOk->isDefault() && !pOk->hasFocus());
-            const QImage without = pOk->grab().toImage();
-            pOk->setFocus(Qt::TabFocusReason);
-            QVERIFY(pOk->isDefault() && pOk->hasFocus());
-            const QImage with = pOk->grab().toImage();
-            int nDots = 0; // of the mark, inside the frame
-            for (int nX = 3; nX < with.width() - 3; ++nX) {
-                for (int nY = 3; nY < with.height() - 3; ++nY)
-                    nDots += qGray(with.pixel(nX, nY)) + 64 < qGray(without.pixel(nX, nY)) ? 1 : 0;
+            QVERIFY(ok->isDefault() && !ok->hasFocus());
+            const QImage without = ok->grab().toImage();
+            ok->setFocus(Qt::TabFocusReason);
+            QVERIFY(ok->isDefault() && ok->hasFocus());
+            const QImage with = ok->grab().toImage();
+            int dots = 0; // of the mark, inside the frame
+            for (int x = 3; x < with.width() - 3; ++x) {
+                for (int y = 3; y < with.height() - 3; ++y) {
+                    dots += qGray(with.pixel(x, y)) + 64 < qGray(without.pixel(x, y)) ? 1 : 0;
+                }
             }
-            QVERIFY2(nDots > with.width() / 4, qPrintable(QString::number(nId)));
+            QVERIFY2(dots > with.width() / 4, qPrintable(QString::number(id)));
         }
         QApplication::setStyle(QStringLiteral("fusion"));
         QApplication::setPalette(palette);

@@ -39,8 +39,8 @@ private slots:
     void cleanup() { EndRun(); }
 
     void aSearchFindsWithoutCaseInTheWholeSessionAndSkipsLinesOfNoInterest() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 9");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 9");
         CSessionRun::ShowPane(Pane());
         Search("f0101");
         QCOMPARE(Rows(Pane().List()), kHits);
@@ -59,10 +59,10 @@ private slots:
     void theButtonSearches() {
         m_pRun->Open("a.log", Log());
         Pane().SearchEdit().setText("F4211");
-        auto* pButton =
+        auto* button =
             qobject_cast<QToolButton*>(Pane().ToolBar().widgetForAction(Pane().ToolBar().actions().at(0)));
-        QCOMPARE(pButton->text(), QStringLiteral("Find"));
-        QTest::mouseClick(pButton, Qt::LeftButton);
+        QCOMPARE(button->text(), QStringLiteral("Find"));
+        QTest::mouseClick(button, Qt::LeftButton);
         QCOMPARE(Rows(Pane().List()), QStringList{"9|1|UPDATE F4211 SET A = 1"});
     }
 
@@ -83,23 +83,23 @@ private slots:
     }
 
     void enterOnARowSearchesAndTheSpaceBarOpensTheRow() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         Search("f0101");
         Click(Pane().List(), Pane().List().Model().index(1, 0));
         QTest::keyClick(&Pane().List(), Qt::Key_Return);
-        QVERIFY(!pFrame->DetailView().SelectedIndex().isValid());
+        QVERIFY(!child->DetailView().SelectedIndex().isValid());
         Click(Pane().List(), Pane().List().Model().index(1, 0));
         QTest::keyClick(&Pane().List(), Qt::Key_Space);
-        QVERIFY(SelectedText(pFrame->DetailView()).endsWith("SELECT b FROM f0101"));
-        QVERIFY(pFrame->DetailView().hasFocus());
+        QVERIFY(SelectedText(child->DetailView()).endsWith("SELECT b FROM f0101"));
+        QVERIFY(child->DetailView().hasFocus());
     }
 
     void aDoubleClickOpensTheLine() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         Search("f0101");
         DoubleClick(Pane().List(), 1);
-        QVERIFY(SelectedText(pFrame->ThreadView()).startsWith("Thread - 7"));
-        QVERIFY(SelectedText(pFrame->DetailView()).endsWith("SELECT b FROM f0101"));
+        QVERIFY(SelectedText(child->ThreadView()).startsWith("Thread - 7"));
+        QVERIFY(SelectedText(child->DetailView()).endsWith("SELECT b FROM f0101"));
         QCOMPARE(Rows(Pane().List()), kHits);
         QCOMPARE(Pane().List().SelectedRow(), 1);
     }
@@ -125,10 +125,11 @@ private slots:
     void aClickOnAHeaderLeavesTheRowsInTheOrderOfTheLog() {
         m_pRun->Open("a.log", Log());
         Search("");
-        const QStringList listBefore = Rows(Pane().List());
-        for (const int nColumn : {0, 1, 2, 2})
-            ClickHeader(Pane().List(), nColumn);
-        QCOMPARE(Rows(Pane().List()), listBefore);
+        const QStringList before = Rows(Pane().List());
+        for (const int column : {0, 1, 2, 2}) {
+            ClickHeader(Pane().List(), column);
+        }
+        QCOMPARE(Rows(Pane().List()), before);
     }
 
     void withoutASessionTheOldRowsStay() {
@@ -148,162 +149,163 @@ private slots:
         CSessionRun::Settle();
         QCOMPARE(Rows(Pane().List()), kHits);
         DoubleClick(Pane().List(), 0);
-        CChildFrame* pAgain = m_pRun->Open(m_pRun->Path("a.log"));
+        CChildFrame* again = m_pRun->Open(m_pRun->Path("a.log"));
         CSessionRun::ShowPane(Pane());
         DoubleClick(Pane().List(), 0);
-        QVERIFY(!pAgain->ThreadView().SelectedIndex().isValid());
+        QVERIFY(!again->ThreadView().SelectedIndex().isValid());
         QCOMPARE(Rows(Pane().List()), kHits);
     }
 
     // On the way to no session each one comes to the front.
     void closeAllLeavesTheRowsUnderTheirOwnTitles() {
-        for (const bool bUsers : {false, true}) {
-            const QString strDebug = m_pRun->Write("a.log", Log());
-            const QString strUsers = m_pRun->Write("jas.log", JasLog());
-            CChildFrame* pDebug = m_pRun->Open(strDebug);
-            CChildFrame* pUsers = m_pRun->Open(strUsers);
-            m_pRun->Frame().ClientArea().Activate(bUsers ? *pUsers : *pDebug);
+        for (const bool usersFirst : {false, true}) {
+            const QString debug = m_pRun->Write("a.log", Log());
+            const QString users = m_pRun->Write("jas.log", JasLog());
+            CChildFrame* debugChild = m_pRun->Open(debug);
+            CChildFrame* usersChild = m_pRun->Open(users);
+            m_pRun->Frame().ClientArea().Activate(usersFirst ? *usersChild : *debugChild);
             Search("f0101");
             QCOMPARE(Rows(Pane().List()).size(), 2);
             m_pRun->Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
             CSessionRun::Settle();
             QCOMPARE(Rows(Pane().List()).size(), 2);
-            QCOMPARE(Title(Pane().List(), 0), bUsers ? QStringLiteral("User") : QStringLiteral("Process"));
-            QCOMPARE(Pane().List().header()->isSectionHidden(1), bUsers);
+            QCOMPARE(Title(Pane().List(), 0),
+                     usersFirst ? QStringLiteral("User") : QStringLiteral("Process"));
+            QCOMPARE(Pane().List().header()->isSectionHidden(1), usersFirst);
         }
     }
 
     // --- keys
-    // -----------------------------------------------------------------------------------------------
 
     void ctrlFGoesToTheSearchTextAndSelectsItWhereverThePaneIs() {
         CMainFrame& frame = m_pRun->Frame();
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         Pane().SearchEdit().setText("f0101");
-        const auto fnCheck = [&] {
-            pFrame->ThreadView().setFocus();
-            QTest::keyClick(&pFrame->ThreadView(), Qt::Key_F, Qt::ControlModifier);
+        const auto check = [&] {
+            child->ThreadView().setFocus();
+            QTest::keyClick(&child->ThreadView(), Qt::Key_F, Qt::ControlModifier);
             QVERIFY(QTest::qWaitFor([&] { return Pane().SearchEdit().hasFocus(); }));
             QVERIFY(Pane().isVisible());
             QCOMPARE(Pane().SearchEdit().selectedText(), QStringLiteral("f0101"));
         };
-        fnCheck();
+        check();
         CSessionRun::ShowPane(frame.m_wndBSFNPane); // before it
-        fnCheck();
+        check();
         Pane().hide();
-        fnCheck();
+        check();
         Pane().SearchEdit().deselect();
         QTest::keyClick(&Pane().SearchEdit(), Qt::Key_F, Qt::ControlModifier); // from the pane itself
         QCOMPARE(Pane().SearchEdit().selectedText(), QStringLiteral("f0101"));
         Pane().m_fnPin(); // folded away
-        fnCheck();
+        check();
     }
 
     void f3OpensTheNextHitAndShiftF3TheOneBeforeRoundTheEnds() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        const auto fnNext = [&](Qt::KeyboardModifiers nModifiers = {}) {
-            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3, nModifiers);
-            return SelectedText(pFrame->DetailView()).section(QStringLiteral("    "), 1);
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        const auto next = [&](Qt::KeyboardModifiers modifiers = {}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3, modifiers);
+            return SelectedText(child->DetailView()).section(QStringLiteral("    "), 1);
         };
-        pFrame->ThreadView().setFocus();
-        QCOMPARE(fnNext(), QString()); // nothing was searched for
+        child->ThreadView().setFocus();
+        QCOMPARE(next(), QString()); // nothing was searched for
         QVERIFY(Rows(Pane().List()).isEmpty());
         Pane().SearchEdit().setText("f0101");
-        QCOMPARE(fnNext(), QStringLiteral("SELECT A FROM F0101")); // searched for first
-        QVERIFY(pFrame->DetailView().hasFocus());
-        QCOMPARE(fnNext(), QStringLiteral("SELECT b FROM f0101"));
+        QCOMPARE(next(), QStringLiteral("SELECT A FROM F0101")); // searched for first
+        QVERIFY(child->DetailView().hasFocus());
+        QCOMPARE(next(), QStringLiteral("SELECT b FROM f0101"));
         QCOMPARE(Pane().List().SelectedRow(), 1);
-        QCOMPARE(fnNext(), QStringLiteral("SELECT A FROM F0101"));
-        QCOMPARE(fnNext(Qt::ShiftModifier), QStringLiteral("SELECT b FROM f0101"));
-        QCOMPARE(fnNext(Qt::ShiftModifier), QStringLiteral("SELECT A FROM F0101"));
+        QCOMPARE(next(), QStringLiteral("SELECT A FROM F0101"));
+        QCOMPARE(next(Qt::ShiftModifier), QStringLiteral("SELECT b FROM f0101"));
+        QCOMPARE(next(Qt::ShiftModifier), QStringLiteral("SELECT A FROM F0101"));
         Search("f9999");
         Pane().SearchEdit().clear();
-        fnNext();
+        next();
         QVERIFY(Rows(Pane().List()).isEmpty());
     }
 
     void thePaneSaysHowManyHitsThereAre() {
-        const auto fnShown = [this] {
-            for (const QLabel* pLabel : Pane().findChildren<QLabel*>()) {
-                if (pLabel->isVisible() && pLabel->text() == Pane().HitsText())
-                    return pLabel->text();
+        const auto shown = [this] {
+            for (const QLabel* label : Pane().findChildren<QLabel*>()) {
+                if (label->isVisible() && label->text() == Pane().HitsText()) {
+                    return label->text();
+                }
             }
             return QStringLiteral("nothing");
         };
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         CSessionRun::ShowPane(Pane());
-        QCOMPARE(fnShown(), QString());
+        QCOMPARE(shown(), QString());
         Search("f0101");
-        QCOMPARE(fnShown(), QStringLiteral("2 hits"));
+        QCOMPARE(shown(), QStringLiteral("2 hits"));
         Search("F4211");
-        QCOMPARE(fnShown(), QStringLiteral("1 hit"));
+        QCOMPARE(shown(), QStringLiteral("1 hit"));
         Search("F9999");
-        QCOMPARE(fnShown(), QStringLiteral("No hits"));
-        pFrame->CloseWindow();
-        QCOMPARE(fnShown(), QString());
+        QCOMPARE(shown(), QStringLiteral("No hits"));
+        child->CloseWindow();
+        QCOMPARE(shown(), QString());
         Search("f0101"); // without a session nothing is searched
-        QCOMPARE(fnShown(), QString());
+        QCOMPARE(shown(), QString());
     }
 
     void rowsOfASessionThatWasReadAgainStayAndAreNotFollowed() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         Search("f0101");
         m_pRun->Frame().RunCommand(ID_SESSION_ANALYZE);
         QCOMPARE(Rows(Pane().List()), kHits);
         DoubleClick(Pane().List(), 1);
-        QVERIFY(!pFrame->ThreadView().SelectedIndex().isValid());
+        QVERIFY(!child->ThreadView().SelectedIndex().isValid());
         Search("f0101");
         DoubleClick(Pane().List(), 1);
-        QVERIFY(SelectedText(pFrame->ThreadView()).startsWith("Thread - 7"));
+        QVERIFY(SelectedText(child->ThreadView()).startsWith("Thread - 7"));
     }
 
     void closingTheSessionSearchedEmptiesTheListAndClosingAnotherDoesNot() {
-        CChildFrame* pFirst = m_pRun->Open("a.log", Log());
+        CChildFrame* first = m_pRun->Open("a.log", Log());
         Search("f0101");
-        CChildFrame* pSecond = m_pRun->Open("jas.log", JasLog());
-        pSecond->CloseWindow();
+        CChildFrame* second = m_pRun->Open("jas.log", JasLog());
+        second->CloseWindow();
         CSessionRun::Settle();
         QCOMPARE(Rows(Pane().List()), kHits);
-        pFirst->CloseWindow();
+        first->CloseWindow();
         CSessionRun::Settle();
         QVERIFY(Rows(Pane().List()).isEmpty());
         QCOMPARE(Pane().SearchEdit().text(), QStringLiteral("f0101"));
     }
 
     void aSearchInASecondSessionReplacesTheRowsAndTheFirstOnesEndLeavesThemAlone() {
-        CChildFrame* pFirst = m_pRun->Open("a.log", Log());
+        CChildFrame* first = m_pRun->Open("a.log", Log());
         Search("f0101");
         m_pRun->Open("jas.log", JasLog());
         Search("f0101");
-        const QStringList listRows{"ANNIKA|0|F0101 is invalid", "SYSTEM LEVEL|0|F0101 has stopped"};
-        QCOMPARE(Rows(Pane().List()), listRows);
+        const QStringList rows{"ANNIKA|0|F0101 is invalid", "SYSTEM LEVEL|0|F0101 has stopped"};
+        QCOMPARE(Rows(Pane().List()), rows);
         QVERIFY(Pane().List().header()->isSectionHidden(1));
         QCOMPARE(Title(Pane().List(), 0), QStringLiteral("User"));
-        pFirst->CloseWindow();
+        first->CloseWindow();
         CSessionRun::Settle();
-        QCOMPARE(Rows(Pane().List()), listRows);
+        QCOMPARE(Rows(Pane().List()), rows);
     }
 
     void aRowOfASessionThatIsNotInFrontBringsItUp() {
-        CChildFrame* pFirst = m_pRun->Open("a.log", Log());
+        CChildFrame* first = m_pRun->Open("a.log", Log());
         Search("f0101");
-        CChildFrame* pSecond = m_pRun->Open("jas.log", JasLog());
-        Select(pSecond, "ANNIKA");
+        CChildFrame* second = m_pRun->Open("jas.log", JasLog());
+        Select(second, "ANNIKA");
         CSessionRun::ShowPane(Pane());
         QCOMPARE(Title(Pane().List(), 0), QStringLiteral("User"));
         DoubleClick(Pane().List(), 1);
-        QVERIFY(m_pRun->Frame().ActiveChild() == pFirst);
-        QVERIFY(pFirst->DetailView().hasFocus());
-        QVERIFY(SelectedText(pFirst->DetailView()).endsWith("SELECT b FROM f0101"));
+        QVERIFY(m_pRun->Frame().ActiveChild() == first);
+        QVERIFY(first->DetailView().hasFocus());
+        QVERIFY(SelectedText(first->DetailView()).endsWith("SELECT b FROM f0101"));
         QCOMPARE(m_pRun->Frame().m_wndSQLPane.GetCaption(), QStringLiteral(" Process: 5 Thread: 7"));
         QCOMPARE(Title(Pane().List(), 0), QStringLiteral("Process"));
-        QCOMPARE(SelectedText(pSecond->ThreadView()), QStringLiteral("ANNIKA"));
+        QCOMPARE(SelectedText(second->ThreadView()), QStringLiteral("ANNIKA"));
     }
 
     void selectionsLeaveTheRowsAlone() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         Search("f0101");
-        Select(pFrame, "Process - 9");
+        Select(child, "Process - 9");
         QCOMPARE(Rows(Pane().List()), kHits);
     }
 
@@ -319,16 +321,17 @@ private slots:
 
 private:
     CFindPane& Pane() const { return m_pRun->Frame().m_wndFindPane; }
-    void Search(const QString& strText) {
+    void Search(const QString& text) {
         CSessionRun::ShowPane(Pane());
-        Pane().SearchEdit().setText(strText);
+        Pane().SearchEdit().setText(text);
         Pane().SearchEdit().setFocus();
         QTest::keyClick(&Pane().SearchEdit(), Qt::Key_Return);
     }
     // A key as the window system reports it, with its state of the modifiers.
-    void Key(Qt::Key nKey, Qt::KeyboardModifiers nModifiers, const QString& strText = {}) {
-        for (const QTest::KeyAction nAction : {QTest::Press, QTest::Release})
-            QTest::sendKeyEvent(nAction, m_pRun->Frame().windowHandle(), nKey, strText, nModifiers);
+    void Key(Qt::Key key, Qt::KeyboardModifiers modifiers, const QString& text = {}) {
+        for (const QTest::KeyAction action : {QTest::Press, QTest::Release}) {
+            QTest::sendKeyEvent(action, m_pRun->Frame().windowHandle(), key, text, modifiers);
+        }
         QCoreApplication::processEvents();
     }
 };

@@ -23,40 +23,44 @@ QString Text(const QRect& rect) {
 
 // Where each pane is, as a person sees it; a line a pane, then the tabs of each group.
 QStringList Arrangement(CMainFrame& frame) {
-    QStringList listLines;
-    for (CDockablePane* pPane : frame.Panes()) {
-        QString strPlace;
-        if (frame.AutoHide().IsFolded(*pPane))
-            strPlace = QStringLiteral("folded away");
-        else if (pPane->isHidden())
-            strPlace = QStringLiteral("closed");
-        else if (pPane->isFloating())
-            strPlace = QStringLiteral("floats at ") + Text(pPane->geometry());
-        else if (pPane->IsInFront())
-            strPlace = QStringLiteral("%1, %2").arg(frame.dockWidgetArea(pPane)).arg(Text(pPane->geometry()));
-        else
-            strPlace = QStringLiteral("%1, behind").arg(frame.dockWidgetArea(pPane));
-        listLines << QStringLiteral("%1: %2").arg(pPane->windowTitle(), strPlace);
+    QStringList lines;
+    for (CDockablePane* pane : frame.Panes()) {
+        QString place;
+        if (frame.AutoHide().IsFolded(*pane)) {
+            place = QStringLiteral("folded away");
+        } else if (pane->isHidden()) {
+            place = QStringLiteral("closed");
+        } else if (pane->isFloating()) {
+            place = QStringLiteral("floats at ") + Text(pane->geometry());
+        } else if (pane->IsInFront()) {
+            place = QStringLiteral("%1, %2").arg(frame.dockWidgetArea(pane)).arg(Text(pane->geometry()));
+        } else {
+            place = QStringLiteral("%1, behind").arg(frame.dockWidgetArea(pane));
+        }
+        lines << QStringLiteral("%1: %2").arg(pane->windowTitle(), place);
     }
-    QStringList listGroups;
-    for (const QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-        QStringList listTabs;
-        for (int n = 0; pBar->isVisible() && n < pBar->count(); ++n)
-            listTabs << pBar->tabText(n);
-        if (!listTabs.isEmpty())
-            listGroups << listTabs.join(QLatin1Char('|'));
+    QStringList groups;
+    for (const QTabBar* bar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+        QStringList tabs;
+        for (int n = 0; bar->isVisible() && n < bar->count(); ++n) {
+            tabs << bar->tabText(n);
+        }
+        if (!tabs.isEmpty()) {
+            groups << tabs.join(QLatin1Char('|'));
+        }
     }
-    listGroups.sort();
-    return listLines + listGroups + QStringList(frame.AutoHide().Stored());
+    groups.sort();
+    return lines + groups + QStringList(ToQString(WriteFolds(frame.AutoHide().Folds())));
 }
 
-void Tabify(CMainFrame& frame, std::initializer_list<CDockablePane*> listPanes, Qt::DockWidgetArea nArea) {
-    CDockablePane* pBefore = nullptr;
-    for (CDockablePane* pPane : listPanes) {
-        frame.addDockWidget(nArea, pPane);
-        if (pBefore != nullptr)
-            frame.tabifyDockWidget(pBefore, pPane);
-        pBefore = pPane;
+void Tabify(CMainFrame& frame, std::initializer_list<CDockablePane*> panes, Qt::DockWidgetArea area) {
+    CDockablePane* before = nullptr;
+    for (CDockablePane* pane : panes) {
+        frame.addDockWidget(area, pane);
+        if (before != nullptr) {
+            frame.tabifyDockWidget(before, pane);
+        }
+        before = pane;
     }
     Settle();
 }
@@ -153,9 +157,10 @@ const std::vector<std::pair<const char*, FArrange>>& Arrangements() {
          [](CMainFrame& f) {
              f.resize(900, 640);
              Settle();
-             for (QTabBar* pBar : f.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-                 if (pBar->isVisible())
-                     pBar->moveTab(8, 0);
+             for (QTabBar* bar : f.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+                 if (bar->isVisible()) {
+                     bar->moveTab(8, 0);
+                 }
              }
              f.resizeDocks({&f.m_wndBSFNPane}, {281}, Qt::Vertical);
              f.m_wndSQLPane.raise();
@@ -181,28 +186,28 @@ class LayoutTest : public QObject {
 private slots:
     void whatWasArrangedStandsSoAfterTheNextTwoStarts_data() {
         QTest::addColumn<int>("arrangement");
-        for (std::size_t n = 0; n < Arrangements().size(); ++n)
+        for (std::size_t n = 0; n < Arrangements().size(); ++n) {
             QTest::newRow(Arrangements()[n].first) << static_cast<int>(n);
+        }
     }
 
     void whatWasArrangedStandsSoAfterTheNextTwoStarts() {
         QFETCH(int, arrangement);
         CFakeInterface user;
         const QTemporaryDir folder;
-        QStringList listArranged;
+        QStringList arranged;
         {
             const CRun run(folder);
             Settle();
             Arrangements()[static_cast<std::size_t>(arrangement)].second(run.Frame());
             Settle();
-            listArranged = Arrangement(run.Frame());
+            arranged = Arrangement(run.Frame());
         }
-        for (int nStart = 0; nStart < 2; ++nStart) {
+        for (int start = 0; start < 2; ++start) {
             const CRun run(folder);
             Settle();
             Settle();
-            QTRY_COMPARE(Arrangement(run.Frame()).join(QLatin1Char('\n')),
-                         listArranged.join(QLatin1Char('\n')));
+            QTRY_COMPARE(Arrangement(run.Frame()).join(QLatin1Char('\n')), arranged.join(QLatin1Char('\n')));
         }
     }
 };

@@ -33,17 +33,17 @@ public:
         std::function<int(const TRow&, const TRow&)> m_fnCompare;
     };
 
-    explicit CRowList(std::vector<CColumn> listColumns) : m_listColumns(std::move(listColumns)) {}
+    explicit CRowList(std::vector<CColumn> columns) : m_listColumns(std::move(columns)) {}
 
     std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t nRow, int nColumn) const override {
-        return m_listColumns[static_cast<std::size_t>(nColumn)].m_fnText(m_listRows[nRow]);
+    std::string Text(std::size_t row, int column) const override {
+        return m_listColumns[static_cast<std::size_t>(column)].m_fnText(m_listRows[row]);
     }
-    void Sort(std::vector<std::size_t>& listOrder, int nColumn, bool bDescending) const override {
-        const auto& fnCompare = m_listColumns[static_cast<std::size_t>(nColumn)].m_fnCompare;
-        std::ranges::stable_sort(listOrder, [&](std::size_t nA, std::size_t nB) {
-            return bDescending ? fnCompare(m_listRows[nB], m_listRows[nA]) < 0
-                               : fnCompare(m_listRows[nA], m_listRows[nB]) < 0;
+    void Sort(std::vector<std::size_t>& order, int column, bool descending) const override {
+        const auto& compare = m_listColumns[static_cast<std::size_t>(column)].m_fnCompare;
+        std::ranges::stable_sort(order, [&](std::size_t a, std::size_t b) {
+            return descending ? compare(m_listRows[b], m_listRows[a]) < 0
+                              : compare(m_listRows[a], m_listRows[b]) < 0;
         });
     }
 
@@ -53,7 +53,7 @@ private:
     std::vector<CColumn> m_listColumns;
 };
 
-constexpr CColumnSpec kColumns[] = {{"Name", 200}, {"Calls", 70}};
+const CColumnSpec kColumns[] = {{"Name", 200, EAlign::Left, true}, {"Calls", 70, EAlign::Right, true}};
 
 CRowList<CTestRow> Rows() {
     CRowList<CTestRow> rows(
@@ -67,17 +67,18 @@ CRowList<CTestRow> Rows() {
 }
 
 QString Shown(CListCtrl& list) {
-    QStringList listRows;
-    for (int n = 0; n < list.Model().rowCount(); ++n)
-        listRows << list.Model().index(n, 0).data().toString() + list.Model().index(n, 1).data().toString();
-    return listRows.join(QLatin1Char(' '));
+    QStringList rows;
+    for (int n = 0; n < list.Model().rowCount(); ++n) {
+        rows << list.Model().index(n, 0).data().toString() + list.Model().index(n, 1).data().toString();
+    }
+    return rows.join(QLatin1Char(' '));
 }
 
-void ClickHeader(CListCtrl& list, int nColumn) {
+void ClickHeader(CListCtrl& list, int column) {
     const QHeaderView& header = *list.header();
-    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
-                      QPoint(header.sectionViewportPosition(nColumn) + header.sectionSize(nColumn) / 2,
-                             header.height() / 2));
+    QTest::mouseClick(
+        header.viewport(), Qt::LeftButton, {},
+        QPoint(header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2));
 }
 
 } // namespace
@@ -126,33 +127,34 @@ private slots:
 
     void aSortedColumnShowsItsWholeTitleBelowAnArrowThatTellsTheOrder() {
         const QPalette palette = QApplication::palette();
-        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
-        for (const int nId : {ID_APPLOOK_WINDOWS_2000, ID_APPLOOK_VS_2008, ID_APPLOOK_WINDOWS_7}) {
-            ApplyLook(LookOf(nId, nOffice2007));
+        int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        for (const int id : {ID_APPLOOK_WINDOWS_2000, ID_APPLOOK_VS_2008, ID_APPLOOK_WINDOWS_7}) {
+            ApplyLook(LookOf(id, office2007));
             const CRowList<CTestRow> rows = Rows();
             m_pList->Fill(&rows);
             QHeaderView& header = *m_pList->header();
             header.resizeSection(1, header.fontMetrics().horizontalAdvance(QStringLiteral("Calls")) + 16);
             const QRect title(header.sectionViewportPosition(1), 0, header.sectionSize(1), header.height());
-            const auto fnPicture = [&] { return header.viewport()->grab(title).toImage(); };
-            const int nArrow = 5; // the rows above the title
-            const QRect below(0, nArrow, title.width(), title.height() - nArrow);
-            const auto fnDark = [&](const QImage& image, int nY) {
-                int nDark = 0;
-                for (int nX = 0; nX < image.width(); ++nX)
-                    nDark += qGray(image.pixel(nX, nY)) < 128 ? 1 : 0;
-                return nDark;
+            const auto picture = [&] { return header.viewport()->grab(title).toImage(); };
+            const int arrow = 5; // the rows above the title
+            const QRect below(0, arrow, title.width(), title.height() - arrow);
+            const auto darkAt = [&](const QImage& image, int y) {
+                int dark = 0;
+                for (int x = 0; x < image.width(); ++x) {
+                    dark += qGray(image.pixel(x, y)) < 128 ? 1 : 0;
+                }
+                return dark;
             };
-            const QImage unsorted = fnPicture();
+            const QImage unsorted = picture();
             m_pList->SortBy(1, Qt::AscendingOrder);
-            const QImage ascending = fnPicture();
+            const QImage ascending = picture();
             m_pList->SortBy(1, Qt::DescendingOrder);
-            const QImage descending = fnPicture();
+            const QImage descending = picture();
             QVERIFY(ascending.copy(below) == unsorted.copy(below));
             QVERIFY(descending.copy(below) == unsorted.copy(below));
-            QVERIFY(fnDark(ascending, 3) > fnDark(ascending, 1) + 3);
-            QVERIFY(fnDark(descending, 1) > fnDark(descending, 3) + 3);
-            QVERIFY(fnDark(unsorted, 1) == fnDark(unsorted, 3));
+            QVERIFY(darkAt(ascending, 3) > darkAt(ascending, 1) + 3);
+            QVERIFY(darkAt(descending, 1) > darkAt(descending, 3) + 3);
+            QVERIFY(darkAt(unsorted, 1) == darkAt(unsorted, 3));
             m_pList->Fill(nullptr);
         }
         QApplication::setStyle(QStringLiteral("fusion"));
@@ -161,17 +163,17 @@ private slots:
 
     // Time stamps end in blanks, and stand in a column that is just wide enough without them.
     void blanksAtTheEndOfATextHideNothingOfIt() {
-        const QString strStamp = QStringLiteral("10:56:21.513222");
+        const QString stamp = QStringLiteral("10:56:21.513222");
         CRowList<CTestRow> rows = Rows();
-        rows.m_listRows = {{ToUtf8(strStamp), 1}, {ToUtf8(strStamp) + "    ", 1}};
+        rows.m_listRows = {{ToUtf8(stamp), 1}, {ToUtf8(stamp) + "    ", 1}};
         m_pList->Fill(&rows);
-        m_pList->header()->resizeSection(0, m_pList->fontMetrics().horizontalAdvance(strStamp) + 10);
+        m_pList->header()->resizeSection(0, m_pList->fontMetrics().horizontalAdvance(stamp) + 10);
         m_pList->setCurrentIndex({});
-        const auto fnPicture = [this](int nRow) {
-            return m_pList->viewport()->grab(m_pList->visualRect(m_pList->Model().index(nRow, 0))).toImage();
+        const auto picture = [this](int row) {
+            return m_pList->viewport()->grab(m_pList->visualRect(m_pList->Model().index(row, 0))).toImage();
         };
-        QVERIFY(fnPicture(0) == fnPicture(1));
-        QCOMPARE(m_pList->Model().index(1, 0).data().toString(), strStamp + QStringLiteral("    "));
+        QVERIFY(picture(0) == picture(1));
+        QCOMPARE(m_pList->Model().index(1, 0).data().toString(), stamp + QStringLiteral("    "));
     }
 
     void aFillShowsTheRowsInTheirOwnOrder() {
@@ -213,7 +215,8 @@ private slots:
 
     void aListThatDoesNotSortKeepsItsRows() {
         const CRowList<CTestRow> rows = Rows();
-        m_pList->Model().SetSortable(false);
+        const CColumnSpec columns[] = {{"Name", 200}, {"Calls", 70}};
+        m_pList->SetColumns(columns);
         m_pList->Fill(&rows);
         ClickHeader(*m_pList, 0);
         QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
@@ -222,13 +225,57 @@ private slots:
     void aDoubleClickAndEnterOpenTheSelectedRow() {
         const CRowList<CTestRow> rows = Rows();
         m_pList->Fill(&rows);
-        QList<int> listOpened;
-        m_pList->m_fnOpenRow = [&](int nRow) { listOpened << nRow; };
+        QList<int> opened;
+        m_pList->m_fnOpenRow = [&](int row) { opened << row; };
         const QPoint point = m_pList->visualRect(m_pList->Model().index(1, 0)).center();
         QTest::mouseClick(m_pList->viewport(), Qt::LeftButton, {}, point);
         QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, point);
         QTest::keyClick(m_pList.get(), Qt::Key_Return);
-        QCOMPARE(listOpened, (QList<int>{1, 1}));
+        QCOMPARE(opened, (QList<int>{1, 1}));
+    }
+
+    void aColumnOfNumbersAndItsTitleStandOnTheRight() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        const auto alignment = [this](int column) {
+            const CListModel& model = m_pList->Model();
+            return QPair(
+                model.index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>(),
+                model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>());
+        };
+        const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
+        const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
+        QCOMPARE(alignment(0), QPair(left, left));
+        QCOMPARE(alignment(1), QPair(right, right));
+    }
+
+    void otherColumnsTakeThePlaceOfAllAndTheRowsGo() {
+        const CRowList<CTestRow> rows = Rows();
+        m_pList->Fill(&rows);
+        ClickHeader(*m_pList, 1);
+        const CColumnSpec columns[] = {{"One", 40}, {"Two", 50}, {"Three", 60}};
+        m_pList->SetColumns(columns);
+        QCOMPARE(m_pList->Model().rowCount(), 0);
+        QCOMPARE(m_pList->Model().columnCount(), 3);
+        QVERIFY(!m_pList->header()->isSortIndicatorShown());
+        for (int column = 0; column < 3; ++column) {
+            QCOMPARE(m_pList->header()->sectionSize(column), 40 + 10 * column);
+        }
+    }
+
+    void aListTakesInTheRowsThatItsSourceGrowsBy() {
+        CRowList<CTestRow> rows = Rows();
+        const CColumnSpec columns[] = {{"Name", 200}, {"Calls", 70}};
+        m_pList->SetColumns(columns);
+        m_pList->Model().TakeNewRows(rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100"));
+        m_pList->setCurrentIndex(m_pList->Model().index(1, 0));
+        rows.m_listRows.push_back({"e", 5});
+        m_pList->Model().TakeNewRows(rows);
+        QCOMPARE(Shown(*m_pList), QStringLiteral("b10 a9 d9 c100 e5"));
+        QCOMPARE(m_pList->SelectedRow(), 1);
+        m_pList->Model().DropRows();
+        QCOMPARE(m_pList->Model().rowCount(), 0);
     }
 
     void aColumnOfWidthZeroIsHidden() {
@@ -243,14 +290,14 @@ private slots:
         CRowList<CTestRow> rows = Rows();
         rows.m_listRows[1].m_strName = std::string(100, 'w');
         m_pList->Fill(&rows);
-        const auto fnTip = [this](int nRow) {
-            const QPoint point = m_pList->visualRect(m_pList->Model().index(nRow, 0)).center();
+        const auto tip = [this](int row) {
+            const QPoint point = m_pList->visualRect(m_pList->Model().index(row, 0)).center();
             QHelpEvent event(QEvent::ToolTip, point, m_pList->viewport()->mapToGlobal(point));
             QApplication::sendEvent(m_pList->viewport(), &event);
             return QToolTip::isVisible() ? QToolTip::text() : QString();
         };
-        QCOMPARE(fnTip(0), QString());
-        QCOMPARE(fnTip(1), QString(100, QLatin1Char('w')));
+        QCOMPARE(tip(0), QString());
+        QCOMPARE(tip(1), QString(100, QLatin1Char('w')));
     }
 
 private:

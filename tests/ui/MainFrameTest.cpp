@@ -2,6 +2,7 @@
 
 #include "platform/Registry.h"
 #include "ui/app/CustomizeDlg.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/ToolBar.h"
@@ -29,15 +30,17 @@ using namespace carvelot::test;
 
 namespace {
 
-QStringList DockTabs(const CMainFrame& frame, QString* pCurrent = nullptr) {
-    for (QTabBar* pBar : frame.findChildren<QTabBar*>()) {
-        if (pBar->isVisible() && pBar->count() == 9) {
-            QStringList listTexts;
-            for (int n = 0; n < pBar->count(); ++n)
-                listTexts << pBar->tabText(n);
-            if (pCurrent != nullptr)
-                *pCurrent = pBar->tabText(pBar->currentIndex());
-            return listTexts;
+QStringList DockTabs(const CMainFrame& frame, QString* current = nullptr) {
+    for (QTabBar* bar : frame.findChildren<QTabBar*>()) {
+        if (bar->isVisible() && bar->count() == 9) {
+            QStringList texts;
+            for (int n = 0; n < bar->count(); ++n) {
+                texts << bar->tabText(n);
+            }
+            if (current != nullptr) {
+                *current = bar->tabText(bar->currentIndex());
+            }
+            return texts;
         }
     }
     return {};
@@ -56,38 +59,39 @@ public:
         user.m_strTextAnswer = QStringLiteral("Mine");
         Press("New");
     }
-    CToolBar& ToolBar() const { return *m_frame.ToolBars().constLast(); }
-    QPushButton& Button(const char* pszName) const { return *m_pDialog->findChild<QPushButton*>(pszName); }
-    QListWidget& List(const char* pszName) const { return *m_pDialog->findChild<QListWidget*>(pszName); }
-    void Press(const char* pszName) const { QTest::mouseClick(&Button(pszName), Qt::LeftButton); }
-    QListWidgetItem* Choose(const char* pszList, const char* pszText) const {
-        const QList<QListWidgetItem*> listItems =
-            List(pszList).findItems(QLatin1String(pszText), Qt::MatchExactly);
-        List(pszList).setCurrentItem(listItems.value(0));
-        return listItems.value(0);
+    CToolBar& ToolBar() const { return *m_frame.Bars().All().constLast(); }
+    QPushButton& Button(const char* name) const { return *m_pDialog->findChild<QPushButton*>(name); }
+    QListWidget& List(const char* name) const { return *m_pDialog->findChild<QListWidget*>(name); }
+    void Press(const char* name) const { QTest::mouseClick(&Button(name), Qt::LeftButton); }
+    QListWidgetItem* Choose(const char* list, const char* text) const {
+        const QList<QListWidgetItem*> items = List(list).findItems(QLatin1String(text), Qt::MatchExactly);
+        List(list).setCurrentItem(items.value(0));
+        return items.value(0);
     }
-    void Add(const char* pszCommand) const {
-        Choose("Commands", pszCommand);
+    void Add(const char* command) const {
+        Choose("Commands", command);
         Press("Add");
     }
     // The buttons as the dialog lists them, and as they stand on the toolbar from its beginning.
     QStringList Listed() const {
-        QStringList listTexts;
-        for (int n = 0; n < List("Buttons").count(); ++n)
-            listTexts << List("Buttons").item(n)->text();
-        return listTexts;
+        QStringList texts;
+        for (int n = 0; n < List("Buttons").count(); ++n) {
+            texts << List("Buttons").item(n)->text();
+        }
+        return texts;
     }
     QStringList Standing() const {
         QCoreApplication::processEvents();
-        QMap<int, QString> mapTexts;
-        for (const QAction* pAction : ToolBar().actions()) {
-            const QWidget* pButton = ToolBar().widgetForAction(const_cast<QAction*>(pAction));
-            if (pAction->isSeparator())
-                mapTexts[pButton->x()] = QStringLiteral("(Separator)");
-            else if (!pAction->text().isEmpty())
-                mapTexts[pButton->x()] = pAction->text().remove(u'&');
+        QMap<int, QString> texts;
+        for (const QAction* action : ToolBar().actions()) {
+            const QWidget* widget = ToolBar().widgetForAction(const_cast<QAction*>(action));
+            if (action->isSeparator()) {
+                texts[widget->x()] = QStringLiteral("(Separator)");
+            } else if (!action->text().isEmpty()) {
+                texts[widget->x()] = action->text().remove(u'&');
+            }
         }
-        return mapTexts.values();
+        return texts.values();
     }
 
 private:
@@ -95,7 +99,7 @@ private:
     CCustomizeDlg* m_pDialog;
 };
 
-void StoreText(const char* pszName, const std::string& strText) { WriteWorkspaceString(pszName, strText); }
+void StoreText(const char* name, const std::string& text) { WriteWorkspaceString(name, text); }
 
 } // namespace
 
@@ -158,9 +162,9 @@ private slots:
     void ninePanesStandAsOneGroupOfTabsWithBsfnCallsInFront() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        QString strCurrent;
-        QCOMPARE(DockTabs(run.Frame(), &strCurrent), kPaneOrder);
-        QCOMPARE(strCurrent, QStringLiteral("BSFN Calls"));
+        QString current;
+        QCOMPARE(DockTabs(run.Frame(), &current), kPaneOrder);
+        QCOMPARE(current, QStringLiteral("BSFN Calls"));
     }
 
     void aPaneThatWasClosedComesBackFromTheViewMenu() {
@@ -169,12 +173,12 @@ private slots:
         CMainFrame& frame = run.Frame();
         frame.m_wndFindPane.close();
         QVERIFY(frame.m_wndFindPane.isHidden());
-        CPersonalMenu* pView = run.OpenMenu("View");
-        QMenu* pBars = Entry(*pView, "&Toolbars and Docking Windows")->menu();
-        emit pBars->aboutToShow();
-        QVERIFY(!Entry(*pBars, "Find")->isChecked());
-        Entry(*pBars, "Find")->trigger();
-        pView->close();
+        CPersonalMenu* view = run.OpenMenu("View");
+        QMenu* bars = Entry(*view, "&Toolbars and Docking Windows")->menu();
+        emit bars->aboutToShow();
+        QVERIFY(!Entry(*bars, "Find")->isChecked());
+        Entry(*bars, "Find")->trigger();
+        view->close();
         QVERIFY(!frame.m_wndFindPane.isHidden());
     }
 
@@ -192,20 +196,20 @@ private slots:
         QVERIFY(run.Frame().statusBar()->isHidden());
         run.Frame().RunCommand(ID_VIEW_RESTORE_LAYOUT);
         QTest::qWait(50);
-        QString strCurrent;
-        QCOMPARE(DockTabs(run.Frame(), &strCurrent), kPaneOrder);
-        QCOMPARE(strCurrent, QStringLiteral("BSFN Calls"));
+        QString current;
+        QCOMPARE(DockTabs(run.Frame(), &current), kPaneOrder);
+        QCOMPARE(current, QStringLiteral("BSFN Calls"));
         QVERIFY(!run.Frame().statusBar()->isHidden());
     }
 
     void theNameOnAPanesSelectedTabIsWholeWhereAnotherTabsWouldBe() {
-        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
-        const CLookStyle style(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
-        const auto fnPicture = [&style](const char* pszName) {
+        int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        const CLookStyle style(LookOf(ID_APPLOOK_VS_2008, office2007));
+        const auto picture = [&style](const char* name) {
             QStyleOptionTab option;
             option.shape = QTabBar::RoundedSouth;
             option.state = QStyle::State_Enabled | QStyle::State_Selected;
-            option.text = QString::fromLatin1(pszName);
+            option.text = QString::fromLatin1(name);
             option.fontMetrics = QFontMetrics(QApplication::font());
             constexpr int kBesideTheName = 14;
             option.rect =
@@ -218,8 +222,8 @@ private slots:
             return image;
         };
         // Names whose middle differs look alike once it is left out.
-        QCOMPARE(fnPicture("Cache bd Details").size(), fnPicture("Cache db Details").size());
-        QVERIFY(fnPicture("Cache bd Details") != fnPicture("Cache db Details"));
+        QCOMPARE(picture("Cache bd Details").size(), picture("Cache db Details").size());
+        QVERIFY(picture("Cache bd Details") != picture("Cache db Details"));
     }
 
     void aPaneThatFloatsForTheFirstTimeStandsElsewhereAndNoLarger() {
@@ -229,18 +233,18 @@ private slots:
         QCoreApplication::processEvents();
         CDockablePane& pane = run.Frame().m_wndBSFNPane;
         const QRect docked(pane.mapToGlobal(QPoint()), pane.size());
-        auto* pFloat = pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"));
-        QVERIFY(pFloat != nullptr);
-        QTest::mouseClick(pFloat, Qt::LeftButton);
+        auto* floatButton = pane.findChild<QAbstractButton*>(QStringLiteral("qt_dockwidget_floatbutton"));
+        QVERIFY(floatButton != nullptr);
+        QTest::mouseClick(floatButton, Qt::LeftButton);
         QVERIFY(pane.isFloating());
         QVERIFY(pane.geometry().topLeft() != docked.topLeft());
         QVERIFY(pane.width() < docked.width() && pane.height() <= docked.height());
         QVERIFY(pane.screen()->availableGeometry().contains(pane.geometry()));
         // Back again, and it floats where the user left it.
         pane.setGeometry(100, 100, 500, 250);
-        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QTest::mouseClick(floatButton, Qt::LeftButton);
         QVERIFY(!pane.isFloating());
-        QTest::mouseClick(pFloat, Qt::LeftButton);
+        QTest::mouseClick(floatButton, Qt::LeftButton);
         QCOMPARE(pane.geometry(), QRect(100, 100, 500, 250));
     }
 
@@ -255,11 +259,12 @@ private slots:
         }
         class CWatch : public QObject {
         public:
-            bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-                if (pEvent->type() == QEvent::Show && pObject->isWidgetType() &&
-                    static_cast<QWidget*>(pObject)->isWindow() &&
-                    !static_cast<QWidget*>(pObject)->testAttribute(Qt::WA_DontShowOnScreen))
-                    m_listShown << pObject->metaObject()->className();
+            bool eventFilter(QObject* object, QEvent* event) override {
+                if (event->type() == QEvent::Show && object->isWidgetType() &&
+                    static_cast<QWidget*>(object)->isWindow() &&
+                    !static_cast<QWidget*>(object)->testAttribute(Qt::WA_DontShowOnScreen)) {
+                    m_listShown << object->metaObject()->className();
+                }
                 return false;
             }
             QStringList m_listShown;
@@ -274,8 +279,9 @@ private slots:
 
     void aDamagedLayoutIsIgnored_data() {
         QTest::addColumn<QString>("damage");
-        for (const char* pszKind : {"empty", "text", "version", "truncated", "flipped", "sealed garbage"})
-            QTest::newRow(pszKind) << pszKind;
+        for (const char* kind : {"empty", "text", "version", "truncated", "flipped", "sealed garbage"}) {
+            QTest::newRow(kind) << kind;
+        }
     }
 
     void aDamagedLayoutIsIgnored() {
@@ -287,19 +293,20 @@ private slots:
         }
         QByteArray layout = QByteArray::fromStdString(GetWorkspaceString("Layout", ""));
         QVERIFY(layout.size() > 100);
-        if (damage == "empty")
+        if (damage == "empty") {
             layout.clear();
-        else if (damage == "text")
+        } else if (damage == "text") {
             layout = "no layout";
-        else if (damage == "version")
+        } else if (damage == "version") {
             layout.replace(0, 1, "9");
-        else if (damage == "truncated")
+        } else if (damage == "truncated") {
             layout.chop(layout.size() / 2);
-        else if (damage == "flipped")
+        } else if (damage == "flipped") {
             layout[layout.size() / 2] = layout[layout.size() / 2] == 'A' ? 'B' : 'A';
-        else // the check sum of "garbage"
+        } else { // the check sum of "garbage"
             layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) +
                      ":" + QByteArray("garbage").toBase64();
+        }
         StoreText("Layout", layout.toStdString());
         StoreText("Geometry", layout.toStdString());
         const CRun run(*m_pFolder);
@@ -311,14 +318,14 @@ private slots:
         CFakeInterface user;
         CRun run(*m_pFolder);
         QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));
-        CTestFrame* pSession = run.Open("a.log");
+        CTestFrame* session = run.Open("a.log");
         QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
-        CTestFrame* pCache = run.OpenCache();
+        CTestFrame* cache = run.OpenCache();
         QCOMPARE(run.Menus(), (QStringList{"File", "Cache", "Tools", "View", "Window", "Help"}));
-        run.Area().Activate(*pSession);
+        run.Area().Activate(*session);
         QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
-        pSession->CloseWindow();
-        pCache->CloseWindow();
+        session->CloseWindow();
+        cache->CloseWindow();
         QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));
     }
 
@@ -326,30 +333,30 @@ private slots:
         CFakeInterface user;
         CRun run(*m_pFolder);
         run.Open("a.log");
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        QVERIFY(!pFile->IsExpanded());
-        QVERIFY(Entry(*pFile, "&Open...")->isVisible());
-        QVERIFY(Entry(*pFile, "E&xit")->isVisible());
-        QVERIFY(!Entry(*pFile, "&Close")->isVisible());
-        QTRY_VERIFY_WITH_TIMEOUT(pFile->IsExpanded(), 3000);
-        QVERIFY(Entry(*pFile, "&Close")->isVisible());
-        pFile->close();
-        CPersonalMenu* pSession = run.OpenMenu("Session"); // nothing basic in it
-        QCOMPARE(VisibleTexts(*pSession), (QStringList{"Analyze", "Clear Debug File", "Open as Text"}));
-        pSession->close();
+        CPersonalMenu* file = run.OpenMenu("File");
+        QVERIFY(!file->IsExpanded());
+        QVERIFY(Entry(*file, "&Open...")->isVisible());
+        QVERIFY(Entry(*file, "E&xit")->isVisible());
+        QVERIFY(!Entry(*file, "&Close")->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(file->IsExpanded(), 3000);
+        QVERIFY(Entry(*file, "&Close")->isVisible());
+        file->close();
+        CPersonalMenu* session = run.OpenMenu("Session"); // nothing basic in it
+        QCOMPARE(VisibleTexts(*session), (QStringList{"Analyze", "Clear Debug File", "Open as Text"}));
+        session->close();
     }
 
     void theLetterOfAHiddenCommandReachesItAtOnce() {
         CFakeInterface user;
         CRun run(*m_pFolder);
         run.Open("a.log");
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        QVERIFY(!Entry(*pFile, "&Close")->isVisible());
-        QTest::keyClick(pFile, Qt::Key_O, Qt::ShiftModifier); // of an entry that shows: nothing more comes up
-        QVERIFY(!pFile->IsExpanded());
-        pFile = run.OpenMenu("File");
-        QTest::keyClick(pFile, Qt::Key_C);
-        QVERIFY(!pFile->isVisible());
+        CPersonalMenu* file = run.OpenMenu("File");
+        QVERIFY(!Entry(*file, "&Close")->isVisible());
+        QTest::keyClick(file, Qt::Key_O, Qt::ShiftModifier); // of an entry that shows: nothing more comes up
+        QVERIFY(!file->IsExpanded());
+        file = run.OpenMenu("File");
+        QTest::keyClick(file, Qt::Key_C);
+        QVERIFY(!file->isVisible());
         QVERIFY(run.Area().Children().isEmpty());
     }
 
@@ -357,25 +364,26 @@ private slots:
         CFakeInterface user;
         CRun run(*m_pFolder);
         run.Open("a.log");
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        Entry(*pFile, "&Close")->trigger();
-        pFile->close();
-        pFile = run.OpenMenu("File");
-        QVERIFY(Entry(*pFile, "&Close")->isVisible());
-        pFile->close();
+        CPersonalMenu* file = run.OpenMenu("File");
+        Entry(*file, "&Close")->trigger();
+        file->close();
+        file = run.OpenMenu("File");
+        QVERIFY(Entry(*file, "&Close")->isVisible());
+        file->close();
     }
 
     void theChevronExpandsAMenuByMouseWithoutClosingIt() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        QAction* pChevron = Entry(*pFile, "\u00BB");
-        if (pChevron == nullptr)
-            pChevron = pFile->actions().constLast();
-        QTest::mouseClick(pFile, Qt::LeftButton, {}, pFile->actionGeometry(pChevron).center());
-        QVERIFY(pFile->isVisible());
-        QVERIFY(pFile->IsExpanded());
-        pFile->close();
+        CPersonalMenu* file = run.OpenMenu("File");
+        QAction* chevron = Entry(*file, "\u00BB");
+        if (chevron == nullptr) {
+            chevron = file->actions().constLast();
+        }
+        QTest::mouseClick(file, Qt::LeftButton, {}, file->actionGeometry(chevron).center());
+        QVERIFY(file->isVisible());
+        QVERIFY(file->IsExpanded());
+        file->close();
     }
 
     void theTipsOfEntriesStandInTheStatusLineAndOnButtons() {
@@ -387,38 +395,39 @@ private slots:
         QCOMPARE(open.shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
         QMenuBar& bar = *run.Frame().menuBar();
         bar.setActiveAction(bar.actions().constFirst());
-        QMenu* pFile = bar.actions().constFirst()->menu();
-        QTest::keyClick(pFile, Qt::Key_Down);
-        QCOMPARE(pFile->activeAction(), Entry(*pFile, "&Open..."));
+        QMenu* file = bar.actions().constFirst()->menu();
+        QTest::keyClick(file, Qt::Key_Down);
+        QCOMPARE(file->activeAction(), Entry(*file, "&Open..."));
         QCOMPARE(run.Frame().statusBar()->currentMessage(), QStringLiteral("Open debug log file"));
-        pFile->close();
+        file->close();
     }
 
     void sessionCommandsAreEnabledOnlyWhereADocumentAnswersThem() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        CTestFrame* pFirst = run.Open("a.log");
-        CTestFrame* pSecond = run.Open("b.log");
-        int nAnalyzed = 0;
-        pFirst->GetActiveDocument()->AddCommand(ID_SESSION_ANALYZE, [&nAnalyzed] { ++nAnalyzed; });
+        CTestFrame* first = run.Open("a.log");
+        CTestFrame* second = run.Open("b.log");
+        int analyzed = 0;
+        first->GetActiveDocument()->AddCommand(ID_SESSION_ANALYZE, [&analyzed] { ++analyzed; });
         run.Frame().UpdateCommands();
         QVERIFY(!run.Frame().CommandAction(ID_SESSION_ANALYZE)->isEnabled());
-        run.Area().Activate(*pFirst);
+        run.Area().Activate(*first);
         QVERIFY(run.Frame().CommandAction(ID_SESSION_ANALYZE)->isEnabled());
         run.Frame().CommandAction(ID_SESSION_ANALYZE)->trigger();
-        QCOMPARE(nAnalyzed, 1);
-        QVERIFY(pSecond != nullptr);
+        QCOMPARE(analyzed, 1);
+        QVERIFY(second != nullptr);
     }
 
     void theToolsMenuOffersAllWorkstationTools() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        CPersonalMenu* pTools = run.OpenMenu("Tools");
-        QCOMPARE(VisibleTexts(*pTools),
+        CPersonalMenu* tools = run.OpenMenu("Tools");
+        QCOMPARE(VisibleTexts(*tools),
                  (QStringList{"Global Tables", "Convert Dates", "JDE Settings", "Options"}));
-        for (const char* pszText : {"Global Tables", "Convert Dates", "JDE Settings", "Options"})
-            QVERIFY2(Entry(*pTools, pszText)->isEnabled(), pszText);
-        pTools->close();
+        for (const char* text : {"Global Tables", "Convert Dates", "JDE Settings", "Options"}) {
+            QVERIFY2(Entry(*tools, text)->isEnabled(), text);
+        }
+        tools->close();
     }
 
     void ctrlOAsksForALogAndOpensIt() {
@@ -442,28 +451,29 @@ private slots:
     void aFailedOpenLeavesNoWindow() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        const int nDestroyed = CTestFrame::s_nDestroyed;
+        const int destroyed = CTestFrame::s_nDestroyed;
         QVERIFY(run.Open("bad") == nullptr);
         QVERIFY(run.Area().Children().isEmpty());
         QVERIFY(theApp().FirstDocTemplate()->Documents().empty());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCOMPARE(CTestFrame::s_nDestroyed, nDestroyed + 1);
+        QCOMPARE(CTestFrame::s_nDestroyed, destroyed + 1);
     }
 
     void theBitnessStandsInTheStatusBarAndInAbout() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        const QString strBitness = sizeof(void*) == 8 ? QStringLiteral("64 bit") : QStringLiteral("32 bit");
-        QCOMPARE(run.Frame().statusBar()->findChild<QLabel*>("Bitness")->text(), strBitness);
+        const QString bitness = sizeof(void*) == 8 ? QStringLiteral("64 bit") : QStringLiteral("32 bit");
+        QCOMPARE(run.Frame().statusBar()->findChild<QLabel*>("Bitness")->text(), bitness);
         user.m_fnInDialog = [&](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("About Carvelot"));
             QCOMPARE(dialog.findChild<QLabel*>("Version")->text(),
                      QStringLiteral("Carvelot, Version: 2.0.0.0"));
-            QCOMPARE(dialog.findChild<QLabel*>("Bitness")->text(), strBitness);
-            int nLinks = 0;
-            for (const QLabel* pLabel : dialog.findChildren<QLabel*>())
-                nLinks += pLabel->openExternalLinks() ? 1 : 0;
-            QCOMPARE(nLinks, 2);
+            QCOMPARE(dialog.findChild<QLabel*>("Bitness")->text(), bitness);
+            int links = 0;
+            for (const QLabel* label : dialog.findChildren<QLabel*>()) {
+                links += label->openExternalLinks() ? 1 : 0;
+            }
+            QCOMPARE(links, 2);
         };
         run.Frame().RunCommand(ID_APP_ABOUT);
         QCOMPARE(user.m_nDialogs, 1);
@@ -472,34 +482,35 @@ private slots:
     void aLookIsStoredAndMarked() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        CPersonalMenu* pView = run.OpenMenu("View");
-        auto* pLooks = static_cast<CPersonalMenu*>(Entry(*pView, "&Application Look")->menu());
-        emit pLooks->aboutToShow();
-        QVERIFY(Entry(*pLooks, "Visual Studio 200&8")->isChecked());
-        Entry(*pLooks, "Office 200&3")->trigger();
-        pView->close();
+        CPersonalMenu* view = run.OpenMenu("View");
+        auto* looks = static_cast<CPersonalMenu*>(Entry(*view, "&Application Look")->menu());
+        emit looks->aboutToShow();
+        QVERIFY(Entry(*looks, "Visual Studio 200&8")->isChecked());
+        Entry(*looks, "Office 200&3")->trigger();
+        view->close();
         QCOMPARE(GetWorkspaceInt("ApplicationLook", 0), 208);
-        QVERIFY(Entry(*pLooks, "Office 200&3")->isChecked());
-        QVERIFY(!Entry(*pLooks, "Visual Studio 200&8")->isChecked());
+        QVERIFY(Entry(*looks, "Office 200&3")->isChecked());
+        QVERIFY(!Entry(*looks, "Visual Studio 200&8")->isChecked());
         QCOMPARE(CurrentLook().m_nId, 208);
-        Entry(*pLooks, "Office 200&3")->trigger(); // once more: the mark stays
-        QVERIFY(Entry(*pLooks, "Office 200&3")->isChecked());
+        Entry(*looks, "Office 200&3")->trigger(); // once more: the mark stays
+        QVERIFY(Entry(*looks, "Office 200&3")->isChecked());
     }
 
     void theViewMenuHasTenLooksAndNotTheEleventh() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        CPersonalMenu* pView = run.OpenMenu("View");
-        QMenu* pLooks = Entry(*pView, "&Application Look")->menu();
-        QList<int> listIds;
-        for (QMenu* pMenu : {pLooks, Entry(*pLooks, "Office 200&7")->menu()}) {
-            for (const QAction* pAction : pMenu->actions()) {
-                if (pAction->data().toInt() != 0)
-                    listIds << pAction->data().toInt();
+        CPersonalMenu* view = run.OpenMenu("View");
+        QMenu* looks = Entry(*view, "&Application Look")->menu();
+        QList<int> ids;
+        for (QMenu* menu : {looks, Entry(*looks, "Office 200&7")->menu()}) {
+            for (const QAction* action : menu->actions()) {
+                if (action->data().toInt() != 0) {
+                    ids << action->data().toInt();
+                }
             }
         }
-        pView->close();
-        QCOMPARE(listIds, (QList<int>{205, 206, 207, 208, 209, 210, 215, 216, 217, 218}));
+        view->close();
+        QCOMPARE(ids, (QList<int>{205, 206, 207, 208, 209, 210, 215, 216, 217, 218}));
     }
 
     void aStoredLookWithoutANameTakesOffice2007AndMarksNothing() {
@@ -508,9 +519,10 @@ private slots:
         WriteWorkspaceInt("ApplicationLook", 211);
         const CRun run(*m_pFolder);
         QCOMPARE(CurrentLook().m_nId, 215);
-        for (int nId = ID_APPLOOK_FIRST; nId <= ID_APPLOOK_LAST; ++nId) {
-            if (const QAction* pAction = run.Frame().CommandAction(nId))
-                QVERIFY(!pAction->isChecked());
+        for (int id = ID_APPLOOK_FIRST; id <= ID_APPLOOK_LAST; ++id) {
+            if (const QAction* action = run.Frame().CommandAction(id)) {
+                QVERIFY(!action->isChecked());
+            }
         }
         run.Frame().OnApplicationLook(217);
         run.Frame().OnApplicationLook(212); // leaves the style of Office 2007 as it is
@@ -523,8 +535,8 @@ private slots:
         CRun run(*m_pFolder);
         run.Open("a.log");
         QSet<QByteArray> setPictures;
-        for (const int nId : LookIds()) {
-            run.Frame().OnApplicationLook(nId);
+        for (const int id : LookIds()) {
+            run.Frame().OnApplicationLook(id);
             QTest::qWait(10);
             const QImage picture = run.Frame().grab().toImage();
             setPictures << QCryptographicHash::hash(
@@ -540,9 +552,9 @@ private slots:
         CRun run(*m_pFolder);
         CMainFrame& frame = run.Frame();
         CDockablePane& pane = frame.m_wndBSFNPane;
-        CTestFrame* pChild = run.Open("a");
+        CTestFrame* child = run.Open("a");
         // The colours of one button, drawn so large that its lines are whole.
-        const auto fnColors = [&pane](const QWidget& button) {
+        const auto colors = [&pane](const QWidget& button) {
             constexpr int kScale = 6;
             QPixmap picture(pane.size() * kScale);
             picture.setDevicePixelRatio(kScale);
@@ -550,27 +562,28 @@ private slots:
             const QRect rect(button.pos() * kScale, button.size() * kScale);
             const QImage image = picture.copy(rect).toImage();
             QSet<QRgb> setColors;
-            for (int nY = 0; nY < image.height(); ++nY) {
-                for (int nX = 0; nX < image.width(); ++nX)
-                    setColors << (image.pixel(nX, nY) & RGB_MASK);
+            for (int y = 0; y < image.height(); ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    setColors << (image.pixel(x, y) & RGB_MASK);
+                }
             }
             return setColors;
         };
-        for (const int nId : LookIds()) {
-            frame.OnApplicationLook(nId);
-            const QRgb nCalm = CurrentLook().m_titleText.rgb() & RGB_MASK;
-            const QRgb nActive = CurrentLook().m_activeTitleText.rgb() & RGB_MASK;
-            QVERIFY(nCalm != nActive);
-            for (const bool bActive : {true, false}) {
-                (bActive ? pane.MainControl() : pChild->m_edits[0])->setFocus();
+        for (const int id : LookIds()) {
+            frame.OnApplicationLook(id);
+            const QRgb calm = CurrentLook().m_titleText.rgb() & RGB_MASK;
+            const QRgb active = CurrentLook().m_activeTitleText.rgb() & RGB_MASK;
+            QVERIFY(calm != active);
+            for (const bool isActive : {true, false}) {
+                (isActive ? pane.MainControl() : child->m_edits[0])->setFocus();
                 QCoreApplication::processEvents();
-                for (const char* pszName :
+                for (const char* name :
                      {"qt_dockwidget_floatbutton", "qt_dockwidget_closebutton", "PinButton"}) {
-                    const auto* pButton = pane.findChild<QAbstractButton*>(QLatin1String(pszName));
-                    const QSet<QRgb> setColors = fnColors(*pButton);
-                    const QByteArray where = QByteArray(pszName) + " in look " + QByteArray::number(nId);
-                    QVERIFY2(setColors.contains(bActive ? nActive : nCalm), where);
-                    QVERIFY2(!setColors.contains(bActive ? nCalm : nActive), where);
+                    const auto* widget = pane.findChild<QAbstractButton*>(QLatin1String(name));
+                    const QSet<QRgb> setColors = colors(*widget);
+                    const QByteArray where = QByteArray(name) + " in look " + QByteArray::number(id);
+                    QVERIFY2(setColors.contains(isActive ? active : calm), where);
+                    QVERIFY2(!setColors.contains(isActive ? calm : active), where);
                 }
             }
         }
@@ -579,16 +592,16 @@ private slots:
     void f6WalksThroughTheWindowsPanesAndShiftF6Back() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        CTestFrame* pChild = run.Open("a.log");
+        CTestFrame* child = run.Open("a.log");
         run.Frame().activateWindow();
-        pChild->m_edits[0]->setFocus();
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+        child->m_edits[0]->setFocus();
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[0]);
         QTest::keyClick(&run.Frame(), Qt::Key_F6);
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[1]);
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[1]);
         QTest::keyClick(&run.Frame(), Qt::Key_F6);
         QCOMPARE(QApplication::focusWidget(), run.Frame().m_wndBSFNPane.MainControl());
         QTest::keyClick(&run.Frame(), Qt::Key_F6);
-        QCOMPARE(QApplication::focusWidget(), pChild->m_edits[0]);
+        QCOMPARE(QApplication::focusWidget(), child->m_edits[0]);
         QTest::keyClick(&run.Frame(), Qt::Key_F6, Qt::ShiftModifier);
         QCOMPARE(QApplication::focusWidget(), run.Frame().m_wndBSFNPane.MainControl());
     }
@@ -596,17 +609,17 @@ private slots:
     void theEditMenuActsOnTheEditWithTheFocus() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        CTestFrame* pChild = run.Open("a.log");
+        CTestFrame* child = run.Open("a.log");
         run.Frame().activateWindow();
-        pChild->m_edits[0]->setText(QStringLiteral("words"));
-        pChild->m_edits[0]->selectAll();
-        pChild->m_edits[0]->setFocus();
+        child->m_edits[0]->setText(QStringLiteral("words"));
+        child->m_edits[0]->selectAll();
+        child->m_edits[0]->setFocus();
         user.m_strMenuChoice = QStringLiteral("Cu&t");
         run.Frame().ShowEditMenu({});
-        QCOMPARE(pChild->m_edits[0]->text(), QString());
+        QCOMPARE(child->m_edits[0]->text(), QString());
         user.m_strMenuChoice = QStringLiteral("&Paste");
         run.Frame().ShowEditMenu({});
-        QCOMPARE(pChild->m_edits[0]->text(), QStringLiteral("words"));
+        QCOMPARE(child->m_edits[0]->text(), QStringLiteral("words"));
         QCOMPARE(user.m_listMenuTexts.constFirst(), QStringLiteral("&Undo"));
     }
 
@@ -616,27 +629,27 @@ private slots:
         run.Open("a.log");
         run.Open("b.log");
         run.Frame().m_wndBSFNPane.SetCaption(QStringLiteral(" Process: 1"));
-        const int nClosed = CTestFrame::s_nClosed;
+        const int closed = CTestFrame::s_nClosed;
         run.Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
         QVERIFY(run.Area().Children().isEmpty());
-        QCOMPARE(CTestFrame::s_nClosed, nClosed);
+        QCOMPARE(CTestFrame::s_nClosed, closed);
         QCOMPARE(run.Frame().m_wndBSFNPane.GetCaption(), QString());
     }
 
     void theWindowsDialogActivatesAndCloses() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        CTestFrame* pFirst = run.Open("a.log");
+        CTestFrame* first = run.Open("a.log");
         run.Open("b.log");
         user.m_fnInDialog = [](QDialog& dialog) {
-            auto* pList = dialog.findChild<QTreeWidget*>("Windows");
-            QCOMPARE(pList->topLevelItemCount(), 2);
-            pList->clearSelection();
-            pList->topLevelItem(0)->setSelected(true);
+            auto* list = dialog.findChild<QTreeWidget*>("Windows");
+            QCOMPARE(list->topLevelItemCount(), 2);
+            list->clearSelection();
+            list->topLevelItem(0)->setSelected(true);
             QTest::mouseClick(dialog.findChild<QPushButton*>("Activate"), Qt::LeftButton);
         };
         run.Frame().RunCommand(ID_WINDOW_WINDOWS);
-        QCOMPARE(run.Area().ActiveChild(), pFirst);
+        QCOMPARE(run.Area().ActiveChild(), first);
         user.m_fnInDialog = [](QDialog& dialog) {
             dialog.findChild<QTreeWidget*>("Windows")->selectAll();
             QTest::mouseClick(dialog.findChild<QPushButton*>("CloseWindows"), Qt::LeftButton);
@@ -649,43 +662,45 @@ private slots:
     void theWindowMenuListsTheFirstNineWindowsAndMarksTheOneInFront() {
         CFakeInterface user;
         CRun run(*m_pFolder);
-        const auto fnListed = [&run] {
-            CPersonalMenu* pMenu = run.OpenMenu("Window");
-            QStringList listTexts;
-            for (const QAction* pAction : pMenu->actions()) {
-                if (pAction->isCheckable() && pAction->isVisible())
-                    listTexts << pAction->text() + (pAction->isChecked() ? QStringLiteral(" *") : QString());
+        const auto listed = [&run] {
+            CPersonalMenu* menu = run.OpenMenu("Window");
+            QStringList texts;
+            for (const QAction* action : menu->actions()) {
+                if (action->isCheckable() && action->isVisible()) {
+                    texts << action->text() + (action->isChecked() ? QStringLiteral(" *") : QString());
+                }
             }
-            pMenu->close();
-            return listTexts;
+            menu->close();
+            return texts;
         };
         run.Open("a");
         run.Open("R&D.log");
-        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log *"}));
-        for (const char* pszName : {"c", "d", "e", "f", "g", "h", "i", "j"})
-            run.Open(pszName);
+        QCOMPARE(listed(), (QStringList{"&1 a", "&2 R&&D.log *"}));
+        for (const char* name : {"c", "d", "e", "f", "g", "h", "i", "j"}) {
+            run.Open(name);
+        }
         // The tenth is in front, and not in the list.
-        QCOMPARE(fnListed(), (QStringList{"&1 a", "&2 R&&D.log", "&3 c", "&4 d", "&5 e", "&6 f", "&7 g",
-                                          "&8 h", "&9 i"}));
-        CPersonalMenu* pMenu = run.OpenMenu("Window");
-        QAction* pThird = Entry(*pMenu, "&3 c");
-        QCOMPARE(pThird->statusTip(), QStringLiteral("Activate this window"));
+        QCOMPARE(listed(), (QStringList{"&1 a", "&2 R&&D.log", "&3 c", "&4 d", "&5 e", "&6 f", "&7 g", "&8 h",
+                                        "&9 i"}));
+        CPersonalMenu* menu = run.OpenMenu("Window");
+        QAction* third = Entry(*menu, "&3 c");
+        QCOMPARE(third->statusTip(), QStringLiteral("Activate this window"));
         // They stand between the commands and "Windows ...".
-        const QList<QAction*> listActions = pMenu->actions();
-        QVERIFY(listActions.indexOf(Entry(*pMenu, "Close All")) < listActions.indexOf(pThird));
-        QVERIFY(listActions.indexOf(pThird) < listActions.indexOf(Entry(*pMenu, "Windows ...")));
-        pThird->trigger();
-        pMenu->close();
+        const QList<QAction*> actions = menu->actions();
+        QVERIFY(actions.indexOf(Entry(*menu, "Close All")) < actions.indexOf(third));
+        QVERIFY(actions.indexOf(third) < actions.indexOf(Entry(*menu, "Windows ...")));
+        third->trigger();
+        menu->close();
         QCOMPARE(run.Area().ActiveChild()->windowTitle(), QStringLiteral("c"));
-        QVERIFY(fnListed().contains(QLatin1String("&3 c *")));
+        QVERIFY(listed().contains(QLatin1String("&3 c *")));
         // A window that goes leaves the list, and the tenth comes in.
         run.Frame().RunCommand(ID_FILE_CLOSE);
-        QCOMPARE(fnListed().size(), 9);
-        QVERIFY(!fnListed().join(u' ').contains(QLatin1String("&3 c")));
-        QCOMPARE(fnListed().constLast().left(4), QStringLiteral("&9 j"));
+        QCOMPARE(listed().size(), 9);
+        QVERIFY(!listed().join(u' ').contains(QLatin1String("&3 c")));
+        QCOMPARE(listed().constLast().left(4), QStringLiteral("&9 j"));
         // A title that changes is listed as it stands.
         run.Area().Children().constFirst()->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 5"));
-        QCOMPARE(fnListed().constFirst(), QStringLiteral("&1 a - Process: 5"));
+        QCOMPARE(listed().constFirst(), QStringLiteral("&1 a - Process: 5"));
     }
 
     void recentFilesStandInTheFileMenuAndOpen() {
@@ -694,16 +709,17 @@ private slots:
         run.Open("a.log");
         run.Open("b.log");
         run.Frame().RunCommand(ID_WINDOW_CLOSE_ALL);
-        CPersonalMenu* pFile = run.OpenMenu("File");
-        QAction* pSecond = nullptr;
-        for (QAction* pAction : pFile->actions()) {
-            if (pAction->text().startsWith(QLatin1String("&2 ")))
-                pSecond = pAction;
+        CPersonalMenu* file = run.OpenMenu("File");
+        QAction* second = nullptr;
+        for (QAction* action : file->actions()) {
+            if (action->text().startsWith(QLatin1String("&2 "))) {
+                second = action;
+            }
         }
-        QVERIFY(pSecond != nullptr && pSecond->isVisible());
-        QCOMPARE(pSecond->statusTip(), QStringLiteral("Open this document"));
-        pSecond->trigger();
-        pFile->close();
+        QVERIFY(second != nullptr && second->isVisible());
+        QCOMPARE(second->statusTip(), QStringLiteral("Open this document"));
+        second->trigger();
+        file->close();
         QVERIFY(run.Frame().windowTitle().endsWith(QLatin1String("a.log - Carvelot")));
         run.Stop();
         QCOMPARE(theApp().m_recentFiles.m_listPaths.size(), 2U);
@@ -714,25 +730,26 @@ private slots:
         {
             CRun run(*m_pFolder);
             run.Frame().RunCommand(ID_VIEW_CUSTOMIZE);
-            CCustomizeDlg* pDialog = run.Frame().CustomizeDialog();
-            QVERIFY(pDialog != nullptr && !pDialog->isModal());
+            CCustomizeDlg* dialog = run.Frame().CustomizeDialog();
+            QVERIFY(dialog != nullptr && !dialog->isModal());
             user.m_strTextAnswer = QStringLiteral("Mine | 1");
-            QTest::mouseClick(pDialog->findChild<QPushButton*>("New"), Qt::LeftButton);
-            auto* pCommands = pDialog->findChild<QListWidget*>("Commands");
-            QCOMPARE(pCommands->count(), static_cast<int>(AllCommands().size()));
-            for (int n = 0; n < pCommands->count(); ++n) {
-                if (pCommands->item(n)->text() == QLatin1String("Windows 7"))
-                    pCommands->setCurrentRow(n);
+            QTest::mouseClick(dialog->findChild<QPushButton*>("New"), Qt::LeftButton);
+            auto* commands = dialog->findChild<QListWidget*>("Commands");
+            QCOMPARE(commands->count(), static_cast<int>(AllCommands().size()));
+            for (int n = 0; n < commands->count(); ++n) {
+                if (commands->item(n)->text() == QLatin1String("Windows 7")) {
+                    commands->setCurrentRow(n);
+                }
             }
-            QTest::mouseClick(pDialog->findChild<QPushButton*>("Add"), Qt::LeftButton);
-            QTest::mouseClick(pDialog->findChild<QPushButton*>("Separator"), Qt::LeftButton);
+            QTest::mouseClick(dialog->findChild<QPushButton*>("Add"), Qt::LeftButton);
+            QTest::mouseClick(dialog->findChild<QPushButton*>("Separator"), Qt::LeftButton);
         }
         const CRun run(*m_pFolder);
-        QCOMPARE(run.Frame().ToolBars().size(), 3);
-        CToolBar* pMine = run.Frame().ToolBars().constLast();
-        QCOMPARE(pMine->windowTitle(), QStringLiteral("Mine | 1"));
-        QCOMPARE(pMine->Commands(), (std::vector<int>{ID_APPLOOK_WINDOWS_7, ID_SEPARATOR}));
-        pMine->actions().constFirst()->trigger();
+        QCOMPARE(run.Frame().Bars().All().size(), 3);
+        CToolBar* mine = run.Frame().Bars().All().constLast();
+        QCOMPARE(mine->windowTitle(), QStringLiteral("Mine | 1"));
+        QCOMPARE(mine->Commands(), (std::vector<int>{ID_APPLOOK_WINDOWS_7, ID_SEPARATOR}));
+        mine->actions().constFirst()->trigger();
         QCOMPARE(theApp().m_nAppLook, 219);
     }
 
@@ -740,8 +757,9 @@ private slots:
         CFakeInterface user;
         const CRun run(*m_pFolder);
         const CCustomizeHands hands(run.Frame(), user);
-        for (const char* pszCommand : {"Open...", "Options", "Convert Dates"})
-            hands.Add(pszCommand);
+        for (const char* command : {"Open...", "Options", "Convert Dates"}) {
+            hands.Add(command);
+        }
         hands.Press("Separator");
         QCOMPARE(hands.Listed(), (QStringList{"Open...", "Options", "Convert Dates", "(Separator)"}));
         QCOMPARE(hands.Standing(), hands.Listed());
@@ -759,12 +777,14 @@ private slots:
         hands.Press("Remove");
         QCOMPARE(hands.Listed(), (QStringList{"Options", "(Separator)", "Convert Dates"}));
         QCOMPARE(hands.Standing(), hands.Listed());
-        for (int n = 0; n < 3; ++n)
+        for (int n = 0; n < 3; ++n) {
             hands.Press("Remove");
+        }
         QCOMPARE(hands.Listed(), QStringList());
         QCOMPARE(hands.Standing(), QStringList());
-        for (const char* pszButton : {"Remove", "Up", "Down"})
-            QVERIFY(!hands.Button(pszButton).isEnabled());
+        for (const char* button : {"Remove", "Up", "Down"}) {
+            QVERIFY(!hands.Button(button).isEnabled());
+        }
     }
 
     void renameGivesAToolbarItsNewNameForGood() {
@@ -789,8 +809,8 @@ private slots:
             QVERIFY(!hands.Button("Rename").isEnabled());
         }
         const CRun run(*m_pFolder);
-        QCOMPARE(run.Frame().ToolBars().constLast()->windowTitle(), QStringLiteral("Dates & more"));
-        QCOMPARE(run.Frame().ToolBars().constLast()->Commands(), std::vector<int>{ID_TOOLS_OPTIONS});
+        QCOMPARE(run.Frame().Bars().All().constLast()->windowTitle(), QStringLiteral("Dates & more"));
+        QCOMPARE(run.Frame().Bars().All().constLast()->Commands(), std::vector<int>{ID_TOOLS_OPTIONS});
     }
 
     void customizeDoesNotTakeACommandTwice() {
@@ -802,9 +822,9 @@ private slots:
             hands.Add("Convert Dates");
             hands.Press("Separator");
             hands.Press("Separator");
-            QListWidgetItem* pItem = hands.Choose("Commands", "Options");
+            QListWidgetItem* item = hands.Choose("Commands", "Options");
             QVERIFY(!hands.Button("Add").isEnabled());
-            emit hands.List("Commands").itemDoubleClicked(pItem);
+            emit hands.List("Commands").itemDoubleClicked(item);
             QCOMPARE(hands.Listed(), (QStringList{"Options", "Convert Dates", "(Separator)", "(Separator)"}));
             QCOMPARE(hands.Standing(), hands.Listed());
             // It shows where the command stands.
@@ -816,42 +836,43 @@ private slots:
             QCOMPARE(hands.Listed().count(QLatin1String("Options")), 1);
         }
         // Nor does a stored toolbar.
-        const std::string strOptions = std::to_string(ID_TOOLS_OPTIONS);
-        StoreText("UserToolBar59432", "Mine|" + strOptions + ",0," + strOptions + ",0");
+        const std::string options = std::to_string(ID_TOOLS_OPTIONS);
+        StoreText("UserToolBar59432", "Mine|" + options + ",0," + options + ",0");
         const CRun run(*m_pFolder);
-        const std::vector<int> listCommands = run.Frame().ToolBars().constLast()->Commands();
-        QCOMPARE(std::ranges::count(listCommands, int(ID_TOOLS_OPTIONS)), 1);
-        QCOMPARE(std::ranges::count(listCommands, int(ID_SEPARATOR)), 2);
+        const std::vector<int> commands = run.Frame().Bars().All().constLast()->Commands();
+        QCOMPARE(std::ranges::count(commands, int(ID_TOOLS_OPTIONS)), 1);
+        QCOMPARE(std::ranges::count(commands, int(ID_SEPARATOR)), 2);
     }
 
     void atMostTenToolbarsOfAUsersOwn() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        for (int n = 0; n < 10; ++n)
-            QVERIFY(run.Frame().NewUserToolBar(QString::number(n)) != nullptr);
-        QVERIFY(run.Frame().NewUserToolBar(QStringLiteral("eleventh")) == nullptr);
-        QCOMPARE(run.Frame().ToolBars().constLast()->Id(), 59441);
+        for (int n = 0; n < 10; ++n) {
+            QVERIFY(run.Frame().Bars().New(QString::number(n)) != nullptr);
+        }
+        QVERIFY(run.Frame().Bars().New(QStringLiteral("eleventh")) == nullptr);
+        QCOMPARE(run.Frame().Bars().All().constLast()->Id(), 59441);
     }
 
     void userImagesAreTakenFromTheCurrentFolder() {
         CFakeInterface user;
-        const QString strBefore = QDir::currentPath();
+        const QString before = QDir::currentPath();
         QDir::setCurrent(m_pFolder->path());
         QImage strip(48, 16, QImage::Format_RGB32);
         strip.fill(Qt::red);
         QVERIFY(strip.save(QStringLiteral("UserImages.bmp"), "BMP"));
         {
             const CRun run(*m_pFolder);
-            QCOMPARE(run.Frame().UserImages().Count(), 3);
-            run.Frame().SetUserImage(ID_FILE_OPEN, 1);
+            QCOMPARE(run.Frame().Bars().UserImages().Count(), 3);
+            run.Frame().Bars().SetUserImage(ID_FILE_OPEN, 1);
             QCOMPARE(run.Frame().CommandAction(ID_FILE_OPEN)->icon().pixmap(16).toImage().pixelColor(8, 8),
                      QColor(Qt::red));
         }
         {
             const CRun run(*m_pFolder);
-            QCOMPARE(run.Frame().UserImage(ID_FILE_OPEN), 1);
+            QCOMPARE(run.Frame().Bars().UserImage(ID_FILE_OPEN), 1);
         }
-        QDir::setCurrent(strBefore);
+        QDir::setCurrent(before);
     }
 
     void aUserImagesFileThatIsTooLargeIsNotTaken() {
@@ -882,19 +903,19 @@ private slots:
         const CRun run(*m_pFolder);
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
-        const bool bMove = keys == Qt::ShiftModifier;
-        const auto fnPropose = [&](QDropEvent& event) {
-            event.setDropAction(bMove ? Qt::MoveAction : event.proposedAction());
+        const bool isMove = keys == Qt::ShiftModifier;
+        const auto propose = [&](QDropEvent& event) {
+            event.setDropAction(isMove ? Qt::MoveAction : event.proposedAction());
             QCoreApplication::sendEvent(&run.Frame(), &event);
             QVERIFY(event.isAccepted());
             QCOMPARE(event.dropAction(), Qt::CopyAction);
         };
         QDragEnterEvent enter(QPoint(50, 50), offered, &data, Qt::LeftButton, keys);
-        fnPropose(enter);
+        propose(enter);
         QDragMoveEvent move(QPoint(60, 60), offered, &data, Qt::LeftButton, keys);
-        fnPropose(move);
+        propose(move);
         QDropEvent drop(QPointF(60, 60), offered, &data, Qt::LeftButton, keys);
-        fnPropose(drop);
+        propose(drop);
         QTRY_COMPARE(run.Area().Children().size(), 1);
     }
 
@@ -940,12 +961,12 @@ private slots:
         CProcessPane& pane = run.Frame().m_wndProcessPane;
         QVERIFY(pane.IsTimerRunning());
         QCOMPARE(pane.TimerPeriod(), 10000);
-        int nRefreshed = 0;
-        pane.m_fnRefresh = [&nRefreshed] { ++nRefreshed; };
+        int refreshed = 0;
+        pane.m_fnRefresh = [&refreshed] { ++refreshed; };
         theApp().m_nRefreshRate = 3;
         run.Frame().RunCommand(ID_TOOLS_OPTIONS); // cancelled
         QCOMPARE(pane.TimerPeriod(), 3000);
-        QCOMPARE(nRefreshed, 1);
+        QCOMPARE(refreshed, 1);
         theApp().m_nRefreshRate = 0;
         run.Frame().RunCommand(ID_TOOLS_OPTIONS);
         QCOMPARE(pane.TimerPeriod(), 10);
@@ -969,20 +990,19 @@ private slots:
         };
         CFakeInterface user;
         const CRun run(*m_pFolder);
-        QStringList listSteps;
-        auto pStore = std::make_unique<CStore>();
-        CStore& store = *pStore;
-        store.m_pSteps = &listSteps;
-        std::unique_ptr<CJDESettingsStore> pBefore =
-            std::exchange(theApp().m_pJDESettings, std::move(pStore));
-        user.m_fnInDialog = [&](QDialog&) { listSteps << "dialog"; };
+        QStringList steps;
+        auto made = std::make_unique<CStore>();
+        CStore& store = *made;
+        store.m_pSteps = &steps;
+        std::unique_ptr<CJDESettingsStore> before = std::exchange(theApp().m_pJDESettings, std::move(made));
+        user.m_fnInDialog = [&](QDialog&) { steps << "dialog"; };
         run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
-        QCOMPARE(listSteps, (QStringList{"dialog made", "properties", "ini", "dialog", "properties", "ini"}));
-        listSteps.clear();
+        QCOMPARE(steps, (QStringList{"dialog made", "properties", "ini", "dialog", "properties", "ini"}));
+        steps.clear();
         store.m_bWeb = false;
         run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS);
-        QCOMPARE(listSteps, (QStringList{"dialog made", "ini", "dialog", "ini"}));
-        theApp().m_pJDESettings = std::move(pBefore);
+        QCOMPARE(steps, (QStringList{"dialog made", "ini", "dialog", "ini"}));
+        theApp().m_pJDESettings = std::move(before);
     }
 
 private:

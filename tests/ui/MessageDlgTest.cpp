@@ -27,8 +27,8 @@ private slots:
         CFakeInterface user;
         user.m_fnInDialog = [](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("Carvelot Message"));
-            auto* pEdit = dialog.findChild<QPlainTextEdit*>();
-            QTest::keyClicks(pEdit, QStringLiteral("hello"));
+            auto* edit = dialog.findChild<QPlainTextEdit*>();
+            QTest::keyClicks(edit, QStringLiteral("hello"));
             Press(dialog, QDialogButtonBox::Ok);
             QCOMPARE(static_cast<CMessageDlg&>(dialog).m_strMessage, QStringLiteral("hello"));
         };
@@ -82,8 +82,8 @@ private slots:
     }
 
 private:
-    static void Press(QDialog& dialog, QDialogButtonBox::StandardButton nButton) {
-        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(nButton), Qt::LeftButton);
+    static void Press(QDialog& dialog, QDialogButtonBox::StandardButton button) {
+        QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
     }
     QString Content() const {
         QFile log(m_strLog);

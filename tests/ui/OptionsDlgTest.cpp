@@ -45,8 +45,8 @@ private slots:
     }
 
     void theCheckBoxDoesNotSwitchTheRateWhileTheDialogIsOpen() {
-        auto* pBox = m_pDialog->findChild<QCheckBox*>("AutoRefresh");
-        pBox->click();
+        auto* box = m_pDialog->findChild<QCheckBox*>("AutoRefresh");
+        box->click();
         QVERIFY(m_pDialog->findChild<QLineEdit*>("Rate")->isEnabled());
         m_settings.m_bAutoRefresh = false;
         COptionsDlg again(m_settings);
@@ -64,12 +64,12 @@ private slots:
     }
 
     void removeOfRowsTwoAndThreeTakesTwoAndFour() {
-        const QString strStays = List().topLevelItem(3)->text(0);
+        const QString stays = List().topLevelItem(3)->text(0);
         List().topLevelItem(2)->setSelected(true);
         List().topLevelItem(3)->setSelected(true);
         Click("Remove");
         QCOMPARE(List().topLevelItemCount(), 4);
-        QCOMPARE(List().topLevelItem(2)->text(0), strStays);
+        QCOMPARE(List().topLevelItem(2)->text(0), stays);
     }
 
     void toggleTurnsTheSelectedRowsAndKeepsThemSelected() {
@@ -116,10 +116,10 @@ private slots:
     }
 
 private:
-    QString Text(const char* pszName) const { return m_pDialog->findChild<QLineEdit*>(pszName)->text(); }
+    QString Text(const char* name) const { return m_pDialog->findChild<QLineEdit*>(name)->text(); }
     QTreeWidget& List() const { return *m_pDialog->findChild<QTreeWidget*>("Applications"); }
-    void Click(const char* pszName) const {
-        QTest::mouseClick(m_pDialog->findChild<QPushButton*>(pszName), Qt::LeftButton);
+    void Click(const char* name) const {
+        QTest::mouseClick(m_pDialog->findChild<QPushButton*>(name), Qt::LeftButton);
     }
 
     std::unique_ptr<QTemporaryDir> m_pFolder;

@@ -51,7 +51,6 @@ private slots:
     void cleanup() { EndRun(); }
 
     // --- filling
-    // ------------------------------------------------------------------------------------------------
 
     void aProcessFillsAllSixPanesAndTheirCaptions() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -73,20 +72,21 @@ private slots:
         QCOMPARE(Rows(frame.m_wndTimingGapsPane.List()),
                  (QStringList{"5/6|10:00:06.250004    |3.500000|Exiting DBPerformRequest",
                               "5/6|10:00:02.000001    |2.000000|Return value is 1 for B. (BSFNLevel = 1)"}));
-        for (CDockablePane* pPane : Captioned())
-            QCOMPARE(pPane->GetCaption(), QStringLiteral(" Process: 5"));
+        for (CDockablePane* pane : Captioned()) {
+            QCOMPARE(pane->GetCaption(), QStringLiteral(" Process: 5"));
+        }
         QCOMPARE(frame.m_wndTimingGapsPane.GetCaption(), QString());
     }
 
     void aThreadLeavesCachesAndGapsOnTheProcessShownBefore() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
+        CChildFrame* child = m_pRun->Open("a.log", Log());
         CMainFrame& frame = m_pRun->Frame();
-        Select(pFrame, "Thread - 7"); // nothing was shown before
+        Select(child, "Thread - 7"); // nothing was shown before
         QCOMPARE(frame.m_wndCachePane.Model().rowCount(), 0);
         QVERIFY(Rows(frame.m_wndTimingGapsPane.List()).isEmpty());
         QCOMPARE(frame.m_wndCachePane.GetCaption(), QString());
-        Select(pFrame, "Process - 5");
-        Select(pFrame, "Thread - 7");
+        Select(child, "Process - 5");
+        Select(child, "Thread - 7");
         QCOMPARE(frame.m_wndCachePane.Model().rowCount(), 1);
         QCOMPARE(frame.m_wndCachePane.GetCaption(), QStringLiteral(" Process: 5"));
         QCOMPARE(Rows(frame.m_wndTimingGapsPane.List()).size(), 2);
@@ -94,35 +94,39 @@ private slots:
         QVERIFY(Rows(frame.m_wndBSFNPane.List()).isEmpty());
         QVERIFY(Rows(frame.m_wndLongTasksPane.List()).isEmpty());
         QVERIFY(Rows(frame.m_wndErrorPane.List()).isEmpty());
-        for (CDockablePane* pPane : std::initializer_list<CDockablePane*>{
-                 &frame.m_wndBSFNPane, &frame.m_wndSQLPane, &frame.m_wndLongTasksPane, &frame.m_wndErrorPane})
-            QCOMPARE(pPane->GetCaption(), QStringLiteral(" Process: 5 Thread: 7"));
+        for (CDockablePane* pane :
+             std::initializer_list<CDockablePane*>{&frame.m_wndBSFNPane, &frame.m_wndSQLPane,
+                                                   &frame.m_wndLongTasksPane, &frame.m_wndErrorPane}) {
+            QCOMPARE(pane->GetCaption(), QStringLiteral(" Process: 5 Thread: 7"));
+        }
     }
 
     // Rows make their texts from the records. Close All, and the end of the program, close no window by
     // itself.
     void rowsGoWithTheRecordsThatTheyAreMadeOf() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
         CMainFrame& frame = m_pRun->Frame();
-        frame.ClientArea().Activate(*pFrame);
-        const QList<CListCtrl*> listLists = {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
-                                             &frame.m_wndTimingGapsPane.List()};
-        for (CListCtrl* pList : listLists)
-            QVERIFY(pList->Model().rowCount() > 0);
+        frame.ClientArea().Activate(*child);
+        const QList<CListCtrl*> lists = {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
+                                         &frame.m_wndTimingGapsPane.List()};
+        for (CListCtrl* list : lists) {
+            QVERIFY(list->Model().rowCount() > 0);
+        }
         theApp().CloseAllDocuments();
         CSessionRun::Settle();
-        for (CListCtrl* pList : listLists)
-            QCOMPARE(pList->Model().rowCount(), 0);
+        for (CListCtrl* list : lists) {
+            QCOMPARE(list->Model().rowCount(), 0);
+        }
     }
 
     void everyProcessShowsTheSameGaps() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
-        const QStringList listRows = Rows(m_pRun->Frame().m_wndTimingGapsPane.List());
-        Select(pFrame, "Process - 10");
-        QCOMPARE(Rows(m_pRun->Frame().m_wndTimingGapsPane.List()), listRows);
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
+        const QStringList rows = Rows(m_pRun->Frame().m_wndTimingGapsPane.List());
+        Select(child, "Process - 10");
+        QCOMPARE(Rows(m_pRun->Frame().m_wndTimingGapsPane.List()), rows);
         QCOMPARE(Rows(m_pRun->Frame().m_wndErrorPane.List()),
                  QStringList{"10/2|ERROR|JDB9900168 - Failed to update"});
         QCOMPARE(m_pRun->Frame().m_wndCachePane.Model().rowCount(), 0);
@@ -133,11 +137,13 @@ private slots:
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
         CMainFrame& frame = m_pRun->Frame();
         QCOMPARE(frame.m_wndCachePane.Model().rowCount(), 0);
-        for (CDockablePane* pPane : Captioned())
-            QCOMPARE(pPane->GetCaption(), QStringLiteral(" User: ANNIKA"));
-        for (CListCtrl* pList : {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
-                                 &frame.m_wndTimingGapsPane.List(), &frame.m_wndFindPane.List()})
-            QCOMPARE(Title(*pList, 0), QStringLiteral("User"));
+        for (CDockablePane* pane : Captioned()) {
+            QCOMPARE(pane->GetCaption(), QStringLiteral(" User: ANNIKA"));
+        }
+        for (CListCtrl* list : {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
+                                &frame.m_wndTimingGapsPane.List(), &frame.m_wndFindPane.List()}) {
+            QCOMPARE(Title(*list, 0), QStringLiteral("User"));
+        }
         // The user's list has its newest first: the oldest comes out on top.
         QCOMPARE(Rows(frame.m_wndErrorPane.List()),
                  (QStringList{"ANNIKA|ERROR|first", "ANNIKA|ERROR|second", "ANNIKA|ERROR|third"}));
@@ -151,27 +157,27 @@ private slots:
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
         CMainFrame& frame = m_pRun->Frame();
-        for (CListCtrl* pList : {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
-                                 &frame.m_wndTimingGapsPane.List()})
-            QCOMPARE(Title(*pList, 0), QStringLiteral("Process/Thread"));
+        for (CListCtrl* list : {&frame.m_wndLongTasksPane.List(), &frame.m_wndErrorPane.List(),
+                                &frame.m_wndTimingGapsPane.List()}) {
+            QCOMPARE(Title(*list, 0), QStringLiteral("Process/Thread"));
+        }
         QCOMPARE(Title(frame.m_wndFindPane.List(), 0), QStringLiteral("Process"));
         QVERIFY(!frame.m_wndFindPane.List().header()->isSectionHidden(1));
     }
 
     void aSelectionKeepsNoEarlierSort() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         CListCtrl& list = m_pRun->Frame().m_wndSQLPane.List();
         CSessionRun::ShowPane(m_pRun->Frame().m_wndSQLPane);
         ClickHeader(list, 0);
         QCOMPARE(Rows(list), (QStringList{"T1|1|0|1|0", "T2|1|0|0|0"}));
-        Select(pFrame, "Process - 10");
-        Select(pFrame, "Process - 5");
+        Select(child, "Process - 10");
+        Select(child, "Process - 5");
         QCOMPARE(Rows(list), (QStringList{"T2|1|0|0|0", "T1|1|0|1|0"}));
     }
 
     // --- sorting
-    // ------------------------------------------------------------------------------------------------
 
     void namesSortWithoutCaseAndNumbersByTheirValue() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -181,10 +187,10 @@ private slots:
         QCOMPARE(Rows(list).constFirst().left(1), QStringLiteral("a"));
         ClickHeader(list, 0);
         QCOMPARE(Rows(list).constFirst().left(1), QStringLiteral("B"));
-        for (int nColumn = 2; nColumn < 6; ++nColumn) {
-            ClickHeader(list, nColumn);
+        for (int column = 2; column < 6; ++column) {
+            ClickHeader(list, column);
             QCOMPARE(Rows(list).constFirst().left(1), QStringLiteral("a"));
-            ClickHeader(list, nColumn);
+            ClickHeader(list, column);
             QCOMPARE(Rows(list).constFirst().left(1), QStringLiteral("B"));
         }
         ClickHeader(list, 1);
@@ -208,114 +214,112 @@ private slots:
         Select(m_pRun->Open("jas.log", JasLog()), "ANNIKA");
         CListCtrl& list = m_pRun->Frame().m_wndLongTasksPane.List();
         CSessionRun::ShowPane(m_pRun->Frame().m_wndLongTasksPane);
-        const QStringList listBefore = Rows(list);
+        const QStringList before = Rows(list);
         ClickHeader(list, 0);
-        QCOMPARE(Rows(list), listBefore);
+        QCOMPARE(Rows(list), before);
         ClickHeader(list, 0);
-        QCOMPARE(Rows(list), listBefore);
+        QCOMPARE(Rows(list), before);
     }
 
     // --- double clicks
-    // ------------------------------------------------------------------------------------------
 
     void aDoubleClickOnALongTaskOpensItsLineInItsThread() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Thread - 6");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Thread - 6");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndLongTasksPane);
         DoubleClick(m_pRun->Frame().m_wndLongTasksPane.List(), 0);
-        QCOMPARE(SelectedText(pFrame->DetailView()),
+        QCOMPARE(SelectedText(child->DetailView()),
                  QStringLiteral("10:00:02.750004    (3.500000) SELECT X FROM T2"));
-        QVERIFY(pFrame->DetailView().hasFocus());
+        QVERIFY(child->DetailView().hasFocus());
         QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QStringLiteral("SELECT X FROM T2"));
     }
 
     void aDoubleClickWhileTheProcessIsShownStaysInTheProcess() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndErrorPane);
         DoubleClick(m_pRun->Frame().m_wndErrorPane.List(), 1);
-        QVERIFY(SelectedText(pFrame->ThreadView()).startsWith("Process - 5"));
-        QCOMPARE(SelectedText(pFrame->DetailView()),
+        QVERIFY(SelectedText(child->ThreadView()).startsWith("Process - 5"));
+        QCOMPARE(SelectedText(child->DetailView()),
                  QStringLiteral("(6)10:00:02.000001    Return value is 1 for B. (BSFNLevel = 1)"));
         // Its call had to be opened.
-        QVERIFY(pFrame->DetailView().isExpanded(pFrame->DetailView().SelectedIndex().parent()));
+        QVERIFY(child->DetailView().isExpanded(child->DetailView().SelectedIndex().parent()));
     }
 
     void aDoubleClickOnAnotherProcessesRecordSelectsItsThreadAndRefillsTheList() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 10");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 10");
         CListCtrl& list = m_pRun->Frame().m_wndTimingGapsPane.List();
         CSessionRun::ShowPane(m_pRun->Frame().m_wndTimingGapsPane);
         DoubleClick(list, 1);
-        QVERIFY(SelectedText(pFrame->ThreadView()).startsWith("Thread - 6"));
-        QCOMPARE(SelectedText(pFrame->DetailView()),
+        QVERIFY(SelectedText(child->ThreadView()).startsWith("Thread - 6"));
+        QCOMPARE(SelectedText(child->DetailView()),
                  QStringLiteral("10:00:02.000001    Return value is 1 for B. (BSFNLevel = 1)"));
-        Select(pFrame, "Process - 10");
+        Select(child, "Process - 10");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndErrorPane);
-        Select(pFrame, "Thread - 7");
-        Select(pFrame, "Process - 10");
+        Select(child, "Thread - 7");
+        Select(child, "Process - 10");
         DoubleClick(m_pRun->Frame().m_wndErrorPane.List(), 0);
-        QVERIFY(SelectedText(pFrame->ThreadView()).startsWith("Process - 10"));
-        QVERIFY(SelectedText(pFrame->DetailView()).startsWith("(2)"));
+        QVERIFY(SelectedText(child->ThreadView()).startsWith("Process - 10"));
+        QVERIFY(SelectedText(child->DetailView()).startsWith("(2)"));
     }
 
     void aDoubleClickOnASortedListFollowsTheRowThatIsSeen() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         CListCtrl& list = m_pRun->Frame().m_wndErrorPane.List();
         CSessionRun::ShowPane(m_pRun->Frame().m_wndErrorPane);
         ClickHeader(list, 2);
         QVERIFY(Rows(list).constFirst().contains("is 1 for B"));
         DoubleClick(list, 0);
-        QVERIFY(SelectedText(pFrame->DetailView()).contains("is 1 for B"));
+        QVERIFY(SelectedText(child->DetailView()).contains("is 1 for B"));
         QVERIFY(Rows(list).constFirst().contains("is 1 for B")); // the session was in front: no refill
         list.setFocus();
         QTest::keyClick(&list, Qt::Key_Down);
         QTest::keyClick(&list, Qt::Key_Return);
-        QVERIFY(SelectedText(pFrame->DetailView()).contains("is 2 for a"));
+        QVERIFY(SelectedText(child->DetailView()).contains("is 2 for a"));
     }
 
     void aUsersRowSelectsTheUser() {
-        CChildFrame* pFrame = m_pRun->Open("jas.log", JasLog());
-        Select(pFrame, "INIT");
+        CChildFrame* child = m_pRun->Open("jas.log", JasLog());
+        Select(child, "INIT");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndTimingGapsPane);
-        const QStringList listRows = Rows(m_pRun->Frame().m_wndTimingGapsPane.List());
-        QVERIFY(listRows.constFirst().startsWith("ANNIKA|09:00:06."));
+        const QStringList rows = Rows(m_pRun->Frame().m_wndTimingGapsPane.List());
+        QVERIFY(rows.constFirst().startsWith("ANNIKA|09:00:06."));
         DoubleClick(m_pRun->Frame().m_wndTimingGapsPane.List(), 0);
-        QCOMPARE(SelectedText(pFrame->ThreadView()), QStringLiteral("ANNIKA"));
-        QVERIFY(SelectedText(pFrame->DetailView()).endsWith("third"));
+        QCOMPARE(SelectedText(child->ThreadView()), QStringLiteral("ANNIKA"));
+        QVERIFY(SelectedText(child->DetailView()).endsWith("third"));
     }
 
     void functionsAndTablesLeadNowhere() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         CSessionRun::ShowPane(m_pRun->Frame().m_wndBSFNPane);
         DoubleClick(m_pRun->Frame().m_wndBSFNPane.List(), 0);
         CSessionRun::ShowPane(m_pRun->Frame().m_wndSQLPane);
         DoubleClick(m_pRun->Frame().m_wndSQLPane.List(), 0);
-        QVERIFY(!pFrame->DetailView().SelectedIndex().isValid());
+        QVERIFY(!child->DetailView().SelectedIndex().isValid());
     }
 
     // --- caches
-    // -------------------------------------------------------------------------------------------------
 
     void aDoubleClickOnACacheOperationOpensItsLineAndFoldsNothing() {
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
         CCacheTree& tree = m_pRun->Frame().m_wndCachePane.Tree();
         CSessionRun::ShowPane(m_pRun->Frame().m_wndCachePane);
         const QModelIndex cache = tree.model()->index(0, 0);
         DoubleClick(tree, cache);
         QVERIFY(!tree.isExpanded(cache));
-        QVERIFY(!pFrame->DetailView().SelectedIndex().isValid());
+        QVERIFY(!child->DetailView().SelectedIndex().isValid());
         tree.expand(cache);
         DoubleClick(tree, tree.model()->index(1, 0, cache));
-        QCOMPARE(SelectedText(pFrame->DetailView()),
+        QCOMPARE(SelectedText(child->DetailView()),
                  QStringLiteral("(7)10:00:06.250010    Entering jdeCacheAdd"));
         tree.setFocus();
         QTest::keyClick(&tree, Qt::Key_Up);
         QTest::keyClick(&tree, Qt::Key_Return);
-        QCOMPARE(SelectedText(pFrame->DetailView()),
+        QCOMPARE(SelectedText(child->DetailView()),
                  QStringLiteral("(7)10:00:06.250008    Created new cache - hCache:[e5762678]"));
     }
 
@@ -343,30 +347,30 @@ private slots:
 
     void modelsKeepTheToolkitsRules() {
         CMainFrame& frame = m_pRun->Frame();
-        std::vector<std::unique_ptr<QAbstractItemModelTester>> listTesters;
-        for (QAbstractItemModel* pModel : std::initializer_list<QAbstractItemModel*>{
+        std::vector<std::unique_ptr<QAbstractItemModelTester>> testers;
+        for (QAbstractItemModel* model : std::initializer_list<QAbstractItemModel*>{
                  &frame.m_wndCachePane.Model(), &frame.m_wndTimingGapsPane.List().Model(),
                  &frame.m_wndLongTasksPane.List().Model(), &frame.m_wndBSFNPane.List().Model(),
                  &frame.m_wndSQLPane.List().Model(), &frame.m_wndErrorPane.List().Model(),
-                 &frame.m_wndFindPane.List().Model(), &frame.m_wndProcessPane.List().Model()})
-            listTesters.push_back(std::make_unique<QAbstractItemModelTester>(
-                pModel, QAbstractItemModelTester::FailureReportingMode::QtTest));
-        CChildFrame* pFrame = m_pRun->Open("a.log", Log());
-        Select(pFrame, "Process - 5");
-        Select(pFrame, "Process - 10");
-        for (CListCtrl* pList :
+                 &frame.m_wndFindPane.List().Model(), &frame.m_wndProcessPane.List().Model()}) {
+            testers.push_back(std::make_unique<QAbstractItemModelTester>(
+                model, QAbstractItemModelTester::FailureReportingMode::QtTest));
+        }
+        CChildFrame* child = m_pRun->Open("a.log", Log());
+        Select(child, "Process - 5");
+        Select(child, "Process - 10");
+        for (CListCtrl* list :
              {&frame.m_wndTimingGapsPane.List(), &frame.m_wndLongTasksPane.List(),
               &frame.m_wndBSFNPane.List(), &frame.m_wndSQLPane.List(), &frame.m_wndErrorPane.List()}) {
-            pList->SortBy(0, Qt::AscendingOrder);
-            pList->SortBy(0, Qt::DescendingOrder);
+            list->SortBy(0, Qt::AscendingOrder);
+            list->SortBy(0, Qt::DescendingOrder);
         }
-        pFrame->CloseWindow();
+        child->CloseWindow();
         CSessionRun::Settle();
         QCOMPARE(m_pRun->Frame().m_wndCachePane.Model().rowCount(), 0);
     }
 
     // --- export of gaps
-    // -----------------------------------------------------------------------------------------
 
     void exportIsOfferedOnlyWhileARowIsSelected() {
         Select(m_pRun->Open("a.log", Log()), "Process - 5");
@@ -431,7 +435,6 @@ private slots:
     }
 
     // --- raw data
-    // -----------------------------------------------------------------------------------------------
 
     void rawDataCopiesTheSelectionWhenCIsReleasedWithCtrl() {
         CRawDataPane& pane = m_pRun->Frame().m_wndRawDataPane;
@@ -449,29 +452,30 @@ private slots:
     }
 
     void whoClicksOnAPanesTabGoesOnInThatPane() {
-        CChildFrame* pSession = m_pRun->Open("a.log", Log());
-        Select(pSession, "Process - 5");
+        CChildFrame* session = m_pRun->Open("a.log", Log());
+        Select(session, "Process - 5");
         CMainFrame& frame = m_pRun->Frame();
-        const auto fnClickTab = [&frame](const CDockablePane& pane) {
-            for (QTabBar* pBar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
-                for (int n = 0; n < pBar->count(); ++n) {
-                    if (pBar->tabText(n) == pane.windowTitle())
-                        QTest::mouseClick(pBar, Qt::LeftButton, {}, pBar->tabRect(n).center());
+        const auto clickTab = [&frame](const CDockablePane& pane) {
+            for (QTabBar* bar : frame.findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+                for (int n = 0; n < bar->count(); ++n) {
+                    if (bar->tabText(n) == pane.windowTitle()) {
+                        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(n).center());
+                    }
                 }
             }
         };
-        fnClickTab(frame.m_wndLongTasksPane);
+        clickTab(frame.m_wndLongTasksPane);
         QVERIFY(frame.m_wndLongTasksPane.List().hasFocus());
-        fnClickTab(frame.m_wndFindPane);
+        clickTab(frame.m_wndFindPane);
         QTest::keyClicks(QApplication::focusWidget(), "update");
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
         QCOMPARE(Rows(frame.m_wndFindPane.List()),
                  (QStringList{"5|7|UPDATE T1 SET A = 1", "10|2|JDB9900168 - Failed to update"}));
         // A pane that comes up in another way leaves the focus where it is.
-        pSession->ThreadView().setFocus();
+        session->ThreadView().setFocus();
         frame.m_wndErrorPane.raise();
         QCoreApplication::processEvents();
-        QVERIFY(pSession->ThreadView().hasFocus());
+        QVERIFY(session->ThreadView().hasFocus());
     }
 
     void rawDataCannotBeEditedAndScrolls() {
@@ -494,12 +498,13 @@ private slots:
         m_pRun = std::make_unique<CSessionRun>();
         QCoreApplication::processEvents();
         CMainFrame& frame = m_pRun->Frame();
-        for (CListCtrl* pList :
+        for (CListCtrl* list :
              {&frame.m_wndBSFNPane.List(), &frame.m_wndSQLPane.List(), &frame.m_wndLongTasksPane.List(),
               &frame.m_wndErrorPane.List(), &frame.m_wndTimingGapsPane.List()}) {
-            for (int n = 0; n < pList->Model().columnCount(); ++n)
-                QCOMPARE(pList->header()->sectionSize(n), pList->Model().ColumnWidth(n));
-            QVERIFY(pList->header()->height() >= pList->header()->fontMetrics().height());
+            for (int n = 0; n < list->Model().columnCount(); ++n) {
+                QCOMPARE(list->header()->sectionSize(n), list->Model().ColumnWidth(n));
+            }
+            QVERIFY(list->header()->height() >= list->header()->fontMetrics().height());
         }
         CSessionRun::ShowPane(frame.m_wndFindPane);
         QVERIFY(frame.m_wndFindPane.SearchEdit().height() >=
@@ -514,23 +519,25 @@ private:
                 &frame.m_wndErrorPane};
     }
     // Exports the gaps of process 5 to a file of that name, or cancels.
-    void Export(const QString& strName) {
+    void Export(const QString& name) {
         CMainFrame& frame = m_pRun->Frame();
-        if (frame.ActiveChild() == nullptr)
+        if (frame.ActiveChild() == nullptr) {
             Select(m_pRun->Open("a.log", Log()), "Process - 5");
+        }
         CSessionRun::ShowPane(frame.m_wndTimingGapsPane);
         CListCtrl& list = frame.m_wndTimingGapsPane.List();
         Click(list, list.Model().index(0, 0));
         m_pRun->m_user.m_strMenuChoice = "Export";
         m_pRun->m_user.m_strSaveAnswer.reset();
-        if (!strName.isEmpty())
-            m_pRun->m_user.m_strSaveAnswer = m_pRun->Path(strName);
+        if (!name.isEmpty()) {
+            m_pRun->m_user.m_strSaveAnswer = m_pRun->Path(name);
+        }
         AskForMenu(*list.viewport(), QPoint(5, 5), QContextMenuEvent::Mouse);
     }
     // A key as the window system reports it, with its state of the modifiers.
-    void Key(QEvent::Type nType, Qt::Key nKey, Qt::KeyboardModifiers nModifiers) {
-        QTest::sendKeyEvent(nType == QEvent::KeyPress ? QTest::Press : QTest::Release,
-                            m_pRun->Frame().windowHandle(), nKey, QString(), nModifiers);
+    void Key(QEvent::Type type, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+        QTest::sendKeyEvent(type == QEvent::KeyPress ? QTest::Press : QTest::Release,
+                            m_pRun->Frame().windowHandle(), key, QString(), modifiers);
         QCoreApplication::processEvents();
     }
 };

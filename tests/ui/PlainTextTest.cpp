@@ -3,6 +3,7 @@
 
 #include "support/JDEInstallation.h"
 #include "ui/app/CustomizeDlg.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/app/OptionsDlg.h"
 #include "ui/app/Requests.h"
 #include "ui/cachebrowser/CacheDlg.h"
@@ -51,19 +52,20 @@ const QString kHostileName = kHostile;
 const QString kCache = QStringLiteral("<b>R&D<i>&lt;%1%2&Co");
 const std::string kCacheUtf8 = ToUtf8(kCache);
 
-QMenu* MenuOf(CMainFrame& frame, const char* pszTitle) {
-    for (QAction* pAction : frame.menuBar()->actions()) {
-        if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pszTitle))
-            return pAction->menu();
+QMenu* MenuOf(CMainFrame& frame, const char* title) {
+    for (QAction* action : frame.menuBar()->actions()) {
+        if (action->text().remove(QLatin1Char('&')) == QLatin1String(title)) {
+            return action->menu();
+        }
     }
     return nullptr;
 }
 
 QStringList SaidOfMenu(QMenu& menu) {
     menu.popup(QPoint(10, 10));
-    const QStringList listSaid = SaidOfParts(&menu);
+    const QStringList said = SaidOfParts(&menu);
     menu.close();
-    return listSaid;
+    return said;
 }
 
 std::vector<std::string> Log() {
@@ -89,90 +91,89 @@ private slots:
 
     void aLogsNameStandsAsItIsInTitlesTabsMenusAndTheListOfWindows() {
         CMainFrame& frame = m_pRun->Frame();
-        const QString strPath = m_pRun->Path(kHostileName + QStringLiteral(".log"));
-        CChildFrame* pFrame = m_pRun->Open(kHostileName + QStringLiteral(".log"), Log());
-        QVERIFY(pFrame != nullptr);
-        QCOMPARE(Said(&frame), strPath + QStringLiteral(" - Carvelot"));
-        auto* pTabs = frame.ClientArea().findChild<QTabBar*>();
-        QCOMPARE(SaidOfParts(pTabs).value(0), strPath);
-        QCOMPARE(SaidByTip(*pTabs, pTabs->tabRect(0).center()), strPath);
+        const QString path = m_pRun->Path(kHostileName + QStringLiteral(".log"));
+        CChildFrame* child = m_pRun->Open(kHostileName + QStringLiteral(".log"), Log());
+        QVERIFY(child != nullptr);
+        QCOMPARE(Said(&frame), path + QStringLiteral(" - Carvelot"));
+        auto* tabs = frame.ClientArea().findChild<QTabBar*>();
+        QCOMPARE(SaidOfParts(tabs).value(0), path);
+        QCOMPARE(SaidByTip(*tabs, tabs->tabRect(0).center()), path);
 
         // Menus cut a path in its middle.
-        const auto fnEntry = [&frame](const QString& strText) {
-            return QStringLiteral("1 ") + frame.fontMetrics().elidedText(strText, Qt::ElideMiddle, 420);
+        const auto entry = [&frame](const QString& text) {
+            return QStringLiteral("1 ") + frame.fontMetrics().elidedText(text, Qt::ElideMiddle, 420);
         };
-        QVERIFY(SaidOfMenu(*MenuOf(frame, "File")).contains(fnEntry(QDir::toNativeSeparators(strPath))));
-        QVERIFY(SaidOfMenu(*MenuOf(frame, "Window")).contains(fnEntry(strPath)));
+        QVERIFY(SaidOfMenu(*MenuOf(frame, "File")).contains(entry(QDir::toNativeSeparators(path))));
+        QVERIFY(SaidOfMenu(*MenuOf(frame, "Window")).contains(entry(path)));
 
         CWindowsDlg dialog(frame.ClientArea());
         dialog.show();
         auto& list = *dialog.findChild<QTreeWidget*>();
-        QCOMPARE(SaidCell(list, 0, 0), strPath);
-        QCOMPARE(SaidCell(list, 0, 1), strPath);
-        QCOMPARE(SaidByTip(list, 0, 0), strPath);
+        QCOMPARE(SaidCell(list, 0, 0), path);
+        QCOMPARE(SaidCell(list, 0, 1), path);
+        QCOMPARE(SaidByTip(list, 0, 0), path);
     }
 
     void aLogsTextsStandAsTheyAreInTreesListsAndTheirTips() {
         CMainFrame& frame = m_pRun->Frame();
-        CChildFrame* pFrame = m_pRun->Open(QStringLiteral("a.log"), Log());
-        Select(pFrame, "Process - 5");
-        CDetailView& calls = pFrame->DetailView();
-        const QString strStatement = QStringLiteral("SELECT %1 FROM %2").arg(kHostile, kHostile);
+        CChildFrame* child = m_pRun->Open(QStringLiteral("a.log"), Log());
+        Select(child, "Process - 5");
+        CDetailView& calls = child->DetailView();
+        const QString statement = QStringLiteral("SELECT %1 FROM %2").arg(kHostile, kHostile);
         QCoreApplication::processEvents();
-        QVERIFY(SaidCell(calls, 0, 0).endsWith(strStatement));
+        QVERIFY(SaidCell(calls, 0, 0).endsWith(statement));
         frame.resize(420, 600);
-        QVERIFY(SaidByTip(calls, 0, 0).endsWith(strStatement));
+        QVERIFY(SaidByTip(calls, 0, 0).endsWith(statement));
         Click(calls, calls.Model().index(0, 0));
-        QCOMPARE(Said(&frame.m_wndRawDataPane.Edit(), QAccessible::Value), strStatement);
+        QCOMPARE(Said(&frame.m_wndRawDataPane.Edit(), QAccessible::Value), statement);
 
         frame.m_wndFindPane.SearchEdit().setText(kHostile);
         frame.m_wndFindPane.OnFind();
         QCOMPARE(Said(&frame.m_wndFindPane.SearchEdit(), QAccessible::Value), kHostile);
-        const auto fnList = [](CDockablePane& pane, CListCtrl& list, int nColumn, const QString& strText) {
+        const auto checkList = [](CDockablePane& pane, CListCtrl& list, int column, const QString& text) {
             CSessionRun::ShowPane(pane);
-            QCOMPARE(SaidCell(list, 0, nColumn), strText);
-            list.header()->resizeSection(nColumn, 30);
-            QCOMPARE(SaidByTip(list, 0, nColumn), strText);
+            QCOMPARE(SaidCell(list, 0, column), text);
+            list.header()->resizeSection(column, 30);
+            QCOMPARE(SaidByTip(list, 0, column), text);
         };
-        fnList(frame.m_wndFindPane, frame.m_wndFindPane.List(), 2, strStatement);
-        fnList(frame.m_wndSQLPane, frame.m_wndSQLPane.List(), 0, kHostile);
-        fnList(frame.m_wndLongTasksPane, frame.m_wndLongTasksPane.List(), 3, strStatement);
-        fnList(frame.m_wndErrorPane, frame.m_wndErrorPane.List(), 2, QStringLiteral("ERROR: ") + kHostile);
-        fnList(frame.m_wndTimingGapsPane, frame.m_wndTimingGapsPane.List(), 3,
-               QStringLiteral("ERROR: ") + kHostile);
+        checkList(frame.m_wndFindPane, frame.m_wndFindPane.List(), 2, statement);
+        checkList(frame.m_wndSQLPane, frame.m_wndSQLPane.List(), 0, kHostile);
+        checkList(frame.m_wndLongTasksPane, frame.m_wndLongTasksPane.List(), 3, statement);
+        checkList(frame.m_wndErrorPane, frame.m_wndErrorPane.List(), 2, QStringLiteral("ERROR: ") + kHostile);
+        checkList(frame.m_wndTimingGapsPane, frame.m_wndTimingGapsPane.List(), 3,
+                  QStringLiteral("ERROR: ") + kHostile);
 
         CSessionRun::ShowPane(frame.m_wndCachePane);
         CCacheTree& caches = frame.m_wndCachePane.Tree();
-        const QString strCache = kCache + QStringLiteral(" Handle:[e5762678] Instance:[]");
-        QCOMPARE(SaidCell(caches, 0, 0), strCache);
+        const QString cache = kCache + QStringLiteral(" Handle:[e5762678] Instance:[]");
+        QCOMPARE(SaidCell(caches, 0, 0), cache);
         frame.m_wndCachePane.setFloating(true);
         frame.m_wndCachePane.resize(120, 200);
         QCoreApplication::processEvents();
-        QCOMPARE(SaidByTip(caches, 0, 0), strCache);
+        QCOMPARE(SaidByTip(caches, 0, 0), cache);
     }
 
     void aProcessesAndAUsersNameStandAsTheyAre() {
         CMainFrame& frame = m_pRun->Frame();
         theApp().AnalyzeProcess(kHostile, m_pRun->Write(QStringLiteral("a.log"), Log()), 5);
-        auto* pFrame = qobject_cast<CChildFrame*>(frame.ActiveChild());
-        const QString strNode = QStringLiteral("Process - 5 - %1 (5.250008)").arg(kHostile);
-        QCOMPARE(SaidCell(pFrame->ThreadView(), 0, 0), strNode);
-        QCOMPARE(SaidByTip(pFrame->ThreadView(), 0, 0), strNode);
+        auto* child = qobject_cast<CChildFrame*>(frame.ActiveChild());
+        const QString node = QStringLiteral("Process - 5 - %1 (5.250008)").arg(kHostile);
+        QCOMPARE(SaidCell(child->ThreadView(), 0, 0), node);
+        QCOMPARE(SaidByTip(child->ThreadView(), 0, 0), node);
 
-        pFrame =
+        child =
             m_pRun->Open(QStringLiteral("jas.log"), JASLog({JASLine("09:00:01,000", "<b>&R[*]%1<i>", "x")}));
-        const QString strUser = QStringLiteral("<b>&R[*]%1<i>");
-        Select(pFrame, "<b>");
-        QVERIFY(frame.m_wndErrorPane.GetCaption().endsWith(strUser));
-        QLineEdit* pCaption = frame.m_wndErrorPane.findChild<QLineEdit*>();
-        QCOMPARE(Said(pCaption, QAccessible::Value), QStringLiteral(" User: ") + strUser);
-        QVERIFY(Said(&frame).endsWith(QStringLiteral(" - User: %1 - Carvelot").arg(strUser)));
+        const QString user = QStringLiteral("<b>&R[*]%1<i>");
+        Select(child, "<b>");
+        QVERIFY(frame.m_wndErrorPane.GetCaption().endsWith(user));
+        QLineEdit* caption = frame.m_wndErrorPane.findChild<QLineEdit*>();
+        QCOMPARE(Said(caption, QAccessible::Value), QStringLiteral(" User: ") + user);
+        QVERIFY(Said(&frame).endsWith(QStringLiteral(" - User: %1 - Carvelot").arg(user)));
 
-        frame.m_wndProcessPane.m_fnEnumerateProcesses =
-            [](std::vector<platform::ProcessEntry>& listProcesses) {
-                listProcesses = {{4711, kHostileUtf8}};
-                return true;
-            };
+        frame.m_wndProcessPane.m_fnEnumerateProcesses = [](std::vector<platform::ProcessEntry>& found) {
+            found = {{4711, kHostileUtf8}};
+            return true;
+        };
         theApp().m_traceApps.push_back({kHostileUtf8, true});
         frame.m_wndProcessPane.RefreshProcessList();
         CSessionRun::ShowPane(frame.m_wndProcessPane);
@@ -205,17 +206,17 @@ private slots:
                               Qt::LeftButton);
         };
         BrowseCache(5, kHostileUtf8, kHostileUtf8, kHostileUtf8);
-        auto* pFrame = qobject_cast<CCacheFrame*>(frame.ActiveChild());
-        QVERIFY(pFrame != nullptr);
-        const QString strTitle = QStringLiteral("Cache Browser: ") + kHostile;
-        QCOMPARE(Said(&frame), strTitle + QStringLiteral(" - Carvelot"));
-        QCOMPARE(SaidOfParts(frame.ClientArea().findChild<QTabBar*>()).value(0), strTitle);
-        QCOMPARE(Said(pFrame->DSView().findChild<QLineEdit*>(QStringLiteral("Handle")), QAccessible::Value),
+        auto* child = qobject_cast<CCacheFrame*>(frame.ActiveChild());
+        QVERIFY(child != nullptr);
+        const QString title = QStringLiteral("Cache Browser: ") + kHostile;
+        QCOMPARE(Said(&frame), title + QStringLiteral(" - Carvelot"));
+        QCOMPARE(SaidOfParts(frame.ClientArea().findChild<QTabBar*>()).value(0), title);
+        QCOMPARE(Said(child->DSView().findChild<QLineEdit*>(QStringLiteral("Handle")), QAccessible::Value),
                  kHostile);
-        QCOMPARE(SaidCell(pFrame->DSView().List(), 0, 0), QStringLiteral("<b>R&D<i>%1"));
-        const QString strColumn = QStringLiteral("<b>R&D<i>%1 4 1");
-        QCOMPARE(SaidOfParts(&pFrame->DataView()).value(0), strColumn);
-        QCOMPARE(SaidByTip(*pFrame->DataView().header(), 0), strColumn);
+        QCOMPARE(SaidCell(child->DSView().List(), 0, 0), QStringLiteral("<b>R&D<i>%1"));
+        const QString column = QStringLiteral("<b>R&D<i>%1 4 1");
+        QCOMPARE(SaidOfParts(&child->DataView()).value(0), column);
+        QCOMPARE(SaidByTip(*child->DataView().header(), 0), column);
     }
 
     void aSettingStandsAsItIsInTheGridAndItsDescription() {
@@ -228,20 +229,21 @@ private slots:
         CSettings dialog(settings);
         dialog.show();
         auto& grid = *dialog.findChild<QTreeWidget*>(QStringLiteral("Grid"));
-        QTreeWidgetItem* pGroup = grid.findItems(kHostile, Qt::MatchExactly | Qt::MatchRecursive, 0).value(0);
-        QVERIFY(pGroup != nullptr);
-        grid.setCurrentItem(pGroup);
-        QStringList listLabels;
-        for (QLabel* pLabel : dialog.findChildren<QLabel*>())
-            listLabels << Said(pLabel);
-        QVERIFY(listLabels.contains(kHostile));
-        QTreeWidgetItem* pFile = grid.findItems(kHostile, Qt::MatchExactly | Qt::MatchRecursive, 1).value(0);
-        QVERIFY(pFile != nullptr);
-        grid.setCurrentItem(pFile);
-        grid.editItem(pFile, 1);
-        auto* pEdit = grid.viewport()->findChild<QLineEdit*>();
-        QVERIFY(pEdit != nullptr);
-        QCOMPARE(Said(pEdit, QAccessible::Value), kHostile);
+        QTreeWidgetItem* group = grid.findItems(kHostile, Qt::MatchExactly | Qt::MatchRecursive, 0).value(0);
+        QVERIFY(group != nullptr);
+        grid.setCurrentItem(group);
+        QStringList labels;
+        for (QLabel* label : dialog.findChildren<QLabel*>()) {
+            labels << Said(label);
+        }
+        QVERIFY(labels.contains(kHostile));
+        QTreeWidgetItem* file = grid.findItems(kHostile, Qt::MatchExactly | Qt::MatchRecursive, 1).value(0);
+        QVERIFY(file != nullptr);
+        grid.setCurrentItem(file);
+        grid.editItem(file, 1);
+        auto* edit = grid.viewport()->findChild<QLineEdit*>();
+        QVERIFY(edit != nullptr);
+        QCOMPARE(Said(edit, QAccessible::Value), kHostile);
     }
 
     void aSpecFilesPathStandsAsItIs() {
@@ -259,21 +261,21 @@ private slots:
 
     void aToolbarsNameStandsAsItIs() {
         CMainFrame& frame = m_pRun->Frame();
-        CToolBar* pToolBar = frame.NewUserToolBar(kHostile);
-        QCOMPARE(Said(pToolBar), kHostile);
-        const std::unique_ptr<QMenu> pMenu(frame.createPopupMenu());
-        QVERIFY(SaidOfMenu(*pMenu).contains(kHostile));
-        QVERIFY(SaidOfMenu(*pMenu).contains(QStringLiteral("Errors/Warnings")));
+        CToolBar* toolBar = frame.Bars().New(kHostile);
+        QCOMPARE(Said(toolBar), kHostile);
+        const std::unique_ptr<QMenu> menu(frame.createPopupMenu());
+        QVERIFY(SaidOfMenu(*menu).contains(kHostile));
+        QVERIFY(SaidOfMenu(*menu).contains(QStringLiteral("Errors/Warnings")));
         CCustomizeDlg dialog(frame);
         dialog.show();
         QVERIFY(SaidOfParts(dialog.findChild<QListWidget*>(QStringLiteral("ToolBars"))).contains(kHostile));
-        auto* pChoice = dialog.findChild<QComboBox*>(QStringLiteral("ToolBarChoice"));
-        pChoice->setCurrentIndex(pChoice->count() - 1);
-        QCOMPARE(Said(pChoice, QAccessible::Value), kHostile);
+        auto* choice = dialog.findChild<QComboBox*>(QStringLiteral("ToolBarChoice"));
+        choice->setCurrentIndex(choice->count() - 1);
+        QCOMPARE(Said(choice, QAccessible::Value), kHostile);
         // Also after it got another one.
         m_pRun->m_user.m_strTextAnswer = kHostile + QLatin1Char('2');
-        auto* pToolBars = dialog.findChild<QListWidget*>(QStringLiteral("ToolBars"));
-        pToolBars->setCurrentRow(pToolBars->count() - 1);
+        auto* toolBars = dialog.findChild<QListWidget*>(QStringLiteral("ToolBars"));
+        toolBars->setCurrentRow(toolBars->count() - 1);
         dialog.findChild<QPushButton*>(QStringLiteral("Rename"))->click();
         QVERIFY(SaidOfMenu(*std::unique_ptr<QMenu>(frame.createPopupMenu()))
                     .contains(kHostile + QLatin1Char('2')));
@@ -281,20 +283,22 @@ private slots:
 
     void aMessageAndTheStatusBarShowTheirTextsAsTheyAre() {
         SetUserInterface(nullptr); // the real one
-        QString strSaid;
-        QTimer::singleShot(0, this, [&strSaid] {
-            auto* pBox = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (pBox == nullptr)
+        QString said;
+        QTimer::singleShot(0, this, [&said] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr) {
                 return;
-            for (QLabel* pLabel : pBox->findChildren<QLabel*>()) {
-                if (!pLabel->text().isEmpty())
-                    strSaid = Said(pLabel);
             }
-            pBox->button(QMessageBox::Ok)->click();
+            for (QLabel* label : box->findChildren<QLabel*>()) {
+                if (!label->text().isEmpty()) {
+                    said = Said(label);
+                }
+            }
+            box->button(QMessageBox::Ok)->click();
         });
         UserInterface().ShowMessage(kHostile);
         SetUserInterface(&m_pRun->m_user);
-        QCOMPARE(strSaid, kHostile);
+        QCOMPARE(said, kHostile);
 
         m_pRun->Frame().statusBar()->showMessage(kHostile);
         QCOMPARE(Said(m_pRun->Frame().statusBar()), kHostile);
@@ -305,27 +309,27 @@ private slots:
         Select(m_pRun->Open(QStringLiteral("a.log"), Log()), "Process - 5");
         CListCtrl& list = frame.m_wndTimingGapsPane.List();
         list.setCurrentIndex(list.Model().index(0, 0));
-        const QString strPath =
+        const QString path =
             m_pRun->Path(QStringLiteral("missing")) + QLatin1Char('/') + kHostile + QStringLiteral(".csv");
-        m_pRun->m_user.m_strSaveAnswer = strPath;
+        m_pRun->m_user.m_strSaveAnswer = path;
         m_pRun->m_user.m_strMenuChoice = QStringLiteral("Export");
         emit list.customContextMenuRequested(QPoint(5, 5));
-        QVERIFY(m_pRun->m_user.m_listMessages.constLast().contains(strPath));
+        QVERIFY(m_pRun->m_user.m_listMessages.constLast().contains(path));
     }
 
 #ifndef Q_OS_WIN
     // Markup would look for its picture: at a pipe, for as long as nobody writes to it.
     void aTipFetchesNoPicture() {
-        const QString strPipe = m_pRun->Path(QStringLiteral("pipe"));
-        QCOMPARE(mkfifo(strPipe.toLocal8Bit().constData(), 0600), 0);
-        const QString strText = QStringLiteral("ERROR: <img src='%1'>").arg(strPipe);
+        const QString pipe = m_pRun->Path(QStringLiteral("pipe"));
+        QCOMPARE(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+        const QString text = QStringLiteral("ERROR: <img src='%1'>").arg(pipe);
         Select(m_pRun->Open(QStringLiteral("a.log"),
-                            DebugLog({Line("10:00:00.000001", strText.toUtf8().constData())})),
+                            DebugLog({Line("10:00:00.000001", text.toUtf8().constData())})),
                "Process - 5");
         CErrorPane& pane = m_pRun->Frame().m_wndErrorPane;
         CSessionRun::ShowPane(pane);
         pane.List().header()->resizeSection(2, 30);
-        QCOMPARE(SaidByTip(pane.List(), 0, 2), strText);
+        QCOMPARE(SaidByTip(pane.List(), 0, 2), text);
     }
 #endif
 

@@ -36,8 +36,9 @@ private slots:
         theApp().m_fnAddDocTemplates = AddDocTemplates;
     }
     void cleanup() {
-        if (MainFrame() != nullptr)
+        if (MainFrame() != nullptr) {
             MainFrame()->close();
+        }
         theApp().ExitInstance();
         for (QProcess& process : m_listProcesses) {
             process.closeWriteChannel();
@@ -49,46 +50,47 @@ private slots:
 
     void columnsAndButtonsStandInTheirOrder() {
         StartProgram();
-        const QStringList listTitles = {"Process",           "Image Name", "Tracing", "Debug File",
-                                        "File Size (Bytes)", "User",       "Env."};
-        const QList<int> listWidths = {100, 120, 100, 300, 100, 100, 100};
+        const QStringList titles = {"Process",           "Image Name", "Tracing", "Debug File",
+                                    "File Size (Bytes)", "User",       "Env."};
+        const QList<int> widths = {100, 120, 100, 300, 100, 100, 100};
         for (int n = 0; n < 7; ++n) {
             QCOMPARE(Pane().List().Model().headerData(n, Qt::Horizontal, Qt::DisplayRole).toString(),
-                     listTitles[n]);
-            QCOMPARE(Pane().List().Model().ColumnWidth(n), listWidths[n]);
+                     titles[n]);
+            QCOMPARE(Pane().List().Model().ColumnWidth(n), widths[n]);
         }
         QCOMPARE(Pane().List().Model().columnCount(), 7);
-        QStringList listTips;
-        for (const QAction* pAction : Pane().ToolBar().actions())
-            listTips << pAction->statusTip() + "|" + pAction->toolTip();
-        QCOMPARE(listTips,
+        QStringList tips;
+        for (const QAction* action : Pane().ToolBar().actions()) {
+            tips << action->statusTip() + "|" + action->toolTip();
+        }
+        QCOMPARE(tips,
                  (QStringList{"Analyze selected process|Analyze", "Refresh Process List|Refresh",
                               "Toggle Debug Tracing On or Off|Toggle Tracing", "Clear Debug File|Clear File",
                               "Clears all caches for the process|Clear All Caches"}));
     }
 
     void theMainWindowsCreationFillsTheList() {
-        const int nNumber = StartProcess(kFda, {"--user", "MILA", "--environment", "JDV920"});
+        const int number = StartProcess(kFda, {"--user", "MILA", "--environment", "JDV920"});
         StartProgram();
-        QVERIFY(RowOf(nNumber) >= 0);
-        QCOMPARE(CellOf(nNumber, COLUMN_IMAGE_NAME), ToQString(kFda));
-        QCOMPARE(CellOf(nNumber, COLUMN_TRACING), QStringLiteral("Off"));
-        QCOMPARE(CellOf(nNumber, COLUMN_USER), QStringLiteral("MILA"));
-        QCOMPARE(CellOf(nNumber, COLUMN_ENVIRONMENT), QStringLiteral("JDV920"));
+        QVERIFY(RowOf(number) >= 0);
+        QCOMPARE(CellOf(number, COLUMN_IMAGE_NAME), ToQString(kFda));
+        QCOMPARE(CellOf(number, COLUMN_TRACING), QStringLiteral("Off"));
+        QCOMPARE(CellOf(number, COLUMN_USER), QStringLiteral("MILA"));
+        QCOMPARE(CellOf(number, COLUMN_ENVIRONMENT), QStringLiteral("JDV920"));
         QCOMPARE(m_pUser->m_listMessages.count(QStringLiteral("Cannot Load Skelmond.DLL Error: 126")), 0);
     }
 
     void withoutTheLibraryAProcessIsListedAndNoBoxComesUpAtARefresh() {
         UseLibraryFolder(ToUtf8(m_pFolder->path()));
-        const int nNumber = StartProcess(kFda);
+        const int number = StartProcess(kFda);
         StartProgram();
         QVERIFY(m_pUser->m_listMessages.contains(QStringLiteral("Cannot Load Skelmond.DLL Error: 126")));
         m_pUser->m_listMessages.clear();
         Button(ID_PROCESS_REFRESH);
-        QCOMPARE(CellOf(nNumber, COLUMN_DEBUG_FILE), QStringLiteral("Undetermined"));
-        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("-1"));
+        QCOMPARE(CellOf(number, COLUMN_DEBUG_FILE), QStringLiteral("Undetermined"));
+        QCOMPARE(CellOf(number, COLUMN_FILE_SIZE), QStringLiteral("-1"));
         QVERIFY(m_pUser->m_listMessages.isEmpty());
-        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(nNumber), QStringLiteral("1A")));
+        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(number), QStringLiteral("1A")));
         QVERIFY(m_pUser->m_listMessages.isEmpty());
     }
 
@@ -98,11 +100,11 @@ private slots:
         theApp().m_nRefreshRate = 0;
         Pane().RestartTimer();
         QCOMPARE(Pane().TimerPeriod(), 10);
-        const int nNumber = StartProcess(kFda);
-        QTRY_VERIFY(RowOf(nNumber) >= 0);
+        const int number = StartProcess(kFda);
+        QTRY_VERIFY(RowOf(number) >= 0);
         m_listProcesses.back().kill();
         m_listProcesses.back().waitForFinished();
-        QTRY_COMPARE(RowOf(nNumber), -1);
+        QTRY_COMPARE(RowOf(number), -1);
     }
 
     void aRefreshKeepsTheSelectionByProcessAndTheFocusWithItsLastRow() {
@@ -130,8 +132,8 @@ private slots:
         theApp().m_pfnGetSetProcInfo = nullptr;
         Fake({{30, kFda}, {10, kFda}, {20, kFda}});
         Button(ID_PROCESS_REFRESH);
-        QHeaderView* pHeader = Pane().List().header();
-        QTest::mouseClick(pHeader->viewport(), Qt::LeftButton, {}, QPoint(10, pHeader->height() / 2));
+        QHeaderView* header = Pane().List().header();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, QPoint(10, header->height() / 2));
         QCOMPARE(Numbers(), (QList<int>{30, 10, 20}));
     }
 
@@ -151,67 +153,67 @@ private slots:
     }
 
     void toggleSwitchesTheSelectedProcessesAndTheirLogsGrow() {
-        const int nFirst = StartProcess(kFda);
-        const int nSecond = StartProcess(kExplorer);
+        const int first = StartProcess(kFda);
+        const int second = StartProcess(kExplorer);
         StartProgram();
         Button(ID_PROCESS_TOGGLE); // nothing is selected
-        QCOMPARE(CellOf(nFirst, COLUMN_TRACING), QStringLiteral("Off"));
-        Click(RowOf(nFirst));
+        QCOMPARE(CellOf(first, COLUMN_TRACING), QStringLiteral("Off"));
+        Click(RowOf(first));
         Button(ID_PROCESS_TOGGLE);
-        QCOMPARE(CellOf(nFirst, COLUMN_TRACING), QStringLiteral("On"));
-        QCOMPARE(CellOf(nSecond, COLUMN_TRACING), QStringLiteral("Off"));
-        QTRY_VERIFY(QFile::exists(CellOf(nFirst, COLUMN_DEBUG_FILE)));
-        QVERIFY(!QFile::exists(CellOf(nSecond, COLUMN_DEBUG_FILE)));
+        QCOMPARE(CellOf(first, COLUMN_TRACING), QStringLiteral("On"));
+        QCOMPARE(CellOf(second, COLUMN_TRACING), QStringLiteral("Off"));
+        QTRY_VERIFY(QFile::exists(CellOf(first, COLUMN_DEBUG_FILE)));
+        QVERIFY(!QFile::exists(CellOf(second, COLUMN_DEBUG_FILE)));
     }
 
     void aFailingProcessShowsItsBoxOnceForEachRefresh() {
-        const int nNumber = StartProcess(kFda);
+        const int number = StartProcess(kFda);
         StartProgram();
         Switch("fail SkelmondGetSetProcInfo 31\n");
         m_pUser->m_listMessages.clear();
         Button(ID_PROCESS_REFRESH);
         QCOMPARE(m_pUser->m_listMessages, QStringList{"Error SkelmondGetSetProcInfo returned: 31"});
-        QVERIFY(RowOf(nNumber) >= 0);
-        Click(RowOf(nNumber));
+        QVERIFY(RowOf(number) >= 0);
+        Click(RowOf(number));
         Button(ID_PROCESS_TOGGLE);
         QCOMPARE(m_pUser->m_listMessages.size(), 2);
     }
 
     void truncEmptiesTheLogAndTheSizeShowsIt() {
-        const int nNumber = StartProcess(kFda, {"--pace", "0"});
+        const int number = StartProcess(kFda, {"--pace", "0"});
         StartProgram();
-        QFile log(CellOf(nNumber, COLUMN_DEBUG_FILE));
+        QFile log(CellOf(number, COLUMN_DEBUG_FILE));
         QVERIFY(log.open(QIODevice::WriteOnly));
         log.write(QByteArray(12345, 'x'));
         log.flush();
         Button(ID_PROCESS_REFRESH);
-        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("12,345"));
-        Click(RowOf(nNumber));
+        QCOMPARE(CellOf(number, COLUMN_FILE_SIZE), QStringLiteral("12,345"));
+        Click(RowOf(number));
         Button(ID_PROCESS_TRUNC);
-        QCOMPARE(CellOf(nNumber, COLUMN_FILE_SIZE), QStringLiteral("0"));
-        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{RowOf(nNumber)}));
+        QCOMPARE(CellOf(number, COLUMN_FILE_SIZE), QStringLiteral("0"));
+        QCOMPARE(Pane().List().SelectedRows(), (std::vector<int>{RowOf(number)}));
     }
 
     void analyzeOpensASessionOfTheProcessAloneForEachSelectedRow() {
-        const int nFirst = StartProcess(kFda, {"--tracing", "--pace", "1"});
-        const int nSecond = StartProcess(kExplorer, {"--tracing", "--pace", "1"});
+        const int first = StartProcess(kFda, {"--tracing", "--pace", "1"});
+        const int second = StartProcess(kExplorer, {"--tracing", "--pace", "1"});
         StartProgram();
-        QTRY_VERIFY(QFile(CellOf(nFirst, COLUMN_DEBUG_FILE)).size() > 3000);
-        QTRY_VERIFY(QFile(CellOf(nSecond, COLUMN_DEBUG_FILE)).size() > 3000);
+        QTRY_VERIFY(QFile(CellOf(first, COLUMN_DEBUG_FILE)).size() > 3000);
+        QTRY_VERIFY(QFile(CellOf(second, COLUMN_DEBUG_FILE)).size() > 3000);
         const auto recent = theApp().m_recentFiles.m_listPaths;
-        Click(RowOf(nFirst));
-        Click(RowOf(nSecond), Qt::ControlModifier);
+        Click(RowOf(first));
+        Click(RowOf(second), Qt::ControlModifier);
         Button(ID_PROCESS_ANALYZE);
         QCOMPARE(MainFrame()->ClientArea().Children().size(), 2);
         QCOMPARE(theApp().m_recentFiles.m_listPaths, recent);
         // The last of them is in front.
-        auto* pDocument = qobject_cast<CSessionDocument*>(MainFrame()->ActiveChild()->GetActiveDocument());
-        const int nLast = RowOf(nSecond) > RowOf(nFirst) ? nSecond : nFirst;
-        QVERIFY(pDocument != nullptr);
-        CCarvelotDoc& session = pDocument->Session();
-        QCOMPARE(session.m_nProcessFilter, static_cast<std::uint32_t>(nLast));
-        QCOMPARE(session.m_strProcessName, nLast == nFirst ? kFda : kExplorer);
-        QCOMPARE(pDocument->GetTitle(), CellOf(nLast, COLUMN_DEBUG_FILE));
+        auto* document = qobject_cast<CSessionDocument*>(MainFrame()->ActiveChild()->GetActiveDocument());
+        const int last = RowOf(second) > RowOf(first) ? second : first;
+        QVERIFY(document != nullptr);
+        CCarvelotDoc& session = document->Session();
+        QCOMPARE(session.m_nProcessFilter, static_cast<std::uint32_t>(last));
+        QCOMPARE(session.m_strProcessName, last == first ? kFda : kExplorer);
+        QCOMPARE(document->GetTitle(), CellOf(last, COLUMN_DEBUG_FILE));
         QVERIFY(session.m_listDetails.Size() > 10);
         QCOMPARE(session.m_listProcesses.size(), 1U);
         // Again: a file may be open any number of times.
@@ -220,28 +222,29 @@ private slots:
         // The live caches of the log answer.
         const auto& caches = session.m_listProcesses[0]->m_pCacheAnalysis.m_caches;
         QVERIFY(!caches.empty());
-        QVERIFY(theApp().CacheLive(static_cast<std::uint32_t>(nLast), ToQString(caches.back().m_strHandle)));
-        Click(RowOf(nLast));
+        QVERIFY(theApp().CacheLive(static_cast<std::uint32_t>(last), ToQString(caches.back().m_strHandle)));
+        Click(RowOf(last));
         Button(ID_PROCESS_CLEAR_CACHE);
-        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(nLast), ToQString(caches.back().m_strHandle)));
+        QVERIFY(!theApp().CacheLive(static_cast<std::uint32_t>(last), ToQString(caches.back().m_strHandle)));
     }
 
     void anotherProcessesRecordsStayOutOfTheSession() {
         StartProgram();
-        const QString strLog = m_pFolder->filePath("two.log");
-        QFile log(strLog);
+        const QString logPath = m_pFolder->filePath("two.log");
+        QFile log(logPath);
         QVERIFY(log.open(QIODevice::WriteOnly));
         log.write("Feb 02 03:04:05.100000 - 1234/1 WRK:A\tEntering JDB_InitUser\n"
                   "Feb 02 03:04:05.200000 - 99/1 WRK:A\tEntering JDB_InitUser\n");
         log.close();
-        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), strLog, 1234);
-        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), strLog, 0);
-        QList<std::size_t> listSizes;
-        for (CDocument* pDocument : theApp().FirstDocTemplate()->Documents())
-            listSizes << static_cast<CSessionDocument*>(pDocument)->Session().m_listDetails.Size();
-        QCOMPARE(listSizes, (QList<std::size_t>{1, 2}));
+        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), logPath, 1234);
+        theApp().AnalyzeProcess(QStringLiteral("fda.exe"), logPath, 0);
+        QList<std::size_t> sizes;
+        for (CDocument* document : theApp().FirstDocTemplate()->Documents()) {
+            sizes << static_cast<CSessionDocument*>(document)->Session().m_listDetails.Size();
+        }
+        QCOMPARE(sizes, (QList<std::size_t>{1, 2}));
         // Open does not take the analysed process's window for that of the file.
-        theApp().OpenDocumentFile(strLog);
+        theApp().OpenDocumentFile(logPath);
         QCOMPARE(MainFrame()->ClientArea().Children().size(), 3);
     }
 
@@ -268,23 +271,22 @@ private slots:
     }
 
 private:
-    int StartProcess(const std::string& strName, const QStringList& listOptions = {}) {
+    int StartProcess(const std::string& name, const QStringList& options = {}) {
         QProcess& process = m_listProcesses.emplace_back();
-        const QString strFolder = m_pFolder->filePath(QString::number(m_listProcesses.size()));
-        QDir().mkpath(strFolder);
-        const QString strProgram = strFolder + '/' + ToQString(strName);
+        const QString folder = m_pFolder->filePath(QString::number(m_listProcesses.size()));
+        QDir().mkpath(folder);
+        const QString program = folder + '/' + ToQString(name);
 #ifdef Q_OS_WIN
-        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), strProgram);
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), program);
 #else
-        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), strProgram);
+        QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), program);
 #endif
-        process.start(strProgram,
-                      QStringList{"--log", strFolder + "/jdedebug.log", "--pace", "5"} + listOptions);
+        process.start(program, QStringList{"--log", folder + "/jdedebug.log", "--pace", "5"} + options);
         process.waitForStarted();
-        const int nNumber = static_cast<int>(process.processId());
+        const int number = static_cast<int>(process.processId());
         (void)QTest::qWaitFor(
-            [&] { return QFile::exists(m_pFolder->filePath(QString::number(nNumber) + ".jde")); });
-        return nNumber;
+            [&] { return QFile::exists(m_pFolder->filePath(QString::number(number) + ".jde")); });
+        return number;
     }
     void StartProgram() {
         QVERIFY(theApp().InitInstance({}));
@@ -294,39 +296,41 @@ private:
         Pane().RestartTimer();
         QCoreApplication::processEvents();
     }
-    void Switch(const char* pszLines) {
+    void Switch(const char* lines) {
         QFile file(m_pFolder->filePath("switches"));
         QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(pszLines);
+        file.write(lines);
     }
     static CProcessPane& Pane() { return MainFrame()->m_wndProcessPane; }
-    static void Fake(std::vector<platform::ProcessEntry> listProcesses) {
-        Pane().m_fnEnumerateProcesses = [listProcesses = std::move(listProcesses)](auto& listResult) {
-            listResult = listProcesses;
+    static void Fake(std::vector<platform::ProcessEntry> processes) {
+        Pane().m_fnEnumerateProcesses = [processes = std::move(processes)](auto& result) {
+            result = processes;
             return true;
         };
     }
-    static void Button(int nId) {
-        for (QAction* pAction : Pane().ToolBar().actions()) {
-            if (pAction->data().toInt() == nId)
-                QTest::mouseClick(Pane().ToolBar().widgetForAction(pAction), Qt::LeftButton);
+    static void Button(int id) {
+        for (QAction* action : Pane().ToolBar().actions()) {
+            if (action->data().toInt() == id) {
+                QTest::mouseClick(Pane().ToolBar().widgetForAction(action), Qt::LeftButton);
+            }
         }
     }
-    static void Click(int nRow, Qt::KeyboardModifiers modifiers = {}) {
-        const QModelIndex index = Pane().List().Model().index(nRow, 0);
+    static void Click(int row, Qt::KeyboardModifiers modifiers = {}) {
+        const QModelIndex index = Pane().List().Model().index(row, 0);
         QTest::mouseClick(Pane().List().viewport(), Qt::LeftButton, modifiers,
                           Pane().List().visualRect(index).center());
     }
     static QList<int> Numbers() {
-        QList<int> listNumbers;
+        QList<int> numbers;
         const CListModel& model = Pane().List().Model();
-        for (int n = 0; n < model.rowCount(); ++n)
-            listNumbers << model.index(n, 0).data().toInt();
-        return listNumbers;
+        for (int n = 0; n < model.rowCount(); ++n) {
+            numbers << model.index(n, 0).data().toInt();
+        }
+        return numbers;
     }
-    static int RowOf(int nNumber) { return static_cast<int>(Numbers().indexOf(nNumber)); }
-    static QString CellOf(int nNumber, int nColumn) {
-        return Pane().List().Model().index(RowOf(nNumber), nColumn).data().toString();
+    static int RowOf(int number) { return static_cast<int>(Numbers().indexOf(number)); }
+    static QString CellOf(int number, int column) {
+        return Pane().List().Model().index(RowOf(number), column).data().toString();
     }
 
     std::unique_ptr<QTemporaryDir> m_pFolder;

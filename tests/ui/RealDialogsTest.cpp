@@ -28,28 +28,31 @@ namespace {
 // What a person does in the dialog of this kind that the call brings up. A dialog that does not go by itself
 // is cancelled, so that a test that fails ends.
 template <class TDialog>
-void InDialog(const std::function<void()>& fnCall, const std::function<void(TDialog&)>& fnWork) {
-    bool bDone = false;
+void InDialog(const std::function<void()>& call, const std::function<void(TDialog&)>& work) {
+    bool done = false;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
-        auto* pDialog = qobject_cast<TDialog*>(QApplication::activeModalWidget());
-        if (pDialog == nullptr || bDone || !pDialog->isVisible())
+        auto* dialog = qobject_cast<TDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr || done || !dialog->isVisible()) {
             return;
-        bDone = true;
-        const QPointer<TDialog> pAlive = pDialog;
-        fnWork(*pDialog);
-        if (pAlive != nullptr && pAlive->isVisible())
-            pAlive->reject();
+        }
+        done = true;
+        const QPointer<TDialog> alive = dialog;
+        work(*dialog);
+        if (alive != nullptr && alive->isVisible()) {
+            alive->reject();
+        }
     });
     timer.start(5);
-    fnCall();
-    QVERIFY(bDone);
+    call();
+    QVERIFY(done);
 }
 
-QPushButton* Button(QDialog& dialog, const char* pszText) {
-    for (QPushButton* pButton : dialog.findChildren<QPushButton*>()) {
-        if (pButton->text().remove(QLatin1Char('&')) == QLatin1String(pszText))
-            return pButton;
+QPushButton* Button(QDialog& dialog, const char* text) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        if (button->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
+            return button;
+        }
     }
     return nullptr;
 }
@@ -58,12 +61,28 @@ QLineEdit& NameEdit(QFileDialog& dialog) {
     return *dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
 }
 
-void TypeName(QFileDialog& dialog, const QString& strName) {
+void TypeName(QFileDialog& dialog, const QString& name) {
     dialog.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     QTest::mouseClick(&NameEdit(dialog), Qt::LeftButton);
     NameEdit(dialog).selectAll();
-    QTest::keyClicks(&NameEdit(dialog), strName);
+    QTest::keyClicks(&NameEdit(dialog), name);
+}
+
+// The first title, or text of the file a.log, that is wider than its column, or how much wider the columns
+// are than the list; nothing when all is to be seen.
+QString WhatDoesNotFit(const QTreeView& list) {
+    const QModelIndex file = FindNode(*list.model(), QStringLiteral("a.log"), list.rootIndex());
+    for (int n = 0; n < list.model()->columnCount(); ++n) {
+        for (const QString& text : {list.model()->headerData(n, Qt::Horizontal).toString(),
+                                    file.siblingAtColumn(n).data().toString()}) {
+            if (list.header()->sectionSize(n) <= list.fontMetrics().horizontalAdvance(text)) {
+                return text;
+            }
+        }
+    }
+    const int excess = list.header()->length() - list.viewport()->width();
+    return excess == 0 ? QString() : QString::number(excess);
 }
 
 CFileQuestion LogQuestion() {
@@ -90,31 +109,32 @@ private slots:
         UseSettingsStore(ToUtf8(Path("registry.ini")));
         QVERIFY(QDir(m_pFolder->path()).mkpath(QStringLiteral("logs/deeper")));
         QVERIFY(QDir(m_pFolder->path()).mkdir(QStringLiteral("exports")));
-        for (const char* pszName : {"logs/a.log", "logs/b.txt", "exports/TimingGaps.csv"})
-            Write(Path(pszName));
+        for (const char* name : {"logs/a.log", "logs/b.txt", "exports/TimingGaps.csv"}) {
+            Write(Path(name));
+        }
         SetUserInterface(nullptr);
     }
 
     // --- messages
-    // -----------------------------------------------------------------------------------------------
 
     void aMessageHasItsTextAndOneButtonAndGoesByReturnEscOrClick() {
-        const QString strText = QStringLiteral("Failed to open file.");
-        const auto fnCall = [&] { UserInterface().ShowMessage(strText); };
-        for (const auto& fnEnd : std::initializer_list<std::function<void(QMessageBox&)>>{
+        const QString text = QStringLiteral("Failed to open file.");
+        const auto call = [&] { UserInterface().ShowMessage(text); };
+        for (const auto& end : std::initializer_list<std::function<void(QMessageBox&)>>{
                  [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); },
                  [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); },
                  [](QMessageBox& box) { QTest::mouseClick(Button(box, "OK"), Qt::LeftButton); }}) {
-            InDialog<QMessageBox>(fnCall, [&](QMessageBox& box) {
-                QCOMPARE(box.text(), strText);
+            InDialog<QMessageBox>(call, [&](QMessageBox& box) {
+                QCOMPARE(box.text(), text);
                 QCOMPARE(box.windowTitle(), QStringLiteral("Carvelot"));
                 QCOMPARE(box.buttons().size(), 1);
                 QVERIFY(Button(box, "OK") != nullptr);
-                bool bShown = false;
-                for (const QLabel* pLabel : box.findChildren<QLabel*>())
-                    bShown = bShown || (pLabel->isVisible() && pLabel->text() == strText);
-                QVERIFY(bShown);
-                fnEnd(box);
+                bool shown = false;
+                for (const QLabel* label : box.findChildren<QLabel*>()) {
+                    shown = shown || (label->isVisible() && label->text() == text);
+                }
+                QVERIFY(shown);
+                end(box);
                 QVERIFY(!box.isVisible());
             });
         }
@@ -130,12 +150,11 @@ private slots:
     }
 
     // --- opening and saving
-    // -------------------------------------------------------------------------------------
 
     void openShowsLogsOrAllFilesAndGivesTheChosenPath() {
-        std::optional<QString> strPath;
+        std::optional<QString> path;
         Remember("LogFolder", Path("logs"));
-        InDialog<QFileDialog>([&] { strPath = UserInterface().AskOpenFile(LogQuestion()); },
+        InDialog<QFileDialog>([&] { path = UserInterface().AskOpenFile(LogQuestion()); },
                               [&](QFileDialog& dialog) {
                                   QCOMPARE(dialog.windowTitle(), QStringLiteral("Open"));
                                   QVERIFY(QTest::qWaitFor([&] { return Names(dialog).contains("a.log"); }));
@@ -148,13 +167,13 @@ private slots:
                                   TypeName(dialog, QStringLiteral("b.txt"));
                                   QTest::mouseClick(Button(dialog, "Open"), Qt::LeftButton);
                               });
-        QCOMPARE(strPath, Path("logs/b.txt"));
+        QCOMPARE(path, Path("logs/b.txt"));
     }
 
     void openTakesNoFileThatIsNotThereAndACancelGivesNothing() {
-        std::optional<QString> strPath = QStringLiteral("before");
+        std::optional<QString> path = QStringLiteral("before");
         Remember("LogFolder", Path("logs"));
-        InDialog<QFileDialog>([&] { strPath = UserInterface().AskOpenFile(LogQuestion()); },
+        InDialog<QFileDialog>([&] { path = UserInterface().AskOpenFile(LogQuestion()); },
                               [&](QFileDialog& dialog) {
                                   TypeName(dialog, QStringLiteral("missing.log"));
                                   QVERIFY(!Button(dialog, "Open")->isEnabled());
@@ -165,14 +184,14 @@ private slots:
                                   QVERIFY(dialog.isVisible());
                                   QTest::keyClick(&dialog, Qt::Key_Escape);
                               });
-        QVERIFY(!strPath.has_value());
+        QVERIFY(!path.has_value());
     }
 
     void saveProposesItsNameAddsTheEndingOfTheKindAndAsksBeforeItOverwrites() {
-        std::optional<QString> strPath;
+        std::optional<QString> path;
         Remember("ExportFolder", Path("exports"));
-        const auto fnCall = [&] { strPath = UserInterface().AskSaveFile(ExportQuestion()); };
-        InDialog<QFileDialog>(fnCall, [&](QFileDialog& dialog) {
+        const auto call = [&] { path = UserInterface().AskSaveFile(ExportQuestion()); };
+        InDialog<QFileDialog>(call, [&](QFileDialog& dialog) {
             QCOMPARE(NameEdit(dialog).text(), QStringLiteral("TimingGaps"));
             // TimingGaps.csv is there: "No" leads back.
             InDialog<QMessageBox>([&] { QTest::mouseClick(Button(dialog, "Save"), Qt::LeftButton); },
@@ -183,85 +202,73 @@ private slots:
             TypeName(dialog, QStringLiteral("gaps"));
             QTest::mouseClick(Button(dialog, "Save"), Qt::LeftButton);
         });
-        QCOMPARE(strPath, Path("exports/gaps.txt"));
+        QCOMPARE(path, Path("exports/gaps.txt"));
     }
 
     void eachKindOfFileIsAskedForWhereItWasLastFoundAlsoAfterARestart() {
-        const auto fnFolder = [](const std::function<void()>& fnCall) {
-            QString strFolder;
-            InDialog<QFileDialog>(
-                fnCall, [&](QFileDialog& dialog) { strFolder = dialog.directory().absolutePath(); });
-            return strFolder;
+        const auto folderOf = [](const std::function<void()>& call) {
+            QString folder;
+            InDialog<QFileDialog>(call,
+                                  [&](QFileDialog& dialog) { folder = dialog.directory().absolutePath(); });
+            return folder;
         };
-        const auto fnOpen = [] { UserInterface().AskOpenFile(LogQuestion()); };
-        const auto fnExport = [] { UserInterface().AskSaveFile(ExportQuestion()); };
-        const QString strFirst = fnFolder(fnOpen);
-        QVERIFY(QDir(strFirst).exists());
-        InDialog<QFileDialog>(fnOpen, [&](QFileDialog& dialog) {
+        const auto open = [] { UserInterface().AskOpenFile(LogQuestion()); };
+        const auto askExport = [] { UserInterface().AskSaveFile(ExportQuestion()); };
+        const QString first = folderOf(open);
+        QVERIFY(QDir(first).exists());
+        InDialog<QFileDialog>(open, [&](QFileDialog& dialog) {
             TypeName(dialog, Path("logs/a.log"));
             QTest::mouseClick(Button(dialog, "Open"), Qt::LeftButton);
         });
-        QCOMPARE(fnFolder(fnOpen), Path("logs"));
-        InDialog<QFileDialog>(fnExport, [&](QFileDialog& dialog) {
+        QCOMPARE(folderOf(open), Path("logs"));
+        InDialog<QFileDialog>(askExport, [&](QFileDialog& dialog) {
             TypeName(dialog, Path("exports/new.csv"));
             QTest::mouseClick(Button(dialog, "Save"), Qt::LeftButton);
         });
-        QCOMPARE(fnFolder(fnOpen), Path("logs"));
-        QCOMPARE(fnFolder(fnExport), Path("exports"));
+        QCOMPARE(folderOf(open), Path("logs"));
+        QCOMPARE(folderOf(askExport), Path("exports"));
         // The store is all that the next run finds.
         QCOMPARE(GetWorkspaceString("LogFolder", ""), ToUtf8(Path("logs")));
         QCOMPARE(GetWorkspaceString("ExportFolder", ""), ToUtf8(Path("exports")));
         // A cancel changes nothing; a folder that is gone leads to what is left of its way.
         Remember("LogFolder", Path("logs/deeper"));
-        QCOMPARE(fnFolder(fnOpen), Path("logs/deeper"));
+        QCOMPARE(folderOf(open), Path("logs/deeper"));
         QVERIFY(QDir(Path("logs")).rmdir(QStringLiteral("deeper")));
-        QCOMPARE(fnFolder(fnOpen), Path("logs"));
+        QCOMPARE(folderOf(open), Path("logs"));
     }
 
+    // What the list knows of a file comes to it from another thread, one thing after the other.
     void theListOfFilesShowsItsColumnsWhole() {
         Remember("LogFolder", Path("logs"));
-        InDialog<QFileDialog>([] { UserInterface().AskOpenFile(LogQuestion()); },
-                              [&](QFileDialog& dialog) {
-                                  QVERIFY(QTest::qWaitFor([&] { return Names(dialog).contains("a.log"); }));
-                                  auto& list = *dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
-                                  QVERIFY(list.isVisible());
-                                  for (const int nWidth : {dialog.width(), dialog.width() - 40}) {
-                                      dialog.resize(nWidth, dialog.height());
-                                      QTRY_COMPARE(list.header()->length(), list.viewport()->width());
-                                      const QModelIndex file =
-                                          FindNode(*list.model(), QStringLiteral("a.log"), list.rootIndex());
-                                      for (int n = 0; n < list.model()->columnCount(); ++n) {
-                                          const QString strTitle =
-                                              list.model()->headerData(n, Qt::Horizontal).toString();
-                                          const QString strCell = file.siblingAtColumn(n).data().toString();
-                                          for (const QString& strText : {strTitle, strCell})
-                                              QVERIFY2(list.header()->sectionSize(n) >
-                                                           list.fontMetrics().horizontalAdvance(strText),
-                                                       qPrintable(strText));
-                                      }
-                                  }
-                              });
+        const auto open = [] { UserInterface().AskOpenFile(LogQuestion()); };
+        InDialog<QFileDialog>(open, [](QFileDialog& dialog) {
+            QVERIFY(QTest::qWaitFor([&] { return Names(dialog).contains("a.log"); }));
+            auto& list = *dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
+            QVERIFY(list.isVisible());
+            for (const int width : {dialog.width(), dialog.width() - 40}) {
+                dialog.resize(width, dialog.height());
+                QTRY_COMPARE(WhatDoesNotFit(list), QString());
+            }
+        });
     }
 
     // --- other questions
-    // ----------------------------------------------------------------------------------------
 
     void aTextIsAskedForWithTheOneThatItReplaces() {
-        std::optional<QString> strText;
-        const auto fnCall = [&] {
-            strText = UserInterface().AskText(QStringLiteral("Toolbar Name"), QStringLiteral("Toolbar name:"),
-                                              QStringLiteral("Custom 1"));
+        std::optional<QString> text;
+        const auto call = [&] {
+            text = UserInterface().AskText(QStringLiteral("Toolbar Name"), QStringLiteral("Toolbar name:"),
+                                           QStringLiteral("Custom 1"));
         };
-        InDialog<QInputDialog>(fnCall, [](QInputDialog& dialog) {
+        InDialog<QInputDialog>(call, [](QInputDialog& dialog) {
             QCOMPARE(dialog.textValue(), QStringLiteral("Custom 1"));
             auto& edit = *dialog.findChild<QLineEdit*>();
             QTest::keyClicks(&edit, QStringLiteral("Mine"));
             QTest::keyClick(&edit, Qt::Key_Return);
         });
-        QCOMPARE(strText, QStringLiteral("Mine"));
-        InDialog<QInputDialog>(fnCall,
-                               [](QInputDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-        QVERIFY(!strText.has_value());
+        QCOMPARE(text, QStringLiteral("Mine"));
+        InDialog<QInputDialog>(call, [](QInputDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
+        QVERIFY(!text.has_value());
     }
 
     void chooseFontStartsOnTheFontInForce() {
@@ -269,10 +276,10 @@ private slots:
         settings.LoadSettings();
         settings.m_nFontHeight = 14;
         // One that is there, and one whose place another one takes.
-        for (const std::string& strFace :
+        for (const std::string& face :
              {ToUtf8(QFontInfo(QFont()).family()), std::string("No Such Font 4711")}) {
-            settings.m_strFontName = strFace;
-            QFont used(ToQString(strFace));
+            settings.m_strFontName = face;
+            QFont used(ToQString(face));
             used.setStyleHint(QFont::TypeWriter);
             COptionsDlg options(settings);
             options.show();
@@ -294,21 +301,22 @@ private slots:
     }
 
 private:
-    QString Path(const char* pszName) const { return m_pFolder->filePath(QLatin1String(pszName)); }
-    static void Write(const QString& strPath) {
-        QFile file(strPath);
+    QString Path(const char* name) const { return m_pFolder->filePath(QLatin1String(name)); }
+    static void Write(const QString& path) {
+        QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(QByteArray(2000, 'x'));
     }
-    static void Remember(const char* pszName, const QString& strFolder) {
-        WriteWorkspaceString(pszName, ToUtf8(strFolder));
+    static void Remember(const char* name, const QString& folder) {
+        WriteWorkspaceString(name, ToUtf8(folder));
     }
     static QStringList Names(QFileDialog& dialog) {
         const auto& list = *dialog.findChild<QTreeView*>(QStringLiteral("treeView"));
-        QStringList listNames;
-        for (int n = 0; n < list.model()->rowCount(list.rootIndex()); ++n)
-            listNames << list.model()->index(n, 0, list.rootIndex()).data().toString();
-        return listNames;
+        QStringList names;
+        for (int n = 0; n < list.model()->rowCount(list.rootIndex()); ++n) {
+            names << list.model()->index(n, 0, list.rootIndex()).data().toString();
+        }
+        return names;
     }
 
     std::unique_ptr<QTemporaryDir> m_pFolder;

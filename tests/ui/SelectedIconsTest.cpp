@@ -1,8 +1,8 @@
 // The pictures of selected rows, in every look.
 #include "ui/SessionSupport.h"
 
-#include "ui/kit/Icons.h"
 #include "ui/app/CustomizeDlg.h"
+#include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/WindowsDlg.h"
 
@@ -25,21 +25,22 @@ int SolidPixelsShown(QAbstractItemView& view, const QModelIndex& index) {
     const QImage picture = icon.pixmap(size, 1.0).toImage().convertToFormat(QImage::Format_ARGB32);
     const QImage row =
         view.viewport()->grab(view.visualRect(index)).toImage().convertToFormat(QImage::Format_ARGB32);
-    int nBest = 0;
-    for (int nLeft = 0; nLeft < std::min(60, row.width() - picture.width()); ++nLeft) {
-        for (int nTop = -2; nTop < 8; ++nTop) {
-            int nSame = 0;
-            for (int nX = 0; nX < picture.width(); ++nX) {
-                for (int nY = 0; nY < picture.height(); ++nY) {
-                    if (qAlpha(picture.pixel(nX, nY)) == 255 && row.valid(nLeft + nX, nTop + nY) &&
-                        row.pixel(nLeft + nX, nTop + nY) == picture.pixel(nX, nY))
-                        ++nSame;
+    int best = 0;
+    for (int left = 0; left < std::min(60, row.width() - picture.width()); ++left) {
+        for (int top = -2; top < 8; ++top) {
+            int same = 0;
+            for (int x = 0; x < picture.width(); ++x) {
+                for (int y = 0; y < picture.height(); ++y) {
+                    if (qAlpha(picture.pixel(x, y)) == 255 && row.valid(left + x, top + y) &&
+                        row.pixel(left + x, top + y) == picture.pixel(x, y)) {
+                        ++same;
+                    }
                 }
             }
-            nBest = std::max(nBest, nSame);
+            best = std::max(best, same);
         }
     }
-    return nBest;
+    return best;
 }
 
 } // namespace
@@ -53,15 +54,15 @@ private slots:
 
     void aSelectedRowsIconKeepsItsColours() {
         CMainFrame& frame = m_pRun->Frame();
-        CChildFrame* pFrame =
+        CChildFrame* child =
             m_pRun->Open(QStringLiteral("a.log"),
                          DebugLog({Line("10:00:00.000001", "ERROR: a"),
                                    Line("10:00:00.250007", "Entering jdeCacheInit - Name:[C]"),
                                    Line("10:00:00.250008", "Created new cache - hCache:[e5762678]")}));
-        Select(pFrame, "Process - 5");
+        Select(child, "Process - 5");
         CSessionRun::ShowPane(frame.m_wndCachePane);
-        for (const int nLook : kLooks) {
-            frame.OnApplicationLook(nLook);
+        for (const int look : kLooks) {
+            frame.OnApplicationLook(look);
             CWindowsDlg windows(frame.ClientArea());
             windows.show();
             CCustomizeDlg customize(frame);
@@ -73,35 +74,36 @@ private slots:
             picture.fill(QColor(200, 40, 40));
             pictures.addItem(new QListWidgetItem(QIcon(picture), QStringLiteral("picture")));
             pictures.show();
-            const QList<QAbstractItemView*> listViews = {&pFrame->ThreadView(),
-                                                         &pFrame->DetailView(),
-                                                         &frame.m_wndCachePane.Tree(),
-                                                         windows.findChild<QTreeWidget*>(),
-                                                         &commands,
-                                                         &pictures};
-            for (QAbstractItemView* pView : listViews) {
+            const QList<QAbstractItemView*> views = {&child->ThreadView(),
+                                                     &child->DetailView(),
+                                                     &frame.m_wndCachePane.Tree(),
+                                                     windows.findChild<QTreeWidget*>(),
+                                                     &commands,
+                                                     &pictures};
+            for (QAbstractItemView* view : views) {
                 // In the thread tree the process whose calls and caches are shown.
-                const QModelIndex index = pView->model()->index(pView->model()->rowCount() - 1, 0);
+                const QModelIndex index = view->model()->index(view->model()->rowCount() - 1, 0);
                 QVERIFY(!qvariant_cast<QIcon>(index.data(Qt::DecorationRole)).isNull());
-                pView->scrollTo(index);
-                pView->selectionModel()->clear();
-                const int nPlain = SolidPixelsShown(*pView, index);
-                QVERIFY(nPlain > 20);
-                pView->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                                                    QItemSelectionModel::Rows);
-                for (const bool bFocus : {true, false}) {
-                    pView->window()->activateWindow();
-                    if (bFocus)
-                        pView->setFocus();
-                    else
-                        pView->clearFocus();
-                    const int nSelected = SolidPixelsShown(*pView, index);
-                    QVERIFY2(nSelected == nPlain, qPrintable(QStringLiteral("%1 %2 %3: %4 of %5")
-                                                                 .arg(nLook)
-                                                                 .arg(pView->metaObject()->className())
-                                                                 .arg(bFocus)
-                                                                 .arg(nSelected)
-                                                                 .arg(nPlain)));
+                view->scrollTo(index);
+                view->selectionModel()->clear();
+                const int plain = SolidPixelsShown(*view, index);
+                QVERIFY(plain > 20);
+                view->selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                                                   QItemSelectionModel::Rows);
+                for (const bool focus : {true, false}) {
+                    view->window()->activateWindow();
+                    if (focus) {
+                        view->setFocus();
+                    } else {
+                        view->clearFocus();
+                    }
+                    const int selected = SolidPixelsShown(*view, index);
+                    QVERIFY2(selected == plain, qPrintable(QStringLiteral("%1 %2 %3: %4 of %5")
+                                                               .arg(look)
+                                                               .arg(view->metaObject()->className())
+                                                               .arg(focus)
+                                                               .arg(selected)
+                                                               .arg(plain)));
                 }
             }
         }

@@ -17,14 +17,15 @@ namespace {
 // The program as it is, with its own templates.
 class CRealRun {
 public:
-    explicit CRealRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {
+    explicit CRealRun(const QTemporaryDir& folder, std::vector<std::string> arguments = {}) {
         UseSettingsStore(ToUtf8(folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = AddDocTemplates;
-        m_bStarted = theApp().InitInstance(listArguments);
+        m_bStarted = theApp().InitInstance(arguments);
     }
     ~CRealRun() {
-        if (m_bStarted)
+        if (m_bStarted) {
             MainFrame()->close();
+        }
         theApp().ExitInstance();
     }
     bool m_bStarted = false;
@@ -55,28 +56,28 @@ private slots:
 
 #ifndef Q_OS_WIN
     void aNameThatIsNoUtf8OpensFromEverywhere() {
-        const std::string strName = m_pFolder->path().toStdString() + "/\xff\xc3\xa4\xe2\x82.log";
-        std::filesystem::copy_file(m_strLog.toStdString(), strName);
+        const std::string name = m_pFolder->path().toStdString() + "/\xff\xc3\xa4\xe2\x82.log";
+        std::filesystem::copy_file(m_strLog.toStdString(), name);
         CFakeInterface user;
         {
-            const CRealRun run(*m_pFolder, {strName});
+            const CRealRun run(*m_pFolder, {name});
             QVERIFY(run.m_bStarted);
-            QCOMPARE(Session().m_strLogPath, strName);
-            QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), strName);
-            const CDocument* pDocument = MainFrame()->ActiveChild()->GetActiveDocument();
-            QCOMPARE(theApp().OpenDocumentFile(PathToQString(strName)), pDocument); // it is open already
+            QCOMPARE(Session().m_strLogPath, name);
+            QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), name);
+            const CDocument* document = MainFrame()->ActiveChild()->GetActiveDocument();
+            QCOMPARE(theApp().OpenDocumentFile(PathToQString(name)), document); // it is open already
         }
         // After a restart from the recent files, then as a drop brings it.
         const CRealRun run(*m_pFolder);
-        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), strName);
+        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), name);
         QVERIFY(theApp().OpenDocumentFile(PathToQString(theApp().m_recentFiles.m_listPaths.front())) !=
                 nullptr);
-        QCOMPARE(Session().m_strLogPath, strName);
-        const QByteArray strAddress =
+        QCOMPARE(Session().m_strLogPath, name);
+        const QByteArray address =
             "file://" + QByteArray::fromStdString(m_pFolder->path().toStdString()) + "/%ff%c3%a4%e2%82.log";
-        QCOMPARE(PathOf(PathOfUrl(QUrl::fromEncoded(strAddress))), strName);
+        QCOMPARE(PathOf(PathOfUrl(QUrl::fromEncoded(address))), name);
         QVERIFY(user.m_listMessages.filter(QStringLiteral("Failed")).isEmpty());
-        std::filesystem::remove(strName); // the toolkit cannot
+        std::filesystem::remove(name); // the toolkit cannot
     }
 
     void openAsTextHandsTheWholePathToTheSystem() {
@@ -87,23 +88,23 @@ private slots:
             "#!/bin/sh\nprintf '%s' \"$1\" > \"${0%/*}/part\"; mv \"${0%/*}/part\" \"${0%/*}/called\"\n");
         program.close();
         program.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        const QByteArray strOldPath = qgetenv("PATH");
-        qputenv("PATH", m_pFolder->path().toUtf8() + ":" + strOldPath);
-        const QString strOldFolder = QDir::currentPath();
+        const QByteArray oldPath = qgetenv("PATH");
+        qputenv("PATH", m_pFolder->path().toUtf8() + ":" + oldPath);
+        const QString oldFolder = QDir::currentPath();
         QDir::setCurrent(m_pFolder->path());
-        const QString strName = QStringLiteral("http:%2e #x?.log");
-        QVERIFY(QFile::copy(m_strLog, strName));
+        const QString name = QStringLiteral("http:%2e #x?.log");
+        QVERIFY(QFile::copy(m_strLog, name));
         {
-            const CRealRun run(*m_pFolder, {strName.toStdString()});
+            const CRealRun run(*m_pFolder, {name.toStdString()});
             QVERIFY(run.m_bStarted);
             MainFrame()->RunCommand(ID_SESSION_OPEN_AS_TEXT);
             QFile called(m_pFolder->filePath(QStringLiteral("called")));
             QTRY_VERIFY(called.exists());
             QVERIFY(called.open(QIODevice::ReadOnly));
-            QCOMPARE(QString::fromUtf8(called.readAll()), QDir::currentPath() + QLatin1Char('/') + strName);
+            QCOMPARE(QString::fromUtf8(called.readAll()), QDir::currentPath() + QLatin1Char('/') + name);
         }
-        QDir::setCurrent(strOldFolder);
-        qputenv("PATH", strOldPath);
+        QDir::setCurrent(oldFolder);
+        qputenv("PATH", oldPath);
     }
 #endif
 
@@ -143,12 +144,12 @@ private slots:
     void closingASessionEmptiesItsFindRowsAndTheCaptions() {
         CFakeInterface user;
         const CRealRun run(*m_pFolder, {m_strLog.toStdString()});
-        CMDIChildWnd* pChild = MainFrame()->ActiveChild();
+        CMDIChildWnd* child = MainFrame()->ActiveChild();
         CFindPane& find = MainFrame()->m_wndFindPane;
         find.OnFind(); // without a text: everything
         QVERIFY(find.List().Model().rowCount() > 0);
         MainFrame()->m_wndErrorPane.SetCaption(QStringLiteral(" Process: 1"));
-        pChild->CloseWindow();
+        child->CloseWindow();
         QCOMPARE(find.List().Model().rowCount(), 0);
         QCOMPARE(MainFrame()->m_wndErrorPane.GetCaption(), QString());
         QCOMPARE(MainFrame()->MenuState(), EMenuState::NoWindow);

@@ -17,10 +17,10 @@ namespace carvelot::test {
 
 class CSessionRun {
 public:
-    explicit CSessionRun(const std::vector<std::string>& listArguments = {}) {
+    explicit CSessionRun(const std::vector<std::string>& arguments = {}) {
         UseSettingsStore(ToUtf8(m_folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = AddDocTemplates;
-        Start(listArguments);
+        Start(arguments);
     }
     ~CSessionRun() { Stop(); }
     // Ends the program and starts it again with the settings that it left.
@@ -30,35 +30,37 @@ public:
     }
 
     CMainFrame& Frame() const { return *MainFrame(); }
-    QString Path(const QString& strName) const { return m_folder.filePath(strName); }
-    QString Write(const QString& strName, const std::vector<std::string>& listLines) const {
-        return WriteBytes(strName, TestSession::Joined(listLines));
+    QString Path(const QString& name) const { return m_folder.filePath(name); }
+    QString Write(const QString& name, const std::vector<std::string>& lines) const {
+        return WriteBytes(name, TestSession::Joined(lines));
     }
-    QString WriteBytes(const QString& strName, const std::string& strBytes) const {
-        QFile file(Path(strName));
-        if (!file.open(QIODevice::WriteOnly))
+    QString WriteBytes(const QString& name, const std::string& bytes) const {
+        QFile file(Path(name));
+        if (!file.open(QIODevice::WriteOnly)) {
             return {};
-        file.write(strBytes.data(), static_cast<qint64>(strBytes.size()));
+        }
+        file.write(bytes.data(), static_cast<qint64>(bytes.size()));
         return file.fileName();
     }
-    QByteArray Read(const QString& strName) const {
-        QFile file(Path(strName));
+    QByteArray Read(const QString& name) const {
+        QFile file(Path(name));
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     // Opens a file as the Open command does; null when no window came of it.
-    CChildFrame* Open(const QString& strPath) {
-        m_user.m_strOpenAnswer = strPath;
-        const QList<CMDIChildWnd*> listBefore = Frame().ClientArea().Children();
+    CChildFrame* Open(const QString& path) {
+        m_user.m_strOpenAnswer = path;
+        const QList<CMDIChildWnd*> before = Frame().ClientArea().Children();
         Frame().RunCommand(ID_FILE_OPEN);
         QCoreApplication::processEvents();
-        for (CMDIChildWnd* pChild : Frame().ClientArea().Children()) {
-            if (!listBefore.contains(pChild))
-                return qobject_cast<CChildFrame*>(pChild);
+        for (CMDIChildWnd* child : Frame().ClientArea().Children()) {
+            if (!before.contains(child)) {
+                return qobject_cast<CChildFrame*>(child);
+            }
         }
         return nullptr;
     }
-    CChildFrame* Open(const QString& strName, const std::vector<std::string>& listLines) {
-        return Open(Write(strName, listLines));
+    CChildFrame* Open(const QString& name, const std::vector<std::string>& lines) {
+        return Open(Write(name, lines));
     }
     // Lets what was closed be destroyed.
     static void Settle() {
@@ -76,18 +78,20 @@ public:
     bool m_bStarted = false;
 
 private:
-    void Start(const std::vector<std::string>& listArguments) {
-        m_bStarted = theApp().InitInstance(listArguments);
-        if (!m_bStarted)
+    void Start(const std::vector<std::string>& arguments) {
+        m_bStarted = theApp().InitInstance(arguments);
+        if (!m_bStarted) {
             return;
+        }
         Frame().resize(1200, 800);
         (void)QTest::qWaitForWindowExposed(&Frame());
         Frame().activateWindow();
         m_user.m_listMessages.clear();
     }
     static void Stop() {
-        if (MainFrame() != nullptr)
+        if (MainFrame() != nullptr) {
             MainFrame()->close();
+        }
         theApp().ExitInstance();
     }
 
@@ -110,30 +114,32 @@ protected:
 };
 
 // A line of a debug log; where it says nothing else, of process 5 and its thread 6.
-inline std::string Line(const char* pszTime, const char* pszText, const char* pszIds = "5/6") {
-    return DebugLine(pszTime, pszText, pszIds);
+inline std::string Line(const char* time, const char* text, const char* ids = "5/6") {
+    return DebugLine(time, text, ids);
 }
 
 // The model as indented text, one node a line.
-inline QString TreeText(const QAbstractItemModel& model, const QModelIndex& parent = {}, int nDepth = 0) {
-    QString strText;
-    for (int nRow = 0; nRow < model.rowCount(parent); ++nRow) {
-        const QModelIndex index = model.index(nRow, 0, parent);
-        strText += QString(nDepth, QLatin1Char(' ')) + index.data().toString() + QLatin1Char('\n');
-        strText += TreeText(model, index, nDepth + 1);
+inline QString TreeText(const QAbstractItemModel& model, const QModelIndex& parent = {}, int depth = 0) {
+    QString text;
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        text += QString(depth, QLatin1Char(' ')) + index.data().toString() + QLatin1Char('\n');
+        text += TreeText(model, index, depth + 1);
     }
-    return strText;
+    return text;
 }
 
 // The first node whose text contains this, in the order of the tree.
-inline QModelIndex FindNode(const QAbstractItemModel& model, const QString& strText,
+inline QModelIndex FindNode(const QAbstractItemModel& model, const QString& text,
                             const QModelIndex& parent = {}) {
-    for (int nRow = 0; nRow < model.rowCount(parent); ++nRow) {
-        const QModelIndex index = model.index(nRow, 0, parent);
-        if (index.data().toString().contains(strText))
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex index = model.index(row, 0, parent);
+        if (index.data().toString().contains(text)) {
             return index;
-        if (const QModelIndex below = FindNode(model, strText, index); below.isValid())
+        }
+        if (const QModelIndex below = FindNode(model, text, index); below.isValid()) {
             return below;
+        }
     }
     return {};
 }
@@ -146,9 +152,9 @@ inline QPoint PointOf(QTreeView& view, const QModelIndex& index) {
     return {std::max(rect.left(), 0) + 20, rect.center().y()};
 }
 
-inline void Click(QTreeView& view, const QModelIndex& index, Qt::MouseButton nButton = Qt::LeftButton,
-                  Qt::KeyboardModifiers nKeys = {}) {
-    QTest::mouseClick(view.viewport(), nButton, nKeys, PointOf(view, index));
+inline void Click(QTreeView& view, const QModelIndex& index, Qt::MouseButton button = Qt::LeftButton,
+                  Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(view.viewport(), button, keys, PointOf(view, index));
 }
 
 inline void DoubleClick(QTreeView& view, const QModelIndex& index) {
@@ -157,49 +163,52 @@ inline void DoubleClick(QTreeView& view, const QModelIndex& index) {
     QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, point);
 }
 
-inline void DoubleClick(CListCtrl& list, int nRow) { DoubleClick(list, list.Model().index(nRow, 0)); }
+inline void DoubleClick(CListCtrl& list, int row) { DoubleClick(list, list.Model().index(row, 0)); }
 
-inline void AskForMenu(QWidget& widget, const QPoint& point, QContextMenuEvent::Reason nReason) {
-    QContextMenuEvent event(nReason, point, widget.mapToGlobal(point));
+inline void AskForMenu(QWidget& widget, const QPoint& point, QContextMenuEvent::Reason reason) {
+    QContextMenuEvent event(reason, point, widget.mapToGlobal(point));
     QApplication::sendEvent(&widget, &event);
 }
 
 // Whoever clicks in a session that is behind another one's tab brings it to the front first.
-inline void Select(CChildFrame* pFrame, const char* pszNode) {
-    if (!pFrame->isVisible())
-        MainFrame()->ClientArea().Activate(*pFrame);
-    Click(pFrame->ThreadView(), FindNode(pFrame->ThreadView().Model(), QLatin1String(pszNode)));
+inline void Select(CChildFrame* frame, const char* node) {
+    if (!frame->isVisible()) {
+        MainFrame()->ClientArea().Activate(*frame);
+    }
+    Click(frame->ThreadView(), FindNode(frame->ThreadView().Model(), QLatin1String(node)));
 }
 
-inline void ClickHeader(CListCtrl& list, int nColumn) {
+inline void ClickHeader(CListCtrl& list, int column) {
     const QHeaderView& header = *list.header();
-    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
-                      QPoint(header.sectionViewportPosition(nColumn) + header.sectionSize(nColumn) / 2,
-                             header.height() / 2));
+    QTest::mouseClick(
+        header.viewport(), Qt::LeftButton, {},
+        QPoint(header.sectionViewportPosition(column) + header.sectionSize(column) / 2, header.height() / 2));
 }
 
 // The rows of a list, their cells divided by bars.
 inline QStringList Rows(CListCtrl& list) {
-    QStringList listRows;
-    for (int nRow = 0; nRow < list.Model().rowCount(); ++nRow) {
-        QStringList listCells;
-        for (int nColumn = 0; nColumn < list.Model().columnCount(); ++nColumn)
-            listCells << list.Model().index(nRow, nColumn).data().toString();
-        listRows << listCells.join(QLatin1Char('|'));
+    QStringList rows;
+    for (int row = 0; row < list.Model().rowCount(); ++row) {
+        QStringList cells;
+        for (int column = 0; column < list.Model().columnCount(); ++column) {
+            cells << list.Model().index(row, column).data().toString();
+        }
+        rows << cells.join(QLatin1Char('|'));
     }
-    return listRows;
+    return rows;
 }
 
-inline QString Title(CListCtrl& list, int nColumn) {
-    return list.Model().headerData(nColumn, Qt::Horizontal, Qt::DisplayRole).toString();
+inline QString Title(CListCtrl& list, int column) {
+    return list.Model().headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
 }
 
 // Which picture a node shows, by its place in the strip; -1 for none of them.
-inline int ImageOf(const QModelIndex& index, const QList<QIcon>& listImages) {
-    const qint64 nKey = qvariant_cast<QIcon>(index.data(Qt::DecorationRole)).cacheKey();
-    for (qsizetype n = 0; n < listImages.size(); ++n) {
-        if (listImages[n].cacheKey() == nKey)
+inline int ImageOf(const QModelIndex& index, const QList<QIcon>& images) {
+    const qint64 key = qvariant_cast<QIcon>(index.data(Qt::DecorationRole)).cacheKey();
+    for (qsizetype n = 0; n < images.size(); ++n) {
+        if (images[n].cacheKey() == key) {
             return static_cast<int>(n);
+        }
     }
     return -1;
 }

@@ -16,18 +16,19 @@ namespace {
 
 // "a b | c": the groups and their tabs.
 QString Groups(const CTabbedClientArea& area) {
-    QStringList listGroups;
-    for (const CTabGroup* pGroup : area.Groups()) {
-        QStringList listTabs;
-        for (int n = 0; n < pGroup->count(); ++n)
-            listTabs << pGroup->tabText(n);
-        listGroups << listTabs.join(QLatin1Char(' '));
+    QStringList groups;
+    for (const CTabGroup* group : area.Groups()) {
+        QStringList tabs;
+        for (int n = 0; n < group->count(); ++n) {
+            tabs << group->tabText(n);
+        }
+        groups << tabs.join(QLatin1Char(' '));
     }
-    return listGroups.join(QLatin1String(" | "));
+    return groups.join(QLatin1String(" | "));
 }
 
-void Drag(CTabBar& bar, int nTab, const QPoint& screen) {
-    const QPoint from = bar.tabRect(nTab).center();
+void Drag(CTabBar& bar, int tab, const QPoint& screen) {
+    const QPoint from = bar.tabRect(tab).center();
     QTest::mousePress(&bar, Qt::LeftButton, {}, from);
     const QPoint to = bar.mapFromGlobal(screen);
     for (const QPoint& point : {from + QPoint(0, 60), to}) {
@@ -52,8 +53,8 @@ public:
     QPaintEngine* paintEngine() const override { return &m_engine; }
 
 protected:
-    int metric(PaintDeviceMetric nMetric) const override {
-        switch (nMetric) {
+    int metric(PaintDeviceMetric which) const override {
+        switch (which) {
         case PdmWidth:
         case PdmHeight:
             return 4000;
@@ -80,8 +81,9 @@ private:
         bool begin(QPaintDevice*) override { return true; }
         bool end() override { return true; }
         void updateState(const QPaintEngineState& state) override {
-            if (state.state() & DirtyTransform)
+            if (state.state() & DirtyTransform) {
                 m_transform = state.transform();
+            }
         }
         void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
         void drawPath(const QPainterPath&) override {}
@@ -104,12 +106,13 @@ private:
 QString TextIn(QWidget& widget, const QRect& part) {
     CTextPaper paper;
     widget.render(&paper, {}, {}, QWidget::DrawChildren);
-    QString strText;
-    for (const CTextPaper::CText& text : paper.m_listTexts) {
-        if (QRectF(part).contains(text.m_rect))
-            strText += text.m_strText;
+    QString text;
+    for (const CTextPaper::CText& drawn : paper.m_listTexts) {
+        if (QRectF(part).contains(drawn.m_rect)) {
+            text += drawn.m_strText;
+        }
     }
-    return strText;
+    return text;
 }
 
 } // namespace
@@ -130,62 +133,64 @@ private slots:
 
     void aNewWindowComesBehindTheOthersOfItsGroupAndToTheFront() {
         m_pRun->Open("a");
-        CTestFrame* pSecond = m_pRun->Open("b");
+        CTestFrame* second = m_pRun->Open("b");
         QCOMPARE(Groups(Area()), QStringLiteral("a b"));
-        QCOMPARE(Area().ActiveChild(), pSecond);
-        QCOMPARE(pSecond->m_nFocused, 1);
+        QCOMPARE(Area().ActiveChild(), second);
+        QCOMPARE(second->m_nFocused, 1);
     }
 
     void withoutASessionTheWindowSaysHowToOpenOne() {
-        const QString strHint = QStringLiteral("Open a debug log with Ctrl+O, or drop one here.");
-        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), strHint);
-        const auto fnShowsText = [this] {
+        const QString hint = QStringLiteral("Open a debug log with Ctrl+O, or drop one here.");
+        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), hint);
+        const auto showsText = [this] {
             const QImage picture = Area().grab().toImage();
-            const QRgb nText = CurrentLook().m_workspaceText.rgb();
-            for (int nY = 0; nY < picture.height(); ++nY) {
-                for (int nX = 0; nX < picture.width(); ++nX) {
-                    if (picture.pixel(nX, nY) == nText)
+            const QRgb text = CurrentLook().m_workspaceText.rgb();
+            for (int y = 0; y < picture.height(); ++y) {
+                for (int x = 0; x < picture.width(); ++x) {
+                    if (picture.pixel(x, y) == text) {
                         return true;
+                    }
                 }
             }
             return false;
         };
-        QVERIFY(fnShowsText());
-        CTestFrame* pChild = m_pRun->Open("a");
+        QVERIFY(showsText());
+        CTestFrame* child = m_pRun->Open("a");
         QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), QString());
-        pChild->close();
-        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), strHint);
-        QVERIFY(fnShowsText());
+        child->close();
+        QCOMPARE(QAccessible::queryAccessibleInterface(&Area())->text(QAccessible::Name), hint);
+        QVERIFY(showsText());
     }
 
     // The contrast is that of the guidelines for accessible contents.
     void whatTheEmptyWindowSaysIsLegibleInEveryLook() {
-        const auto fnLight = [](const QColor& color) {
-            const auto fnPart = [](float fPart) {
-                return fPart <= 0.04045F ? fPart / 12.92F : std::pow((fPart + 0.055F) / 1.055F, 2.4F);
+        const auto light = [](const QColor& color) {
+            const auto part = [](float fraction) {
+                return fraction <= 0.04045F ? fraction / 12.92F
+                                            : std::pow((fraction + 0.055F) / 1.055F, 2.4F);
             };
-            return 0.2126F * fnPart(color.redF()) + 0.7152F * fnPart(color.greenF()) +
-                   0.0722F * fnPart(color.blueF());
+            return 0.2126F * part(color.redF()) + 0.7152F * part(color.greenF()) +
+                   0.0722F * part(color.blueF());
         };
-        for (const int nId : LookIds()) {
-            Frame().OnApplicationLook(nId);
+        for (const int id : LookIds()) {
+            Frame().OnApplicationLook(id);
             const CLook& look = CurrentLook();
             for (const QColor& back : {look.m_workspace.m_from, look.m_workspace.m_to}) {
-                const auto [fDark, fLight] = std::minmax({fnLight(look.m_workspaceText), fnLight(back)});
-                const float fContrast = (fLight + 0.05F) / (fDark + 0.05F);
-                QVERIFY2(fContrast >= 4.5F, qPrintable(QStringLiteral("%1: %2").arg(nId).arg(fContrast)));
+                const auto [darkest, lightest] = std::minmax({light(look.m_workspaceText), light(back)});
+                const float contrast = (lightest + 0.05F) / (darkest + 0.05F);
+                QVERIFY2(contrast >= 4.5F, qPrintable(QStringLiteral("%1: %2").arg(id).arg(contrast)));
             }
         }
     }
 
     void aFileThatIsOpenAlreadyIsActivated() {
-        const QString strPath = m_pFolder->filePath(QStringLiteral("log"));
-        QFile file(strPath);
+        const QString logPath = m_pFolder->filePath(QStringLiteral("log"));
+        QFile file(logPath);
         QVERIFY(file.open(QIODevice::WriteOnly));
-        CDocument* pFirst = theApp().OpenDocumentFile(strPath);
+        CDocument* first = theApp().OpenDocumentFile(logPath);
         m_pRun->Open("b");
-        QCOMPARE(theApp().OpenDocumentFile(strPath), pFirst);
-        QCOMPARE(Area().ActiveChild(), pFirst->GetFrame());
+        QCOMPARE(theApp().OpenDocumentFile(logPath), first);
+        QCOMPARE(Area().ActiveChild(), first->GetFrame());
         QCOMPARE(Area().Children().size(), 2);
     }
 
@@ -221,9 +226,9 @@ private slots:
 
     void aGroupThatLosesItsLastTabGoes() {
         m_pRun->Open("a");
-        CTestFrame* pSecond = m_pRun->Open("b");
+        CTestFrame* second = m_pRun->Open("b");
         Area().MakeGroup(Qt::Vertical);
-        pSecond->CloseWindow();
+        second->CloseWindow();
         QCOMPARE(Groups(Area()), QStringLiteral("a"));
         QCOMPARE(Area().ActiveChild()->windowTitle(), QStringLiteral("a"));
     }
@@ -231,14 +236,14 @@ private slots:
     void aTabDraggedOverAnotherGroupMovesThere() {
         m_pRun->Open("a");
         m_pRun->Open("b");
-        CTestFrame* pThird = m_pRun->Open("c");
+        CTestFrame* third = m_pRun->Open("c");
         Area().MakeGroup(Qt::Vertical);
         QTest::qWait(20);
         CTabGroup& second = *Area().Groups()[1];
         Drag(Area().Groups()[0]->Bar(), 0, second.mapToGlobal(second.rect().center()));
         QCOMPARE(Groups(Area()), QStringLiteral("b | c a"));
         QCOMPARE(Area().ActiveChild()->windowTitle(), QStringLiteral("a"));
-        QVERIFY(pThird != nullptr);
+        QVERIFY(third != nullptr);
     }
 
     void theLastTabOfAGroupCanBeDraggedAwayToo() {
@@ -271,46 +276,46 @@ private slots:
     }
 
     void aClickOnATabActivatesItsWindow() {
-        CTestFrame* pFirst = m_pRun->Open("a");
+        CTestFrame* first = m_pRun->Open("a");
         m_pRun->Open("b");
         CTabBar& bar = Area().Groups()[0]->Bar();
-        const int nBefore = pFirst->m_nFocused;
+        const int before = first->m_nFocused;
         QTest::mouseClick(&bar, Qt::LeftButton, {}, bar.tabRect(0).center());
-        QCOMPARE(Area().ActiveChild(), pFirst);
-        QVERIFY(pFirst->m_nFocused > nBefore);
+        QCOMPARE(Area().ActiveChild(), first);
+        QVERIFY(first->m_nFocused > before);
         QCOMPARE(Frame().windowTitle(), QStringLiteral("a - Carvelot"));
     }
 
     void focusInAnotherGroupBringsItsWindowToTheFront() {
-        CTestFrame* pFirst = m_pRun->Open("a");
+        CTestFrame* first = m_pRun->Open("a");
         m_pRun->Open("b");
         Area().MakeGroup(Qt::Vertical);
         Frame().activateWindow();
-        pFirst->m_edits[1]->setFocus();
-        QCOMPARE(Area().ActiveChild(), pFirst);
+        first->m_edits[1]->setFocus();
+        QCOMPARE(Area().ActiveChild(), first);
         // Coming back later, the focus is where it was.
         Area().ActivateNext(true);
-        Area().Activate(*pFirst);
-        QCOMPARE(QApplication::focusWidget(), pFirst->m_edits[1]);
+        Area().Activate(*first);
+        QCOMPARE(QApplication::focusWidget(), first->m_edits[1]);
     }
 
     void theTabsMenuClosesItsWindow() {
         m_pRun->Open("a");
         m_pRun->Open("b");
-        const int nClosed = CTestFrame::s_nClosed;
+        const int closed = CTestFrame::s_nClosed;
         m_pUser->m_strMenuChoice = QStringLiteral("&Close");
         CTabBar& bar = Area().Groups()[0]->Bar();
         QContextMenuEvent event(QContextMenuEvent::Mouse, bar.tabRect(0).center(),
                                 bar.mapToGlobal(QPoint(0, 0)));
         QCoreApplication::sendEvent(&bar, &event);
         QCOMPARE(Groups(Area()), QStringLiteral("b"));
-        QCOMPARE(CTestFrame::s_nClosed, nClosed + 1);
+        QCOMPARE(CTestFrame::s_nClosed, closed + 1);
         QCOMPARE(m_pUser->m_listMenuTexts.size(), 1);
     }
 
     void aTitleThatChangesShowsOnTabWindowAndFrame() {
-        CTestFrame* pFirst = m_pRun->Open("a");
-        pFirst->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 1 & 2"));
+        CTestFrame* first = m_pRun->Open("a");
+        first->GetActiveDocument()->SetTitle(QStringLiteral("a - Process: 1 & 2"));
         QCOMPARE(Area().Groups()[0]->tabText(0), QStringLiteral("a - Process: 1 && 2"));
         QCOMPARE(Area().Groups()[0]->tabToolTip(0), QStringLiteral("a - Process: 1 & 2"));
         QCOMPARE(Frame().windowTitle(), QStringLiteral("a - Process: 1 & 2 - Carvelot"));
@@ -334,35 +339,36 @@ private slots:
     void aTabThatIsTooNarrowLosesThePathsBeginningAndNeverTheFilesName() {
         QFETCH(QString, name);
         QFETCH(QString, selected);
-        const QString strPath =
+        const QString logPath =
             QStringLiteral("/home/annika/jde/logs/of/the/enterprise/server/in/the/cellar/") + name;
-        const QByteArray path = strPath.toUtf8();
-        CTestFrame* pChild = m_pRun->Open(path);
-        pChild->GetActiveDocument()->SetTitle(strPath + selected);
+        const QByteArray path = logPath.toUtf8();
+        CTestFrame* child = m_pRun->Open(path);
+        child->GetActiveDocument()->SetTitle(logPath + selected);
         m_pRun->Open("other");
-        for (const int nId : LookIds()) {
-            Frame().OnApplicationLook(nId);
-            for (const bool bFront : {true, false}) {
-                if (bFront)
-                    Area().Activate(*pChild);
-                CTabBar& bar = Area().GroupOf(*pChild)->Bar();
-                const QString strShown = TextIn(bar, bar.tabRect(0));
-                QVERIFY2(strShown.startsWith(u'\u2026'), qPrintable(strShown));
-                QVERIFY2((strPath + selected).endsWith(strShown.mid(1)), qPrintable(strShown));
-                QVERIFY2(strShown.endsWith(name + selected), qPrintable(strShown));
-                QCOMPARE(bar.tabToolTip(0), strPath + selected);
+        for (const int id : LookIds()) {
+            Frame().OnApplicationLook(id);
+            for (const bool front : {true, false}) {
+                if (front) {
+                    Area().Activate(*child);
+                }
+                CTabBar& bar = Area().GroupOf(*child)->Bar();
+                const QString shown = TextIn(bar, bar.tabRect(0));
+                QVERIFY2(shown.startsWith(u'\u2026'), qPrintable(shown));
+                QVERIFY2((logPath + selected).endsWith(shown.mid(1)), qPrintable(shown));
+                QVERIFY2(shown.endsWith(name + selected), qPrintable(shown));
+                QCOMPARE(bar.tabToolTip(0), logPath + selected);
                 Area().Activate(*Area().Children().constLast());
             }
         }
     }
 
     void aClosedWindowTakesItsDocumentAlong() {
-        CTestFrame* pFirst = m_pRun->Open("a");
-        const QPointer<CDocument> pDocument = pFirst->GetActiveDocument();
-        pFirst->close();
+        CTestFrame* first = m_pRun->Open("a");
+        const QPointer<CDocument> document = first->GetActiveDocument();
+        first->close();
         QVERIFY(Area().Children().isEmpty());
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QVERIFY(pDocument.isNull());
+        QVERIFY(document.isNull());
     }
 
 private:

@@ -35,20 +35,20 @@ constexpr const char* kNewYear1901 = "1901-01-01";
 
 // A profile file's bytes as far as they are ours to keep: the system's own call sets blanks around "=", line
 // ends and empty lines as it likes.
-std::string Content(std::string strBytes) {
+std::string Content(std::string bytes) {
 #ifdef Q_OS_WIN
-    QStringList listLines;
-    for (const QString& strLine : QString::fromStdString(strBytes).split(u'\n')) {
-        const qsizetype nEquals = strLine.indexOf(u'=');
-        const QString strTidy =
-            nEquals < 0 ? strLine.trimmed()
-                        : strLine.left(nEquals).trimmed() + u'=' + strLine.mid(nEquals + 1).trimmed();
-        if (!strTidy.isEmpty())
-            listLines << strTidy;
+    QStringList lines;
+    for (const QString& line : QString::fromStdString(bytes).split(u'\n')) {
+        const qsizetype equals = line.indexOf(u'=');
+        const QString tidy =
+            equals < 0 ? line.trimmed() : line.left(equals).trimmed() + u'=' + line.mid(equals + 1).trimmed();
+        if (!tidy.isEmpty()) {
+            lines << tidy;
+        }
     }
-    strBytes = listLines.join(u'\n').toStdString();
+    bytes = lines.join(u'\n').toStdString();
 #endif
-    return strBytes;
+    return bytes;
 }
 
 } // namespace
@@ -78,9 +78,9 @@ private slots:
         QCOMPARE(Edit("Julian")->text(), QStringLiteral("125001"));
         Click("To Gregorian");
         QCOMPARE(Edit("GregorianResult")->text(), QString::fromLatin1(kNewYear2025));
-        for (const char* pszResult : {"GregorianResult", "JulianResult"}) {
-            QVERIFY(Edit(pszResult)->isReadOnly());
-            QVERIFY(Edit(pszResult)->palette().color(QPalette::Base) !=
+        for (const char* result : {"GregorianResult", "JulianResult"}) {
+            QVERIFY(Edit(result)->isReadOnly());
+            QVERIFY(Edit(result)->palette().color(QPalette::Base) !=
                     Edit("Julian")->palette().color(QPalette::Base));
         }
     }
@@ -91,10 +91,10 @@ private slots:
         Edit("Julian")->setText(QStringLiteral("366"));
         Click("To Gregorian");
         QCOMPARE(Edit("GregorianResult")->text(), QString::fromLatin1(kNewYear1901));
-        for (const char* pszText : {"", "12", "1234567", "000", "367"}) {
+        for (const char* text : {"", "12", "1234567", "000", "367"}) {
             user.m_listMessages.clear();
             Edit("GregorianResult")->setText(QStringLiteral("before"));
-            Edit("Julian")->setText(QString::fromLatin1(pszText));
+            Edit("Julian")->setText(QString::fromLatin1(text));
             Click("To Gregorian");
             QCOMPARE(user.m_listMessages, QStringList{"Invalid Julian Date"});
             QCOMPARE(Edit("GregorianResult")->text(), QString());
@@ -104,12 +104,12 @@ private slots:
     void aPickedDateIsConvertedWhateverItsTime() {
         const QDate before = QDate::currentDate();
         Show(std::make_unique<CConvertDates>());
-        auto* pDate = m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
-        QVERIFY(pDate->date() >= before && pDate->date() <= QDate::currentDate());
-        pDate->setDateTime(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)));
+        auto* date = m_pDialog->findChild<QDateTimeEdit*>(QStringLiteral("Date"));
+        QVERIFY(date->date() >= before && date->date() <= QDate::currentDate());
+        date->setDateTime(QDateTime(QDate(2024, 2, 29), QTime(23, 59, 59)));
         Click("To Julian");
         QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("124060"));
-        pDate->setDate(QDate(1899, 12, 31));
+        date->setDate(QDate(1899, 12, 31));
         Click("To Julian");
         QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("-1365"));
         Click("OK");
@@ -118,23 +118,25 @@ private slots:
 
     // The parts in the order of the user's form, with or without what stands between them.
     void aDateIsTypedOverFromAClickOnItsFirstPartOrFromAllOfItSelected() {
-        for (const bool bSigns : {false, true}) {
-            for (const bool bClick : {true, false}) {
+        for (const bool signs : {false, true}) {
+            for (const bool click : {true, false}) {
                 QDateTimeEdit& date = ShowDate(QDate(2026, 11, 30));
-                QString strKeys;
-                for (int nPart = 0; nPart < 3 && !bSigns; ++nPart) {
-                    const QDateTimeEdit::Section part = date.sectionAt(nPart);
-                    strKeys += part == QDateTimeEdit::YearSection    ? QStringLiteral("2025")
-                               : part == QDateTimeEdit::MonthSection ? QStringLiteral("02")
-                                                                     : QStringLiteral("28");
+                QString keys;
+                for (int partNumber = 0; partNumber < 3 && !signs; ++partNumber) {
+                    const QDateTimeEdit::Section part = date.sectionAt(partNumber);
+                    keys += part == QDateTimeEdit::YearSection    ? QStringLiteral("2025")
+                            : part == QDateTimeEdit::MonthSection ? QStringLiteral("02")
+                                                                  : QStringLiteral("28");
                 }
-                if (bSigns)
-                    strKeys = date.locale().toString(QDate(2025, 2, 28), date.displayFormat());
-                if (bClick)
+                if (signs) {
+                    keys = date.locale().toString(QDate(2025, 2, 28), date.displayFormat());
+                }
+                if (click) {
                     ClickPart(date, 0);
-                else
+                } else {
                     QTest::keyClick(&date, Qt::Key_A, Qt::ControlModifier);
-                QTest::keyClicks(&date, strKeys);
+                }
+                QTest::keyClicks(&date, keys);
                 QCOMPARE(date.date(), QDate(2025, 2, 28));
                 Click("To Julian");
                 QCOMPARE(Edit("JulianResult")->text(), QStringLiteral("125059"));
@@ -144,9 +146,9 @@ private slots:
 
     void aClickOnAPartOfADateTypesOverThatPart() {
         QDateTimeEdit& date = ShowDate(QDate(2026, 11, 21));
-        for (int nPart = 0; nPart < 3; ++nPart) {
-            ClickPart(date, nPart);
-            QTest::keyClicks(&date, date.sectionAt(nPart) == QDateTimeEdit::YearSection ? "1999" : "10");
+        for (int partNumber = 0; partNumber < 3; ++partNumber) {
+            ClickPart(date, partNumber);
+            QTest::keyClicks(&date, date.sectionAt(partNumber) == QDateTimeEdit::YearSection ? "1999" : "10");
         }
         QCOMPARE(date.date(), QDate(1999, 10, 10));
         // A click again on the part that was typed last, and a click while a part is half typed.
@@ -163,21 +165,21 @@ private slots:
         ClickPart(date, 0);
         const std::pair<Qt::Key, int> steps[] = {{Qt::Key_Right, 1}, {Qt::Key_Right, 2}, {Qt::Key_Right, 2},
                                                  {Qt::Key_Left, 1},  {Qt::Key_Left, 0},  {Qt::Key_Left, 0}};
-        for (const auto& [nKey, nPart] : steps) {
-            QTest::keyClick(&date, nKey);
-            QCOMPARE(date.currentSectionIndex(), nPart);
+        for (const auto& [key, partNumber] : steps) {
+            QTest::keyClick(&date, key);
+            QCOMPARE(date.currentSectionIndex(), partNumber);
             QCOMPARE(date.findChild<QLineEdit*>()->selectedText(), date.sectionText(date.currentSection()));
         }
     }
 
     void aFullPartWithTheCaretInItIsTypedOverToo() {
         QDateTimeEdit& date = ShowDate(QDate(2026, 11, 21));
-        for (const Qt::Key nKey : {Qt::Key_Home, Qt::Key_End}) {
+        for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End}) {
             date.setDate(QDate(2026, 11, 21));
             date.setFocus();
-            QTest::keyClick(&date, nKey);
-            const bool bYear = date.currentSection() == QDateTimeEdit::YearSection;
-            QTest::keyClicks(&date, bYear ? "2001" : "12");
+            QTest::keyClick(&date, key);
+            const bool year = date.currentSection() == QDateTimeEdit::YearSection;
+            QTest::keyClicks(&date, year ? "2001" : "12");
             QVERIFY(date.date() != QDate(2026, 11, 21));
         }
     }
@@ -198,8 +200,9 @@ private slots:
 
     void aLongListOfSpecFilesBeginsAtItsTop() {
         for (int n = 0; n < 60; ++n) {
-            for (const char* pszName : {"glbltbl.xdb", "dddict.xdb", "ddtext.xdb"})
-                WriteBelow(*m_pFolder, "jde/path" + std::to_string(100 + n) + "/spec/" + pszName, pszName);
+            for (const char* name : {"glbltbl.xdb", "dddict.xdb", "ddtext.xdb"}) {
+                WriteBelow(*m_pFolder, "jde/path" + std::to_string(100 + n) + "/spec/" + name, name);
+            }
         }
         m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path("jde") + "\n");
         Show(std::make_unique<CGBLTables>());
@@ -210,31 +213,32 @@ private slots:
     }
 
     void aPathThatIsTooLongForItsColumnShowsItsEnd() {
-        const std::string strDeep = "jde/" + std::string(60, 'x');
-        for (const char* pszFolder : {"/a", "/b"})
-            WriteBelow(*m_pFolder, strDeep + pszFolder + "/spec/glbltbl.xdb", "");
-        m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path(strDeep) + "\n");
+        const std::string deep = "jde/" + std::string(60, 'x');
+        for (const char* folder : {"/a", "/b"}) {
+            WriteBelow(*m_pFolder, deep + folder + "/spec/glbltbl.xdb", "");
+        }
+        m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path(deep) + "\n");
         Show(std::make_unique<CGBLTables>());
-        const auto fnPicture = [this](int nRow) {
+        const auto picture = [this](int row) {
             List().clearSelection();
-            const QRect rect = List().visualRect(List().model()->index(nRow, 0));
+            const QRect rect = List().visualRect(List().model()->index(row, 0));
             return List().viewport()->grab(rect).toImage();
         };
         List().setCurrentIndex({});
         QCOMPARE(List().header()->sectionSize(0), 250);
-        QVERIFY(fnPicture(0) != fnPicture(1));
+        QVERIFY(picture(0) != picture(1));
     }
 
     void theSizeHeaderKeepsTheOrderAndThePathHeaderTurnsItRound() {
         Install();
         Show(std::make_unique<CGBLTables>());
-        const QStringList listBefore = Names();
+        const QStringList before = Names();
         ClickHeader(1);
-        QCOMPARE(Names(), listBefore);
+        QCOMPARE(Names(), before);
         ClickHeader(0);
         ClickHeader(0);
-        QStringList listReversed(listBefore.rbegin(), listBefore.rend());
-        QCOMPARE(Names(), listReversed);
+        QStringList reversed(before.rbegin(), before.rend());
+        QCOMPARE(Names(), reversed);
     }
 
     void deleteSelectedDeletesTheSelectedRowsOnly() {
@@ -291,17 +295,18 @@ private slots:
     }
 
     void theListOfOptionsHasAFrame() {
-        int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+        int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
         const QPalette palette = QApplication::palette();
-        ApplyLook(LookOf(ID_APPLOOK_VS_2008, nOffice2007));
+        ApplyLook(LookOf(ID_APPLOOK_VS_2008, office2007));
         ShowSettings();
-        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
-        QVERIFY(pCombo != nullptr);
-        pCombo->showPopup();
-        const QImage image = pCombo->view()->window()->grab().toImage();
-        for (const QPoint& corner : {QPoint(0, 0), QPoint(image.width() - 1, image.height() - 1)})
+        auto* combo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QVERIFY(combo != nullptr);
+        combo->showPopup();
+        const QImage image = combo->view()->window()->grab().toImage();
+        for (const QPoint& corner : {QPoint(0, 0), QPoint(image.width() - 1, image.height() - 1)}) {
             QCOMPARE(image.pixelColor(corner), CurrentLook().m_border);
-        pCombo->hidePopup();
+        }
+        combo->hidePopup();
         m_pDialog.reset();
         QApplication::setStyle(QStringLiteral("fusion"));
         QApplication::setPalette(palette);
@@ -310,10 +315,11 @@ private slots:
     void theGridTakesAllButTheLastPixelsForTheButtons() {
         ShowSettings();
         m_pDialog->resize(700, 650);
-        const auto* pGrid = m_pDialog->findChild<CPropertyGrid*>();
-        QCOMPARE(pGrid->geometry(), QRect(0, 0, 700, 615));
-        for (const auto* pButton : m_pDialog->findChildren<QPushButton*>())
-            QVERIFY(pButton->mapTo(m_pDialog.get(), QPoint()).y() >= 615);
+        const auto* grid = m_pDialog->findChild<CPropertyGrid*>();
+        QCOMPARE(grid->geometry(), QRect(0, 0, 700, 615));
+        for (const auto* button : m_pDialog->findChildren<QPushButton*>()) {
+            QVERIFY(button->mapTo(m_pDialog.get(), QPoint()).y() >= 615);
+        }
     }
 
     void okWithoutAChangeWritesNothing() {
@@ -326,11 +332,11 @@ private slots:
 
     void aChosenOptionIsMarkedAppliedAndWrittenOnceMoreByOk() {
         ShowSettings();
-        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("Output"));
-        QVERIFY(pCombo != nullptr);
-        QVERIFY(!pCombo->isEditable());
-        QTest::keyClick(pCombo, Qt::Key_Down);
-        QTest::keyClick(pCombo, Qt::Key_Return);
+        auto* combo = qobject_cast<QComboBox*>(OpenEditor("Output"));
+        QVERIFY(combo != nullptr);
+        QVERIFY(!combo->isEditable());
+        QTest::keyClick(combo, Qt::Key_Down);
+        QTest::keyClick(combo, Qt::Key_Return);
         QCoreApplication::processEvents();
         QCOMPARE(Item("Output")->text(1), QStringLiteral("NONE"));
         QVERIFY(Item("Output")->font(1).bold());
@@ -348,23 +354,23 @@ private slots:
 
     void keysGoOverTheOptionsOfARowUntilEnterTakesOneAndEscapeNone() {
         ShowSettings();
-        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
-        QVERIFY(pCombo != nullptr);
-        QCOMPARE(pCombo->currentText(), QStringLiteral("3"));
-        QTest::keyClick(pCombo, Qt::Key_Down);
-        QTest::keyClick(pCombo, Qt::Key_Down);
-        QCOMPARE(QApplication::focusWidget(), pCombo);
-        QCOMPARE(pCombo->currentText(), QStringLiteral("5"));
+        auto* combo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QVERIFY(combo != nullptr);
+        QCOMPARE(combo->currentText(), QStringLiteral("3"));
+        QTest::keyClick(combo, Qt::Key_Down);
+        QTest::keyClick(combo, Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), combo);
+        QCOMPARE(combo->currentText(), QStringLiteral("5"));
         QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("3"));
-        QTest::keyClick(pCombo, Qt::Key_Escape);
+        QTest::keyClick(combo, Qt::Key_Escape);
         QCoreApplication::processEvents();
         QVERIFY(m_pDialog->isVisible());
         QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("3"));
         QVERIFY(!Item("UBEDebugLevel")->font(1).bold());
-        pCombo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
-        QTest::keyClick(pCombo, Qt::Key_Up);
-        QTest::keyClick(pCombo, Qt::Key_Up);
-        QTest::keyClick(pCombo, Qt::Key_Return);
+        combo = qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel"));
+        QTest::keyClick(combo, Qt::Key_Up);
+        QTest::keyClick(combo, Qt::Key_Up);
+        QTest::keyClick(combo, Qt::Key_Return);
         QCoreApplication::processEvents();
         QVERIFY(m_pDialog->isVisible());
         QCOMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("1"));
@@ -372,23 +378,23 @@ private slots:
 
     void anOptionOfTheOpenedListIsTakenAtOnce() {
         ShowSettings();
-        const QPointer<QComboBox> pCombo(qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel")));
-        QVERIFY(pCombo != nullptr);
-        pCombo->showPopup();
-        QTest::mouseClick(pCombo->view()->viewport(), Qt::LeftButton, {},
-                          pCombo->view()->visualRect(pCombo->model()->index(6, 0)).center());
+        const QPointer<QComboBox> combo(qobject_cast<QComboBox*>(OpenEditor("UBEDebugLevel")));
+        QVERIFY(combo != nullptr);
+        combo->showPopup();
+        QTest::mouseClick(combo->view()->viewport(), Qt::LeftButton, {},
+                          combo->view()->visualRect(combo->model()->index(6, 0)).center());
         QTRY_COMPARE(Item("UBEDebugLevel")->text(1), QStringLiteral("6"));
-        QTRY_VERIFY(pCombo == nullptr);
+        QTRY_VERIFY(combo == nullptr);
     }
 
     void typingIntoARowReplacesItsValueAndEnterKeepsTheDialogOpen() {
         ShowSettings();
         Grid().setCurrentItem(Item("serviceNameListen"));
         QTest::keyClicks(&Grid(), QStringLiteral("p"));
-        QWidget* pEditor = QApplication::focusWidget();
-        QVERIFY(qobject_cast<QLineEdit*>(pEditor) != nullptr);
-        QTest::keyClicks(pEditor, QStringLiteral("ort"));
-        QTest::keyClick(pEditor, Qt::Key_Return);
+        QWidget* editor = QApplication::focusWidget();
+        QVERIFY(qobject_cast<QLineEdit*>(editor) != nullptr);
+        QTest::keyClicks(editor, QStringLiteral("ort"));
+        QTest::keyClick(editor, Qt::Key_Return);
         QCoreApplication::processEvents();
         QVERIFY(m_pDialog->isVisible());
         QCOMPARE(Item("serviceNameListen")->text(1), QStringLiteral("port"));
@@ -402,14 +408,14 @@ private slots:
 
     void anOpenEditorIsTakenOverByOkAndDroppedByEscape() {
         ShowSettings();
-        auto* pEdit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
-        QVERIFY(pEdit != nullptr);
-        pEdit->setText(QStringLiteral("x=1|2"));
-        QTest::keyClick(pEdit, Qt::Key_Escape);
+        auto* edit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
+        QVERIFY(edit != nullptr);
+        edit->setText(QStringLiteral("x=1|2"));
+        QTest::keyClick(edit, Qt::Key_Escape);
         QVERIFY(m_pDialog->isVisible());
         QCOMPARE(Item("JobFile")->text(1), QStringLiteral("c:\\jde.log"));
-        pEdit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
-        pEdit->setText(QStringLiteral("y=1|2"));
+        edit = qobject_cast<QLineEdit*>(OpenEditor("JobFile"));
+        edit->setText(QStringLiteral("y=1|2"));
         Click("OK");
         std::string expected = RealisticIni();
         expected.replace(expected.find("JobFile = c:\\jde.log"), 20, "JobFile = y=1|2");
@@ -418,9 +424,9 @@ private slots:
 
     void cancelWritesNothing() {
         ShowSettings();
-        auto* pEdit = qobject_cast<QLineEdit*>(OpenEditor("Level"));
-        pEdit->setText(QStringLiteral("SF_GRID"));
-        QTest::keyClick(pEdit, Qt::Key_Return);
+        auto* edit = qobject_cast<QLineEdit*>(OpenEditor("Level"));
+        edit->setText(QStringLiteral("SF_GRID"));
+        QTest::keyClick(edit, Qt::Key_Return);
         QCoreApplication::processEvents();
         QCOMPARE(Item("Level")->text(1), QStringLiteral("SF_GRID"));
         Click("Cancel");
@@ -434,13 +440,13 @@ private slots:
         m_pSettings->m_strWebInfDir = m_pFolder->Path("web");
         m_pSettings->ReadLogProperties();
         Show(std::make_unique<CSettings>(*m_pSettings));
-        auto* pCombo = qobject_cast<QComboBox*>(OpenEditor("LEVEL"));
-        QVERIFY(pCombo != nullptr);
-        QVERIFY(pCombo->isEditable());
-        QCOMPARE(pCombo->currentText(), QStringLiteral("odd"));
-        pCombo->lineEdit()->selectAll();
-        QTest::keyClicks(pCombo, QStringLiteral("DE"));
-        QTest::keyClick(pCombo, Qt::Key_Return);
+        auto* combo = qobject_cast<QComboBox*>(OpenEditor("LEVEL"));
+        QVERIFY(combo != nullptr);
+        QVERIFY(combo->isEditable());
+        QCOMPARE(combo->currentText(), QStringLiteral("odd"));
+        combo->lineEdit()->selectAll();
+        QTest::keyClicks(combo, QStringLiteral("DE"));
+        QTest::keyClick(combo, Qt::Key_Return);
         QCoreApplication::processEvents();
         QCOMPARE(Item("LEVEL")->text(1), QStringLiteral("DE"));
         Click("OK");
@@ -453,30 +459,31 @@ private slots:
         Install();
         CFakeInterface user;
         const CRun run(*m_pRegistry);
-        QStringList listTitles;
-        user.m_fnInDialog = [&](QDialog& dialog) { listTitles << dialog.windowTitle(); };
+        QStringList titles;
+        user.m_fnInDialog = [&](QDialog& dialog) { titles << dialog.windowTitle(); };
         QVERIFY(run.Frame().RunCommand(ID_TOOLS_GLOBAL_TABLES));
         QVERIFY(run.Frame().RunCommand(ID_TOOLS_CONVERT_DATES));
         m_pIni->Write("[DEBUG]\nOutput=FILE\n");
         user.m_fnInDialog = [&](QDialog& dialog) {
-            listTitles << dialog.windowTitle();
+            titles << dialog.windowTitle();
             QCOMPARE(theApp().m_jdeSettings.m_strOutput, std::string("FILE"));
             m_pIni->Write("[DEBUG]\nOutput=NONE\n");
         };
         QVERIFY(run.Frame().RunCommand(ID_TOOLS_JDE_SETTINGS));
-        QCOMPARE(listTitles, (QStringList{"Global Tables", "Convert Dates", "JDE Settings"}));
+        QCOMPARE(titles, (QStringList{"Global Tables", "Convert Dates", "JDE Settings"}));
         QCOMPARE(theApp().m_jdeSettings.m_strOutput, std::string("NONE"));
     }
 
 private:
     void Install() const {
-        for (const char* pszName : {"a/spec/glbltbl.x", "a/spec/ddtext.x", "B/spec/GLBLTBL.y",
-                                    "B/spec/dddict.x", "B/spec/other.x", "B/glbltbl.x"})
-            WriteBelow(*m_pFolder, std::string("jde/") + pszName, pszName);
+        for (const char* name : {"a/spec/glbltbl.x", "a/spec/ddtext.x", "B/spec/GLBLTBL.y", "B/spec/dddict.x",
+                                 "B/spec/other.x", "B/glbltbl.x"}) {
+            WriteBelow(*m_pFolder, std::string("jde/") + name, name);
+        }
         m_pIni->Write("[INSTALL]\nB9=" + m_pFolder->Path("jde") + "\n");
     }
-    void Show(std::unique_ptr<QDialog> pDialog) {
-        m_pDialog = std::move(pDialog);
+    void Show(std::unique_ptr<QDialog> dialog) {
+        m_pDialog = std::move(dialog);
         m_pDialog->show();
         QVERIFY(QTest::qWaitForWindowActive(m_pDialog.get()));
     }
@@ -487,15 +494,15 @@ private:
         edit.setDate(date);
         return edit;
     }
-    static void ClickPart(QDateTimeEdit& date, int nPart) {
+    static void ClickPart(QDateTimeEdit& date, int partNumber) {
         auto& edit = *date.findChild<QLineEdit*>();
-        const QStringList listParts = edit.text().split(QRegularExpression(QStringLiteral("[^0-9]")));
-        const QString strBefore =
-            listParts.mid(0, nPart).join(QLatin1Char('-')) + QString(nPart > 0 ? 1 : 0, QLatin1Char('-'));
+        const QStringList parts = edit.text().split(QRegularExpression(QStringLiteral("[^0-9]")));
+        const QString before = parts.mid(0, partNumber).join(QLatin1Char('-')) +
+                               QString(partNumber > 0 ? 1 : 0, QLatin1Char('-'));
         const QFontMetrics metrics = edit.fontMetrics();
-        const int nX =
-            metrics.horizontalAdvance(strBefore) + metrics.horizontalAdvance(listParts[nPart]) / 2 + 4;
-        QTest::mouseClick(&edit, Qt::LeftButton, {}, QPoint(nX, edit.height() / 2));
+        const int x =
+            metrics.horizontalAdvance(before) + metrics.horizontalAdvance(parts[partNumber]) / 2 + 4;
+        QTest::mouseClick(&edit, Qt::LeftButton, {}, QPoint(x, edit.height() / 2));
         QCoreApplication::processEvents();
     }
     void ShowSettings() {
@@ -503,50 +510,48 @@ private:
         m_pSettings = std::make_unique<CJDESettings>();
         Show(std::make_unique<CSettings>(*m_pSettings));
     }
-    QLineEdit* Edit(const char* pszName) const {
-        return m_pDialog->findChild<QLineEdit*>(QString::fromLatin1(pszName));
+    QLineEdit* Edit(const char* name) const {
+        return m_pDialog->findChild<QLineEdit*>(QString::fromLatin1(name));
     }
-    void Click(const char* pszText) const {
-        for (auto* pButton : m_pDialog->findChildren<QPushButton*>()) {
-            if (pButton->text().remove(QLatin1Char('&')) == QLatin1String(pszText)) {
-                QTest::mouseClick(pButton, Qt::LeftButton);
+    void Click(const char* text) const {
+        for (auto* button : m_pDialog->findChildren<QPushButton*>()) {
+            if (button->text().remove(QLatin1Char('&')) == QLatin1String(text)) {
+                QTest::mouseClick(button, Qt::LeftButton);
                 return;
             }
         }
-        QFAIL(pszText);
+        QFAIL(text);
     }
     CListCtrl& List() const { return *m_pDialog->findChild<CListCtrl*>(); }
     QStringList Names() const {
-        const QString strRoot =
+        const QString root =
             QDir::fromNativeSeparators(QString::fromStdString(m_pFolder->Path("jde"))) + u'/';
-        QStringList listNames;
-        for (int n = 0; n < List().model()->rowCount(); ++n)
-            listNames
-                << QDir::fromNativeSeparators(List().model()->index(n, 0).data().toString()).remove(strRoot);
-        return listNames;
+        QStringList names;
+        for (int n = 0; n < List().model()->rowCount(); ++n) {
+            names << QDir::fromNativeSeparators(List().model()->index(n, 0).data().toString()).remove(root);
+        }
+        return names;
     }
-    void ClickRow(int nRow, Qt::KeyboardModifier nModifier) const {
-        QTest::mouseClick(List().viewport(), Qt::LeftButton, nModifier,
-                          List().visualRect(List().model()->index(nRow, 0)).center());
+    void ClickRow(int row, Qt::KeyboardModifier modifier) const {
+        QTest::mouseClick(List().viewport(), Qt::LeftButton, modifier,
+                          List().visualRect(List().model()->index(row, 0)).center());
     }
-    void ClickHeader(int nColumn) const {
-        QHeaderView* pHeader = List().header();
-        QTest::mouseClick(pHeader->viewport(), Qt::LeftButton, {},
-                          QPoint(pHeader->sectionViewportPosition(nColumn) + 30, pHeader->height() / 2));
+    void ClickHeader(int column) const {
+        QHeaderView* header = List().header();
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+                          QPoint(header->sectionViewportPosition(column) + 30, header->height() / 2));
     }
     QTreeWidget& Grid() const { return *m_pDialog->findChild<QTreeWidget*>(QStringLiteral("Grid")); }
-    QTreeWidgetItem* Item(const char* pszLabel) const {
-        return Grid()
-            .findItems(QString::fromLatin1(pszLabel), Qt::MatchExactly | Qt::MatchRecursive)
-            .value(0);
+    QTreeWidgetItem* Item(const char* label) const {
+        return Grid().findItems(QString::fromLatin1(label), Qt::MatchExactly | Qt::MatchRecursive).value(0);
     }
     // Clicks on a row's value and gives the editor that opens.
-    QWidget* OpenEditor(const char* pszLabel) const {
-        Grid().scrollToItem(Item(pszLabel));
-        const QModelIndex index = Grid().indexFromItem(Item(pszLabel), 1);
+    QWidget* OpenEditor(const char* label) const {
+        Grid().scrollToItem(Item(label));
+        const QModelIndex index = Grid().indexFromItem(Item(label), 1);
         QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, Grid().visualRect(index).center());
-        QWidget* pEditor = Grid().indexWidget(index);
-        return pEditor != nullptr ? pEditor : QApplication::focusWidget();
+        QWidget* editor = Grid().indexWidget(index);
+        return editor != nullptr ? editor : QApplication::focusWidget();
     }
 
     std::unique_ptr<QTemporaryDir> m_pRegistry;

@@ -6,6 +6,7 @@
 #include "ui/app/CarvelotApp.h"
 #include "ui/app/MainFrame.h"
 #include "ui/kit/Document.h"
+#include "ui/kit/PersonalMenu.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
@@ -31,8 +32,8 @@ public:
     CFakeInterface() { SetUserInterface(this); }
     ~CFakeInterface() override { SetUserInterface(nullptr); }
 
-    void ShowMessage(const QString& strText) override {
-        m_listMessages << strText;
+    void ShowMessage(const QString& text) override {
+        m_listMessages << text;
         m_listWindowShown << (MainFrame() != nullptr && MainFrame()->isVisible());
     }
     std::optional<QString> AskOpenFile(const CFileQuestion& question) override {
@@ -54,17 +55,18 @@ public:
     int RunDialog(QDialog& dialog) override {
         ++m_nDialogs;
         dialog.show();
-        if (m_fnInDialog)
+        if (m_fnInDialog) {
             m_fnInDialog(dialog);
+        }
         return dialog.result();
     }
     QAction* RunMenu(QMenu& menu, const QPoint&) override {
         m_listMenuTexts.clear();
-        for (QAction* pAction : menu.actions()) {
-            m_listMenuTexts << pAction->text();
-            if (pAction->text() == m_strMenuChoice && pAction->isEnabled()) {
-                pAction->trigger();
-                return pAction;
+        for (QAction* action : menu.actions()) {
+            m_listMenuTexts << action->text();
+            if (action->text() == m_strMenuChoice && action->isEnabled()) {
+                action->trigger();
+                return action;
             }
         }
         return nullptr;
@@ -91,20 +93,20 @@ public:
         SetTitle(QStringLiteral("new"));
         return true;
     }
-    bool OnOpenDocument(const QString& strPath) override {
-        SetTitle(strPath);
-        theApp().AddToRecentFileList(strPath);
-        return !strPath.endsWith(QLatin1String("bad"));
+    bool OnOpenDocument(const QString& path) override {
+        SetTitle(path);
+        theApp().AddToRecentFileList(path);
+        return !path.endsWith(QLatin1String("bad"));
     }
 };
 
 class CTestFrame : public CMDIChildWnd {
 public:
     explicit CTestFrame(CDocument& document) : CMDIChildWnd(document) {
-        auto* pLayout = new QVBoxLayout(this);
-        for (QLineEdit*& pEdit : m_edits) {
-            pEdit = new QLineEdit;
-            pLayout->addWidget(pEdit);
+        auto* layout = new QVBoxLayout(this);
+        for (QLineEdit*& edit : m_edits) {
+            edit = new QLineEdit;
+            layout->addWidget(edit);
         }
     }
     ~CTestFrame() override { ++s_nDestroyed; }
@@ -118,9 +120,9 @@ public:
     static inline int s_nDestroyed = 0;
 };
 
-inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState nState) {
+inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState state) {
     return std::make_unique<CDocTemplate>(
-        nState, QIcon(), [] { return std::unique_ptr<CDocument>(new CTestDocument); },
+        state, QIcon(), [] { return std::unique_ptr<CDocument>(new CTestDocument); },
         [](CDocument& document) { return std::unique_ptr<CMDIChildWnd>(new CTestFrame(document)); });
 }
 
@@ -128,49 +130,52 @@ inline std::unique_ptr<CDocTemplate> TestTemplate(EMenuState nState) {
 // left.
 class CRun {
 public:
-    explicit CRun(const QTemporaryDir& folder, std::vector<std::string> listArguments = {}) {
+    explicit CRun(const QTemporaryDir& folder, std::vector<std::string> arguments = {}) {
         UseSettingsStore(ToUtf8(folder.filePath(QStringLiteral("registry.ini"))));
         theApp().m_fnAddDocTemplates = [](CCarvelotApp& app) {
             app.AddDocTemplate(TestTemplate(EMenuState::Session));
             app.m_pCacheTemplate = &app.AddDocTemplate(TestTemplate(EMenuState::Cache));
         };
-        m_bStarted = theApp().InitInstance(listArguments);
-        if (m_bStarted)
+        m_bStarted = theApp().InitInstance(arguments);
+        if (m_bStarted) {
             (void)QTest::qWaitForWindowExposed(MainFrame());
+        }
     }
     ~CRun() { Stop(); }
     void Stop() {
-        if (m_bStarted && MainFrame() != nullptr)
+        if (m_bStarted && MainFrame() != nullptr) {
             MainFrame()->close();
+        }
         theApp().ExitInstance();
         m_bStarted = false;
     }
 
     CMainFrame& Frame() const { return *MainFrame(); }
     CTabbedClientArea& Area() const { return MainFrame()->ClientArea(); }
-    CTestFrame* Open(const char* pszPath) {
-        CDocument* pDocument = theApp().OpenDocumentFile(QString::fromLatin1(pszPath));
-        return pDocument != nullptr ? static_cast<CTestFrame*>(pDocument->GetFrame()) : nullptr;
+    CTestFrame* Open(const char* path) {
+        CDocument* document = theApp().OpenDocumentFile(QString::fromLatin1(path));
+        return document != nullptr ? static_cast<CTestFrame*>(document->GetFrame()) : nullptr;
     }
     CTestFrame* OpenCache() {
         return static_cast<CTestFrame*>(theApp().m_pCacheTemplate->OpenDocumentFile({})->GetFrame());
     }
     // The titles of the menus that are there, without mnemonics.
     QStringList Menus() const {
-        QStringList listTitles;
-        for (const QAction* pAction : MainFrame()->menuBar()->actions()) {
-            if (pAction->isVisible())
-                listTitles << pAction->text().remove(QLatin1Char('&'));
+        QStringList titles;
+        for (const QAction* action : MainFrame()->menuBar()->actions()) {
+            if (action->isVisible()) {
+                titles << action->text().remove(QLatin1Char('&'));
+            }
         }
-        return listTitles;
+        return titles;
     }
     // Opens a menu by its title and gives it; close it again.
-    CPersonalMenu* OpenMenu(const char* pszTitle) const {
-        for (QAction* pAction : MainFrame()->menuBar()->actions()) {
-            if (pAction->text().remove(QLatin1Char('&')) == QLatin1String(pszTitle)) {
-                auto* pMenu = static_cast<CPersonalMenu*>(pAction->menu());
-                pMenu->popup(MainFrame()->mapToGlobal(QPoint(10, 10)));
-                return pMenu;
+    CPersonalMenu* OpenMenu(const char* title) const {
+        for (QAction* action : MainFrame()->menuBar()->actions()) {
+            if (action->text().remove(QLatin1Char('&')) == QLatin1String(title)) {
+                auto* menu = static_cast<CPersonalMenu*>(action->menu());
+                menu->popup(MainFrame()->mapToGlobal(QPoint(10, 10)));
+                return menu;
             }
         }
         return nullptr;
@@ -185,33 +190,37 @@ inline QStringList PartsThatTakeNoCopy(CMainFrame& frame) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(QStringLiteral("/a.log"))});
     data.setText(QStringLiteral("file:///a.log"));
-    QStringList listParts;
-    for (QWidget* pPart : frame.findChildren<QWidget*>()) {
-        if (!pPart->isVisible() || pPart->isWindow())
+    QStringList parts;
+    for (QWidget* part : frame.findChildren<QWidget*>()) {
+        if (!part->isVisible() || part->isWindow()) {
             continue;
+        }
         QDragEnterEvent enter(QPoint(2, 2), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton,
                               Qt::ShiftModifier);
         enter.setDropAction(Qt::MoveAction);
-        QCoreApplication::sendEvent(pPart, &enter);
-        if (!enter.isAccepted() || enter.dropAction() != Qt::CopyAction)
-            listParts << QStringLiteral("%1 %2").arg(pPart->metaObject()->className(), pPart->objectName());
+        QCoreApplication::sendEvent(part, &enter);
+        if (!enter.isAccepted() || enter.dropAction() != Qt::CopyAction) {
+            parts << QStringLiteral("%1 %2").arg(part->metaObject()->className(), part->objectName());
+        }
     }
-    return listParts;
+    return parts;
 }
 
 inline QStringList VisibleTexts(const QMenu& menu) {
-    QStringList listTexts;
-    for (const QAction* pAction : menu.actions()) {
-        if (pAction->isVisible())
-            listTexts << (pAction->isSeparator() ? QStringLiteral("-") : pAction->text());
+    QStringList texts;
+    for (const QAction* action : menu.actions()) {
+        if (action->isVisible()) {
+            texts << (action->isSeparator() ? QStringLiteral("-") : action->text());
+        }
     }
-    return listTexts;
+    return texts;
 }
 
-inline QAction* Entry(const QMenu& menu, const char* pszText) {
-    for (QAction* pAction : menu.actions()) {
-        if (pAction->text() == QLatin1String(pszText))
-            return pAction;
+inline QAction* Entry(const QMenu& menu, const char* text) {
+    for (QAction* action : menu.actions()) {
+        if (action->text() == QLatin1String(text)) {
+            return action;
+        }
     }
     return nullptr;
 }

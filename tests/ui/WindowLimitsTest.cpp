@@ -2,6 +2,8 @@
 #include "ui/SessionSupport.h"
 
 #include "ui/app/CarvelotApp.h"
+#include "ui/app/FrameToolBars.h"
+#include "ui/kit/StoredLayout.h"
 #include "ui/kit/ToolBar.h"
 
 #include <QAbstractItemModelTester>
@@ -25,24 +27,25 @@ std::vector<std::string> Log() {
     });
 }
 
-std::string Steps(int nCount) {
-    std::string strBytes = TestSession::Joined(DebugLog({}));
-    for (int n = 0; n < nCount; ++n)
-        strBytes += DebugLine("10:00:07.000000", "On step " + std::to_string(n), "12/3") + "\n";
-    return strBytes;
+std::string Steps(int count) {
+    std::string bytes = TestSession::Joined(DebugLog({}));
+    for (int n = 0; n < count; ++n) {
+        bytes += DebugLine("10:00:07.000000", "On step " + std::to_string(n), "12/3") + "\n";
+    }
+    return bytes;
 }
 
 // How many levels the tree has, and how many rows its last level.
 std::pair<int, int> DepthAndRows(const QAbstractItemModel& model) {
     QModelIndex index;
-    int nDepth = 0;
-    int nRows = 0;
+    int depth = 0;
+    int rows = 0;
     while (model.rowCount(index) > 0) {
-        nRows = model.rowCount(index);
+        rows = model.rowCount(index);
         index = model.index(0, 0, index);
-        ++nDepth;
+        ++depth;
     }
-    return {nDepth, nRows};
+    return {depth, rows};
 }
 
 qint64 OpenFiles() {
@@ -63,63 +66,63 @@ private slots:
     void cleanup() { m_pRun.reset(); }
 
     void aNodeShowsTheFirst260CharactersOfItsText() {
-        const std::string strStamp = "10:00:00.000000    ";
-        for (const std::size_t nLength : {259U, 260U, 261U, 8000U}) {
-            const std::string strText = "On " + std::string(nLength - strStamp.size() - 3, 'x');
-            CChildFrame* pFrame = m_pRun->Open(QStringLiteral("long%1.log").arg(nLength),
-                                               DebugLog({DebugLine("10:00:00.000000", strText, "5/6")}));
-            QVERIFY(pFrame != nullptr);
-            Select(pFrame, "Thread - 6");
-            const CDetailTreeModel& model = pFrame->DetailView().Model();
-            const std::string strWhole = strStamp + strText;
-            QCOMPARE(model.index(0, 0, {}).data().toString(),
-                     QString::fromStdString(strWhole.substr(0, 260)));
-            Click(pFrame->DetailView(), model.index(0, 0, {}));
-            QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QString::fromStdString(strText));
+        const std::string stamp = "10:00:00.000000    ";
+        for (const std::size_t length : {259U, 260U, 261U, 8000U}) {
+            const std::string text = "On " + std::string(length - stamp.size() - 3, 'x');
+            CChildFrame* child = m_pRun->Open(QStringLiteral("long%1.log").arg(length),
+                                              DebugLog({DebugLine("10:00:00.000000", text, "5/6")}));
+            QVERIFY(child != nullptr);
+            Select(child, "Thread - 6");
+            const CDetailTreeModel& model = child->DetailView().Model();
+            const std::string whole = stamp + text;
+            QCOMPARE(model.index(0, 0, {}).data().toString(), QString::fromStdString(whole.substr(0, 260)));
+            Click(child->DetailView(), model.index(0, 0, {}));
+            QCOMPARE(m_pRun->Frame().m_wndRawDataPane.Edit().toPlainText(), QString::fromStdString(text));
         }
     }
 
     void aTreeHas500LevelsAndTheNextOnesNodesStandBesideTheLast() {
-        for (const auto& [nSteps, nDepth, nLast] :
+        for (const auto& [steps, depth, last] :
              std::initializer_list<std::tuple<int, int, int>>{{499, 499, 1}, {500, 500, 1}, {501, 500, 2}}) {
-            CChildFrame* pFrame =
-                m_pRun->Open(m_pRun->WriteBytes(QStringLiteral("deep%1.log").arg(nSteps), Steps(nSteps)));
-            QVERIFY(pFrame != nullptr);
-            Select(pFrame, "Thread - 3");
-            CDetailTreeModel& model = pFrame->DetailView().Model();
+            CChildFrame* child =
+                m_pRun->Open(m_pRun->WriteBytes(QStringLiteral("deep%1.log").arg(steps), Steps(steps)));
+            QVERIFY(child != nullptr);
+            Select(child, "Thread - 3");
+            CDetailTreeModel& model = child->DetailView().Model();
             const QAbstractItemModelTester tester(&model,
                                                   QAbstractItemModelTester::FailureReportingMode::QtTest);
-            QCOMPARE(DepthAndRows(model), std::pair(nDepth, nLast));
-            pFrame->CloseWindow();
+            QCOMPARE(DepthAndRows(model), std::pair(depth, last));
+            child->CloseWindow();
             CSessionRun::Settle();
         }
     }
 
     void aToolBarTakesTheFirst200OfItsStoredButtons() {
-        CToolBar* pToolBar = m_pRun->Frame().NewUserToolBar(QStringLiteral("Many"));
-        for (const int nStored : {199, 200, 201, 5000}) {
-            pToolBar->SetStoredCommands(QStringList(nStored, QStringLiteral("0")).join(QLatin1Char(',')));
-            QCOMPARE(pToolBar->StoredCommands().count(QLatin1Char('0')), std::min(nStored, 200));
+        CToolBar* toolBar = m_pRun->Frame().Bars().New(QStringLiteral("Many"));
+        for (const int count : {199, 200, 201, 5000}) {
+            const QString stored = QStringList(count, QStringLiteral("0")).join(QLatin1Char(','));
+            toolBar->SetCommands(ReadCommands(ToUtf8(stored), kMostToolBarCommands));
+            QCOMPARE(std::ssize(toolBar->Commands()), std::min(count, 200));
         }
     }
 
     void aPictureOfMoreThan819200BytesGivesNoButtonImages() {
         QImage strip(48, 16, QImage::Format_RGB32);
         strip.fill(Qt::red);
-        const QString strPath = m_pRun->Path(QStringLiteral("images.bmp"));
-        QVERIFY(strip.save(strPath, "BMP"));
+        const QString path = m_pRun->Path(QStringLiteral("images.bmp"));
+        QVERIFY(strip.save(path, "BMP"));
         CToolBarImages images;
-        QVERIFY(QFile::resize(strPath, 819200));
-        QVERIFY(images.Load(strPath));
+        QVERIFY(QFile::resize(path, 819200));
+        QVERIFY(images.Load(path));
         QCOMPARE(images.Count(), 3);
-        QVERIFY(QFile::resize(strPath, 819201));
-        QVERIFY(!CToolBarImages().Load(strPath));
+        QVERIFY(QFile::resize(path, 819201));
+        QVERIFY(!CToolBarImages().Load(path));
     }
 
     void theRefreshPeriodWrapsAt32BitsAndStaysWithinATimersReach() {
         CProcessPane& pane = m_pRun->Frame().m_wndProcessPane;
         theApp().m_bAutoRefresh = true;
-        for (const auto& [nRate, nPeriod] : std::initializer_list<std::pair<std::int32_t, int>>{
+        for (const auto& [rate, period] : std::initializer_list<std::pair<std::int32_t, int>>{
                  {0, 10},
                  {1, 1000},
                  {2147483, 2147483000},
@@ -128,48 +131,49 @@ private slots:
                  {4294968, 704}, // 4294968000 less 2^32
                  {-1, 2147483647},
              }) {
-            theApp().m_nRefreshRate = nRate;
+            theApp().m_nRefreshRate = rate;
             pane.RestartTimer();
-            QCOMPARE(pane.TimerPeriod(), nPeriod);
+            QCOMPARE(pane.TimerPeriod(), period);
         }
         theApp().m_bAutoRefresh = false;
         pane.RestartTimer();
     }
 
     void aLogThatDoesNotLoadLeavesNoWindowBehind() {
-        const auto nWidgets = QApplication::allWidgets().size();
-        const auto nFiles = OpenFiles();
+        const auto widgets = QApplication::allWidgets().size();
+        const auto files = OpenFiles();
         for (int n = 0; n < 20; ++n) {
             QVERIFY(m_pRun->Open(m_pRun->WriteBytes(QStringLiteral("none.log"), "no log\n")) == nullptr);
             QVERIFY(m_pRun->Open(m_pRun->Path(QStringLiteral("missing.log"))) == nullptr);
             CSessionRun::Settle();
         }
         QCOMPARE(m_pRun->m_user.m_listMessages.size(), 40);
-        QCOMPARE(QApplication::allWidgets().size(), nWidgets);
-        QCOMPARE(OpenFiles(), nFiles);
+        QCOMPARE(QApplication::allWidgets().size(), widgets);
+        QCOMPARE(OpenFiles(), files);
     }
 
     void twoHundredSessionsOpenedAndClosedLeaveNothingBehind() {
-        const QString strLog = m_pRun->Write(QStringLiteral("a.log"), Log());
-        const QString strJas =
+        const QString log = m_pRun->Write(QStringLiteral("a.log"), Log());
+        const QString jas =
             m_pRun->Write(QStringLiteral("jas.log"),
                           JASLog({
                               JASLine("09:00:01,000", "ANNIKA", "Branch record invalid", "WARN  "),
                               JASLine("09:00:02,000", "TOMAS", "SELECT X FROM T1"),
                           }));
         CMainFrame& frame = m_pRun->Frame();
-        QList<QPointer<QObject>> listParts;
-        const auto openAndClose = [&](int nSession) {
-            CChildFrame* pFrame = m_pRun->Open(nSession % 2 == 0 ? strLog : strJas);
-            QVERIFY(pFrame != nullptr);
-            Select(pFrame, nSession % 2 == 0 ? "Thread - 6" : "TOMAS");
-            QVERIFY(pFrame->DetailView().Model().rowCount({}) > 0);
+        QList<QPointer<QObject>> parts;
+        const auto openAndClose = [&](int session) {
+            CChildFrame* child = m_pRun->Open(session % 2 == 0 ? log : jas);
+            QVERIFY(child != nullptr);
+            Select(child, session % 2 == 0 ? "Thread - 6" : "TOMAS");
+            QVERIFY(child->DetailView().Model().rowCount({}) > 0);
             QCOMPARE(frame.m_wndSQLPane.List().Model().rowCount({}), 1);
-            for (QObject* pPart : std::initializer_list<QObject*>{
-                     pFrame, &pFrame->SessionDocument(), &pFrame->ThreadView(), &pFrame->ThreadView().Model(),
-                     &pFrame->DetailView(), &pFrame->DetailView().Model()})
-                listParts << pPart;
-            pFrame->CloseWindow();
+            for (QObject* part : std::initializer_list<QObject*>{
+                     child, &child->SessionDocument(), &child->ThreadView(), &child->ThreadView().Model(),
+                     &child->DetailView(), &child->DetailView().Model()}) {
+                parts << part;
+            }
+            child->CloseWindow();
             CSessionRun::Settle();
             QCOMPARE(frame.m_wndSQLPane.List().Model().rowCount({}), 0);
         };
@@ -178,18 +182,21 @@ private slots:
                               qApp->findChildren<QObject*>().size(), frame.ClientArea().Children().size(),
                               OpenFiles());
         };
-        for (int n = 0; n < 4; ++n)
+        for (int n = 0; n < 4; ++n) {
             openAndClose(n);
+        }
         const auto before = count();
         for (int n = 4; n < 200; ++n) {
             openAndClose(n);
-            if (QTest::currentTestFailed())
+            if (QTest::currentTestFailed()) {
                 return;
+            }
         }
         QVERIFY(count() == before);
-        QCOMPARE(listParts.size(), 200 * 6);
-        for (const QPointer<QObject>& pPart : listParts)
-            QVERIFY(pPart.isNull());
+        QCOMPARE(parts.size(), 200 * 6);
+        for (const QPointer<QObject>& part : parts) {
+            QVERIFY(part.isNull());
+        }
         QCOMPARE(frame.m_wndBSFNPane.List().Model().rowCount({}), 0);
         QCOMPARE(frame.m_wndTimingGapsPane.List().Model().rowCount({}), 0);
     }

@@ -16,8 +16,9 @@ namespace {
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
 void SetError(int* error, int number) {
-    if (error != nullptr)
+    if (error != nullptr) {
         *error = number;
+    }
 }
 
 // Follows symbolic links, also to a file that does not exist yet. The kernel allows 40 links, and so do we;
@@ -26,8 +27,9 @@ std::string FollowLinks(std::string path) {
     for (int links = 0; links <= 40; ++links) {
         char buffer[PATH_MAX];
         const ssize_t length = ::readlink(path.c_str(), buffer, sizeof buffer);
-        if (length < 0)
+        if (length < 0) {
             return path;
+        }
         const std::string target(buffer, static_cast<std::size_t>(length));
         const std::size_t slash = path.rfind('/');
         path = target.starts_with('/') || slash == std::string::npos ? target
@@ -49,8 +51,9 @@ Descriptor MakeBeside(const std::string& target, mode_t mode, std::string& path,
         path = folder + ".carvelot-" + std::to_string(::getpid()) + "-" + std::to_string(counter++) + ".tmp";
         int number = 0;
         Descriptor file = OpenAny(path, O_WRONLY | O_CREAT | O_EXCL, mode, &number);
-        if (file)
+        if (file) {
             return file;
+        }
         if (number != EEXIST) {
             SetError(error, number);
             return file;
@@ -69,8 +72,9 @@ Descriptor OpenDirectly(const std::string& path, int* error) {
             ::fcntl(file.Get(), F_SETFL, ::fcntl(file.Get(), F_GETFL) & ~O_NONBLOCK);
             return file;
         }
-        if (number != ENXIO)
+        if (number != ENXIO) {
             break;
+        }
         const timespec pause{0, 10'000'000};
         ::nanosleep(&pause, nullptr);
     }
@@ -94,32 +98,38 @@ struct AtomicFile::State {
     State(const State&) = delete;
     State& operator=(const State&) = delete;
     ~State() {
-        if (!m_strTemporary.empty())
+        if (!m_strTemporary.empty()) {
             ::unlink(m_strTemporary.c_str());
+        }
     }
 
     void Flush() {
-        if (m_nError == 0)
+        if (m_nError == 0) {
             m_nError = WriteFully(m_file.Get(), m_strBuffer);
+        }
         m_strBuffer.clear();
     }
 
     void Finish() {
         if (m_way == Way::Collect) {
             m_file = OpenAny(m_strTarget, O_WRONLY | O_TRUNC, 0, &m_nError);
-            if (!m_file)
+            if (!m_file) {
                 return;
+            }
         }
         Flush();
-        if (m_nError == 0 && m_way != Way::Direct && ::fsync(m_file.Get()) != 0 && errno != EINVAL)
+        if (m_nError == 0 && m_way != Way::Direct && ::fsync(m_file.Get()) != 0 && errno != EINVAL) {
             m_nError = errno;
-        if (const int number = m_file.Close(); number != 0 && m_nError == 0)
+        }
+        if (const int number = m_file.Close(); number != 0 && m_nError == 0) {
             m_nError = number;
+        }
         if (m_nError == 0 && m_way == Way::Replace) {
-            if (::rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0)
+            if (::rename(m_strTemporary.c_str(), m_strTarget.c_str()) == 0) {
                 m_strTemporary.clear();
-            else
+            } else {
                 m_nError = errno;
+            }
         }
     }
 };
@@ -160,28 +170,33 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
         return result;
     } else {
         state->m_file = MakeBeside(state->m_strTarget, exists ? 0600 : 0666, state->m_strTemporary, error);
-        if (!state->m_file)
+        if (!state->m_file) {
             state->m_strTemporary.clear();
+        }
         if (state->m_file && exists) {
             // The owner can be kept by the superuser only; for anyone else the file becomes their own.
             [[maybe_unused]] const int owner = ::fchown(state->m_file.Get(), status.st_uid, status.st_gid);
             ::fchmod(state->m_file.Get(), status.st_mode & 07777);
         }
-        if (!state->m_file && exists)
+        if (!state->m_file && exists) {
             state->m_way = State::Way::Collect;
+        }
     }
-    if (!state->m_file && state->m_way != State::Way::Collect)
+    if (!state->m_file && state->m_way != State::Way::Collect) {
         return result;
+    }
     result.m_pState = std::move(state);
     return result;
 }
 
 bool AtomicFile::Write(std::string_view bytes) {
-    if (m_pState == nullptr || m_pState->m_nError != 0)
+    if (m_pState == nullptr || m_pState->m_nError != 0) {
         return false;
+    }
     m_pState->m_strBuffer.append(bytes);
-    if (m_pState->m_way != State::Way::Collect && m_pState->m_strBuffer.size() >= kBlock)
+    if (m_pState->m_way != State::Way::Collect && m_pState->m_strBuffer.size() >= kBlock) {
         m_pState->Flush();
+    }
     return m_pState->m_nError == 0;
 }
 
@@ -191,8 +206,9 @@ bool AtomicFile::Commit(int* error) {
         return false;
     }
     const std::unique_ptr<State> state = std::move(m_pState);
-    if (state->m_nError == 0)
+    if (state->m_nError == 0) {
         state->Finish();
+    }
     SetError(error, state->m_nError);
     return state->m_nError == 0;
 }

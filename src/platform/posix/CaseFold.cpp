@@ -18,8 +18,9 @@ Table MakeTable() {
         const wint_t upper = locale != nullptr ? towupper_l(unit, locale) : towupper(unit);
         table[unit] = static_cast<char16_t>(upper < table.size() ? upper : unit);
     }
-    if (locale != nullptr)
+    if (locale != nullptr) {
         freelocale(locale);
+    }
     return table;
 }
 

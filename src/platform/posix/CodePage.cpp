@@ -16,8 +16,9 @@ constexpr char16_t kWindows1252[32] = {
 } // namespace
 
 std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
-    if (IsValidUtf8(bytes))
+    if (IsValidUtf8(bytes)) {
         return bytes;
+    }
     scratch.clear();
     scratch.reserve(bytes.size() * 2);
     for (const char character : bytes) {

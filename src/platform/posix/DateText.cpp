@@ -8,8 +8,9 @@ namespace carvelot::platform {
 namespace {
 
 bool IsDate(int year, int month, int day) {
-    if (year < 0 || year > 30827 || month < 1 || month > 12 || day < 1 || day > 31)
+    if (year < 0 || year > 30827 || month < 1 || month > 12 || day < 1 || day > 31) {
         return false;
+    }
     return std::chrono::year_month_day(std::chrono::year(year),
                                        std::chrono::month(static_cast<unsigned>(month)),
                                        std::chrono::day(static_cast<unsigned>(day)))
@@ -25,8 +26,9 @@ std::string IsoDate(int year, int month, int day) {
 } // namespace
 
 std::optional<std::string> ShortDate(int year, int month, int day) {
-    if (!IsDate(year, month, day))
+    if (!IsDate(year, month, day)) {
         return std::nullopt;
+    }
     return IsoDate(year, month, day);
 }
 
@@ -36,8 +38,9 @@ bool IsAutomationDate(int year, int month, int day) {
 }
 
 std::optional<std::string> AutomationDateText(int year, int month, int day) {
-    if (!IsAutomationDate(year, month, day))
+    if (!IsAutomationDate(year, month, day)) {
         return std::nullopt;
+    }
     return IsoDate(year, month, day);
 }
 

@@ -19,20 +19,23 @@ bool Matches(std::u32string_view name, std::u32string_view mask) {
         if (expected == U'*') {
             mask.remove_prefix(1);
             for (std::size_t taken = 0; taken <= name.size(); ++taken) {
-                if (Matches(name.substr(taken), mask))
+                if (Matches(name.substr(taken), mask)) {
                     return true;
+                }
             }
             return false;
         }
         // The point of ".*" and ".?" need not be there: a name without an extension ends as well.
-        if (expected == U'.' && name.empty() && mask.size() > 1 && (mask[1] == U'*' || mask[1] == U'?'))
+        if (expected == U'.' && name.empty() && mask.size() > 1 && (mask[1] == U'*' || mask[1] == U'?')) {
             return mask.find_first_not_of(U"*?", 1) == std::u32string_view::npos;
+        }
         if (expected == U'?' && (name.empty() || name.front() == U'.')) {
             mask.remove_prefix(1);
             continue;
         }
-        if (name.empty() || (expected != U'?' && expected != name.front()))
+        if (name.empty() || (expected != U'?' && expected != name.front())) {
             return false;
+        }
         name.remove_prefix(1);
         mask.remove_prefix(1);
     }
@@ -43,23 +46,28 @@ bool Matches(std::u32string_view name, std::u32string_view mask) {
 
 std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::string_view mask) {
     std::vector<std::pair<std::u32string, DirectoryEntry>> found;
-    if (folder.find('\0') != std::string::npos)
+    if (folder.find('\0') != std::string::npos) {
         return {};
+    }
     const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
-    if (open == nullptr)
+    if (open == nullptr) {
         return {};
+    }
     const std::u32string foldedMask = FoldedText(mask);
     while (const dirent* const entry = ::readdir(open.get())) {
         const std::string_view name = entry->d_name;
-        if (name == "." || name == "..")
+        if (name == "." || name == "..") {
             continue;
+        }
         std::u32string folded = FoldedText(name);
-        if (!Matches(folded, foldedMask))
+        if (!Matches(folded, foldedMask)) {
             continue;
+        }
         struct stat status {};
         if (::stat(JoinPath(folder, name).c_str(), &status) != 0 &&
-            ::lstat(JoinPath(folder, name).c_str(), &status) != 0)
+            ::lstat(JoinPath(folder, name).c_str(), &status) != 0) {
             continue;
+        }
         const bool isFolder = S_ISDIR(status.st_mode);
         found.emplace_back(std::move(folded),
                            DirectoryEntry{std::string(name), isFolder,
@@ -70,8 +78,9 @@ std::vector<DirectoryEntry> EnumerateDirectory(const std::string& folder, std::s
                                         : one.second.m_strName < other.second.m_strName;
     });
     std::vector<DirectoryEntry> entries;
-    for (auto& [folded, entry] : found)
+    for (auto& [folded, entry] : found) {
         entries.push_back(std::move(entry));
+    }
     return entries;
 }
 
@@ -79,8 +88,9 @@ std::vector<std::string> NamesInAnyCase(const std::string& folder, const std::st
     std::vector<std::string> names;
     const std::u32string wanted = FoldedText(name);
     for (const DirectoryEntry& entry : EnumerateDirectory(folder, "*")) {
-        if (FoldedText(entry.m_strName) == wanted)
+        if (FoldedText(entry.m_strName) == wanted) {
             names.push_back(entry.m_strName);
+        }
     }
     return names;
 }
@@ -88,16 +98,18 @@ std::vector<std::string> NamesInAnyCase(const std::string& folder, const std::st
 bool LiesWithin(const std::string& path, const std::string& folder) {
     std::error_code error;
     const std::filesystem::path outer = std::filesystem::canonical(folder, error);
-    if (error)
+    if (error) {
         return false;
+    }
     const std::filesystem::path inner = std::filesystem::canonical(path, error);
     return !error &&
            std::mismatch(outer.begin(), outer.end(), inner.begin(), inner.end()).first == outer.end();
 }
 
 bool MayRemoveFrom(const std::string& folder, const std::string& name) {
-    if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+    if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
         return false;
+    }
     // In a folder with the sticky bit only the owner of either takes a file out.
     struct stat status {};
     struct stat file {};
@@ -108,8 +120,9 @@ bool MayRemoveFrom(const std::string& folder, const std::string& name) {
 
 std::string JoinPath(std::string_view folder, std::string_view name) {
     std::string path(folder);
-    if (!path.empty() && path.back() != '/')
+    if (!path.empty() && path.back() != '/') {
         path += '/';
+    }
     return path.append(name);
 }
 

@@ -14,17 +14,19 @@ namespace {
 constexpr std::uint32_t kModuleNotFound = 126;
 constexpr std::uint32_t kProcedureNotFound = 127;
 
-std::string SharedObjectName(std::string_view strName) {
-    std::string strResult(strName);
-    const std::size_t nDot = strResult.rfind('.');
-    if (nDot != std::string::npos && strResult.size() - nDot == 4) {
-        std::string strExtension = strResult.substr(nDot);
-        for (char& ch : strExtension)
+std::string SharedObjectName(std::string_view name) {
+    std::string result(name);
+    const std::size_t dot = result.rfind('.');
+    if (dot != std::string::npos && result.size() - dot == 4) {
+        std::string extension = result.substr(dot);
+        for (char& ch : extension) {
             ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
-        if (strExtension == ".dll")
-            strResult.resize(nDot);
+        }
+        if (extension == ".dll") {
+            result.resize(dot);
+        }
     }
-    return strResult + ".so";
+    return result + ".so";
 }
 
 } // namespace
@@ -36,27 +38,29 @@ CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
     return *this;
 }
 
-bool CDynamicLibrary::Load(std::string_view strName, std::uint32_t& nError) {
+bool CDynamicLibrary::Load(std::string_view name, std::uint32_t& error) {
     Free();
-    const std::string strFile = SharedObjectName(strName);
-    if (const char* pszFolder = std::getenv("CARVELOT_LIBRARY_DIR");
-        pszFolder != nullptr && *pszFolder != '\0')
-        m_hModule = dlopen((std::string(pszFolder) + "/" + strFile).c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (m_hModule == nullptr)
-        m_hModule = dlopen(strFile.c_str(), RTLD_NOW | RTLD_LOCAL);
-    nError = m_hModule != nullptr ? 0 : kModuleNotFound;
+    const std::string file = SharedObjectName(name);
+    if (const char* folder = std::getenv("CARVELOT_LIBRARY_DIR"); folder != nullptr && *folder != '\0') {
+        m_hModule = dlopen((std::string(folder) + "/" + file).c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+    if (m_hModule == nullptr) {
+        m_hModule = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    }
+    error = m_hModule != nullptr ? 0 : kModuleNotFound;
     return m_hModule != nullptr;
 }
 
-CDynamicLibrary::FPointer CDynamicLibrary::Symbol(const char* pszName, std::uint32_t& nError) const {
-    void* pFound = m_hModule != nullptr ? dlsym(m_hModule, pszName) : nullptr;
-    nError = pFound != nullptr ? 0 : kProcedureNotFound;
-    return reinterpret_cast<FPointer>(pFound);
+CDynamicLibrary::FPointer CDynamicLibrary::Symbol(const char* name, std::uint32_t& error) const {
+    void* found = m_hModule != nullptr ? dlsym(m_hModule, name) : nullptr;
+    error = found != nullptr ? 0 : kProcedureNotFound;
+    return reinterpret_cast<FPointer>(found);
 }
 
 void CDynamicLibrary::Free() {
-    if (m_hModule != nullptr)
+    if (m_hModule != nullptr) {
         dlclose(m_hModule);
+    }
     m_hModule = nullptr;
 }
 

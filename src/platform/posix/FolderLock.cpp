@@ -18,8 +18,9 @@ int s_nAttempts = kAttempts;
 
 FolderLock::FolderLock(const std::string& folder)
     : m_folder(OpenAny(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY, 0, nullptr)) {
-    if (!m_folder)
+    if (!m_folder) {
         return;
+    }
     int left = s_nAttempts;
     while (::flock(m_folder.Get(), LOCK_EX | LOCK_NB) != 0) {
         if (--left <= 0 || (errno != EWOULDBLOCK && errno != EINTR)) {

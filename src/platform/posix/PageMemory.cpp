@@ -22,29 +22,34 @@ std::size_t BlockSize(std::size_t size) {
 } // namespace
 
 void* AllocatePages(std::size_t size) {
-    if (size > std::numeric_limits<std::size_t>::max() / 2)
+    if (size > std::numeric_limits<std::size_t>::max() / 2) {
         throw std::bad_alloc();
+    }
     const std::size_t blockSize = BlockSize(size);
     const bool huge = blockSize >= kHugePage;
     // A block that begins on a huge page's border can be made of huge pages from its first byte.
     const std::size_t mapped = huge ? blockSize + kHugePage : blockSize;
     void* const map = mmap(nullptr, mapped, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (map == MAP_FAILED)
+    if (map == MAP_FAILED) {
         throw std::bad_alloc();
-    if (!huge)
+    }
+    if (!huge) {
         return map;
+    }
     char* const begin = static_cast<char*>(map);
     const std::size_t before = (kHugePage - reinterpret_cast<std::uintptr_t>(begin) % kHugePage) % kHugePage;
-    if (before > 0)
+    if (before > 0) {
         munmap(begin, before);
+    }
     munmap(begin + before + blockSize, kHugePage - before);
     madvise(begin + before, blockSize, MADV_HUGEPAGE);
     return begin + before;
 }
 
 void FreePages(void* block, std::size_t size) noexcept {
-    if (block != nullptr)
+    if (block != nullptr) {
         munmap(block, BlockSize(size));
+    }
 }
 
 } // namespace carvelot::platform

@@ -27,10 +27,12 @@ bool IsBlank(char character) {
 }
 
 std::string_view Trim(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front()))
+    while (!text.empty() && IsBlank(text.front())) {
         text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back()))
+    }
+    while (!text.empty() && IsBlank(text.back())) {
         text.remove_suffix(1);
+    }
     return text;
 }
 
@@ -113,8 +115,9 @@ std::string_view CutToUnits(std::string_view text, std::size_t units) {
     while (!rest.empty()) {
         std::string_view next = rest;
         const std::size_t width = TakeCharacter(next) < 0x10000 ? 1u : 2u;
-        if (width > units)
+        if (width > units) {
             break;
+        }
         units -= width;
         rest = next;
     }
@@ -123,8 +126,9 @@ std::string_view CutToUnits(std::string_view text, std::size_t units) {
 
 std::size_t CountUnits(std::string_view text) {
     std::size_t units = 0;
-    while (!text.empty())
+    while (!text.empty()) {
         units += TakeCharacter(text) < 0x10000 ? 1u : 2u;
+    }
     return units;
 }
 
@@ -161,8 +165,9 @@ public:
             m_strHalfUnit = m_strBytes.back();
             m_strBytes.pop_back();
         }
-        while (at < m_strBytes.size())
+        while (at < m_strBytes.size()) {
             at = AddLine(at);
+        }
     }
 
     const std::vector<Line>& Lines() const { return m_listLines; }
@@ -172,8 +177,9 @@ public:
     std::optional<std::size_t> FindSection(std::string_view name) const {
         for (std::size_t index = 0; index < m_listLines.size(); ++index) {
             if (m_listLines[index].m_kind == Line::Kind::Section &&
-                SameName(m_listLines[index].m_strName, name))
+                SameName(m_listLines[index].m_strName, name)) {
                 return index;
+            }
         }
         return std::nullopt;
     }
@@ -181,8 +187,10 @@ public:
     // The line of the first key of that name below a section's header.
     std::optional<std::size_t> FindKey(std::size_t section, std::string_view name) const {
         for (std::size_t index = section + 1; index < SectionEnd(section); ++index) {
-            if (m_listLines[index].m_kind == Line::Kind::Key && SameName(m_listLines[index].m_strName, name))
+            if (m_listLines[index].m_kind == Line::Kind::Key &&
+                SameName(m_listLines[index].m_strName, name)) {
                 return index;
+            }
         }
         return std::nullopt;
     }
@@ -197,26 +205,32 @@ private:
         std::string added;
         if (!header) {
             const std::size_t end = EndMark();
-            if (end == m_listLines.size() && !m_listLines.empty() && HasNoEnd(m_listLines.back()))
+            if (end == m_listLines.size() && !m_listLines.empty() && HasNoEnd(m_listLines.back())) {
                 added += LineEnd();
+            }
             added.append("[").append(section).append("]").append(LineEnd());
             added.append(key).append("=").append(value).append(LineEnd());
             return Inserted(end < m_listLines.size() ? m_listLines[end].m_nBegin : m_strBytes.size(), added);
         }
-        if (const auto found = FindKey(*header, key))
+        if (const auto found = FindKey(*header, key)) {
             return WithValue(m_listLines[*found], value);
+        }
         // Behind the section's last line that holds anything, but ahead of an end-of-file mark.
         std::size_t last = SectionEnd(*header) - 1;
-        if (const std::size_t end = EndMark(); *header < end && end <= last)
+        if (const std::size_t end = EndMark(); *header < end && end <= last) {
             last = end - 1;
-        while (m_listLines[last].m_kind == Line::Kind::Blank)
+        }
+        while (m_listLines[last].m_kind == Line::Kind::Blank) {
             --last;
+        }
         const Line& line = m_listLines[last];
-        if (HasNoEnd(line))
+        if (HasNoEnd(line)) {
             added += LineEnd();
+        }
         added.append(key).append("=").append(value);
-        if (!HasNoEnd(line))
+        if (!HasNoEnd(line)) {
             added += LineEnd();
+        }
         return Inserted(line.m_nNext, added);
     }
 
@@ -238,16 +252,18 @@ private:
     }
 
     bool IsCharacter(std::size_t at, char character) const {
-        if (Width() == 1)
+        if (Width() == 1) {
             return m_strBytes[at] == character;
+        }
         return at + 1 < m_strBytes.size() &&
                Unit(m_strBytes, at, m_encoding == Encoding::Utf16Big) == static_cast<char16_t>(character);
     }
 
     std::string Decode(std::size_t begin, std::size_t end) const {
         const std::string_view bytes = std::string_view(m_strBytes).substr(begin, end - begin);
-        if (Width() == 2)
+        if (Width() == 2) {
             return DecodeUtf16(bytes, m_encoding == Encoding::Utf16Big);
+        }
         std::string scratch;
         return std::string(BytesToUtf8(bytes, scratch));
     }
@@ -263,13 +279,15 @@ private:
         line.m_nEnd = begin;
         // A carriage return alone ends a line too.
         while (line.m_nEnd < m_strBytes.size() && !IsCharacter(line.m_nEnd, '\n') &&
-               !IsCharacter(line.m_nEnd, '\r'))
+               !IsCharacter(line.m_nEnd, '\r')) {
             line.m_nEnd += width;
+        }
         line.m_nEnd = std::min(line.m_nEnd, m_strBytes.size());
         line.m_nNext = std::min(line.m_nEnd + width, m_strBytes.size());
         if (line.m_nNext < m_strBytes.size() && IsCharacter(line.m_nEnd, '\r') &&
-            IsCharacter(line.m_nNext, '\n'))
+            IsCharacter(line.m_nNext, '\n')) {
             line.m_nNext = std::min(line.m_nNext + width, m_strBytes.size());
+        }
         const std::string decoded = Decode(begin, line.m_nEnd);
         line.m_bEndMark = decoded.starts_with(kEndMark);
         Parse(line, Trim(decoded));
@@ -281,8 +299,9 @@ private:
     static std::string Part(std::string_view text) { return std::string(text.substr(0, text.find('\0'))); }
 
     static void Parse(Line& line, std::string_view text) {
-        if (text.empty())
+        if (text.empty()) {
             return;
+        }
         const std::size_t bracket = text.rfind(']');
         if (text.front() == '[' && bracket != std::string_view::npos) {
             line.m_kind = Line::Kind::Section;
@@ -293,14 +312,16 @@ private:
         const std::size_t equals = text.find('=');
         line.m_strName = Part(Trim(text.substr(0, equals)));
         line.m_bHasValue = equals != std::string_view::npos;
-        if (line.m_bHasValue)
+        if (line.m_bHasValue) {
             line.m_strValue = Part(Trim(text.substr(equals + 1)));
+        }
     }
 
     std::size_t SectionEnd(std::size_t section) const {
         std::size_t end = section + 1;
-        while (end < m_listLines.size() && m_listLines[end].m_kind != Line::Kind::Section)
+        while (end < m_listLines.size() && m_listLines[end].m_kind != Line::Kind::Section) {
             ++end;
+        }
         return end;
     }
 
@@ -308,14 +329,16 @@ private:
     std::string LineEnd() const {
         std::vector<std::pair<std::string, std::size_t>> counts;
         for (const Line& line : m_listLines) {
-            if (HasNoEnd(line))
+            if (HasNoEnd(line)) {
                 continue;
+            }
             const std::string end = Decode(line.m_nEnd, line.m_nNext);
             const auto found = std::ranges::find(counts, end, &std::pair<std::string, std::size_t>::first);
-            if (found == counts.end())
+            if (found == counts.end()) {
                 counts.emplace_back(end, 1);
-            else
+            } else {
                 ++found->second;
+            }
         }
         const auto most = std::ranges::max_element(counts, {}, &std::pair<std::string, std::size_t>::second);
         return most == counts.end() ? "\n" : most->first;
@@ -329,8 +352,9 @@ private:
             before.append("=");
         } else {
             std::size_t from = equals + 1;
-            while (from < before.size() && (before[from] == ' ' || before[from] == '\t'))
+            while (from < before.size() && (before[from] == ' ' || before[from] == '\t')) {
                 ++from;
+            }
             // Blanks behind the value go with it; what an end-of-file mark among them begins does not.
             const std::size_t blanks =
                 static_cast<std::size_t>(Trim(before).data() - before.data()) + Trim(before).size();
@@ -349,20 +373,23 @@ private:
 
 // Where a file lies. A bare name is looked for whatever its case.
 std::string ProfilePath(const std::string& file) {
-    if (file.find('/') != std::string::npos)
+    if (file.find('/') != std::string::npos) {
         return file;
+    }
     const char* const set = std::getenv("CARVELOT_PROFILE_DIR");
     const std::string folder = set != nullptr && *set != '\0' ? set : ConfigFolder();
     std::string exact = folder + "/" + file;
-    if (SharedFile::OpenForReading(exact))
+    if (SharedFile::OpenForReading(exact)) {
         return exact;
+    }
     std::vector<std::string> found;
     if (const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
         open != nullptr) {
         while (const dirent* const entry = ::readdir(open.get())) {
             const std::string_view name = entry->d_name;
-            if (FoldedText(name) == FoldedText(file))
+            if (FoldedText(name) == FoldedText(file)) {
                 found.emplace_back(name);
+            }
         }
     }
     return found.empty() ? exact : folder + "/" + *std::min_element(found.begin(), found.end());
@@ -375,10 +402,12 @@ constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
 bool ReadBytes(const std::string& path, std::string& bytes) {
     int error = 0;
     SharedFile file = SharedFile::OpenForReading(path, &error);
-    if (!file)
+    if (!file) {
         return error == ENOENT;
-    if (file.Size() > kMostBytes)
+    }
+    if (file.Size() > kMostBytes) {
         return false;
+    }
     constexpr std::size_t kBlock = std::size_t{1} << 16;
     for (std::size_t count = kBlock; count == kBlock;) {
         const std::size_t size = bytes.size();
@@ -402,8 +431,9 @@ std::string_view CutToBuffer(std::string_view value, std::size_t bufferUnits) {
     const std::size_t most = bufferUnits == 0 ? 0 : bufferUnits - 1;
     const bool quoted =
         value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front();
-    if (!quoted)
+    if (!quoted) {
         return CutToUnits(value, most);
+    }
     value.remove_prefix(1);
     const bool fits = CountUnits(value) <= bufferUnits;
     value = CutToUnits(value, most);
@@ -414,15 +444,17 @@ std::string_view CutToBuffer(std::string_view value, std::size_t bufferUnits) {
 
 std::string ReadProfileText(std::string_view section, std::string_view key, std::string_view defaultValue,
                             std::size_t bufferUnits, const std::string& file) {
-    while (!defaultValue.empty() && defaultValue.back() == ' ')
+    while (!defaultValue.empty() && defaultValue.back() == ' ') {
         defaultValue.remove_suffix(1);
+    }
     std::string_view value = defaultValue;
     const ProfileText text = Load(file);
     const std::string_view name = Trim(section);
     if (const auto header = name.empty() ? std::nullopt : text.FindSection(name)) {
         const auto found = text.FindKey(*header, Trim(key));
-        if (found && text.Lines()[*found].m_bHasValue)
+        if (found && text.Lines()[*found].m_bHasValue) {
             value = text.Lines()[*found].m_strValue;
+        }
     }
     return std::string(CutToBuffer(value, bufferUnits));
 }
@@ -431,14 +463,17 @@ std::int32_t ReadProfileInt(std::string_view section, std::string_view key, std:
                             const std::string& file) {
     // The call's own buffer holds 30 units.
     const std::string text = ReadProfileText(section, key, "", 30, file);
-    if (text.empty())
+    if (text.empty()) {
         return defaultValue;
+    }
     std::string_view rest = text;
-    while (!rest.empty() && static_cast<unsigned char>(rest.front()) <= ' ')
+    while (!rest.empty() && static_cast<unsigned char>(rest.front()) <= ' ') {
         rest.remove_prefix(1);
+    }
     const bool negative = rest.starts_with('-');
-    if (negative || rest.starts_with('+'))
+    if (negative || rest.starts_with('+')) {
         rest.remove_prefix(1);
+    }
     std::uint32_t base = 10;
     for (const auto& [prefix, prefixBase] :
          {std::pair{"0x", 16u}, std::pair{"0o", 8u}, std::pair{"0b", 2u}}) {
@@ -451,14 +486,16 @@ std::int32_t ReadProfileInt(std::string_view section, std::string_view key, std:
     std::uint32_t number = 0;
     for (const char character : rest) {
         std::uint32_t digit = 36;
-        if (character >= '0' && character <= '9')
+        if (character >= '0' && character <= '9') {
             digit = static_cast<std::uint32_t>(character - '0');
-        else if (character >= 'A' && character <= 'Z')
+        } else if (character >= 'A' && character <= 'Z') {
             digit = static_cast<std::uint32_t>(character - 'A') + 10;
-        else if (character >= 'a' && character <= 'z')
+        } else if (character >= 'a' && character <= 'z') {
             digit = static_cast<std::uint32_t>(character - 'a') + 10;
-        if (digit >= base)
+        }
+        if (digit >= base) {
             break;
+        }
         // What overflows wraps, as the call lets it.
         number = number * base + digit;
     }
@@ -470,20 +507,23 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
     std::size_t left = bufferUnits == 0 ? 0 : bufferUnits - 1;
     const ProfileText text = Load(file);
     for (const Line& line : text.Lines()) {
-        if (line.m_kind != Line::Kind::Section || line.m_strName.empty())
+        if (line.m_kind != Line::Kind::Section || line.m_strName.empty()) {
             continue;
+        }
         const std::size_t needed = CountUnits(line.m_strName) + 1;
         if (needed > left) {
             // The name is cut, and the row ends with it.
-            if (left > 1)
+            if (left > 1) {
                 names.emplace_back(CutToUnits(line.m_strName, left - 1));
+            }
             break;
         }
         names.push_back(line.m_strName);
         left -= needed;
     }
-    if (names.empty())
+    if (names.empty()) {
         names.emplace_back();
+    }
     return names;
 }
 
@@ -492,14 +532,17 @@ bool WriteProfileText(std::string_view section, std::string_view key, std::strin
     const std::string path = ProfilePath(file);
     const FolderLock lock(path.substr(0, path.rfind('/')));
     std::string bytes;
-    if (!ReadBytes(path, bytes))
+    if (!ReadBytes(path, bytes)) {
         return false;
+    }
     const ProfileText text(std::move(bytes));
     const std::string changed = text.With(Trim(section), Trim(key), value);
-    if (changed == text.Bytes())
+    if (changed == text.Bytes()) {
         return true;
-    if (file.find('/') == std::string::npos && !MakeFolders(path.substr(0, path.rfind('/'))))
+    }
+    if (file.find('/') == std::string::npos && !MakeFolders(path.substr(0, path.rfind('/')))) {
         return false;
+    }
     AtomicFile out = AtomicFile::Create(path);
     out.Write(changed);
     return out.Commit();

@@ -30,75 +30,83 @@ struct CKey {
     std::vector<CRegValue> m_listValues;
 };
 
-bool EqualNoCase(std::string_view strA, std::string_view strB) {
-    if (strA.size() != strB.size())
+bool EqualNoCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) {
         return false;
-    for (std::size_t n = 0; n < strA.size(); ++n) {
+    }
+    for (std::size_t n = 0; n < a.size(); ++n) {
         const auto Fold = [](char ch) {
             return ch >= 'a' && ch <= 'z' ? static_cast<char>(ch - 'a' + 'A') : ch;
         };
-        if (Fold(strA[n]) != Fold(strB[n]))
+        if (Fold(a[n]) != Fold(b[n])) {
             return false;
+        }
     }
     return true;
 }
 
-bool IsBelow(std::string_view strPath, std::string_view strParent) {
-    return strPath.size() > strParent.size() && strPath[strParent.size()] == '\\' &&
-           EqualNoCase(strPath.substr(0, strParent.size()), strParent);
+bool IsBelow(std::string_view path, std::string_view parent) {
+    return path.size() > parent.size() && path[parent.size()] == '\\' &&
+           EqualNoCase(path.substr(0, parent.size()), parent);
 }
 
-std::string Quote(std::string_view strText) {
+std::string Quote(std::string_view text) {
     static constexpr char kHex[] = "0123456789abcdef";
-    std::string strResult = "\"";
-    for (const char ch : strText) {
+    std::string result = "\"";
+    for (const char ch : text) {
         if (ch == '"' || ch == '\\') {
-            strResult += '\\';
-            strResult += ch;
+            result += '\\';
+            result += ch;
         } else if (static_cast<unsigned char>(ch) < 0x20) {
-            strResult += "\\x";
-            strResult += kHex[static_cast<unsigned char>(ch) >> 4];
-            strResult += kHex[static_cast<unsigned char>(ch) & 15];
+            result += "\\x";
+            result += kHex[static_cast<unsigned char>(ch) >> 4];
+            result += kHex[static_cast<unsigned char>(ch) & 15];
         } else {
-            strResult += ch;
+            result += ch;
         }
     }
-    return strResult + '"';
+    return result + '"';
 }
 
 int HexDigit(char ch) {
-    if (ch >= '0' && ch <= '9')
+    if (ch >= '0' && ch <= '9') {
         return ch - '0';
-    if (ch >= 'a' && ch <= 'f')
+    }
+    if (ch >= 'a' && ch <= 'f') {
         return ch - 'a' + 10;
-    if (ch >= 'A' && ch <= 'F')
+    }
+    if (ch >= 'A' && ch <= 'F') {
         return ch - 'A' + 10;
+    }
     return -1;
 }
 
-// Reads a quoted text at the front of strLine and steps over it.
-bool Unquote(std::string_view& strLine, std::string& strText) {
-    strText.clear();
-    if (strLine.empty() || strLine[0] != '"')
+// Reads a quoted text at the front of line and steps over it.
+bool Unquote(std::string_view& line, std::string& text) {
+    text.clear();
+    if (line.empty() || line[0] != '"') {
         return false;
-    for (std::size_t n = 1; n < strLine.size(); ++n) {
-        if (strLine[n] == '"') {
-            strLine.remove_prefix(n + 1);
+    }
+    for (std::size_t n = 1; n < line.size(); ++n) {
+        if (line[n] == '"') {
+            line.remove_prefix(n + 1);
             return true;
         }
-        if (strLine[n] != '\\') {
-            strText += strLine[n];
+        if (line[n] != '\\') {
+            text += line[n];
             continue;
         }
-        if (++n >= strLine.size())
+        if (++n >= line.size()) {
             return false;
-        if (strLine[n] == 'x') {
-            if (n + 2 >= strLine.size() || HexDigit(strLine[n + 1]) < 0 || HexDigit(strLine[n + 2]) < 0)
+        }
+        if (line[n] == 'x') {
+            if (n + 2 >= line.size() || HexDigit(line[n + 1]) < 0 || HexDigit(line[n + 2]) < 0) {
                 return false;
-            strText += static_cast<char>(HexDigit(strLine[n + 1]) * 16 + HexDigit(strLine[n + 2]));
+            }
+            text += static_cast<char>(HexDigit(line[n + 1]) * 16 + HexDigit(line[n + 2]));
             n += 2;
         } else {
-            strText += strLine[n];
+            text += line[n];
         }
     }
     return false;
@@ -110,97 +118,106 @@ public:
     explicit CStore(std::filesystem::path path) : m_path(std::move(path)) {}
 
     void Refresh() {
-        if (m_bDetached)
+        if (m_bDetached) {
             return;
-        std::string strContent;
-        const int hFile = open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (hFile < 0) {
-            if (errno != ENOENT && errno != ENOTDIR)
+        }
+        std::string content;
+        const int file = open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+        if (file < 0) {
+            if (errno != ENOENT && errno != ENOTDIR) {
                 m_bDetached = true;
-            else
+            } else {
                 m_listKeys.clear();
+            }
             return;
         }
         struct stat info = {};
-        bool bRead = fstat(hFile, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
+        bool isReadable = fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
         char buffer[16384];
-        while (bRead) {
-            const ssize_t nRead = read(hFile, buffer, sizeof buffer);
-            if (nRead < 0 && errno == EINTR)
+        while (isReadable) {
+            const ssize_t got = read(file, buffer, sizeof buffer);
+            if (got < 0 && errno == EINTR) {
                 continue;
-            if (nRead <= 0) {
-                bRead = nRead == 0;
+            }
+            if (got <= 0) {
+                isReadable = got == 0;
                 break;
             }
-            strContent.append(buffer, static_cast<std::size_t>(nRead));
+            content.append(buffer, static_cast<std::size_t>(got));
         }
-        close(hFile);
-        if (!bRead) {
+        close(file);
+        if (!isReadable) {
             m_bDetached = true;
             return;
         }
-        Parse(strContent);
+        Parse(content);
     }
 
-    CKey* Find(std::string_view strPath) {
+    CKey* Find(std::string_view path) {
         for (CKey& key : m_listKeys) {
-            if (EqualNoCase(key.m_strPath, strPath))
+            if (EqualNoCase(key.m_strPath, path)) {
                 return &key;
+            }
         }
         return nullptr;
     }
 
-    bool Exists(std::string_view strPath) {
+    bool Exists(std::string_view path) {
         for (const CKey& key : m_listKeys) {
-            if (EqualNoCase(key.m_strPath, strPath) || IsBelow(key.m_strPath, strPath))
+            if (EqualNoCase(key.m_strPath, path) || IsBelow(key.m_strPath, path)) {
                 return true;
+            }
         }
         return false;
     }
 
-    CKey& Make(std::string_view strPath) {
-        if (CKey* pKey = Find(strPath))
-            return *pKey;
-        m_listKeys.push_back({std::string(strPath), {}});
+    CKey& Make(std::string_view path) {
+        if (CKey* key = Find(path)) {
+            return *key;
+        }
+        m_listKeys.push_back({std::string(path), {}});
         return m_listKeys.back();
     }
 
-    void RemoveBelow(std::string_view strPath) {
-        std::erase_if(m_listKeys, [&](const CKey& key) { return IsBelow(key.m_strPath, strPath); });
+    void RemoveBelow(std::string_view path) {
+        std::erase_if(m_listKeys, [&](const CKey& key) { return IsBelow(key.m_strPath, path); });
     }
 
     void Save() {
-        if (m_bDetached)
+        if (m_bDetached) {
             return;
+        }
         std::error_code error;
         const std::filesystem::path target =
             std::filesystem::is_symlink(m_path, error) ? std::filesystem::canonical(m_path, error) : m_path;
-        if (!target.parent_path().empty())
+        if (!target.parent_path().empty()) {
             std::filesystem::create_directories(target.parent_path(), error);
+        }
         if (m_bDamaged) {
             std::filesystem::copy_file(target, target.string() + ".damaged",
                                        std::filesystem::copy_options::overwrite_existing, error);
             m_bDamaged = false;
         }
-        std::string strTemporary = target.string() + ".XXXXXX";
-        const int hFile = mkostemp(strTemporary.data(), O_CLOEXEC);
-        if (hFile < 0) {
+        std::string temporary = target.string() + ".XXXXXX";
+        const int file = mkostemp(temporary.data(), O_CLOEXEC);
+        if (file < 0) {
             m_bDetached = true; // keep what the user set for as long as the program runs
             return;
         }
-        const std::string strContent = Print();
-        bool bWritten = true;
-        for (std::size_t nDone = 0; bWritten && nDone < strContent.size();) {
-            const ssize_t nNow = write(hFile, strContent.data() + nDone, strContent.size() - nDone);
-            if (nNow < 0 && errno == EINTR)
+        const std::string content = Print();
+        bool written = true;
+        for (std::size_t done = 0; written && done < content.size();) {
+            const ssize_t now = write(file, content.data() + done, content.size() - done);
+            if (now < 0 && errno == EINTR) {
                 continue;
-            bWritten = nNow > 0;
-            nDone += nNow > 0 ? static_cast<std::size_t>(nNow) : 0;
+            }
+            written = now > 0;
+            done += now > 0 ? static_cast<std::size_t>(now) : 0;
         }
-        bWritten = fsync(hFile) == 0 && bWritten;
-        bWritten = close(hFile) == 0 && bWritten;
-        if (!bWritten || std::rename(strTemporary.c_str(), target.c_str()) != 0) {
-            unlink(strTemporary.c_str());
+        written = fsync(file) == 0 && written;
+        written = close(file) == 0 && written;
+        if (!written || std::rename(temporary.c_str(), target.c_str()) != 0) {
+            unlink(temporary.c_str());
             m_bDetached = true;
         }
     }
@@ -208,70 +225,75 @@ public:
 private:
     static constexpr off_t kMaximum = 16 * 1024 * 1024;
 
-    void Parse(std::string_view strContent) {
+    void Parse(std::string_view content) {
         m_listKeys.clear();
         m_bDamaged = false;
-        CKey* pKey = nullptr;
-        while (!strContent.empty()) {
-            const std::size_t nEnd = strContent.find('\n');
-            std::string_view strLine = strContent.substr(0, nEnd);
-            strContent.remove_prefix(nEnd == std::string_view::npos ? strContent.size() : nEnd + 1);
-            if (!strLine.empty() && strLine.back() == '\r')
-                strLine.remove_suffix(1);
-            if (strLine.empty() || strLine[0] == ';' || strLine[0] == '#')
+        CKey* key = nullptr;
+        while (!content.empty()) {
+            const std::size_t end = content.find('\n');
+            std::string_view line = content.substr(0, end);
+            content.remove_prefix(end == std::string_view::npos ? content.size() : end + 1);
+            if (!line.empty() && line.back() == '\r') {
+                line.remove_suffix(1);
+            }
+            if (line.empty() || line[0] == ';' || line[0] == '#') {
                 continue;
-            if (strLine[0] == '[' && strLine.back() == ']' && strLine.size() > 2) {
-                pKey = &Make(strLine.substr(1, strLine.size() - 2));
+            }
+            if (line[0] == '[' && line.back() == ']' && line.size() > 2) {
+                key = &Make(line.substr(1, line.size() - 2));
                 continue;
             }
             CRegValue value;
-            if (pKey == nullptr || !ParseValue(strLine, value)) {
+            if (key == nullptr || !ParseValue(line, value)) {
                 m_bDamaged = true;
                 continue;
             }
-            Put(*pKey, std::move(value));
+            Put(*key, std::move(value));
         }
     }
 
-    static bool ParseValue(std::string_view strLine, CRegValue& value) {
-        if (!Unquote(strLine, value.m_strName) || strLine.empty() || strLine[0] != '=')
+    static bool ParseValue(std::string_view line, CRegValue& value) {
+        if (!Unquote(line, value.m_strName) || line.empty() || line[0] != '=') {
             return false;
-        strLine.remove_prefix(1);
-        if (strLine.starts_with("dword:")) {
-            strLine.remove_prefix(6);
-            if (strLine.empty() || strLine.size() > 8)
+        }
+        line.remove_prefix(1);
+        if (line.starts_with("dword:")) {
+            line.remove_prefix(6);
+            if (line.empty() || line.size() > 8) {
                 return false;
+            }
             value.m_nType = ERegType::Dword;
-            for (const char ch : strLine) {
-                const int nDigit = HexDigit(ch);
-                if (nDigit < 0)
+            for (const char ch : line) {
+                const int digit = HexDigit(ch);
+                if (digit < 0) {
                     return false;
-                value.m_nNumber = value.m_nNumber * 16 + static_cast<std::uint32_t>(nDigit);
+                }
+                value.m_nNumber = value.m_nNumber * 16 + static_cast<std::uint32_t>(digit);
             }
             return true;
         }
         value.m_nType = ERegType::String;
-        return Unquote(strLine, value.m_strText) && strLine.empty();
+        return Unquote(line, value.m_strText) && line.empty();
     }
 
     std::string Print() const {
-        std::string strContent = "; Settings of Carvelot. Values keep the order in which they were made.\n";
+        std::string content = "; Settings of Carvelot. Values keep the order in which they were made.\n";
         for (const CKey& key : m_listKeys) {
-            strContent += "\n[" + key.m_strPath + "]\n";
+            content += "\n[" + key.m_strPath + "]\n";
             for (const CRegValue& value : key.m_listValues) {
-                strContent += Quote(value.m_strName) + "=";
+                content += Quote(value.m_strName) + "=";
                 if (value.m_nType == ERegType::Dword) {
-                    char szNumber[24];
-                    std::snprintf(szNumber, sizeof szNumber, "dword:%08x",
+                    char number[24];
+                    std::snprintf(number, sizeof number, "dword:%08x",
                                   static_cast<unsigned>(value.m_nNumber));
-                    strContent += szNumber;
+                    content += number;
                 } else {
-                    strContent += Quote(value.m_strText);
+                    content += Quote(value.m_strText);
                 }
-                strContent += '\n';
+                content += '\n';
             }
         }
-        return strContent;
+        return content;
     }
 
 public:
@@ -294,60 +316,63 @@ private:
 };
 
 std::filesystem::path StorePath() {
-    if (const char* pszPath = std::getenv("CARVELOT_REGISTRY"); pszPath != nullptr && *pszPath != '\0')
-        return pszPath;
-    if (const char* pszConfig = std::getenv("XDG_CONFIG_HOME"); pszConfig != nullptr && *pszConfig == '/')
-        return std::filesystem::path(pszConfig) / "carvelot" / "registry.ini";
-    const char* pszHome = std::getenv("HOME");
-    return std::filesystem::path(pszHome != nullptr ? pszHome : ".") / ".config" / "carvelot" /
-           "registry.ini";
+    if (const char* path = std::getenv("CARVELOT_REGISTRY"); path != nullptr && *path != '\0') {
+        return path;
+    }
+    if (const char* config = std::getenv("XDG_CONFIG_HOME"); config != nullptr && *config == '/') {
+        return std::filesystem::path(config) / "carvelot" / "registry.ini";
+    }
+    const char* home = std::getenv("HOME");
+    return std::filesystem::path(home != nullptr ? home : ".") / ".config" / "carvelot" / "registry.ini";
 }
 
 CStore& Store() {
-    static std::map<std::filesystem::path, CStore> mapStores;
+    static std::map<std::filesystem::path, CStore> stores;
     const std::filesystem::path path = StorePath();
-    return mapStores.try_emplace(path, path).first->second;
+    return stores.try_emplace(path, path).first->second;
 }
 
-std::string FullPath(ERegRoot nRoot, std::string_view strKey) {
-    return std::string(nRoot == ERegRoot::CurrentUser ? "HKEY_CURRENT_USER\\" : "HKEY_LOCAL_MACHINE\\") +
-           std::string(strKey);
+std::string FullPath(ERegRoot root, std::string_view key) {
+    return std::string(root == ERegRoot::CurrentUser ? "HKEY_CURRENT_USER\\" : "HKEY_LOCAL_MACHINE\\") +
+           std::string(key);
 }
 
 // A value's bytes as a query with a 4-byte buffer sees them: UTF-16 with its terminator for a text.
-bool Raw32(const CRegValue& value, std::uint32_t& nNumber) {
+bool Raw32(const CRegValue& value, std::uint32_t& number) {
     if (value.m_nType == ERegType::Dword) {
-        nNumber = value.m_nNumber;
+        number = value.m_nNumber;
         return true;
     }
     if (value.m_strText.empty()) {
-        nNumber &= 0xFFFF0000u;
+        number &= 0xFFFF0000u;
         return true;
     }
     if (value.m_strText.size() == 1 && static_cast<unsigned char>(value.m_strText[0]) < 0x80) {
-        nNumber = static_cast<unsigned char>(value.m_strText[0]);
+        number = static_cast<unsigned char>(value.m_strText[0]);
         return true;
     }
     return false;
 }
 
 // A UTF-16 unit that stands alone, as UTF-8; a NUL and half of a pair give nothing and U+FFFD.
-void AppendUnit(std::string& strText, std::uint32_t nUnit) {
-    if (nUnit == 0)
-        return;
-    if (nUnit >= 0xD800 && nUnit <= 0xDFFF)
-        nUnit = 0xFFFD;
-    if (nUnit < 0x80) {
-        strText += static_cast<char>(nUnit);
+void AppendUnit(std::string& text, std::uint32_t unit) {
+    if (unit == 0) {
         return;
     }
-    if (nUnit < 0x800) {
-        strText += static_cast<char>(0xC0 | (nUnit >> 6));
+    if (unit >= 0xD800 && unit <= 0xDFFF) {
+        unit = 0xFFFD;
+    }
+    if (unit < 0x80) {
+        text += static_cast<char>(unit);
+        return;
+    }
+    if (unit < 0x800) {
+        text += static_cast<char>(0xC0 | (unit >> 6));
     } else {
-        strText += static_cast<char>(0xE0 | (nUnit >> 12));
-        strText += static_cast<char>(0x80 | ((nUnit >> 6) & 0x3F));
+        text += static_cast<char>(0xE0 | (unit >> 12));
+        text += static_cast<char>(0x80 | ((unit >> 6) & 0x3F));
     }
-    strText += static_cast<char>(0x80 | (nUnit & 0x3F));
+    text += static_cast<char>(0x80 | (unit & 0x3F));
 }
 
 // The lock of the store's folder, which is made when it is missing.
@@ -366,26 +391,30 @@ struct CRegistryKey::CImpl {
     bool m_bWritable = false;
 
     CKey* Read() const {
-        if (!m_bOpen)
+        if (!m_bOpen) {
             return nullptr;
+        }
         Store().Refresh();
         return Store().Find(m_strPath);
     }
 
-    const CRegValue* Value(std::string_view strName) const {
-        const CKey* pKey = Read();
-        if (pKey == nullptr)
+    const CRegValue* Value(std::string_view name) const {
+        const CKey* key = Read();
+        if (key == nullptr) {
             return nullptr;
-        for (const CRegValue& value : pKey->m_listValues) {
-            if (EqualNoCase(value.m_strName, strName))
+        }
+        for (const CRegValue& value : key->m_listValues) {
+            if (EqualNoCase(value.m_strName, name)) {
                 return &value;
+            }
         }
         return nullptr;
     }
 
     bool Write(CRegValue value) const {
-        if (!m_bOpen || !m_bWritable)
+        if (!m_bOpen || !m_bWritable) {
             return false;
+        }
         const FolderLock lock = LockStore();
         Store().Refresh();
         CStore::Put(Store().Make(m_strPath), std::move(value));
@@ -406,27 +435,28 @@ CRegistryKey& CRegistryKey::operator=(CRegistryKey&& other) noexcept {
     return *this;
 }
 
-bool CRegistryKey::Open(ERegRoot nRoot, std::string_view strKey, ERegAccess nAccess) {
+bool CRegistryKey::Open(ERegRoot root, std::string_view key, ERegAccess access) {
     Close();
-    const std::string strPath = FullPath(nRoot, strKey);
+    const std::string path = FullPath(root, key);
     Store().Refresh();
-    if (!Store().Exists(strPath))
+    if (!Store().Exists(path)) {
         return false;
-    *m_pImpl = {strPath, true, nAccess == ERegAccess::Full};
+    }
+    *m_pImpl = {path, true, access == ERegAccess::Full};
     return true;
 }
 
-bool CRegistryKey::Create(ERegRoot nRoot, std::string_view strKey) {
+bool CRegistryKey::Create(ERegRoot root, std::string_view key) {
     Close();
-    const std::string strPath = FullPath(nRoot, strKey);
+    const std::string path = FullPath(root, key);
     Store().Refresh();
-    if (Store().Find(strPath) == nullptr) {
+    if (Store().Find(path) == nullptr) {
         const FolderLock lock = LockStore();
         Store().Refresh();
-        Store().Make(strPath);
+        Store().Make(path);
         Store().Save();
     }
-    *m_pImpl = {strPath, true, true};
+    *m_pImpl = {path, true, true};
     return true;
 }
 
@@ -434,87 +464,100 @@ void CRegistryKey::Close() { *m_pImpl = {}; }
 
 bool CRegistryKey::IsOpen() const { return m_pImpl->m_bOpen; }
 
-ERegStatus CRegistryKey::QueryRaw32(std::string_view strName, std::uint32_t& nNumber) const {
-    if (!m_pImpl->m_bOpen)
+ERegStatus CRegistryKey::QueryRaw32(std::string_view name, std::uint32_t& number) const {
+    if (!m_pImpl->m_bOpen) {
         return ERegStatus::Failed;
-    const CRegValue* pValue = m_pImpl->Value(strName);
-    if (pValue == nullptr)
+    }
+    const CRegValue* stored = m_pImpl->Value(name);
+    if (stored == nullptr) {
         return ERegStatus::NotFound;
-    return Raw32(*pValue, nNumber) ? ERegStatus::Ok : ERegStatus::Failed;
+    }
+    return Raw32(*stored, number) ? ERegStatus::Ok : ERegStatus::Failed;
 }
 
-ERegStatus CRegistryKey::QueryValue(std::string_view strName, CRegValue& value) const {
-    if (!m_pImpl->m_bOpen)
+ERegStatus CRegistryKey::QueryValue(std::string_view name, CRegValue& value) const {
+    if (!m_pImpl->m_bOpen) {
         return ERegStatus::Failed;
-    const CRegValue* pValue = m_pImpl->Value(strName);
-    if (pValue == nullptr)
+    }
+    const CRegValue* stored = m_pImpl->Value(name);
+    if (stored == nullptr) {
         return ERegStatus::NotFound;
-    value = *pValue;
+    }
+    value = *stored;
     return ERegStatus::Ok;
 }
 
-ERegStatus CRegistryKey::QueryRawText(std::string_view strName, std::size_t nBytes,
-                                      std::string& strText) const {
-    if (!m_pImpl->m_bOpen)
+ERegStatus CRegistryKey::QueryRawText(std::string_view name, std::size_t bytes, std::string& text) const {
+    if (!m_pImpl->m_bOpen) {
         return ERegStatus::Failed;
-    const CRegValue* pValue = m_pImpl->Value(strName);
-    if (pValue == nullptr)
+    }
+    const CRegValue* stored = m_pImpl->Value(name);
+    if (stored == nullptr) {
         return ERegStatus::NotFound;
-    strText.clear();
-    if (pValue->m_nType == ERegType::Dword) {
-        if (nBytes < sizeof pValue->m_nNumber)
+    }
+    text.clear();
+    if (stored->m_nType == ERegType::Dword) {
+        if (bytes < sizeof stored->m_nNumber) {
             return ERegStatus::Failed;
-        AppendUnit(strText, pValue->m_nNumber & 0xFFFF);
-        if (!strText.empty())
-            AppendUnit(strText, pValue->m_nNumber >> 16);
+        }
+        AppendUnit(text, stored->m_nNumber & 0xFFFF);
+        if (!text.empty()) {
+            AppendUnit(text, stored->m_nNumber >> 16);
+        }
         return ERegStatus::Ok;
     }
     // Every character has one byte that is no continuation, and those of four bytes take two units.
-    std::size_t nUnits = 1;
-    for (const char c : pValue->m_strText) {
-        const auto nByte = static_cast<unsigned char>(c);
-        nUnits += (nByte & 0xC0) == 0x80 ? 0u : nByte >= 0xF0 ? 2u : 1u;
+    std::size_t units = 1;
+    for (const char c : stored->m_strText) {
+        const auto byte = static_cast<unsigned char>(c);
+        units += (byte & 0xC0) == 0x80 ? 0u : byte >= 0xF0 ? 2u : 1u;
     }
-    if (nUnits * 2 > nBytes)
+    if (units * 2 > bytes) {
         return ERegStatus::Failed;
-    strText = pValue->m_strText;
+    }
+    text = stored->m_strText;
     return ERegStatus::Ok;
 }
 
-bool CRegistryKey::EnumRaw32(std::size_t nIndex, std::string& strName, std::uint32_t& nNumber) const {
-    const CKey* pKey = m_pImpl->Read();
-    if (pKey == nullptr || nIndex >= pKey->m_listValues.size())
+bool CRegistryKey::EnumRaw32(std::size_t index, std::string& name, std::uint32_t& number) const {
+    const CKey* key = m_pImpl->Read();
+    if (key == nullptr || index >= key->m_listValues.size()) {
         return false;
-    const CRegValue& value = pKey->m_listValues[nIndex];
-    if (value.m_strName.size() >= 260 || !Raw32(value, nNumber))
+    }
+    const CRegValue& value = key->m_listValues[index];
+    if (value.m_strName.size() >= 260 || !Raw32(value, number)) {
         return false;
-    strName = value.m_strName;
+    }
+    name = value.m_strName;
     return true;
 }
 
-bool CRegistryKey::SetDword(std::string_view strName, std::uint32_t nNumber) {
-    return m_pImpl->Write({std::string(strName), ERegType::Dword, nNumber, {}});
+bool CRegistryKey::SetDword(std::string_view name, std::uint32_t number) {
+    return m_pImpl->Write({std::string(name), ERegType::Dword, number, {}});
 }
 
-bool CRegistryKey::SetString(std::string_view strName, std::string_view strText) {
-    return m_pImpl->Write({std::string(strName), ERegType::String, 0, std::string(strText)});
+bool CRegistryKey::SetString(std::string_view name, std::string_view text) {
+    return m_pImpl->Write({std::string(name), ERegType::String, 0, std::string(text)});
 }
 
-bool CRegistryKey::DeleteValue(std::string_view strName) {
+bool CRegistryKey::DeleteValue(std::string_view name) {
     const FolderLock lock = LockStore();
-    CKey* pKey = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
-    if (pKey == nullptr)
+    CKey* key = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
+    if (key == nullptr) {
         return false;
-    const auto nRemoved = std::erase_if(
-        pKey->m_listValues, [&](const CRegValue& value) { return EqualNoCase(value.m_strName, strName); });
-    if (nRemoved != 0)
+    }
+    const auto removed = std::erase_if(
+        key->m_listValues, [&](const CRegValue& value) { return EqualNoCase(value.m_strName, name); });
+    if (removed != 0) {
         Store().Save();
-    return nRemoved != 0;
+    }
+    return removed != 0;
 }
 
 bool CRegistryKey::DeleteContent() {
-    if (!m_pImpl->m_bOpen || !m_pImpl->m_bWritable)
+    if (!m_pImpl->m_bOpen || !m_pImpl->m_bWritable) {
         return false;
+    }
     const FolderLock lock = LockStore();
     Store().Refresh();
     Store().RemoveBelow(m_pImpl->m_strPath);

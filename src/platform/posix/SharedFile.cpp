@@ -40,8 +40,9 @@ bool SharedFile::Rewind() { return ::lseek(static_cast<int>(m_hFile), 0, SEEK_SE
 
 std::uint64_t SharedFile::Size() const {
     struct stat status {};
-    if (::fstat(static_cast<int>(m_hFile), &status) != 0)
+    if (::fstat(static_cast<int>(m_hFile), &status) != 0) {
         return 0;
+    }
     return static_cast<std::uint64_t>(status.st_size);
 }
 
@@ -49,11 +50,13 @@ void SharedFile::Close() { Descriptor(static_cast<int>(std::exchange(m_hFile, kC
 
 bool TruncateShared(const std::string& path, int* error) {
     Descriptor file = OpenRegular(path, O_RDWR, error);
-    if (!file)
+    if (!file) {
         return false;
+    }
     if (::ftruncate(file.Get(), 0) != 0) {
-        if (error != nullptr)
+        if (error != nullptr) {
             *error = errno;
+        }
         return false;
     }
     return true;
@@ -63,8 +66,9 @@ std::int32_t SharedFileSize(const std::string& path) {
     const Descriptor file = OpenRegular(path, O_RDWR, nullptr);
     struct stat status {};
     if (!file || ::fstat(file.Get(), &status) != 0 ||
-        status.st_size > std::numeric_limits<std::int32_t>::max())
+        status.st_size > std::numeric_limits<std::int32_t>::max()) {
         return -1;
+    }
     return static_cast<std::int32_t>(status.st_size);
 }
 

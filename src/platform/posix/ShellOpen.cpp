@@ -9,15 +9,18 @@
 namespace carvelot::platform {
 
 bool OpenInItsProgram(const std::string& path) {
-    if (path.empty() || path.find('\0') != std::string::npos)
+    if (path.empty() || path.find('\0') != std::string::npos) {
         return false;
+    }
     std::error_code error;
     const std::string argument = std::filesystem::absolute(path, error).string();
-    if (error)
+    if (error) {
         return false;
+    }
     int report[2];
-    if (::pipe2(report, O_CLOEXEC) != 0)
+    if (::pipe2(report, O_CLOEXEC) != 0) {
         return false;
+    }
     const pid_t child = ::fork();
     if (child < 0) {
         ::close(report[0]);

@@ -16,8 +16,9 @@ std::optional<std::string> MakeTemporaryName(std::string_view prefix, int* error
     path.append("/").append(prefix).append("XXXXXX");
     const Descriptor file(::mkostemp(path.data(), O_CLOEXEC));
     if (!file) {
-        if (error != nullptr)
+        if (error != nullptr) {
             *error = errno;
+        }
         return std::nullopt;
     }
     return path;
@@ -26,21 +27,26 @@ std::optional<std::string> MakeTemporaryName(std::string_view prefix, int* error
 bool CopyFileOver(const std::string& from, const std::string& to) {
     const Descriptor source = OpenRegular(from, O_RDONLY, nullptr);
     struct stat sourceStatus {};
-    if (!source || ::fstat(source.Get(), &sourceStatus) != 0)
+    if (!source || ::fstat(source.Get(), &sourceStatus) != 0) {
         return false;
+    }
     // Emptied only once it is known not to be the source itself.
     Descriptor target = OpenAny(to, O_WRONLY | O_CREAT | O_NONBLOCK, 0666, nullptr);
     struct stat targetStatus {};
-    if (!target || ::fstat(target.Get(), &targetStatus) != 0)
+    if (!target || ::fstat(target.Get(), &targetStatus) != 0) {
         return false;
-    if (sourceStatus.st_dev == targetStatus.st_dev && sourceStatus.st_ino == targetStatus.st_ino)
+    }
+    if (sourceStatus.st_dev == targetStatus.st_dev && sourceStatus.st_ino == targetStatus.st_ino) {
         return false;
-    if (::ftruncate(target.Get(), 0) != 0)
+    }
+    if (::ftruncate(target.Get(), 0) != 0) {
         return false;
+    }
     std::vector<char> buffer(std::size_t{1} << 20);
     while (const std::size_t count = ReadFully(source.Get(), buffer.data(), buffer.size())) {
-        if (WriteFully(target.Get(), {buffer.data(), count}) != 0)
+        if (WriteFully(target.Get(), {buffer.data(), count}) != 0) {
             return false;
+        }
     }
     return target.Close() == 0;
 }

@@ -8,15 +8,17 @@ namespace {
 constexpr std::size_t kBlock = std::size_t{1} << 16;
 
 void SetError(int* error, DWORD number) {
-    if (error != nullptr)
+    if (error != nullptr) {
         *error = static_cast<int>(number);
+    }
 }
 
 // The path of an open file with all links followed.
 std::wstring FinalPath(HANDLE file, const std::wstring& path) {
     std::wstring final(GetFinalPathNameByHandleW(file, nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
-    if (final.empty())
+    if (final.empty()) {
         return path;
+    }
     final.resize(GetFinalPathNameByHandleW(file, final.data(), static_cast<DWORD>(final.size()),
                                            FILE_NAME_NORMALIZED));
     return final.empty() ? path : final;
@@ -31,11 +33,13 @@ WindowsHandle MakeBeside(const std::wstring& target, std::wstring& path, DWORD* 
                std::to_wstring(counter++) + L".tmp";
         WindowsHandle file(
             CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (file)
+        if (file) {
             return file;
+        }
         *number = GetLastError();
-        if (*number != ERROR_FILE_EXISTS && *number != ERROR_ALREADY_EXISTS)
+        if (*number != ERROR_FILE_EXISTS && *number != ERROR_ALREADY_EXISTS) {
             break;
+        }
     }
     return WindowsHandle();
 }
@@ -58,19 +62,22 @@ struct AtomicFile::State {
     State& operator=(const State&) = delete;
     ~State() {
         m_file.Close();
-        if (!m_strTemporary.empty())
+        if (!m_strTemporary.empty()) {
             DeleteFileW(m_strTemporary.c_str());
+        }
     }
 
     void Flush() {
-        if (m_nError == ERROR_SUCCESS)
+        if (m_nError == ERROR_SUCCESS) {
             m_nError = WriteFully(m_file.Get(), m_strBuffer);
+        }
         m_strBuffer.clear();
     }
 
     void Check(bool done) {
-        if (!done && m_nError == ERROR_SUCCESS)
+        if (!done && m_nError == ERROR_SUCCESS) {
             m_nError = GetLastError();
+        }
     }
 
     void Finish() {
@@ -79,23 +86,27 @@ struct AtomicFile::State {
                                                FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, TRUNCATE_EXISTING,
                                                FILE_ATTRIBUTE_NORMAL, nullptr));
             Check(static_cast<bool>(m_file));
-            if (!m_file)
+            if (!m_file) {
                 return;
+            }
         }
         Flush();
-        if (m_nError == ERROR_SUCCESS && m_way != Way::Direct)
+        if (m_nError == ERROR_SUCCESS && m_way != Way::Direct) {
             Check(FlushFileBuffers(m_file.Get()) != 0);
+        }
         Check(m_file.Close());
-        if (m_nError != ERROR_SUCCESS || m_way != Way::Replace)
+        if (m_nError != ERROR_SUCCESS || m_way != Way::Replace) {
             return;
+        }
         // ReplaceFile keeps the attributes and rights of what is replaced; not every file system can.
         if ((m_bExists && ReplaceFileW(m_strTarget.c_str(), m_strTemporary.c_str(), nullptr,
                                        REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)) ||
             MoveFileExW(m_strTemporary.c_str(), m_strTarget.c_str(),
-                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
             m_strTemporary.clear();
-        else
+        } else {
             m_nError = GetLastError();
+        }
     }
 };
 
@@ -124,8 +135,9 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
         state->m_way = State::Way::Direct;
         state->m_file = std::move(existing);
     } else {
-        if (existing)
+        if (existing) {
             state->m_strTarget = FinalPath(existing.Get(), state->m_strTarget);
+        }
         existing.Close();
         DWORD failure = ERROR_SUCCESS;
         state->m_file = MakeBeside(state->m_strTarget, state->m_strTemporary, &failure);
@@ -143,11 +155,13 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
 }
 
 bool AtomicFile::Write(std::string_view bytes) {
-    if (m_pState == nullptr || m_pState->m_nError != ERROR_SUCCESS)
+    if (m_pState == nullptr || m_pState->m_nError != ERROR_SUCCESS) {
         return false;
+    }
     m_pState->m_strBuffer.append(bytes);
-    if (m_pState->m_way != State::Way::Collect && m_pState->m_strBuffer.size() >= kBlock)
+    if (m_pState->m_way != State::Way::Collect && m_pState->m_strBuffer.size() >= kBlock) {
         m_pState->Flush();
+    }
     return m_pState->m_nError == ERROR_SUCCESS;
 }
 
@@ -157,8 +171,9 @@ bool AtomicFile::Commit(int* error) {
         return false;
     }
     const std::unique_ptr<State> state = std::move(m_pState);
-    if (state->m_nError == ERROR_SUCCESS)
+    if (state->m_nError == ERROR_SUCCESS) {
         state->Finish();
+    }
     SetError(error, state->m_nError);
     return state->m_nError == ERROR_SUCCESS;
 }

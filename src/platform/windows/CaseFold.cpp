@@ -15,9 +15,10 @@ Table MakeTable() {
         const auto character = static_cast<wchar_t>(unit);
         wchar_t upper = character;
         // The file system's folding: one unit to one, the same in every language. Half a pair has no case.
-        if (unit < 0xD800 || unit > 0xDFFF)
+        if (unit < 0xD800 || unit > 0xDFFF) {
             LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, &character, 1, &upper, 1, nullptr, nullptr,
                           0);
+        }
         table[unit] = static_cast<char16_t>(upper);
     }
     return table;

@@ -4,8 +4,9 @@
 namespace carvelot::platform {
 
 std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
-    if (IsAscii(bytes))
+    if (IsAscii(bytes)) {
         return bytes;
+    }
     const int size = static_cast<int>(bytes.size());
     std::wstring wide(
         static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, nullptr, 0)), L'\0');
@@ -15,8 +16,9 @@ std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
 }
 
 std::string Utf8ToBytes(std::string_view utf8) {
-    if (IsAscii(utf8))
+    if (IsAscii(utf8)) {
         return std::string(utf8);
+    }
     const std::wstring wide = ToWide(utf8);
     const int size = static_cast<int>(wide.size());
     std::string bytes(static_cast<std::size_t>(

@@ -9,8 +9,9 @@ namespace carvelot::platform {
 namespace {
 
 bool ToSystemTime(int year, int month, int day, SYSTEMTIME& time) {
-    if (year < 0 || year > 0xFFFF || month < 0 || month > 0xFFFF || day < 0 || day > 0xFFFF)
+    if (year < 0 || year > 0xFFFF || month < 0 || month > 0xFFFF || day < 0 || day > 0xFFFF) {
         return false;
+    }
     time = {};
     time.wYear = static_cast<WORD>(year);
     time.wMonth = static_cast<WORD>(month);
@@ -32,8 +33,9 @@ std::optional<std::string> ShortDate(int year, int month, int day) {
     SYSTEMTIME time;
     wchar_t text[80];
     if (!ToSystemTime(year, month, day, time) ||
-        GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, text, 80) == 0)
+        GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &time, nullptr, text, 80) == 0) {
         return std::nullopt;
+    }
     return FromWide(text);
 }
 
@@ -46,8 +48,9 @@ std::optional<std::string> AutomationDateText(int year, int month, int day) {
     double date = 0;
     BSTR text = nullptr;
     if (!ToAutomationDate(year, month, day, date) ||
-        FAILED(VarBstrFromDate(date, LOCALE_USER_DEFAULT, 0, &text)))
+        FAILED(VarBstrFromDate(date, LOCALE_USER_DEFAULT, 0, &text))) {
         return std::nullopt;
+    }
     const std::string result = FromWide(std::wstring_view(text, SysStringLen(text)));
     SysFreeString(text);
     return result;

@@ -41,8 +41,9 @@ std::vector<std::wstring> LibraryFolders() {
         const std::size_t end = std::min(path.find(L';', begin), path.size());
         std::wstring folder = path.substr(begin, end - begin);
         std::erase(folder, L'"');
-        if (IsWholePath(folder))
+        if (IsWholePath(folder)) {
             folders.push_back(std::move(folder));
+        }
         begin = end + 1;
     }
     return folders;
@@ -61,35 +62,37 @@ CDynamicLibrary& CDynamicLibrary::operator=(CDynamicLibrary&& other) noexcept {
     return *this;
 }
 
-bool CDynamicLibrary::Load(std::string_view strName, std::uint32_t& nError) {
+bool CDynamicLibrary::Load(std::string_view name, std::uint32_t& error) {
     Free();
-    nError = ERROR_MOD_NOT_FOUND;
+    error = ERROR_MOD_NOT_FOUND;
     for (const std::wstring& folder : LibraryFolders()) {
-        const std::wstring file = folder + L'\\' + ToWide(strName);
+        const std::wstring file = folder + L'\\' + ToWide(name);
         const DWORD attributes = GetFileAttributesW(file.c_str());
-        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+        if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
             continue;
+        }
         // What the library needs itself is looked for in its own folder first.
         m_hModule = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
-        nError = m_hModule != nullptr ? 0 : GetLastError();
+        error = m_hModule != nullptr ? 0 : GetLastError();
         break;
     }
     return m_hModule != nullptr;
 }
 
-CDynamicLibrary::FPointer CDynamicLibrary::Symbol(const char* pszName, std::uint32_t& nError) const {
+CDynamicLibrary::FPointer CDynamicLibrary::Symbol(const char* name, std::uint32_t& error) const {
     if (m_hModule == nullptr) {
-        nError = ERROR_INVALID_HANDLE;
+        error = ERROR_INVALID_HANDLE;
         return nullptr;
     }
-    const FARPROC pFound = GetProcAddress(static_cast<HMODULE>(m_hModule), pszName);
-    nError = pFound != nullptr ? 0 : GetLastError();
-    return reinterpret_cast<FPointer>(reinterpret_cast<void*>(pFound));
+    const FARPROC found = GetProcAddress(static_cast<HMODULE>(m_hModule), name);
+    error = found != nullptr ? 0 : GetLastError();
+    return reinterpret_cast<FPointer>(reinterpret_cast<void*>(found));
 }
 
 void CDynamicLibrary::Free() {
-    if (m_hModule != nullptr)
+    if (m_hModule != nullptr) {
         FreeLibrary(static_cast<HMODULE>(m_hModule));
+    }
     m_hModule = nullptr;
 }
 

@@ -7,14 +7,16 @@ namespace carvelot::platform {
 
 void* AllocatePages(std::size_t size) {
     void* const block = VirtualAlloc(nullptr, size == 0 ? 1 : size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-    if (block == nullptr)
+    if (block == nullptr) {
         throw std::bad_alloc();
+    }
     return block;
 }
 
 void FreePages(void* block, std::size_t) noexcept {
-    if (block != nullptr)
+    if (block != nullptr) {
         VirtualFree(block, 0, MEM_RELEASE);
+    }
 }
 
 } // namespace carvelot::platform

@@ -10,15 +10,18 @@ bool EnumerateProcesses(std::vector<ProcessEntry>& processes) {
     processes.clear();
     DWORD numbers[1024];
     DWORD bytes = 0;
-    if (!K32EnumProcesses(numbers, sizeof numbers, &bytes))
+    if (!K32EnumProcesses(numbers, sizeof numbers, &bytes)) {
         return false;
+    }
     for (DWORD index = 0; index < bytes / sizeof numbers[0]; ++index) {
-        if (numbers[index] == 0)
+        if (numbers[index] == 0) {
             continue;
+        }
         const HANDLE process =
             OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, numbers[index]);
-        if (process == nullptr)
+        if (process == nullptr) {
             continue;
+        }
         // The first module is the executable.
         HMODULE module = nullptr;
         DWORD needed = 0;

@@ -31,8 +31,9 @@ std::string ReadProfileText(std::string_view section, std::string_view key, std:
 
 std::int32_t ReadProfileInt(std::string_view section, std::string_view key, std::int32_t defaultValue,
                             const std::string& file) {
-    if (HasNoName(section))
+    if (HasNoName(section)) {
         return defaultValue;
+    }
     return static_cast<std::int32_t>(GetPrivateProfileIntW(ToWide(section).c_str(), ToWide(key).c_str(),
                                                            defaultValue, ProfileName(file).c_str()));
 }

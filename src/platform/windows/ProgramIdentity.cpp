@@ -6,25 +6,27 @@
 
 namespace carvelot::platform {
 
-void SetProgramIdentifier(const std::string& strIdentifier) {
-    SetCurrentProcessExplicitAppUserModelID(ToWide(strIdentifier).c_str());
+void SetProgramIdentifier(const std::string& identifier) {
+    SetCurrentProcessExplicitAppUserModelID(ToWide(identifier).c_str());
 }
 
 std::string ProgramIdentifier() {
-    wchar_t* pszFound = nullptr;
-    if (FAILED(GetCurrentProcessExplicitAppUserModelID(&pszFound)) || pszFound == nullptr)
+    wchar_t* wideFound = nullptr;
+    if (FAILED(GetCurrentProcessExplicitAppUserModelID(&wideFound)) || wideFound == nullptr) {
         return {};
-    std::string strFound = FromWide(pszFound);
-    CoTaskMemFree(pszFound);
-    return strFound;
+    }
+    std::string found = FromWide(wideFound);
+    CoTaskMemFree(wideFound);
+    return found;
 }
 
-void RegisterRestart(std::string_view strFile) {
+void RegisterRestart(std::string_view file) {
     // No path holds a quote.
-    const std::wstring strArguments = strFile.empty() ? std::wstring() : L'"' + ToWide(strFile) + L'"';
-    if (strArguments.size() >= RESTART_MAX_CMD_LINE ||
-        RegisterApplicationRestart(strArguments.c_str(), 0) != S_OK)
+    const std::wstring arguments = file.empty() ? std::wstring() : L'"' + ToWide(file) + L'"';
+    if (arguments.size() >= RESTART_MAX_CMD_LINE ||
+        RegisterApplicationRestart(arguments.c_str(), 0) != S_OK) {
         RegisterApplicationRestart(L"", 0);
+    }
 }
 
 } // namespace carvelot::platform

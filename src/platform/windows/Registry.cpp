@@ -9,28 +9,30 @@ namespace carvelot::platform {
 
 namespace {
 
-std::wstring Widen(std::string_view strText) {
-    if (strText.empty())
+std::wstring Widen(std::string_view text) {
+    if (text.empty()) {
         return {};
-    std::wstring strWide(strText.size(), L'\0');
-    const int nLength = MultiByteToWideChar(CP_UTF8, 0, strText.data(), static_cast<int>(strText.size()),
-                                            strWide.data(), static_cast<int>(strWide.size()));
-    strWide.resize(static_cast<std::size_t>(nLength));
-    return strWide;
+    }
+    std::wstring wide(text.size(), L'\0');
+    const int length = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
+                                           wide.data(), static_cast<int>(wide.size()));
+    wide.resize(static_cast<std::size_t>(length));
+    return wide;
 }
 
-std::string Narrow(const wchar_t* pText, std::size_t nLength) {
-    if (nLength == 0)
+std::string Narrow(const wchar_t* units, std::size_t length) {
+    if (length == 0) {
         return {};
-    std::string strText(nLength * 3, '\0');
-    const int nBytes = WideCharToMultiByte(CP_UTF8, 0, pText, static_cast<int>(nLength), strText.data(),
-                                           static_cast<int>(strText.size()), nullptr, nullptr);
-    strText.resize(static_cast<std::size_t>(nBytes));
-    return strText;
+    }
+    std::string text(length * 3, '\0');
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(length), text.data(),
+                                          static_cast<int>(text.size()), nullptr, nullptr);
+    text.resize(static_cast<std::size_t>(bytes));
+    return text;
 }
 
-HKEY RootHandle(ERegRoot nRoot) {
-    return nRoot == ERegRoot::CurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+HKEY RootHandle(ERegRoot root) {
+    return root == ERegRoot::CurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
 }
 
 } // namespace
@@ -42,8 +44,9 @@ struct CRegistryKey::CImpl {
 CRegistryKey::CRegistryKey() : m_pImpl(std::make_unique<CImpl>()) {}
 
 CRegistryKey::~CRegistryKey() {
-    if (m_pImpl)
+    if (m_pImpl) {
         Close();
+    }
 }
 
 CRegistryKey::CRegistryKey(CRegistryKey&& other) noexcept : m_pImpl(std::move(other.m_pImpl)) {
@@ -55,120 +58,129 @@ CRegistryKey& CRegistryKey::operator=(CRegistryKey&& other) noexcept {
     return *this;
 }
 
-bool CRegistryKey::Open(ERegRoot nRoot, std::string_view strKey, ERegAccess nAccess) {
+bool CRegistryKey::Open(ERegRoot root, std::string_view key, ERegAccess access) {
     Close();
-    const REGSAM nRights = nAccess == ERegAccess::Read ? KEY_READ : KEY_ALL_ACCESS;
-    HKEY hKey = nullptr;
-    if (RegOpenKeyExW(RootHandle(nRoot), Widen(strKey).c_str(), 0, nRights, &hKey) != ERROR_SUCCESS)
+    const REGSAM rights = access == ERegAccess::Read ? KEY_READ : KEY_ALL_ACCESS;
+    HKEY keyHandle = nullptr;
+    if (RegOpenKeyExW(RootHandle(root), Widen(key).c_str(), 0, rights, &keyHandle) != ERROR_SUCCESS) {
         return false;
-    m_pImpl->m_hKey = hKey;
+    }
+    m_pImpl->m_hKey = keyHandle;
     return true;
 }
 
-bool CRegistryKey::Create(ERegRoot nRoot, std::string_view strKey) {
+bool CRegistryKey::Create(ERegRoot root, std::string_view key) {
     Close();
-    HKEY hKey = nullptr;
-    if (RegCreateKeyExW(RootHandle(nRoot), Widen(strKey).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                        KEY_ALL_ACCESS, nullptr, &hKey, nullptr) != ERROR_SUCCESS)
+    HKEY keyHandle = nullptr;
+    if (RegCreateKeyExW(RootHandle(root), Widen(key).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                        KEY_ALL_ACCESS, nullptr, &keyHandle, nullptr) != ERROR_SUCCESS) {
         return false;
-    m_pImpl->m_hKey = hKey;
+    }
+    m_pImpl->m_hKey = keyHandle;
     return true;
 }
 
 void CRegistryKey::Close() {
-    if (m_pImpl->m_hKey != nullptr)
+    if (m_pImpl->m_hKey != nullptr) {
         RegCloseKey(m_pImpl->m_hKey);
+    }
     m_pImpl->m_hKey = nullptr;
 }
 
 bool CRegistryKey::IsOpen() const { return m_pImpl->m_hKey != nullptr; }
 
-ERegStatus CRegistryKey::QueryRaw32(std::string_view strName, std::uint32_t& nNumber) const {
-    std::uint32_t nBuffer = nNumber;
-    DWORD nSize = sizeof nBuffer;
-    const LSTATUS nStatus = RegQueryValueExW(m_pImpl->m_hKey, Widen(strName).c_str(), nullptr, nullptr,
-                                             reinterpret_cast<BYTE*>(&nBuffer), &nSize);
-    if (nStatus == ERROR_FILE_NOT_FOUND)
+ERegStatus CRegistryKey::QueryRaw32(std::string_view name, std::uint32_t& number) const {
+    std::uint32_t buffer = number;
+    DWORD size = sizeof buffer;
+    const LSTATUS status = RegQueryValueExW(m_pImpl->m_hKey, Widen(name).c_str(), nullptr, nullptr,
+                                            reinterpret_cast<BYTE*>(&buffer), &size);
+    if (status == ERROR_FILE_NOT_FOUND) {
         return ERegStatus::NotFound;
-    if (nStatus != ERROR_SUCCESS)
+    }
+    if (status != ERROR_SUCCESS) {
         return ERegStatus::Failed;
-    nNumber = nBuffer;
+    }
+    number = buffer;
     return ERegStatus::Ok;
 }
 
-ERegStatus CRegistryKey::QueryValue(std::string_view strName, CRegValue& value) const {
-    const std::wstring strWide = Widen(strName);
-    DWORD nType = REG_NONE;
-    DWORD nSize = 0;
-    LSTATUS nStatus = RegQueryValueExW(m_pImpl->m_hKey, strWide.c_str(), nullptr, &nType, nullptr, &nSize);
+ERegStatus CRegistryKey::QueryValue(std::string_view name, CRegValue& value) const {
+    const std::wstring wide = Widen(name);
+    DWORD type = REG_NONE;
+    DWORD size = 0;
+    LSTATUS status = RegQueryValueExW(m_pImpl->m_hKey, wide.c_str(), nullptr, &type, nullptr, &size);
     std::vector<BYTE> data;
-    if (nStatus == ERROR_SUCCESS) {
-        data.resize(nSize);
-        nStatus = RegQueryValueExW(m_pImpl->m_hKey, strWide.c_str(), nullptr, &nType, data.data(), &nSize);
+    if (status == ERROR_SUCCESS) {
+        data.resize(size);
+        status = RegQueryValueExW(m_pImpl->m_hKey, wide.c_str(), nullptr, &type, data.data(), &size);
     }
-    if (nStatus == ERROR_FILE_NOT_FOUND)
+    if (status == ERROR_FILE_NOT_FOUND) {
         return ERegStatus::NotFound;
-    if (nStatus != ERROR_SUCCESS)
+    }
+    if (status != ERROR_SUCCESS) {
         return ERegStatus::Failed;
-    data.resize(nSize);
+    }
+    data.resize(size);
     value = {};
-    value.m_strName = strName;
-    if (nType == REG_DWORD && data.size() == sizeof value.m_nNumber) {
+    value.m_strName = name;
+    if (type == REG_DWORD && data.size() == sizeof value.m_nNumber) {
         value.m_nType = ERegType::Dword;
         std::memcpy(&value.m_nNumber, data.data(), sizeof value.m_nNumber);
-    } else if (nType == REG_SZ || nType == REG_EXPAND_SZ) {
+    } else if (type == REG_SZ || type == REG_EXPAND_SZ) {
         value.m_nType = ERegType::String;
-        std::wstring strText(data.size() / sizeof(wchar_t), L'\0');
-        std::memcpy(strText.data(), data.data(), strText.size() * sizeof(wchar_t));
-        strText.resize(std::wcslen(strText.c_str())); // the terminator may or may not be stored
-        value.m_strText = Narrow(strText.data(), strText.size());
+        std::wstring text(data.size() / sizeof(wchar_t), L'\0');
+        std::memcpy(text.data(), data.data(), text.size() * sizeof(wchar_t));
+        text.resize(std::wcslen(text.c_str())); // the terminator may or may not be stored
+        value.m_strText = Narrow(text.data(), text.size());
     }
     return ERegStatus::Ok;
 }
 
-ERegStatus CRegistryKey::QueryRawText(std::string_view strName, std::size_t nBytes,
-                                      std::string& strText) const {
+ERegStatus CRegistryKey::QueryRawText(std::string_view name, std::size_t bytes, std::string& text) const {
     // One unit more than the query knows of, so that the text ends whatever the value holds.
-    std::vector<wchar_t> buffer(nBytes / sizeof(wchar_t) + 1, L'\0');
-    DWORD nSize = static_cast<DWORD>(nBytes);
-    const LSTATUS nStatus = RegQueryValueExW(m_pImpl->m_hKey, Widen(strName).c_str(), nullptr, nullptr,
-                                             reinterpret_cast<BYTE*>(buffer.data()), &nSize);
-    if (nStatus == ERROR_FILE_NOT_FOUND)
+    std::vector<wchar_t> buffer(bytes / sizeof(wchar_t) + 1, L'\0');
+    DWORD size = static_cast<DWORD>(bytes);
+    const LSTATUS status = RegQueryValueExW(m_pImpl->m_hKey, Widen(name).c_str(), nullptr, nullptr,
+                                            reinterpret_cast<BYTE*>(buffer.data()), &size);
+    if (status == ERROR_FILE_NOT_FOUND) {
         return ERegStatus::NotFound;
-    strText.clear();
-    if (nStatus != ERROR_SUCCESS)
+    }
+    text.clear();
+    if (status != ERROR_SUCCESS) {
         return ERegStatus::Failed;
-    strText = Narrow(buffer.data(), std::wcslen(buffer.data()));
+    }
+    text = Narrow(buffer.data(), std::wcslen(buffer.data()));
     return ERegStatus::Ok;
 }
 
-bool CRegistryKey::EnumRaw32(std::size_t nIndex, std::string& strName, std::uint32_t& nNumber) const {
-    wchar_t szName[260];
-    DWORD nName = 260;
-    std::uint32_t nBuffer = nNumber;
-    DWORD nSize = sizeof nBuffer;
-    if (RegEnumValueW(m_pImpl->m_hKey, static_cast<DWORD>(nIndex), szName, &nName, nullptr, nullptr,
-                      reinterpret_cast<BYTE*>(&nBuffer), &nSize) != ERROR_SUCCESS)
+bool CRegistryKey::EnumRaw32(std::size_t index, std::string& name, std::uint32_t& number) const {
+    wchar_t nameBuffer[260];
+    DWORD nameLength = 260;
+    std::uint32_t buffer = number;
+    DWORD size = sizeof buffer;
+    if (RegEnumValueW(m_pImpl->m_hKey, static_cast<DWORD>(index), nameBuffer, &nameLength, nullptr, nullptr,
+                      reinterpret_cast<BYTE*>(&buffer), &size) != ERROR_SUCCESS) {
         return false;
-    strName = Narrow(szName, nName);
-    nNumber = nBuffer;
+    }
+    name = Narrow(nameBuffer, nameLength);
+    number = buffer;
     return true;
 }
 
-bool CRegistryKey::SetDword(std::string_view strName, std::uint32_t nNumber) {
-    return RegSetValueExW(m_pImpl->m_hKey, Widen(strName).c_str(), 0, REG_DWORD,
-                          reinterpret_cast<const BYTE*>(&nNumber), sizeof nNumber) == ERROR_SUCCESS;
+bool CRegistryKey::SetDword(std::string_view name, std::uint32_t number) {
+    return RegSetValueExW(m_pImpl->m_hKey, Widen(name).c_str(), 0, REG_DWORD,
+                          reinterpret_cast<const BYTE*>(&number), sizeof number) == ERROR_SUCCESS;
 }
 
-bool CRegistryKey::SetString(std::string_view strName, std::string_view strText) {
-    const std::wstring strWide = Widen(strText);
-    return RegSetValueExW(m_pImpl->m_hKey, Widen(strName).c_str(), 0, REG_SZ,
-                          reinterpret_cast<const BYTE*>(strWide.c_str()),
-                          static_cast<DWORD>((strWide.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
+bool CRegistryKey::SetString(std::string_view name, std::string_view text) {
+    const std::wstring wide = Widen(text);
+    return RegSetValueExW(m_pImpl->m_hKey, Widen(name).c_str(), 0, REG_SZ,
+                          reinterpret_cast<const BYTE*>(wide.c_str()),
+                          static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t))) == ERROR_SUCCESS;
 }
 
-bool CRegistryKey::DeleteValue(std::string_view strName) {
-    return RegDeleteValueW(m_pImpl->m_hKey, Widen(strName).c_str()) == ERROR_SUCCESS;
+bool CRegistryKey::DeleteValue(std::string_view name) {
+    return RegDeleteValueW(m_pImpl->m_hKey, Widen(name).c_str()) == ERROR_SUCCESS;
 }
 
 bool CRegistryKey::DeleteContent() {

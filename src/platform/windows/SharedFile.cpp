@@ -40,8 +40,9 @@ std::size_t SharedFile::Read(void* buffer, std::size_t size) {
         DWORD count = 0;
         if (!ReadFile(ToHandle(m_hFile), static_cast<char*>(buffer) + done,
                       static_cast<DWORD>(std::min(size - done, kMost)), &count, nullptr) ||
-            count == 0)
+            count == 0) {
             break;
+        }
         done += count;
     }
     return done;
@@ -61,11 +62,13 @@ void SharedFile::Close() { WindowsHandle(ToHandle(std::exchange(m_hFile, kClosed
 
 bool TruncateShared(const std::string& path, int* error) {
     const WindowsHandle file = OpenSharedRegular(path, GENERIC_READ | GENERIC_WRITE, error);
-    if (!file)
+    if (!file) {
         return false;
+    }
     if (!SetEndOfFile(file.Get())) {
-        if (error != nullptr)
+        if (error != nullptr) {
             *error = static_cast<int>(GetLastError());
+        }
         return false;
     }
     return true;
@@ -75,8 +78,9 @@ std::int32_t SharedFileSize(const std::string& path) {
     const WindowsHandle file = OpenSharedRegular(path, GENERIC_READ | GENERIC_WRITE, nullptr);
     LARGE_INTEGER size{};
     if (!file || !GetFileSizeEx(file.Get(), &size) ||
-        size.QuadPart > std::numeric_limits<std::int32_t>::max())
+        size.QuadPart > std::numeric_limits<std::int32_t>::max()) {
         return -1;
+    }
     return static_cast<std::int32_t>(size.QuadPart);
 }
 
@@ -101,8 +105,9 @@ AppendFile AppendFile::Open(const std::string& path, int* error) {
 }
 
 bool AppendFile::Write(std::string_view bytes) {
-    if (bytes.size() > std::numeric_limits<DWORD>::max())
+    if (bytes.size() > std::numeric_limits<DWORD>::max()) {
         return false;
+    }
     DWORD count = 0;
     return WriteFile(ToHandle(m_hFile), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) &&
            count == bytes.size();

@@ -7,8 +7,9 @@
 namespace carvelot::platform {
 
 bool OpenInItsProgram(const std::string& path) {
-    if (path.empty() || path.find('\0') != std::string::npos)
+    if (path.empty() || path.find('\0') != std::string::npos) {
         return false;
+    }
     const std::wstring wide = ToWide(path);
     std::wstring whole(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
     whole.resize(GetFullPathNameW(wide.c_str(), static_cast<DWORD>(whole.size()), whole.data(), nullptr));

@@ -9,23 +9,28 @@ namespace carvelot::platform {
 bool ReadOwnFileVersion(CFileVersion& version) {
     version = {};
     std::vector<wchar_t> path(32768);
-    const DWORD nLength = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    if (nLength == 0 || nLength >= path.size())
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0 || length >= path.size()) {
         return false;
-    DWORD nIgnored = 0;
-    const DWORD nSize = GetFileVersionInfoSizeW(path.data(), &nIgnored);
-    if (nSize == 0)
+    }
+    DWORD ignored = 0;
+    const DWORD size = GetFileVersionInfoSizeW(path.data(), &ignored);
+    if (size == 0) {
         return false;
-    std::vector<unsigned char> block(nSize);
-    if (!GetFileVersionInfoW(path.data(), 0, nSize, block.data()))
+    }
+    std::vector<unsigned char> block(size);
+    if (!GetFileVersionInfoW(path.data(), 0, size, block.data())) {
         return false;
-    void* pFound = nullptr;
-    UINT nFound = 0;
-    if (!VerQueryValueW(block.data(), L"\\", &pFound, &nFound) || nFound < sizeof(VS_FIXEDFILEINFO))
+    }
+    void* found = nullptr;
+    UINT foundLength = 0;
+    if (!VerQueryValueW(block.data(), L"\\", &found, &foundLength) ||
+        foundLength < sizeof(VS_FIXEDFILEINFO)) {
         return false;
-    const auto* pFixed = static_cast<const VS_FIXEDFILEINFO*>(pFound);
-    version.m_nMost = pFixed->dwFileVersionMS;
-    version.m_nLeast = pFixed->dwFileVersionLS;
+    }
+    const auto* fixed = static_cast<const VS_FIXEDFILEINFO*>(found);
+    version.m_nMost = fixed->dwFileVersionMS;
+    version.m_nLeast = fixed->dwFileVersionLS;
     return true;
 }
 

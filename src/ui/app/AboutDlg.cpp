@@ -22,58 +22,58 @@ namespace carvelot {
 
 namespace {
 
-QLabel* Link(const char* pszUrl, const QString& strText) {
-    auto* pLabel = new QLabel(QStringLiteral("<a href=\"%1\">%2</a>").arg(QLatin1String(pszUrl), strText));
-    pLabel->setTextInteractionFlags(Qt::TextBrowserInteraction);
-    pLabel->setOpenExternalLinks(true);
-    pLabel->setToolTip(QLatin1String(pszUrl));
-    pLabel->setAccessibleName(strText);
-    return pLabel;
+QLabel* Link(const char* url, const QString& text) {
+    auto* label = new QLabel(QStringLiteral("<a href=\"%1\">%2</a>").arg(QLatin1String(url), text));
+    label->setTextInteractionFlags(Qt::TextBrowserInteraction);
+    label->setOpenExternalLinks(true);
+    label->setToolTip(QLatin1String(url));
+    label->setAccessibleName(text);
+    return label;
 }
 
 } // namespace
 
 CAboutDlg::CAboutDlg() : QDialog(QApplication::activeWindow()) {
     setWindowTitle(tr("About Carvelot"));
-    auto* pPicture = new QLabel;
-    pPicture->setPixmap(ApplicationIcon().pixmap(QSize(64, 64), devicePixelRatio()));
-    pPicture->setAlignment(Qt::AlignTop);
+    auto* picture = new QLabel;
+    picture->setPixmap(ApplicationIcon().pixmap(QSize(64, 64), devicePixelRatio()));
+    picture->setAlignment(Qt::AlignTop);
 
-    auto* pVersion = new QLabel(CCarvelotApp::VersionText());
-    pVersion->setObjectName(QStringLiteral("Version"));
-    QFont bold = pVersion->font();
+    auto* version = new QLabel(CCarvelotApp::VersionText());
+    version->setObjectName(QStringLiteral("Version"));
+    QFont bold = version->font();
     bold.setBold(true);
-    pVersion->setFont(bold);
-    auto* pBitness = new QLabel(CCarvelotApp::BitnessText());
-    pBitness->setObjectName(QStringLiteral("Bitness"));
+    version->setFont(bold);
+    auto* bitness = new QLabel(CCarvelotApp::BitnessText());
+    bitness->setObjectName(QStringLiteral("Bitness"));
 
-    auto* pText = new QVBoxLayout;
-    pText->setSpacing(4);
-    pText->addWidget(pVersion);
-    pText->addWidget(pBitness);
-    pText->addSpacing(12);
-    pText->addWidget(new QLabel(tr("Check out updates and other downloads at:")));
-    pText->addWidget(Link(CARVELOT_HOME_URL, QStringLiteral("Tamrisk")));
-    pText->addWidget(Link(CARVELOT_DOWNLOADS_URL, QStringLiteral("Carvelot")));
-    pText->addStretch();
+    auto* text = new QVBoxLayout;
+    text->setSpacing(4);
+    text->addWidget(version);
+    text->addWidget(bitness);
+    text->addSpacing(12);
+    text->addWidget(new QLabel(tr("Check out updates and other downloads at:")));
+    text->addWidget(Link(CARVELOT_HOME_URL, QStringLiteral("Tamrisk")));
+    text->addWidget(Link(CARVELOT_DOWNLOADS_URL, QStringLiteral("Carvelot")));
+    text->addStretch();
 
-    auto* pTop = new QHBoxLayout;
-    pTop->setSpacing(18);
-    pTop->addWidget(pPicture);
-    pTop->addLayout(pText, 1);
+    auto* top = new QHBoxLayout;
+    top->setSpacing(18);
+    top->addWidget(picture);
+    top->addLayout(text, 1);
 
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    pButtons->button(QDialogButtonBox::Ok)->setFocus();
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    buttons->button(QDialogButtonBox::Ok)->setFocus();
 
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(18, 18, 18, 12);
-    pLayout->setSpacing(14);
-    pLayout->addLayout(pTop);
-    pLayout->addWidget(pButtons);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(18, 18, 18, 12);
+    layout->setSpacing(14);
+    layout->addLayout(top);
+    layout->addWidget(buttons);
     // In the dialog already: else it would forget it when the focus passes another button.
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
-    pLayout->setSizeConstraint(QLayout::SetFixedSize);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 } // namespace carvelot

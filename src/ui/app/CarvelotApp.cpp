@@ -47,7 +47,7 @@ CCarvelotApp::CCarvelotApp()
 
 CCarvelotApp::~CCarvelotApp() = default;
 
-bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
+bool CCarvelotApp::InitInstance(const std::vector<std::string>& arguments) {
     m_bOle = m_fnInitializeOle();
     if (!m_bOle) {
         UserInterface().ShowMessage(QStringLiteral(
@@ -71,13 +71,15 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
         return false;
     }
     // Without a file to open no document is made: the window opens empty.
-    if (const auto strFile = FileToOpen(listArguments)) {
-        if (OpenDocumentFile(PathToQString(*strFile)) == nullptr)
+    if (const auto file = FileToOpen(arguments)) {
+        if (OpenDocumentFile(PathToQString(*file)) == nullptr) {
             return false;
+        }
     }
     // Else the toolkit would give the keyboard to the first button of a pane.
-    if (m_pMainWnd->ActiveChild() == nullptr)
+    if (m_pMainWnd->ActiveChild() == nullptr) {
         m_pMainWnd->ClientArea().setFocus(Qt::OtherFocusReason);
+    }
     m_pMainWnd->show();
     m_pMainWnd->repaint();
     RegisterRestart();
@@ -87,16 +89,18 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& listArguments) {
 }
 
 int CCarvelotApp::ExitInstance() {
-    if (m_pMainWnd != nullptr)
+    if (m_pMainWnd != nullptr) {
         m_recentFiles.Save();
+    }
     CloseAllDocuments();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete m_pMainWnd;
     m_pMainWnd = nullptr;
     m_pCacheTemplate = nullptr;
     m_listTemplates.clear();
-    if (m_bOle)
+    if (m_bOle) {
         platform::UninitializeOle();
+    }
     m_bOle = false;
     ClearTraceApps();
     m_pfnGetSetProcInfo = nullptr;
@@ -107,31 +111,33 @@ int CCarvelotApp::ExitInstance() {
 }
 
 void CCarvelotApp::BindCompanionLibrary() {
-    std::uint32_t nError = 0;
-    if (!m_hSkelmond.Load(kCompanionLibrary, nError)) {
-        UserInterface().ShowMessage(QStringLiteral("Cannot Load Skelmond.DLL Error: %1").arg(nError));
+    std::uint32_t error = 0;
+    if (!m_hSkelmond.Load(kCompanionLibrary, error)) {
+        UserInterface().ShowMessage(QStringLiteral("Cannot Load Skelmond.DLL Error: %1").arg(error));
         return;
     }
     m_pfnGetSetProcInfo =
-        reinterpret_cast<FGetSetProcInfo>(m_hSkelmond.Symbol("SkelmondGetSetProcInfo", nError));
-    if (m_pfnGetSetProcInfo == nullptr)
+        reinterpret_cast<FGetSetProcInfo>(m_hSkelmond.Symbol("SkelmondGetSetProcInfo", error));
+    if (m_pfnGetSetProcInfo == nullptr) {
         UserInterface().ShowMessage(
-            QStringLiteral("Cannot address off SkelmondGetSetProcInfo Error: %1").arg(nError));
+            QStringLiteral("Cannot address off SkelmondGetSetProcInfo Error: %1").arg(error));
+    }
 }
 
 void CCarvelotApp::BindMathNumeric() {
-    std::uint32_t nError = 0;
-    if (!m_hJdeKrnl.Load("jdekrnl.dll", nError)) {
+    std::uint32_t error = 0;
+    if (!m_hJdeKrnl.Load("jdekrnl.dll", error)) {
         UserInterface().ShowMessage(QStringLiteral("Cannot Load jdekrnl.DLL"));
         return;
     }
-    m_pfnFormatMathNumeric = m_hJdeKrnl.Symbol("FormatMathNumeric", nError);
-    if (m_pfnFormatMathNumeric == nullptr)
+    m_pfnFormatMathNumeric = m_hJdeKrnl.Symbol("FormatMathNumeric", error);
+    if (m_pfnFormatMathNumeric == nullptr) {
         UserInterface().ShowMessage(QStringLiteral("GetProcAddressFailed for ormatMathNumeric"));
+    }
 }
 
-CDocTemplate& CCarvelotApp::AddDocTemplate(std::unique_ptr<CDocTemplate> pTemplate) {
-    m_listTemplates.push_back(std::move(pTemplate));
+CDocTemplate& CCarvelotApp::AddDocTemplate(std::unique_ptr<CDocTemplate> documentTemplate) {
+    m_listTemplates.push_back(std::move(documentTemplate));
     return *m_listTemplates.back();
 }
 
@@ -139,43 +145,46 @@ CDocTemplate* CCarvelotApp::FirstDocTemplate() const {
     return m_listTemplates.empty() ? nullptr : m_listTemplates.front().get();
 }
 
-CDocument* CCarvelotApp::OpenDocumentFile(const QString& strPath) {
-    for (const auto& pTemplate : m_listTemplates) {
-        if (CDocument* pDocument = pTemplate->FindDocument(strPath)) {
-            if (pDocument->GetFrame() != nullptr && m_pMainWnd != nullptr)
-                m_pMainWnd->ClientArea().Activate(*pDocument->GetFrame());
-            return pDocument;
+CDocument* CCarvelotApp::OpenDocumentFile(const QString& path) {
+    for (const auto& documentTemplate : m_listTemplates) {
+        if (CDocument* document = documentTemplate->FindDocument(path)) {
+            if (document->GetFrame() != nullptr && m_pMainWnd != nullptr) {
+                m_pMainWnd->ClientArea().Activate(*document->GetFrame());
+            }
+            return document;
         }
     }
-    CDocTemplate* pTemplate = FirstDocTemplate();
-    return pTemplate != nullptr ? pTemplate->OpenDocumentFile(strPath) : nullptr;
+    CDocTemplate* documentTemplate = FirstDocTemplate();
+    return documentTemplate != nullptr ? documentTemplate->OpenDocumentFile(path) : nullptr;
 }
 
 void CCarvelotApp::CloseAllDocuments() {
-    for (const auto& pTemplate : m_listTemplates) {
-        for (CDocument* pDocument : pTemplate->Documents())
-            pDocument->OnCloseDocument();
+    for (const auto& documentTemplate : m_listTemplates) {
+        for (CDocument* document : documentTemplate->Documents()) {
+            document->OnCloseDocument();
+        }
     }
 }
 
-void CCarvelotApp::AddToRecentFileList(const QString& strPath) {
-    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+void CCarvelotApp::AddToRecentFileList(const QString& path) {
+    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())));
 }
 
 void CCarvelotApp::RegisterRestart() const {
-    const CMDIChildWnd* pChild = m_pMainWnd != nullptr ? m_pMainWnd->ActiveChild() : nullptr;
-    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
-    const QString strPath = pDocument != nullptr ? pDocument->GetPathName() : QString();
-    platform::RegisterRestart(strPath.isEmpty()
+    const CMDIChildWnd* child = m_pMainWnd != nullptr ? m_pMainWnd->ActiveChild() : nullptr;
+    const CDocument* document = child != nullptr ? child->GetActiveDocument() : nullptr;
+    const QString path = document != nullptr ? document->GetPathName() : QString();
+    platform::RegisterRestart(path.isEmpty()
                                   ? std::string()
-                                  : PathOf(QDir::toNativeSeparators(QFileInfo(strPath).absoluteFilePath())));
+                                  : PathOf(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())));
 }
 
-bool CCarvelotApp::CacheLive(std::uint32_t nProcess, const QString& strHandle) {
-    const ECacheProbe nProbe = ProbeCache(m_hSkelmond, nProcess, ToUtf8(strHandle));
-    if (nProbe == ECacheProbe::NoEntryPoint)
+bool CCarvelotApp::CacheLive(std::uint32_t process, const QString& handle) {
+    const ECacheProbe probe = ProbeCache(m_hSkelmond, process, ToUtf8(handle));
+    if (probe == ECacheProbe::NoEntryPoint) {
         UserInterface().ShowMessage(QStringLiteral("Get Proc address failed"));
-    return nProbe == ECacheProbe::Live;
+    }
+    return probe == ECacheProbe::Live;
 }
 
 void CCarvelotApp::OnAppAbout() {
@@ -184,25 +193,28 @@ void CCarvelotApp::OnAppAbout() {
 }
 
 void CCarvelotApp::OnFileNew() {
-    if (CDocTemplate* pTemplate = FirstDocTemplate())
-        pTemplate->OpenDocumentFile({});
+    if (CDocTemplate* documentTemplate = FirstDocTemplate()) {
+        documentTemplate->OpenDocumentFile({});
+    }
 }
 
 void CCarvelotApp::OnFileOpen() {
-    const auto strPath = UserInterface().AskOpenFile({EFiles::Logs,
-                                                      QCoreApplication::translate("CCarvelotApp", "Open"),
-                                                      QStringLiteral("log"),
-                                                      {},
-                                                      QString::fromLatin1(kLogFilter)});
-    if (strPath)
-        OpenDocumentFile(*strPath);
+    const auto path = UserInterface().AskOpenFile({EFiles::Logs,
+                                                   QCoreApplication::translate("CCarvelotApp", "Open"),
+                                                   QStringLiteral("log"),
+                                                   {},
+                                                   QString::fromLatin1(kLogFilter)});
+    if (path) {
+        OpenDocumentFile(*path);
+    }
 }
 
 void CCarvelotApp::OnOptions() {
     COptionsDlg dialog(*this);
     UserInterface().RunDialog(dialog);
-    if (m_pMainWnd == nullptr)
+    if (m_pMainWnd == nullptr) {
         return;
+    }
     m_pMainWnd->m_wndProcessPane.RestartTimer();
     m_pMainWnd->m_wndProcessPane.RefreshProcessList();
 }
@@ -218,15 +230,16 @@ void CCarvelotApp::OnConvertDates() {
 }
 
 void CCarvelotApp::OnJDESettings() {
-    const std::unique_ptr<QDialog> pDialog = m_pJDESettings->MakeDialog();
+    const std::unique_ptr<QDialog> dialog = m_pJDESettings->MakeDialog();
     UpdateJDESettings();
-    UserInterface().RunDialog(*pDialog);
+    UserInterface().RunDialog(*dialog);
     UpdateJDESettings();
 }
 
 void CCarvelotApp::UpdateJDESettings() {
-    if (m_pJDESettings->HasWebApplication())
+    if (m_pJDESettings->HasWebApplication()) {
         m_pJDESettings->ReadLogProperties();
+    }
     m_pJDESettings->ReadIni();
 }
 

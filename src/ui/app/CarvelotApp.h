@@ -34,27 +34,27 @@ public:
 
     // Brings the program up in its fixed order; false ends the run. Arguments come without the program's
     // name.
-    bool InitInstance(const std::vector<std::string>& listArguments);
+    bool InitInstance(const std::vector<std::string>& arguments);
     // Ends it; returns the exit code.
     int ExitInstance();
 
-    CDocTemplate& AddDocTemplate(std::unique_ptr<CDocTemplate> pTemplate);
+    CDocTemplate& AddDocTemplate(std::unique_ptr<CDocTemplate> documentTemplate);
     // The template that Open and the analysis of a process reach; null before one is there.
     CDocTemplate* FirstDocTemplate() const;
     const std::vector<std::unique_ptr<CDocTemplate>>& DocTemplates() const { return m_listTemplates; }
     // Opens the file, or activates its window when it is open already. Null when it cannot be opened.
-    CDocument* OpenDocumentFile(const QString& strPath);
+    CDocument* OpenDocumentFile(const QString& path);
     // Closes all documents without asking their windows.
     void CloseAllDocuments();
-    void AddToRecentFileList(const QString& strPath);
+    void AddToRecentFileList(const QString& path);
     // Tells the system which file to open should it have to start the program again: the one in front.
     void RegisterRestart() const;
 
     // Opens the debug file of a running process as a session that keeps that process's records only. A file
     // that cannot be analysed leaves nothing behind. The recent files stay as they are.
-    void AnalyzeProcess(QString strImageName, QString strDebugFile, std::int32_t nProcess);
+    void AnalyzeProcess(QString imageName, QString debugFile, std::int32_t process);
     // Does the cache of that handle, hexadecimal as logs print it, still answer in the running process?
-    bool CacheLive(std::uint32_t nProcess, const QString& strHandle);
+    bool CacheLive(std::uint32_t process, const QString& handle);
 
     void OnAppAbout();
     void OnFileNew();

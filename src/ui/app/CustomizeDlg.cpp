@@ -1,7 +1,9 @@
 #include "ui/app/CustomizeDlg.h"
 
 #include "settings/Commands.h"
+#include "ui/app/FrameToolBars.h"
 #include "ui/app/MainFrame.h"
+#include "ui/kit/PersonalMenu.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/ToolBar.h"
@@ -25,31 +27,31 @@ namespace carvelot {
 
 namespace {
 
-QPushButton* Button(const QString& strText, const char* pszName) {
-    auto* pButton = new QPushButton(strText);
-    pButton->setObjectName(QLatin1String(pszName));
-    pButton->setAutoDefault(false);
-    return pButton;
+QPushButton* Button(const QString& text, const char* name) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    return button;
 }
 
 QString PlainText(const QAction& action) {
-    QString strText = action.text();
-    return strText.remove(QLatin1Char('&'));
+    QString text = action.text();
+    return text.remove(QLatin1Char('&'));
 }
 
 } // namespace
 
 CCustomizeDlg::CCustomizeDlg(CMainFrame& frame) : QDialog(&frame), m_frame(frame) {
     setWindowTitle(tr("Customize"));
-    auto* pPages = new QTabWidget;
-    pPages->addTab(CommandsPage(), tr("Commands"));
-    pPages->addTab(ToolBarsPage(), tr("Toolbars"));
-    pPages->addTab(OptionsPage(), tr("Options"));
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Close);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::close);
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->addWidget(pPages, 1);
-    pLayout->addWidget(pButtons);
+    auto* pages = new QTabWidget;
+    pages->addTab(CommandsPage(), tr("Commands"));
+    pages->addTab(ToolBarsPage(), tr("Toolbars"));
+    pages->addTab(OptionsPage(), tr("Options"));
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::close);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(pages, 1);
+    layout->addWidget(buttons);
     FillToolBars();
     FillCommands();
     m_pCategories->setFocus();
@@ -61,9 +63,10 @@ QWidget* CCustomizeDlg::CommandsPage() {
     m_pCategories->setObjectName(QStringLiteral("Categories"));
     m_pCategories->addItem(tr("All Commands"));
     for (const CCommandInfo& command : AllCommands()) {
-        const QString strCategory = ToQString(command.m_strCategory);
-        if (m_pCategories->findText(strCategory) < 0)
-            m_pCategories->addItem(strCategory);
+        const QString category = ToQString(command.m_strCategory);
+        if (m_pCategories->findText(category) < 0) {
+            m_pCategories->addItem(category);
+        }
     }
     m_pCommands = new QListWidget;
     m_pCommands->setObjectName(QStringLiteral("Commands"));
@@ -89,35 +92,36 @@ QWidget* CCustomizeDlg::CommandsPage() {
     m_pUp = Button(tr("Move &Up"), "Up");
     m_pDown = Button(tr("Move &Down"), "Down");
 
-    auto* pMiddle = new QVBoxLayout;
-    pMiddle->addStretch();
-    for (QPushButton* pButton : {m_pAdd, m_pRemove, m_pSeparator, m_pUp, m_pDown})
-        pMiddle->addWidget(pButton);
-    pMiddle->addStretch();
+    auto* middle = new QVBoxLayout;
+    middle->addStretch();
+    for (QPushButton* button : {m_pAdd, m_pRemove, m_pSeparator, m_pUp, m_pDown}) {
+        middle->addWidget(button);
+    }
+    middle->addStretch();
 
-    auto* pImageRow = new QHBoxLayout;
-    auto* pImageLabel = new QLabel(tr("Button &image:"));
-    pImageLabel->setBuddy(m_pImage);
-    pImageRow->addWidget(pImageLabel);
-    pImageRow->addWidget(m_pImage, 1);
+    auto* imageRow = new QHBoxLayout;
+    auto* imageLabel = new QLabel(tr("Button &image:"));
+    imageLabel->setBuddy(m_pImage);
+    imageRow->addWidget(imageLabel);
+    imageRow->addWidget(m_pImage, 1);
 
-    auto* pPage = new QWidget;
-    auto* pGrid = new QGridLayout(pPage);
-    auto* pCategoryLabel = new QLabel(tr("&Category:"));
-    pCategoryLabel->setBuddy(m_pCategories);
-    auto* pToolBarLabel = new QLabel(tr("&Toolbar:"));
-    pToolBarLabel->setBuddy(m_pToolBarChoice);
-    pGrid->addWidget(pCategoryLabel, 0, 0);
-    pGrid->addWidget(m_pCategories, 1, 0);
-    pGrid->addWidget(m_pCommands, 2, 0);
-    pGrid->addLayout(pMiddle, 2, 1);
-    pGrid->addWidget(pToolBarLabel, 0, 2);
-    pGrid->addWidget(m_pToolBarChoice, 1, 2);
-    pGrid->addWidget(m_pButtons, 2, 2);
-    pGrid->addWidget(m_pDescription, 3, 0);
-    pGrid->addLayout(pImageRow, 3, 2, Qt::AlignTop);
-    pGrid->setColumnStretch(0, 1);
-    pGrid->setColumnStretch(2, 1);
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    auto* categoryLabel = new QLabel(tr("&Category:"));
+    categoryLabel->setBuddy(m_pCategories);
+    auto* toolBarLabel = new QLabel(tr("&Toolbar:"));
+    toolBarLabel->setBuddy(m_pToolBarChoice);
+    grid->addWidget(categoryLabel, 0, 0);
+    grid->addWidget(m_pCategories, 1, 0);
+    grid->addWidget(m_pCommands, 2, 0);
+    grid->addLayout(middle, 2, 1);
+    grid->addWidget(toolBarLabel, 0, 2);
+    grid->addWidget(m_pToolBarChoice, 1, 2);
+    grid->addWidget(m_pButtons, 2, 2);
+    grid->addWidget(m_pDescription, 3, 0);
+    grid->addLayout(imageRow, 3, 2, Qt::AlignTop);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(2, 1);
 
     connect(m_pCategories, &QComboBox::currentIndexChanged, this, &CCustomizeDlg::FillCommands);
     connect(m_pCommands, &QListWidget::currentRowChanged, this, &CCustomizeDlg::UpdateButtons);
@@ -129,100 +133,104 @@ QWidget* CCustomizeDlg::CommandsPage() {
     connect(m_pSeparator, &QPushButton::clicked, this, &CCustomizeDlg::OnSeparator);
     connect(m_pUp, &QPushButton::clicked, this, [this] { OnMove(-1); });
     connect(m_pDown, &QPushButton::clicked, this, [this] { OnMove(1); });
-    connect(m_pImage, &QComboBox::activated, this, [this](int nIndex) {
-        m_frame.SetUserImage(CurrentCommand(), nIndex - 1);
+    connect(m_pImage, &QComboBox::activated, this, [this](int index) {
+        m_frame.Bars().SetUserImage(CurrentCommand(), index - 1);
         FillButtons(m_pButtons->currentRow());
-        if (QListWidgetItem* pItem = m_pCommands->currentItem())
-            pItem->setIcon(m_frame.CommandAction(CurrentCommand())->icon());
+        if (QListWidgetItem* item = m_pCommands->currentItem()) {
+            item->setIcon(m_frame.CommandAction(CurrentCommand())->icon());
+        }
     });
-    return pPage;
+    return page;
 }
 
 QWidget* CCustomizeDlg::ToolBarsPage() {
     m_pToolBars = new QListWidget;
     m_pToolBars->setObjectName(QStringLiteral("ToolBars"));
     m_pToolBars->setAccessibleName(tr("Toolbars"));
-    auto* pNew = Button(tr("&New..."), "New");
+    auto* added = Button(tr("&New..."), "New");
     m_pRename = Button(tr("R&ename..."), "Rename");
     m_pDelete = Button(tr("&Delete"), "Delete");
     m_pReset = Button(tr("&Reset"), "Reset");
-    auto* pLayoutButton = Button(tr("Restore Default &Layout"), "RestoreLayout");
-    auto* pButtons = new QVBoxLayout;
-    for (QPushButton* pButton : {pNew, m_pRename, m_pDelete, m_pReset, pLayoutButton})
-        pButtons->addWidget(pButton);
-    pButtons->addStretch();
-    auto* pPage = new QWidget;
-    auto* pGrid = new QGridLayout(pPage);
-    auto* pLabel = new QLabel(tr("&Toolbars:"));
-    pLabel->setBuddy(m_pToolBars);
-    pGrid->addWidget(pLabel, 0, 0);
-    pGrid->addWidget(m_pToolBars, 1, 0);
-    pGrid->addLayout(pButtons, 1, 1);
+    auto* layoutButton = Button(tr("Restore Default &Layout"), "RestoreLayout");
+    auto* buttons = new QVBoxLayout;
+    for (QPushButton* button : {added, m_pRename, m_pDelete, m_pReset, layoutButton}) {
+        buttons->addWidget(button);
+    }
+    buttons->addStretch();
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    auto* label = new QLabel(tr("&Toolbars:"));
+    label->setBuddy(m_pToolBars);
+    grid->addWidget(label, 0, 0);
+    grid->addWidget(m_pToolBars, 1, 0);
+    grid->addLayout(buttons, 1, 1);
 
-    connect(m_pToolBars, &QListWidget::itemChanged, this, [this](const QListWidgetItem* pItem) {
-        if (m_bFilling)
+    connect(m_pToolBars, &QListWidget::itemChanged, this, [this](const QListWidgetItem* item) {
+        if (m_bFilling) {
             return;
-        m_frame.ToolBars()[m_pToolBars->row(pItem)]->setVisible(pItem->checkState() == Qt::Checked);
+        }
+        m_frame.Bars().All()[m_pToolBars->row(item)]->setVisible(item->checkState() == Qt::Checked);
         m_frame.UpdateCommands();
     });
     connect(m_pToolBars, &QListWidget::currentRowChanged, this, &CCustomizeDlg::UpdateButtons);
-    connect(pNew, &QPushButton::clicked, this, &CCustomizeDlg::OnNew);
+    connect(added, &QPushButton::clicked, this, &CCustomizeDlg::OnNew);
     connect(m_pRename, &QPushButton::clicked, this, &CCustomizeDlg::OnRename);
     connect(m_pDelete, &QPushButton::clicked, this, &CCustomizeDlg::OnDelete);
     connect(m_pReset, &QPushButton::clicked, this, &CCustomizeDlg::OnReset);
-    connect(pLayoutButton, &QPushButton::clicked, this, [this] {
+    connect(layoutButton, &QPushButton::clicked, this, [this] {
         m_frame.RestoreDefaultLayout();
         FillToolBars();
     });
-    return pPage;
+    return page;
 }
 
 QWidget* CCustomizeDlg::OptionsPage() {
-    auto* pTips = new QCheckBox(tr("Show Screen&Tips on toolbars"));
-    pTips->setObjectName(QStringLiteral("ToolTips"));
-    pTips->setChecked(m_frame.ShowsToolTips());
-    connect(pTips, &QCheckBox::toggled, this, [this](bool bOn) { m_frame.SetShowsToolTips(bOn); });
+    auto* tips = new QCheckBox(tr("Show Screen&Tips on toolbars"));
+    tips->setObjectName(QStringLiteral("ToolTips"));
+    tips->setChecked(m_frame.Bars().ShowsToolTips());
+    connect(tips, &QCheckBox::toggled, this, [this](bool on) { m_frame.Bars().SetShowsToolTips(on); });
 
     CMenuHabits& habits = m_frame.MenuHabits();
-    auto* pShort = new QCheckBox(tr("Me&nus show recently used commands first"));
-    pShort->setObjectName(QStringLiteral("RecentlyUsedMenus"));
-    pShort->setChecked(habits.m_bRecentlyUsedMenus);
-    auto* pDelay = new QCheckBox(tr("Show f&ull menus after a short delay"));
-    pDelay->setObjectName(QStringLiteral("FullMenusAfterDelay"));
-    pDelay->setChecked(habits.m_bFullMenusAfterDelay);
-    pDelay->setEnabled(habits.m_bRecentlyUsedMenus);
-    auto* pForget = Button(tr("&Reset my usage data"), "ResetUsage");
-    connect(pShort, &QCheckBox::toggled, this, [&habits, pDelay](bool bOn) {
-        habits.m_bRecentlyUsedMenus = bOn;
-        pDelay->setEnabled(bOn);
+    auto* shorter = new QCheckBox(tr("Me&nus show recently used commands first"));
+    shorter->setObjectName(QStringLiteral("RecentlyUsedMenus"));
+    shorter->setChecked(habits.m_bRecentlyUsedMenus);
+    auto* delay = new QCheckBox(tr("Show f&ull menus after a short delay"));
+    delay->setObjectName(QStringLiteral("FullMenusAfterDelay"));
+    delay->setChecked(habits.m_bFullMenusAfterDelay);
+    delay->setEnabled(habits.m_bRecentlyUsedMenus);
+    auto* forget = Button(tr("&Reset my usage data"), "ResetUsage");
+    connect(shorter, &QCheckBox::toggled, this, [&habits, delay](bool on) {
+        habits.m_bRecentlyUsedMenus = on;
+        delay->setEnabled(on);
     });
-    connect(pDelay, &QCheckBox::toggled, this, [&habits](bool bOn) { habits.m_bFullMenusAfterDelay = bOn; });
-    connect(pForget, &QPushButton::clicked, this, [&habits] { habits.m_setUsed.clear(); });
+    connect(delay, &QCheckBox::toggled, this, [&habits](bool on) { habits.m_bFullMenusAfterDelay = on; });
+    connect(forget, &QPushButton::clicked, this, [&habits] { habits.m_setUsed.clear(); });
 
-    auto* pToolBarBox = new QGroupBox(tr("Toolbar"));
-    (new QVBoxLayout(pToolBarBox))->addWidget(pTips);
-    auto* pMenuBox = new QGroupBox(tr("Personalized Menus and Toolbars"));
-    auto* pMenuLayout = new QVBoxLayout(pMenuBox);
-    pMenuLayout->addWidget(pShort);
-    pMenuLayout->addWidget(pDelay);
-    pMenuLayout->addWidget(pForget, 0, Qt::AlignLeft);
-    auto* pPage = new QWidget;
-    auto* pLayout = new QVBoxLayout(pPage);
-    pLayout->addWidget(pToolBarBox);
-    pLayout->addWidget(pMenuBox);
-    pLayout->addStretch();
-    return pPage;
+    auto* toolBarBox = new QGroupBox(tr("Toolbar"));
+    (new QVBoxLayout(toolBarBox))->addWidget(tips);
+    auto* menuBox = new QGroupBox(tr("Personalized Menus and Toolbars"));
+    auto* menuLayout = new QVBoxLayout(menuBox);
+    menuLayout->addWidget(shorter);
+    menuLayout->addWidget(delay);
+    menuLayout->addWidget(forget, 0, Qt::AlignLeft);
+    auto* page = new QWidget;
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(toolBarBox);
+    layout->addWidget(menuBox);
+    layout->addStretch();
+    return page;
 }
 
 void CCustomizeDlg::FillCommands() {
     m_pCommands->clear();
     for (const CCommandInfo& command : AllCommands()) {
         if (m_pCategories->currentIndex() > 0 &&
-            ToQString(command.m_strCategory) != m_pCategories->currentText())
+            ToQString(command.m_strCategory) != m_pCategories->currentText()) {
             continue;
+        }
         const QAction& action = *m_frame.CommandAction(command.m_nId);
-        auto* pItem = new QListWidgetItem(action.icon(), PlainText(action), m_pCommands);
-        pItem->setData(Qt::UserRole, command.m_nId);
+        auto* item = new QListWidgetItem(action.icon(), PlainText(action), m_pCommands);
+        item->setData(Qt::UserRole, command.m_nId);
     }
     m_pCommands->setCurrentRow(0);
     UpdateButtons();
@@ -230,131 +238,137 @@ void CCustomizeDlg::FillCommands() {
 
 void CCustomizeDlg::FillToolBars() {
     const QScopedValueRollback filling(m_bFilling, true);
-    const int nToolBar = m_pToolBars->currentRow();
-    const int nChoice = m_pToolBarChoice->currentIndex();
+    const int toolBarRow = m_pToolBars->currentRow();
+    const int choice = m_pToolBarChoice->currentIndex();
     m_pToolBars->clear();
     m_pToolBarChoice->clear();
-    for (const CToolBar* pToolBar : m_frame.ToolBars()) {
-        auto* pItem = new QListWidgetItem(pToolBar->windowTitle(), m_pToolBars);
-        pItem->setFlags(pItem->flags() | Qt::ItemIsUserCheckable);
-        pItem->setCheckState(pToolBar->isHidden() ? Qt::Unchecked : Qt::Checked);
-        m_pToolBarChoice->addItem(pToolBar->windowTitle());
+    for (const CToolBar* toolBar : m_frame.Bars().All()) {
+        auto* item = new QListWidgetItem(toolBar->windowTitle(), m_pToolBars);
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(toolBar->isHidden() ? Qt::Unchecked : Qt::Checked);
+        m_pToolBarChoice->addItem(toolBar->windowTitle());
     }
-    const int nLast = static_cast<int>(m_frame.ToolBars().size()) - 1;
-    m_pToolBars->setCurrentRow(std::clamp(nToolBar, 0, nLast));
-    m_pToolBarChoice->setCurrentIndex(std::clamp(nChoice, 0, nLast));
+    const int last = static_cast<int>(m_frame.Bars().All().size()) - 1;
+    m_pToolBars->setCurrentRow(std::clamp(toolBarRow, 0, last));
+    m_pToolBarChoice->setCurrentIndex(std::clamp(choice, 0, last));
     FillButtons(0);
 }
 
-void CCustomizeDlg::FillButtons(int nCurrent) {
+void CCustomizeDlg::FillButtons(int current) {
     m_pButtons->clear();
-    if (const CToolBar* pToolBar = EditedToolBar()) {
-        for (const int nId : pToolBar->Commands()) {
-            if (const QAction* pAction = m_frame.CommandAction(nId))
-                m_pButtons->addItem(new QListWidgetItem(pAction->icon(), PlainText(*pAction)));
-            else
+    if (const CToolBar* toolBar = EditedToolBar()) {
+        for (const int id : toolBar->Commands()) {
+            if (const QAction* action = m_frame.CommandAction(id)) {
+                m_pButtons->addItem(new QListWidgetItem(action->icon(), PlainText(*action)));
+            } else {
                 m_pButtons->addItem(tr("(Separator)"));
+            }
         }
     }
-    m_pButtons->setCurrentRow(std::min(nCurrent, m_pButtons->count() - 1));
+    m_pButtons->setCurrentRow(std::min(current, m_pButtons->count() - 1));
     UpdateButtons();
 }
 
 int CCustomizeDlg::CurrentCommand() const {
-    const QListWidgetItem* pItem = m_pCommands->currentItem();
-    return pItem != nullptr ? pItem->data(Qt::UserRole).toInt() : 0;
+    const QListWidgetItem* item = m_pCommands->currentItem();
+    return item != nullptr ? item->data(Qt::UserRole).toInt() : 0;
 }
 
 CToolBar* CCustomizeDlg::EditedToolBar() const {
-    return m_frame.ToolBars().value(m_pToolBarChoice->currentIndex());
+    return m_frame.Bars().All().value(m_pToolBarChoice->currentIndex());
 }
 
 CToolBar* CCustomizeDlg::SelectedToolBar() const {
-    return m_frame.ToolBars().value(m_pToolBars->currentRow());
+    return m_frame.Bars().All().value(m_pToolBars->currentRow());
 }
 
 void CCustomizeDlg::ShowImages() {
-    const int nCommand = CurrentCommand();
+    const int command = CurrentCommand();
     m_pImage->clear();
     m_pImage->addItem(tr("The command's own"));
-    for (int n = 0; n < m_frame.UserImages().Count(); ++n)
-        m_pImage->addItem(m_frame.UserImages().Icon(n), tr("User image %1").arg(n + 1));
-    m_pImage->setCurrentIndex(std::clamp(m_frame.UserImage(nCommand) + 1, 0, m_pImage->count() - 1));
-    m_pImage->setEnabled(m_pImage->count() > 1 && nCommand != 0);
+    for (int n = 0; n < m_frame.Bars().UserImages().Count(); ++n) {
+        m_pImage->addItem(m_frame.Bars().UserImages().Icon(n), tr("User image %1").arg(n + 1));
+    }
+    m_pImage->setCurrentIndex(std::clamp(m_frame.Bars().UserImage(command) + 1, 0, m_pImage->count() - 1));
+    m_pImage->setEnabled(m_pImage->count() > 1 && command != 0);
 }
 
 void CCustomizeDlg::UpdateButtons() {
-    const CCommandInfo* pCommand = FindCommand(CurrentCommand());
-    m_pDescription->setText(pCommand != nullptr ? ToQString(StatusTip(*pCommand)) : QString());
+    const CCommandInfo* command = FindCommand(CurrentCommand());
+    m_pDescription->setText(command != nullptr ? ToQString(StatusTip(*command)) : QString());
     ShowImages();
-    const int nRow = m_pButtons->currentRow();
-    const CToolBar* pEdited = EditedToolBar();
-    m_pAdd->setEnabled(pCommand != nullptr && pEdited != nullptr && !pEdited->HasCommand(CurrentCommand()));
-    m_pSeparator->setEnabled(pEdited != nullptr);
-    m_pRemove->setEnabled(nRow >= 0);
-    m_pUp->setEnabled(nRow > 0);
-    m_pDown->setEnabled(nRow >= 0 && nRow + 1 < m_pButtons->count());
-    const CToolBar* pSelected = SelectedToolBar();
-    const bool bUser = pSelected != nullptr && pSelected->IsUserToolBar();
-    m_pRename->setEnabled(bUser);
-    m_pDelete->setEnabled(bUser);
-    m_pReset->setEnabled(pSelected != nullptr && !bUser);
+    const int row = m_pButtons->currentRow();
+    const CToolBar* edited = EditedToolBar();
+    m_pAdd->setEnabled(command != nullptr && edited != nullptr && !edited->HasCommand(CurrentCommand()));
+    m_pSeparator->setEnabled(edited != nullptr);
+    m_pRemove->setEnabled(row >= 0);
+    m_pUp->setEnabled(row > 0);
+    m_pDown->setEnabled(row >= 0 && row + 1 < m_pButtons->count());
+    const CToolBar* selected = SelectedToolBar();
+    const bool user = selected != nullptr && selected->IsUserToolBar();
+    m_pRename->setEnabled(user);
+    m_pDelete->setEnabled(user);
+    m_pReset->setEnabled(selected != nullptr && !user);
 }
 
 void CCustomizeDlg::OnAdd() {
-    CToolBar* pToolBar = EditedToolBar();
-    if (pToolBar == nullptr || CurrentCommand() == 0)
-        return;
-    std::vector<int> listCommands = pToolBar->Commands();
-    const auto itThere = std::ranges::find(listCommands, CurrentCommand());
-    if (itThere != listCommands.end()) {
-        m_pButtons->setCurrentRow(static_cast<int>(itThere - listCommands.begin()));
+    CToolBar* toolBar = EditedToolBar();
+    if (toolBar == nullptr || CurrentCommand() == 0) {
         return;
     }
-    const int nPlace = m_pButtons->currentRow() + 1;
-    listCommands.insert(listCommands.begin() + nPlace, CurrentCommand());
-    pToolBar->SetCommands(listCommands);
-    FillButtons(nPlace);
+    std::vector<int> commands = toolBar->Commands();
+    const auto there = std::ranges::find(commands, CurrentCommand());
+    if (there != commands.end()) {
+        m_pButtons->setCurrentRow(static_cast<int>(there - commands.begin()));
+        return;
+    }
+    const int place = m_pButtons->currentRow() + 1;
+    commands.insert(commands.begin() + place, CurrentCommand());
+    toolBar->SetCommands(commands);
+    FillButtons(place);
 }
 
 void CCustomizeDlg::OnSeparator() {
-    CToolBar* pToolBar = EditedToolBar();
-    std::vector<int> listCommands = pToolBar->Commands();
-    const int nPlace = m_pButtons->currentRow() + 1;
-    listCommands.insert(listCommands.begin() + nPlace, ID_SEPARATOR);
-    pToolBar->SetCommands(listCommands);
-    FillButtons(nPlace);
+    CToolBar* toolBar = EditedToolBar();
+    std::vector<int> commands = toolBar->Commands();
+    const int place = m_pButtons->currentRow() + 1;
+    commands.insert(commands.begin() + place, ID_SEPARATOR);
+    toolBar->SetCommands(commands);
+    FillButtons(place);
 }
 
 void CCustomizeDlg::OnRemove() {
-    CToolBar* pToolBar = EditedToolBar();
-    const int nRow = m_pButtons->currentRow();
-    if (pToolBar == nullptr || nRow < 0)
+    CToolBar* toolBar = EditedToolBar();
+    const int row = m_pButtons->currentRow();
+    if (toolBar == nullptr || row < 0) {
         return;
-    std::vector<int> listCommands = pToolBar->Commands();
-    listCommands.erase(listCommands.begin() + nRow);
-    pToolBar->SetCommands(listCommands);
-    FillButtons(nRow);
+    }
+    std::vector<int> commands = toolBar->Commands();
+    commands.erase(commands.begin() + row);
+    toolBar->SetCommands(commands);
+    FillButtons(row);
 }
 
-void CCustomizeDlg::OnMove(int nStep) {
-    CToolBar* pToolBar = EditedToolBar();
-    const int nRow = m_pButtons->currentRow();
-    const int nTo = nRow + nStep;
-    if (pToolBar == nullptr || nRow < 0 || nTo < 0 || nTo >= m_pButtons->count())
+void CCustomizeDlg::OnMove(int step) {
+    CToolBar* toolBar = EditedToolBar();
+    const int row = m_pButtons->currentRow();
+    const int to = row + step;
+    if (toolBar == nullptr || row < 0 || to < 0 || to >= m_pButtons->count()) {
         return;
-    std::vector<int> listCommands = pToolBar->Commands();
-    std::swap(listCommands[static_cast<std::size_t>(nRow)], listCommands[static_cast<std::size_t>(nTo)]);
-    pToolBar->SetCommands(listCommands);
-    FillButtons(nTo);
+    }
+    std::vector<int> commands = toolBar->Commands();
+    std::swap(commands[static_cast<std::size_t>(row)], commands[static_cast<std::size_t>(to)]);
+    toolBar->SetCommands(commands);
+    FillButtons(to);
 }
 
 void CCustomizeDlg::OnNew() {
-    const auto strTitle = UserInterface().AskText(tr("Toolbar Name"), tr("Toolbar name:"),
-                                                  tr("Custom %1").arg(m_frame.ToolBars().size() - 1));
-    if (!strTitle || strTitle->trimmed().isEmpty())
+    const auto title = UserInterface().AskText(tr("Toolbar Name"), tr("Toolbar name:"),
+                                               tr("Custom %1").arg(m_frame.Bars().All().size() - 1));
+    if (!title || title->trimmed().isEmpty()) {
         return;
-    if (m_frame.NewUserToolBar(strTitle->trimmed()) == nullptr) {
+    }
+    if (m_frame.Bars().New(title->trimmed()) == nullptr) {
         UserInterface().ShowMessage(tr("There can be ten toolbars of your own."));
         return;
     }
@@ -364,26 +378,29 @@ void CCustomizeDlg::OnNew() {
 }
 
 void CCustomizeDlg::OnRename() {
-    CToolBar* pToolBar = SelectedToolBar();
-    if (pToolBar == nullptr)
+    CToolBar* toolBar = SelectedToolBar();
+    if (toolBar == nullptr) {
         return;
-    const auto strTitle =
-        UserInterface().AskText(tr("Toolbar Name"), tr("Toolbar name:"), pToolBar->windowTitle());
-    if (!strTitle || strTitle->trimmed().isEmpty())
+    }
+    const auto title =
+        UserInterface().AskText(tr("Toolbar Name"), tr("Toolbar name:"), toolBar->windowTitle());
+    if (!title || title->trimmed().isEmpty()) {
         return;
-    pToolBar->setWindowTitle(strTitle->trimmed());
-    pToolBar->setAccessibleName(strTitle->trimmed());
+    }
+    toolBar->setWindowTitle(title->trimmed());
+    toolBar->setAccessibleName(title->trimmed());
     FillToolBars();
 }
 
 void CCustomizeDlg::OnDelete() {
-    m_frame.DeleteUserToolBar(SelectedToolBar());
+    m_frame.Bars().Delete(SelectedToolBar());
     FillToolBars();
 }
 
 void CCustomizeDlg::OnReset() {
-    if (CToolBar* pToolBar = SelectedToolBar())
-        pToolBar->Reset();
+    if (CToolBar* toolBar = SelectedToolBar()) {
+        toolBar->Reset();
+    }
     FillButtons(0);
 }
 

@@ -27,7 +27,7 @@ private:
 
     void FillCommands();
     void FillToolBars();
-    void FillButtons(int nCurrent);
+    void FillButtons(int current);
     void ShowImages();
     void UpdateButtons();
     int CurrentCommand() const;
@@ -36,7 +36,7 @@ private:
     void OnAdd();
     void OnRemove();
     void OnSeparator();
-    void OnMove(int nStep);
+    void OnMove(int step);
     void OnNew();
     void OnRename();
     void OnDelete();

@@ -12,9 +12,9 @@ void AddDocTemplates(CCarvelotApp& app) {
     app.AddDocTemplate(std::make_unique<CDocTemplate>(
         EMenuState::Session, SessionIcon(),
         [&app] {
-            auto pDocument = std::make_unique<CSessionDocument>(app.m_pendingStatement);
-            ConnectRequests(*pDocument);
-            return std::unique_ptr<CDocument>(std::move(pDocument));
+            auto made = std::make_unique<CSessionDocument>(app.m_pendingStatement);
+            ConnectRequests(*made);
+            return std::unique_ptr<CDocument>(std::move(made));
         },
         [](CDocument& document) {
             return std::unique_ptr<CMDIChildWnd>(new CChildFrame(static_cast<CSessionDocument&>(document)));
@@ -22,10 +22,10 @@ void AddDocTemplates(CCarvelotApp& app) {
     app.m_pCacheTemplate = &app.AddDocTemplate(std::make_unique<CDocTemplate>(
         EMenuState::Cache, CacheIcon(),
         [&app] {
-            auto pDocument = std::make_unique<CCacheDocument>();
-            pDocument->Cache().m_pfnFormatMathNumeric =
+            auto made = std::make_unique<CCacheDocument>();
+            made->Cache().m_pfnFormatMathNumeric =
                 reinterpret_cast<FFormatMathNumeric>(app.m_pfnFormatMathNumeric);
-            return std::unique_ptr<CDocument>(std::move(pDocument));
+            return std::unique_ptr<CDocument>(std::move(made));
         },
         [](CDocument& document) {
             return std::unique_ptr<CMDIChildWnd>(new CCacheFrame(static_cast<CCacheDocument&>(document)));

@@ -1,8 +1,8 @@
 #include "ui/app/OptionsDlg.h"
 
+#include "ui/kit/ReportView.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
-#include "ui/kit/ReportView.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -22,21 +22,22 @@ namespace carvelot {
 
 namespace {
 
-QLineEdit* Edit(const char* pszName, const QString& strAccessible, int nCharacters, bool bReadOnly = false) {
-    auto* pEdit = new QLineEdit;
-    pEdit->setObjectName(QLatin1String(pszName));
-    pEdit->setAccessibleName(strAccessible);
-    pEdit->setReadOnly(bReadOnly);
-    if (nCharacters > 0)
-        pEdit->setFixedWidth(pEdit->fontMetrics().averageCharWidth() * nCharacters + 24);
-    return pEdit;
+QLineEdit* Edit(const char* name, const QString& accessible, int characters, bool readOnly = false) {
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QLatin1String(name));
+    edit->setAccessibleName(accessible);
+    edit->setReadOnly(readOnly);
+    if (characters > 0) {
+        edit->setFixedWidth(edit->fontMetrics().averageCharWidth() * characters + 24);
+    }
+    return edit;
 }
 
-QPushButton* Button(const QString& strText, const char* pszName) {
-    auto* pButton = new QPushButton(strText);
-    pButton->setObjectName(QLatin1String(pszName));
-    pButton->setAutoDefault(false);
-    return pButton;
+QPushButton* Button(const QString& text, const char* name) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    return button;
 }
 
 } // namespace
@@ -48,20 +49,20 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     m_pAutoRefresh = new QCheckBox(tr("Auto Refresh Process List"));
     m_pAutoRefresh->setObjectName(QStringLiteral("AutoRefresh"));
     m_pRate = Edit("Rate", tr("Refresh rate in seconds"), 8);
-    auto* pRefresh = new QGroupBox(tr("Refresh"));
-    auto* pRefreshLayout = new QHBoxLayout(pRefresh);
-    pRefreshLayout->addWidget(m_pAutoRefresh);
-    pRefreshLayout->addSpacing(24);
-    pRefreshLayout->addWidget(m_pRate);
-    auto* pRateLabel = new QLabel(tr("Seconds"));
-    pRateLabel->setBuddy(m_pRate);
-    pRefreshLayout->addWidget(pRateLabel);
-    pRefreshLayout->addStretch();
+    auto* refresh = new QGroupBox(tr("Refresh"));
+    auto* refreshLayout = new QHBoxLayout(refresh);
+    refreshLayout->addWidget(m_pAutoRefresh);
+    refreshLayout->addSpacing(24);
+    refreshLayout->addWidget(m_pRate);
+    auto* rateLabel = new QLabel(tr("Seconds"));
+    rateLabel->setBuddy(m_pRate);
+    refreshLayout->addWidget(rateLabel);
+    refreshLayout->addStretch();
 
     m_pApplication = Edit("Application", tr("Application name"), 0);
-    auto* pAdd = Button(tr("Add"), "Add");
-    auto* pRemove = Button(tr("Remove"), "Remove");
-    auto* pToggle = Button(tr("Toggle Status"), "ToggleStatus");
+    auto* add = Button(tr("Add"), "Add");
+    auto* remove = Button(tr("Remove"), "Remove");
+    auto* toggle = Button(tr("Toggle Status"), "ToggleStatus");
     m_pList = new QTreeWidget;
     m_pList->setObjectName(QStringLiteral("Applications"));
     m_pList->setAccessibleName(tr("Applications"));
@@ -77,42 +78,43 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     m_pList->header()->resizeSection(1, 300);
     m_pList->setMinimumSize(524, 150);
     CopyRowsByKey(*m_pList);
-    auto* pApplications = new QGroupBox(tr("Applications"));
-    auto* pApplicationsLayout = new QVBoxLayout(pApplications);
-    auto* pRow = new QHBoxLayout;
-    pRow->addWidget(m_pApplication, 1);
-    pRow->addWidget(pAdd);
-    pRow->addWidget(pRemove);
-    pRow->addWidget(pToggle);
-    pApplicationsLayout->addLayout(pRow);
-    pApplicationsLayout->addWidget(m_pList);
+    auto* applications = new QGroupBox(tr("Applications"));
+    auto* applicationsLayout = new QVBoxLayout(applications);
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_pApplication, 1);
+    row->addWidget(add);
+    row->addWidget(remove);
+    row->addWidget(toggle);
+    applicationsLayout->addLayout(row);
+    applicationsLayout->addWidget(m_pList);
 
     m_pFontName = Edit("FontName", tr("Font name"), 0, true);
     m_pFontHeight = Edit("FontHeight", tr("Font height"), 6, true);
-    auto* pChoose = Button(tr("Choose Font"), "ChooseFont");
-    auto* pFonts = new QGroupBox(tr("Fonts"));
-    auto* pFontsLayout = new QHBoxLayout(pFonts);
-    pFontsLayout->addWidget(m_pFontName, 1);
-    pFontsLayout->addWidget(m_pFontHeight);
-    pFontsLayout->addWidget(pChoose);
+    auto* choose = Button(tr("Choose Font"), "ChooseFont");
+    auto* fonts = new QGroupBox(tr("Fonts"));
+    auto* fontsLayout = new QHBoxLayout(fonts);
+    fontsLayout->addWidget(m_pFontName, 1);
+    fontsLayout->addWidget(m_pFontHeight);
+    fontsLayout->addWidget(choose);
 
     m_pThreshold = Edit("Threshold", tr("Threshold in seconds"), 12);
-    auto* pLong = new QGroupBox(tr("Long Running Operations"));
-    auto* pLongLayout = new QHBoxLayout(pLong);
-    auto* pThresholdLabel = new QLabel(tr("Threshold"));
-    pThresholdLabel->setBuddy(m_pThreshold);
-    pLongLayout->addWidget(pThresholdLabel);
-    pLongLayout->addWidget(m_pThreshold);
-    pLongLayout->addWidget(new QLabel(tr("Seconds")));
-    pLongLayout->addStretch();
+    auto* longTasks = new QGroupBox(tr("Long Running Operations"));
+    auto* longLayout = new QHBoxLayout(longTasks);
+    auto* thresholdLabel = new QLabel(tr("Threshold"));
+    thresholdLabel->setBuddy(m_pThreshold);
+    longLayout->addWidget(thresholdLabel);
+    longLayout->addWidget(m_pThreshold);
+    longLayout->addWidget(new QLabel(tr("Seconds")));
+    longLayout->addStretch();
 
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 
-    auto* pLayout = new QVBoxLayout(this);
-    for (QWidget* pPart : std::initializer_list<QWidget*>{pRefresh, pApplications, pFonts, pLong, pButtons})
-        pLayout->addWidget(pPart, pPart == pApplications ? 1 : 0);
+    auto* layout = new QVBoxLayout(this);
+    for (QWidget* part : std::initializer_list<QWidget*>{refresh, applications, fonts, longTasks, buttons}) {
+        layout->addWidget(part, part == applications ? 1 : 0);
+    }
     // In the dialog already: else it would forget it when the focus passes another button.
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
 
     m_pAutoRefresh->setChecked(m_model.m_bAutoRefresh);
     m_pRate->setText(ToQString(m_model.m_strRate));
@@ -123,25 +125,26 @@ COptionsDlg::COptionsDlg(CAppSettings& settings)
     m_pThreshold->setText(ToQString(m_model.m_strThreshold));
     ShowRows();
 
-    connect(pAdd, &QPushButton::clicked, this, &COptionsDlg::OnAdd);
-    connect(pRemove, &QPushButton::clicked, this, &COptionsDlg::OnRemove);
-    connect(pToggle, &QPushButton::clicked, this, &COptionsDlg::OnToggleStatus);
-    connect(pChoose, &QPushButton::clicked, this, &COptionsDlg::OnChooseFont);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &COptionsDlg::OnOk);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(add, &QPushButton::clicked, this, &COptionsDlg::OnAdd);
+    connect(remove, &QPushButton::clicked, this, &COptionsDlg::OnRemove);
+    connect(toggle, &QPushButton::clicked, this, &COptionsDlg::OnToggleStatus);
+    connect(choose, &QPushButton::clicked, this, &COptionsDlg::OnChooseFont);
+    connect(buttons, &QDialogButtonBox::accepted, this, &COptionsDlg::OnOk);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 
 void COptionsDlg::ReadSelection() {
-    for (int n = 0; n < m_pList->topLevelItemCount(); ++n)
+    for (int n = 0; n < m_pList->topLevelItemCount(); ++n) {
         m_model.m_listRows[static_cast<std::size_t>(n)].m_bSelected = m_pList->topLevelItem(n)->isSelected();
+    }
 }
 
 void COptionsDlg::ShowRows() {
     m_pList->clear();
     for (const COptionsModel::CRow& row : m_model.m_listRows) {
-        auto* pItem = new QTreeWidgetItem(
+        auto* item = new QTreeWidgetItem(
             m_pList, QStringList{ToQString(row.m_strApplication), ToQString(row.m_strStatus)});
-        pItem->setSelected(row.m_bSelected);
+        item->setSelected(row.m_bSelected);
     }
 }
 
@@ -167,15 +170,17 @@ void COptionsDlg::OnChooseFont() {
     // Here the height counts as points, while the trees and lists take it as pixels.
     QFont initial(ToQString(m_settings.m_strFontName));
     initial.setStyleHint(QFont::TypeWriter); // as trees and lists look for it
-    if (m_settings.m_nFontHeight != 0)
+    if (m_settings.m_nFontHeight != 0) {
         initial.setPointSize(std::min(std::abs(std::max(m_settings.m_nFontHeight, -1000)), 1000));
+    }
     const auto chosen = UserInterface().AskFont(initial);
-    if (!chosen)
+    if (!chosen) {
         return;
+    }
     m_pFontName->setText(chosen->family());
     // The size in tenths of a point, cut down to whole points.
-    const int nTenths = static_cast<int>(std::lround(chosen->pointSizeF() * 10));
-    m_pFontHeight->setText(QString::number(nTenths / 10));
+    const int tenths = static_cast<int>(std::lround(chosen->pointSizeF() * 10));
+    m_pFontHeight->setText(QString::number(tenths / 10));
 }
 
 void COptionsDlg::OnOk() {

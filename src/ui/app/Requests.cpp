@@ -22,8 +22,9 @@ public:
     CBusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
     ~CBusyCursor() {
         QApplication::restoreOverrideCursor();
-        if (CMainFrame* pMain = MainFrame())
-            pMain->ShowProgress(-1);
+        if (CMainFrame* main = MainFrame()) {
+            main->ShowProgress(-1);
+        }
     }
     CBusyCursor(const CBusyCursor&) = delete;
     CBusyCursor& operator=(const CBusyCursor&) = delete;
@@ -31,68 +32,72 @@ public:
 
 } // namespace
 
-void CCarvelotApp::AnalyzeProcess(QString strImageName, QString strDebugFile, std::int32_t nProcess) {
-    CDocTemplate* pTemplate = FirstDocTemplate();
-    if (pTemplate == nullptr)
-        return;
-    CDocument* pNew = pTemplate->CreateNewDocument();
-    if (pNew == nullptr)
-        return;
-    auto* pDocument = qobject_cast<CSessionDocument*>(pNew);
-    if (pDocument == nullptr) {
-        pTemplate->CloseDocument(*pNew);
+void CCarvelotApp::AnalyzeProcess(QString imageName, QString debugFile, std::int32_t process) {
+    CDocTemplate* documentTemplate = FirstDocTemplate();
+    if (documentTemplate == nullptr) {
         return;
     }
-    CCarvelotDoc& session = pDocument->Session();
-    session.m_strProcessName = ToUtf8(strImageName);
-    session.m_nProcessFilter = static_cast<std::uint32_t>(nProcess);
-    session.m_strLogPath = PathOf(strDebugFile);
+    CDocument* added = documentTemplate->CreateNewDocument();
+    if (added == nullptr) {
+        return;
+    }
+    auto* document = qobject_cast<CSessionDocument*>(added);
+    if (document == nullptr) {
+        documentTemplate->CloseDocument(*added);
+        return;
+    }
+    CCarvelotDoc& session = document->Session();
+    session.m_strProcessName = ToUtf8(imageName);
+    session.m_nProcessFilter = static_cast<std::uint32_t>(process);
+    session.m_strLogPath = PathOf(debugFile);
     const CBusyCursor wait;
-    CMDIChildWnd* pFrame = pTemplate->CreateNewFrame(*pDocument);
-    if (pFrame == nullptr || !session.LoadLog()) {
-        pTemplate->CloseDocument(*pDocument);
+    CMDIChildWnd* frame = documentTemplate->CreateNewFrame(*document);
+    if (frame == nullptr || !session.LoadLog()) {
+        documentTemplate->CloseDocument(*document);
         return;
     }
     session.FillThreadTree();
-    pDocument->SetTitle(strDebugFile);
-    pTemplate->InitialUpdateFrame(*pFrame);
+    document->SetTitle(debugFile);
+    documentTemplate->InitialUpdateFrame(*frame);
 }
 
-void BrowseCache(std::uint32_t nProcess, std::string_view strHandle, std::string_view strName,
-                 std::string_view strInstance) {
-    CDocTemplate* const pTemplate = theApp().m_pCacheTemplate;
-    if (pTemplate == nullptr)
-        return;
-    CDocument* const pNew = pTemplate->CreateNewDocument();
-    auto* const pDocument = qobject_cast<CCacheDocument*>(pNew);
-    if (pDocument == nullptr) {
-        if (pNew != nullptr)
-            pTemplate->CloseDocument(*pNew);
+void BrowseCache(std::uint32_t process, std::string_view handle, std::string_view name,
+                 std::string_view instance) {
+    CDocTemplate* const documentTemplate = theApp().m_pCacheTemplate;
+    if (documentTemplate == nullptr) {
         return;
     }
-    CCacheDoc& cache = pDocument->Cache();
+    CDocument* const added = documentTemplate->CreateNewDocument();
+    auto* const document = qobject_cast<CCacheDocument*>(added);
+    if (document == nullptr) {
+        if (added != nullptr) {
+            documentTemplate->CloseDocument(*added);
+        }
+        return;
+    }
+    CCacheDoc& cache = document->Cache();
     // The texts may be a session's, which need not outlive the first message.
-    cache.m_processId = nProcess;
-    cache.m_strHandle = strHandle;
-    cache.m_strName = strName;
-    cache.m_strInstance = strInstance;
-    cache.m_bCacheValid = theApp().CacheLive(nProcess, ToQString(cache.m_strHandle));
+    cache.m_processId = process;
+    cache.m_strHandle = handle;
+    cache.m_strName = name;
+    cache.m_strInstance = instance;
+    cache.m_bCacheValid = theApp().CacheLive(process, ToQString(cache.m_strHandle));
     CCacheDlg dialog(cache);
-    const bool bOk = UserInterface().RunDialog(dialog) == QDialog::Accepted;
-    CMDIChildWnd* const pFrame = bOk ? pTemplate->CreateNewFrame(*pDocument) : nullptr;
-    if (pFrame == nullptr) {
-        pTemplate->CloseDocument(*pDocument);
+    const bool ok = UserInterface().RunDialog(dialog) == QDialog::Accepted;
+    CMDIChildWnd* const frame = ok ? documentTemplate->CreateNewFrame(*document) : nullptr;
+    if (frame == nullptr) {
+        documentTemplate->CloseDocument(*document);
         return;
     }
-    pDocument->SetTitle(QStringLiteral("Cache Browser: ") + ToQString(cache.m_strName));
-    pTemplate->InitialUpdateFrame(*pFrame);
+    document->SetTitle(QStringLiteral("Cache Browser: ") + ToQString(cache.m_strName));
+    documentTemplate->InitialUpdateFrame(*frame);
 }
 
 void ConnectRequests(CMainFrame& frame) {
     // A process is analysed.
-    frame.m_wndProcessPane.m_fnAnalyze = [](const std::string& strImageName, const std::string& strDebugFile,
-                                            std::int32_t nProcess) {
-        theApp().AnalyzeProcess(ToQString(strImageName), PathToQString(strDebugFile), nProcess);
+    frame.m_wndProcessPane.m_fnAnalyze = [](const std::string& imageName, const std::string& debugFile,
+                                            std::int32_t process) {
+        theApp().AnalyzeProcess(ToQString(imageName), PathToQString(debugFile), process);
     };
     frame.m_wndProcessPane.m_fnGetSetProcInfo = [] { return theApp().m_pfnGetSetProcInfo; };
     // A cache that lives is browsed.
@@ -108,7 +113,7 @@ void ConnectRequests(CMainFrame& frame) {
 void ConnectRequests(CSessionDocument& document) {
     // A log that was opened by hand is a recent file.
     QObject::connect(&document, &CSessionDocument::Opened, &document,
-                     [](const QString& strPath) { theApp().AddToRecentFileList(strPath); });
+                     [](const QString& path) { theApp().AddToRecentFileList(path); });
 }
 
 } // namespace carvelot

@@ -21,9 +21,9 @@ class CApplication final : public QApplication {
 public:
     using QApplication::QApplication;
 
-    bool notify(QObject* pReceiver, QEvent* pEvent) override {
+    bool notify(QObject* receiver, QEvent* event) override {
         try {
-            return QApplication::notify(pReceiver, pEvent);
+            return QApplication::notify(receiver, event);
         } catch (const std::bad_alloc&) {
             carvelot::UserInterface().ShowMessage(QStringLiteral("There is not enough memory for this."));
             return true;
@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     platform::CloseLibrarySearch();
     platform::SetProgramIdentifier(kProgramIdentifier);
     CCarvelotApp& app = theApp();
-    int nOffice2007 = ID_APPLOOK_OFFICE_2007_BLUE;
+    int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     const CApplication application(argc, argv);
     // The toolkit takes over the user's locale. Numbers in texts and files have a point all the same, those
@@ -53,18 +53,19 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
 
     // For messages that come before the window, which brings the stored look.
-    ApplyLook(LookOf(kDefaultLook, nOffice2007));
+    ApplyLook(LookOf(kDefaultLook, office2007));
 
 #ifdef Q_OS_WIN
     // The toolkit has taken its own switches out.
-    std::vector<std::string> listArguments;
-    for (const QString& strArgument : QCoreApplication::arguments().mid(1))
-        listArguments.push_back(ToUtf8(strArgument));
+    std::vector<std::string> arguments;
+    for (const QString& argument : QCoreApplication::arguments().mid(1)) {
+        arguments.push_back(ToUtf8(argument));
+    }
 #else
     // So it has here, and left the other arguments' bytes as they came: a file's name need not be UTF-8.
-    const std::vector<std::string> listArguments(argv + 1, argv + argc);
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
 #endif
-    if (!app.InitInstance(listArguments)) {
+    if (!app.InitInstance(arguments)) {
         app.ExitInstance();
         return 1;
     }

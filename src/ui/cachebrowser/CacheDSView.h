@@ -23,13 +23,13 @@ public:
     // What stands in the two boxes at this moment; both can be edited.
     std::string ProcessText() const override;
     std::string HandleText() const override;
-    void Fill(std::vector<std::shared_ptr<CMember>> listRows) override;
+    void Fill(std::vector<std::shared_ptr<CMember>> rows) override;
 
     CListCtrl& List() const { return *m_pList; }
 
 protected:
-    void resizeEvent(QResizeEvent* pEvent) override;
-    void changeEvent(QEvent* pEvent) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void LayOut();

@@ -24,7 +24,7 @@ public:
     ~CCacheDlg() override;
 
 private:
-    void Fill(std::vector<std::shared_ptr<CMember>> listRows) override;
+    void Fill(std::vector<std::shared_ptr<CMember>> rows) override;
     void OnAdd();
     void OnParse();
     void OnRemove();

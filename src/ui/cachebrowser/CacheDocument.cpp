@@ -25,13 +25,14 @@ public:
     bool m_bEsc = false;
 
 protected:
-    bool eventFilter(QObject*, QEvent* pEvent) override {
-        switch (pEvent->type()) {
+    bool eventFilter(QObject*, QEvent* event) override {
+        switch (event->type()) {
         case QEvent::ShortcutOverride:
         case QEvent::KeyPress:
-            if (static_cast<QKeyEvent*>(pEvent)->key() == Qt::Key_Escape)
+            if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
                 m_bEsc = true;
-            pEvent->accept(); // of a shortcut: it is nobody's
+            }
+            event->accept(); // of a shortcut: it is nobody's
             return true;
         case QEvent::KeyRelease:
         case QEvent::Shortcut:
@@ -56,7 +57,7 @@ protected:
         case QEvent::Drop:
         case QEvent::Close:
         case QEvent::Quit:
-            pEvent->ignore();
+            event->ignore();
             return true;
         case QEvent::Timer:
             return true;
@@ -75,13 +76,12 @@ CCacheDocument::CCacheDocument() {
         ID_CACHE_DEFINE_STRUCTURE, [this] { OnDefineStructure(); }, [this] { return !m_bFetching; });
 }
 
-void CCacheDocument::ShowMessage(std::string_view strText) {
-    UserInterface().ShowMessage(ToQString(strText));
-}
+void CCacheDocument::ShowMessage(std::string_view text) { UserInterface().ShowMessage(ToQString(text)); }
 
 void CCacheDocument::OnRefreshData() {
-    if (m_bFetching)
+    if (m_bFetching) {
         return;
+    }
     m_bFetching = true;
     m_sinceLook.start();
     {
@@ -89,16 +89,19 @@ void CCacheDocument::OnRefreshData() {
         CCompanionFetch fetch;
         m_cache.OnRefreshData(fetch, *this);
     }
-    if (CMainWindow* const pMain = MainWindow())
-        pMain->statusBar()->clearMessage();
+    if (CMainWindow* const main = MainWindow()) {
+        main->statusBar()->clearMessage();
+    }
     m_bFetching = false;
 }
 
 bool CCacheDocument::StopFetch() {
-    if (m_sinceLook.elapsed() < kLookMilliseconds)
+    if (m_sinceLook.elapsed() < kLookMilliseconds) {
         return false;
-    if (CMainWindow* const pMain = MainWindow())
-        pMain->statusBar()->showMessage(tr("Rows so far: %1. Esc stops.").arg(m_cache.Rows().Size()));
+    }
+    if (CMainWindow* const main = MainWindow()) {
+        main->statusBar()->showMessage(tr("Rows so far: %1. Esc stops.").arg(m_cache.Rows().Size()));
+    }
     CEscWatch watch;
     QCoreApplication::processEvents();
     m_sinceLook.start();
@@ -107,8 +110,9 @@ bool CCacheDocument::StopFetch() {
 
 void CCacheDocument::OnDefineStructure() {
     CCacheDlg dialog(m_cache);
-    if (UserInterface().RunDialog(dialog) == QDialog::Accepted)
+    if (UserInterface().RunDialog(dialog) == QDialog::Accepted) {
         m_cache.OnStructureDefined();
+    }
 }
 
 } // namespace carvelot

@@ -24,7 +24,7 @@ public:
     void OnDefineStructure();
 
 private:
-    void ShowMessage(std::string_view strText) override;
+    void ShowMessage(std::string_view text) override;
     bool StopFetch() override;
 
     CCacheDoc m_cache;

@@ -11,18 +11,18 @@ namespace carvelot {
 CCacheFrame::CCacheFrame(CCacheDocument& document)
     : CMDIChildWnd(document), m_pDSView(new CCacheDSView(document.Cache())),
       m_pDataView(new CCacheDataView(document.Cache())) {
-    auto* pSplitter = new QSplitter(Qt::Horizontal);
-    pSplitter->setChildrenCollapsible(false);
-    pSplitter->addWidget(m_pDSView);
-    pSplitter->addWidget(m_pDataView);
+    auto* splitter = new QSplitter(Qt::Horizontal);
+    splitter->setChildrenCollapsible(false);
+    splitter->addWidget(m_pDSView);
+    splitter->addWidget(m_pDataView);
     // The form keeps its 250 pixels when the window grows; the rest is the rows'.
-    pSplitter->setStretchFactor(0, 0);
-    pSplitter->setStretchFactor(1, 1);
-    pSplitter->setSizes({250, 1000});
-    pSplitter->setMinimumHeight(100);
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->addWidget(pSplitter);
+    splitter->setStretchFactor(0, 0);
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({250, 1000});
+    splitter->setMinimumHeight(100);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(splitter);
 }
 
 QList<QWidget*> CCacheFrame::WindowPanes() const { return {&m_pDSView->List(), m_pDataView}; }

@@ -13,19 +13,20 @@ namespace {
 
 // Whether a menu is no other menu's or menu bar's.
 bool StandsAlone(QMenu& menu) {
-    QAccessibleInterface* pMenu = QAccessible::queryAccessibleInterface(&menu);
-    QAccessibleInterface* pParent = pMenu != nullptr ? pMenu->parent() : nullptr;
-    return pParent == nullptr || pParent->role() != QAccessible::MenuItem;
+    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&menu);
+    QAccessibleInterface* parent = accessible != nullptr ? accessible->parent() : nullptr;
+    return parent == nullptr || parent->role() != QAccessible::MenuItem;
 }
 
 QList<QMenu*> PopUpMenus() {
-    QList<QMenu*> listMenus;
-    for (QWidget* pWindow : QApplication::topLevelWidgets()) {
-        auto* pMenu = qobject_cast<QMenu*>(pWindow);
-        if (pMenu != nullptr && pMenu->isVisible() && StandsAlone(*pMenu))
-            listMenus << pMenu;
+    QList<QMenu*> menus;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* accessible = qobject_cast<QMenu*>(window);
+        if (accessible != nullptr && accessible->isVisible() && StandsAlone(*accessible)) {
+            menus << accessible;
+        }
     }
-    return listMenus;
+    return menus;
 }
 
 // The root of the tree: the windows, and behind them the pop-up menus.
@@ -34,26 +35,25 @@ public:
     int childCount() const override {
         return QAccessibleApplication::childCount() + static_cast<int>(PopUpMenus().size());
     }
-    QAccessibleInterface* child(int nIndex) const override {
-        const int nWindows = QAccessibleApplication::childCount();
-        return nIndex < nWindows
-                   ? QAccessibleApplication::child(nIndex)
-                   : QAccessible::queryAccessibleInterface(PopUpMenus().value(nIndex - nWindows));
+    QAccessibleInterface* child(int index) const override {
+        const int windows = QAccessibleApplication::childCount();
+        return index < windows ? QAccessibleApplication::child(index)
+                               : QAccessible::queryAccessibleInterface(PopUpMenus().value(index - windows));
     }
-    int indexOfChild(const QAccessibleInterface* pChild) const override {
-        const qsizetype nMenu = PopUpMenus().indexOf(qobject_cast<QMenu*>(pChild->object()));
-        return nMenu < 0 ? QAccessibleApplication::indexOfChild(pChild)
-                         : QAccessibleApplication::childCount() + static_cast<int>(nMenu);
+    int indexOfChild(const QAccessibleInterface* child) const override {
+        const qsizetype menu = PopUpMenus().indexOf(qobject_cast<QMenu*>(child->object()));
+        return menu < 0 ? QAccessibleApplication::indexOfChild(child)
+                        : QAccessibleApplication::childCount() + static_cast<int>(menu);
     }
 };
 
-QAccessibleInterface* MakeInterface(const QString& strClass, QObject* pObject) {
-    return strClass == QLatin1String("QApplication") && pObject == qApp ? new CAccessibleApplication
+QAccessibleInterface* MakeInterface(const QString& className, QObject* object) {
+    return className == QLatin1String("QApplication") && object == qApp ? new CAccessibleApplication
                                                                         : nullptr;
 }
 
-void Tell(QObject* pObject, QAccessible::Event nEvent) {
-    QAccessibleEvent event(pObject, nEvent);
+void Tell(QObject* object, QAccessible::Event kind) {
+    QAccessibleEvent event(object, kind);
     QAccessible::updateAccessibility(&event);
 }
 
@@ -62,29 +62,33 @@ public:
     using QObject::QObject;
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        const bool bShow = pEvent->type() == QEvent::Show;
-        auto* pMenu = bShow || pEvent->type() == QEvent::Hide ? qobject_cast<QMenu*>(pObject) : nullptr;
-        if (pMenu == nullptr || !StandsAlone(*pMenu))
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const bool show = event->type() == QEvent::Show;
+        auto* accessible = show || event->type() == QEvent::Hide ? qobject_cast<QMenu*>(object) : nullptr;
+        if (accessible == nullptr || !StandsAlone(*accessible)) {
             return false;
-        if (bShow)
+        }
+        if (show) {
             QMetaObject::invokeMethod(
-                pMenu, [pMenu] { Enter(*pMenu); }, Qt::QueuedConnection);
-        else if (QWidget* pFocus = QApplication::focusWidget())
-            TellFocus(*pFocus);
+                accessible, [accessible] { Enter(*accessible); }, Qt::QueuedConnection);
+        } else if (QWidget* focus = QApplication::focusWidget()) {
+            TellFocus(*focus);
+        }
         return false;
     }
 
 private:
     static void Enter(QMenu& menu) {
-        if (!menu.isVisible())
+        if (!menu.isVisible()) {
             return;
+        }
         Tell(&menu, QAccessible::ObjectCreated);
-        if (menu.activeAction() != nullptr)
+        if (menu.activeAction() != nullptr) {
             return;
-        for (QAction* pAction : menu.actions()) {
-            if (pAction->isVisible() && pAction->isEnabled() && !pAction->isSeparator()) {
-                menu.setActiveAction(pAction);
+        }
+        for (QAction* action : menu.actions()) {
+            if (action->isVisible() && action->isEnabled() && !action->isSeparator()) {
+                menu.setActiveAction(action);
                 return;
             }
         }
@@ -92,10 +96,10 @@ private:
     }
     // The focus never left the widget, as the toolkit sees it.
     static void TellFocus(QWidget& widget) {
-        QAccessibleInterface* pFocus = QAccessible::queryAccessibleInterface(&widget);
-        QAccessibleInterface* pPart = pFocus != nullptr ? pFocus->focusChild() : nullptr;
-        if (pPart != nullptr && pPart != pFocus) {
-            QAccessibleEvent event(pPart, QAccessible::Focus);
+        QAccessibleInterface* focus = QAccessible::queryAccessibleInterface(&widget);
+        QAccessibleInterface* part = focus != nullptr ? focus->focusChild() : nullptr;
+        if (part != nullptr && part != focus) {
+            QAccessibleEvent event(part, QAccessible::Focus);
             QAccessible::updateAccessibility(&event);
         } else {
             Tell(&widget, QAccessible::Focus);
@@ -106,12 +110,13 @@ private:
 } // namespace
 
 void ShowMenusToScreenReaders() {
-    static QPointer<QObject> pWatch;
-    if (pWatch != nullptr)
+    static QPointer<QObject> watch;
+    if (watch != nullptr) {
         return;
+    }
     QAccessible::installFactory(MakeInterface);
-    pWatch = new CMenuWatch(qApp);
-    qApp->installEventFilter(pWatch);
+    watch = new CMenuWatch(qApp);
+    qApp->installEventFilter(watch);
 }
 
 } // namespace carvelot

@@ -1,20 +1,18 @@
 // AutoHide.h - panes folded away to a strip of tabs at their edge, from where they slide out over the window.
 #pragma once
 
+#include "ui/kit/AutoHideBars.h"
+
 #include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
 
-#include <map>
 #include <vector>
-
-class QToolBar;
 
 namespace carvelot {
 
 class CAutoHideSlide;
-class CAutoHideTab;
 class CDockablePane;
 class CMainWindow;
 
@@ -36,46 +34,36 @@ public:
 
     // Shows a folded pane over the window until the focus goes elsewhere; without the focus, until the
     // pointer does.
-    void SlideOut(CDockablePane& pane, bool bFocus);
+    void SlideOut(CDockablePane& pane, bool focus);
     void SlideIn();
     CDockablePane* PaneOut() const { return m_pOut; }
 
-    // Gives each strip the row or column next to the panes.
-    void PlaceStrips();
-    // The strips that show, for F6, and the tab of a folded pane, or null.
-    QList<QWidget*> Strips() const;
-    CAutoHideTab* Tab(const CDockablePane& pane) const;
+    // The strips of tabs.
+    CAutoHideBars& Bars() { return m_bars; }
+    CAutoHideTab* Tab(const CDockablePane& pane) const { return m_bars.Tab(pane); }
 
-    // What is folded where, as a text for the stored layout; anything in it that makes no sense is left out.
-    QString Stored() const;
-    void Restore(const QString& strStored);
+    // What is folded where, for the stored layout; panes that there are not are left out.
+    std::vector<StoredFold> Folds() const;
+    void Restore(const std::vector<StoredFold>& folds);
 
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    struct CGroup {
-        Qt::DockWidgetArea m_nEdge = Qt::BottomDockWidgetArea;
-        int m_nThickness = 0; // of the panes, away from their edge
-        QList<CDockablePane*> m_listPanes;
-    };
-
-    CGroup* GroupOf(const CDockablePane& pane);
-    const CGroup* GroupOf(const CDockablePane& pane) const;
+    CFoldedGroup* GroupOf(const CDockablePane& pane);
+    const CFoldedGroup* GroupOf(const CDockablePane& pane) const;
     QList<CDockablePane*> TabsOf(CDockablePane& pane) const;
-    void FoldGroup(CGroup group);
-    void Dock(const CGroup& group, CDockablePane& front);
-    void OnClosed(CDockablePane* pPane);
-    void UpdateStrips();
+    void FoldGroup(CFoldedGroup group);
+    void Dock(const CFoldedGroup& group, CDockablePane& front);
+    void OnClosed(CDockablePane* pane);
     void Place();
-    QRect Room() const;
-    void OnFocusChanged(QWidget* pOld, QWidget* pNow);
+    void OnFocusChanged(QWidget* old, QWidget* now);
     void OnWatch();
 
     CMainWindow& m_frame;
     QWidget* m_pStore; // never shown: where folded panes wait
     CAutoHideSlide* m_pSlide;
-    std::map<Qt::DockWidgetArea, QToolBar*> m_mapStrips;
-    std::vector<CGroup> m_listGroups;
+    CAutoHideBars m_bars;
+    std::vector<CFoldedGroup> m_listGroups;
     CDockablePane* m_pOut = nullptr;
     bool m_bMoving = false; // a pane changes its place by our hand, not by the user's
     int m_nAway = 0;

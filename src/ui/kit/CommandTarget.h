@@ -16,15 +16,16 @@ public:
     struct CHandler {
         FHandler m_fnRun;
         FEnabled m_fnEnabled; // absent: always
+        FEnabled m_fnChecked; // of a command that shows whether something is on
     };
 
     virtual ~CCommandTarget() = default;
 
-    void AddCommand(int nId, FHandler fnRun, FEnabled fnEnabled = {}) {
-        m_mapCommands[nId] = {std::move(fnRun), std::move(fnEnabled)};
+    void AddCommand(int id, FHandler run, FEnabled enabled = {}, FEnabled checked = {}) {
+        m_mapCommands[id] = {std::move(run), std::move(enabled), std::move(checked)};
     }
-    const CHandler* OwnHandler(int nId) const {
-        const auto it = m_mapCommands.find(nId);
+    const CHandler* OwnHandler(int id) const {
+        const auto it = m_mapCommands.find(id);
         return it != m_mapCommands.end() ? &it->second : nullptr;
     }
 

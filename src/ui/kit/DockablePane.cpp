@@ -50,15 +50,18 @@ protected:
         QStyleOptionToolButton option;
         option.initFrom(this);
         option.state |= QStyle::State_AutoRaise;
-        if (underMouse())
+        if (underMouse()) {
             option.state |= isDown() ? QStyle::State_Sunken : QStyle::State_Raised;
-        if (underMouse() || isDown())
+        }
+        if (underMouse() || isDown()) {
             style()->drawPrimitive(QStyle::PE_PanelButtonTool, &option, &painter, this);
+        }
         const QColor color = underMouse() ? CurrentLook().m_text : TitleTextColor(m_pane);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.translate(QRectF(rect()).center());
-        if (!m_pane.IsPinned())
+        if (!m_pane.IsPinned()) {
             painter.rotate(90);
+        }
         painter.setPen(QPen(color, 1));
         painter.drawRect(QRectF(-2.5, -4.5, 5, 5));
         painter.fillRect(QRectF(0.5, -4.5, 2, 5), color);
@@ -91,9 +94,9 @@ private:
     const CDockablePane& m_pane;
 };
 
-QAccessibleInterface* PaneAccessible(const QString&, QObject* pObject) {
-    auto* pPane = qobject_cast<CDockablePane*>(pObject);
-    return pPane != nullptr ? new CPaneAccessible(*pPane) : nullptr;
+QAccessibleInterface* PaneAccessible(const QString&, QObject* object) {
+    auto* pane = qobject_cast<CDockablePane*>(object);
+    return pane != nullptr ? new CPaneAccessible(*pane) : nullptr;
 }
 
 constexpr char kFloatButton[] = "qt_dockwidget_floatbutton";
@@ -101,51 +104,54 @@ constexpr char kCloseButton[] = "qt_dockwidget_closebutton";
 
 } // namespace
 
-QFont CellFont(const QString& strFace, int nHeight) {
-    QFont font(strFace);
+QFont CellFont(const QString& face, int height) {
+    QFont font(face);
     font.setStyleHint(QFont::TypeWriter);
-    if (nHeight == 0)
-        return font;
-    if (nHeight < 0) {
-        font.setPixelSize(-std::max(nHeight, -1000));
+    if (height == 0) {
         return font;
     }
-    nHeight = std::min(nHeight, 1000);
-    font.setPixelSize(nHeight);
-    for (int nSize = nHeight; nSize > 1 && QFontMetricsF(font).height() > nHeight + 0.5; --nSize)
-        font.setPixelSize(nSize - 1);
+    if (height < 0) {
+        font.setPixelSize(-std::max(height, -1000));
+        return font;
+    }
+    height = std::min(height, 1000);
+    font.setPixelSize(height);
+    for (int size = height; size > 1 && QFontMetricsF(font).height() > height + 0.5; --size) {
+        font.setPixelSize(size - 1);
+    }
     return font;
 }
 
 QFont SettingsFont() { return CellFont(ToQString(Settings().m_strFontName), Settings().m_nFontHeight); }
 
-CDockablePane::CDockablePane(const QString& strTitle, const QString& strName, QSize initial)
-    : QDockWidget(strTitle), m_pPin(new CPinButton(*this)), m_pClient(new CPaneClient(initial)) {
+CDockablePane::CDockablePane(const QString& title, const QString& name, QSize initial)
+    : QDockWidget(title), m_pPin(new CPinButton(*this)), m_pClient(new CPaneClient(initial)) {
     QAccessible::installFactory(PaneAccessible);
-    setObjectName(strName);
+    setObjectName(name);
     setAllowedAreas(Qt::AllDockWidgetAreas);
     setFeatures(DockWidgetClosable | DockWidgetMovable | DockWidgetFloatable);
-    setAccessibleName(strTitle);
-    m_pClient->setAccessibleName(strTitle);
+    setAccessibleName(title);
+    m_pClient->setAccessibleName(title);
     m_pClient->installEventFilter(this);
     QSizePolicy policy = m_pClient->sizePolicy();
     policy.setRetainSizeWhenHidden(true); // behind a tab the pane takes as much room as before it
     m_pClient->setSizePolicy(policy);
     setWidget(m_pClient);
     m_pPin->hide();
-    if (const QAbstractButton* pFloat = TitleButton(kFloatButton)) {
-        connect(pFloat, &QAbstractButton::pressed, this, [this] { m_docked = GlobalRect(); });
-        connect(pFloat, &QAbstractButton::clicked, this, &CDockablePane::PlaceFloating);
+    if (const QAbstractButton* floatButton = TitleButton(kFloatButton)) {
+        connect(floatButton, &QAbstractButton::pressed, this, [this] { m_docked = GlobalRect(); });
+        connect(floatButton, &QAbstractButton::clicked, this, &CDockablePane::PlaceFloating);
     }
     connect(m_pPin, &QAbstractButton::clicked, this, [this] {
-        if (m_fnPin)
+        if (m_fnPin) {
             m_fnPin();
+        }
     });
 }
 
-void CDockablePane::SetPinned(bool bPinned) {
-    m_bPinned = bPinned;
-    m_pPin->setToolTip(bPinned ? tr("Auto Hide") : tr("Dock"));
+void CDockablePane::SetPinned(bool pinned) {
+    m_bPinned = pinned;
+    m_pPin->setToolTip(pinned ? tr("Auto Hide") : tr("Dock"));
     m_pPin->setAccessibleName(m_pPin->toolTip());
     PlacePin();
     m_pPin->update();
@@ -158,37 +164,42 @@ bool CDockablePane::IsInFront() const {
 
 // Neither the keyboard nor a screen reader reaches the parts of a pane behind a tab.
 void CDockablePane::ShowParts() {
-    const bool bFront = IsInFront();
+    const bool front = IsInFront();
     // Else the toolkit would hand the focus on to the next part of the window, be it a session's.
-    if (isVisible() && !bFront && IsActivePane(*this))
+    if (isVisible() && !front && IsActivePane(*this)) {
         window()->setFocus(Qt::OtherFocusReason);
-    m_pClient->setVisible(bFront);
+    }
+    m_pClient->setVisible(front);
     if (!isWindow()) {
-        if (QAbstractButton* pFloat = TitleButton(kFloatButton))
-            pFloat->setVisible(bFront && features().testFlag(DockWidgetFloatable));
-        if (QAbstractButton* pClose = TitleButton(kCloseButton))
-            pClose->setVisible(bFront && features().testFlag(DockWidgetClosable));
+        if (QAbstractButton* floatButton = TitleButton(kFloatButton)) {
+            floatButton->setVisible(front && features().testFlag(DockWidgetFloatable));
+        }
+        if (QAbstractButton* close = TitleButton(kCloseButton)) {
+            close->setVisible(front && features().testFlag(DockWidgetClosable));
+        }
     }
     PlacePin();
 }
 
-QAbstractButton* CDockablePane::TitleButton(const char* pszName) const {
-    return findChild<QAbstractButton*>(QLatin1String(pszName), Qt::FindDirectChildrenOnly);
+QAbstractButton* CDockablePane::TitleButton(const char* name) const {
+    return findChild<QAbstractButton*>(QLatin1String(name), Qt::FindDirectChildrenOnly);
 }
 
 void CDockablePane::PlacePin() {
     // Before the buttons that the toolkit puts at a title's end; a floating pane has the system's title.
     QRect beside;
-    for (const char* pszName : {kFloatButton, kCloseButton}) {
-        const QAbstractButton* pButton = TitleButton(pszName);
-        if (pButton != nullptr && !pButton->isHidden() && beside.isNull())
-            beside = pButton->geometry();
+    for (const char* name : {kFloatButton, kCloseButton}) {
+        const QAbstractButton* button = TitleButton(name);
+        if (button != nullptr && !button->isHidden() && beside.isNull()) {
+            beside = button->geometry();
+        }
     }
-    const bool bShow = m_fnPin && !isFloating() && !beside.isNull();
-    const int nStep = beside.width() + 1;
-    if (bShow)
-        m_pPin->setGeometry(beside.translated(isRightToLeft() ? nStep : -nStep, 0));
-    m_pPin->setVisible(bShow);
+    const bool show = m_fnPin && !isFloating() && !beside.isNull();
+    const int step = beside.width() + 1;
+    if (show) {
+        m_pPin->setGeometry(beside.translated(isRightToLeft() ? step : -step, 0));
+    }
+    m_pPin->setVisible(show);
     m_pPin->raise();
 }
 
@@ -197,8 +208,9 @@ QRect CDockablePane::GlobalRect() const { return {mapToGlobal(QPoint()), size()}
 // A pane that floats for the first time covers the place where it was docked: it looks as if nothing had
 // happened.
 void CDockablePane::PlaceFloating() {
-    if (!isFloating() || GlobalRect() != m_docked)
+    if (!isFloating() || GlobalRect() != m_docked) {
         return;
+    }
     const QRect screenRect = screen()->availableGeometry();
     QRect rect(m_docked.topLeft() + QPoint(32, -64), m_docked.size().boundedTo({640, 260}));
     rect.moveRight(std::min(rect.right(), screenRect.right()));
@@ -208,18 +220,21 @@ void CDockablePane::PlaceFloating() {
     setGeometry(rect);
 }
 
-bool CDockablePane::event(QEvent* pEvent) {
-    const bool bDoubleClick = pEvent->type() == QEvent::MouseButtonDblClick;
-    if (bDoubleClick)
+bool CDockablePane::event(QEvent* event) {
+    const bool doubleClick = event->type() == QEvent::MouseButtonDblClick;
+    if (doubleClick) {
         m_docked = isFloating() ? QRect() : GlobalRect();
-    const bool bDone = QDockWidget::event(pEvent);
-    if (bDoubleClick)
+    }
+    const bool done = QDockWidget::event(event);
+    if (doubleClick) {
         PlaceFloating();
-    if (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::LayoutRequest ||
-        pEvent->type() == QEvent::Show || pEvent->type() == QEvent::StyleChange ||
-        pEvent->type() == QEvent::Move)
+    }
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest ||
+        event->type() == QEvent::Show || event->type() == QEvent::StyleChange ||
+        event->type() == QEvent::Move) {
         ShowParts();
-    return bDone;
+    }
+    return done;
 }
 
 void CDockablePane::AddCaption() {
@@ -230,37 +245,42 @@ void CDockablePane::AddCaption() {
     UseEditMenu(m_pCaption);
 }
 
-void CDockablePane::SetCaption(const QString& strText) {
-    if (m_pCaption == nullptr)
+void CDockablePane::SetCaption(const QString& text) {
+    if (m_pCaption == nullptr) {
         return;
-    m_pCaption->setText(strText);
+    }
+    m_pCaption->setText(text);
     m_pCaption->setCursorPosition(0);
 }
 
 QString CDockablePane::GetCaption() const { return m_pCaption != nullptr ? m_pCaption->text() : QString(); }
 
-void CDockablePane::LayOutBelowCaption(QWidget* pPart, int nWidth, int nHeight) {
+int CDockablePane::LayOutCaption(int width) {
+    if (m_pCaption == nullptr) {
+        return 0;
+    }
     // A font larger than the usual one makes room for itself.
-    const int nCaption = std::max(kCaptionHeight, m_pCaption->fontMetrics().height() + 4);
-    const int nTop = nCaption + (kListTop - kCaptionHeight);
-    m_pCaption->setGeometry(0, 0, nWidth, nCaption);
-    pPart->setGeometry(0, nTop, nWidth, std::max(0, nHeight - nTop));
+    const int caption = std::max(kCaptionHeight, m_pCaption->fontMetrics().height() + 4);
+    m_pCaption->setGeometry(0, 0, width, caption);
+    return caption + (kListTop - kCaptionHeight);
 }
 
-void CDockablePane::UseEditMenu(QWidget* pEdit) {
-    pEdit->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(pEdit, &QWidget::customContextMenuRequested, this, [pEdit](const QPoint& point) {
-        pEdit->setFocus(Qt::MouseFocusReason);
-        if (CMainWindow* const pMain = MainWindow())
-            pMain->ShowEditMenu(pEdit->mapToGlobal(point));
+void CDockablePane::UseEditMenu(QWidget* edit) {
+    edit->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(edit, &QWidget::customContextMenuRequested, this, [edit](const QPoint& point) {
+        edit->setFocus(Qt::MouseFocusReason);
+        if (CMainWindow* const main = MainWindow()) {
+            main->ShowEditMenu(edit->mapToGlobal(point));
+        }
     });
 }
 
-bool CDockablePane::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (pObject == m_pClient && (pEvent->type() == QEvent::Resize || pEvent->type() == QEvent::FontChange ||
-                                 pEvent->type() == QEvent::Show))
+bool CDockablePane::eventFilter(QObject* object, QEvent* event) {
+    if (object == m_pClient && (event->type() == QEvent::Resize || event->type() == QEvent::FontChange ||
+                                event->type() == QEvent::Show)) {
         OnSize(m_pClient->width(), m_pClient->height());
-    return QDockWidget::eventFilter(pObject, pEvent);
+    }
+    return QDockWidget::eventFilter(object, event);
 }
 
 } // namespace carvelot

@@ -14,7 +14,7 @@ namespace carvelot {
 // The font whose cells are m_nFontHeight high, as the settings now stand. A negative height is that of the
 // characters, 0 the usual size.
 QFont SettingsFont();
-QFont CellFont(const QString& strFace, int nHeight);
+QFont CellFont(const QString& face, int height);
 
 // A pane that docks at any side, floats, closes, and stands in the View menu. Its parts are laid out by
 // OnSize.
@@ -22,11 +22,11 @@ class CDockablePane : public QDockWidget {
     Q_OBJECT
 
 public:
-    // strName is what a stored layout knows the pane by.
-    CDockablePane(const QString& strTitle, const QString& strName, QSize initial);
+    // name is what a stored layout knows the pane by.
+    CDockablePane(const QString& title, const QString& name, QSize initial);
 
     // The read-only caption edit, on panes that have one.
-    void SetCaption(const QString& strText);
+    void SetCaption(const QString& text);
     QString GetCaption() const;
     // Does it show, and not another pane's tab that it shares its place with?
     bool IsInFront() const;
@@ -36,7 +36,7 @@ public:
     // What the pin in the title does; without it there is no pin.
     std::function<void()> m_fnPin;
     // The pin stands upright while the pane is docked and lies while it is folded away.
-    void SetPinned(bool bPinned);
+    void SetPinned(bool pinned);
     bool IsPinned() const { return m_bPinned; }
     QAbstractButton* PinButton() const { return m_pPin; }
 
@@ -47,18 +47,18 @@ protected:
     void AddCaption();
     QWidget* Client() const { return m_pClient; }
     // Lays the parts out; runs at every change of size.
-    virtual void OnSize(int nWidth, int nHeight) = 0;
-    // Caption on top, this part below.
-    void LayOutBelowCaption(QWidget* pPart, int nWidth, int nHeight);
+    virtual void OnSize(int width, int height) = 0;
+    // The caption, if there is one, on top: says where the part below begins.
+    int LayOutCaption(int width);
     // Has an edit control offer the "Edit" menu of the main frame.
-    void UseEditMenu(QWidget* pEdit);
+    void UseEditMenu(QWidget* edit);
 
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
-    bool event(QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void ShowParts();
-    QAbstractButton* TitleButton(const char* pszName) const;
+    QAbstractButton* TitleButton(const char* name) const;
     void PlacePin();
     void PlaceFloating();
     QRect GlobalRect() const;

@@ -28,7 +28,7 @@ public:
 
     // Fills a new document; false ends its life again without a window.
     virtual bool OnNewDocument() { return true; }
-    virtual bool OnOpenDocument(const QString& strPath) = 0;
+    virtual bool OnOpenDocument(const QString& path) = 0;
 
     // Closes the document without asking its window: window and document go at the next turn of the event
     // loop.
@@ -36,11 +36,11 @@ public:
 
     const QString& GetTitle() const { return m_strTitle; }
     // The window's caption, its tab and, while it is in front, the main window's title follow.
-    void SetTitle(const QString& strTitle);
+    void SetTitle(const QString& title);
     // The file that the document was opened from; empty when there is none. Opening that file again activates
     // it.
     const QString& GetPathName() const { return m_strPathName; }
-    void SetPathName(const QString& strPath) { m_strPathName = strPath; }
+    void SetPathName(const QString& path) { m_strPathName = path; }
 
     // The path that the title may begin with.
     virtual QString PathInTitle() const { return m_strPathName; }
@@ -49,7 +49,7 @@ public:
     CMDIChildWnd* GetFrame() const { return m_pFrame; }
 
 signals:
-    void TitleChanged(const QString& strTitle);
+    void TitleChanged(const QString& title);
 
 private:
     friend class CDocTemplate;
@@ -81,7 +81,7 @@ public:
     void FocusLastPane();
 
 protected:
-    void closeEvent(QCloseEvent* pEvent) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     friend class CTabbedClientArea;
@@ -95,7 +95,7 @@ public:
     using FDocument = std::function<std::unique_ptr<CDocument>()>;
     using FFrame = std::function<std::unique_ptr<CMDIChildWnd>(CDocument&)>;
 
-    CDocTemplate(EMenuState nMenuState, QIcon icon, FDocument fnDocument, FFrame fnFrame);
+    CDocTemplate(EMenuState menuState, QIcon icon, FDocument document, FFrame frame);
     ~CDocTemplate();
 
     // A document without a window yet.
@@ -107,8 +107,8 @@ public:
     void CloseDocument(CDocument& document);
     // Opens the path, or without one runs a new document's own way. Null when that fails: nothing is left
     // then.
-    CDocument* OpenDocumentFile(const QString& strPath);
-    CDocument* FindDocument(const QString& strPath) const;
+    CDocument* OpenDocumentFile(const QString& path);
+    CDocument* FindDocument(const QString& path) const;
     std::vector<CDocument*> Documents() const;
 
     EMenuState MenuState() const { return m_nMenuState; }

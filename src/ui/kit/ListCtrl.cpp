@@ -8,13 +8,49 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace carvelot {
 
-CListModel::CListModel(std::span<const CColumnSpec> columns) {
-    for (const CColumnSpec& column : columns)
-        m_listColumns.push_back({QString::fromUtf8(column.m_pszTitle), column.m_nWidth, false});
+CListModel::CListModel(std::span<const CColumnSpec> columns) { SetColumns(columns); }
+
+void CListModel::SetColumns(std::span<const CColumnSpec> columns) {
+    beginResetModel();
+    m_pSource = nullptr;
+    m_nRows = 0;
+    Release(m_listOrder);
+    m_listColumns.clear();
+    for (const CColumnSpec& column : columns) {
+        m_listColumns.push_back(
+            {ToQString(column.m_strTitle), column.m_nWidth,
+             (column.m_nAlign == EAlign::Right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter});
+    }
+    m_bSortable = std::ranges::any_of(columns, &CColumnSpec::m_bSorts);
+    endResetModel();
+}
+
+void CListModel::TakeNewRows(const CListSource& source) {
+    const auto rows =
+        static_cast<int>(std::min<std::size_t>(source.RowCount(), std::numeric_limits<int>::max()));
+    if (rows <= m_nRows) {
+        return;
+    }
+    beginInsertRows({}, m_nRows, rows - 1);
+    m_pSource = &source;
+    m_nRows = rows;
+    endInsertRows();
+}
+
+void CListModel::DropRows() {
+    if (m_nRows == 0) {
+        return;
+    }
+    beginRemoveRows({}, 0, m_nRows - 1);
+    m_pSource = nullptr;
+    m_nRows = 0;
+    Release(m_listOrder);
+    endRemoveRows();
 }
 
 void CListModel::BeginFill() {
@@ -25,17 +61,17 @@ void CListModel::BeginFill() {
     endResetModel();
 }
 
-void CListModel::EndFill(const CListSource* pSource) {
+void CListModel::EndFill(const CListSource* source) {
     beginResetModel();
-    m_pSource = pSource;
-    m_nRows = pSource != nullptr ? static_cast<int>(pSource->RowCount()) : 0;
+    m_pSource = source;
+    m_nRows = source != nullptr ? static_cast<int>(source->RowCount()) : 0;
     Release(m_listOrder);
     endResetModel();
 }
 
-void CListModel::SetColumnTitle(int nColumn, const QString& strTitle) {
-    m_listColumns[static_cast<std::size_t>(nColumn)].m_strTitle = strTitle;
-    emit headerDataChanged(Qt::Horizontal, nColumn, nColumn);
+void CListModel::SetColumnTitle(int column, const QString& title) {
+    m_listColumns[static_cast<std::size_t>(column)].m_strTitle = title;
+    emit headerDataChanged(Qt::Horizontal, column, column);
 }
 
 int CListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : m_nRows; }
@@ -44,124 +80,149 @@ int CListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_listColumns.size());
 }
 
-QVariant CListModel::data(const QModelIndex& index, int nRole) const {
-    if (!index.isValid() || m_pSource == nullptr)
+QVariant CListModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || m_pSource == nullptr) {
         return {};
-    if (nRole == Qt::DisplayRole)
+    }
+    if (role == Qt::DisplayRole) {
         return ToQString(m_pSource->Text(SourceRow(index.row()), index.column()));
-    if (nRole == Qt::TextAlignmentRole && m_listColumns[static_cast<std::size_t>(index.column())].m_bRight)
-        return QVariant::fromValue(Qt::Alignment(Qt::AlignRight | Qt::AlignVCenter));
+    }
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant::fromValue(m_listColumns[static_cast<std::size_t>(index.column())].m_nAlign);
+    }
     return {};
 }
 
-QVariant CListModel::headerData(int nSection, Qt::Orientation nOrientation, int nRole) const {
-    if (nOrientation != Qt::Horizontal || nSection < 0 || nSection >= columnCount())
+QVariant CListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) {
         return {};
-    const CColumn& column = m_listColumns[static_cast<std::size_t>(nSection)];
-    if (nRole == Qt::DisplayRole)
+    }
+    const CColumn& column = m_listColumns[static_cast<std::size_t>(section)];
+    if (role == Qt::DisplayRole) {
         return column.m_strTitle;
-    if (nRole == Qt::TextAlignmentRole)
-        return QVariant::fromValue(
-            Qt::Alignment((column.m_bRight ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter));
+    }
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant::fromValue(column.m_nAlign);
+    }
     return {};
 }
 
-void CListModel::sort(int nColumn, Qt::SortOrder nOrder) {
-    if (m_pSource == nullptr || !m_bSortable || nColumn < 0 || nColumn >= columnCount())
+void CListModel::sort(int column, Qt::SortOrder order) {
+    if (m_pSource == nullptr || !m_bSortable || column < 0 || column >= columnCount()) {
         return;
+    }
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
-    const QModelIndexList listBefore = persistentIndexList();
-    std::vector<std::size_t> listSourceRows;
-    for (const QModelIndex& index : listBefore)
-        listSourceRows.push_back(SourceRow(index.row()));
+    const QModelIndexList before = persistentIndexList();
+    std::vector<std::size_t> sourceRows;
+    for (const QModelIndex& index : before) {
+        sourceRows.push_back(SourceRow(index.row()));
+    }
 
     if (m_listOrder.empty()) {
         m_listOrder.resize(static_cast<std::size_t>(m_nRows));
         std::iota(m_listOrder.begin(), m_listOrder.end(), std::size_t{0});
     }
-    m_pSource->Sort(m_listOrder, nColumn, nOrder == Qt::DescendingOrder);
+    m_pSource->Sort(m_listOrder, column, order == Qt::DescendingOrder);
 
-    if (!listBefore.isEmpty()) {
-        std::vector<int> listPlaces(m_listOrder.size());
-        for (std::size_t n = 0; n < m_listOrder.size(); ++n)
-            listPlaces[m_listOrder[n]] = static_cast<int>(n);
-        QModelIndexList listAfter;
-        for (qsizetype n = 0; n < listBefore.size(); ++n)
-            listAfter << index(listPlaces[listSourceRows[static_cast<std::size_t>(n)]],
-                               listBefore[n].column());
-        changePersistentIndexList(listBefore, listAfter);
+    if (!before.isEmpty()) {
+        std::vector<int> places(m_listOrder.size());
+        for (std::size_t n = 0; n < m_listOrder.size(); ++n) {
+            places[m_listOrder[n]] = static_cast<int>(n);
+        }
+        QModelIndexList after;
+        for (qsizetype n = 0; n < before.size(); ++n) {
+            after << index(places[sourceRows[static_cast<std::size_t>(n)]], before[n].column());
+        }
+        changePersistentIndexList(before, after);
     }
     emit layoutChanged({}, QAbstractItemModel::VerticalSortHint);
 }
 
-CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent)
-    : CReportView(strAccessibleName, pParent), m_model(columns) {
+CListCtrl::CListCtrl(std::span<const CColumnSpec> columns, const QString& accessibleName, QWidget* parent,
+                     qsizetype mostDrawn)
+    : CReportView(accessibleName, parent, mostDrawn), m_model(columns) {
     setModel(&m_model);
     setSelectionMode(QAbstractItemView::SingleSelection);
     header()->setSectionsClickable(true);
     header()->setSortIndicatorShown(false);
-    for (int n = 0; n < m_model.columnCount(); ++n)
-        SetColumnWidth(n, m_model.ColumnWidth(n));
+    TakeWidths();
     connect(header(), &QHeaderView::sectionClicked, this, &CListCtrl::OnHeaderClicked);
 }
 
-void CListCtrl::Fill(const CListSource* pSource) {
+void CListCtrl::Fill(const CListSource* source) {
     setUpdatesEnabled(false);
     m_nSortColumn = -1;
     header()->setSortIndicatorShown(false);
-    m_model.EndFill(pSource);
+    m_model.EndFill(source);
     setUpdatesEnabled(true);
 }
 
-void CListCtrl::SortBy(int nColumn, Qt::SortOrder nOrder) {
-    m_nSortColumn = nColumn;
-    m_nSortOrder = nOrder;
-    header()->setSortIndicatorShown(true);
-    header()->setSortIndicator(nColumn, nOrder);
-    m_model.sort(nColumn, nOrder);
+void CListCtrl::SetColumns(std::span<const CColumnSpec> columns) {
+    m_nSortColumn = -1;
+    header()->setSortIndicatorShown(false);
+    m_model.SetColumns(columns);
+    TakeWidths();
 }
 
-void CListCtrl::OnHeaderClicked(int nColumn) {
-    if (!m_model.IsSortable())
+void CListCtrl::TakeWidths() {
+    for (int column = 0; column < m_model.columnCount(); ++column) {
+        SetColumnWidth(column, m_model.ColumnWidth(column));
+    }
+}
+
+void CListCtrl::SortBy(int column, Qt::SortOrder order) {
+    m_nSortColumn = column;
+    m_nSortOrder = order;
+    header()->setSortIndicatorShown(true);
+    header()->setSortIndicator(column, order);
+    m_model.sort(column, order);
+}
+
+void CListCtrl::OnHeaderClicked(int column) {
+    if (!m_model.IsSortable()) {
         return;
-    const bool bReverse = nColumn == m_nSortColumn && m_nSortOrder == Qt::AscendingOrder;
-    SortBy(nColumn, bReverse ? Qt::DescendingOrder : Qt::AscendingOrder);
+    }
+    const bool reverse = column == m_nSortColumn && m_nSortOrder == Qt::AscendingOrder;
+    SortBy(column, reverse ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 int CListCtrl::SelectedRow() const {
-    const QModelIndexList listRows = selectionModel()->selectedRows();
-    return listRows.isEmpty() ? -1 : listRows.constFirst().row();
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? -1 : rows.constFirst().row();
 }
 
 std::vector<int> CListCtrl::SelectedRows() const {
-    std::vector<int> listRows;
-    for (const QModelIndex& index : selectionModel()->selectedRows())
-        listRows.push_back(index.row());
-    std::ranges::sort(listRows);
-    return listRows;
+    std::vector<int> rows;
+    for (const QModelIndex& index : selectionModel()->selectedRows()) {
+        rows.push_back(index.row());
+    }
+    std::ranges::sort(rows);
+    return rows;
 }
 
-void CListCtrl::SetColumnWidth(int nColumn, int nWidth) {
-    header()->setSectionHidden(nColumn, nWidth == 0);
-    if (nWidth != 0)
-        header()->resizeSection(nColumn, nWidth);
+void CListCtrl::SetColumnWidth(int column, int width) {
+    header()->setSectionHidden(column, width == 0);
+    if (width != 0) {
+        header()->resizeSection(column, width);
+    }
 }
 
-void CListCtrl::keyPressEvent(QKeyEvent* pEvent) {
-    const bool bEnter = pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter;
-    if ((m_bEnterOpens ? bEnter : pEvent->key() == Qt::Key_Space) && m_fnOpenRow && SelectedRow() >= 0) {
+void CListCtrl::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if ((m_bEnterOpens ? enter : event->key() == Qt::Key_Space) && m_fnOpenRow && SelectedRow() >= 0) {
         m_fnOpenRow(SelectedRow());
-        pEvent->accept();
+        event->accept();
         return;
     }
-    CReportView::keyPressEvent(pEvent);
+    CReportView::keyPressEvent(event);
 }
 
-void CListCtrl::mouseDoubleClickEvent(QMouseEvent* pEvent) {
-    CReportView::mouseDoubleClickEvent(pEvent);
-    if (pEvent->button() == Qt::LeftButton && m_fnOpenRow && SelectedRow() >= 0 &&
-        indexAt(pEvent->position().toPoint()).isValid())
+void CListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
+    CReportView::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && m_fnOpenRow && SelectedRow() >= 0 &&
+        indexAt(event->position().toPoint()).isValid()) {
         m_fnOpenRow(SelectedRow());
+    }
 }
 
 } // namespace carvelot

@@ -13,7 +13,7 @@
 namespace carvelot {
 
 // Shows a CListSource in the order of its rows or sorted by a column. The source belongs to the caller and
-// outlives its time in the model.
+// outlives its time in the model. Where no column sorts, the rows stay in the order of the fill.
 class CListModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -23,32 +23,34 @@ public:
     // Call BeginFill before the source's rows change and EndFill after: rows then stand in the source's own
     // order.
     void BeginFill();
-    void EndFill(const CListSource* pSource);
-    void SetColumnTitle(int nColumn, const QString& strTitle);
-    // Sorting is on unless a list keeps its rows in the order of the fill.
-    void SetSortable(bool bSortable) { m_bSortable = bSortable; }
+    void EndFill(const CListSource* source);
+    // In the place of all columns; the rows go.
+    void SetColumns(std::span<const CColumnSpec> columns);
+    // For a source that grows while it is shown in its own order: takes in what it has more by now.
+    void TakeNewRows(const CListSource& source);
+    // Before all rows of the source go.
+    void DropRows();
+    void SetColumnTitle(int column, const QString& title);
     bool IsSortable() const { return m_bSortable; }
-    // Where right alignment suits a column of numbers.
-    void SetRightAligned(int nColumn) { m_listColumns[static_cast<std::size_t>(nColumn)].m_bRight = true; }
     // The source's row that stands in a list row.
-    std::size_t SourceRow(int nRow) const {
-        const auto nAt = static_cast<std::size_t>(nRow);
-        return m_listOrder.empty() ? nAt : m_listOrder[nAt];
+    std::size_t SourceRow(int row) const {
+        const auto at = static_cast<std::size_t>(row);
+        return m_listOrder.empty() ? at : m_listOrder[at];
     }
-    int ColumnWidth(int nColumn) const { return m_listColumns[static_cast<std::size_t>(nColumn)].m_nWidth; }
+    int ColumnWidth(int column) const { return m_listColumns[static_cast<std::size_t>(column)].m_nWidth; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
-    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
-    QVariant headerData(int nSection, Qt::Orientation nOrientation, int nRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     // Ascending by the source's comparison, or exactly its reverse; rows that compare equal keep their order.
-    void sort(int nColumn, Qt::SortOrder nOrder) override;
+    void sort(int column, Qt::SortOrder order) override;
 
 private:
     struct CColumn {
         QString m_strTitle;
         int m_nWidth = 0;
-        bool m_bRight = false;
+        Qt::Alignment m_nAlign;
     };
 
     std::vector<CColumn> m_listColumns;
@@ -56,7 +58,7 @@ private:
     int m_nRows = 0;
     std::vector<std::size_t>
         m_listOrder; // empty until the rows are sorted: they stand as the source has them
-    bool m_bSortable = true;
+    bool m_bSortable = false;
 };
 
 // Report view with full-row selection that stays visible without the focus. A click on a header sorts by that
@@ -65,17 +67,21 @@ class CListCtrl : public CReportView {
     Q_OBJECT
 
 public:
-    CListCtrl(std::span<const CColumnSpec> columns, const QString& strAccessibleName, QWidget* pParent);
+    // Of a longer text a cell draws `mostDrawn` characters, on one line; 0 draws all of it.
+    CListCtrl(std::span<const CColumnSpec> columns, const QString& accessibleName, QWidget* parent,
+              qsizetype mostDrawn = 0);
 
     CListModel& Model() { return m_model; }
     // Shows other rows; null empties the list.
-    void Fill(const CListSource* pSource);
-    void SortBy(int nColumn, Qt::SortOrder nOrder);
+    void Fill(const CListSource* source);
+    // In the place of all columns; the rows go.
+    void SetColumns(std::span<const CColumnSpec> columns);
+    void SortBy(int column, Qt::SortOrder order);
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;
     // Device-independent pixels, whatever the title's font; 0 hides the column.
-    void SetColumnWidth(int nColumn, int nWidth);
+    void SetColumnWidth(int column, int width);
     // A list that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
     // shows.
     QRect visualRect(const QModelIndex& index) const override {
@@ -84,15 +90,16 @@ public:
 
     // Answers a double click on a row, and its key: Enter, or the space bar where Enter is wanted for
     // something else.
-    std::function<void(int nRow)> m_fnOpenRow;
+    std::function<void(int row)> m_fnOpenRow;
     bool m_bEnterOpens = true;
 
 protected:
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
-    void OnHeaderClicked(int nColumn);
+    void TakeWidths();
+    void OnHeaderClicked(int column);
 
     CListModel m_model;
     int m_nSortColumn = -1;

@@ -1,4 +1,5 @@
-// MainWindow.h - the main window and the program around it, as the widgets and windows of all rooms know them.
+// MainWindow.h - the main window and the program around it, as the widgets and windows of all rooms know
+// them.
 #pragma once
 
 #include "settings/AppSettings.h"
@@ -25,11 +26,11 @@ public:
     // The document window in front, or null.
     virtual CMDIChildWnd* ActiveChild() const = 0;
     virtual QList<CDockablePane*> Panes() = 0; // in the order of their tabs
-    virtual QAction* CommandAction(int nId) const = 0;
+    virtual QAction* CommandAction(int id) const = 0;
     // Opens the "Edit" context menu at a screen position for the control with the focus.
     virtual void ShowEditMenu(const QPoint& screen) = 0;
     // Progress of long work in the status bar, 0 to 100; it is painted at once. Below 0 hides it.
-    virtual void ShowProgress(int nPercent) = 0;
+    virtual void ShowProgress(int percent) = 0;
 
 protected:
     // From here on there is no main window: it goes.
@@ -39,7 +40,8 @@ protected:
 // The main window, or null before it is made and after it is gone.
 CMainWindow* MainWindow();
 
-// The settings that are in force. They belong to the application object, which is there as long as any window.
+// The settings that are in force. They belong to the application object, which is there as long as any
+// window.
 const CAppSettings& Settings();
 void SetSettings(const CAppSettings& settings);
 

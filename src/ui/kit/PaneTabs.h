@@ -18,7 +18,7 @@ class CPaneTabs : public QObject {
 public:
     explicit CPaneTabs(CMainWindow& frame);
 
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     CDockablePane* PaneAt(const QTabBar& bar, const QPoint& point) const;

@@ -16,50 +16,52 @@ constexpr char16_t kEscape = 0xDC00;
 bool IsEscaped(QChar ch) { return ch.unicode() >= kEscape + 0x80 && ch.unicode() <= kEscape + 0xFF; }
 
 // Whether an escaped byte stands at this place: the second half of a pair looks the same.
-bool IsEscapedAt(const QString& strPath, qsizetype n) {
-    return IsEscaped(strPath[n]) && (n == 0 || !strPath[n - 1].isHighSurrogate());
+bool IsEscapedAt(const QString& path, qsizetype n) {
+    return IsEscaped(path[n]) && (n == 0 || !path[n - 1].isHighSurrogate());
 }
 
 } // namespace
 
-QString PathToQString(std::string_view strPath) {
-    const QString strWhole = ToQString(strPath);
-    if (ToUtf8(strWhole) == strPath)
-        return strWhole;
+QString PathToQString(std::string_view path) {
+    const QString whole = ToQString(path);
+    if (ToUtf8(whole) == path) {
+        return whole;
+    }
     // Byte by byte: the shortest piece that is UTF-8 is a character, a byte that begins none stands for
     // itself.
-    QString strResult;
-    while (!strPath.empty()) {
-        std::size_t nLength = 1;
-        QString strCharacter;
-        for (; nLength <= 4 && nLength <= strPath.size(); ++nLength) {
-            strCharacter = ToQString(strPath.substr(0, nLength));
-            if (ToUtf8(strCharacter) == strPath.substr(0, nLength))
+    QString result;
+    while (!path.empty()) {
+        std::size_t length = 1;
+        QString character;
+        for (; length <= 4 && length <= path.size(); ++length) {
+            character = ToQString(path.substr(0, length));
+            if (ToUtf8(character) == path.substr(0, length)) {
                 break;
-            strCharacter.clear();
+            }
+            character.clear();
         }
-        if (strCharacter.isEmpty()) {
-            nLength = 1;
-            strCharacter =
-                QChar(static_cast<char16_t>(kEscape + static_cast<unsigned char>(strPath.front())));
+        if (character.isEmpty()) {
+            length = 1;
+            character = QChar(static_cast<char16_t>(kEscape + static_cast<unsigned char>(path.front())));
         }
-        strResult += strCharacter;
-        strPath.remove_prefix(nLength);
+        result += character;
+        path.remove_prefix(length);
     }
-    return strResult;
+    return result;
 }
 
-std::string PathOf(const QString& strPath) {
-    std::string strResult;
-    qsizetype nStart = 0;
-    for (qsizetype n = 0; n < strPath.size(); ++n) {
-        if (!IsEscapedAt(strPath, n))
+std::string PathOf(const QString& path) {
+    std::string result;
+    qsizetype start = 0;
+    for (qsizetype n = 0; n < path.size(); ++n) {
+        if (!IsEscapedAt(path, n)) {
             continue;
-        strResult += ToUtf8(strPath.mid(nStart, n - nStart));
-        strResult += static_cast<char>(strPath[n].unicode() - kEscape);
-        nStart = n + 1;
+        }
+        result += ToUtf8(path.mid(start, n - start));
+        result += static_cast<char>(path[n].unicode() - kEscape);
+        start = n + 1;
     }
-    return strResult + ToUtf8(strPath.mid(nStart));
+    return result + ToUtf8(path.mid(start));
 }
 
 QString PathOfUrl(const QUrl& url) {
@@ -71,14 +73,14 @@ QString PathOfUrl(const QUrl& url) {
 #endif
 }
 
-bool IsSameFile(const QString& strPath, const QString& strOther) {
+bool IsSameFile(const QString& path, const QString& other) {
 #ifdef _WIN32
-    const QString strCanonical = QFileInfo(strPath).canonicalFilePath();
-    return !strCanonical.isEmpty() && strCanonical == QFileInfo(strOther).canonicalFilePath();
+    const QString canonicalPath = QFileInfo(path).canonicalFilePath();
+    return !canonicalPath.isEmpty() && canonicalPath == QFileInfo(other).canonicalFilePath();
 #else
     std::error_code error;
-    const std::filesystem::path canonical = std::filesystem::canonical(PathOf(strPath), error);
-    return !error && canonical == std::filesystem::canonical(PathOf(strOther), error) && !error;
+    const std::filesystem::path canonical = std::filesystem::canonical(PathOf(path), error);
+    return !error && canonical == std::filesystem::canonical(PathOf(other), error) && !error;
 #endif
 }
 

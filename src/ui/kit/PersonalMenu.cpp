@@ -2,8 +2,7 @@
 
 #include "settings/AppSettings.h"
 #include "settings/Commands.h"
-#include "text/Numbers.h"
-#include "ui/kit/Text.h"
+#include "ui/kit/StoredLayout.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -17,23 +16,18 @@ namespace carvelot {
 void CMenuHabits::Load() {
     m_bRecentlyUsedMenus = GetWorkspaceInt("RecentlyUsedMenus", 1) != 0;
     m_bFullMenusAfterDelay = GetWorkspaceInt("FullMenusAfterDelay", 1) != 0;
-    m_setUsed.clear();
-    const QString strUsed = ToQString(GetWorkspaceString("UsedCommands", ""));
-    for (const QString& strId : strUsed.split(QLatin1Char(','), Qt::SkipEmptyParts))
-        m_setUsed.insert(ReadInteger(ToUtf8(strId)));
+    const std::vector<int> used = ReadCommands(GetWorkspaceString("UsedCommands", ""));
+    m_setUsed = {used.begin(), used.end()};
 }
 
 void CMenuHabits::Save() const {
     WriteWorkspaceInt("RecentlyUsedMenus", m_bRecentlyUsedMenus ? 1 : 0);
     WriteWorkspaceInt("FullMenusAfterDelay", m_bFullMenusAfterDelay ? 1 : 0);
-    QStringList listIds;
-    for (const int nId : m_setUsed)
-        listIds << QString::number(nId);
-    WriteWorkspaceString("UsedCommands", ToUtf8(listIds.join(QLatin1Char(','))));
+    WriteWorkspaceString("UsedCommands", WriteCommands(m_setUsed));
 }
 
-CPersonalMenu::CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidget* pParent)
-    : QMenu(strTitle, pParent), m_habits(habits), m_pChevron(new QAction(QStringLiteral("\u00BB"), this)) {
+CPersonalMenu::CPersonalMenu(const QString& title, CMenuHabits& habits, QWidget* parent)
+    : QMenu(title, parent), m_habits(habits), m_pChevron(new QAction(QStringLiteral("\u00BB"), this)) {
     m_pChevron->setStatusTip(tr("Show all commands of this menu"));
     m_pChevron->setToolTip(tr("Expand"));
     m_pChevron->setVisible(false);
@@ -45,39 +39,41 @@ CPersonalMenu::CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidg
     connect(this, &QMenu::aboutToHide, this, [this] { m_timer.stop(); });
 }
 
-QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> fnChosen) {
-    auto* pEntry = new QAction(&menu);
-    const auto fnFollow = [pEntry, pCommand = &command] {
-        pEntry->setText(pCommand->text());
-        pEntry->setIcon(pCommand->icon());
-        pEntry->setEnabled(pCommand->isEnabled());
-        pEntry->setCheckable(pCommand->isCheckable());
-        pEntry->setChecked(pCommand->isChecked());
-        pEntry->setStatusTip(pCommand->statusTip());
-        pEntry->setToolTip(pCommand->toolTip());
+QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> chosen) {
+    auto* entry = new QAction(&menu);
+    const auto follow = [entry, action = &command] {
+        entry->setText(action->text());
+        entry->setIcon(action->icon());
+        entry->setEnabled(action->isEnabled());
+        entry->setCheckable(action->isCheckable());
+        entry->setChecked(action->isChecked());
+        entry->setStatusTip(action->statusTip());
+        entry->setToolTip(action->toolTip());
         // Shown beside the entry; the key itself belongs to the command.
-        pEntry->setShortcut(pCommand->shortcut());
-        pEntry->setShortcutContext(Qt::WidgetShortcut);
-        pEntry->setData(pCommand->data());
+        entry->setShortcut(action->shortcut());
+        entry->setShortcutContext(Qt::WidgetShortcut);
+        entry->setData(action->data());
     };
-    fnFollow();
-    QObject::connect(&command, &QAction::changed, pEntry, fnFollow);
-    QObject::connect(pEntry, &QAction::triggered, &command,
-                     [pEntry, pCommand = &command, fnFollow, fnChosen = std::move(fnChosen)] {
-                         if (fnChosen)
-                             fnChosen();
-                         const QPointer<QAction> pAlive = pEntry; // its menu may go with the command
-                         pCommand->trigger();
-                         if (pAlive != nullptr)
-                             fnFollow();
+    follow();
+    QObject::connect(&command, &QAction::changed, entry, follow);
+    QObject::connect(entry, &QAction::triggered, &command,
+                     [entry, action = &command, follow, chosen = std::move(chosen)] {
+                         if (chosen) {
+                             chosen();
+                         }
+                         const QPointer<QAction> alive = entry; // its menu may go with the command
+                         action->trigger();
+                         if (alive != nullptr) {
+                             follow();
+                         }
                      });
-    menu.addAction(pEntry);
-    return pEntry;
+    menu.addAction(entry);
+    return entry;
 }
 
 QAction* CPersonalMenu::AddCommand(QAction& command) {
     return NewEntry(command, *this,
-                    [this, pCommand = &command] { m_habits.m_setUsed.insert(pCommand->data().toInt()); });
+                    [this, action = &command] { m_habits.m_setUsed.insert(action->data().toInt()); });
 }
 
 bool CPersonalMenu::IsExpanded() const { return !m_pChevron->isVisible(); }
@@ -86,53 +82,58 @@ void CPersonalMenu::OnAboutToShow() {
     removeAction(m_pChevron);
     addAction(m_pChevron);
     // Entries without a command number, such as submenus, files and windows, are always there.
-    const auto fnShown = [this](const QAction* pAction) {
-        const int nId = pAction->data().toInt();
-        return nId == 0 || IsBasicCommand(nId) || m_habits.m_setUsed.contains(nId) || pAction->isChecked();
+    const auto shown = [this](const QAction* action) {
+        const int id = action->data().toInt();
+        return id == 0 || IsBasicCommand(id) || m_habits.m_setUsed.contains(id) || action->isChecked();
     };
-    bool bAnyBasic = false;
-    bool bAnyHidden = false;
-    for (const QAction* pAction : actions()) {
+    bool anyBasic = false;
+    bool anyHidden = false;
+    for (const QAction* action : actions()) {
         // A menu without a basic command of its own shows all it has.
-        bAnyBasic = bAnyBasic || IsBasicCommand(pAction->data().toInt());
-        bAnyHidden = bAnyHidden || !fnShown(pAction);
+        anyBasic = anyBasic || IsBasicCommand(action->data().toInt());
+        anyHidden = anyHidden || !shown(action);
     }
-    const bool bShorten = m_habits.m_bRecentlyUsedMenus && bAnyBasic && bAnyHidden;
-    for (QAction* pAction : actions()) {
-        if (pAction != m_pChevron && !pAction->isSeparator())
-            pAction->setVisible(!bShorten || fnShown(pAction));
+    const bool shorten = m_habits.m_bRecentlyUsedMenus && anyBasic && anyHidden;
+    for (QAction* action : actions()) {
+        if (action != m_pChevron && !action->isSeparator()) {
+            action->setVisible(!shorten || shown(action));
+        }
     }
-    m_pChevron->setVisible(bShorten);
-    if (bShorten && m_habits.m_bFullMenusAfterDelay)
+    m_pChevron->setVisible(shorten);
+    if (shorten && m_habits.m_bFullMenusAfterDelay) {
         m_timer.start();
+    }
 }
 
 void CPersonalMenu::Expand() {
-    if (IsExpanded())
+    if (IsExpanded()) {
         return;
+    }
     m_timer.stop();
-    QAction* pActive = activeAction();
-    for (QAction* pAction : actions())
-        pAction->setVisible(pAction != m_pChevron);
+    QAction* active = activeAction();
+    for (QAction* action : actions()) {
+        action->setVisible(action != m_pChevron);
+    }
     if (isVisible()) {
         resize(sizeHint());
-        if (pActive != nullptr && pActive != m_pChevron)
-            setActiveAction(pActive);
+        if (active != nullptr && active != m_pChevron) {
+            setActiveAction(active);
+        }
         update();
     }
 }
 
-void CPersonalMenu::mouseReleaseEvent(QMouseEvent* pEvent) {
-    if (m_pChevron->isVisible() && actionAt(pEvent->position().toPoint()) == m_pChevron) {
+void CPersonalMenu::mouseReleaseEvent(QMouseEvent* event) {
+    if (m_pChevron->isVisible() && actionAt(event->position().toPoint()) == m_pChevron) {
         Expand();
         return;
     }
-    QMenu::mouseReleaseEvent(pEvent);
+    QMenu::mouseReleaseEvent(event);
 }
 
-void CPersonalMenu::keyPressEvent(QKeyEvent* pEvent) {
+void CPersonalMenu::keyPressEvent(QKeyEvent* event) {
     if (activeAction() == m_pChevron && m_pChevron->isVisible()) {
-        switch (pEvent->key()) {
+        switch (event->key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
         case Qt::Key_Space:
@@ -144,14 +145,15 @@ void CPersonalMenu::keyPressEvent(QKeyEvent* pEvent) {
         }
     }
     // The letter of an entry that is not shown yet reaches it all the same.
-    const QString strKey = pEvent->text().toUpper();
-    if (strKey.size() == 1 && strKey.front().isLetterOrNumber() && !IsExpanded() &&
-        std::ranges::none_of(actions(), [&strKey](const QAction* pAction) {
-            return pAction->isVisible() && pAction->isEnabled() &&
-                   QKeySequence::mnemonic(pAction->text()) == QKeySequence(QStringLiteral("Alt+") + strKey);
-        }))
+    const QString key = event->text().toUpper();
+    if (key.size() == 1 && key.front().isLetterOrNumber() && !IsExpanded() &&
+        std::ranges::none_of(actions(), [&key](const QAction* action) {
+            return action->isVisible() && action->isEnabled() &&
+                   QKeySequence::mnemonic(action->text()) == QKeySequence(QStringLiteral("Alt+") + key);
+        })) {
         Expand();
-    QMenu::keyPressEvent(pEvent);
+    }
+    QMenu::keyPressEvent(event);
 }
 
 } // namespace carvelot

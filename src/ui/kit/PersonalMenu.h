@@ -23,13 +23,13 @@ struct CMenuHabits {
 // Adds an entry to a menu that follows a command's text, tips and state and triggers it, after what is to be
 // done first. A command that stands in several menus needs one in each: the accessibility tree has one place
 // for an action.
-QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> fnChosen = {});
+QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> chosen = {});
 
 class CPersonalMenu : public QMenu {
     Q_OBJECT
 
 public:
-    CPersonalMenu(const QString& strTitle, CMenuHabits& habits, QWidget* pParent);
+    CPersonalMenu(const QString& title, CMenuHabits& habits, QWidget* parent);
 
     // Adds a command's entry, whose use is remembered.
     QAction* AddCommand(QAction& command);
@@ -39,8 +39,8 @@ public:
     bool IsExpanded() const;
 
 protected:
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void OnAboutToShow();

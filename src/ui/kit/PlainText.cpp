@@ -18,41 +18,43 @@ public:
     using QObject::QObject;
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        if (pEvent->type() == QEvent::Polish && pObject->inherits("QTipLabel"))
-            static_cast<QLabel*>(pObject)->setTextFormat(Qt::PlainText);
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Polish && object->inherits("QTipLabel")) {
+            static_cast<QLabel*>(object)->setTextFormat(Qt::PlainText);
+        }
         return false;
     }
 };
 
 } // namespace
 
-QString PlainCaption(QString strText) {
+QString PlainCaption(QString text) {
     std::ranges::replace_if(
-        strText,
+        text,
         [](QChar c) {
             return c == u'\t' || c == u'\n' || c == u'\r' || c == QChar::LineSeparator ||
                    c == QChar::ParagraphSeparator;
         },
         QChar(u' '));
-    return strText.replace(u'&', QLatin1String("&&"));
+    return text.replace(u'&', QLatin1String("&&"));
 }
 
-QString PlainTitle(QString strText) { return strText.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
+QString PlainTitle(QString text) { return text.replace(QLatin1String("[*]"), QLatin1String("[*][*]")); }
 
-QLabel* PlainLabel(const QString& strText) {
-    auto* pLabel = new QLabel;
-    pLabel->setTextFormat(Qt::PlainText);
-    pLabel->setText(strText);
-    return pLabel;
+QLabel* PlainLabel(const QString& text) {
+    auto* label = new QLabel;
+    label->setTextFormat(Qt::PlainText);
+    label->setText(text);
+    return label;
 }
 
 void ShowTipsAsPlainText() {
-    static QPointer<QObject> pTips;
-    if (pTips != nullptr)
+    static QPointer<QObject> tips;
+    if (tips != nullptr) {
         return;
-    pTips = new CPlainTips(qApp);
-    qApp->installEventFilter(pTips);
+    }
+    tips = new CPlainTips(qApp);
+    qApp->installEventFilter(tips);
 }
 
 } // namespace carvelot

@@ -10,13 +10,13 @@ class QLabel;
 namespace carvelot {
 
 // For menus and tabs, where a single "&" marks a key and a tab character divides: one line, as it stands.
-QString PlainCaption(QString strText);
+QString PlainCaption(QString text);
 
 // For the title of a top-level window, in which "[*]" stands for unsaved changes.
-QString PlainTitle(QString strText);
+QString PlainTitle(QString text);
 
 // A label that shows its text as it is.
-QLabel* PlainLabel(const QString& strText = {});
+QLabel* PlainLabel(const QString& text = {});
 
 // From now on every tip of the program shows its text as it is, whoever brings it up.
 void ShowTipsAsPlainText();

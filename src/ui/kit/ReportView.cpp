@@ -23,46 +23,48 @@ bool DividesCells(QChar c) {
            c == QChar::ParagraphSeparator;
 }
 
-QString OneLine(QString strText) {
-    std::ranges::replace_if(strText, DividesCells, QChar(u' '));
-    return strText;
+QString OneLine(QString text) {
+    std::ranges::replace_if(text, DividesCells, QChar(u' '));
+    return text;
 }
 
 // Rows with a little air between their texts.
 class CRowDelegate : public QStyledItemDelegate {
 public:
-    CRowDelegate(QObject* pParent, qsizetype nMostDrawn)
-        : QStyledItemDelegate(pParent), m_nMostDrawn(nMostDrawn) {}
+    CRowDelegate(QObject* parent, qsizetype mostDrawn)
+        : QStyledItemDelegate(parent), m_nMostDrawn(mostDrawn) {}
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         return QStyledItemDelegate::sizeHint(option, index) + QSize(0, 3);
     }
     // Blanks at a text's end take no room from what can be seen of it.
-    void initStyleOption(QStyleOptionViewItem* pOption, const QModelIndex& index) const override {
-        QStyledItemDelegate::initStyleOption(pOption, index);
-        if (m_nMostDrawn != 0)
-            pOption->text = OneLine(index.data().toString().left(m_nMostDrawn));
-        DropTrailingBlanks(pOption->text);
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (m_nMostDrawn != 0) {
+            option->text = OneLine(index.data().toString().left(m_nMostDrawn));
+        }
+        DropTrailingBlanks(option->text);
     }
     // A cell that is too narrow for its text tells it below the pointer.
-    bool helpEvent(QHelpEvent* pEvent, QAbstractItemView* pView, const QStyleOptionViewItem& option,
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
-        if (pEvent->type() != QEvent::ToolTip)
-            return QStyledItemDelegate::helpEvent(pEvent, pView, option, index);
-        QString strText = index.data().toString();
-        DropTrailingBlanks(strText);
-        const int nMargins =
-            2 * (pView->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, pView) + 1);
-        const bool bCut = std::ranges::any_of(strText, DividesCells) ||
-                          option.fontMetrics.horizontalAdvance(strText) + nMargins > option.rect.width();
-        QToolTip::showText(pEvent->globalPos(), bCut ? strText.left(kLongestTip) : QString(), pView);
+        if (event->type() != QEvent::ToolTip) {
+            return QStyledItemDelegate::helpEvent(event, view, option, index);
+        }
+        QString text = index.data().toString();
+        DropTrailingBlanks(text);
+        const int margins = 2 * (view->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, view) + 1);
+        const bool cut = std::ranges::any_of(text, DividesCells) ||
+                         option.fontMetrics.horizontalAdvance(text) + margins > option.rect.width();
+        QToolTip::showText(event->globalPos(), cut ? text.left(kLongestTip) : QString(), view);
         return true;
     }
 
 private:
-    static void DropTrailingBlanks(QString& strText) {
-        while (strText.endsWith(QLatin1Char(' ')))
-            strText.chop(1);
+    static void DropTrailingBlanks(QString& text) {
+        while (text.endsWith(QLatin1Char(' '))) {
+            text.chop(1);
+        }
     }
 
     qsizetype m_nMostDrawn;
@@ -72,19 +74,20 @@ private:
 // they are given, whatever the font.
 class CReportHeader : public QHeaderView {
 public:
-    explicit CReportHeader(QWidget* pParent) : QHeaderView(Qt::Horizontal, pParent) {
+    explicit CReportHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
         setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     }
 
 protected:
-    bool viewportEvent(QEvent* pEvent) override {
-        if (pEvent->type() != QEvent::ToolTip)
-            return QHeaderView::viewportEvent(pEvent);
-        const auto& help = static_cast<const QHelpEvent&>(*pEvent);
-        const int nSection = logicalIndexAt(help.pos());
-        const bool bCut = nSection >= 0 && sectionSizeFromContents(nSection).width() > sectionSize(nSection);
+    bool viewportEvent(QEvent* event) override {
+        if (event->type() != QEvent::ToolTip) {
+            return QHeaderView::viewportEvent(event);
+        }
+        const auto& help = static_cast<const QHelpEvent&>(*event);
+        const int section = logicalIndexAt(help.pos());
+        const bool cut = section >= 0 && sectionSizeFromContents(section).width() > sectionSize(section);
         QToolTip::showText(help.globalPos(),
-                           bCut ? model()->headerData(nSection, Qt::Horizontal).toString() : QString(), this);
+                           cut ? model()->headerData(section, Qt::Horizontal).toString() : QString(), this);
         return true;
     }
 };
@@ -94,43 +97,50 @@ public:
     explicit CRowCopier(QAbstractItemView& view) : QObject(&view), m_view(view) {}
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        const bool bKey = pEvent->type() == QEvent::KeyPress || pEvent->type() == QEvent::ShortcutOverride;
-        if (!bKey || !static_cast<QKeyEvent*>(pEvent)->matches(QKeySequence::Copy))
-            return QObject::eventFilter(pObject, pEvent);
-        pEvent->accept();
-        if (pEvent->type() == QEvent::KeyPress)
+    bool eventFilter(QObject* object, QEvent* event) override {
+        const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+        if (!key || !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Copy)) {
+            return QObject::eventFilter(object, event);
+        }
+        event->accept();
+        if (event->type() == QEvent::KeyPress) {
             Copy();
+        }
         return true;
     }
 
 private:
     void Copy() const {
         const QAbstractItemModel& model = *m_view.model();
-        std::vector<QModelIndex> listRows; // their first cells
+        std::vector<QModelIndex> rows; // their first cells
         for (const QItemSelectionRange& range : m_view.selectionModel()->selection()) {
-            for (int nRow = range.top(); nRow <= range.bottom(); ++nRow)
-                listRows.push_back(model.index(nRow, 0, range.parent()));
-        }
-        if (listRows.empty())
-            return;
-        // In the order of the list, whatever the order of the clicks.
-        std::ranges::sort(listRows, {}, &QModelIndex::row);
-        const auto* pTree = qobject_cast<const QTreeView*>(&m_view);
-        QString strText;
-        for (const QModelIndex& row : listRows) {
-            if (!strText.isEmpty())
-                strText += QLatin1Char('\n');
-            bool bFirst = true;
-            for (int nColumn = 0; nColumn < model.columnCount(row.parent()); ++nColumn) {
-                if (pTree != nullptr && pTree->isColumnHidden(nColumn))
-                    continue;
-                if (!std::exchange(bFirst, false))
-                    strText += QLatin1Char('\t');
-                strText += OneLine(row.siblingAtColumn(nColumn).data().toString());
+            for (int rowNumber = range.top(); rowNumber <= range.bottom(); ++rowNumber) {
+                rows.push_back(model.index(rowNumber, 0, range.parent()));
             }
         }
-        QGuiApplication::clipboard()->setText(strText);
+        if (rows.empty()) {
+            return;
+        }
+        // In the order of the list, whatever the order of the clicks.
+        std::ranges::sort(rows, {}, &QModelIndex::row);
+        const auto* tree = qobject_cast<const QTreeView*>(&m_view);
+        QString text;
+        for (const QModelIndex& row : rows) {
+            if (!text.isEmpty()) {
+                text += QLatin1Char('\n');
+            }
+            bool first = true;
+            for (int column = 0; column < model.columnCount(row.parent()); ++column) {
+                if (tree != nullptr && tree->isColumnHidden(column)) {
+                    continue;
+                }
+                if (!std::exchange(first, false)) {
+                    text += QLatin1Char('\t');
+                }
+                text += OneLine(row.siblingAtColumn(column).data().toString());
+            }
+        }
+        QGuiApplication::clipboard()->setText(text);
     }
 
     QAbstractItemView& m_view;
@@ -138,11 +148,11 @@ private:
 
 } // namespace
 
-CReportView::CReportView(const QString& strAccessibleName, QWidget* pParent, qsizetype nMostDrawn)
-    : QTreeView(pParent) {
+CReportView::CReportView(const QString& accessibleName, QWidget* parent, qsizetype mostDrawn)
+    : QTreeView(parent) {
     setHeader(new CReportHeader(this));
-    setItemDelegate(new CRowDelegate(this, nMostDrawn));
-    setAccessibleName(strAccessibleName);
+    setItemDelegate(new CRowDelegate(this, mostDrawn));
+    setAccessibleName(accessibleName);
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);

@@ -10,8 +10,8 @@ class CReportView : public QTreeView {
     Q_OBJECT
 
 public:
-    // Of a longer text a cell draws `nMostDrawn` characters, on one line; 0 draws all of it.
-    CReportView(const QString& strAccessibleName, QWidget* pParent, qsizetype nMostDrawn = 0);
+    // Of a longer text a cell draws `mostDrawn` characters, on one line; 0 draws all of it.
+    CReportView(const QString& accessibleName, QWidget* parent, qsizetype mostDrawn = 0);
 };
 
 // Ctrl+C in a view copies its selected rows, a row a line, their cells divided by tabs; columns that are

@@ -29,7 +29,7 @@ constexpr int kMaximumTab = 320; // a longer title is shortened
 
 QString Hint() { return CTabbedClientArea::tr("Open a debug log with Ctrl+O, or drop one here."); }
 
-CMDIChildWnd* Child(QWidget* pWidget) { return qobject_cast<CMDIChildWnd*>(pWidget); }
+CMDIChildWnd* Child(QWidget* widget) { return qobject_cast<CMDIChildWnd*>(widget); }
 
 } // namespace
 
@@ -47,121 +47,129 @@ CTabBar::CTabBar(CTabbedClientArea& area) : m_area(area) {
     setAccessibleName(tr("Open windows"));
 }
 
-CMDIChildWnd* CTabBar::ChildAt(int nTab) const {
-    return Child(static_cast<CTabGroup*>(parentWidget())->widget(nTab));
+CMDIChildWnd* CTabBar::ChildAt(int tab) const {
+    return Child(static_cast<CTabGroup*>(parentWidget())->widget(tab));
 }
 
-QString CTabBar::ShortText(int nTab, const QFontMetrics& metrics, int nWidth) const {
-    const CMDIChildWnd* pChild = ChildAt(nTab);
-    const CDocument* pDocument = pChild != nullptr ? pChild->GetActiveDocument() : nullptr;
-    if (pDocument == nullptr)
+QString CTabBar::ShortText(int tab, const QFontMetrics& metrics, int width) const {
+    const CMDIChildWnd* child = ChildAt(tab);
+    const CDocument* document = child != nullptr ? child->GetActiveDocument() : nullptr;
+    if (document == nullptr) {
         return {};
-    const QString& strTitle = pDocument->GetTitle();
-    const QString strPath = pDocument->PathInTitle();
-    if (strPath.isEmpty() || !strTitle.startsWith(strPath))
-        return metrics.elidedText(strTitle, Qt::ElideMiddle, nWidth);
-    const QString strText = metrics.elidedText(strTitle, Qt::ElideLeft, nWidth);
-    const qsizetype nName = strPath.size() - QFileInfo(strPath).fileName().size();
-    return strText.size() > strTitle.size() - nName ? strText : u'\u2026' + strTitle.mid(nName);
+    }
+    const QString& title = document->GetTitle();
+    const QString path = document->PathInTitle();
+    if (path.isEmpty() || !title.startsWith(path)) {
+        return metrics.elidedText(title, Qt::ElideMiddle, width);
+    }
+    const QString text = metrics.elidedText(title, Qt::ElideLeft, width);
+    const qsizetype name = path.size() - QFileInfo(path).fileName().size();
+    return text.size() > title.size() - name ? text : u'\u2026' + title.mid(name);
 }
 
-QSize CTabBar::tabSizeHint(int nIndex) const {
-    QSize size = QTabBar::tabSizeHint(nIndex);
-    if (size.width() <= kMaximumTab)
+QSize CTabBar::tabSizeHint(int index) const {
+    QSize size = QTabBar::tabSizeHint(index);
+    if (size.width() <= kMaximumTab) {
         return size;
+    }
     QFont font = this->font();
     font.setBold(CurrentLook().m_bBoldActiveTab);
     const QFontMetrics metrics(font);
-    const int nCut = metrics.horizontalAdvance(ShortText(nIndex, metrics, QWIDGETSIZE_MAX)) -
-                     metrics.horizontalAdvance(ShortText(nIndex, metrics, 0));
-    size.setWidth(std::max(kMaximumTab, size.width() - nCut));
+    const int cut = metrics.horizontalAdvance(ShortText(index, metrics, QWIDGETSIZE_MAX)) -
+                    metrics.horizontalAdvance(ShortText(index, metrics, 0));
+    size.setWidth(std::max(kMaximumTab, size.width() - cut));
     return size;
 }
 
-QSize CTabBar::minimumTabSizeHint(int nIndex) const { return tabSizeHint(nIndex); }
+QSize CTabBar::minimumTabSizeHint(int index) const { return tabSizeHint(index); }
 
-void CTabBar::mousePressEvent(QMouseEvent* pEvent) {
-    const int nTab = tabAt(pEvent->position().toPoint());
-    if (pEvent->button() == Qt::MiddleButton && nTab >= 0) {
-        if (CMDIChildWnd* pChild = ChildAt(nTab))
-            pChild->CloseWindow();
+void CTabBar::mousePressEvent(QMouseEvent* event) {
+    const int tab = tabAt(event->position().toPoint());
+    if (event->button() == Qt::MiddleButton && tab >= 0) {
+        if (CMDIChildWnd* child = ChildAt(tab)) {
+            child->CloseWindow();
+        }
         return;
     }
-    m_pDragged = pEvent->button() == Qt::LeftButton && nTab >= 0 ? ChildAt(nTab) : nullptr;
+    m_pDragged = event->button() == Qt::LeftButton && tab >= 0 ? ChildAt(tab) : nullptr;
     m_bOutside = false;
-    QTabBar::mousePressEvent(pEvent);
-    if (CMDIChildWnd* pChild = Child(m_pDragged))
-        m_area.Activate(*pChild);
+    QTabBar::mousePressEvent(event);
+    if (CMDIChildWnd* child = Child(m_pDragged)) {
+        m_area.Activate(*child);
+    }
 }
 
-void CTabBar::mouseMoveEvent(QMouseEvent* pEvent) {
-    if (m_pDragged == nullptr || !(pEvent->buttons() & Qt::LeftButton)) {
-        QTabBar::mouseMoveEvent(pEvent);
+void CTabBar::mouseMoveEvent(QMouseEvent* event) {
+    if (m_pDragged == nullptr || !(event->buttons() & Qt::LeftButton)) {
+        QTabBar::mouseMoveEvent(event);
         return;
     }
-    if (!IsNearBar(*this, pEvent->position().toPoint())) {
+    if (!IsNearBar(*this, event->position().toPoint())) {
         m_bOutside = true;
-        m_area.ShowDropMark(pEvent->globalPosition().toPoint());
+        m_area.ShowDropMark(event->globalPosition().toPoint());
         return;
     }
     if (m_bOutside) {
         m_bOutside = false;
         m_area.HideDropMark();
     }
-    QTabBar::mouseMoveEvent(pEvent);
+    QTabBar::mouseMoveEvent(event);
 }
 
-void CTabBar::mouseReleaseEvent(QMouseEvent* pEvent) {
-    const QPointer<QWidget> pDragged = m_pDragged;
-    const bool bOutside = m_bOutside;
+void CTabBar::mouseReleaseEvent(QMouseEvent* event) {
+    const QPointer<QWidget> dragged = m_pDragged;
+    const bool outside = m_bOutside;
     m_pDragged = nullptr;
     m_bOutside = false;
-    QTabBar::mouseReleaseEvent(pEvent);
+    QTabBar::mouseReleaseEvent(event);
     m_area.HideDropMark();
     CTabbedClientArea& area = m_area; // this bar may go with its last tab
-    if (CMDIChildWnd* pChild = Child(pDragged); pChild != nullptr && bOutside)
-        area.DropTab(*pChild, pEvent->globalPosition().toPoint());
+    if (CMDIChildWnd* child = Child(dragged); child != nullptr && outside) {
+        area.DropTab(*child, event->globalPosition().toPoint());
+    }
 }
 
-void CTabBar::contextMenuEvent(QContextMenuEvent* pEvent) {
-    const int nTab = tabAt(pEvent->pos());
-    CMDIChildWnd* pChild = ChildAt(nTab);
-    if (pChild == nullptr)
+void CTabBar::contextMenuEvent(QContextMenuEvent* event) {
+    const int tab = tabAt(event->pos());
+    CMDIChildWnd* child = ChildAt(tab);
+    if (child == nullptr) {
         return;
-    m_area.Activate(*pChild);
+    }
+    m_area.Activate(*child);
     QMenu menu;
-    QAction* pClose = menu.addAction(ToQString(FindCommand(ID_FILE_CLOSE)->m_strText));
-    connect(pClose, &QAction::triggered, pChild, [pChild] { pChild->CloseWindow(); });
+    QAction* close = menu.addAction(ToQString(FindCommand(ID_FILE_CLOSE)->m_strText));
+    connect(close, &QAction::triggered, child, [child] { child->CloseWindow(); });
     menu.addSeparator();
     m_area.FillGroupMenu(menu);
-    UserInterface().RunMenu(menu, pEvent->globalPos());
+    UserInterface().RunMenu(menu, event->globalPos());
 }
 
 CTabGroup::CTabGroup(CTabbedClientArea& area) {
     setTabBar(new CTabBar(area));
     setDocumentMode(false);
     setTabPosition(QTabWidget::North);
-    connect(this, &QTabWidget::tabCloseRequested, &area, [this](int nTab) {
-        if (CMDIChildWnd* pChild = Child(widget(nTab)))
-            pChild->CloseWindow();
+    connect(this, &QTabWidget::tabCloseRequested, &area, [this](int tab) {
+        if (CMDIChildWnd* child = Child(widget(tab))) {
+            child->CloseWindow();
+        }
     });
     connect(this, &QTabWidget::currentChanged, &area, [this, &area](int) {
-        if (CMDIChildWnd* pChild = Child(currentWidget()); pChild != nullptr && !area.m_bChanging)
-            area.Activate(*pChild);
+        if (CMDIChildWnd* child = Child(currentWidget()); child != nullptr && !area.m_bChanging) {
+            area.Activate(*child);
+        }
     });
 }
 
 CTabBar& CTabGroup::Bar() const { return *static_cast<CTabBar*>(tabBar()); }
 
 CTabbedClientArea::CTabbedClientArea() : m_pSplitter(new QSplitter) {
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->addWidget(m_pSplitter);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_pSplitter);
     m_pSplitter->setChildrenCollapsible(false);
     setMinimumSize(160, 90);
     OnGroupsChanged();
-    connect(qApp, &QApplication::focusChanged, this,
-            [this](QWidget*, QWidget* pNow) { OnFocusChanged(pNow); });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { OnFocusChanged(now); });
 }
 
 CTabbedClientArea::~CTabbedClientArea() {
@@ -169,49 +177,53 @@ CTabbedClientArea::~CTabbedClientArea() {
     m_bChanging = true;
 }
 
-CTabGroup* CTabbedClientArea::NewGroup(int nIndex) {
-    auto* pGroup = new CTabGroup(*this);
-    m_pSplitter->insertWidget(nIndex, pGroup);
-    pGroup->show();
+CTabGroup* CTabbedClientArea::NewGroup(int index) {
+    auto* group = new CTabGroup(*this);
+    m_pSplitter->insertWidget(index, group);
+    group->show();
     OnGroupsChanged();
-    return pGroup;
+    return group;
 }
 
 QList<CTabGroup*> CTabbedClientArea::Groups() const {
-    QList<CTabGroup*> listGroups;
+    QList<CTabGroup*> groups;
     for (int n = 0; n < m_pSplitter->count(); ++n) {
-        auto* pGroup = qobject_cast<CTabGroup*>(m_pSplitter->widget(n));
-        if (pGroup != nullptr && !pGroup->isHidden())
-            listGroups << pGroup;
+        auto* group = qobject_cast<CTabGroup*>(m_pSplitter->widget(n));
+        if (group != nullptr && !group->isHidden()) {
+            groups << group;
+        }
     }
-    return listGroups;
+    return groups;
 }
 
 QList<CMDIChildWnd*> CTabbedClientArea::Children() const {
-    QList<CMDIChildWnd*> listChildren;
-    for (const CTabGroup* pGroup : Groups()) {
-        for (int n = 0; n < pGroup->count(); ++n)
-            listChildren << Child(pGroup->widget(n));
+    QList<CMDIChildWnd*> children;
+    for (const CTabGroup* group : Groups()) {
+        for (int n = 0; n < group->count(); ++n) {
+            children << Child(group->widget(n));
+        }
     }
-    return listChildren;
+    return children;
 }
 
 CTabGroup* CTabbedClientArea::GroupOf(const CMDIChildWnd& child) const {
-    for (CTabGroup* pGroup : Groups()) {
-        if (pGroup->indexOf(&const_cast<CMDIChildWnd&>(child)) >= 0)
-            return pGroup;
+    for (CTabGroup* group : Groups()) {
+        if (group->indexOf(&const_cast<CMDIChildWnd&>(child)) >= 0) {
+            return group;
+        }
     }
     return nullptr;
 }
 
 void CTabbedClientArea::AddChild(CMDIChildWnd& child, const QIcon& icon) {
-    CTabGroup* pGroup = m_pActive != nullptr ? GroupOf(*m_pActive) : nullptr;
-    if (pGroup == nullptr)
-        pGroup = Groups().isEmpty() ? NewGroup(0) : Groups().constFirst();
+    CTabGroup* group = m_pActive != nullptr ? GroupOf(*m_pActive) : nullptr;
+    if (group == nullptr) {
+        group = Groups().isEmpty() ? NewGroup(0) : Groups().constFirst();
+    }
     {
         const QScopedValueRollback changing(m_bChanging, true);
         child.setWindowIcon(icon);
-        pGroup->addTab(&child, icon, child.windowTitle());
+        group->addTab(&child, icon, child.windowTitle());
         RefreshTab(child);
     }
     connect(&child, &QWidget::windowTitleChanged, this, [this, &child] { RefreshTab(child); });
@@ -219,55 +231,61 @@ void CTabbedClientArea::AddChild(CMDIChildWnd& child, const QIcon& icon) {
 }
 
 void CTabbedClientArea::RemoveChild(CMDIChildWnd& child) {
-    CTabGroup* pGroup = GroupOf(child);
-    if (pGroup == nullptr)
+    CTabGroup* group = GroupOf(child);
+    if (group == nullptr) {
         return;
+    }
     disconnect(&child, nullptr, this, nullptr);
     {
         const QScopedValueRollback changing(m_bChanging, true);
-        pGroup->removeTab(pGroup->indexOf(&child));
+        group->removeTab(group->indexOf(&child));
         child.hide();
         child.setParent(nullptr);
     }
-    const bool bWasActive = m_pActive == &child;
-    CMDIChildWnd* pNext = Child(pGroup->currentWidget());
-    DropEmptyGroup(pGroup);
-    if (!bWasActive)
+    const bool wasActive = m_pActive == &child;
+    CMDIChildWnd* next = Child(group->currentWidget());
+    DropEmptyGroup(group);
+    if (!wasActive) {
         return;
+    }
     m_pActive = nullptr;
-    if (pNext == nullptr && !Groups().isEmpty())
-        pNext = Child(Groups().constFirst()->currentWidget());
-    if (pNext != nullptr)
-        Activate(*pNext);
-    else
+    if (next == nullptr && !Groups().isEmpty()) {
+        next = Child(Groups().constFirst()->currentWidget());
+    }
+    if (next != nullptr) {
+        Activate(*next);
+    } else {
         emit ActiveChildChanged();
+    }
 }
 
-void CTabbedClientArea::DropEmptyGroup(CTabGroup* pGroup) {
-    if (pGroup->count() != 0)
+void CTabbedClientArea::DropEmptyGroup(CTabGroup* group) {
+    if (group->count() != 0) {
         return;
+    }
     // The call may come from the group's own tab bar.
-    pGroup->hide();
-    pGroup->setParent(nullptr);
-    pGroup->deleteLater();
+    group->hide();
+    group->setParent(nullptr);
+    group->deleteLater();
     OnGroupsChanged();
 }
 
 // Without a window the area says how one is opened, to screen readers too.
 void CTabbedClientArea::OnGroupsChanged() {
-    const bool bEmpty = Groups().isEmpty();
-    m_pSplitter->setVisible(!bEmpty);
-    setAccessibleName(bEmpty ? Hint() : QString());
+    const bool empty = Groups().isEmpty();
+    m_pSplitter->setVisible(!empty);
+    setAccessibleName(empty ? Hint() : QString());
     update();
 }
 
 void CTabbedClientArea::Activate(CMDIChildWnd& child) {
-    CTabGroup* pGroup = GroupOf(child);
-    if (pGroup == nullptr)
+    CTabGroup* group = GroupOf(child);
+    if (group == nullptr) {
         return;
+    }
     {
         const QScopedValueRollback changing(m_bChanging, true);
-        pGroup->setCurrentWidget(&child);
+        group->setCurrentWidget(&child);
     }
     if (!child.isAncestorOf(QApplication::focusWidget())) {
         const QScopedValueRollback changing(m_bChanging, true); // activated once, below
@@ -276,146 +294,163 @@ void CTabbedClientArea::Activate(CMDIChildWnd& child) {
     SetActive(&child, true);
 }
 
-void CTabbedClientArea::SetActive(CMDIChildWnd* pChild, bool bAgain) {
-    if (pChild == m_pActive && !bAgain)
+void CTabbedClientArea::SetActive(CMDIChildWnd* child, bool again) {
+    if (child == m_pActive && !again) {
         return;
-    const bool bChanged = pChild != m_pActive;
-    m_pActive = pChild;
-    for (CTabGroup* pGroup : Groups()) {
-        // Of several groups only the active one shows its tab in bold.
-        pGroup->Bar().setProperty("calm", pChild != nullptr && pGroup->indexOf(pChild) < 0);
-        pGroup->Bar().update();
     }
-    if (bChanged)
+    const bool changed = child != m_pActive;
+    m_pActive = child;
+    for (CTabGroup* group : Groups()) {
+        // Of several groups only the active one shows its tab in bold.
+        group->Bar().setProperty("calm", child != nullptr && group->indexOf(child) < 0);
+        group->Bar().update();
+    }
+    if (changed) {
         emit ActiveChildChanged();
-    if (pChild != nullptr)
-        pChild->OnSetFocus();
+    }
+    if (child != nullptr) {
+        child->OnSetFocus();
+    }
 }
 
-void CTabbedClientArea::OnFocusChanged(QWidget* pNow) {
-    if (m_bChanging || pNow == nullptr || !isAncestorOf(pNow))
+void CTabbedClientArea::OnFocusChanged(QWidget* now) {
+    if (m_bChanging || now == nullptr || !isAncestorOf(now)) {
         return;
-    for (QWidget* pWidget = pNow; pWidget != nullptr; pWidget = pWidget->parentWidget()) {
-        if (CMDIChildWnd* pChild = Child(pWidget)) {
-            if (pNow != pChild)
-                pChild->m_pLastFocus = pNow;
-            SetActive(pChild, false);
+    }
+    for (QWidget* widget = now; widget != nullptr; widget = widget->parentWidget()) {
+        if (CMDIChildWnd* child = Child(widget)) {
+            if (now != child) {
+                child->m_pLastFocus = now;
+            }
+            SetActive(child, false);
             return;
         }
     }
 }
 
 void CTabbedClientArea::RefreshTab(CMDIChildWnd& child) {
-    CTabGroup* pGroup = GroupOf(child);
-    if (pGroup == nullptr)
+    CTabGroup* group = GroupOf(child);
+    if (group == nullptr) {
         return;
-    const int nTab = pGroup->indexOf(&child);
-    pGroup->setTabText(nTab, PlainCaption(child.windowTitle()));
-    pGroup->setTabToolTip(nTab, child.windowTitle());
-    if (&child == m_pActive)
+    }
+    const int tab = group->indexOf(&child);
+    group->setTabText(tab, PlainCaption(child.windowTitle()));
+    group->setTabToolTip(tab, child.windowTitle());
+    if (&child == m_pActive) {
         emit ActiveChildChanged();
+    }
 }
 
-void CTabbedClientArea::ActivateNext(bool bForward) {
-    const QList<CMDIChildWnd*> listChildren = Children();
-    if (listChildren.size() < 2 || m_pActive == nullptr)
+void CTabbedClientArea::ActivateNext(bool forward) {
+    const QList<CMDIChildWnd*> children = Children();
+    if (children.size() < 2 || m_pActive == nullptr) {
         return;
-    const qsizetype nNow = listChildren.indexOf(m_pActive);
-    Activate(*listChildren[(nNow + (bForward ? 1 : listChildren.size() - 1)) % listChildren.size()]);
+    }
+    const qsizetype now = children.indexOf(m_pActive);
+    Activate(*children[(now + (forward ? 1 : children.size() - 1)) % children.size()]);
 }
 
-bool CTabbedClientArea::CanMakeGroup(Qt::Orientation nDirection) const {
-    const CTabGroup* pGroup = m_pActive != nullptr ? GroupOf(*m_pActive) : nullptr;
-    if (pGroup == nullptr || pGroup->count() < 2)
+bool CTabbedClientArea::CanMakeGroup(Qt::Orientation direction) const {
+    const CTabGroup* group = m_pActive != nullptr ? GroupOf(*m_pActive) : nullptr;
+    if (group == nullptr || group->count() < 2) {
         return false;
+    }
     // A horizontal group lies below its neighbour: the splitter between them runs the other way.
-    return Groups().size() < 2 || m_pSplitter->orientation() != nDirection;
+    return Groups().size() < 2 || m_pSplitter->orientation() != direction;
 }
 
-void CTabbedClientArea::MakeGroup(Qt::Orientation nDirection) {
-    if (!CanMakeGroup(nDirection))
+void CTabbedClientArea::MakeGroup(Qt::Orientation direction) {
+    if (!CanMakeGroup(direction)) {
         return;
+    }
     CMDIChildWnd& child = *m_pActive;
-    m_pSplitter->setOrientation(nDirection == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
-    CTabGroup* pGroup = NewGroup(m_pSplitter->indexOf(GroupOf(child)) + 1);
-    MoveToGroup(child, *pGroup, 0);
-    const int nExtent =
+    m_pSplitter->setOrientation(direction == Qt::Horizontal ? Qt::Vertical : Qt::Horizontal);
+    CTabGroup* group = NewGroup(m_pSplitter->indexOf(GroupOf(child)) + 1);
+    MoveToGroup(child, *group, 0);
+    const int extent =
         m_pSplitter->orientation() == Qt::Horizontal ? m_pSplitter->width() : m_pSplitter->height();
-    m_pSplitter->setSizes(QList<int>(m_pSplitter->count(), nExtent / m_pSplitter->count()));
+    m_pSplitter->setSizes(QList<int>(m_pSplitter->count(), extent / m_pSplitter->count()));
 }
 
-void CTabbedClientArea::MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int nIndex) {
-    CTabGroup* pFrom = GroupOf(child);
-    if (pFrom == nullptr || pFrom == &group)
+void CTabbedClientArea::MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int index) {
+    CTabGroup* from = GroupOf(child);
+    if (from == nullptr || from == &group) {
         return;
+    }
     {
         const QScopedValueRollback changing(m_bChanging, true);
-        pFrom->removeTab(pFrom->indexOf(&child));
-        group.insertTab(nIndex < 0 ? group.count() : nIndex, &child, child.windowIcon(), child.windowTitle());
+        from->removeTab(from->indexOf(&child));
+        group.insertTab(index < 0 ? group.count() : index, &child, child.windowIcon(), child.windowTitle());
         RefreshTab(child);
-        DropEmptyGroup(pFrom);
+        DropEmptyGroup(from);
     }
     Activate(child);
 }
 
 CTabGroup* CTabbedClientArea::GroupAt(const QPoint& screen) const {
-    for (CTabGroup* pGroup : Groups()) {
-        if (pGroup->rect().contains(pGroup->mapFromGlobal(screen)))
-            return pGroup;
+    for (CTabGroup* group : Groups()) {
+        if (group->rect().contains(group->mapFromGlobal(screen))) {
+            return group;
+        }
     }
     return nullptr;
 }
 
 void CTabbedClientArea::ShowDropMark(const QPoint& screen) {
-    CTabGroup* pGroup = GroupAt(screen);
-    if (pGroup == nullptr) {
+    CTabGroup* group = GroupAt(screen);
+    if (group == nullptr) {
         HideDropMark();
         return;
     }
-    if (m_pDropMark == nullptr)
+    if (m_pDropMark == nullptr) {
         m_pDropMark = new QRubberBand(QRubberBand::Rectangle, this);
-    m_pDropMark->setGeometry(QRect(pGroup->mapTo(this, QPoint(0, 0)), pGroup->size()));
+    }
+    m_pDropMark->setGeometry(QRect(group->mapTo(this, QPoint(0, 0)), group->size()));
     m_pDropMark->show();
     m_pDropMark->raise();
 }
 
 void CTabbedClientArea::HideDropMark() {
-    if (m_pDropMark != nullptr)
+    if (m_pDropMark != nullptr) {
         m_pDropMark->hide();
+    }
 }
 
 void CTabbedClientArea::DropTab(CMDIChildWnd& child, const QPoint& screen) {
-    CTabGroup* pTarget = GroupAt(screen);
-    if (pTarget == nullptr)
-        return;
-    if (pTarget != GroupOf(child)) {
-        const CTabBar& bar = pTarget->Bar();
-        const QPoint point = bar.mapFromGlobal(screen);
-        MoveToGroup(child, *pTarget, bar.rect().contains(point) ? bar.tabAt(point) : -1);
+    CTabGroup* target = GroupAt(screen);
+    if (target == nullptr) {
         return;
     }
-    if (pTarget->count() < 2)
+    if (target != GroupOf(child)) {
+        const CTabBar& bar = target->Bar();
+        const QPoint point = bar.mapFromGlobal(screen);
+        MoveToGroup(child, *target, bar.rect().contains(point) ? bar.tabAt(point) : -1);
         return;
+    }
+    if (target->count() < 2) {
+        return;
+    }
     QMenu menu;
     FillGroupMenu(menu);
     UserInterface().RunMenu(menu, screen);
 }
 
 void CTabbedClientArea::FillGroupMenu(QMenu& menu) {
-    for (const Qt::Orientation nDirection : {Qt::Horizontal, Qt::Vertical}) {
-        const int nId =
-            nDirection == Qt::Horizontal ? ID_WINDOW_NEW_HORIZONTAL_GROUP : ID_WINDOW_NEW_VERTICAL_GROUP;
-        QAction* pAction = menu.addAction(ToQString(FindCommand(nId)->m_strText));
-        pAction->setEnabled(CanMakeGroup(nDirection));
-        connect(pAction, &QAction::triggered, this, [this, nDirection] { MakeGroup(nDirection); });
+    for (const Qt::Orientation direction : {Qt::Horizontal, Qt::Vertical}) {
+        const int id =
+            direction == Qt::Horizontal ? ID_WINDOW_NEW_HORIZONTAL_GROUP : ID_WINDOW_NEW_VERTICAL_GROUP;
+        QAction* action = menu.addAction(ToQString(FindCommand(id)->m_strText));
+        action->setEnabled(CanMakeGroup(direction));
+        connect(action, &QAction::triggered, this, [this, direction] { MakeGroup(direction); });
     }
 }
 
 void CTabbedClientArea::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     CurrentLook().FillWorkspace(painter, rect());
-    if (!Groups().isEmpty())
+    if (!Groups().isEmpty()) {
         return;
+    }
     painter.setPen(CurrentLook().m_workspaceText);
     painter.drawText(rect().adjusted(16, 16, -16, -16), Qt::AlignCenter | Qt::TextWordWrap, Hint());
 }

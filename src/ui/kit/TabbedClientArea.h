@@ -28,18 +28,18 @@ public:
 
     // A tab's text as it fits a width. A path loses its beginning, yet its file's name stays whole even where
     // it does not fit.
-    QString ShortText(int nTab, const QFontMetrics& metrics, int nWidth) const;
+    QString ShortText(int tab, const QFontMetrics& metrics, int width) const;
 
 protected:
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void mouseReleaseEvent(QMouseEvent* pEvent) override;
-    void contextMenuEvent(QContextMenuEvent* pEvent) override;
-    QSize tabSizeHint(int nIndex) const override;
-    QSize minimumTabSizeHint(int nIndex) const override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    QSize tabSizeHint(int index) const override;
+    QSize minimumTabSizeHint(int index) const override;
 
 private:
-    CMDIChildWnd* ChildAt(int nTab) const;
+    CMDIChildWnd* ChildAt(int tab) const;
 
     CTabbedClientArea& m_area;
     QPointer<QWidget> m_pDragged;
@@ -72,28 +72,28 @@ public:
     QList<CTabGroup*> Groups() const;
     CTabGroup* GroupOf(const CMDIChildWnd& child) const;
     // Moves on to the next window, or back.
-    void ActivateNext(bool bForward);
+    void ActivateNext(bool forward);
 
     // A horizontal group stands below, a vertical one beside the group it came from. All groups have one
     // direction, and only a group of two tabs or more can be divided.
-    bool CanMakeGroup(Qt::Orientation nDirection) const;
-    void MakeGroup(Qt::Orientation nDirection);
-    void MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int nIndex);
+    bool CanMakeGroup(Qt::Orientation direction) const;
+    void MakeGroup(Qt::Orientation direction);
+    void MoveToGroup(CMDIChildWnd& child, CTabGroup& group, int index);
 
 signals:
     void ActiveChildChanged();
 
 protected:
-    void paintEvent(QPaintEvent* pEvent) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     friend class CTabBar;
     friend class CTabGroup;
-    CTabGroup* NewGroup(int nIndex);
-    void DropEmptyGroup(CTabGroup* pGroup);
+    CTabGroup* NewGroup(int index);
+    void DropEmptyGroup(CTabGroup* group);
     void OnGroupsChanged();
-    void SetActive(CMDIChildWnd* pChild, bool bAgain);
-    void OnFocusChanged(QWidget* pNow);
+    void SetActive(CMDIChildWnd* child, bool again);
+    void OnFocusChanged(QWidget* now);
     void RefreshTab(CMDIChildWnd& child);
     void ShowDropMark(const QPoint& screen);
     void HideDropMark();

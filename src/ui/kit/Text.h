@@ -8,10 +8,10 @@
 
 namespace carvelot {
 
-inline QString ToQString(std::string_view strText) {
-    return QString::fromUtf8(strText.data(), static_cast<qsizetype>(strText.size()));
+inline QString ToQString(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-inline std::string ToUtf8(const QString& strText) { return strText.toStdString(); }
+inline std::string ToUtf8(const QString& text) { return text.toStdString(); }
 
 } // namespace carvelot

@@ -1,7 +1,6 @@
 #include "ui/kit/ToolBar.h"
 
 #include "settings/Commands.h"
-#include "text/Numbers.h"
 #include "ui/kit/MainWindow.h"
 #include "ui/kit/PersonalMenu.h"
 #include "ui/kit/PlainText.h"
@@ -21,7 +20,7 @@ namespace {
 // The narrow button at a toolbar's end.
 class CCustomizeButton : public QToolButton {
 public:
-    explicit CCustomizeButton(QWidget* pParent) : QToolButton(pParent) {
+    explicit CCustomizeButton(QWidget* parent) : QToolButton(parent) {
         setArrowType(Qt::DownArrow);
         setAutoRaise(true);
         setPopupMode(QToolButton::InstantPopup);
@@ -34,119 +33,108 @@ public:
 
 } // namespace
 
-CToolBar::CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const QString& strName,
-                   std::vector<int> listDefault)
-    : QToolBar(strTitle), m_frame(frame), m_nId(nId), m_listDefault(std::move(listDefault)) {
-    setObjectName(strName);
-    setAccessibleName(strTitle);
-    toggleViewAction()->setText(PlainCaption(strTitle));
+CToolBar::CToolBar(CMainWindow& frame, int id, const QString& title, const QString& name,
+                   std::vector<int> initial)
+    : QToolBar(title), m_frame(frame), m_nId(id), m_listDefault(std::move(initial)) {
+    setObjectName(name);
+    setAccessibleName(title);
+    toggleViewAction()->setText(PlainCaption(title));
     setAllowedAreas(Qt::AllToolBarAreas);
     setIconSize({16, 16});
     Reset();
 }
 
-bool CToolBar::event(QEvent* pEvent) {
-    const bool bHandled = QToolBar::event(pEvent);
-    if (pEvent->type() == QEvent::WindowTitleChange) {
+bool CToolBar::event(QEvent* event) {
+    const bool handled = QToolBar::event(event);
+    if (event->type() == QEvent::WindowTitleChange) {
         // The toolkit's own entry takes "&" in a title for the mark of a key.
         toggleViewAction()->setText(PlainCaption(windowTitle()));
     }
-    return bHandled;
+    return handled;
 }
 
 bool CToolBar::IsUserToolBar() const {
     return m_nId >= ID_TOOLBAR_USER_FIRST && m_nId <= ID_TOOLBAR_USER_LAST;
 }
 
-bool CToolBar::HasCommand(int nId) const {
-    return std::ranges::find(m_listCommands, nId) != m_listCommands.end();
+bool CToolBar::HasCommand(int id) const {
+    return std::ranges::find(m_listCommands, id) != m_listCommands.end();
 }
 
-void CToolBar::SetCommands(const std::vector<int>& listCommands) {
+void CToolBar::SetCommands(const std::vector<int>& commands) {
     // The toolkit takes its time to delete a button: it leaves the bar at once, or it would stand beside the
     // new one for whoever looks for it there.
-    for (QAction* pAction : actions()) {
-        QWidget* pButton = widgetForAction(pAction);
-        removeAction(pAction);
-        if (pButton != nullptr)
-            pButton->setParent(nullptr);
-        if (pAction->parent() == this) // separators and the bar's options
-            pAction->deleteLater();
+    for (QAction* action : actions()) {
+        QWidget* button = widgetForAction(action);
+        removeAction(action);
+        if (button != nullptr) {
+            button->setParent(nullptr);
+        }
+        if (action->parent() == this) { // separators and the bar's options
+            action->deleteLater();
+        }
     }
     m_listCommands.clear();
-    for (const int nId : listCommands) {
-        if (nId == ID_SEPARATOR)
+    for (const int id : commands) {
+        if (id == ID_SEPARATOR) {
             addSeparator();
-        else if (HasCommand(nId))
+        } else if (HasCommand(id)) {
             continue;
-        else if (QAction* pAction = m_frame.CommandAction(nId))
-            addAction(pAction);
-        else
+        } else if (QAction* action = m_frame.CommandAction(id)) {
+            addAction(action);
+        } else {
             continue;
-        m_listCommands.push_back(nId);
+        }
+        m_listCommands.push_back(id);
     }
-    auto* pButton = new CCustomizeButton(this);
+    auto* button = new CCustomizeButton(this);
     const CCommandInfo& customize = *FindCommand(ID_VIEW_CUSTOMIZE);
-    pButton->setToolTip(tr("Toolbar options"));
-    pButton->setAccessibleName(
+    button->setToolTip(tr("Toolbar options"));
+    button->setAccessibleName(
         tr("%1 toolbar options: %2").arg(windowTitle(), ToQString(customize.m_strText)));
-    auto* pMenu = new QMenu(pButton);
-    connect(pMenu, &QMenu::aboutToShow, this, [this, pMenu] { FillCustomizeMenu(*pMenu); });
-    pButton->setMenu(pMenu);
-    addWidget(pButton);
+    auto* menu = new QMenu(button);
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] { FillCustomizeMenu(*menu); });
+    button->setMenu(menu);
+    addWidget(button);
 }
 
 void CToolBar::FillCustomizeMenu(QMenu& menu) {
     menu.clear();
-    std::vector<int> listOffered = m_listDefault;
-    for (const int nId : m_listCommands) {
-        if (std::ranges::find(listOffered, nId) == listOffered.end())
-            listOffered.push_back(nId);
+    std::vector<int> offered = m_listDefault;
+    for (const int id : m_listCommands) {
+        if (std::ranges::find(offered, id) == offered.end()) {
+            offered.push_back(id);
+        }
     }
-    for (const int nId : listOffered) {
-        const QAction* pCommand = m_frame.CommandAction(nId);
-        if (pCommand == nullptr)
+    for (const int id : offered) {
+        const QAction* command = m_frame.CommandAction(id);
+        if (command == nullptr) {
             continue;
-        QAction* pEntry = menu.addAction(pCommand->icon(), pCommand->text());
-        pEntry->setCheckable(true);
-        pEntry->setChecked(HasCommand(nId));
+        }
+        QAction* entry = menu.addAction(command->icon(), command->text());
+        entry->setCheckable(true);
+        entry->setChecked(HasCommand(id));
         // The menu's own button goes with the change: act when the menu is gone.
         connect(
-            pEntry, &QAction::toggled, this,
-            [this, nId](bool bShow) {
-                std::vector<int> listCommands = m_listCommands;
-                std::erase(listCommands, nId);
-                if (bShow) {
-                    const auto itDefault = std::ranges::find(m_listDefault, nId);
-                    const std::ptrdiff_t nPlace =
-                        std::min(itDefault - m_listDefault.begin(), std::ssize(listCommands));
-                    listCommands.insert(listCommands.begin() + nPlace, nId);
+            entry, &QAction::toggled, this,
+            [this, id](bool show) {
+                std::vector<int> commands = m_listCommands;
+                std::erase(commands, id);
+                if (show) {
+                    const auto home = std::ranges::find(m_listDefault, id);
+                    const std::ptrdiff_t place =
+                        std::min(home - m_listDefault.begin(), std::ssize(commands));
+                    commands.insert(commands.begin() + place, id);
                 }
-                SetCommands(listCommands);
+                SetCommands(commands);
             },
             Qt::QueuedConnection);
     }
     menu.addSeparator();
-    QAction* pReset = menu.addAction(tr("&Reset Toolbar"));
-    pReset->setEnabled(IsChanged() && !IsUserToolBar());
-    connect(pReset, &QAction::triggered, this, &CToolBar::Reset, Qt::QueuedConnection);
+    QAction* reset = menu.addAction(tr("&Reset Toolbar"));
+    reset->setEnabled(IsChanged() && !IsUserToolBar());
+    connect(reset, &QAction::triggered, this, &CToolBar::Reset, Qt::QueuedConnection);
     NewEntry(*m_frame.CommandAction(ID_VIEW_CUSTOMIZE), menu);
-}
-
-QString CToolBar::StoredCommands() const {
-    QStringList listIds;
-    for (const int nId : m_listCommands)
-        listIds << QString::number(nId);
-    return listIds.join(QLatin1Char(','));
-}
-
-void CToolBar::SetStoredCommands(const QString& strStored) {
-    std::vector<int> listCommands;
-    for (const QString& strId : strStored.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
-        if (listCommands.size() < 200)
-            listCommands.push_back(ReadInteger(ToUtf8(strId)));
-    }
-    SetCommands(listCommands);
 }
 
 } // namespace carvelot

@@ -15,25 +15,20 @@ class CToolBar : public QToolBar {
     Q_OBJECT
 
 public:
-    // nId is the toolbar's number, strName what a stored layout knows it by.
-    CToolBar(CMainWindow& frame, int nId, const QString& strTitle, const QString& strName,
-             std::vector<int> listDefault);
+    // id is the toolbar's number, name what a stored layout knows it by.
+    CToolBar(CMainWindow& frame, int id, const QString& title, const QString& name, std::vector<int> initial);
 
     int Id() const { return m_nId; }
     bool IsUserToolBar() const;
     const std::vector<int>& Commands() const { return m_listCommands; }
-    bool HasCommand(int nId) const;
+    bool HasCommand(int id) const;
     // Shows these commands, each once, 0 standing for a separator; numbers that are no commands are left out.
-    void SetCommands(const std::vector<int>& listCommands);
+    void SetCommands(const std::vector<int>& commands);
     void Reset() { SetCommands(m_listDefault); }
     bool IsChanged() const { return m_listCommands != m_listDefault; }
 
-    // "32788,0,57601" for the settings store.
-    QString StoredCommands() const;
-    void SetStoredCommands(const QString& strStored);
-
 protected:
-    bool event(QEvent* pEvent) override;
+    bool event(QEvent* event) override;
 
 private:
     void FillCustomizeMenu(QMenu& menu);

@@ -25,27 +25,28 @@ bool IsLineBreak(QChar c) {
     return c == u'\n' || c == u'\r' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
 }
 
-QString Head(std::string_view strText, qsizetype nMost) {
+QString Head(std::string_view text, qsizetype most) {
     // A character takes at most three bytes for each of its units: what lies behind them need not be decoded.
-    std::string_view strHead = strText.substr(0, static_cast<std::size_t>(nMost) * 3 + 3);
-    while (strHead.size() < strText.size() && !strHead.empty() &&
-           (static_cast<unsigned char>(strText[strHead.size()]) & 0xC0U) == 0x80U)
-        strHead.remove_suffix(1);
-    return ToQString(strHead).left(nMost);
+    std::string_view head = text.substr(0, static_cast<std::size_t>(most) * 3 + 3);
+    while (head.size() < text.size() && !head.empty() &&
+           (static_cast<unsigned char>(text[head.size()]) & 0xC0U) == 0x80U) {
+        head.remove_suffix(1);
+    }
+    return ToQString(head).left(most);
 }
 
 } // namespace
 
-QString NodeDisplayText(std::string_view strText) {
-    QString strShown = Head(strText, kMaximumText);
-    std::replace_if(strShown.begin(), strShown.end(), IsLineBreak, QChar(u' '));
-    return strShown;
+QString NodeDisplayText(std::string_view text) {
+    QString shown = Head(text, kMaximumText);
+    std::replace_if(shown.begin(), shown.end(), IsLineBreak, QChar(u' '));
+    return shown;
 }
 
-QString NodeTipText(std::string_view strText) { return Head(strText, kLongestTip); }
+QString NodeTipText(std::string_view text) { return Head(text, kLongestTip); }
 
-CTreeCtrl::CTreeCtrl(const QString& strAccessibleName, QWidget* pParent) : QTreeView(pParent) {
-    setAccessibleName(strAccessibleName);
+CTreeCtrl::CTreeCtrl(const QString& accessibleName, QWidget* parent) : QTreeView(parent) {
+    setAccessibleName(accessibleName);
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setIconSize(kStripImageSize);
@@ -70,19 +71,21 @@ CTreeCtrl::CTreeCtrl(const QString& strAccessibleName, QWidget* pParent) : QTree
     });
 }
 
-void CTreeCtrl::setModel(QAbstractItemModel* pModel) {
-    QTreeView::setModel(pModel);
-    if (pModel != nullptr)
-        connect(pModel, &QAbstractItemModel::modelReset, this, &CTreeCtrl::StartColumn);
+void CTreeCtrl::setModel(QAbstractItemModel* model) {
+    QTreeView::setModel(model);
+    if (model != nullptr) {
+        connect(model, &QAbstractItemModel::modelReset, this, &CTreeCtrl::StartColumn);
+    }
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (SelectedIndex().isValid())
+        if (SelectedIndex().isValid()) {
             OnSelectionChanged();
+        }
     });
 }
 
 QModelIndex CTreeCtrl::SelectedIndex() const {
-    const QModelIndexList listSelected = selectionModel()->selectedIndexes();
-    return listSelected.isEmpty() ? QModelIndex() : listSelected.constFirst();
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? QModelIndex() : selected.constFirst();
 }
 
 void CTreeCtrl::SelectIndex(const QModelIndex& index) {
@@ -90,26 +93,28 @@ void CTreeCtrl::SelectIndex(const QModelIndex& index) {
     scrollTo(index);
 }
 
-void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint nHint) {
-    QScrollBar* pBar = horizontalScrollBar();
-    const int nBefore = pBar->value();
-    QTreeView::scrollTo(index, nHint);
+void CTreeCtrl::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    QScrollBar* bar = horizontalScrollBar();
+    const int before = bar->value();
+    QTreeView::scrollTo(index, hint);
     FitColumn();
     // A column wider than the view would jump back to its left edge at each step: it moves only when the
     // start of the node is not on the screen.
     const QRect node = visualRect(index);
-    if (!node.isValid())
+    if (!node.isValid()) {
         return;
-    const int nLeft = node.left() + pBar->value();
-    const int nWidth = viewport()->width();
-    const bool bSeen = nLeft >= nBefore && nLeft <= nBefore + nWidth * 2 / 3;
-    pBar->setValue(bSeen ? nBefore : std::max(0, nLeft - nWidth / 4));
+    }
+    const int left = node.left() + bar->value();
+    const int width = viewport()->width();
+    const bool seen = left >= before && left <= before + width * 2 / 3;
+    bar->setValue(seen ? before : std::max(0, left - width / 4));
 }
 
-bool CTreeCtrl::viewportEvent(QEvent* pEvent) {
-    if (pEvent->type() != QEvent::ToolTip)
-        return QTreeView::viewportEvent(pEvent);
-    const auto& help = static_cast<const QHelpEvent&>(*pEvent);
+bool CTreeCtrl::viewportEvent(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) {
+        return QTreeView::viewportEvent(event);
+    }
+    const auto& help = static_cast<const QHelpEvent&>(*event);
     const QModelIndex index = indexAt(help.pos());
     QToolTip::showText(help.globalPos(), IsCut(index) ? index.data(Qt::ToolTipRole).toString() : QString(),
                        viewport(), visualRect(index));
@@ -117,90 +122,99 @@ bool CTreeCtrl::viewportEvent(QEvent* pEvent) {
 }
 
 bool CTreeCtrl::IsCut(const QModelIndex& index) const {
-    if (!index.isValid())
+    if (!index.isValid()) {
         return false;
-    const int nLeft = visualRect(index).left();
-    return nLeft < 0 || nLeft + sizeHintForIndex(index).width() > viewport()->width() ||
+    }
+    const int left = visualRect(index).left();
+    return left < 0 || left + sizeHintForIndex(index).width() > viewport()->width() ||
            index.data(Qt::ToolTipRole).toString().size() > index.data().toString().size();
 }
 
 QItemSelectionModel::SelectionFlags CTreeCtrl::selectionCommand(const QModelIndex& index,
-                                                                const QEvent* pEvent) const {
+                                                                const QEvent* event) const {
     // A node is selected when the button goes down, and by nothing that follows.
-    if (pEvent != nullptr &&
-        (pEvent->type() == QEvent::MouseButtonRelease || pEvent->type() == QEvent::MouseMove))
+    if (event != nullptr &&
+        (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::MouseMove)) {
         return QItemSelectionModel::NoUpdate;
-    const QItemSelectionModel::SelectionFlags nFlags = QTreeView::selectionCommand(index, pEvent);
-    return !index.isValid() || (nFlags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate
-                                                                        : nFlags;
+    }
+    const QItemSelectionModel::SelectionFlags flags = QTreeView::selectionCommand(index, event);
+    return !index.isValid() || (flags & QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate
+                                                                       : flags;
 }
 
-void CTreeCtrl::mouseMoveEvent(QMouseEvent* pEvent) {
+void CTreeCtrl::mouseMoveEvent(QMouseEvent* event) {
     // Dragging selects nothing: each selection would refill half the screen.
-    if (pEvent->buttons() == Qt::NoButton)
-        QTreeView::mouseMoveEvent(pEvent);
+    if (event->buttons() == Qt::NoButton) {
+        QTreeView::mouseMoveEvent(event);
+    }
 }
 
-void CTreeCtrl::resizeEvent(QResizeEvent* pEvent) {
-    QTreeView::resizeEvent(pEvent);
+void CTreeCtrl::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
     FitColumn();
 }
 
-void CTreeCtrl::changeEvent(QEvent* pEvent) {
-    QTreeView::changeEvent(pEvent);
-    if (pEvent->type() == QEvent::FontChange || pEvent->type() == QEvent::StyleChange)
+void CTreeCtrl::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         FitColumnLater();
+    }
 }
 
-void CTreeCtrl::scrollContentsBy(int nX, int nY) {
-    QTreeView::scrollContentsBy(nX, nY);
-    if (nY != 0)
+void CTreeCtrl::scrollContentsBy(int x, int y) {
+    QTreeView::scrollContentsBy(x, y);
+    if (y != 0) {
         FitColumnLater();
+    }
 }
 
-void CTreeCtrl::drawBranches(QPainter* pPainter, const QRect& rect, const QModelIndex& index) const {
+void CTreeCtrl::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
     // Dotted lines from node to node, below the buttons, at every other pixel of the whole tree.
     QColor line = palette().color(QPalette::Text);
     line.setAlpha(110);
-    const int nIndent = indentation();
-    const int nMiddle = rect.center().y();
-    const int nEven =
+    const int indent = indentation();
+    const int middle = rect.center().y();
+    const int even =
         (rect.top() + verticalOffset() * (verticalScrollMode() == ScrollPerItem ? rect.height() : 1)) & 1;
-    QList<QPoint> listDots;
-    const auto fnDown = [&](int nX, int nFrom, int nTo) {
-        for (int nY = nFrom + ((nFrom - rect.top() + nEven) & 1); nY <= nTo; nY += 2)
-            listDots << QPoint(nX, nY);
+    QList<QPoint> dots;
+    const auto down = [&](int x, int from, int to) {
+        for (int y = from + ((from - rect.top() + even) & 1); y <= to; y += 2) {
+            dots << QPoint(x, y);
+        }
     };
-    int nX = rect.right() + 1 - nIndent / 2;
-    for (int nTo = nX + 1; nTo <= rect.right() - 1; nTo += 2)
-        listDots << QPoint(nTo, nMiddle);
-    const auto fnHasNext = [](const QModelIndex& node) {
+    int x = rect.right() + 1 - indent / 2;
+    for (int to = x + 1; to <= rect.right() - 1; to += 2) {
+        dots << QPoint(to, middle);
+    }
+    const auto hasNext = [](const QModelIndex& node) {
         return node.row() + 1 < node.model()->rowCount(node.parent());
     };
-    const bool bFirst = !index.parent().isValid() && index.row() == 0;
-    fnDown(nX, bFirst ? nMiddle : rect.top(), fnHasNext(index) ? rect.bottom() : nMiddle);
+    const bool first = !index.parent().isValid() && index.row() == 0;
+    down(x, first ? middle : rect.top(), hasNext(index) ? rect.bottom() : middle);
     // Of a deep node, only the lines on the screen count.
-    for (QModelIndex above = index.parent(); above.isValid() && nX >= 0; above = above.parent()) {
-        nX -= nIndent;
-        if (nX < viewport()->width() && fnHasNext(above))
-            fnDown(nX, rect.top(), rect.bottom());
+    for (QModelIndex above = index.parent(); above.isValid() && x >= 0; above = above.parent()) {
+        x -= indent;
+        if (x < viewport()->width() && hasNext(above)) {
+            down(x, rect.top(), rect.bottom());
+        }
     }
-    pPainter->save();
-    pPainter->setPen(line);
-    pPainter->drawPoints(listDots.constData(), static_cast<int>(listDots.size()));
-    pPainter->restore();
-    if (!model()->hasChildren(index))
+    painter->save();
+    painter->setPen(line);
+    painter->drawPoints(dots.constData(), static_cast<int>(dots.size()));
+    painter->restore();
+    if (!model()->hasChildren(index)) {
         return;
+    }
     // The button stands on ground of its own.
     QStyleOption button;
     button.initFrom(this);
-    button.rect = QRect(rect.right() + 1 - nIndent, rect.top(), nIndent, rect.height());
+    button.rect = QRect(rect.right() + 1 - indent, rect.top(), indent, rect.height());
     button.state = QStyle::State_Item | QStyle::State_Children |
                    (isEnabled() ? QStyle::State_Enabled : QStyle::State_None) |
                    (isExpanded(index) ? QStyle::State_Open : QStyle::State_None);
-    const QPoint centre(rect.right() + 1 - nIndent / 2, nMiddle);
-    pPainter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));
-    style()->drawPrimitive(QStyle::PE_IndicatorBranch, &button, pPainter, this);
+    const QPoint centre(rect.right() + 1 - indent / 2, middle);
+    painter->fillRect(QRect(centre - QPoint(5, 5), QSize(11, 11)), palette().brush(QPalette::Base));
+    style()->drawPrimitive(QStyle::PE_IndicatorBranch, &button, painter, this);
 }
 
 QPoint CTreeCtrl::MenuPoint(const QModelIndex& index) const {
@@ -218,8 +232,9 @@ void CTreeCtrl::StartColumn() {
 }
 
 void CTreeCtrl::FitColumnLater() {
-    if (m_bFitLater)
+    if (m_bFitLater) {
         return;
+    }
     m_bFitLater = true;
     QMetaObject::invokeMethod(
         this,
@@ -231,13 +246,15 @@ void CTreeCtrl::FitColumnLater() {
 }
 
 void CTreeCtrl::FitColumn() {
-    if (m_bFitting || model() == nullptr || header()->count() == 0)
+    if (m_bFitting || model() == nullptr || header()->count() == 0) {
         return;
+    }
     const QScopedValueRollback fitting(m_bFitting, true);
     m_nWidest = std::max(m_nWidest, sizeHintForColumn(0) + 4);
-    const int nWidth = std::max(viewport()->width(), m_nWidest);
-    if (nWidth != header()->sectionSize(0))
-        header()->resizeSection(0, nWidth);
+    const int width = std::max(viewport()->width(), m_nWidest);
+    if (width != header()->sectionSize(0)) {
+        header()->resizeSection(0, width);
+    }
 }
 
 } // namespace carvelot

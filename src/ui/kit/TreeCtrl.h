@@ -8,10 +8,10 @@
 namespace carvelot {
 
 // The first 260 characters of a node's text, on one line: a tree shows no more.
-QString NodeDisplayText(std::string_view strText);
+QString NodeDisplayText(std::string_view text);
 
 // What a node's tip tells of its text: more than a tree shows, and no more than can be read.
-QString NodeTipText(std::string_view strText);
+QString NodeTipText(std::string_view text);
 
 // A tree without a header whose nodes all have one height. Its one column is as wide as the widest node that
 // has been on the screen since the last fill, so that long nodes are reached by scrolling and no node is
@@ -21,7 +21,7 @@ class CTreeCtrl : public QTreeView {
     Q_OBJECT
 
 public:
-    explicit CTreeCtrl(const QString& strAccessibleName, QWidget* pParent = nullptr);
+    explicit CTreeCtrl(const QString& accessibleName, QWidget* parent = nullptr);
 
     // The selected node, invalid without one. The toolkit's current node is another thing: it moves with the
     // focus.
@@ -29,8 +29,8 @@ public:
     // Selects a node and shows it, which opens its ancestors.
     void SelectIndex(const QModelIndex& index);
 
-    void setModel(QAbstractItemModel* pModel) override;
-    void scrollTo(const QModelIndex& index, ScrollHint nHint = EnsureVisible) override;
+    void setModel(QAbstractItemModel* model) override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     // A tree that is not on the screen has its rows nowhere: the toolkit tells screen readers by this what
     // shows.
     QRect visualRect(const QModelIndex& index) const override {
@@ -38,14 +38,14 @@ public:
     }
 
 protected:
-    bool viewportEvent(QEvent* pEvent) override;
+    bool viewportEvent(QEvent* event) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* pEvent = nullptr) const override;
-    void mouseMoveEvent(QMouseEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
-    void changeEvent(QEvent* pEvent) override;
-    void scrollContentsBy(int nX, int nY) override;
-    void drawBranches(QPainter* pPainter, const QRect& rect, const QModelIndex& index) const override;
+                                                         const QEvent* event = nullptr) const override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void scrollContentsBy(int x, int y) override;
+    void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
     // Answers a new selection; not called when a refill takes the selection away.
     virtual void OnSelectionChanged() {}
     // Where a menu opens that was asked for by key.

@@ -24,13 +24,13 @@ namespace carvelot {
 namespace {
 
 QWidget* Owner() {
-    QWidget* pOwner = QApplication::activeModalWidget();
-    return pOwner != nullptr ? pOwner : QApplication::activeWindow();
+    QWidget* owner = QApplication::activeModalWidget();
+    return owner != nullptr ? owner : QApplication::activeWindow();
 }
 
 // Where the folder of the last answer is stored.
-const char* FolderSetting(EFiles nFiles) {
-    switch (nFiles) {
+const char* FolderSetting(EFiles files) {
+    switch (files) {
     case EFiles::Logs:
         return "LogFolder";
     case EFiles::Exports:
@@ -42,14 +42,15 @@ const char* FolderSetting(EFiles nFiles) {
 }
 
 // A folder, or what is left of the way to it; nothing for nothing.
-QString NearestFolder(QString strFolder) {
-    while (!strFolder.isEmpty() && !QFileInfo(strFolder).isDir()) {
-        const QString strAbove = QFileInfo(strFolder).path();
-        if (strAbove == strFolder)
+QString NearestFolder(QString folder) {
+    while (!folder.isEmpty() && !QFileInfo(folder).isDir()) {
+        const QString above = QFileInfo(folder).path();
+        if (above == folder) {
             return {};
-        strFolder = strAbove;
+        }
+        folder = above;
     }
-    return strFolder;
+    return folder;
 }
 
 // The columns of the toolkit's file dialog, which are narrower than what stands in them: all have room for
@@ -59,33 +60,35 @@ class CFileColumns final : public QObject {
 public:
     explicit CFileColumns(QFileDialog& dialog)
         : m_pList(dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
-        if (m_pList == nullptr)
+        if (m_pList == nullptr) {
             return;
-        for (int nColumn = 1; nColumn < m_pList->header()->count(); ++nColumn)
-            m_pList->header()->setSectionResizeMode(nColumn, QHeaderView::ResizeToContents);
+        }
+        for (int column = 1; column < m_pList->header()->count(); ++column) {
+            m_pList->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
+        }
         m_pList->viewport()->installEventFilter(this);
         m_fit.setSingleShot(true);
         connect(&m_fit, &QTimer::timeout, this, &CFileColumns::FitNames);
-        connect(m_pList->header(), &QHeaderView::sectionResized, this, [this](int nColumn) {
-            if (nColumn != 0) {
+        connect(m_pList->header(), &QHeaderView::sectionResized, this, [this](int column) {
+            if (column != 0) {
                 m_fit.start(0);
             }
         });
     }
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override {
-        if (pEvent->type() == QEvent::Resize) {
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::Resize) {
             m_fit.start(0);
         }
-        return QObject::eventFilter(pObject, pEvent);
+        return QObject::eventFilter(object, event);
     }
 
 private:
     void FitNames() {
         QHeaderView& header = *m_pList->header();
-        const int nOthers = header.length() - header.sectionSize(0);
-        header.resizeSection(0, std::max(kLeastNames, m_pList->viewport()->width() - nOthers));
+        const int others = header.length() - header.sectionSize(0);
+        header.resizeSection(0, std::max(kLeastNames, m_pList->viewport()->width() - others));
     }
 
     static constexpr int kLeastNames = 200;
@@ -96,11 +99,11 @@ private:
 
 class CQtUserInterface final : public CUserInterface {
 public:
-    void ShowMessage(const QString& strText) override {
+    void ShowMessage(const QString& text) override {
         // A message may come up in the middle of a load: it is readable only with an ordinary cursor.
         QMessageBox box(QMessageBox::Warning, QStringLiteral("Carvelot"), {}, QMessageBox::Ok, Owner());
         box.setTextFormat(Qt::PlainText); // ahead of the text, which may be anything
-        box.setText(strText);
+        box.setText(text);
         if (QApplication::overrideCursor() != nullptr) {
             QApplication::setOverrideCursor(Qt::ArrowCursor);
             box.exec();
@@ -118,62 +121,63 @@ public:
         return AskFile(question, QFileDialog::AcceptSave);
     }
 
-    std::optional<QString> AskText(const QString& strTitle, const QString& strLabel,
-                                   const QString& strText) override {
-        bool bOk = false;
-        const QString strResult =
-            QInputDialog::getText(Owner(), strTitle, strLabel, QLineEdit::Normal, strText, &bOk);
-        return bOk ? std::optional(strResult) : std::nullopt;
+    std::optional<QString> AskText(const QString& title, const QString& label, const QString& text) override {
+        bool ok = false;
+        const QString result = QInputDialog::getText(Owner(), title, label, QLineEdit::Normal, text, &ok);
+        return ok ? std::optional(result) : std::nullopt;
     }
 
     std::optional<QFont> AskFont(const QFont& initial) override {
-        bool bOk = false;
+        bool ok = false;
         // What stands in for a font that is not there is in the dialog's list.
         QFont inForce = initial;
         inForce.setFamily(QFontInfo(initial).family());
-        const QFont font = QFontDialog::getFont(&bOk, inForce, Owner());
-        return bOk ? std::optional(font) : std::nullopt;
+        const QFont font = QFontDialog::getFont(&ok, inForce, Owner());
+        return ok ? std::optional(font) : std::nullopt;
     }
 
     int RunDialog(QDialog& dialog) override {
         // On a small or much enlarged screen its buttons must not lie below the edge. What has no size of its
         // own yet is held by the toolkit.
         const QSize frame(16, 48);
-        if (dialog.testAttribute(Qt::WA_Resized))
+        if (dialog.testAttribute(Qt::WA_Resized)) {
             dialog.resize(dialog.size().boundedTo(dialog.screen()->availableSize() - frame));
+        }
         return dialog.exec();
     }
 
     QAction* RunMenu(QMenu& menu, const QPoint& point) override { return menu.exec(point); }
 
 private:
-    static std::optional<QString> AskFile(const CFileQuestion& question, QFileDialog::AcceptMode nMode) {
-        const char* const pszFolder = FolderSetting(question.m_nFiles);
+    static std::optional<QString> AskFile(const CFileQuestion& question, QFileDialog::AcceptMode mode) {
+        const char* const folder = FolderSetting(question.m_nFiles);
         QFileDialog dialog(Owner(), question.m_strTitle,
-                           NearestFolder(PathToQString(GetWorkspaceString(pszFolder, ""))),
+                           NearestFolder(PathToQString(GetWorkspaceString(folder, ""))),
                            ToolkitFilter(question.m_strFilter));
         dialog.resize(QSize(900, 560).boundedTo(dialog.screen()->availableSize() * 0.9));
         const CFileColumns columns(dialog);
-        dialog.setAcceptMode(nMode);
-        dialog.setFileMode(nMode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
-                                                            : QFileDialog::AnyFile);
+        dialog.setAcceptMode(mode);
+        dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
+                                                           : QFileDialog::AnyFile);
         dialog.setDefaultSuffix(question.m_strDefaultExtension);
-        if (!question.m_strInitialName.isEmpty() && !question.m_strInitialName.contains(QLatin1Char('*')))
+        if (!question.m_strInitialName.isEmpty() && !question.m_strInitialName.contains(QLatin1Char('*'))) {
             dialog.selectFile(question.m_strInitialName);
+        }
         // Switching the kind of file switches the ending that a bare name gets.
-        QObject::connect(
-            &dialog, &QFileDialog::filterSelected, &dialog, [&dialog, &question](const QString& strFilter) {
-                const qsizetype nStar = strFilter.lastIndexOf(QLatin1String("*."));
-                const QString strSuffix = nStar < 0 ? QString() : strFilter.mid(nStar + 2).chopped(1);
-                dialog.setDefaultSuffix(strSuffix.isEmpty() || strSuffix.contains(QLatin1Char('*'))
-                                            ? question.m_strDefaultExtension
-                                            : strSuffix);
-            });
-        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog,
+                         [&dialog, &question](const QString& filter) {
+                             const qsizetype star = filter.lastIndexOf(QLatin1String("*."));
+                             const QString suffix = star < 0 ? QString() : filter.mid(star + 2).chopped(1);
+                             dialog.setDefaultSuffix(suffix.isEmpty() || suffix.contains(QLatin1Char('*'))
+                                                         ? question.m_strDefaultExtension
+                                                         : suffix);
+                         });
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
             return std::nullopt;
-        const QString strPath = dialog.selectedFiles().constFirst();
-        WriteWorkspaceString(pszFolder, PathOf(QFileInfo(strPath).absolutePath()));
-        return strPath;
+        }
+        const QString path = dialog.selectedFiles().constFirst();
+        WriteWorkspaceString(folder, PathOf(QFileInfo(path).absolutePath()));
+        return path;
     }
 };
 
@@ -186,24 +190,25 @@ CUserInterface& UserInterface() {
     return s_pInterface != nullptr ? *s_pInterface : real;
 }
 
-void SetUserInterface(CUserInterface* pInterface) { s_pInterface = pInterface; }
+void SetUserInterface(CUserInterface* userInterface) { s_pInterface = userInterface; }
 
-QString ToolkitFilter(const QString& strFilter) {
-    const QStringList listParts = strFilter.split(QLatin1Char('|'), Qt::SkipEmptyParts);
-    QStringList listFilters;
-    for (qsizetype n = 0; n + 1 < listParts.size(); n += 2) {
-        const qsizetype nBracket = listParts[n].lastIndexOf(QLatin1String(" ("));
-        QString strMasks = listParts[n + 1];
-        strMasks.replace(QLatin1Char(';'), QLatin1Char(' '));
+QString ToolkitFilter(const QString& filter) {
+    const QStringList parts = filter.split(QLatin1Char('|'), Qt::SkipEmptyParts);
+    QStringList filters;
+    for (qsizetype n = 0; n + 1 < parts.size(); n += 2) {
+        const qsizetype bracket = parts[n].lastIndexOf(QLatin1String(" ("));
+        QString masks = parts[n + 1];
+        masks.replace(QLatin1Char(';'), QLatin1Char(' '));
 #ifndef Q_OS_WIN
         // "*.*" means all files, and here most of those have no ending.
-        if (strMasks == QLatin1String("*.*"))
-            strMasks = QStringLiteral("*");
+        if (masks == QLatin1String("*.*")) {
+            masks = QStringLiteral("*");
+        }
 #endif
-        listFilters << QStringLiteral("%1 (%2)").arg(
-            listParts[n].left(nBracket < 0 ? listParts[n].size() : nBracket), strMasks);
+        filters << QStringLiteral("%1 (%2)").arg(parts[n].left(bracket < 0 ? parts[n].size() : bracket),
+                                                 masks);
     }
-    return listFilters.join(QLatin1String(";;"));
+    return filters.join(QLatin1String(";;"));
 }
 
 } // namespace carvelot

@@ -34,13 +34,13 @@ class CUserInterface {
 public:
     virtual ~CUserInterface() = default;
     // A box with the text and an OK button.
-    virtual void ShowMessage(const QString& strText) = 0;
+    virtual void ShowMessage(const QString& text) = 0;
     // The chosen path, or nothing when the user cancels. Open insists on an existing file, Save asks before
     // it overwrites.
     virtual std::optional<QString> AskOpenFile(const CFileQuestion& question) = 0;
     virtual std::optional<QString> AskSaveFile(const CFileQuestion& question) = 0;
-    virtual std::optional<QString> AskText(const QString& strTitle, const QString& strLabel,
-                                           const QString& strText) = 0;
+    virtual std::optional<QString> AskText(const QString& title, const QString& label,
+                                           const QString& text) = 0;
     virtual std::optional<QFont> AskFont(const QFont& initial) = 0;
     // Runs the dialog modally and returns its result.
     virtual int RunDialog(QDialog& dialog) = 0;
@@ -51,9 +51,9 @@ public:
 
 CUserInterface& UserInterface();
 // Puts another interface in the place of the real one; null brings the real one back.
-void SetUserInterface(CUserInterface* pInterface);
+void SetUserInterface(CUserInterface* userInterface);
 
 // "Text (*.a)|*.a|...||" as the toolkit wants it: "Text (*.a);;...".
-QString ToolkitFilter(const QString& strFilter);
+QString ToolkitFilter(const QString& filter);
 
 } // namespace carvelot

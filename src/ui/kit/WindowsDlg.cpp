@@ -1,8 +1,8 @@
 #include "ui/kit/WindowsDlg.h"
 
 #include "ui/kit/Document.h"
-#include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/ReportView.h"
+#include "ui/kit/TabbedClientArea.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -30,25 +30,25 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     m_pActivate->setObjectName(QStringLiteral("Activate"));
     m_pClose->setObjectName(QStringLiteral("CloseWindows"));
 
-    auto* pLabel = new QLabel(tr("&Select window:"));
-    pLabel->setBuddy(m_pList);
-    auto* pOk = new QPushButton(tr("OK"));
+    auto* label = new QLabel(tr("&Select window:"));
+    label->setBuddy(m_pList);
+    auto* ok = new QPushButton(tr("OK"));
     m_pActivate->setAutoDefault(false);
     m_pClose->setAutoDefault(false);
 
-    auto* pButtons = new QVBoxLayout;
-    pButtons->addWidget(m_pActivate);
-    pButtons->addWidget(pOk);
-    pButtons->addWidget(m_pClose);
-    pButtons->addStretch();
-    auto* pRow = new QHBoxLayout;
-    pRow->addWidget(m_pList, 1);
-    pRow->addLayout(pButtons);
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->addWidget(pLabel);
-    pLayout->addLayout(pRow);
+    auto* buttons = new QVBoxLayout;
+    buttons->addWidget(m_pActivate);
+    buttons->addWidget(ok);
+    buttons->addWidget(m_pClose);
+    buttons->addStretch();
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_pList, 1);
+    row->addLayout(buttons);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(label);
+    layout->addLayout(row);
     // In the dialog already: else it would forget it when the focus passes another button.
-    pOk->setDefault(true);
+    ok->setDefault(true);
     resize(680, 340);
 
     Fill();
@@ -56,54 +56,57 @@ CWindowsDlg::CWindowsDlg(CTabbedClientArea& area)
     connect(m_pList, &QTreeWidget::itemDoubleClicked, this, &CWindowsDlg::OnActivate);
     connect(m_pActivate, &QPushButton::clicked, this, &CWindowsDlg::OnActivate);
     connect(m_pClose, &QPushButton::clicked, this, &CWindowsDlg::OnCloseWindows);
-    connect(pOk, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ok, &QPushButton::clicked, this, &QDialog::accept);
     m_pList->setFocus();
 }
 
 void CWindowsDlg::Fill() {
     m_pList->clear();
-    for (CMDIChildWnd* pChild : m_area.Children()) {
-        auto* pItem = new QTreeWidgetItem(m_pList);
-        pItem->setText(0, pChild->windowTitle());
-        pItem->setToolTip(0, pChild->windowTitle());
-        pItem->setIcon(0, pChild->windowIcon());
-        pItem->setText(1, pChild->GetActiveDocument()->GetPathName());
-        pItem->setData(0, Qt::UserRole, QVariant::fromValue<QWidget*>(pChild));
-        if (pChild == m_area.ActiveChild()) {
-            m_pList->setCurrentItem(pItem);
-            pItem->setSelected(true);
+    for (CMDIChildWnd* child : m_area.Children()) {
+        auto* item = new QTreeWidgetItem(m_pList);
+        item->setText(0, child->windowTitle());
+        item->setToolTip(0, child->windowTitle());
+        item->setIcon(0, child->windowIcon());
+        item->setText(1, child->GetActiveDocument()->GetPathName());
+        item->setData(0, Qt::UserRole, QVariant::fromValue<QWidget*>(child));
+        if (child == m_area.ActiveChild()) {
+            m_pList->setCurrentItem(item);
+            item->setSelected(true);
         }
     }
     UpdateButtons();
 }
 
 QList<CMDIChildWnd*> CWindowsDlg::Selected() const {
-    QList<CMDIChildWnd*> listChildren;
+    QList<CMDIChildWnd*> children;
     for (int n = 0; n < m_pList->topLevelItemCount(); ++n) {
-        const QTreeWidgetItem* pItem = m_pList->topLevelItem(n);
-        if (pItem->isSelected())
-            listChildren << static_cast<CMDIChildWnd*>(pItem->data(0, Qt::UserRole).value<QWidget*>());
+        const QTreeWidgetItem* item = m_pList->topLevelItem(n);
+        if (item->isSelected()) {
+            children << static_cast<CMDIChildWnd*>(item->data(0, Qt::UserRole).value<QWidget*>());
+        }
     }
-    return listChildren;
+    return children;
 }
 
 void CWindowsDlg::UpdateButtons() {
-    const qsizetype nSelected = Selected().size();
-    m_pActivate->setEnabled(nSelected == 1);
-    m_pClose->setEnabled(nSelected > 0);
+    const qsizetype selected = Selected().size();
+    m_pActivate->setEnabled(selected == 1);
+    m_pClose->setEnabled(selected > 0);
 }
 
 void CWindowsDlg::OnActivate() {
-    const QList<CMDIChildWnd*> listChildren = Selected();
-    if (listChildren.size() != 1)
+    const QList<CMDIChildWnd*> children = Selected();
+    if (children.size() != 1) {
         return;
+    }
     accept();
-    m_area.Activate(*listChildren.constFirst());
+    m_area.Activate(*children.constFirst());
 }
 
 void CWindowsDlg::OnCloseWindows() {
-    for (CMDIChildWnd* pChild : Selected())
-        pChild->CloseWindow();
+    for (CMDIChildWnd* child : Selected()) {
+        child->CloseWindow();
+    }
     Fill();
 }
 

@@ -18,11 +18,6 @@ namespace carvelot {
 
 namespace {
 
-constexpr CColumnSpec kColumns[] = {
-    {"Process", 100},           {"Image Name", 120}, {"Tracing", 100}, {"Debug File", 300},
-    {"File Size (Bytes)", 100}, {"User", 100},       {"Env.", 100},
-};
-
 struct CButton {
     int m_nId;
     const char* m_pszText;
@@ -41,56 +36,58 @@ constexpr CButton kButtons[] = {
 } // namespace
 
 CProcessPane::CProcessPane()
-    : CDockablePane(tr("JDE Processes"), QStringLiteral("ProcessPane"), {100, 200}),
-      m_fnRefresh([this] { m_processes.RefreshProcessList(); }),
-      m_fnEnumerateProcesses(platform::EnumerateProcesses), m_processes(*this) {
+    : CListPane(tr("JDE Processes"), QStringLiteral("ProcessPane"), {100, 200},
+                static_cast<IProcessHost&>(*this)),
+      m_fnRefresh([this] { m_rows.RefreshProcessList(); }),
+      m_fnEnumerateProcesses(platform::EnumerateProcesses) {
     m_pToolBar = new QToolBar(Client());
     m_pToolBar->setMovable(false);
     m_pToolBar->setIconSize({16, 16});
     m_pToolBar->setAccessibleName(tr("JDE process commands"));
     for (const CButton& button : kButtons) {
-        QAction* pAction = m_pToolBar->addAction(CommandIcon(button.m_nId), tr(button.m_pszText));
-        pAction->setStatusTip(tr(button.m_pszStatusTip));
-        pAction->setToolTip(tr(button.m_pszToolTip));
-        pAction->setData(button.m_nId);
-        m_mapActions[button.m_nId] = pAction;
+        QAction* action = m_pToolBar->addAction(CommandIcon(button.m_nId), tr(button.m_pszText));
+        action->setStatusTip(tr(button.m_pszStatusTip));
+        action->setToolTip(tr(button.m_pszToolTip));
+        action->setData(button.m_nId);
+        m_mapActions[button.m_nId] = action;
     }
 
-    m_pList = new CListCtrl(kColumns, windowTitle(), Client());
+    AddList();
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_pList->Model().SetSortable(false);
-    m_pList->Model().EndFill(&m_processes);
+    m_pList->Model().EndFill(&m_rows);
     connect(m_pList->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-        if (!m_bRebuilding)
-            m_processes.Select(m_pList->SelectedRows());
+        if (!m_bRebuilding) {
+            m_rows.Select(m_pList->SelectedRows());
+        }
     });
 
-    SetCommand(ID_PROCESS_ANALYZE, [this] { m_processes.OnAnalyzeProcess(); });
+    SetCommand(ID_PROCESS_ANALYZE, [this] { m_rows.OnAnalyzeProcess(); });
     SetCommand(ID_PROCESS_REFRESH, [this] { RefreshProcessList(); });
-    SetCommand(ID_PROCESS_TOGGLE, [this] { m_processes.OnToggleTracing(); });
-    SetCommand(ID_PROCESS_TRUNC, [this] { m_processes.OnTruncDebugFile(); });
-    SetCommand(ID_PROCESS_CLEAR_CACHE, [this] { m_processes.OnClearCaches(); });
+    SetCommand(ID_PROCESS_TOGGLE, [this] { m_rows.OnToggleTracing(); });
+    SetCommand(ID_PROCESS_TRUNC, [this] { m_rows.OnTruncDebugFile(); });
+    SetCommand(ID_PROCESS_CLEAR_CACHE, [this] { m_rows.OnClearCaches(); });
 
     m_pTimer = new QTimer(this);
     connect(m_pTimer, &QTimer::timeout, this, &CProcessPane::RefreshProcessList);
     RestartTimer();
 }
 
-void CProcessPane::SetCommand(int nId, std::function<void()> fnRun) {
-    connect(m_mapActions.at(nId), &QAction::triggered, this, [fnRun = std::move(fnRun)] { fnRun(); });
+void CProcessPane::SetCommand(int id, std::function<void()> run) {
+    connect(m_mapActions.at(id), &QAction::triggered, this, [run = std::move(run)] { run(); });
 }
 
 void CProcessPane::RefreshProcessList() {
-    if (m_bRefreshing || !m_fnRefresh)
+    if (m_bRefreshing || !m_fnRefresh) {
         return;
+    }
     const QScopedValueRollback refreshing(m_bRefreshing, true);
     m_fnRefresh();
 }
 
-void CProcessPane::ShowMessage(std::string_view strText) { UserInterface().ShowMessage(ToQString(strText)); }
+void CProcessPane::ShowMessage(std::string_view text) { UserInterface().ShowMessage(ToQString(text)); }
 
-bool CProcessPane::EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) {
-    return m_fnEnumerateProcesses(listProcesses);
+bool CProcessPane::EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) {
+    return m_fnEnumerateProcesses(processes);
 }
 
 const std::vector<tagTraceApp>& CProcessPane::TraceApps() const { return Settings().m_traceApps; }
@@ -99,10 +96,11 @@ FGetSetProcInfo CProcessPane::GetSetProcInfo() const {
     return m_fnGetSetProcInfo ? m_fnGetSetProcInfo() : nullptr;
 }
 
-void CProcessPane::AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                                  std::int32_t nProcess) {
-    if (m_fnAnalyze)
-        m_fnAnalyze(strImageName, strDebugFile, nProcess);
+void CProcessPane::AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                                  std::int32_t process) {
+    if (m_fnAnalyze) {
+        m_fnAnalyze(imageName, debugFile, process);
+    }
 }
 
 void CProcessPane::BeginRebuild() {
@@ -112,45 +110,48 @@ void CProcessPane::BeginRebuild() {
 }
 
 void CProcessPane::EndRebuild() {
-    m_pList->Model().EndFill(&m_processes);
+    m_pList->Model().EndFill(&m_rows);
     // The focus goes with the selection, and neither scrolls the list under the user's hand.
-    const bool bAutoScroll = m_pList->hasAutoScroll();
+    const bool autoScroll = m_pList->hasAutoScroll();
     m_pList->setAutoScroll(false);
     QItemSelection selection;
-    for (const int nRow : m_processes.SelectedRows())
-        selection.select(m_pList->Model().index(nRow, 0), m_pList->Model().index(nRow, PROCESS_COLUMNS - 1));
+    for (const int row : m_rows.SelectedRows()) {
+        selection.select(m_pList->Model().index(row, 0), m_pList->Model().index(row, PROCESS_COLUMNS - 1));
+    }
     m_pList->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    if (const int nFocus = m_processes.FocusedRow(); nFocus >= 0)
-        m_pList->selectionModel()->setCurrentIndex(m_pList->Model().index(nFocus, 0),
+    if (const int focus = m_rows.FocusedRow(); focus >= 0) {
+        m_pList->selectionModel()->setCurrentIndex(m_pList->Model().index(focus, 0),
                                                    QItemSelectionModel::NoUpdate);
-    m_pList->setAutoScroll(bAutoScroll);
+    }
+    m_pList->setAutoScroll(autoScroll);
     m_pList->setUpdatesEnabled(true);
     m_bRebuilding = false;
 }
 
-void CProcessPane::RowChanged(std::size_t nRow) {
-    const int nListRow = static_cast<int>(nRow);
-    emit m_pList->Model().dataChanged(m_pList->Model().index(nListRow, 0),
-                                      m_pList->Model().index(nListRow, PROCESS_COLUMNS - 1));
+void CProcessPane::RowChanged(std::size_t row) {
+    const int shownRow = static_cast<int>(row);
+    emit m_pList->Model().dataChanged(m_pList->Model().index(shownRow, 0),
+                                      m_pList->Model().index(shownRow, PROCESS_COLUMNS - 1));
 }
 
 void CProcessPane::RestartTimer() {
     m_pTimer->stop();
-    if (!Settings().m_bAutoRefresh)
+    if (!Settings().m_bAutoRefresh) {
         return;
+    }
     // The period wraps at 32 bits and is kept between the least and the most that a window timer has.
-    const std::uint32_t nPeriod = static_cast<std::uint32_t>(Settings().m_nRefreshRate) * 1000U;
-    m_pTimer->start(static_cast<int>(std::clamp(nPeriod, 10U, 0x7FFFFFFFU)));
+    const std::uint32_t period = static_cast<std::uint32_t>(Settings().m_nRefreshRate) * 1000U;
+    m_pTimer->start(static_cast<int>(std::clamp(period, 10U, 0x7FFFFFFFU)));
 }
 
 bool CProcessPane::IsTimerRunning() const { return m_pTimer->isActive(); }
 
 int CProcessPane::TimerPeriod() const { return m_pTimer->interval(); }
 
-void CProcessPane::OnSize(int nWidth, int nHeight) {
-    const int nToolBar = m_pToolBar->sizeHint().height();
-    m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
-    m_pList->setGeometry(0, nToolBar, nWidth, std::max(0, nHeight - nToolBar));
+int CProcessPane::LayOutAboveList(int width) {
+    const int toolBar = m_pToolBar->sizeHint().height();
+    m_pToolBar->setGeometry(0, 0, width, toolBar);
+    return toolBar;
 }
 
 } // namespace carvelot

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "live/ProcessList.h"
-#include "ui/kit/DockablePane.h"
-#include "ui/kit/ListCtrl.h"
+#include "ui/kit/ListPane.h"
 
 #include <QToolBar>
 
@@ -14,16 +13,14 @@ class QTimer;
 
 namespace carvelot {
 
-class CProcessPane : public CDockablePane, private IProcessHost {
+class CProcessPane : public CListPane<ProcessListRow, CProcessList>, private IProcessHost {
     Q_OBJECT
 
 public:
     CProcessPane();
 
-    CListCtrl& List() { return *m_pList; }
-    CProcessList& Processes() { return m_processes; }
+    CProcessList& Processes() { return m_rows; }
     QToolBar& ToolBar() { return *m_pToolBar; }
-    QWidget* MainControl() const override { return m_pList; }
 
     // Rebuilds the list. Ticks of the timer that come during it are ignored.
     void RefreshProcessList();
@@ -33,8 +30,7 @@ public:
     int TimerPeriod() const; // milliseconds
 
     // The wish to analyse a process, and the companion library's entry point, or null.
-    std::function<void(const std::string& strImageName, const std::string& strDebugFile,
-                       std::int32_t nProcess)>
+    std::function<void(const std::string& imageName, const std::string& debugFile, std::int32_t process)>
         m_fnAnalyze;
     std::function<FGetSetProcInfo()> m_fnGetSetProcInfo;
 
@@ -43,24 +39,22 @@ public:
     std::function<bool(std::vector<platform::ProcessEntry>&)> m_fnEnumerateProcesses;
 
 protected:
-    void OnSize(int nWidth, int nHeight) override;
+    int LayOutAboveList(int width) override;
 
 private:
-    void ShowMessage(std::string_view strText) override;
-    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& listProcesses) override;
+    void ShowMessage(std::string_view text) override;
+    bool EnumerateProcesses(std::vector<platform::ProcessEntry>& processes) override;
     const std::vector<tagTraceApp>& TraceApps() const override;
     FGetSetProcInfo GetSetProcInfo() const override;
-    void AnalyzeProcess(const std::string& strImageName, const std::string& strDebugFile,
-                        std::int32_t nProcess) override;
+    void AnalyzeProcess(const std::string& imageName, const std::string& debugFile,
+                        std::int32_t process) override;
     void BeginRebuild() override;
     void EndRebuild() override;
-    void RowChanged(std::size_t nRow) override;
+    void RowChanged(std::size_t row) override;
 
-    void SetCommand(int nId, std::function<void()> fnRun);
+    void SetCommand(int id, std::function<void()> run);
 
-    CProcessList m_processes;
     QToolBar* m_pToolBar; // the CProcessPaneToolBar
-    CListCtrl* m_pList;
     QTimer* m_pTimer;
     bool m_bRefreshing = false;
     bool m_bRebuilding = false; // the list's selection is not the user's

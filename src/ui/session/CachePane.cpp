@@ -12,73 +12,81 @@
 
 namespace carvelot {
 
-CCacheTree::CCacheTree(CCacheTreeModel& model, const QString& strAccessibleName, QWidget* pParent)
-    : CTreeCtrl(strAccessibleName, pParent), m_model(model) {
+CCacheTree::CCacheTree(CCacheTreeModel& model, const QString& accessibleName, QWidget* parent)
+    : CTreeCtrl(accessibleName, parent), m_model(model) {
     setExpandsOnDoubleClick(false);
     setModel(&model);
 }
 
-void CCacheTree::mousePressEvent(QMouseEvent* pEvent) {
-    if (pEvent->button() != Qt::RightButton) {
-        CTreeCtrl::mousePressEvent(pEvent);
+void CCacheTree::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::RightButton) {
+        CTreeCtrl::mousePressEvent(event);
         return;
     }
-    pEvent->accept();
-    OfferMenu(indexAt(pEvent->position().toPoint()), pEvent->globalPosition().toPoint());
+    event->accept();
+    OfferMenu(indexAt(event->position().toPoint()), event->globalPosition().toPoint());
 }
 
-void CCacheTree::contextMenuEvent(QContextMenuEvent* pEvent) {
-    pEvent->accept();
+void CCacheTree::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
     // The mouse has had its menu when its button went down.
-    if (pEvent->reason() == QContextMenuEvent::Keyboard)
+    if (event->reason() == QContextMenuEvent::Keyboard) {
         OfferMenu(SelectedIndex(), MenuPoint(SelectedIndex()));
+    }
 }
 
 void CCacheTree::OfferMenu(const QModelIndex& index, const QPoint& screen) {
-    const CCacheAnalysis::CCache* const pCache = m_model.Cache(index);
-    if (pCache == nullptr)
+    const CCacheAnalysis::CCache* const cache = m_model.Cache(index);
+    if (cache == nullptr) {
         return;
+    }
     SelectIndex(index);
-    if (!m_fnIsLive || !m_fnIsLive(*pCache))
+    if (!m_fnIsLive || !m_fnIsLive(*cache)) {
         return;
+    }
     QMenu menu;
-    QAction* const pBrowse = menu.addAction(CommandIcon(ID_CACHE_BROWSE_DATA), QStringLiteral("Browse Data"));
-    pBrowse->setData(ID_CACHE_BROWSE_DATA);
-    if (UserInterface().RunMenu(menu, screen) == pBrowse)
+    QAction* const browse = menu.addAction(CommandIcon(ID_CACHE_BROWSE_DATA), QStringLiteral("Browse Data"));
+    browse->setData(ID_CACHE_BROWSE_DATA);
+    if (UserInterface().RunMenu(menu, screen) == browse) {
         OnBrowseData();
+    }
 }
 
 void CCacheTree::OnBrowseData() {
-    const CCacheAnalysis::CCache* const pCache = m_model.Cache(SelectedIndex());
-    if (pCache != nullptr && m_fnBrowse)
-        m_fnBrowse(*pCache);
+    const CCacheAnalysis::CCache* const cache = m_model.Cache(SelectedIndex());
+    if (cache != nullptr && m_fnBrowse) {
+        m_fnBrowse(*cache);
+    }
 }
 
-void CCacheTree::mouseDoubleClickEvent(QMouseEvent* pEvent) {
-    CTreeCtrl::mouseDoubleClickEvent(pEvent);
-    if (pEvent->button() == Qt::LeftButton && indexAt(pEvent->position().toPoint()).isValid())
+void CCacheTree::mouseDoubleClickEvent(QMouseEvent* event) {
+    CTreeCtrl::mouseDoubleClickEvent(event);
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) {
         OpenSelected();
+    }
 }
 
-void CCacheTree::keyPressEvent(QKeyEvent* pEvent) {
-    if (pEvent->key() == Qt::Key_Return || pEvent->key() == Qt::Key_Enter) {
+void CCacheTree::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         OpenSelected();
-        pEvent->accept();
+        event->accept();
         return;
     }
-    CTreeCtrl::keyPressEvent(pEvent);
+    CTreeCtrl::keyPressEvent(event);
 }
 
 void CCacheTree::OpenSelected() {
-    const auto* pOperation = m_model.Operation(SelectedIndex());
-    if (pOperation != nullptr && pOperation->m_pRecord != kNoRecord && m_fnOpenRecord)
-        m_fnOpenRecord(pOperation->m_pRecord);
+    const auto* operation = m_model.Operation(SelectedIndex());
+    if (operation != nullptr && operation->m_pRecord != kNoRecord && m_fnOpenRecord) {
+        m_fnOpenRecord(operation->m_pRecord);
+    }
 }
 
 CCachePane::CCachePane() : CDockablePane(tr("Cache Details"), QStringLiteral("CachePane"), {100, 100}) {
     AddCaption();
-    if (!LoadImageStrip("cacheicons", m_listImages))
+    if (!LoadImageStrip("cacheicons", m_listImages)) {
         UserInterface().ShowMessage(QStringLiteral("Failed to load cacheicons bmp"));
+    }
     m_pModel = std::make_unique<CCacheTreeModel>(m_listImages);
     m_pTree = new CCacheTree(*m_pModel, windowTitle(), Client());
     m_pTree->m_fnOpenRecord = [this](RecordIndex record) {
@@ -106,10 +114,14 @@ void CCachePane::ClearTree() {
 }
 
 void CCachePane::LetGo(const CCarvelotDoc& session) {
-    if (m_pModel->Session() == &session)
+    if (m_pModel->Session() == &session) {
         ClearTree();
+    }
 }
 
-void CCachePane::OnSize(int nWidth, int nHeight) { LayOutBelowCaption(m_pTree, nWidth, nHeight); }
+void CCachePane::OnSize(int width, int height) {
+    const int top = LayOutCaption(width);
+    m_pTree->setGeometry(0, top, width, std::max(0, height - top));
+}
 
 } // namespace carvelot

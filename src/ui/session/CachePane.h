@@ -16,7 +16,7 @@ class CCacheTree final : public CTreeCtrl {
     Q_OBJECT
 
 public:
-    CCacheTree(CCacheTreeModel& model, const QString& strAccessibleName, QWidget* pParent);
+    CCacheTree(CCacheTreeModel& model, const QString& accessibleName, QWidget* parent);
 
     // Answers a double click or Enter on an operation.
     std::function<void(RecordIndex record)> m_fnOpenRecord;
@@ -25,10 +25,10 @@ public:
     std::function<void(const CCacheAnalysis::CCache& cache)> m_fnBrowse;
 
 protected:
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void mouseDoubleClickEvent(QMouseEvent* pEvent) override;
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void OpenSelected();
@@ -56,7 +56,7 @@ public:
     QWidget* MainControl() const override { return m_pTree; }
 
 protected:
-    void OnSize(int nWidth, int nHeight) override;
+    void OnSize(int width, int height) override;
 
 private:
     CCacheTree* m_pTree;

@@ -19,24 +19,26 @@ void CCacheTreeModel::Clear() {
 }
 
 const CCacheAnalysis::CCache* CCacheTreeModel::Cache(const QModelIndex& index) const {
-    if (!index.isValid() || m_pAnalysis == nullptr)
+    if (!index.isValid() || m_pAnalysis == nullptr) {
         return nullptr;
-    const auto nCache = index.internalId() == 0 ? static_cast<std::size_t>(index.row())
-                                                : static_cast<std::size_t>(index.internalId() - 1);
-    return &m_pAnalysis->m_caches[nCache];
+    }
+    const auto cache = index.internalId() == 0 ? static_cast<std::size_t>(index.row())
+                                               : static_cast<std::size_t>(index.internalId() - 1);
+    return &m_pAnalysis->m_caches[cache];
 }
 
 const CCacheAnalysis::CCache::CCacheOperation* CCacheTreeModel::Operation(const QModelIndex& index) const {
-    if (!index.isValid() || m_pAnalysis == nullptr || index.internalId() == 0)
+    if (!index.isValid() || m_pAnalysis == nullptr || index.internalId() == 0) {
         return nullptr;
+    }
     return &Cache(index)->m_operations[static_cast<std::size_t>(index.row())];
 }
 
-QModelIndex CCacheTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
-    if (!hasIndex(nRow, nColumn, parent))
+QModelIndex CCacheTreeModel::index(int row, int column, const QModelIndex& parent) const {
+    if (!hasIndex(row, column, parent)) {
         return {};
-    return createIndex(nRow, nColumn,
-                       parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
+    }
+    return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
 }
 
 QModelIndex CCacheTreeModel::parent(const QModelIndex& index) const {
@@ -46,25 +48,28 @@ QModelIndex CCacheTreeModel::parent(const QModelIndex& index) const {
 }
 
 int CCacheTreeModel::rowCount(const QModelIndex& parent) const {
-    if (m_pAnalysis == nullptr || parent.column() > 0 || Operation(parent) != nullptr)
+    if (m_pAnalysis == nullptr || parent.column() > 0 || Operation(parent) != nullptr) {
         return 0;
+    }
     return static_cast<int>(parent.isValid() ? Cache(parent)->m_operations.size()
                                              : m_pAnalysis->m_caches.size());
 }
 
-QVariant CCacheTreeModel::data(const QModelIndex& index, int nRole) const {
-    const CCacheAnalysis::CCache* pCache = Cache(index);
-    if (pCache == nullptr)
+QVariant CCacheTreeModel::data(const QModelIndex& index, int role) const {
+    const CCacheAnalysis::CCache* cache = Cache(index);
+    if (cache == nullptr) {
         return {};
-    const auto* pOperation = Operation(index);
-    if (nRole == Qt::DisplayRole || nRole == Qt::ToolTipRole) {
-        const std::string strText =
-            pOperation != nullptr ? CCacheAnalysis::OperationText(m_pSession->m_listDetails, *pOperation)
-                                  : CCacheAnalysis::CacheText(*pCache);
-        return nRole == Qt::DisplayRole ? NodeDisplayText(strText) : NodeTipText(strText);
     }
-    if (nRole == Qt::DecorationRole)
-        return m_listImages.value(pOperation != nullptr ? pOperation->Image() : 0);
+    const auto* operation = Operation(index);
+    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
+        const std::string text = operation != nullptr
+                                     ? CCacheAnalysis::OperationText(m_pSession->m_listDetails, *operation)
+                                     : CCacheAnalysis::CacheText(*cache);
+        return role == Qt::DisplayRole ? NodeDisplayText(text) : NodeTipText(text);
+    }
+    if (role == Qt::DecorationRole) {
+        return m_listImages.value(operation != nullptr ? operation->Image() : 0);
+    }
     return {};
 }
 

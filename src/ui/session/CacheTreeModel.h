@@ -14,7 +14,7 @@ class CCacheTreeModel final : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    explicit CCacheTreeModel(QList<QIcon> listImages) : m_listImages(std::move(listImages)) {}
+    explicit CCacheTreeModel(QList<QIcon> images) : m_listImages(std::move(images)) {}
 
     void Show(const CCarvelotDoc& session, const CCacheAnalysis& analysis);
     void Clear();
@@ -26,11 +26,11 @@ public:
     // The operation of a node; null for a cache.
     const CCacheAnalysis::CCache::CCacheOperation* Operation(const QModelIndex& index) const;
 
-    QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = {}) const override;
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex&) const override { return 1; }
-    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 private:
     // An index carries the row of its cache plus 1, or 0 at the top.

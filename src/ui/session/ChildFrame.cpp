@@ -19,8 +19,8 @@ constexpr int kInitialWidth = 200;
 constexpr int kMostWidth = 10000; // a stored width beyond any screen is none
 
 int StoredThreadTreeWidth() {
-    const int nWidth = GetWorkspaceInt(kThreadTreeWidth, kInitialWidth);
-    return nWidth > 0 && nWidth <= kMostWidth ? nWidth : kInitialWidth;
+    const int width = GetWorkspaceInt(kThreadTreeWidth, kInitialWidth);
+    return width > 0 && width <= kMostWidth ? width : kInitialWidth;
 }
 
 } // namespace
@@ -37,42 +37,46 @@ CChildFrame::CChildFrame(CSessionDocument& document)
     m_wndSplitter->setSizes({StoredThreadTreeWidth(), 1000});
     m_wndSplitter->handle(1)->installEventFilter(this);
     connect(m_wndSplitter, &QSplitter::splitterMoved, this, [this] { m_bDragged = true; });
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->addWidget(m_wndSplitter);
-    for (QAbstractScrollArea* pView :
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_wndSplitter);
+    for (QAbstractScrollArea* view :
          std::initializer_list<QAbstractScrollArea*>{m_pThreadView, m_pDetailView}) {
-        pView->installEventFilter(this);
-        pView->viewport()->installEventFilter(this);
+        view->installEventFilter(this);
+        view->viewport()->installEventFilter(this);
     }
 }
 
 void CChildFrame::OnSetFocus() { m_pThreadView->RefreshPanes(); }
 
 void CChildFrame::OnClose() {
-    CSessionPanes* const pPanes = SessionPanes();
-    if (pPanes == nullptr)
+    CSessionPanes* const panes = SessionPanes();
+    if (panes == nullptr) {
         return;
-    if (pPanes->m_wndFindPane.Searched() == &m_document)
-        pPanes->m_wndFindPane.ClearList();
-    pPanes->ClearPanes();
+    }
+    if (panes->m_wndFindPane.Searched() == &m_document) {
+        panes->m_wndFindPane.ClearList();
+    }
+    panes->ClearPanes();
 }
 
-bool CChildFrame::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (pObject == m_wndSplitter->handle(1)) {
+bool CChildFrame::eventFilter(QObject* object, QEvent* event) {
+    if (object == m_wndSplitter->handle(1)) {
         // What the user wished is the width at the end of a drag.
-        if (pEvent->type() == QEvent::MouseButtonRelease && std::exchange(m_bDragged, false))
+        if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_bDragged, false)) {
             WriteWorkspaceInt(kThreadTreeWidth, m_pThreadView->width());
+        }
         return false;
     }
     // The closing of another session has emptied the panes under this one: work in this window fills them
     // again.
-    if (pEvent->type() == QEvent::FocusIn || pEvent->type() == QEvent::MouseButtonPress) {
-        const CMainWindow* const pMain = MainWindow();
-        if (pMain != nullptr && pMain->ActiveChild() == this && SessionPanes()->m_pPanesOwner != this)
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress) {
+        const CMainWindow* const main = MainWindow();
+        if (main != nullptr && main->ActiveChild() == this && SessionPanes()->m_pPanesOwner != this) {
             m_pThreadView->RefreshPanes();
+        }
     }
-    return CMDIChildWnd::eventFilter(pObject, pEvent);
+    return CMDIChildWnd::eventFilter(object, event);
 }
 
 } // namespace carvelot

@@ -28,7 +28,7 @@ public:
     void OnClose() override;
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     CSessionDocument& m_document;

@@ -8,35 +8,35 @@ namespace carvelot {
 
 void CDetailTreeModel::EndChange() {
     m_pFlat.reset();
-    const auto nNodes = static_cast<CDetailTree::Node>(m_tree.NodeCount());
+    const auto nodes = static_cast<CDetailTree::Node>(m_tree.NodeCount());
     // Parents stand before their children.
-    CLargeVector<std::uint32_t> listDepths(nNodes);
-    std::uint32_t nDeepest = 0;
-    for (CDetailTree::Node node = 0; node < nNodes; ++node) {
+    CLargeVector<std::uint32_t> depths(nodes);
+    std::uint32_t deepest = 0;
+    for (CDetailTree::Node node = 0; node < nodes; ++node) {
         const CDetailTree::Node parent = m_tree.Parent(node);
-        listDepths[node] = parent == CDetailTree::kRoot ? 0 : listDepths[parent] + 1;
-        nDeepest = std::max(nDeepest, listDepths[node]);
+        depths[node] = parent == CDetailTree::kRoot ? 0 : depths[parent] + 1;
+        deepest = std::max(deepest, depths[node]);
     }
-    if (nDeepest >= kDeepest) {
-        auto pFlat = std::make_unique<CFlat>();
-        pFlat->m_listParents.resize(nNodes);
-        pFlat->m_listRows.resize(nNodes);
-        for (CDetailTree::Node node = 0; node < nNodes; ++node) {
+    if (deepest >= kDeepest) {
+        auto flat = std::make_unique<CFlat>();
+        flat->m_listParents.resize(nodes);
+        flat->m_listRows.resize(nodes);
+        for (CDetailTree::Node node = 0; node < nodes; ++node) {
             const CDetailTree::Node parent = m_tree.Parent(node);
-            if (listDepths[node] < kDeepest - 1) {
-                pFlat->m_listParents[node] = parent;
-                pFlat->m_listRows[node] = static_cast<std::uint32_t>(m_tree.Row(node));
+            if (depths[node] < kDeepest - 1) {
+                flat->m_listParents[node] = parent;
+                flat->m_listRows[node] = static_cast<std::uint32_t>(m_tree.Row(node));
                 continue;
             }
             // The nearest ancestor that may have children on the screen.
             const CDetailTree::Node shown =
-                listDepths[parent] == kDeepest - 2 ? parent : pFlat->m_listParents[parent];
-            auto& listChildren = pFlat->m_mapChildren[shown];
-            pFlat->m_listParents[node] = shown;
-            pFlat->m_listRows[node] = static_cast<std::uint32_t>(listChildren.size());
-            listChildren.push_back(node);
+                depths[parent] == kDeepest - 2 ? parent : flat->m_listParents[parent];
+            auto& children = flat->m_mapChildren[shown];
+            flat->m_listParents[node] = shown;
+            flat->m_listRows[node] = static_cast<std::uint32_t>(children.size());
+            children.push_back(node);
         }
-        m_pFlat = std::move(pFlat);
+        m_pFlat = std::move(flat);
     }
     endResetModel();
 }
@@ -51,31 +51,35 @@ std::size_t CDetailTreeModel::Row(CDetailTree::Node node) const {
 
 std::size_t CDetailTreeModel::ChildCount(CDetailTree::Node parent) const {
     if (m_pFlat != nullptr && parent != CDetailTree::kRoot) {
-        if (const auto it = m_pFlat->m_mapChildren.find(parent); it != m_pFlat->m_mapChildren.end())
+        if (const auto it = m_pFlat->m_mapChildren.find(parent); it != m_pFlat->m_mapChildren.end()) {
             return it->second.size();
+        }
         // A node below the last level: its children stand beside it.
-        if (m_pFlat->m_mapChildren.contains(m_pFlat->m_listParents[parent]))
+        if (m_pFlat->m_mapChildren.contains(m_pFlat->m_listParents[parent])) {
             return 0;
+        }
     }
     return m_tree.ChildCount(parent);
 }
 
-CDetailTree::Node CDetailTreeModel::Child(CDetailTree::Node parent, std::size_t nRow) const {
+CDetailTree::Node CDetailTreeModel::Child(CDetailTree::Node parent, std::size_t row) const {
     if (m_pFlat != nullptr) {
-        if (const auto it = m_pFlat->m_mapChildren.find(parent); it != m_pFlat->m_mapChildren.end())
-            return it->second[nRow];
+        if (const auto it = m_pFlat->m_mapChildren.find(parent); it != m_pFlat->m_mapChildren.end()) {
+            return it->second[row];
+        }
     }
-    return m_tree.Child(parent, nRow);
+    return m_tree.Child(parent, row);
 }
 
 QModelIndex CDetailTreeModel::IndexOf(CDetailTree::Node node) const {
     return node == CDetailTree::kRoot ? QModelIndex() : IndexAt(static_cast<int>(Row(node)), node);
 }
 
-QModelIndex CDetailTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
-    if (nColumn != 0 || parent.column() > 0 || nRow < 0 || nRow >= rowCount(parent))
+QModelIndex CDetailTreeModel::index(int row, int column, const QModelIndex& parent) const {
+    if (column != 0 || parent.column() > 0 || row < 0 || row >= rowCount(parent)) {
         return {};
-    return IndexAt(nRow, Child(Node(parent), static_cast<std::size_t>(nRow)));
+    }
+    return IndexAt(row, Child(Node(parent), static_cast<std::size_t>(row)));
 }
 
 QModelIndex CDetailTreeModel::parent(const QModelIndex& index) const {
@@ -86,15 +90,19 @@ int CDetailTreeModel::rowCount(const QModelIndex& parent) const {
     return parent.column() > 0 ? 0 : static_cast<int>(ChildCount(Node(parent)));
 }
 
-QVariant CDetailTreeModel::data(const QModelIndex& index, int nRole) const {
-    if (!index.isValid())
+QVariant CDetailTreeModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) {
         return {};
-    if (nRole == Qt::DisplayRole)
+    }
+    if (role == Qt::DisplayRole) {
         return NodeDisplayText(m_tree.Text(Node(index)));
-    if (nRole == Qt::ToolTipRole)
+    }
+    if (role == Qt::ToolTipRole) {
         return NodeTipText(m_tree.Text(Node(index)));
-    if (nRole == Qt::DecorationRole)
+    }
+    if (role == Qt::DecorationRole) {
         return m_listImages.value(m_tree.Image(Node(index)));
+    }
     return {};
 }
 

@@ -22,8 +22,8 @@ class CDetailTreeModel final : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    CDetailTreeModel(const CDetailTree& tree, QList<QIcon> listImages)
-        : m_tree(tree), m_listImages(std::move(listImages)) {}
+    CDetailTreeModel(const CDetailTree& tree, QList<QIcon> images)
+        : m_tree(tree), m_listImages(std::move(images)) {}
 
     static constexpr std::uint32_t kDeepest = 500; // levels
 
@@ -38,12 +38,12 @@ public:
     }
     QModelIndex IndexOf(CDetailTree::Node node) const;
 
-    QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = {}) const override;
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     bool hasChildren(const QModelIndex& parent = {}) const override { return rowCount(parent) > 0; }
     int columnCount(const QModelIndex&) const override { return 1; }
-    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 private:
     // The toolkit keeps the nodes that are open in a table whose hash is little more than the identifier, and
@@ -51,20 +51,21 @@ private:
     // bring them back.
     static constexpr std::uint32_t kSpread = 0x9E3779B1U;
     static constexpr std::uint32_t kUnspread = [] {
-        std::uint32_t nInverse = kSpread;
-        for (int n = 0; n < 5; ++n)
-            nInverse *= 2U - kSpread * nInverse;
-        return nInverse;
+        std::uint32_t inverse = kSpread;
+        for (int n = 0; n < 5; ++n) {
+            inverse *= 2U - kSpread * inverse;
+        }
+        return inverse;
     }();
     static_assert(kSpread * kUnspread == 1U);
-    QModelIndex IndexAt(int nRow, CDetailTree::Node node) const {
-        return createIndex(nRow, 0, static_cast<quintptr>(node * kSpread));
+    QModelIndex IndexAt(int row, CDetailTree::Node node) const {
+        return createIndex(row, 0, static_cast<quintptr>(node * kSpread));
     }
 
     CDetailTree::Node Parent(CDetailTree::Node node) const;
     std::size_t Row(CDetailTree::Node node) const;
     std::size_t ChildCount(CDetailTree::Node parent) const;
-    CDetailTree::Node Child(CDetailTree::Node parent, std::size_t nRow) const;
+    CDetailTree::Node Child(CDetailTree::Node parent, std::size_t row) const;
 
     // The tree as it is shown when it is too deep: parents and rows of all nodes, and the children of those
     // that have others than in the tree.

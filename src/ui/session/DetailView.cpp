@@ -21,9 +21,9 @@ namespace carvelot {
 namespace {
 
 QList<QIcon> TreeImages() {
-    QList<QIcon> listImages;
-    LoadImageStrip("TreeImages", listImages);
-    return listImages;
+    QList<QIcon> images;
+    LoadImageStrip("TreeImages", images);
+    return images;
 }
 
 } // namespace
@@ -40,16 +40,18 @@ CDetailView::~CDetailView() {
     setModel(nullptr); // the model goes before the view's base
 }
 
-void CDetailView::SetRedraw(bool bRedraw) {
-    if (bRedraw == m_bRedraw)
+void CDetailView::SetRedraw(bool redraw) {
+    if (redraw == m_bRedraw) {
         return;
-    m_bRedraw = bRedraw;
-    if (bRedraw) {
+    }
+    m_bRedraw = redraw;
+    if (redraw) {
         m_model.EndChange();
         return;
     }
-    if (!m_bFont)
+    if (!m_bFont) {
         TakeFont(); // a view must not be laid out in the middle of a change
+    }
     m_model.BeginChange();
 }
 
@@ -60,88 +62,100 @@ void CDetailView::TakeFont() {
 
 void CDetailView::ResetTree() {
     const CWaitCursor wait;
-    if (m_bRedraw)
+    if (m_bRedraw) {
         m_model.BeginChange();
+    }
     m_tree.ResetTree();
-    if (m_bRedraw)
+    if (m_bRedraw) {
         m_model.EndChange();
+    }
 }
 
 void CDetailView::FillDetails(bool singleThread, std::span<const RecordIndex> records) {
     const CWaitCursor wait;
-    if (singleThread || !m_bFont)
+    if (singleThread || !m_bFont) {
         TakeFont();
-    if (m_bRedraw)
+    }
+    if (m_bRedraw) {
         m_model.BeginChange();
+    }
     m_tree.FillDetails(singleThread, records);
-    if (m_bRedraw)
+    if (m_bRedraw) {
         m_model.EndChange();
+    }
 }
 
 void CDetailView::Show(const Selection& selection) {
-    if (const CProcess* const pProcess = selection.Process()) {
+    if (const CProcess* const process = selection.Process()) {
         SetRedraw(false);
         ResetTree();
         // One thread after the other: they are not merged by time.
-        for (const auto& pThread : pProcess->m_listThreads)
-            FillDetails(false, pThread->m_listDetails);
+        for (const auto& thread : process->m_listThreads) {
+            FillDetails(false, thread->m_listDetails);
+        }
         SetRedraw(true);
-    } else if (const CThread* const pThread = selection.Thread()) {
-        FillDetails(true, pThread->m_listDetails);
-    } else if (const CJASUser* const pUser = selection.User()) {
-        FillDetails(true, pUser->m_listDetails);
+    } else if (const CThread* const thread = selection.Thread()) {
+        FillDetails(true, thread->m_listDetails);
+    } else if (const CJASUser* const user = selection.User()) {
+        FillDetails(true, user->m_listDetails);
     }
 }
 
 void CDetailView::SelectRecord(RecordIndex record) {
     const CDetailTree::Node node = m_tree.NodeOf(record);
-    if (node == CDetailTree::kRoot)
+    if (node == CDetailTree::kRoot) {
         selectionModel()->clear();
-    else
+    } else {
         SelectIndex(m_model.IndexOf(node));
+    }
 }
 
 void CDetailView::SetFocusToTree() {
-    CMainWindow* pMain = MainWindow();
-    CMDIChildWnd* pFrame = m_document.GetFrame();
+    CMainWindow* main = MainWindow();
+    CMDIChildWnd* frame = m_document.GetFrame();
     // The session of a row need not be the one in front.
-    if (pMain != nullptr && pFrame != nullptr && pMain->ActiveChild() != pFrame)
-        pMain->ClientArea().Activate(*pFrame);
+    if (main != nullptr && frame != nullptr && main->ActiveChild() != frame) {
+        main->ClientArea().Activate(*frame);
+    }
     window()->activateWindow();
     setFocus(Qt::OtherFocusReason);
 }
 
 void CDetailView::OnSelectionChanged() {
-    if (CSessionPanes* const pPanes = SessionPanes())
-        pPanes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
+    }
 }
 
-void CDetailView::mousePressEvent(QMouseEvent* pEvent) {
-    if (pEvent->button() != Qt::RightButton) {
-        CTreeCtrl::mousePressEvent(pEvent);
+void CDetailView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::RightButton) {
+        CTreeCtrl::mousePressEvent(event);
         return;
     }
-    pEvent->accept();
-    const QModelIndex index = indexAt(pEvent->position().toPoint());
-    if (index.isValid())
+    event->accept();
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.isValid()) {
         SelectIndex(index);
+    }
 }
 
-void CDetailView::contextMenuEvent(QContextMenuEvent* pEvent) {
-    pEvent->accept();
+void CDetailView::contextMenuEvent(QContextMenuEvent* event) {
+    event->accept();
     const QModelIndex index = SelectedIndex();
-    if (!index.isValid() || !m_tree.OffersCopyParms(m_model.Node(index)))
+    if (!index.isValid() || !m_tree.OffersCopyParms(m_model.Node(index))) {
         return;
+    }
     QMenu menu;
     connect(menu.addAction(tr("Copy Parms")), &QAction::triggered, this, &CDetailView::OnCopyParms);
-    UserInterface().RunMenu(menu, pEvent->reason() == QContextMenuEvent::Keyboard ? MenuPoint(index)
-                                                                                  : pEvent->globalPos());
+    UserInterface().RunMenu(menu, event->reason() == QContextMenuEvent::Keyboard ? MenuPoint(index)
+                                                                                 : event->globalPos());
 }
 
 void CDetailView::OnCopyParms() {
     const QModelIndex index = SelectedIndex();
-    if (index.isValid())
+    if (index.isValid()) {
         QGuiApplication::clipboard()->setText(ToQString(m_tree.CopyParmsText(m_model.Node(index))));
+    }
 }
 
 } // namespace carvelot

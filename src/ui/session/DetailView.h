@@ -28,15 +28,15 @@ public:
     // See CDetailTree. A single thread's fill takes the font from the settings anew.
     void FillDetails(bool singleThread, std::span<const RecordIndex> records);
     // Off: several changes follow that are shown together when it is switched on again.
-    void SetRedraw(bool bRedraw);
+    void SetRedraw(bool redraw);
 
     const CDetailTree& Tree() const { return m_tree; }
     CDetailTreeModel& Model() { return m_model; }
 
 protected:
     void OnSelectionChanged() override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void OnCopyParms();

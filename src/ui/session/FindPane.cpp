@@ -1,6 +1,5 @@
 #include "ui/session/FindPane.h"
 
-#include "lists/RowSource.h"
 #include "settings/Commands.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/MainWindow.h"
@@ -19,15 +18,15 @@
 
 namespace carvelot {
 
-CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {200, 100}) {
+CFindPane::CFindPane() : CListPane(tr("Find"), QStringLiteral("FindPane"), {200, 100}) {
     m_pToolBar = new QToolBar(Client());
     m_pToolBar->setMovable(false);
     m_pToolBar->setIconSize({16, 16});
     m_pToolBar->setAccessibleName(tr("Find commands"));
-    QAction* pFind = m_pToolBar->addAction(CommandIcon(ID_FIND_FIND), tr("Find"));
-    pFind->setStatusTip(tr("Find"));
-    pFind->setData(ID_FIND_FIND);
-    connect(pFind, &QAction::triggered, this, &CFindPane::OnFind);
+    QAction* find = m_pToolBar->addAction(CommandIcon(ID_FIND_FIND), tr("Find"));
+    find->setStatusTip(tr("Find"));
+    find->setData(ID_FIND_FIND);
+    connect(find, &QAction::triggered, this, &CFindPane::OnFind);
 
     m_pHits = PlainLabel();
     m_pHits->setParent(Client());
@@ -42,97 +41,101 @@ CFindPane::CFindPane() : CDockablePane(tr("Find"), QStringLiteral("FindPane"), {
     font.setPointSize(8);
     m_pSearch->setFont(font);
 
-    m_pList = new CListCtrl(ColumnsOf<FindRow>(), windowTitle(), Client());
-    m_pList->Model().SetSortable(false);
+    AddList();
     m_pList->m_bEnterOpens = false; // Enter searches, wherever it is pressed in this pane
-    m_pList->m_fnOpenRow = [this](int nRow) {
-        if (m_source.Session() == nullptr)
+    m_pList->m_fnOpenRow = [this](int row) {
+        if (m_rows.Session() == nullptr) {
             return; // the record is gone
+        }
         const CSessionReference session = m_session;
-        session.ShowDetail(m_source.Record(m_pList->Model().SourceRow(nRow)));
+        session.ShowDetail(m_rows.Record(SourceRow(row)));
     };
 
-    for (QWidget* pPart : Client()->findChildren<QWidget*>())
-        pPart->installEventFilter(this);
+    for (QWidget* part : Client()->findChildren<QWidget*>()) {
+        part->installEventFilter(this);
+    }
 }
 
 void CFindPane::OnFind() {
-    CMainWindow* pMain = MainWindow();
-    CMDIChildWnd* pChild = pMain != nullptr ? pMain->ActiveChild() : nullptr;
-    auto* pDocument =
-        pChild != nullptr ? qobject_cast<CSessionDocument*>(pChild->GetActiveDocument()) : nullptr;
-    if (pDocument == nullptr)
+    CMainWindow* main = MainWindow();
+    CMDIChildWnd* child = main != nullptr ? main->ActiveChild() : nullptr;
+    auto* document = child != nullptr ? qobject_cast<CSessionDocument*>(child->GetActiveDocument()) : nullptr;
+    if (document == nullptr) {
         return;
+    }
     const CWaitCursor wait;
-    m_pList->Fill(nullptr);
-    m_source.Show(pDocument->Session(), pDocument->Session().FindDetails(ToUtf8(m_pSearch->text())));
-    m_pList->Fill(&m_source);
-    m_session = CSessionReference(*pDocument);
-    m_bUsers = pDocument->Session().m_nLogFormat == LOG_FORMAT_JAS;
-    const std::size_t nHits = m_source.RowCount();
-    m_pHits->setText(nHits == 0 ? tr("No hits") : nHits == 1 ? tr("1 hit") : tr("%1 hits").arg(nHits));
+    ShowRows(document->Session(), document->Session().FindDetails(ToUtf8(m_pSearch->text())));
+    m_session = CSessionReference(*document);
+    m_bUsers = document->Session().m_nLogFormat == LOG_FORMAT_JAS;
+    const std::size_t hits = m_rows.RowCount();
+    m_pHits->setText(hits == 0 ? tr("No hits") : hits == 1 ? tr("1 hit") : tr("%1 hits").arg(hits));
 }
 
-void CFindPane::OpenNextHit(bool bForward) {
-    if (m_pList->Model().rowCount() == 0 && !m_pSearch->text().isEmpty())
+void CFindPane::OpenNextHit(bool forward) {
+    if (m_pList->Model().rowCount() == 0 && !m_pSearch->text().isEmpty()) {
         OnFind();
-    const int nRows = m_pList->Model().rowCount();
-    if (nRows == 0)
+    }
+    const int rows = m_pList->Model().rowCount();
+    if (rows == 0) {
         return;
-    const int nNow = m_pList->SelectedRow();
-    const int nFirst = bForward ? 0 : nRows - 1;
-    const int nNext = nNow < 0 ? nFirst : (nNow + (bForward ? 1 : nRows - 1)) % nRows;
-    m_pList->setCurrentIndex(m_pList->Model().index(nNext, 0));
-    m_pList->m_fnOpenRow(nNext);
+    }
+    const int now = m_pList->SelectedRow();
+    const int first = forward ? 0 : rows - 1;
+    const int next = now < 0 ? first : (now + (forward ? 1 : rows - 1)) % rows;
+    m_pList->setCurrentIndex(m_pList->Model().index(next, 0));
+    m_pList->m_fnOpenRow(next);
 }
 
 QString CFindPane::HitsText() const { return m_pHits->text(); }
 
 void CFindPane::ClearList() {
-    m_pList->Fill(nullptr);
-    m_source.Clear();
+    CListPane::ClearList();
     m_pHits->clear();
 }
 
-void CFindPane::DressForUsers(bool bUsers) {
-    m_pList->Model().SetColumnTitle(0, bUsers ? tr("User") : tr("Process"));
-    m_pList->SetColumnWidth(1, bUsers ? 0 : 60);
+void CFindPane::DressForUsers(bool users) {
+    CListModel& model = m_pList->Model();
+    model.SetColumnTitle(FindRow::OWNER,
+                         ToQString(OwnerTitle<FindRow>(users ? LOG_FORMAT_JAS : LOG_FORMAT_DEBUG)));
+    m_pList->SetColumnWidth(FindRow::THREAD, users ? 0 : model.ColumnWidth(FindRow::THREAD));
 }
 
-bool CFindPane::eventFilter(QObject* pObject, QEvent* pEvent) {
-    const QEvent::Type nType = pEvent->type();
-    if (nType == QEvent::KeyRelease || nType == QEvent::KeyPress || nType == QEvent::ShortcutOverride) {
-        auto& key = static_cast<QKeyEvent&>(*pEvent);
-        const bool bEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-        if (nType == QEvent::KeyRelease && bEnter && !key.isAutoRepeat()) {
+bool CFindPane::eventFilter(QObject* object, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::KeyRelease || type == QEvent::KeyPress || type == QEvent::ShortcutOverride) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        if (type == QEvent::KeyRelease && enter && !key.isAutoRepeat()) {
             OnFind();
             return true;
         }
-        if (pObject == m_pSearch && nType != QEvent::KeyRelease && key.key() == Qt::Key_V &&
+        if (object == m_pSearch && type != QEvent::KeyRelease && key.key() == Qt::Key_V &&
             (QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier)) {
             key.accept();
-            if (nType == QEvent::KeyPress)
+            if (type == QEvent::KeyPress) {
                 Paste();
+            }
             return true;
         }
     }
-    return CDockablePane::eventFilter(pObject, pEvent);
+    return CListPane::eventFilter(object, event);
 }
 
 void CFindPane::Paste() {
-    const QMimeData* pData = QGuiApplication::clipboard()->mimeData();
-    if (pData != nullptr && pData->hasText())
-        m_pSearch->setText(m_pSearch->text() + pData->text());
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (data != nullptr && data->hasText()) {
+        m_pSearch->setText(m_pSearch->text() + data->text());
+    }
 }
 
-void CFindPane::OnSize(int nWidth, int nHeight) {
-    const int nToolBar = m_pToolBar->sizeHint().height();
-    const int nSearch = std::max(20, m_pSearch->fontMetrics().height() + 4);
-    const int nButton = m_pToolBar->sizeHint().width() + 6;
-    m_pToolBar->setGeometry(0, 0, nWidth, nToolBar);
-    m_pHits->setGeometry(nButton, 0, std::max(0, nWidth - nButton), nToolBar);
-    m_pSearch->setGeometry(0, nToolBar, nWidth, nSearch);
-    m_pList->setGeometry(0, nToolBar + nSearch, nWidth, std::max(0, nHeight - nToolBar - nSearch));
+int CFindPane::LayOutAboveList(int width) {
+    const int toolBar = m_pToolBar->sizeHint().height();
+    const int search = std::max(20, m_pSearch->fontMetrics().height() + 4);
+    const int button = m_pToolBar->sizeHint().width() + 6;
+    m_pToolBar->setGeometry(0, 0, width, toolBar);
+    m_pHits->setGeometry(button, 0, std::max(0, width - button), toolBar);
+    m_pSearch->setGeometry(0, toolBar, width, search);
+    return toolBar + search;
 }
 
 } // namespace carvelot

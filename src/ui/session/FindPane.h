@@ -2,8 +2,8 @@
 #pragma once
 
 #include "lists/FindSource.h"
-#include "ui/kit/DockablePane.h"
-#include "ui/kit/ListCtrl.h"
+#include "lists/PaneRows.h"
+#include "ui/kit/ListPane.h"
 #include "ui/session/SessionReference.h"
 
 #include <QToolBar>
@@ -13,36 +13,35 @@ class QLabel;
 namespace carvelot {
 
 // Its rows belong to the session that was searched, whatever is selected since, and can outlive it.
-class CFindPane : public CDockablePane {
+class CFindPane : public CListPane<FindRow, CFindSource> {
     Q_OBJECT
 
 public:
     CFindPane();
 
-    CListCtrl& List() { return *m_pList; }
     QLineEdit& SearchEdit() { return *m_pSearch; }
     QToolBar& ToolBar() { return *m_pToolBar; }
     // Searches the session in front for the text of the edit; without one the rows stay.
     void OnFind();
     // Brings the hit behind or ahead of the selected one up, round the ends of the list; with no rows the
     // text is searched for first.
-    void OpenNextHit(bool bForward);
+    void OpenNextHit(bool forward);
     void ClearList();
     // How many there are, as the pane says it; empty before a search.
     QString HitsText() const;
     // The document of the last search as long as it exists.
     CSessionDocument* Searched() const { return m_session.Document(); }
     // To be called before a session's records go: rows of it keep what they show.
-    void LetGo(const CCarvelotDoc& session) { m_source.LetGo(session); }
+    void LetGo(const CCarvelotDoc& session) { m_rows.LetGo(session); }
     // Titles and columns for a log of processes and threads, or for one of users.
-    void DressForUsers(bool bUsers);
+    void DressForUsers(bool users);
     // The titles and columns of its own rows, where no session is in front.
     void DressForRows() { DressForUsers(m_bUsers); }
     QWidget* MainControl() const override { return m_pSearch; }
 
 protected:
-    void OnSize(int nWidth, int nHeight) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    int LayOutAboveList(int width) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void Paste();
@@ -50,8 +49,6 @@ private:
     QToolBar* m_pToolBar = nullptr; // the CFindPaneToolBar
     QLineEdit* m_pSearch = nullptr;
     QLabel* m_pHits = nullptr;
-    CListCtrl* m_pList = nullptr; // the CFindListCtrl
-    CFindSource m_source;
     CSessionReference m_session;
     bool m_bUsers = false; // the rows are those of a log of users
 };

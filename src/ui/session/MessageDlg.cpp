@@ -14,13 +14,13 @@ CMessageDlg::CMessageDlg() : m_pEdit(new QPlainTextEdit) {
     setWindowTitle(tr("Carvelot Message"));
     m_pEdit->setAccessibleName(tr("Message"));
     m_pEdit->setTabChangesFocus(true);
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &CMessageDlg::OnOK);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->addWidget(m_pEdit);
-    pLayout->addWidget(pButtons);
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    connect(buttons, &QDialogButtonBox::accepted, this, &CMessageDlg::OnOK);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_pEdit);
+    layout->addWidget(buttons);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
     resize(420, 200);
 }
 
@@ -33,16 +33,17 @@ void CMessageDlg::OnOK() {
     accept();
 }
 
-void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread,
-                       const FClock& fnClock) {
+void WriteTraceMessage(const std::string& logPath, std::uint32_t process, std::uint32_t thread,
+                       const FClock& clock) {
     CTraceMessage message;
-    if (!message.Open(strLogPath, fnClock)) {
+    if (!message.Open(logPath, clock)) {
         UserInterface().ShowMessage(QStringLiteral("Failed to open file for writing"));
         return;
     }
     CMessageDlg dialog;
-    if (UserInterface().RunDialog(dialog) == QDialog::Accepted)
-        message.Write(nProcess, nThread, ToUtf8(dialog.m_strMessage));
+    if (UserInterface().RunDialog(dialog) == QDialog::Accepted) {
+        message.Write(process, thread, ToUtf8(dialog.m_strMessage));
+    }
 }
 
 } // namespace carvelot

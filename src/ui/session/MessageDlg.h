@@ -29,7 +29,7 @@ private:
 
 // The command "Write Message" on a thread: asks for a text and appends it to the log as a line of that
 // thread.
-void WriteTraceMessage(const std::string& strLogPath, std::uint32_t nProcess, std::uint32_t nThread,
-                       const FClock& fnClock = platform::CurrentLocalTime);
+void WriteTraceMessage(const std::string& logPath, std::uint32_t process, std::uint32_t thread,
+                       const FClock& clock = platform::CurrentLocalTime);
 
 } // namespace carvelot

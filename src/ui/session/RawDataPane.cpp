@@ -20,24 +20,25 @@ CRawDataPane::CRawDataPane() : CDockablePane(tr("Raw Data"), QStringLiteral("Raw
     m_pEdit->installEventFilter(this);
 }
 
-void CRawDataPane::SetText(const QString& strText) { m_pEdit->setPlainText(strText); }
+void CRawDataPane::SetText(const QString& text) { m_pEdit->setPlainText(text); }
 
-bool CRawDataPane::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (pObject == m_pEdit && pEvent->type() == QEvent::KeyRelease) {
-        const auto& key = static_cast<const QKeyEvent&>(*pEvent);
+bool CRawDataPane::eventFilter(QObject* object, QEvent* event) {
+    if (object == m_pEdit && event->type() == QEvent::KeyRelease) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
         if (key.key() == Qt::Key_C && (QGuiApplication::queryKeyboardModifiers() & Qt::ControlModifier)) {
             Copy();
             return true;
         }
     }
-    return CDockablePane::eventFilter(pObject, pEvent);
+    return CDockablePane::eventFilter(object, event);
 }
 
 void CRawDataPane::Copy() {
-    if (m_pEdit->textCursor().hasSelection())
+    if (m_pEdit->textCursor().hasSelection()) {
         QGuiApplication::clipboard()->setText(m_pEdit->textCursor().selection().toPlainText());
+    }
 }
 
-void CRawDataPane::OnSize(int nWidth, int nHeight) { m_pEdit->setGeometry(0, 0, nWidth, nHeight); }
+void CRawDataPane::OnSize(int width, int height) { m_pEdit->setGeometry(0, 0, width, height); }
 
 } // namespace carvelot

@@ -14,13 +14,13 @@ public:
     CRawDataPane();
 
     // The whole content of the edit is replaced.
-    void SetText(const QString& strText);
+    void SetText(const QString& text);
     QPlainTextEdit& Edit() { return *m_pEdit; }
     QWidget* MainControl() const override { return m_pEdit; }
 
 protected:
-    void OnSize(int nWidth, int nHeight) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    void OnSize(int width, int height) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
     void Copy();

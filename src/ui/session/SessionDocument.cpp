@@ -16,20 +16,20 @@ CSessionDocument::CSessionDocument(PendingStatement& pending)
 
 CSessionDocument::~CSessionDocument() {
     // Close All asks no window: what the panes still show of this session lets go of its records here.
-    if (CSessionPanes* const pPanes = SessionPanes())
-        pPanes->LetGo(m_session);
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->LetGo(m_session);
+    }
 }
 
 bool CSessionDocument::OnNewDocument() {
-    if (!m_session.OnNewDocument())
+    if (!m_session.OnNewDocument()) {
         return false;
+    }
     SetPathName(PathToQString(m_session.m_strLogPath));
     return true;
 }
 
-bool CSessionDocument::OnOpenDocument(const QString& strPath) {
-    return m_session.OnOpenDocument(PathOf(strPath));
-}
+bool CSessionDocument::OnOpenDocument(const QString& path) { return m_session.OnOpenDocument(PathOf(path)); }
 
 QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
 

@@ -17,7 +17,7 @@ public:
     ~CSessionDocument() override;
 
     bool OnNewDocument() override;
-    bool OnOpenDocument(const QString& strPath) override;
+    bool OnOpenDocument(const QString& path) override;
     // A running process's session has the path of its debug file, and no path of its own.
     QString PathInTitle() const override;
 
@@ -26,7 +26,7 @@ public:
 
 signals:
     // The log was opened by hand: it belongs among the recent files.
-    void Opened(const QString& strPath);
+    void Opened(const QString& path);
 
 private:
     CSessionHost m_host;

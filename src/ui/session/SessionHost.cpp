@@ -29,18 +29,21 @@ void CSessionHost::BeginWaitCursor() { QApplication::setOverrideCursor(Qt::WaitC
 
 void CSessionHost::EndWaitCursor() {
     QApplication::restoreOverrideCursor();
-    if (CMainWindow* const pMain = MainWindow())
-        pMain->ShowProgress(-1);
+    if (CMainWindow* const main = MainWindow()) {
+        main->ShowProgress(-1);
+    }
 }
 
 void CSessionHost::LoadProgress(std::uint64_t done, std::uint64_t total) {
-    if (CMainWindow* const pMain = MainWindow(); pMain != nullptr && total != 0)
-        pMain->ShowProgress(static_cast<int>(std::min(done, total) * 100 / total));
+    if (CMainWindow* const main = MainWindow(); main != nullptr && total != 0) {
+        main->ShowProgress(static_cast<int>(std::min(done, total) * 100 / total));
+    }
 }
 
 void CSessionHost::ClearPanes() {
-    if (CSessionPanes* const pPanes = SessionPanes())
-        pPanes->ClearPanes();
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->ClearPanes();
+    }
 }
 
 void CSessionHost::SetTitle(CCarvelotDoc&, const std::string& title) {
@@ -52,23 +55,24 @@ void CSessionHost::AddToRecentFileList(const std::string& path) {
 }
 
 std::optional<std::string> CSessionHost::AskForLog() {
-    const auto strPath = UserInterface().AskOpenFile({EFiles::Logs,
-                                                      QCoreApplication::translate("CSessionHost", "Open"),
-                                                      QStringLiteral("log"),
-                                                      {},
-                                                      QString::fromLatin1(kLogFilter)});
-    return strPath ? std::optional(PathOf(*strPath)) : std::nullopt;
+    const auto path = UserInterface().AskOpenFile({EFiles::Logs,
+                                                   QCoreApplication::translate("CSessionHost", "Open"),
+                                                   QStringLiteral("log"),
+                                                   {},
+                                                   QString::fromLatin1(kLogFilter)});
+    return path ? std::optional(PathOf(*path)) : std::nullopt;
 }
 
 void CSessionHost::OpenInShell(const std::string& path) { platform::OpenInItsProgram(path); }
 
 void CSessionHost::ActivateSession(CCarvelotDoc&) {
-    CMainWindow* const pMain = MainWindow();
-    auto* pFrame = qobject_cast<CChildFrame*>(m_document.GetFrame());
-    if (pMain == nullptr || pFrame == nullptr)
+    CMainWindow* const main = MainWindow();
+    auto* frame = qobject_cast<CChildFrame*>(m_document.GetFrame());
+    if (main == nullptr || frame == nullptr) {
         return;
-    pMain->ClientArea().Activate(*pFrame);
-    pFrame->ThreadView().setFocus(Qt::OtherFocusReason);
+    }
+    main->ClientArea().Activate(*frame);
+    frame->ThreadView().setFocus(Qt::OtherFocusReason);
 }
 
 } // namespace carvelot

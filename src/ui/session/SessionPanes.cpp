@@ -34,7 +34,7 @@ CDockablePane& CSessionPanes::Pane(SharedPane pane) {
 
 void CSessionPanes::Show(CSessionDocument& document, const Selection& selection) {
     m_wndFindPane.DressForUsers(document.Session().m_nLogFormat == LOG_FORMAT_JAS);
-    const QString strCaption = ToQString(CaptionOf(selection));
+    const QString caption = ToQString(CaptionOf(selection));
     for (const SharedPane pane : kPanes) {
         switch (ActionOf(pane, selection.What())) {
         case PaneAction::Clear:
@@ -47,7 +47,7 @@ void CSessionPanes::Show(CSessionDocument& document, const Selection& selection)
             break;
         }
         if (TakesCaption(pane, selection.What())) {
-            Pane(pane).SetCaption(strCaption);
+            Pane(pane).SetCaption(caption);
         }
     }
     m_pPanesOwner = document.GetFrame();
@@ -68,10 +68,10 @@ void CSessionPanes::Show(CSessionDocument& document, const Selection& selection,
         m_wndLongTasksPane.FillList(document, *selection.Functions(), *selection.Statements());
         break;
     case SharedPane::Errors:
-        if (const CJASUser* const pUser = selection.User()) {
-            m_wndErrorPane.FillList(document, pUser->m_listErrors);
-        } else if (const CThread* const pThread = selection.Thread()) {
-            m_wndErrorPane.FillList(document, pThread->m_listErrors);
+        if (const CJASUser* const user = selection.User()) {
+            m_wndErrorPane.FillList(document, user->m_listErrors);
+        } else if (const CThread* const thread = selection.Thread()) {
+            m_wndErrorPane.FillList(document, thread->m_listErrors);
         } else {
             m_wndErrorPane.FillList(document, selection.Process()->m_listErrors);
         }

@@ -2,13 +2,10 @@
 #pragma once
 
 #include "lists/PaneContent.h"
-#include "ui/session/BSFNPane.h"
 #include "ui/session/CachePane.h"
-#include "ui/session/ErrorPane.h"
 #include "ui/session/FindPane.h"
-#include "ui/session/LongTasksPane.h"
+#include "ui/session/ListPanes.h"
 #include "ui/session/RawDataPane.h"
-#include "ui/session/SQLPane.h"
 #include "ui/session/TimingGapsPane.h"
 
 #include <QPointer>

@@ -22,8 +22,9 @@ public:
     void ShowDetail(RecordIndex record) const {
         // A closed document lives on to the end of the event that closed it.
         if (m_pDocument == nullptr || m_pDocument->GetDocTemplate() == nullptr ||
-            m_pDocument->Session().LoadIdentity() != m_nLoadIdentity)
+            m_pDocument->Session().LoadIdentity() != m_nLoadIdentity) {
             return;
+        }
         m_pDocument->Session().ShowDetail(record);
     }
 

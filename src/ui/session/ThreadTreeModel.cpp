@@ -14,18 +14,18 @@ namespace {
 template <class T> T& At(const std::vector<std::unique_ptr<T>>& list, std::size_t n) { return *list[n]; }
 
 // The place of an object in the list that owns it, or -1.
-template <class T> int RowOf(const std::vector<std::unique_ptr<T>>& list, const T* pObject) {
+template <class T> int RowOf(const std::vector<std::unique_ptr<T>>& list, const T* object) {
     const auto it =
-        std::ranges::find(list, pObject, [](const auto& p) { return static_cast<const T*>(p.get()); });
+        std::ranges::find(list, object, [](const auto& p) { return static_cast<const T*>(p.get()); });
     return it == list.end() ? -1 : static_cast<int>(it - list.begin());
 }
 
 } // namespace
 
-void CThreadTreeModel::Show(EContent nContent) {
+void CThreadTreeModel::Show(EContent content) {
     beginResetModel();
-    m_nContent = nContent;
-    m_listUserImages = nContent == EContent::Users ? UserImages(m_session) : std::vector<int>();
+    m_nContent = content;
+    m_listUserImages = content == EContent::Users ? UserImages(m_session) : std::vector<int>();
     endResetModel();
 }
 
@@ -36,8 +36,9 @@ const CProcess* CThreadTreeModel::Process(const QModelIndex& index) const {
 }
 
 const CThread* CThreadTreeModel::Thread(const QModelIndex& index) const {
-    if (!index.isValid() || m_nContent != EContent::Processes || index.internalId() == 0)
+    if (!index.isValid() || m_nContent != EContent::Processes || index.internalId() == 0) {
         return nullptr;
+    }
     const CProcess& process = At(m_session.m_listProcesses, index.internalId() - 1);
     return &At(process.m_listThreads, static_cast<std::size_t>(index.row()));
 }
@@ -49,33 +50,36 @@ const CJASUser* CThreadTreeModel::User(const QModelIndex& index) const {
 }
 
 Selection CThreadTreeModel::Selected(const QModelIndex& index) const {
-    if (const CProcess* const pProcess = Process(index))
-        return Selection(*pProcess);
-    if (const CThread* const pThread = Thread(index))
-        return Selection(*pThread);
-    const CJASUser* const pUser = User(index);
-    return pUser != nullptr ? Selection(*pUser) : Selection();
+    if (const CProcess* const process = Process(index)) {
+        return Selection(*process);
+    }
+    if (const CThread* const thread = Thread(index)) {
+        return Selection(*thread);
+    }
+    const CJASUser* const user = User(index);
+    return user != nullptr ? Selection(*user) : Selection();
 }
 
 QModelIndex CThreadTreeModel::IndexOf(const CThread& thread) const {
-    const CProcess* pProcess = m_session.FindProcess(thread.m_nProcessID);
-    if (m_nContent != EContent::Processes || pProcess == nullptr)
+    const CProcess* process = m_session.FindProcess(thread.m_nProcessID);
+    if (m_nContent != EContent::Processes || process == nullptr) {
         return {};
-    const int nProcess = RowOf(m_session.m_listProcesses, pProcess);
-    const int nThread = RowOf(pProcess->m_listThreads, &thread);
-    return nProcess < 0 || nThread < 0 ? QModelIndex() : index(nThread, 0, index(nProcess, 0));
+    }
+    const int processRow = RowOf(m_session.m_listProcesses, process);
+    const int threadRow = RowOf(process->m_listThreads, &thread);
+    return processRow < 0 || threadRow < 0 ? QModelIndex() : index(threadRow, 0, index(processRow, 0));
 }
 
 QModelIndex CThreadTreeModel::IndexOf(const CJASUser& user) const {
-    const int nUser = m_nContent == EContent::Users ? RowOf(m_session.m_listUsers, &user) : -1;
-    return nUser < 0 ? QModelIndex() : index(nUser, 0);
+    const int userRow = m_nContent == EContent::Users ? RowOf(m_session.m_listUsers, &user) : -1;
+    return userRow < 0 ? QModelIndex() : index(userRow, 0);
 }
 
-QModelIndex CThreadTreeModel::index(int nRow, int nColumn, const QModelIndex& parent) const {
-    if (!hasIndex(nRow, nColumn, parent))
+QModelIndex CThreadTreeModel::index(int row, int column, const QModelIndex& parent) const {
+    if (!hasIndex(row, column, parent)) {
         return {};
-    return createIndex(nRow, nColumn,
-                       parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
+    }
+    return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : quintptr{0});
 }
 
 QModelIndex CThreadTreeModel::parent(const QModelIndex& index) const {
@@ -95,32 +99,40 @@ int CThreadTreeModel::rowCount(const QModelIndex& parent) const {
             return 0;
         }
     }
-    const CProcess* pProcess = Process(parent);
-    return pProcess != nullptr ? static_cast<int>(pProcess->m_listThreads.size()) : 0;
+    const CProcess* process = Process(parent);
+    return process != nullptr ? static_cast<int>(process->m_listThreads.size()) : 0;
 }
 
 std::string CThreadTreeModel::Text(const QModelIndex& index) const {
-    if (const CProcess* pProcess = Process(index))
-        return ProcessNodeText(m_session, *pProcess);
-    if (const CThread* pThread = Thread(index))
-        return ThreadNodeText(*pThread);
-    const CJASUser* pUser = User(index);
-    return pUser != nullptr ? pUser->m_strUser : std::string();
+    if (const CProcess* process = Process(index)) {
+        return ProcessNodeText(m_session, *process);
+    }
+    if (const CThread* thread = Thread(index)) {
+        return ThreadNodeText(*thread);
+    }
+    const CJASUser* user = User(index);
+    return user != nullptr ? user->m_strUser : std::string();
 }
 
-QVariant CThreadTreeModel::data(const QModelIndex& index, int nRole) const {
-    if (!index.isValid())
+QVariant CThreadTreeModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid()) {
         return {};
-    if (nRole == Qt::DisplayRole)
+    }
+    if (role == Qt::DisplayRole) {
         return NodeDisplayText(Text(index));
-    if (nRole == Qt::ToolTipRole)
+    }
+    if (role == Qt::ToolTipRole) {
         return NodeTipText(Text(index));
-    if (nRole != Qt::DecorationRole)
+    }
+    if (role != Qt::DecorationRole) {
         return {};
-    if (Process(index) != nullptr)
+    }
+    if (Process(index) != nullptr) {
         return m_listImages.value(IMAGE_PROCESS);
-    if (Thread(index) != nullptr)
+    }
+    if (Thread(index) != nullptr) {
         return m_listImages.value(IMAGE_THREAD);
+    }
     return User(index) != nullptr
                ? m_listImages.value(m_listUserImages[static_cast<std::size_t>(index.row())])
                : QVariant();

@@ -15,8 +15,8 @@ class CThreadTreeModel final : public QAbstractItemModel {
     Q_OBJECT
 
 public:
-    CThreadTreeModel(const CCarvelotDoc& session, QList<QIcon> listImages)
-        : m_session(session), m_listImages(std::move(listImages)) {}
+    CThreadTreeModel(const CCarvelotDoc& session, QList<QIcon> images)
+        : m_session(session), m_listImages(std::move(images)) {}
 
     void Clear() { Show(EContent::Nothing); }
     void ShowProcesses() { Show(EContent::Processes); }
@@ -30,15 +30,15 @@ public:
     QModelIndex IndexOf(const CThread& thread) const;
     QModelIndex IndexOf(const CJASUser& user) const;
 
-    QModelIndex index(int nRow, int nColumn, const QModelIndex& parent = {}) const override;
+    QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex&) const override { return 1; }
-    QVariant data(const QModelIndex& index, int nRole = Qt::DisplayRole) const override;
+    QVariant data(const QModelIndex& index, int role = Qt::DisplayRole) const override;
 
 private:
     enum class EContent { Nothing, Processes, Users };
-    void Show(EContent nContent);
+    void Show(EContent content);
     std::string Text(const QModelIndex& index) const;
 
     // An index carries the row of its process plus 1, or 0 at the top.

@@ -19,9 +19,9 @@ namespace carvelot {
 namespace {
 
 QList<QIcon> TreeImages() {
-    QList<QIcon> listImages;
-    LoadImageStrip("TreeImages", listImages);
-    return listImages;
+    QList<QIcon> images;
+    LoadImageStrip("TreeImages", images);
+    return images;
 }
 
 } // namespace
@@ -40,8 +40,9 @@ CThreadView::~CThreadView() {
 
 void CThreadView::ClearTree() {
     // The records go next.
-    if (CSessionPanes* const pPanes = SessionPanes())
-        pPanes->LetGo(m_document.Session());
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->LetGo(m_document.Session());
+    }
     m_model.Clear();
 }
 
@@ -59,8 +60,8 @@ void CThreadView::FillUserTree() {
 }
 
 bool CThreadView::IsProcessSelected(std::uint32_t processID) const {
-    const CProcess* pProcess = m_model.Process(SelectedIndex());
-    return pProcess != nullptr && pProcess->m_nProcessID == processID;
+    const CProcess* process = m_model.Process(SelectedIndex());
+    return process != nullptr && process->m_nProcessID == processID;
 }
 
 void CThreadView::SelectThread(const CThread& thread) { SelectIndex(m_model.IndexOf(thread)); }
@@ -72,53 +73,60 @@ CDetailView* CThreadView::DetailView() const {
 }
 
 void CThreadView::OnSelectionChanged() {
-    CDetailView* const pDetails = DetailView();
-    if (pDetails == nullptr)
+    CDetailView* const details = DetailView();
+    if (details == nullptr) {
         return;
+    }
     const Selection selection = m_model.Selected(SelectedIndex());
-    if (selection.What() != Selection::Kind::Nothing)
+    if (selection.What() != Selection::Kind::Nothing) {
         m_document.SetTitle(ToQString(TitleOf(m_document.Session(), selection)));
-    pDetails->Show(selection);
+    }
+    details->Show(selection);
     RefreshPanes();
 }
 
 void CThreadView::RefreshPanes() {
-    if (CSessionPanes* const pPanes = SessionPanes())
-        pPanes->Show(m_document, m_model.Selected(SelectedIndex()));
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->Show(m_document, m_model.Selected(SelectedIndex()));
+    }
 }
 
-void CThreadView::mousePressEvent(QMouseEvent* pEvent) {
-    if (pEvent->button() != Qt::RightButton) {
-        CTreeCtrl::mousePressEvent(pEvent);
+void CThreadView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::RightButton) {
+        CTreeCtrl::mousePressEvent(event);
         return;
     }
-    pEvent->accept();
-    const QModelIndex index = indexAt(pEvent->position().toPoint());
-    if (index.parent().isValid())
-        ShowMenu(index, pEvent->globalPosition().toPoint());
+    event->accept();
+    const QModelIndex index = indexAt(event->position().toPoint());
+    if (index.parent().isValid()) {
+        ShowMenu(index, event->globalPosition().toPoint());
+    }
 }
 
-void CThreadView::contextMenuEvent(QContextMenuEvent* pEvent) {
+void CThreadView::contextMenuEvent(QContextMenuEvent* event) {
     // The mouse has had its menu when the button went down.
-    pEvent->accept();
+    event->accept();
     const QModelIndex index = SelectedIndex();
-    if (pEvent->reason() == QContextMenuEvent::Keyboard && index.parent().isValid())
+    if (event->reason() == QContextMenuEvent::Keyboard && index.parent().isValid()) {
         ShowMenu(index, MenuPoint(index));
+    }
 }
 
 void CThreadView::ShowMenu(const QModelIndex& index, const QPoint& screen) {
     SelectIndex(index);
     // By value: the dialog runs a message loop of its own, in which the session may be closed.
-    const CThread* const pThread = m_model.Thread(index);
-    if (pThread == nullptr)
+    const CThread* const thread = m_model.Thread(index);
+    if (thread == nullptr) {
         return;
-    const std::uint32_t nProcess = pThread->m_nProcessID;
-    const std::uint32_t nThread = pThread->m_nThreadID;
-    const std::string strLogPath = m_document.Session().m_strLogPath;
+    }
+    const std::uint32_t process = thread->m_nProcessID;
+    const std::uint32_t threadID = thread->m_nThreadID;
+    const std::string logPath = m_document.Session().m_strLogPath;
     QMenu menu;
-    const QAction* const pWrite = menu.addAction(tr("Write Message"));
-    if (UserInterface().RunMenu(menu, screen) == pWrite)
-        WriteTraceMessage(strLogPath, nProcess, nThread);
+    const QAction* const write = menu.addAction(tr("Write Message"));
+    if (UserInterface().RunMenu(menu, screen) == write) {
+        WriteTraceMessage(logPath, process, threadID);
+    }
 }
 
 } // namespace carvelot

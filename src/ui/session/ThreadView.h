@@ -33,8 +33,8 @@ public:
 
 protected:
     void OnSelectionChanged() override;
-    void mousePressEvent(QMouseEvent* pEvent) override;
-    void contextMenuEvent(QContextMenuEvent* pEvent) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void ShowMenu(const QModelIndex& index, const QPoint& screen);

@@ -19,39 +19,39 @@ namespace carvelot {
 
 namespace {
 
-QLineEdit* Edit(const char* pszName, const QString& strAccessible, bool bReadOnly) {
-    auto* pEdit = new QLineEdit;
-    pEdit->setObjectName(QLatin1String(pszName));
-    pEdit->setAccessibleName(strAccessible);
-    pEdit->setReadOnly(bReadOnly);
-    if (bReadOnly) {
+QLineEdit* Edit(const char* name, const QString& accessible, bool readOnly) {
+    auto* edit = new QLineEdit;
+    edit->setObjectName(QLatin1String(name));
+    edit->setAccessibleName(accessible);
+    edit->setReadOnly(readOnly);
+    if (readOnly) {
         // What cannot be typed into does not look as if it could.
-        QPalette palette = pEdit->palette();
+        QPalette palette = edit->palette();
         palette.setColor(QPalette::Base, palette.color(QPalette::Window));
-        pEdit->setPalette(palette);
+        edit->setPalette(palette);
     }
-    return pEdit;
+    return edit;
 }
 
-QPushButton* Button(const QString& strText, const char* pszName) {
-    auto* pButton = new QPushButton(strText);
-    pButton->setObjectName(QLatin1String(pszName));
-    pButton->setAutoDefault(false);
-    return pButton;
+QPushButton* Button(const QString& text, const char* name) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    return button;
 }
 
-QGroupBox* Group(const QString& strTitle, QWidget* pInput, QWidget* pButton, QWidget* pResult) {
-    auto* pGroup = new QGroupBox(strTitle);
-    auto* pLayout = new QGridLayout(pGroup);
-    pLayout->addWidget(pInput, 0, 0);
-    pLayout->addWidget(pButton, 0, 1);
-    pLayout->addWidget(pResult, 0, 2);
-    pLayout->setColumnStretch(0, 1);
-    pLayout->setColumnStretch(2, 1);
-    const int nWidth = pGroup->fontMetrics().averageCharWidth() * 18;
-    pInput->setMinimumWidth(nWidth);
-    pResult->setMinimumWidth(nWidth);
-    return pGroup;
+QGroupBox* Group(const QString& title, QWidget* input, QWidget* button, QWidget* result) {
+    auto* group = new QGroupBox(title);
+    auto* layout = new QGridLayout(group);
+    layout->addWidget(input, 0, 0);
+    layout->addWidget(button, 0, 1);
+    layout->addWidget(result, 0, 2);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(2, 1);
+    const int width = group->fontMetrics().averageCharWidth() * 18;
+    input->setMinimumWidth(width);
+    result->setMinimumWidth(width);
+    return group;
 }
 
 } // namespace
@@ -62,7 +62,7 @@ CConvertDates::CConvertDates() : QDialog(QApplication::activeWindow()) {
     m_pJulian = Edit("Julian", tr("Julian date"), false);
     m_pJulian->setValidator(
         new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), m_pJulian));
-    QPushButton* pToGregorian = Button(tr("To Gregorian"), "ToGregorian");
+    QPushButton* toGregorian = Button(tr("To Gregorian"), "ToGregorian");
     m_pGregorianResult = Edit("GregorianResult", tr("Calendar date, converted"), true);
 
     m_pDate = new CDateEdit(QDateTime::currentDateTime());
@@ -70,33 +70,34 @@ CConvertDates::CConvertDates() : QDialog(QApplication::activeWindow()) {
     m_pDate->setAccessibleName(tr("Calendar date"));
     m_pDate->setCalendarPopup(true);
     // Two digits would leave the century open.
-    QString strFormat = m_pDate->locale().dateFormat(QLocale::ShortFormat);
-    if (!strFormat.contains(QLatin1String("yyyy")))
-        strFormat.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    QString format = m_pDate->locale().dateFormat(QLocale::ShortFormat);
+    if (!format.contains(QLatin1String("yyyy"))) {
+        format.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    }
 #ifndef _WIN32
-    strFormat = QStringLiteral("yyyy-MM-dd");
+    format = QStringLiteral("yyyy-MM-dd");
 #endif
-    m_pDate->setDisplayFormat(strFormat);
-    QPushButton* pToJulian = Button(tr("To Julian"), "ToJulian");
+    m_pDate->setDisplayFormat(format);
+    QPushButton* toJulian = Button(tr("To Julian"), "ToJulian");
     m_pJulianResult = Edit("JulianResult", tr("Julian date, converted"), true);
 
-    auto* pButtons = new QDialogButtonBox(QDialogButtonBox::Ok);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok);
 
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->addWidget(Group(tr("Julian"), m_pJulian, pToGregorian, m_pGregorianResult));
-    pLayout->addWidget(Group(tr("Gregorian"), m_pDate, pToJulian, m_pJulianResult));
-    const int nWidth = std::max(pToGregorian->sizeHint().width(), pToJulian->sizeHint().width());
-    pToGregorian->setMinimumWidth(nWidth);
-    pToJulian->setMinimumWidth(nWidth);
-    pLayout->addStretch();
-    pLayout->addWidget(pButtons);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(Group(tr("Julian"), m_pJulian, toGregorian, m_pGregorianResult));
+    layout->addWidget(Group(tr("Gregorian"), m_pDate, toJulian, m_pJulianResult));
+    const int width = std::max(toGregorian->sizeHint().width(), toJulian->sizeHint().width());
+    toGregorian->setMinimumWidth(width);
+    toJulian->setMinimumWidth(width);
+    layout->addStretch();
+    layout->addWidget(buttons);
     // In the dialog already: else it would forget it when the focus passes another button.
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
     m_pJulian->setFocus();
 
-    connect(pToGregorian, &QPushButton::clicked, this, &CConvertDates::OnToGregorian);
-    connect(pToJulian, &QPushButton::clicked, this, &CConvertDates::OnToJulian);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(toGregorian, &QPushButton::clicked, this, &CConvertDates::OnToGregorian);
+    connect(toJulian, &QPushButton::clicked, this, &CConvertDates::OnToJulian);
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
 }
 
 void CConvertDates::OnToGregorian() {

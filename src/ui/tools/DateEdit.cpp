@@ -7,54 +7,55 @@
 
 namespace carvelot {
 
-CDateEdit::CDateEdit(const QDateTime& date, QWidget* pParent) : QDateTimeEdit(date, pParent) {
+CDateEdit::CDateEdit(const QDateTime& date, QWidget* parent) : QDateTimeEdit(date, parent) {
     lineEdit()->installEventFilter(this);
 }
 
-void CDateEdit::SelectPart(int nPart) { setSelectedSection(sectionAt(nPart)); }
+void CDateEdit::SelectPart(int part) { setSelectedSection(sectionAt(part)); }
 
 bool CDateEdit::IsPartFull() const {
-    const qsizetype nMost = currentSection() == YearSection ? 4 : 2;
-    return sectionText(currentSection()).size() >= nMost;
+    const qsizetype most = currentSection() == YearSection ? 4 : 2;
+    return sectionText(currentSection()).size() >= most;
 }
 
-void CDateEdit::keyPressEvent(QKeyEvent* pEvent) {
-    const QString strKey = pEvent->text();
-    const bool bDigit = strKey.size() == 1 && strKey.front().isDigit();
-    const bool bSign = strKey.size() == 1 && strKey.front().isPrint() && !strKey.front().isLetterOrNumber();
-    if (bSign && m_bLedOn) {
+void CDateEdit::keyPressEvent(QKeyEvent* event) {
+    const QString key = event->text();
+    const bool digit = key.size() == 1 && key.front().isDigit();
+    const bool sign = key.size() == 1 && key.front().isPrint() && !key.front().isLetterOrNumber();
+    if (sign && m_bLedOn) {
         // The sign between two parts, typed where the first of them was full already.
         m_bLedOn = false;
         return;
     }
-    const bool bLeft = pEvent->key() == Qt::Key_Left;
-    if ((bLeft || pEvent->key() == Qt::Key_Right) && pEvent->modifiers() == Qt::NoModifier &&
+    const bool left = event->key() == Qt::Key_Left;
+    if ((left || event->key() == Qt::Key_Right) && event->modifiers() == Qt::NoModifier &&
         lineEdit()->hasSelectedText()) {
         m_bLedOn = false;
-        SelectPart(std::clamp(currentSectionIndex() + (bLeft ? -1 : 1), 0, sectionCount() - 1));
+        SelectPart(std::clamp(currentSectionIndex() + (left ? -1 : 1), 0, sectionCount() - 1));
         return;
     }
-    if (bDigit) {
-        const bool bAll = lineEdit()->hasSelectedText() && lineEdit()->selectedText() == text();
-        if (bAll)
+    if (digit) {
+        const bool all = lineEdit()->hasSelectedText() && lineEdit()->selectedText() == text();
+        if (all) {
             SelectPart(0);
-        else if (!lineEdit()->hasSelectedText() && IsPartFull())
+        } else if (!lineEdit()->hasSelectedText() && IsPartFull()) {
             SelectPart(currentSectionIndex());
+        }
     }
-    const int nPart = currentSectionIndex();
-    QDateTimeEdit::keyPressEvent(pEvent);
-    m_bLedOn = bDigit && currentSectionIndex() != nPart;
+    const int part = currentSectionIndex();
+    QDateTimeEdit::keyPressEvent(event);
+    m_bLedOn = digit && currentSectionIndex() != part;
 }
 
-bool CDateEdit::eventFilter(QObject* pObject, QEvent* pEvent) {
-    const bool bHandled = QDateTimeEdit::eventFilter(pObject, pEvent);
-    if (pEvent->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText()) {
+bool CDateEdit::eventFilter(QObject* object, QEvent* event) {
+    const bool handled = QDateTimeEdit::eventFilter(object, event);
+    if (event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText()) {
         m_bLedOn = false;
         // After the field's own handling, which puts the caret.
         QMetaObject::invokeMethod(
             this, [this] { SelectPart(currentSectionIndex()); }, Qt::QueuedConnection);
     }
-    return bHandled;
+    return handled;
 }
 
 } // namespace carvelot

@@ -12,14 +12,14 @@ class CDateEdit : public QDateTimeEdit {
     Q_OBJECT
 
 public:
-    explicit CDateEdit(const QDateTime& date, QWidget* pParent = nullptr);
+    explicit CDateEdit(const QDateTime& date, QWidget* parent = nullptr);
 
 protected:
-    void keyPressEvent(QKeyEvent* pEvent) override;
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void SelectPart(int nPart);
+    void SelectPart(int part);
     bool IsPartFull() const;
 
     bool m_bLedOn = false; // the last key filled a part and led to the next one

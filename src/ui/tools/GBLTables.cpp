@@ -13,27 +13,27 @@ namespace carvelot {
 
 CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
     setWindowTitle(tr("Global Tables"));
-    m_pList = new CListCtrl(kSpecFileColumns, tr("Spec files"), this);
+    m_pList = new CListCtrl(SpecsOf(SpecFileRow::Columns()), tr("Spec files"), this);
     m_pList->setObjectName(QStringLiteral("SpecFiles"));
     m_pList->setSelectionMode(QAbstractItemView::ExtendedSelection);
     // The paths of one installation begin alike: their ends tell them apart.
     m_pList->setTextElideMode(Qt::ElideLeft);
 
-    auto* pButtons = new QDialogButtonBox;
-    QPushButton* pDelete = pButtons->addButton(tr("Delete Selected"), QDialogButtonBox::AcceptRole);
-    pDelete->setObjectName(QStringLiteral("DeleteSelected"));
-    pButtons->addButton(QDialogButtonBox::Cancel);
+    auto* buttons = new QDialogButtonBox;
+    QPushButton* remove = buttons->addButton(tr("Delete Selected"), QDialogButtonBox::AcceptRole);
+    remove->setObjectName(QStringLiteral("DeleteSelected"));
+    buttons->addButton(QDialogButtonBox::Cancel);
 
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->addWidget(m_pList);
-    pLayout->addWidget(pButtons);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_pList);
+    layout->addWidget(buttons);
     // In the dialog already: else it would forget it when the focus passes another button.
-    pDelete->setDefault(true);
+    remove->setDefault(true);
     resize(480, 320);
     m_pList->setFocus();
 
-    connect(pButtons, &QDialogButtonBox::accepted, this, &CGBLTables::OnDeleteSelected);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::accepted, this, &CGBLTables::OnDeleteSelected);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
     QApplication::setOverrideCursor(Qt::WaitCursor);
     if (m_files.Fill()) {
@@ -57,10 +57,11 @@ CGBLTables::CGBLTables() : QDialog(QApplication::activeWindow()) {
 CGBLTables::~CGBLTables() { m_pList->Fill(nullptr); }
 
 void CGBLTables::OnDeleteSelected() {
-    std::vector<std::size_t> listRows;
-    for (const int nRow : m_pList->SelectedRows())
-        listRows.push_back(m_pList->Model().SourceRow(nRow));
-    m_files.Delete(listRows);
+    std::vector<std::size_t> rows;
+    for (const int row : m_pList->SelectedRows()) {
+        rows.push_back(m_pList->Model().SourceRow(row));
+    }
+    m_files.Delete(rows);
     accept();
 }
 

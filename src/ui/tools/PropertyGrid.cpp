@@ -1,8 +1,8 @@
 #include "ui/tools/PropertyGrid.h"
 
 #include "ui/kit/PlainText.h"
-#include "ui/kit/Text.h"
 #include "ui/kit/ReportView.h"
+#include "ui/kit/Text.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -54,82 +54,91 @@ public:
     CValueDelegate(CPropertyGrid& grid, CTree& tree)
         : QStyledItemDelegate(&tree), m_grid(grid), m_tree(tree) {}
 
-    QWidget* createEditor(QWidget* pParent, const QStyleOptionViewItem&,
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem&,
                           const QModelIndex& index) const override {
-        const CJDEPropSetting* pRow = CPropertyGrid::RowOf(m_tree.itemFromIndex(index));
-        if (index.column() != kValueColumn || pRow == nullptr || pRow->m_bGroup)
+        const CJDEPropSetting* row = CPropertyGrid::RowOf(m_tree.itemFromIndex(index));
+        if (index.column() != kValueColumn || row == nullptr || row->m_bGroup) {
             return nullptr;
-        if (pRow->m_listOptions.empty()) {
-            auto* pEdit = new QLineEdit(pParent);
-            pEdit->setFrame(false);
-            pEdit->setAccessibleName(ToQString(pRow->m_strLabel));
-            return pEdit;
         }
-        auto* pCombo = new COptionBox(pParent);
-        pCombo->setAccessibleName(ToQString(pRow->m_strLabel));
-        pCombo->setFrame(false);
-        for (const std::string& strOption : pRow->m_listOptions)
-            pCombo->addItem(ToQString(strOption));
-        if (pRow->m_bAllowEdit) {
-            pCombo->setEditable(true);
+        if (row->m_listOptions.empty()) {
+            auto* edit = new QLineEdit(parent);
+            edit->setFrame(false);
+            edit->setAccessibleName(ToQString(row->m_strLabel));
+            return edit;
+        }
+        auto* combo = new COptionBox(parent);
+        combo->setAccessibleName(ToQString(row->m_strLabel));
+        combo->setFrame(false);
+        for (const std::string& option : row->m_listOptions) {
+            combo->addItem(ToQString(option));
+        }
+        if (row->m_bAllowEdit) {
+            combo->setEditable(true);
             // What is typed stands as it was typed.
-            pCombo->setCompleter(nullptr);
-            pCombo->setInsertPolicy(QComboBox::NoInsert);
+            combo->setCompleter(nullptr);
+            combo->setInsertPolicy(QComboBox::NoInsert);
         }
-        auto* pThis = const_cast<CValueDelegate*>(this);
-        connect(pCombo, &QComboBox::activated, pThis, [pThis, pCombo] {
-            if (!pCombo->m_bListOpen)
+        auto* self = const_cast<CValueDelegate*>(this);
+        connect(combo, &QComboBox::activated, self, [self, combo] {
+            if (!combo->m_bListOpen) {
                 return;
-            emit pThis->commitData(pCombo);
-            emit pThis->closeEditor(pCombo);
+            }
+            emit self->commitData(combo);
+            emit self->closeEditor(combo);
         });
-        return pCombo;
+        return combo;
     }
 
-    void setEditorData(QWidget* pEditor, const QModelIndex& index) const override {
-        const QString strValue = index.data(Qt::EditRole).toString();
-        if (auto* pEdit = qobject_cast<QLineEdit*>(pEditor))
-            pEdit->setText(strValue);
-        if (auto* pCombo = qobject_cast<QComboBox*>(pEditor)) {
-            pCombo->setCurrentIndex(pCombo->findText(strValue, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+        const QString value = index.data(Qt::EditRole).toString();
+        if (auto* edit = qobject_cast<QLineEdit*>(editor)) {
+            edit->setText(value);
+        }
+        if (auto* combo = qobject_cast<QComboBox*>(editor)) {
+            combo->setCurrentIndex(combo->findText(value, Qt::MatchExactly | Qt::MatchCaseSensitive));
             // The file may hold a value that is none of the options; it stays until another is chosen.
-            if (pCombo->isEditable())
-                pCombo->setEditText(strValue);
-            else
-                pCombo->setPlaceholderText(strValue);
+            if (combo->isEditable()) {
+                combo->setEditText(value);
+            } else {
+                combo->setPlaceholderText(value);
+            }
         }
     }
 
-    void setModelData(QWidget* pEditor, QAbstractItemModel*, const QModelIndex& index) const override {
+    void setModelData(QWidget* editor, QAbstractItemModel*, const QModelIndex& index) const override {
         QTreeWidgetItem& item = *m_tree.itemFromIndex(index);
-        if (const auto* pEdit = qobject_cast<QLineEdit*>(pEditor))
-            m_grid.SetValue(item, pEdit->text());
-        const auto* pCombo = qobject_cast<QComboBox*>(pEditor);
-        if (pCombo != nullptr && (pCombo->isEditable() || pCombo->currentIndex() >= 0))
-            m_grid.SetValue(item, pCombo->currentText());
+        if (const auto* edit = qobject_cast<QLineEdit*>(editor)) {
+            m_grid.SetValue(item, edit->text());
+        }
+        const auto* combo = qobject_cast<QComboBox*>(editor);
+        if (combo != nullptr && (combo->isEditable() || combo->currentIndex() >= 0)) {
+            m_grid.SetValue(item, combo->currentText());
+        }
     }
 
-    void updateEditorGeometry(QWidget* pEditor, const QStyleOptionViewItem& option,
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                               const QModelIndex&) const override {
         // Editors need a little more height than a row's text.
         QRect rect = option.rect;
-        const int nMissing = std::max(0, pEditor->sizeHint().height() - rect.height());
-        rect.adjust(0, -nMissing / 2, 0, nMissing - nMissing / 2);
-        pEditor->setGeometry(rect);
+        const int missing = std::max(0, editor->sizeHint().height() - rect.height());
+        rect.adjust(0, -missing / 2, 0, missing - missing / 2);
+        editor->setGeometry(rect);
     }
 
-    void paint(QPainter* pPainter, const QStyleOptionViewItem& option,
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        const CJDEPropSetting* pRow = CPropertyGrid::RowOf(m_tree.itemFromIndex(index));
-        if (pRow != nullptr && pRow->m_bGroup)
-            pPainter->fillRect(option.rect, option.palette.brush(QPalette::Button));
-        QStyledItemDelegate::paint(pPainter, option, index);
-        pPainter->save();
-        pPainter->setPen(option.palette.color(QPalette::Mid).lighter(125));
-        pPainter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
-        if (index.column() == kValueColumn)
-            pPainter->drawLine(option.rect.topLeft(), option.rect.bottomLeft());
-        pPainter->restore();
+        const CJDEPropSetting* row = CPropertyGrid::RowOf(m_tree.itemFromIndex(index));
+        if (row != nullptr && row->m_bGroup) {
+            painter->fillRect(option.rect, option.palette.brush(QPalette::Button));
+        }
+        QStyledItemDelegate::paint(painter, option, index);
+        painter->save();
+        painter->setPen(option.palette.color(QPalette::Mid).lighter(125));
+        painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
+        if (index.column() == kValueColumn) {
+            painter->drawLine(option.rect.topLeft(), option.rect.bottomLeft());
+        }
+        painter->restore();
     }
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -145,9 +154,9 @@ private:
 
 } // namespace
 
-CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
-    auto* pTree = new CTree;
-    m_pTree = pTree;
+CPropertyGrid::CPropertyGrid(QWidget* parent) : QWidget(parent) {
+    auto* tree = new CTree;
+    m_pTree = tree;
     m_pTree->setObjectName(QStringLiteral("Grid"));
     m_pTree->setAccessibleName(tr("Settings"));
     m_pTree->setColumnCount(2);
@@ -157,12 +166,12 @@ CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
     m_pTree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_pTree->setAllColumnsShowFocus(true);
     m_pTree->header()->setStretchLastSection(true);
-    m_pTree->setItemDelegate(new CValueDelegate(*this, *pTree));
+    m_pTree->setItemDelegate(new CValueDelegate(*this, *tree));
     m_pTree->installEventFilter(this);
     CopyRowsByKey(*m_pTree);
 
-    auto* pArea = new QFrame;
-    pArea->setFrameShape(QFrame::StyledPanel);
+    auto* area = new QFrame;
+    area->setFrameShape(QFrame::StyledPanel);
     m_pName = PlainLabel();
     QFont bold = m_pName->font();
     bold.setBold(true);
@@ -171,34 +180,36 @@ CPropertyGrid::CPropertyGrid(QWidget* pParent) : QWidget(pParent) {
     m_pDescription->setObjectName(QStringLiteral("Description"));
     m_pDescription->setWordWrap(true);
     m_pDescription->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    auto* pAreaLayout = new QVBoxLayout(pArea);
-    pAreaLayout->setContentsMargins(6, 4, 6, 4);
-    pAreaLayout->setSpacing(2);
-    pAreaLayout->addWidget(m_pName);
-    pAreaLayout->addWidget(m_pDescription, 1);
+    auto* areaLayout = new QVBoxLayout(area);
+    areaLayout->setContentsMargins(6, 4, 6, 4);
+    areaLayout->setSpacing(2);
+    areaLayout->addWidget(m_pName);
+    areaLayout->addWidget(m_pDescription, 1);
     // Room for the longest description, so that the grid does not jump from row to row.
-    pArea->setFixedHeight(m_pName->fontMetrics().lineSpacing() * 7 + 14);
+    area->setFixedHeight(m_pName->fontMetrics().lineSpacing() * 7 + 14);
 
-    auto* pLayout = new QVBoxLayout(this);
-    pLayout->setContentsMargins(0, 0, 0, 0);
-    pLayout->setSpacing(2);
-    pLayout->addWidget(m_pTree, 1);
-    pLayout->addWidget(pArea);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->addWidget(m_pTree, 1);
+    layout->addWidget(area);
     setFocusProxy(m_pTree);
 
     connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CPropertyGrid::ShowDescription);
-    connect(m_pTree, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* pItem, int nColumn) {
-        if (nColumn == kValueColumn)
-            m_pTree->editItem(pItem, kValueColumn);
+    connect(m_pTree, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item, int column) {
+        if (column == kValueColumn) {
+            m_pTree->editItem(item, kValueColumn);
+        }
     });
     connect(m_pTree, &QTreeWidget::itemDoubleClicked, this,
-            [this](QTreeWidgetItem* pItem) { m_pTree->editItem(pItem, kValueColumn); });
+            [this](QTreeWidgetItem* item) { m_pTree->editItem(item, kValueColumn); });
 }
 
-void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& listTop) {
+void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& top) {
     m_pTree->clear();
-    for (CJDEPropSetting& row : listTop)
+    for (CJDEPropSetting& row : top) {
         AddRow(m_pTree->invisibleRootItem(), row);
+    }
     m_pTree->expandAll();
     m_pTree->setCurrentItem(m_pTree->topLevelItem(0));
     m_pTree->resizeColumnToContents(kLabelColumn);
@@ -206,32 +217,33 @@ void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& listTop) {
     m_pTree->setColumnWidth(kLabelColumn, std::min(m_pTree->columnWidth(kLabelColumn) + kGap, width() / 2));
 }
 
-void CPropertyGrid::AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row) {
-    auto* pItem = new QTreeWidgetItem(pParent);
-    pItem->setText(kLabelColumn, ToQString(row.m_strLabel));
-    pItem->setData(kLabelColumn, Qt::UserRole, QVariant::fromValue(static_cast<void*>(&row)));
+void CPropertyGrid::AddRow(QTreeWidgetItem* parent, CJDEPropSetting& row) {
+    auto* item = new QTreeWidgetItem(parent);
+    item->setText(kLabelColumn, ToQString(row.m_strLabel));
+    item->setData(kLabelColumn, Qt::UserRole, QVariant::fromValue(static_cast<void*>(&row)));
     if (row.m_bGroup) {
         QFont bold = m_pTree->font();
         bold.setBold(true);
-        pItem->setFont(kLabelColumn, bold);
-        pItem->setFirstColumnSpanned(true);
+        item->setFont(kLabelColumn, bold);
+        item->setFirstColumnSpanned(true);
     } else {
-        pItem->setText(kValueColumn, ToQString(row.GetValue()));
-        pItem->setFlags(pItem->flags() | Qt::ItemIsEditable);
+        item->setText(kValueColumn, ToQString(row.GetValue()));
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
     }
-    for (CJDEPropSetting& child : row.m_listChildren)
-        AddRow(pItem, child);
+    for (CJDEPropSetting& child : row.m_listChildren) {
+        AddRow(item, child);
+    }
 }
 
-CJDEPropSetting* CPropertyGrid::RowOf(const QTreeWidgetItem* pItem) {
-    return pItem == nullptr
+CJDEPropSetting* CPropertyGrid::RowOf(const QTreeWidgetItem* item) {
+    return item == nullptr
                ? nullptr
-               : static_cast<CJDEPropSetting*>(pItem->data(kLabelColumn, Qt::UserRole).value<void*>());
+               : static_cast<CJDEPropSetting*>(item->data(kLabelColumn, Qt::UserRole).value<void*>());
 }
 
-void CPropertyGrid::SetValue(QTreeWidgetItem& item, const QString& strValue) {
+void CPropertyGrid::SetValue(QTreeWidgetItem& item, const QString& value) {
     CJDEPropSetting& row = *RowOf(&item);
-    row.SetValue(ToUtf8(strValue));
+    row.SetValue(ToUtf8(value));
     item.setText(kValueColumn, ToQString(row.GetValue()));
     QFont font = m_pTree->font();
     font.setBold(row.IsModified());
@@ -240,37 +252,42 @@ void CPropertyGrid::SetValue(QTreeWidgetItem& item, const QString& strValue) {
 
 void CPropertyGrid::EndEdit() {
     // Leaving an editor commits it; the focus may well have stayed there when a key pressed the button.
-    QWidget* pFocus = QApplication::focusWidget();
-    if (pFocus != nullptr && pFocus != m_pTree && m_pTree->isAncestorOf(pFocus))
+    QWidget* focus = QApplication::focusWidget();
+    if (focus != nullptr && focus != m_pTree && m_pTree->isAncestorOf(focus)) {
         m_pTree->setFocus();
+    }
 }
 
-void CPropertyGrid::ShowDescription(const QTreeWidgetItem* pItem) {
-    const CJDEPropSetting* pRow = RowOf(pItem);
-    m_pName->setText(pRow != nullptr ? ToQString(pRow->m_strLabel) : QString());
-    m_pDescription->setText(pRow != nullptr ? ToQString(pRow->m_strDescription) : QString());
+void CPropertyGrid::ShowDescription(const QTreeWidgetItem* item) {
+    const CJDEPropSetting* row = RowOf(item);
+    m_pName->setText(row != nullptr ? ToQString(row->m_strLabel) : QString());
+    m_pDescription->setText(row != nullptr ? ToQString(row->m_strDescription) : QString());
 }
 
-bool CPropertyGrid::eventFilter(QObject* pObject, QEvent* pEvent) {
-    if (pObject != m_pTree || pEvent->type() != QEvent::KeyPress || static_cast<CTree*>(m_pTree)->IsEditing())
-        return QWidget::eventFilter(pObject, pEvent);
-    const auto* pKey = static_cast<QKeyEvent*>(pEvent);
-    QTreeWidgetItem* pItem = m_pTree->currentItem();
-    const CJDEPropSetting* pRow = RowOf(pItem);
-    if (pRow == nullptr || pRow->m_bGroup)
-        return QWidget::eventFilter(pObject, pEvent);
-    const QString strText = pKey->text();
-    const bool bTyped = !strText.isEmpty() && strText.at(0).isPrint() &&
-                        !(pKey->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-    const bool bOpens =
-        pKey->key() == Qt::Key_F2 || pKey->key() == Qt::Key_Return || pKey->key() == Qt::Key_Enter;
-    if (!bTyped && !bOpens)
-        return QWidget::eventFilter(pObject, pEvent);
-    m_pTree->editItem(pItem, kValueColumn);
+bool CPropertyGrid::eventFilter(QObject* object, QEvent* event) {
+    if (object != m_pTree || event->type() != QEvent::KeyPress || static_cast<CTree*>(m_pTree)->IsEditing()) {
+        return QWidget::eventFilter(object, event);
+    }
+    const auto* key = static_cast<QKeyEvent*>(event);
+    QTreeWidgetItem* item = m_pTree->currentItem();
+    const CJDEPropSetting* row = RowOf(item);
+    if (row == nullptr || row->m_bGroup) {
+        return QWidget::eventFilter(object, event);
+    }
+    const QString text = key->text();
+    const bool typed = !text.isEmpty() && text.at(0).isPrint() &&
+                       !(key->modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+    const bool opens =
+        key->key() == Qt::Key_F2 || key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    if (!typed && !opens) {
+        return QWidget::eventFilter(object, event);
+    }
+    m_pTree->editItem(item, kValueColumn);
     // A typed character opens the editor and replaces what stood there.
-    QWidget* pEditor = QApplication::focusWidget();
-    if (bTyped && pEditor != nullptr && pEditor != m_pTree && m_pTree->isAncestorOf(pEditor))
-        QApplication::sendEvent(pEditor, pEvent);
+    QWidget* editor = QApplication::focusWidget();
+    if (typed && editor != nullptr && editor != m_pTree && m_pTree->isAncestorOf(editor)) {
+        QApplication::sendEvent(editor, event);
+    }
     return true;
 }
 

@@ -18,23 +18,23 @@ class CPropertyGrid : public QWidget {
     Q_OBJECT
 
 public:
-    explicit CPropertyGrid(QWidget* pParent);
+    explicit CPropertyGrid(QWidget* parent);
 
     // Shows the rows, which belong to the caller and outlive the grid's use of them.
-    void SetRows(std::vector<CJDEPropSetting>& listTop);
+    void SetRows(std::vector<CJDEPropSetting>& top);
     // Takes over what stands in an editor that is open.
     void EndEdit();
     // The row behind an item.
-    static CJDEPropSetting* RowOf(const QTreeWidgetItem* pItem);
+    static CJDEPropSetting* RowOf(const QTreeWidgetItem* item);
     // Takes a typed or chosen value over into the row and its mark.
-    void SetValue(QTreeWidgetItem& item, const QString& strValue);
+    void SetValue(QTreeWidgetItem& item, const QString& value);
 
 protected:
-    bool eventFilter(QObject* pObject, QEvent* pEvent) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    void AddRow(QTreeWidgetItem* pParent, CJDEPropSetting& row);
-    void ShowDescription(const QTreeWidgetItem* pItem);
+    void AddRow(QTreeWidgetItem* parent, CJDEPropSetting& row);
+    void ShowDescription(const QTreeWidgetItem* item);
 
     QTreeWidget* m_pTree;
     QLabel* m_pName;

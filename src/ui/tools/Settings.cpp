@@ -36,36 +36,35 @@ CSettings::CSettings(const CJDESettings& settings)
     setWindowTitle(tr("JDE Settings"));
     m_pGrid = new CPropertyGrid(this);
 
-    auto* pButtons =
+    auto* buttons =
         new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Apply | QDialogButtonBox::Cancel, this);
-    m_pButtons = pButtons;
-    pButtons->button(QDialogButtonBox::Ok)->setDefault(true);
-    connect(pButtons->button(QDialogButtonBox::Apply), &QPushButton::clicked, this, &CSettings::OnApply);
-    connect(pButtons, &QDialogButtonBox::accepted, this, &CSettings::OnOk);
-    connect(pButtons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_pButtons = buttons;
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+    connect(buttons->button(QDialogButtonBox::Apply), &QPushButton::clicked, this, &CSettings::OnApply);
+    connect(buttons, &QDialogButtonBox::accepted, this, &CSettings::OnOk);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     m_pGrid->setFocus();
     setMinimumSize(360, 300);
-    const int nCharacter = fontMetrics().averageCharWidth();
-    resize(std::max(560, nCharacter * 90), std::max(600, fontMetrics().height() * 40));
+    const int character = fontMetrics().averageCharWidth();
+    resize(std::max(560, character * 90), std::max(600, fontMetrics().height() * 40));
 }
 
-void CSettings::showEvent(QShowEvent* pEvent) {
+void CSettings::showEvent(QShowEvent* event) {
     if (m_listRows.empty()) {
         m_listRows = MakeSettingsRows(m_settings);
         m_pGrid->SetRows(m_listRows);
     }
-    QDialog::showEvent(pEvent);
+    QDialog::showEvent(event);
 }
 
-void CSettings::resizeEvent(QResizeEvent* pEvent) {
-    QDialog::resizeEvent(pEvent);
+void CSettings::resizeEvent(QResizeEvent* event) {
+    QDialog::resizeEvent(event);
     // Buttons of a large font need more.
-    const int nButtons = m_pButtons->sizeHint().height();
-    const int nArea = std::max(kButtonArea, nButtons + 4);
-    m_pGrid->setGeometry(0, 0, width(), height() - nArea);
+    const int buttons = m_pButtons->sizeHint().height();
+    const int area = std::max(kButtonArea, buttons + 4);
+    m_pGrid->setGeometry(0, 0, width(), height() - area);
     constexpr int kMargin = 8;
-    m_pButtons->setGeometry(kMargin, height() - nArea + (nArea - nButtons) / 2, width() - 2 * kMargin,
-                            nButtons);
+    m_pButtons->setGeometry(kMargin, height() - area + (area - buttons) / 2, width() - 2 * kMargin, buttons);
 }
 
 void CSettings::OnApply() {

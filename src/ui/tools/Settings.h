@@ -23,8 +23,8 @@ public:
     ~CSettings() override { hide(); }
 
 protected:
-    void showEvent(QShowEvent* pEvent) override;
-    void resizeEvent(QResizeEvent* pEvent) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void OnApply();

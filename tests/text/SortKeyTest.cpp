@@ -1,4 +1,4 @@
-#include "lists/SortKey.h"
+#include "text/SortKey.h"
 
 #include "text/CaseText.h"
 

@@ -1,0 +1,32 @@
+#include "ui/app/StatusBar.h"
+
+#include <QLabel>
+#include <QProgressBar>
+
+namespace carvelot {
+
+CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBar) {
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long text makes the window no wider
+    m_pProgress->setRange(0, 100);
+    m_pProgress->setMaximumWidth(180);
+    m_pProgress->setTextVisible(false);
+    m_pProgress->setAccessibleName(tr("Progress of the load"));
+    m_pProgress->hide();
+    auto* bitness = new QLabel(bitnessText);
+    bitness->setObjectName(QStringLiteral("Bitness"));
+    bitness->setAccessibleName(tr("Build"));
+    bitness->setContentsMargins(10, 0, 10, 0);
+    addPermanentWidget(m_pProgress);
+    addPermanentWidget(bitness);
+}
+
+void CStatusBar::ShowProgress(int percent) {
+    m_pProgress->setVisible(percent >= 0);
+    if (percent < 0 || m_pProgress->value() == percent) {
+        return;
+    }
+    m_pProgress->setValue(percent);
+    repaint();
+}
+
+} // namespace carvelot
