@@ -1,5 +1,6 @@
 #include "explore/FrameNames.h"
 
+#include "parse/Classifier.h"
 #include "text/ByteScan.h"
 #include "text/Columns.h"
 
@@ -20,6 +21,22 @@ std::string_view EventName(std::string_view displayName, std::string_view text, 
         return ahead.empty() ? behind : ahead;
     }
     return scratch.assign(ahead).append(1, ' ').append(behind);
+}
+
+std::string_view OperationWordOf(const CDetailList& details, RecordIndex record) {
+    switch (details.Operation(record)) {
+    case SQL_SELECT:
+        return "SELECT";
+    case SQL_UPDATE:
+        return "UPDATE";
+    case SQL_INSERT:
+        return "INSERT";
+    case SQL_DELETE:
+        return "DELETE";
+    case SQL_NONE:
+        break;
+    }
+    return FindOperationWord(details.Text(record));
 }
 
 std::string_view StatementName(std::string_view operationWord, std::string_view table, std::string& scratch) {

@@ -2,7 +2,6 @@
 
 #include "analysis/BSFNAnalysis.h"
 #include "explore/FrameNames.h"
-#include "parse/Classifier.h"
 
 #include <algorithm>
 
@@ -115,7 +114,7 @@ void CFrameWalk::StartEvent(std::uint32_t number, RecordIndex record) {
 
 void CFrameWalk::StartStatement(Stream& stream, RecordIndex record) {
     const std::string_view name =
-        StatementName(FindOperationWord(m_details.Text(record)), m_details.TableName(record), m_strScratch);
+        StatementName(OperationWordOf(m_details, record), m_details.TableName(record), m_strScratch);
     stream.pending = Add(stream, record, m_result.m_keys.Number(FrameKind::Statement, name));
 }
 

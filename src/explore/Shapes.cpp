@@ -1,8 +1,8 @@
 #include "explore/Shapes.h"
 
+#include "explore/FrameNames.h"
 #include "explore/GroupedTimes.h"
 #include "explore/StatementShape.h"
-#include "parse/Classifier.h"
 
 #include <algorithm>
 
@@ -67,8 +67,10 @@ CStatementShapes::CStatementShapes(const CCarvelotDoc& session, const CFrames& f
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
         const std::uint32_t key = frames[i].key;
         if (frames.Keys().Kind(key) == FrameKind::Statement) {
-            const std::string_view text = session.m_listDetails.Text(frames[i].record);
-            const std::string_view shape = shapeText.Of(text, FindOperationWord(text));
+            const CDetailList& details = session.m_listDetails;
+            const RecordIndex record = frames[i].record;
+            const std::string_view shape =
+                shapeText.Of(details.Text(record), OperationWordOf(details, record));
             if (m_texts.Text(latest[key]) != shape) {
                 latest[key] = m_texts.Id(shape);
             }
@@ -88,7 +90,7 @@ std::vector<ShapeProfile> ProfileShapes(const CCarvelotDoc& session, const CStat
         if (profile.count == 0) {
             profile.shape = shape;
             profile.firstRecord = frame.record;
-            profile.operation = FindOperationWord(details.Text(frame.record));
+            profile.operation = OperationWordOf(details, frame.record);
             profile.table = details.TableName(frame.record);
         }
         if (profile.count == 0 || total > profile.longest) {

@@ -1,5 +1,6 @@
 #include "explore/ExploredLog.h"
 #include "explore/FrameNames.h"
+#include "parse/Classifier.h"
 
 #include <gtest/gtest.h>
 
@@ -263,6 +264,17 @@ TEST(ExploreFrameNames, AreAStatementsOperationAndTable) {
     std::string scratch;
     EXPECT_EQ(StatementName("SELECT", "PRODDTA.F4211", scratch), "SELECT PRODDTA.F4211");
     EXPECT_EQ(StatementName("ALTER", "", scratch), "ALTER");
+}
+
+TEST(ExploreFrameNames, TellTheOperationWordOfEveryStatement) {
+    const std::vector<std::string> texts{"SELECT x", "UPDATE x", "INSERT x",
+                                         "DELETE x", "ALTER x",  "[JDBOLEDB] a DROP"};
+    for (const std::string& text : texts) {
+        const TestSession session(DebugLog({At(0, text)}));
+        const std::string_view word = OperationWordOf(session.m_doc.m_listDetails, RecordIndex{1});
+        EXPECT_EQ(word, FindOperationWord(text));
+        EXPECT_FALSE(word.empty());
+    }
 }
 
 TEST(ExploreFrameKeys, AreOrderedByKindAndThenByName) {
