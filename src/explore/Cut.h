@@ -34,6 +34,8 @@ public:
         const Frame& whole = m_frames[frame];
         return std::min(whole.end, m_range.to) - std::max(whole.start, m_range.from);
     }
+    // What is left of that without the frames directly below, by frame.
+    std::vector<std::int64_t> SelfTimes() const;
 
 private:
     const CFrames& m_frames;

@@ -45,8 +45,6 @@ public:
 
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_frames.Size()); } // by record
     const Frame& operator[](std::uint32_t frame) const { return m_frames[frame]; }
-    // Times without those of the frames directly below, by frame.
-    std::vector<std::int64_t> SelfTimes() const;
 
     const CFrameKeys& Keys() const { return m_keys; }
     const std::vector<OrphanReturn>& OrphanReturns() const { return m_orphanReturns; } // by record

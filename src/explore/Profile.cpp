@@ -21,19 +21,6 @@ std::uint32_t CallerOf(const CFrames& frames, const Frame& frame) {
     return frame.parent == kNoFrame ? kNoKey : frames[frame.parent].key;
 }
 
-// By frame; taken of what lies in the range.
-std::vector<std::int64_t> SelfTimes(const CCut& cut) {
-    std::vector<std::int64_t> selfs(cut.Frames().Count(), 0);
-    ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
-        const std::int64_t total = cut.Total(i);
-        selfs[i] += total;
-        if (frame.parent != kNoFrame) {
-            selfs[frame.parent] -= total;
-        }
-    });
-    return selfs;
-}
-
 // Finds nodes by parent and key. Most have few children, among which a look tells more quickly than a look-up
 // in a large table does.
 class CTreeNodes {
@@ -84,7 +71,7 @@ private:
 } // namespace
 
 CProfile::CProfile(const CCut& cut) {
-    const std::vector<std::int64_t> selfs = SelfTimes(cut);
+    const std::vector<std::int64_t> selfs = cut.SelfTimes();
     AddFunctions(cut, selfs);
     AddEdges(cut);
     AddTree(cut, selfs);

@@ -1,3 +1,4 @@
+#include "explore/Cut.h"
 #include "explore/ExploredLog.h"
 #include "explore/FrameNames.h"
 #include "parse/Classifier.h"
@@ -149,7 +150,7 @@ TEST(ExploreFrames, HaveTheirOwnTimeWithoutThatDirectlyBelow) {
                                     At(5, ReturnText("H", 3)), At(6, ReturnText("G", 2)),
                                     At(6, CallText("G", 2)), At(9, ReturnText("F", 1))}));
     Texts selfs;
-    for (const std::int64_t self : log.m_frames.SelfTimes()) {
+    for (const std::int64_t self : CCut(log.m_frames, log.m_streams, {}, {}).SelfTimes()) {
         selfs.push_back(ExploredLog::Seconds(self));
     }
     EXPECT_EQ(selfs, (Texts{"1", "2", "3", "3"}));
