@@ -1,8 +1,8 @@
 #include "analysis/BSFNAnalysis.h"
 
 #include "text/ByteScan.h"
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <string>

@@ -2,8 +2,8 @@
 
 #include "records/NodeText.h"
 #include "text/ByteScan.h"
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <array>
