@@ -2,7 +2,7 @@
 
 #include "parse/Classifier.h"
 #include "text/ByteScan.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

@@ -72,8 +72,8 @@ public:
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
     std::string_view Month(RecordIndex record) const { return m_words.Text(Context(record).month); }
     std::int32_t Day(RecordIndex record) const {
-        const std::uint64_t head = Packed(record).head;
-        return OddField::In(head) != 0 ? Odd(record).day : DayField::As<std::int32_t>(head);
+        const std::uint64_t fields = Packed(record).fields;
+        return OddField::In(fields) != 0 ? Odd(record).day : DayField::As<std::int32_t>(fields);
     }
     std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
