@@ -4,8 +4,12 @@
 //   carvelot_bench [--carvelot_log=FILE] [--carvelot_size=MEGABYTES] [Google Benchmark's options]
 //                                           without a file or a size: logs of 100 MB, 200 MB and 1 GB
 //   carvelot_bench --carvelot_peak=FILE     loads FILE and prints the peak of its own memory, in bytes
+//   carvelot_bench --carvelot_explore=FILE  the same with all that is told of where its time went
 #include "LogGenerator.h"
 
+#include "explore/Findings.h"
+#include "explore/Profile.h"
+#include "explore/Shapes.h"
 #include "platform/ProcessMemory.h"
 #include "session/CarvelotDoc.h"
 #include "trees/DetailTree.h"
@@ -50,6 +54,25 @@ struct LoadedLog {
             std::exit(1);
         }
     }
+};
+
+// All that is told of where a whole log's time went.
+struct Explored {
+    CClock clock;
+    CStreams streams;
+    CFrames frames;
+    CCut cut;
+    CProfile profile;
+    CStatementShapes shapes;
+    std::vector<ShapeProfile> shapeProfiles;
+
+    std::vector<Finding> findings;
+
+    Explored(const CCarvelotDoc& session, const AnalysisSettings& settings)
+        : clock(session.m_listDetails), streams(session), frames(session, clock, streams),
+          cut(frames, streams, {}, {}), profile(cut), shapes(session, frames),
+          shapeProfiles(ProfileShapes(session, shapes, cut)),
+          findings(FindAll({session, settings, clock, streams, frames, shapes})) {}
 };
 
 // The least that any reader does: large blocks, and every line end found.
@@ -122,6 +145,15 @@ void Register(const std::string& name, const std::string& path) {
             state.counters["nodes"] = static_cast<double>(tree.NodeCount());
         }
     });
+    add("explore", [path](State& state) {
+        const LoadedLog log(path);
+        for (auto _ : state) {
+            const auto start = std::chrono::steady_clock::now();
+            const Explored explored(log.session, log.settings);
+            state.SetIterationTime(Seconds(start));
+            state.counters["frames"] = static_cast<double>(explored.frames.Count());
+        }
+    });
     add("find", [path](State& state) {
         const LoadedLog log(path);
         for (auto _ : state) {
@@ -165,8 +197,9 @@ private:
     std::map<std::string, double> m_seconds;
 };
 
-std::uint64_t PeakOf(const std::string& program, const std::string& path) {
-    const std::string command = program + " --carvelot_peak='" + path + "'";
+// `what` is "peak" or "explore".
+std::uint64_t PeakOf(const std::string& program, const std::string& what, const std::string& path) {
+    const std::string command = program + " --carvelot_" + what + "='" + path + "'";
     std::FILE* const pipe = popen(command.c_str(), "r");
     unsigned long long bytes = 0;
     if (pipe == nullptr || std::fscanf(pipe, "%llu", &bytes) != 1) {
@@ -193,11 +226,14 @@ void PrintRatios(const CRatioReporter& reporter, const std::string& name, const 
     };
     row("load", "read-and-split", 6);
     row("tree", "load", 0.1);
+    row("explore", "load", 0.5);
     row("find", "grep", 1);
     row("close", "load", 0.02);
-    const double peak = static_cast<double>(PeakOf(program, path));
+    const double peak = static_cast<double>(PeakOf(program, "peak", path));
+    const double explored = static_cast<double>(PeakOf(program, "explore", path));
     PrintRow(name, "peak memory over file", peak / static_cast<double>(std::filesystem::file_size(path)),
              1.3);
+    PrintRow(name, "explore over peak memory", explored / peak - 1, 0.4);
 }
 
 } // namespace
@@ -210,6 +246,12 @@ int Main(int argc, char** argv) {
         const std::string_view argument = argv[i];
         if (argument.starts_with("--carvelot_peak=")) {
             const LoadedLog log{std::string(argument.substr(16))};
+            std::printf("%llu\n", static_cast<unsigned long long>(platform::PeakResidentBytes()));
+            return 0;
+        }
+        if (argument.starts_with("--carvelot_explore=")) {
+            const LoadedLog log{std::string(argument.substr(19))};
+            const Explored explored(log.session, log.settings);
             std::printf("%llu\n", static_cast<unsigned long long>(platform::PeakResidentBytes()));
             return 0;
         }

@@ -7,9 +7,9 @@
 #include "settings/StartArguments.h"
 #include "support/FuzzFile.h"
 #include "text/CaseText.h"
-#include "text/Columns.h"
 #include "text/FindText.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 #include "text/TypedNumber.h"
 #include "tools/JulianDate.h"
 

@@ -1,8 +1,8 @@
 #include "analysis/BSFNAnalysis.h"
 
 #include "text/ByteScan.h"
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <string>
@@ -21,7 +21,30 @@ constexpr std::uint64_t kUnknownDuration = ~std::uint64_t{0};
 // statement gets, so about an hour and four minutes.
 constexpr std::uint64_t kBackwardCall = 0xE57F53FF;
 
-std::string_view ObjectName(std::string_view text, std::string& scratch) {
+} // namespace
+
+CallWords ReadCallWords(LogKind kind, std::string_view text, std::string& scratch) {
+    CallWords words;
+    if (kind == LOG_CALL) {
+        const std::size_t place = FindWord(text, kCallPhrase);
+        if (place != std::string_view::npos) {
+            words.name = UpTo(FromColumn(text.substr(place + kCallPhrase.size()), 1, scratch), ' ');
+        }
+    } else {
+        const std::size_t place = FindWord(text, "for ");
+        if (place != std::string_view::npos) {
+            words.name = TrimRight(UpTo(text.substr(place + 4), ' '), ".");
+        }
+    }
+    const std::size_t place = FindWord(text, kLevelPhrase);
+    if (place != std::string_view::npos) {
+        const std::string_view level = text.substr(place + kLevelPhrase.size());
+        words.level = ReadInteger(level.substr(0, level.find(')')));
+    }
+    return words;
+}
+
+std::string_view ReadObjectName(std::string_view text, std::string& scratch) {
     if (FindWord(text, kObjectPhrase) == std::string_view::npos) {
         return {};
     }
@@ -30,30 +53,10 @@ std::string_view ObjectName(std::string_view text, std::string& scratch) {
     return dot == std::string_view::npos ? candidate : candidate.substr(dot + 1);
 }
 
-} // namespace
-
 CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text) {
-    CallLine line;
     std::string scratch;
-    std::string_view name;
-    if (kind == LOG_CALL) {
-        const std::size_t place = FindWord(text, kCallPhrase);
-        if (place != std::string_view::npos) {
-            name = UpTo(FromColumn(text.substr(place + kCallPhrase.size()), 1, scratch), ' ');
-        }
-    } else {
-        const std::size_t place = FindWord(text, "for ");
-        if (place != std::string_view::npos) {
-            name = TrimRight(UpTo(text.substr(place + 4), ' '), ".");
-        }
-    }
-    line.function = details.InternName(name);
-    const std::size_t place = FindWord(text, kLevelPhrase);
-    if (place != std::string_view::npos) {
-        const std::string_view level = text.substr(place + kLevelPhrase.size());
-        line.level = ReadInteger(level.substr(0, level.find(')')));
-    }
-    return line;
+    const CallWords words = ReadCallWords(kind, text, scratch);
+    return {details.InternName(words.name), words.level};
 }
 
 std::uint32_t CBSFNAnalysis::FindOrAdd(const CDetailList& details, std::uint32_t name,
@@ -85,7 +88,7 @@ void CBSFNAnalysis::AddCall(CDetailList& details, const AnalysisSettings& settin
 
 std::uint32_t CBSFNAnalysis::AddObjectCall(CDetailList& details, RecordIndex record) {
     std::string scratch;
-    const std::uint32_t name = details.InternName(ObjectName(details.Text(record), scratch));
+    const std::uint32_t name = details.InternName(ReadObjectName(details.Text(record), scratch));
     const std::uint32_t function = FindOrAdd(details, name, {});
     Open(function, record, 1);
     return function;

@@ -8,15 +8,27 @@
 
 #include <cstdint>
 #include <deque>
+#include <string>
 #include <string_view>
 #include <vector>
 
 namespace carvelot {
 
-// What a call or return line says of its function. An empty name is a name like any other.
+// What a call or return line says of its function, to which it may say nothing. The name is in the text or in
+// the scratch string.
+struct CallWords {
+    std::string_view name;
+    std::int32_t level = 0; // "BSFNLevel = ", 0 without it
+};
+
+CallWords ReadCallWords(LogKind kind, std::string_view text, std::string& scratch);
+// The name that an object call of the web tier tells.
+std::string_view ReadObjectName(std::string_view text, std::string& scratch);
+
+// The same with the name interned. An empty name is a name like any other.
 struct CallLine {
     std::uint32_t function = 0; // number of the interned name
-    std::int32_t level = 0;     // "BSFNLevel = ", 0 without it
+    std::int32_t level = 0;
 };
 
 CallLine ReadCallLine(CDetailList& details, LogKind kind, std::string_view text);

@@ -2,7 +2,7 @@
 
 #include "records/NodeText.h"
 #include "text/ByteScan.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 

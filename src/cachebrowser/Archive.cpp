@@ -1,7 +1,7 @@
 #include "cachebrowser/Archive.h"
 
 #include "platform/CodePage.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <limits>

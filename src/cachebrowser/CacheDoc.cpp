@@ -1,8 +1,8 @@
 #include "cachebrowser/CacheDoc.h"
 
 #include "cachebrowser/CacheFetch.h"
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <cstdlib>

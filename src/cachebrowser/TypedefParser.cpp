@@ -1,5 +1,5 @@
 #include "cachebrowser/CacheDS.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
 
 #include <algorithm>
 

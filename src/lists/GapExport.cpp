@@ -3,7 +3,7 @@
 #include "platform/AtomicFile.h"
 #include "platform/CodePage.h"
 #include "text/CaseText.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

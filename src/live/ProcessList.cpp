@@ -145,7 +145,7 @@ void CProcessList::GatherTracing(ProcessRow& row) {
 }
 
 int CProcessList::NextSelected(int after) const {
-    for (std::size_t rowIndex = static_cast<std::size_t>(after + 1); rowIndex < m_listRows.size();
+    for (std::size_t rowIndex = static_cast<std::size_t>(after) + 1; rowIndex < m_listRows.size();
          ++rowIndex) {
         if (m_listRows[rowIndex].m_bSelected) {
             return static_cast<int>(rowIndex);

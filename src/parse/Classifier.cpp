@@ -2,8 +2,8 @@
 
 #include "records/NodeText.h"
 #include "text/ByteScan.h"
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <array>
@@ -137,15 +137,16 @@ Classification ClassifyFirstWord(std::string_view text) {
     return {};
 }
 
-// A text that an OLE DB driver wrote.
-LogKind ClassifyOLEDB(std::string_view text) {
+// Of a text that an OLE DB driver wrote.
+std::string_view FindOLEDBWord(std::string_view text) {
     const std::string_view statement = text.substr(text.find(' '));
     for (const std::string_view word : {"SELECT", "UPDATE", "INSERT", "DELETE", "ALTER", "DROP", "CREATE"}) {
-        if (Holds(statement, word)) {
-            return LOG_SQL;
+        const std::size_t place = FindWord(statement, word);
+        if (place != std::string_view::npos) {
+            return statement.substr(place, word.size());
         }
     }
-    return LOG_NONE;
+    return {};
 }
 
 // `findSigns` is asked for the signs of a text whose first words do not decide.
@@ -193,7 +194,7 @@ Classification ClassifyDebug(std::string_view text, const Find& findSigns, std::
         break;
     case '[':
         if (Starts(text, "[JDBOLEDB] ")) {
-            return Is(ClassifyOLEDB(text));
+            return Is(FindOLEDBWord(text).empty() ? LOG_NONE : LOG_SQL);
         }
         break;
     case 'J':
@@ -314,6 +315,13 @@ Classification ClassifyJAS(std::string_view& text, const Find& findSigns, Pendin
 }
 
 } // namespace
+
+std::string_view FindOperationWord(std::string_view text) {
+    if (StartsWithSQL(text)) {
+        return text.substr(0, text.find(' '));
+    }
+    return Starts(text, "[JDBOLEDB] ") ? FindOLEDBWord(text) : std::string_view{};
+}
 
 Classification ClassifyDebugStatement(std::string_view text, std::string& scratch) {
     return ClassifyDebug(

@@ -51,6 +51,11 @@ Classification ClassifyDebugStatement(std::string_view text, std::string& scratc
 // The same for a text whose signs are known.
 Classification ClassifyDebugStatement(std::string_view text, TextSigns signs, std::string& scratch);
 
+// The word that makes a text a SQL statement, where it stands in the text: the one that the text begins with
+// or, behind "[JDBOLEDB] ", the first one of the known words (not of the text) that is there. Empty for any
+// other text.
+std::string_view FindOperationWord(std::string_view text);
+
 // The JAS classifier's memory of the latest SQL statement. There is one for the whole run: nothing resets it
 // between lines, sessions or re-analyses.
 struct PendingStatement {

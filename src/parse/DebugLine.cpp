@@ -3,9 +3,9 @@
 #include "parse/Classifier.h"
 #include "parse/StatementParts.h"
 #include "platform/CodePage.h"
-#include "text/Columns.h"
+#include "text/Integers.h"
 #include "text/LineTokens.h"
-#include "text/Numbers.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

@@ -2,8 +2,8 @@
 
 #include "parse/Classifier.h"
 #include "platform/CodePage.h"
-#include "text/Columns.h"
 #include "text/LineTokens.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

@@ -1,7 +1,7 @@
 #include "parse/StatementParts.h"
 
 #include "text/ByteScan.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

@@ -129,21 +129,21 @@ std::uint32_t CDetailList::FindOrAddContext(const CLogDetail& detail, std::strin
 
 RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
-    std::uint64_t head = KindField::Of(detail.m_nKind) |
-                         ReturnCodeField::Of(static_cast<std::uint64_t>(detail.m_nReturnCode)) |
-                         UBELevelField::Of(static_cast<std::uint64_t>(detail.m_nUBELevel)) |
-                         UBEField::Of(detail.m_bUBE ? 1 : 0) |
-                         OperationField::Of(static_cast<std::uint64_t>(detail.m_nSQLOperation)) |
-                         AsciiField::Of(ascii ? 1 : 0);
+    std::uint64_t fields = KindField::Of(detail.m_nKind) |
+                           ReturnCodeField::Of(static_cast<std::uint64_t>(detail.m_nReturnCode)) |
+                           UBELevelField::Of(static_cast<std::uint64_t>(detail.m_nUBELevel)) |
+                           UBEField::Of(detail.m_bUBE ? 1 : 0) |
+                           OperationField::Of(static_cast<std::uint64_t>(detail.m_nSQLOperation)) |
+                           AsciiField::Of(ascii ? 1 : 0);
     bool odd = true;
     if (FitsBits(detail.m_nDay, 5) && FitsBits(detail.m_nHour, 5) && FitsBits(detail.m_nMinute, 6) &&
         FitsBits(detail.m_nSecond, 6) && FitsBits(detail.m_nMicrosecond, 20)) {
         odd = false;
-        head |= DayField::Of(static_cast<std::uint64_t>(detail.m_nDay)) |
-                HourField::Of(static_cast<std::uint64_t>(detail.m_nHour)) |
-                MinuteField::Of(static_cast<std::uint64_t>(detail.m_nMinute)) |
-                SecondField::Of(static_cast<std::uint64_t>(detail.m_nSecond)) |
-                MicrosecondField::Of(static_cast<std::uint64_t>(detail.m_nMicrosecond));
+        fields |= DayField::Of(static_cast<std::uint64_t>(detail.m_nDay)) |
+                  HourField::Of(static_cast<std::uint64_t>(detail.m_nHour)) |
+                  MinuteField::Of(static_cast<std::uint64_t>(detail.m_nMinute)) |
+                  SecondField::Of(static_cast<std::uint64_t>(detail.m_nSecond)) |
+                  MicrosecondField::Of(static_cast<std::uint64_t>(detail.m_nMicrosecond));
     }
 
     // Where the label goes: to the shared words as a whole, or shared up to where the text begins and from
@@ -196,13 +196,13 @@ RecordIndex CDetailList::Append(const CLogDetail& detail, bool ascii) {
         // The line feed, which no line holds, ends a label that no tab ends.
         text = OffsetField::Of(m_texts.Add(stored, ownLabel)) | LengthField::Of(detail.m_strText.size());
     }
-    head |= OwnLabelField::Of(ownLabel ? 1 : 0);
+    fields |= OwnLabelField::Of(ownLabel ? 1 : 0);
     if (odd || !oddLabel.empty()) {
-        head |= OddField::Of(1);
+        fields |= OddField::Of(1);
         m_odd.push_back({record, detail.m_nDay, detail.m_nHour, detail.m_nMinute, detail.m_nSecond,
                          detail.m_nMicrosecond, keptText, m_texts.Keep(oddLabel)});
     }
-    m_details.Add({head, text, ContextFor(detail, shared), 0});
+    m_details.Add({fields, text, ContextFor(detail, shared), 0});
     const std::string_view name = detail.m_nKind == LOG_SQL ? detail.m_strTable : detail.m_strName;
     if (!name.empty()) {
         ExtraFor(record).name = m_names.Id(name);
@@ -238,7 +238,7 @@ const CDetailList::OddDetail& CDetailList::Odd(RecordIndex record) const {
 
 std::string_view CDetailList::Text(RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
-    if (OddField::In(packed.head) != 0) {
+    if (OddField::In(packed.fields) != 0) {
         const OddDetail& odd = Odd(record);
         if (odd.text.data() != nullptr) {
             return odd.text;
@@ -250,28 +250,28 @@ std::string_view CDetailList::Text(RecordIndex record) const {
 
 std::uint64_t CDetailList::Time(RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
-    if (OddField::In(packed.head) != 0) {
+    if (OddField::In(packed.fields) != 0) {
         const OddDetail& odd = Odd(record);
         return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
     }
-    const std::uint64_t minutes = HourField::In(packed.head) * 60 + MinuteField::In(packed.head);
-    return (minutes * 60 + SecondField::In(packed.head)) * 1'000'000 + MicrosecondField::In(packed.head);
+    const std::uint64_t minutes = HourField::In(packed.fields) * 60 + MinuteField::In(packed.fields);
+    return (minutes * 60 + SecondField::In(packed.fields)) * 1'000'000 + MicrosecondField::In(packed.fields);
 }
 
 CLogDetail CDetailList::operator[](RecordIndex record) const {
     const PackedDetail& packed = Packed(record);
     const RecordContext& context = m_contexts[packed.context];
     CLogDetail detail;
-    detail.m_nKind = KindField::As<LogKind>(packed.head);
-    detail.m_nSQLOperation = OperationField::As<SqlOperation>(packed.head);
-    detail.m_bUBE = UBEField::In(packed.head) != 0;
-    detail.m_nReturnCode = ReturnCodeField::As<std::int32_t>(packed.head);
-    detail.m_nUBELevel = UBELevelField::As<std::int32_t>(packed.head);
-    detail.m_nDay = DayField::As<std::int32_t>(packed.head);
-    detail.m_nHour = HourField::As<std::int32_t>(packed.head);
-    detail.m_nMinute = MinuteField::As<std::int32_t>(packed.head);
-    detail.m_nSecond = SecondField::As<std::int32_t>(packed.head);
-    detail.m_nMicrosecond = MicrosecondField::As<std::int32_t>(packed.head);
+    detail.m_nKind = KindField::As<LogKind>(packed.fields);
+    detail.m_nSQLOperation = OperationField::As<SqlOperation>(packed.fields);
+    detail.m_bUBE = UBEField::In(packed.fields) != 0;
+    detail.m_nReturnCode = ReturnCodeField::As<std::int32_t>(packed.fields);
+    detail.m_nUBELevel = UBELevelField::As<std::int32_t>(packed.fields);
+    detail.m_nDay = DayField::As<std::int32_t>(packed.fields);
+    detail.m_nHour = HourField::As<std::int32_t>(packed.fields);
+    detail.m_nMinute = MinuteField::As<std::int32_t>(packed.fields);
+    detail.m_nSecond = SecondField::As<std::int32_t>(packed.fields);
+    detail.m_nMicrosecond = MicrosecondField::As<std::int32_t>(packed.fields);
     detail.m_nProcessID = context.processID;
     detail.m_nThreadID = context.threadID;
     detail.m_strText = Text(record);
@@ -280,10 +280,10 @@ CLogDetail CDetailList::operator[](RecordIndex record) const {
     detail.m_strUser = m_words.Text(context.user);
     detail.m_strSource = m_words.Text(context.source);
     detail.m_strThreadLabel.shared = m_words.Text(context.label);
-    if (OwnLabelField::In(packed.head) != 0) {
+    if (OwnLabelField::In(packed.fields) != 0) {
         detail.m_strThreadLabel.own = m_texts.ViewUpTo(OffsetField::In(packed.text), '\t', '\n');
     }
-    if (OddField::In(packed.head) != 0) {
+    if (OddField::In(packed.fields) != 0) {
         const OddDetail& odd = Odd(record);
         detail.m_nDay = odd.day;
         detail.m_nHour = odd.hour;

@@ -52,7 +52,7 @@ public:
     // Whether a record has nothing that only Append can give it.
     bool IsUsual(RecordIndex record) const {
         const PackedDetail& packed = Packed(record);
-        return OddField::In(packed.head) == 0 && LengthField::In(packed.text) != 0;
+        return OddField::In(packed.fields) == 0 && LengthField::In(packed.text) != 0;
     }
     std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
     RecordContext& ContextOfNumber(std::uint32_t context) { return m_contexts[context]; }
@@ -60,34 +60,43 @@ public:
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;
 
-    LogKind Kind(RecordIndex record) const { return KindField::As<LogKind>(Packed(record).head); }
+    LogKind Kind(RecordIndex record) const { return KindField::As<LogKind>(Packed(record).fields); }
     std::int32_t ReturnCode(RecordIndex record) const {
-        return ReturnCodeField::As<std::int32_t>(Packed(record).head);
+        return ReturnCodeField::As<std::int32_t>(Packed(record).fields);
     }
-    bool IsUBE(RecordIndex record) const { return UBEField::In(Packed(record).head) != 0; }
+    bool IsUBE(RecordIndex record) const { return UBEField::In(Packed(record).fields) != 0; }
     std::int32_t UBELevel(RecordIndex record) const {
-        return UBELevelField::As<std::int32_t>(Packed(record).head);
+        return UBELevelField::As<std::int32_t>(Packed(record).fields);
     }
     float Duration(RecordIndex record) const { return m_extras[Packed(record).extra].duration; }
     float Gap(RecordIndex record) const { return m_extras[Packed(record).extra].gap; }
+    std::string_view Month(RecordIndex record) const { return m_words.Text(Context(record).month); }
+    std::int32_t Day(RecordIndex record) const {
+        const std::uint64_t fields = Packed(record).fields;
+        return OddField::In(fields) != 0 ? Odd(record).day : DayField::As<std::int32_t>(fields);
+    }
     std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
-    bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).head) != 0; }
+    bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).fields) != 0; }
     std::uint64_t Time(RecordIndex record) const;
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
     void SetKind(RecordIndex record, LogKind kind) {
-        std::uint64_t& head = Packed(record).head;
-        head = (head & KindField::kNone) | KindField::Of(kind);
+        std::uint64_t& fields = Packed(record).fields;
+        fields = (fields & KindField::kNone) | KindField::Of(kind);
     }
     void SetDuration(RecordIndex record, float seconds) { ExtraFor(record).duration = seconds; }
     void SetGap(RecordIndex record, float seconds) { ExtraFor(record).gap = seconds; }
 
     SqlOperation Operation(RecordIndex record) const {
-        return OperationField::As<SqlOperation>(Packed(record).head);
+        return OperationField::As<SqlOperation>(Packed(record).fields);
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
+    // The name of an event's start, where its line tells one.
+    std::string_view DisplayName(RecordIndex record) const {
+        return Kind(record) == LOG_SQL ? std::string_view{} : m_names.Text(NameOf(record));
+    }
     // The number under which a SQL record's table counts: tables whose names differ in case only share one.
     std::uint32_t TableKey(RecordIndex record) { return FoldedName(NameOf(record)); }
     // The interned name behind a number that InternName gave.
@@ -115,7 +124,7 @@ private:
         template <class T> static constexpr T As(std::uint64_t word) { return static_cast<T>(In(word)); }
         static constexpr std::uint64_t kNone = ~(kMask << shift); // a word's other bits
     };
-    // Of PackedDetail::head.
+    // Of PackedDetail::fields.
     using KindField = Field<0, 5>;
     using ReturnCodeField = Field<5, 4>;
     using UBELevelField = Field<9, 4>;
@@ -135,7 +144,7 @@ private:
     using LengthField = Field<40, 24>;
 
     struct PackedDetail {
-        std::uint64_t head;
+        std::uint64_t fields;
         std::uint64_t text;
         std::uint32_t context;
         std::uint32_t extra; // 0 for nothing extra
@@ -200,21 +209,21 @@ inline std::uint64_t CDetailList::PackStamp(const LineStamp& stamp) {
 
 [[gnu::always_inline]] inline RecordIndex CDetailList::AppendUsual(const UsualLine& detail) {
     const RecordIndex record{static_cast<std::uint32_t>(m_details.Size())};
-    std::uint64_t head = detail.stamp.packed | MicrosecondField::Of(detail.fraction) |
-                         KindField::Of(detail.kind) |
-                         ReturnCodeField::Of(static_cast<std::uint64_t>(detail.returnCode)) |
-                         OperationField::Of(static_cast<std::uint64_t>(detail.operation)) |
-                         AsciiField::Of(detail.ascii ? 1 : 0) | OwnLabelField::Of(detail.labelRunsOn ? 1 : 0);
+    std::uint64_t fields =
+        detail.stamp.packed | MicrosecondField::Of(detail.fraction) | KindField::Of(detail.kind) |
+        ReturnCodeField::Of(static_cast<std::uint64_t>(detail.returnCode)) |
+        OperationField::Of(static_cast<std::uint64_t>(detail.operation)) |
+        AsciiField::Of(detail.ascii ? 1 : 0) | OwnLabelField::Of(detail.labelRunsOn ? 1 : 0);
     std::uint64_t text = 0;
     if (detail.stored.size() < CTextStore::kLongest) [[likely]] {
         text = OffsetField::Of(m_texts.Add(detail.stored, detail.labelRunsOn)) |
                LengthField::Of(detail.text.size());
     } else {
-        head |= OddField::Of(1);
+        fields |= OddField::Of(1);
         AddOddText(record, detail.stamp, detail.fraction, detail.text);
     }
     const std::uint32_t extra = detail.name.empty() ? 0 : AddExtra({0, 0, m_names.Id(detail.name)});
-    m_details.Add({head, text, detail.context, extra});
+    m_details.Add({fields, text, detail.context, extra});
     return record;
 }
 

@@ -1,7 +1,7 @@
 #include "report/JsonReport.h"
 
 #include "platform/CodePage.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <rapidjson/writer.h>
 

@@ -2,7 +2,7 @@
 
 #include "lists/PaneRows.h"
 #include "records/NodeText.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 #include "trees/ThreadTree.h"
 
 #include <algorithm>

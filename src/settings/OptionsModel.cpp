@@ -1,7 +1,7 @@
 #include "settings/OptionsModel.h"
 
 #include "records/NodeText.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
 #include "text/TypedNumber.h"
 
 namespace carvelot {

@@ -1,7 +1,7 @@
 // Looks at several bytes of a line at once.
 #pragma once
 
-#include "text/Numbers.h"
+#include "text/Integers.h"
 
 #include <bit>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "text/CaseText.h"
 
 #include "platform/CaseFold.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 

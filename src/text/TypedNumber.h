@@ -1,4 +1,4 @@
-// Numbers.h - numbers as the dialogs read them from what a user typed: nothing is refused.
+// TypedNumber.h - numbers as the dialogs read them from what a user typed: nothing is refused.
 #pragma once
 
 #include <string_view>

@@ -3,7 +3,7 @@
 #include "platform/Directory.h"
 #include "platform/ProfileFile.h"
 #include "platform/Registry.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <string_view>
 

@@ -1,7 +1,7 @@
 #include "tools/JulianDate.h"
 
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <chrono>
 #include <cstdio>

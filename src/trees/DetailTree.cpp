@@ -1,7 +1,7 @@
 #include "trees/DetailTree.h"
 
 #include "records/NodeText.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <algorithm>
 #include <array>

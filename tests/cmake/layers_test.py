@@ -10,7 +10,7 @@ import subprocess
 import sys
 import tempfile
 
-HEADERS = ("platform/Registry.h", "platform/posix/PosixFile.h", "text/Columns.h", "records/LogDetail.h", "parse/Classifier.h",
+HEADERS = ("platform/Registry.h", "platform/posix/PosixFile.h", "text/TextColumns.h", "records/LogDetail.h", "parse/Classifier.h",
            "parse/fast/LineScan.h", "session/CarvelotDoc.h", "live/ProcessList.h", "lists/PaneRows.h", "report/JsonReport.h", "ui/kit/ListCtrl.h",
            "ui/session/FindPane.h", "ui/app/MainFrame.h", "attic/Old.h")
 
@@ -41,7 +41,7 @@ CASES = [
     ("text/A.cpp", '"text/Gone.h"', "an include in quotes names a file below src/"),
     ("session/A.cpp", "<rapidjson/writer.h>", "session has no such library"),
     ("text/A.cpp", '"attic/Old.h"', "text uses: platform"),
-    ("attic/A.cpp", '"text/Columns.h"', "its folder is no room"),
+    ("attic/A.cpp", '"text/TextColumns.h"', "its folder is no room"),
     ("ui/A.cpp", '"ui/kit/ListCtrl.h"', "its folder is no room"),
 ]
 

@@ -141,4 +141,15 @@ TEST(ClassifyJASStatement, TakesTheTextByItsOwnTests) {
     EXPECT_EQ(JASKind("Exiting DBPerformRequest"), LOG_NONE);
 }
 
+TEST(FindOperationWord, IsTheFirstWordOfASQLTextOrTheFirstKnownOneBehindJDBOLEDB) {
+    EXPECT_EQ(FindOperationWord("DROP TABLE SELECT"), "DROP");
+    const std::string_view text = "[JDBOLEDB] INSERT x SELECT y";
+    EXPECT_EQ(FindOperationWord(text).data(), text.data() + 20); // the list's order, not the text's
+    EXPECT_EQ(FindOperationWord(text), "SELECT");
+    EXPECT_EQ(FindOperationWord("[JDBOLEDB] x"), "");
+    EXPECT_EQ(FindOperationWord("SELECTED x"), "");
+    EXPECT_EQ(FindOperationWord("SELECT"), ""); // without a blank there is no first word
+    EXPECT_EQ(FindOperationWord(""), "");
+}
+
 } // namespace carvelot::test

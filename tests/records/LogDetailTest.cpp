@@ -1,7 +1,7 @@
 #include "records/LogDetail.h"
 
-#include "text/Columns.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
+#include "text/TextColumns.h"
 
 #include <gtest/gtest.h>
 

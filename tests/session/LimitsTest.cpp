@@ -3,7 +3,7 @@
 
 #include "report/JsonReport.h"
 #include "report/TextReport.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
 #include "trees/DetailTree.h"
 
 #include <gtest/gtest.h>

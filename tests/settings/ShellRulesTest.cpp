@@ -3,7 +3,7 @@
 #include "settings/RecentFiles.h"
 #include "settings/StartArguments.h"
 #include "support/SettingsStore.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
 #include "text/TypedNumber.h"
 
 #include <gtest/gtest.h>

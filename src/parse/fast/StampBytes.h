@@ -2,8 +2,8 @@
 #pragma once
 
 #include "text/ByteScan.h"
-#include "text/Columns.h"
 #include "text/LineTokens.h"
+#include "text/TextColumns.h"
 
 #include <bit>
 #include <cstdint>

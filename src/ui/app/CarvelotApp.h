@@ -52,7 +52,7 @@ public:
 
     // Opens the debug file of a running process as a session that keeps that process's records only. A file
     // that cannot be analysed leaves nothing behind. The recent files stay as they are.
-    void AnalyzeProcess(QString imageName, QString debugFile, std::int32_t process);
+    void AnalyzeProcess(const QString& imageName, const QString& debugFile, std::int32_t process);
     // Does the cache of that handle, hexadecimal as logs print it, still answer in the running process?
     bool CacheLive(std::uint32_t process, const QString& handle);
 

@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-void CCarvelotApp::AnalyzeProcess(QString imageName, QString debugFile, std::int32_t process) {
+void CCarvelotApp::AnalyzeProcess(const QString& imageName, const QString& debugFile, std::int32_t process) {
     CDocTemplate* documentTemplate = FirstDocTemplate();
     if (documentTemplate == nullptr) {
         return;

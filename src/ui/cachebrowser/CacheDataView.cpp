@@ -1,6 +1,6 @@
 #include "ui/cachebrowser/CacheDataView.h"
 
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/TreeCtrl.h"
 

@@ -1,7 +1,7 @@
 #include "ui/cachebrowser/CacheDlg.h"
 
 #include "cachebrowser/CacheDefinition.h"
-#include "text/Numbers.h"
+#include "text/Integers.h"
 #include "ui/kit/ListCtrl.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"

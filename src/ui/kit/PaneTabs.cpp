@@ -71,7 +71,7 @@ void CPaneTabs::TearOff(QTabBar& bar, const QMouseEvent& event) {
     send(bar, QEvent::MouseButtonRelease, event.position(), Qt::LeftButton, Qt::NoButton);
     const QPointF pointer = pane.mapFromGlobal(event.globalPosition());
     // Held where the pointer is from its side, the pane does not jump there.
-    const QPointF title(std::clamp(pointer.x(), 0.0, pane.width() - 1.0), pane.widget()->y() / 2);
+    const QPointF title(std::clamp(pointer.x(), 0.0, pane.width() - 1.0), pane.widget()->y() / 2.0);
     send(pane, QEvent::MouseButtonPress, title, Qt::LeftButton, Qt::LeftButton);
     // Far enough to be a drag wherever the pointer is; from then on the pane has the mouse.
     const QPointF away(0, QApplication::startDragDistance() * 2);

@@ -1,6 +1,6 @@
 #include "ui/kit/StoredLayout.h"
 
-#include "text/Numbers.h"
+#include "text/Integers.h"
 #include "ui/kit/Text.h"
 
 #include <QCryptographicHash>

@@ -122,8 +122,7 @@ void CToolBar::FillCustomizeMenu(QMenu& menu) {
                 std::erase(commands, id);
                 if (show) {
                     const auto home = std::ranges::find(m_listDefault, id);
-                    const std::ptrdiff_t place =
-                        std::min(home - m_listDefault.begin(), std::ssize(commands));
+                    const std::ptrdiff_t place = std::min(home - m_listDefault.begin(), std::ssize(commands));
                     commands.insert(commands.begin() + place, id);
                 }
                 SetCommands(commands);

@@ -59,7 +59,7 @@ private:
     }();
     static_assert(kSpread * kUnspread == 1U);
     QModelIndex IndexAt(int row, CDetailTree::Node node) const {
-        return createIndex(row, 0, static_cast<quintptr>(node * kSpread));
+        return createIndex(row, 0, quintptr{node * kSpread});
     }
 
     CDetailTree::Node Parent(CDetailTree::Node node) const;

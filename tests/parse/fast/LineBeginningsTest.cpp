@@ -1,7 +1,7 @@
 // Lines that begin as earlier ones did take a short cut.
 
 #include "support/TestLog.h"
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 #include <gtest/gtest.h>
 

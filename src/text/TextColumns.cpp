@@ -1,4 +1,4 @@
-#include "text/Columns.h"
+#include "text/TextColumns.h"
 
 namespace carvelot {
 

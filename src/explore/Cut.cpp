@@ -1,0 +1,53 @@
+#include "explore/Cut.h"
+
+namespace carvelot {
+
+namespace {
+
+bool Reaches(const Frame& frame, const ClockRange& range) {
+    return frame.start < range.to &&
+           (frame.end > range.from || (frame.start == frame.end && frame.start >= range.from));
+}
+
+} // namespace
+
+CCut::CCut(const CFrames& frames, const CStreams& streams, const Selection& scope, const ClockRange& range)
+    : m_frames(frames), m_range(range),
+      m_bWhole(range.IsWhole() && scope.What() == Selection::Kind::Nothing) {
+    if (m_bWhole) {
+        return;
+    }
+    m_stays.resize(frames.Count(), 0);
+    if (range.to <= range.from) {
+        return;
+    }
+    std::vector<bool> inScope;
+    for (std::uint32_t stream = 0; stream < streams.Count(); ++stream) {
+        inScope.push_back(streams.IsIn(stream, scope));
+    }
+    // From the last one on: what a frame stands in is ahead of it.
+    for (std::uint32_t i = frames.Count(); i-- > 0;) {
+        const Frame& frame = frames[i];
+        if (m_stays[i] == 0) {
+            m_stays[i] = inScope[streams.Of(frame.record)] && Reaches(frame, range) ? 1 : 0;
+        }
+        if (m_stays[i] != 0 && frame.parent != kNoFrame) {
+            m_stays[frame.parent] = 1;
+        }
+    }
+}
+
+std::vector<std::int64_t> CCut::SelfTimes() const {
+    std::vector<std::int64_t> times(m_frames.Count(), 0);
+    for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
+        if (Holds(i)) {
+            times[i] += Total(i);
+            if (m_frames[i].parent != kNoFrame) {
+                times[m_frames[i].parent] -= Total(i);
+            }
+        }
+    }
+    return times;
+}
+
+} // namespace carvelot

@@ -1,0 +1,61 @@
+// What in a log asks for a look, the worst first.
+#pragma once
+
+#include "explore/Shapes.h"
+#include "records/AnalysisSettings.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace carvelot {
+
+enum class FindingRule : std::uint8_t {
+    RepeatedStatement,
+    CacheNotTerminated,
+    CursorNotClosed,
+    CallWithoutReturn,
+    OrphanReturn,
+    FirstCause,
+    SilenceInCall,
+    RolledBack,
+};
+enum class Severity : std::uint8_t { Error, Warning, Note };
+
+std::string_view NameOf(FindingRule rule); // "repeated-statement"
+std::string_view NameOf(Severity severity);
+Severity SeverityOf(FindingRule rule);
+// One sentence that says what it means.
+std::string_view MeaningOf(FindingRule rule);
+
+struct Finding {
+    static constexpr std::size_t kMostRecords = 100;
+
+    FindingRule rule;
+    std::string subject;
+    std::uint64_t count = 0;
+    std::int64_t cost = 0;            // microseconds
+    std::vector<RecordIndex> records; // the first ones
+
+    void AddRecord(RecordIndex record) {
+        if (records.size() < kMostRecords) {
+            records.push_back(record);
+        }
+    }
+};
+
+// What all rules look at: a session whose load has ended, with all that was made of it.
+struct ExploredSession {
+    const CCarvelotDoc& session;
+    const AnalysisSettings& settings;
+    const CClock& clock;
+    const CStreams& streams;
+    const CFrames& frames;
+    const CStatementShapes& shapes;
+};
+
+// Errors, warnings, notes; in each by cost, then count, both falling, then subject, rule and records.
+std::vector<Finding> FindAll(const ExploredSession& explored);
+
+} // namespace carvelot

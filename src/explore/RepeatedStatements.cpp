@@ -1,0 +1,270 @@
+// Statements that run again and again: below one function or event, or one right behind the other.
+#include "explore/FindingRules.h"
+#include "text/Release.h"
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace carvelot {
+
+namespace {
+
+constexpr std::uint32_t kMany = 10;
+constexpr std::int64_t kLongestPause = 1'000'000;
+
+// Executions of one shape, as a list linked in CExecutionLinks.
+struct Executions {
+    std::uint32_t first = kNoFrame;
+    std::uint32_t last = kNoFrame;
+    std::uint32_t count = 0;
+};
+
+class CExecutionLinks {
+public:
+    explicit CExecutionLinks(std::uint32_t frames) : m_next(frames, kNoFrame) {}
+
+    void Append(Executions& list, const Executions& more) {
+        if (more.count == 0) {
+            return;
+        }
+        (list.count == 0 ? list.first : m_next[list.last]) = more.first;
+        list.last = more.last;
+        list.count += more.count;
+    }
+    template <class Take> void ForEach(const Executions& list, Take take) const {
+        std::uint32_t frame = list.first;
+        for (std::uint32_t i = 0; i < list.count; ++i) {
+            take(frame);
+            frame = m_next[frame];
+        }
+    }
+
+private:
+    std::vector<std::uint32_t> m_next; // by frame
+};
+
+// What of a shape stands below a frame. As long as it is fewer than ten executions, all of them are the
+// frame's share, and its parent's too. From then on the shape is heavy there: only what comes to the frame
+// itself is its share.
+struct ShapeBelow {
+    Executions executions;
+    std::uint32_t owner = kNoFrame; // of a heavy one: the frame whose share it is, for any other it is none
+    bool heavy = false;
+
+    bool IsShareOf(std::uint32_t frame) const { return !heavy || owner == frame; }
+};
+
+struct Below {
+    std::unordered_map<std::uint32_t, ShapeBelow> shapes;
+    std::vector<std::uint32_t> heavyShapes; // of which the frame may have a share
+};
+
+class CRepeatedStatements {
+public:
+    CRepeatedStatements(const ExploredSession& explored, FindingList& findings)
+        : m_explored(explored), m_frames(explored.frames), m_findings(findings), m_links(m_frames.Count()),
+          m_placeBelow(m_frames.Count(), kNoPlace), m_counted(m_frames.Count()) {}
+
+    void Find() {
+        CountShapes();
+        // From the last frame on: all that stands below a frame comes ahead of it.
+        for (std::uint32_t i = m_frames.Count(); i-- > 0;) {
+            const std::uint32_t shape = m_explored.shapes.Of(i);
+            if (shape != kNoShape) {
+                if (IsFrequent(shape) && m_frames[i].parent != kNoFrame) {
+                    const std::uint32_t parent = m_frames[i].parent;
+                    Add(parent, BelowOf(parent), shape, {{i, i, 1}});
+                }
+            } else if (m_placeBelow[i] != kNoPlace) {
+                TakeShares(i);
+                GiveToParent(i);
+            }
+        }
+        ReportShares();
+        FindRuns();
+    }
+
+private:
+    static constexpr std::uint32_t kNoPlace = 0xFFFFFFFF;
+    static constexpr std::size_t kLargeTable = 64;
+
+    void CountShapes() {
+        m_executions.assign(m_explored.shapes.Count(), 0);
+        for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
+            const std::uint32_t shape = m_explored.shapes.Of(i);
+            if (shape != kNoShape) {
+                ++m_executions[shape];
+            }
+        }
+    }
+    bool IsFrequent(std::uint32_t shape) const { return m_executions[shape] >= kMany; }
+
+    Below& BelowOf(std::uint32_t frame) {
+        std::uint32_t& place = m_placeBelow[frame];
+        if (place == kNoPlace) {
+            if (m_free.empty()) {
+                place = static_cast<std::uint32_t>(m_below.size());
+                m_below.emplace_back();
+            } else {
+                place = m_free.back();
+                m_free.pop_back();
+            }
+        }
+        return m_below[place];
+    }
+
+    // Adds what one of its children, or the frame itself so far, holds of a shape.
+    void Add(std::uint32_t frame, Below& below, std::uint32_t shape, const ShapeBelow& more) {
+        ShapeBelow& held = below.shapes[shape];
+        const bool isListed = (held.heavy && held.owner == frame) || (more.heavy && more.owner == frame);
+        if (!held.IsShareOf(frame)) {
+            held.executions = {};
+        }
+        if (more.IsShareOf(frame)) {
+            m_links.Append(held.executions, more.executions);
+        }
+        held.heavy = held.heavy || more.heavy || held.executions.count >= kMany;
+        held.owner = frame;
+        if (held.heavy && !isListed) {
+            below.heavyShapes.push_back(shape);
+        }
+    }
+
+    // The shares of a frame are whole: nothing more comes to it.
+    void TakeShares(std::uint32_t frame) {
+        Below& below = m_below[m_placeBelow[frame]];
+        for (const std::uint32_t shape : below.heavyShapes) {
+            const Executions& share = below.shapes.at(shape).executions;
+            if (share.count >= kMany) {
+                const auto [place, isNew] = m_placeOfPair.FindOrAdd(
+                    PairOf(m_frames[frame].key, shape), static_cast<std::uint32_t>(m_pairs.size()));
+                if (isNew) {
+                    m_pairs.push_back({m_frames[frame].key, shape, {}});
+                }
+                m_links.ForEach(share, [&](std::uint32_t execution) { m_counted[execution] = true; });
+                m_links.Append(m_pairs[place].executions, share);
+            }
+        }
+        below.heavyShapes.clear();
+    }
+
+    // The smaller table goes into the larger one, so that no entry moves often however deep the calls are.
+    void GiveToParent(std::uint32_t frame) {
+        const std::uint32_t parent = m_frames[frame].parent;
+        const std::uint32_t place = std::exchange(m_placeBelow[frame], kNoPlace);
+        if (parent != kNoFrame && m_placeBelow[parent] == kNoPlace) {
+            m_placeBelow[parent] = place;
+            return;
+        }
+        Below& below = m_below[place];
+        if (parent != kNoFrame) {
+            Below& above = m_below[m_placeBelow[parent]];
+            if (above.shapes.size() < below.shapes.size()) {
+                above.shapes.swap(below.shapes);
+            }
+            for (const auto& [shape, held] : below.shapes) {
+                Add(parent, above, shape, held);
+            }
+        }
+        // A large table costs each of its next users its whole size.
+        if (below.shapes.bucket_count() > kLargeTable) {
+            Release(below.shapes);
+        } else {
+            below.shapes.clear();
+        }
+        m_free.push_back(place);
+    }
+
+    struct Pair {
+        std::uint32_t key;
+        std::uint32_t shape;
+        Executions executions;
+    };
+
+    void ReportShares() {
+        for (const Pair& pair : m_pairs) {
+            std::string subject(m_frames.Keys().Name(pair.key));
+            Report(subject.append(" > ").append(m_explored.shapes.Text(pair.shape)), pair.executions);
+        }
+    }
+
+    // Of what no share counts: in each stream, what follows the one before of its shape soon.
+    void FindRuns() {
+        struct Run {
+            std::uint32_t shape;
+            std::int64_t end;
+            Executions executions;
+        };
+        CNumberMap places; // by stream and shape
+        std::vector<Run> runs;
+        std::vector<Executions> runsOfShape(m_explored.shapes.Count());
+        const auto endRun = [&](Run& run) {
+            if (run.executions.count >= kMany) {
+                m_links.Append(runsOfShape[run.shape], run.executions);
+            }
+            run.executions = {};
+        };
+        for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
+            const std::uint32_t shape = m_explored.shapes.Of(i);
+            if (shape == kNoShape || !IsFrequent(shape) || m_counted[i]) {
+                continue;
+            }
+            const Frame& frame = m_frames[i];
+            const auto [place, isNew] = places.FindOrAdd(PairOf(m_explored.streams.Of(frame.record), shape),
+                                                         static_cast<std::uint32_t>(runs.size()));
+            if (isNew) {
+                runs.push_back({shape, frame.start, {}});
+            }
+            Run& run = runs[place];
+            if (frame.start - run.end > kLongestPause) {
+                endRun(run);
+            }
+            m_links.Append(run.executions, {i, i, 1});
+            run.end = frame.end;
+        }
+        for (Run& run : runs) {
+            endRun(run);
+        }
+        for (std::uint32_t shape = 0; shape < runsOfShape.size(); ++shape) {
+            if (runsOfShape[shape].count != 0) {
+                Report(std::string("(top) > ").append(m_explored.shapes.Text(shape)), runsOfShape[shape]);
+            }
+        }
+    }
+
+    void Report(const std::string& subject, const Executions& executions) {
+        Finding finding{FindingRule::RepeatedStatement, subject, executions.count, 0, {}};
+        std::vector<RecordIndex> records;
+        m_links.ForEach(executions, [&](std::uint32_t frame) {
+            finding.cost = AddTimes(finding.cost, m_frames[frame].Total());
+            records.push_back(m_frames[frame].record);
+        });
+        const std::size_t most = std::min(records.size(), Finding::kMostRecords);
+        const auto behind = records.begin() + static_cast<std::ptrdiff_t>(most);
+        std::partial_sort(records.begin(), behind, records.end());
+        finding.records.assign(records.begin(), behind);
+        m_findings.push_back(std::move(finding));
+    }
+
+    const ExploredSession& m_explored;
+    const CFrames& m_frames;
+    FindingList& m_findings;
+    CExecutionLinks m_links;
+    std::vector<std::uint32_t> m_executions; // how many, by shape
+    std::vector<std::uint32_t> m_placeBelow; // in m_below, by frame
+    std::vector<bool> m_counted;             // by frame
+    std::vector<Below> m_below;
+    std::vector<std::uint32_t> m_free; // places in m_below
+    CNumberMap m_placeOfPair;
+    std::vector<Pair> m_pairs;
+};
+
+} // namespace
+
+void FindRepeatedStatements(const ExploredSession& explored, FindingList& findings) {
+    CRepeatedStatements(explored, findings).Find();
+}
+
+} // namespace carvelot
