@@ -124,5 +124,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(StoredLayoutTest)
+QTEST_MAIN(StoredLayoutTest)
 #include "StoredLayoutTest.moc"
