@@ -239,14 +239,14 @@ private slots:
         m_pList->Fill(&rows);
         const auto alignment = [this](int column) {
             const CListModel& model = m_pList->Model();
-            return QPair(
+            return std::pair(
                 model.index(0, column).data(Qt::TextAlignmentRole).value<Qt::Alignment>(),
                 model.headerData(column, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>());
         };
         const Qt::Alignment left = Qt::AlignLeft | Qt::AlignVCenter;
         const Qt::Alignment right = Qt::AlignRight | Qt::AlignVCenter;
-        QCOMPARE(alignment(0), QPair(left, left));
-        QCOMPARE(alignment(1), QPair(right, right));
+        QCOMPARE(alignment(0), std::pair(left, left));
+        QCOMPARE(alignment(1), std::pair(right, right));
     }
 
     void otherColumnsTakeThePlaceOfAllAndTheRowsGo() {
