@@ -8,8 +8,6 @@
 #include "LogGenerator.h"
 
 #include "explore/Findings.h"
-#include "explore/Profile.h"
-#include "explore/Shapes.h"
 #include "platform/ProcessMemory.h"
 #include "session/CarvelotDoc.h"
 #include "trees/DetailTree.h"
@@ -58,21 +56,12 @@ struct LoadedLog {
 
 // All that is told of where a whole log's time went.
 struct Explored {
-    CClock clock;
-    CStreams streams;
-    CFrames frames;
-    CCut cut;
-    CProfile profile;
-    CStatementShapes shapes;
-    std::vector<ShapeProfile> shapeProfiles;
-
-    std::vector<Finding> findings;
+    const ExploredSession whole;
+    const ExploredScope scope;
+    const std::vector<Finding> findings;
 
     Explored(const CCarvelotDoc& session, const AnalysisSettings& settings)
-        : clock(session.m_listDetails), streams(session), frames(session, clock, streams),
-          cut(frames, streams, {}, {}), profile(cut), shapes(session, frames),
-          shapeProfiles(ProfileShapes(session, shapes, cut)),
-          findings(FindAll({session, settings, clock, streams, frames, shapes})) {}
+        : whole(session, settings), scope(whole, {}, {}), findings(FindAll(whole)) {}
 };
 
 // The least that any reader does: large blocks, and every line end found.
@@ -151,7 +140,7 @@ void Register(const std::string& name, const std::string& path) {
             const auto start = std::chrono::steady_clock::now();
             const Explored explored(log.session, log.settings);
             state.SetIterationTime(Seconds(start));
-            state.counters["frames"] = static_cast<double>(explored.frames.Count());
+            state.counters["frames"] = static_cast<double>(explored.whole.frames.Count());
         }
     });
     add("find", [path](State& state) {

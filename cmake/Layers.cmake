@@ -7,7 +7,7 @@
 #   room              uses                                   libraries
 set(CARVELOT_ROOMS
     "platform        |                                      |"
-    "text            | platform                             |"
+    "text            | platform                             | carvelot_header_only"
     "records         | text                                 |"
     "parse           | records                              |"
     "parse/fast      | parse                                |"

@@ -16,7 +16,7 @@ struct RuleText {
 };
 
 // In the order of the rules.
-constexpr std::array<RuleText, 8> kRules = {{
+constexpr std::array<RuleText, 9> kRules = {{
     {"repeated-statement", Severity::Warning,
      "The same statement ran again and again with other values, where one statement might do."},
     {"cache-not-terminated", Severity::Warning,
@@ -29,6 +29,8 @@ constexpr std::array<RuleText, 8> kRules = {{
     {"silence-in-call", Severity::Note,
      "Nothing was written for longer than the threshold inside the function."},
     {"rolled-back", Severity::Error, "A transaction was rolled back, after the trouble in the first record."},
+    {"unread-lines", Severity::Note,
+     "Lines that hold a word became no record: whatever they say is missing from all that is shown."},
 }};
 
 const RuleText& TextOf(FindingRule rule) { return kRules[static_cast<std::size_t>(rule)]; }
@@ -73,6 +75,7 @@ std::vector<Finding> FindAll(const ExploredSession& explored) {
     FindOrphanReturns(explored, findings);
     FindFirstCauses(explored, findings);
     FindAmongRecords(explored, findings);
+    FindUnreadLines(explored, findings);
     std::sort(findings.begin(), findings.end(), ComesBefore);
     return findings;
 }

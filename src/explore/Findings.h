@@ -1,8 +1,7 @@
 // What in a log asks for a look, the worst first.
 #pragma once
 
-#include "explore/Shapes.h"
-#include "records/AnalysisSettings.h"
+#include "explore/ExploredSession.h"
 
 #include <cstdint>
 #include <string>
@@ -20,6 +19,7 @@ enum class FindingRule : std::uint8_t {
     FirstCause,
     SilenceInCall,
     RolledBack,
+    UnreadLines,
 };
 enum class Severity : std::uint8_t { Error, Warning, Note };
 
@@ -43,16 +43,6 @@ struct Finding {
             records.push_back(record);
         }
     }
-};
-
-// What all rules look at: a session whose load has ended, with all that was made of it.
-struct ExploredSession {
-    const CCarvelotDoc& session;
-    const AnalysisSettings& settings;
-    const CClock& clock;
-    const CStreams& streams;
-    const CFrames& frames;
-    const CStatementShapes& shapes;
 };
 
 // Errors, warnings, notes; in each by cost, then count, both falling, then subject, rule and records.

@@ -43,7 +43,7 @@ void ScanProcessAndThread(std::string_view token, CLogDetail& detail) {
 
 // Reads the fields up to the label. False for a line that is no record: one without a word, or whose third
 // word is no time, which is what most continuation lines are.
-bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
+bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm, std::uint64_t& unread) {
     CLineTokens tokens(line);
     std::string_view token;
     if (!tokens.Next(kBlankOrTab, token)) {
@@ -58,6 +58,7 @@ bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm) {
         return true;
     }
     if (!ScanTime(token, detail)) {
+        ++unread;
         return false;
     }
     // The marker may be far along the line: every other word ahead of it is passed over.
@@ -111,7 +112,7 @@ std::string_view CDebugLineParser::StatementText(std::string_view line) {
 
 bool CDebugLineParser::ParseDebugLine(const LogLine& line, std::uint32_t processFilter, CLogDetail& detail) {
     const std::string_view text = line.ascii ? line.bytes : platform::BytesToUtf8(line.bytes, m_strConverted);
-    if (!ReadFields(text, detail, m_bDashForm)) {
+    if (!ReadFields(text, detail, m_bDashForm, m_refused.noTime)) {
         return false;
     }
     detail.m_strText = StatementText(text);
@@ -125,6 +126,7 @@ bool CDebugLineParser::ParseDebugLine(const LogLine& line, std::uint32_t process
     }
     const Classification result = ClassifyDebugStatement(detail.m_strText, m_strName);
     if (processFilter != 0 && processFilter != detail.m_nProcessID) {
+        ++m_refused.filtered;
         return false;
     }
     detail.m_nKind = result.kind;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "parse/LogReader.h"
+#include "parse/RefusedLines.h"
 #include "records/LogDetail.h"
 
 #include <cstdint>
@@ -21,6 +22,8 @@ public:
     bool m_bUBELog = false;            // for good, once a "--UBE--" line was parsed
     std::uint32_t m_nUBEProcessID = 0; // of UBE lines; nothing assigns them
     std::uint32_t m_nUBEThreadID = 0;
+
+    RefusedLines m_refused;
 
     // False for a line that is no record, or one of another process than the filter names, if it names one.
     // The texts are views of the line or of the parser, valid until the next line.

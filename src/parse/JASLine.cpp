@@ -30,7 +30,7 @@ void ScanTime(std::string_view token, CLogDetail& detail) {
 
 // Reads the fields ahead of the text. False for a line that is no record: an empty one, or one whose second
 // word is no month, which is what continuation lines and stack traces are.
-bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& text) {
+bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& text, std::uint64_t& unread) {
     CLineTokens tokens(line);
     text = {};
     std::string_view token;
@@ -42,6 +42,7 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
         return true;
     }
     if (!IsMonth(token)) {
+        ++unread;
         return false;
     }
     detail.m_strMonth = token;
@@ -75,7 +76,7 @@ bool CJASLineParser::ParseJASLine(const LogLine& line, std::uint32_t processFilt
                                   bool& ascii) {
     const std::string_view whole =
         line.ascii ? line.bytes : platform::BytesToUtf8(line.bytes, m_strConverted);
-    if (!ReadFields(whole, detail, detail.m_strText)) {
+    if (!ReadFields(whole, detail, detail.m_strText, m_refused.noMonth)) {
         return false;
     }
     Classification result;
@@ -84,6 +85,7 @@ bool CJASLineParser::ParseJASLine(const LogLine& line, std::uint32_t processFilt
         result = ClassifyJASStatement(detail.m_strText, m_pending, m_strName);
     }
     if (processFilter != 0) {
+        ++m_refused.filtered;
         return false;
     }
     detail.m_nKind = result.kind;

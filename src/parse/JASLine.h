@@ -3,6 +3,7 @@
 
 #include "parse/Classifier.h"
 #include "parse/LogReader.h"
+#include "parse/RefusedLines.h"
 #include "records/LogDetail.h"
 
 #include <cstdint>
@@ -19,6 +20,7 @@ public:
     explicit CJASLineParser(PendingStatement& pending) : m_pending(pending) {}
 
     PendingStatement& m_pending;
+    RefusedLines m_refused;
 
     // False for a line that is no record, which under a process filter none is. The texts are views of the
     // line, of the parser or of the pending statement, valid until the next line. `ascii` tells whether the

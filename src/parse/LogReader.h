@@ -76,6 +76,9 @@ public:
 
     // Bytes of the log that the lines read so far took.
     std::uint64_t Position() const { return m_nBlockPosition + m_nBegin; }
+    // The last of these, which is the line's end unless the line is a piece; to be asked for behind a line
+    // only.
+    char LastByte() const { return m_buffer[m_nBegin - 1]; }
 
 private:
     // Large enough to make the calls of the system cheap, small enough to stay in a processor's cache.

@@ -1,9 +1,6 @@
 #include "report/JsonReport.h"
 
-#include "platform/CodePage.h"
-#include "text/TextColumns.h"
-
-#include <rapidjson/writer.h>
+#include "report/RecordJson.h"
 
 #include <limits>
 #include <ostream>
@@ -12,113 +9,6 @@
 namespace carvelot {
 
 namespace {
-
-// What RapidJSON writes to: a block that goes out when it is full.
-class CBlockStream {
-public:
-    using Ch = char;
-
-    explicit CBlockStream(std::ostream& out) : m_out(out) { m_block.reserve(kBlock); }
-    ~CBlockStream() {
-        m_block.push_back('\n');
-        Send();
-    }
-    CBlockStream(const CBlockStream&) = delete;
-    CBlockStream& operator=(const CBlockStream&) = delete;
-
-    void Put(char c) {
-        if (m_block.size() == kBlock) {
-            Send();
-        }
-        m_block.push_back(c);
-    }
-    void Flush() {}
-
-private:
-    static constexpr std::size_t kBlock = 1U << 16U;
-
-    void Send() {
-        m_out.write(m_block.data(), static_cast<std::streamsize>(m_block.size()));
-        m_block.clear();
-    }
-
-    std::ostream& m_out;
-    std::string m_block;
-};
-
-class CJsonWriter {
-public:
-    explicit CJsonWriter(std::ostream& out) : m_stream(out), m_writer(m_stream) {}
-
-    // Opens an object or a list for as long as it lives.
-    class CObject {
-    public:
-        explicit CObject(CJsonWriter& json) : m_json(json) { m_json.m_writer.StartObject(); }
-        ~CObject() { m_json.m_writer.EndObject(); }
-        CObject(const CObject&) = delete;
-        CObject& operator=(const CObject&) = delete;
-
-    private:
-        CJsonWriter& m_json;
-    };
-    class CArray {
-    public:
-        explicit CArray(CJsonWriter& json) : m_json(json) { m_json.m_writer.StartArray(); }
-        ~CArray() { m_json.m_writer.EndArray(); }
-        CArray(const CArray&) = delete;
-        CArray& operator=(const CArray&) = delete;
-
-    private:
-        CJsonWriter& m_json;
-    };
-
-    void Key(std::string_view key) { m_writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size())); }
-    void StartObject() { m_writer.StartObject(); }
-    void EndObject() { m_writer.EndObject(); }
-    void StartArray() { m_writer.StartArray(); }
-    void EndArray() { m_writer.EndArray(); }
-
-    void Value(std::string_view text) {
-        if (platform::IsValidUtf8(text)) {
-            Put(text);
-        } else {
-            Put(WithReplacements(text));
-        }
-    }
-    void Value(std::int32_t n) { m_writer.Int(n); }
-    void Value(std::uint32_t n) { m_writer.Uint(n); }
-    void Value(std::uint64_t n) { m_writer.Uint64(n); }
-    void Value(float seconds) { m_writer.Double(static_cast<double>(seconds)); }
-    void Value(bool b) { m_writer.Bool(b); }
-    void Value(RecordIndex record) {
-        if (record == kNoRecord) {
-            m_writer.Null();
-        } else {
-            m_writer.Uint(Number(record));
-        }
-    }
-
-    template <class T> void Member(std::string_view key, T value) {
-        Key(key);
-        Value(value);
-    }
-    template <class List> void Records(std::string_view key, const List& records) {
-        Key(key);
-        const CArray array(*this);
-        for (const RecordIndex record : records) {
-            Value(record);
-        }
-    }
-
-private:
-    void Put(std::string_view text) {
-        m_writer.String(text.data() == nullptr ? "" : text.data(),
-                        static_cast<rapidjson::SizeType>(text.size()));
-    }
-
-    CBlockStream m_stream;
-    rapidjson::Writer<CBlockStream> m_writer;
-};
 
 void WriteRecord(CJsonWriter& json, const CLogDetail& detail) {
     const CJsonWriter::CObject object(json);
@@ -162,7 +52,7 @@ void WriteSQL(CJsonWriter& json, const CSQLAnalysis& analysis) {
             json.Member("deletes", table.m_nDeletes);
         }
     }
-    json.Records("longTasks", analysis.m_listLongTasks);
+    WriteRecords(json, "longTasks", analysis.m_listLongTasks);
 }
 
 void WriteBSFN(CJsonWriter& json, const CDetailList& details, const CBSFNAnalysis& analysis) {
@@ -183,7 +73,7 @@ void WriteBSFN(CJsonWriter& json, const CDetailList& details, const CBSFNAnalysi
             const CJsonWriter::CArray instances(json);
             for (const auto& instance : function.m_instances) {
                 const CJsonWriter::CObject call(json);
-                json.Member("record", instance.m_pStart);
+                json.Member("record", IndexOf(instance.m_pStart));
                 json.Member("level", instance.m_level);
                 json.Member("start", details.Time(instance.m_pStart));
                 json.Member("end", instance.m_endTime);
@@ -192,7 +82,7 @@ void WriteBSFN(CJsonWriter& json, const CDetailList& details, const CBSFNAnalysi
             }
         }
     }
-    json.Records("longTasks", analysis.m_listLongTasks);
+    WriteRecords(json, "longTasks", analysis.m_listLongTasks);
 }
 
 void WriteCache(CJsonWriter& json, const CDetailList& details, const CCacheAnalysis::CCache& cache) {
@@ -207,7 +97,7 @@ void WriteCache(CJsonWriter& json, const CDetailList& details, const CCacheAnaly
         const CJsonWriter::CArray operations(json);
         for (const auto& operation : cache.m_operations) {
             const CJsonWriter::CObject entry(json);
-            json.Member("record", operation.m_pRecord);
+            json.Member("record", IndexOf(operation.m_pRecord));
             json.Member("op", static_cast<std::int32_t>(operation.m_op));
             json.Member("text", std::string_view(CCacheAnalysis::OperationText(details, operation)));
             json.Member("image", operation.Image());
@@ -218,8 +108,8 @@ void WriteCache(CJsonWriter& json, const CDetailList& details, const CCacheAnaly
     for (const auto& cursor : cache.m_cursors) {
         const CJsonWriter::CObject entry(json);
         json.Member("handle", cursor.m_strHandle);
-        json.Member("open", cursor.m_pOpen);
-        json.Member("close", cursor.m_pClose);
+        json.Member("open", IndexOf(cursor.m_pOpen));
+        json.Member("close", IndexOf(cursor.m_pClose));
     }
 }
 
@@ -228,7 +118,7 @@ void WriteProcess(CJsonWriter& json, const CDetailList& details, const CProcess&
     json.Member("id", process.m_nProcessID);
     json.Member("startTime", process.m_nStartTime);
     json.Member("endTime", process.m_nEndTime);
-    json.Records("errors", process.m_listErrors);
+    WriteRecords(json, "errors", process.m_listErrors);
     WriteSQL(json, process.m_pSQLAnalysis);
     WriteBSFN(json, details, process.m_pBSFNAnalysis);
     json.Key("caches");
@@ -245,8 +135,8 @@ void WriteProcess(CJsonWriter& json, const CDetailList& details, const CProcess&
         json.Member("id", thread->m_nThreadID);
         json.Member("startTime", thread->m_nStartTime);
         json.Member("endTime", thread->m_nEndTime);
-        json.Records("details", thread->m_listDetails);
-        json.Records("errors", thread->m_listErrors);
+        WriteRecords(json, "details", thread->m_listDetails);
+        WriteRecords(json, "errors", thread->m_listErrors);
         WriteSQL(json, thread->m_pSQLAnalysis);
         WriteBSFN(json, details, thread->m_pBSFNAnalysis);
     }
@@ -283,13 +173,13 @@ void WriteSessionJson(const CCarvelotDoc& session, const std::string& log, std::
         for (const auto& user : session.m_listUsers) {
             const CJsonWriter::CObject entry(json);
             json.Member("name", std::string_view(user->m_strUser));
-            json.Records("details", user->m_listDetails);
-            json.Records("errors", user->m_listErrors);
+            WriteRecords(json, "details", user->m_listDetails);
+            WriteRecords(json, "errors", user->m_listErrors);
             WriteSQL(json, user->m_pSQLAnalysis);
             WriteBSFN(json, session.m_listDetails, user->m_pBSFNAnalysis);
         }
     }
-    json.Records("gaps", session.m_listGaps);
+    WriteRecords(json, "gaps", session.m_listGaps);
 }
 
 void WriteTreeJson(const CDetailTree& tree, const std::string& scope, std::ostream& out) {
@@ -311,7 +201,7 @@ void WriteTreeJson(const CDetailTree& tree, const std::string& scope, std::ostre
             json.StartObject();
             json.Member("text", std::string_view(tree.Text(node)));
             json.Member("image", std::int32_t{tree.Image(node)});
-            json.Member("record", tree.Record(node));
+            json.Member("record", IndexOf(tree.Record(node)));
             json.Key("children");
             json.StartArray();
             levels.push_back({node, 0});
@@ -328,7 +218,7 @@ void WriteTreeJson(const CDetailTree& tree, const std::string& scope, std::ostre
 void WriteHitsJson(const std::vector<RecordIndex>& hits, std::ostream& out) {
     CJsonWriter json(out);
     const CJsonWriter::CObject object(json);
-    json.Records("hits", hits);
+    WriteRecords(json, "hits", hits);
 }
 
 } // namespace carvelot

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <ostream>
 
 namespace carvelot {
@@ -39,6 +40,32 @@ std::optional<float> ParseSeconds(std::string_view text) {
     return seconds;
 }
 
+// Decimal seconds as microseconds; what stands behind the sixth place is cut off. Beyond what a clock can
+// show it is the most or the least that it can.
+std::optional<std::int64_t> ParseClock(std::string_view text) {
+    constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max() / 2;
+    const bool negative = text.starts_with('-');
+    if (negative || text.starts_with('+')) {
+        text.remove_prefix(1);
+    }
+    const std::size_t point = std::min(text.find('.'), text.size());
+    std::string digits(text.substr(0, point));
+    if (point < text.size()) {
+        digits.append(text.substr(point + 1));
+    }
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), isDigit)) {
+        return std::nullopt;
+    }
+    digits.resize(point + 6, '0');
+    std::int64_t value = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), value).ec != std::errc{} ||
+        value > most) {
+        value = most;
+    }
+    return negative ? -value : value;
+}
+
 } // namespace
 
 std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
@@ -49,6 +76,10 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string exportFile;
     std::string threshold;
     std::string process;
+    std::string scope;
+    std::string from;
+    std::string to;
+    bool explore = false;
     bool noCacheAnalysis = false;
 
     CLI::App app{"Rebuilds what happened from a JD Edwards debug log or the log of its JAS web tier.",
@@ -65,8 +96,21 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::Option* const exportOption =
         app.add_option("--export-gaps", exportFile, "Write the timing gaps to FILE, .csv or .txt")
             ->type_name("FILE");
-    treeOption->excludes(findOption)->excludes(exportOption);
-    findOption->excludes(exportOption);
+    CLI::Option* const exploreOption =
+        app.add_flag("--explore", explore, "Print where the time went, and what asks for a look");
+    treeOption->excludes(findOption)->excludes(exportOption)->excludes(exploreOption);
+    findOption->excludes(exportOption)->excludes(exploreOption);
+    exportOption->excludes(exploreOption);
+    CLI::Option* const scopeOption =
+        app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
+            ->type_name("SCOPE")
+            ->needs(exploreOption);
+    CLI::Option* const fromOption =
+        app.add_option("--from", from, "Explore from here on, in seconds behind the log's first time")
+            ->type_name("SECONDS")
+            ->needs(exploreOption);
+    CLI::Option* const toOption =
+        app.add_option("--to", to, "Explore up to here")->type_name("SECONDS")->needs(exploreOption);
     CLI::Option* const thresholdOption =
         app.add_option("--threshold", threshold, "Long tasks and gaps last longer than this (default 1.0)")
             ->type_name("SECONDS");
@@ -101,6 +145,20 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         options.processFilter = id.value_or(0);
         problem = id ? "" : "--process takes a process number";
     }
+    ExploreOptions exploring;
+    if (*scopeOption) {
+        exploring.scope = scope;
+    }
+    const auto readClock = [&problem](const CLI::Option& option, const std::string& text,
+                                      std::int64_t& clock) {
+        if (problem.empty() && option) {
+            const std::optional<std::int64_t> value = ParseClock(text);
+            clock = value.value_or(0);
+            problem = value ? "" : option.get_name() + " takes a number of seconds";
+        }
+    };
+    readClock(*fromOption, from, exploring.range.from);
+    readClock(*toOption, to, exploring.range.to);
     if (!problem.empty()) {
         err << problem << "\n\n" << app.help();
         status = REPORT_USAGE;
@@ -114,6 +172,9 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     }
     if (*exportOption) {
         options.exportGaps = exportFile;
+    }
+    if (explore) {
+        options.explore = exploring;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;
     return options;

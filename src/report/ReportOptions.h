@@ -1,6 +1,7 @@
 // What the command line of carvelot-report asks for.
 #pragma once
 
+#include "explore/Cut.h"
 #include "records/AnalysisSettings.h"
 
 #include <cstdint>
@@ -11,12 +12,19 @@
 
 namespace carvelot {
 
+// What is asked about where the time went.
+struct ExploreOptions {
+    std::optional<std::string> scope; // process:PID, thread:PID/TID or user:NAME
+    ClockRange range;
+};
+
 struct ReportOptions {
     std::string log;
     bool json = false;
     std::optional<std::string> tree; // a scope
     std::optional<std::string> find;
     std::optional<std::string> exportGaps;
+    std::optional<ExploreOptions> explore;
     std::uint32_t processFilter = 0;
     AnalysisSettings settings;
 };

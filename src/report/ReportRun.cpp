@@ -1,8 +1,10 @@
 #include "report/ReportRun.h"
 
 #include "lists/GapExport.h"
+#include "report/ExploreRun.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
+#include "report/Scope.h"
 #include "report/TextReport.h"
 
 #include <cstdlib>
@@ -26,43 +28,21 @@ private:
     std::ostream& m_err;
 };
 
-// Fills the tree for "process:PID", "thread:PID/TID" or "user:NAME". False when the log has no such scope.
-bool FillScope(const CCarvelotDoc& session, std::string_view scope, CDetailTree& tree) {
-    const std::size_t colon = scope.find(':');
-    if (colon == std::string_view::npos) {
+// Fills the tree of a scope. False when the log has no such scope.
+bool FillScope(const CCarvelotDoc& session, std::string_view name, CDetailTree& tree) {
+    const std::optional<Selection> scope = FindScope(session, name);
+    if (!scope) {
         return false;
     }
-    const std::string_view kind = scope.substr(0, colon);
-    const std::string_view name = scope.substr(colon + 1);
-    if (session.m_nLogFormat == LOG_FORMAT_JAS) {
-        const CJASUser* const user = kind == "user" ? session.FindUser(name) : nullptr;
-        if (user != nullptr) {
-            tree.FillDetails(true, user->m_listDetails);
-        }
-        return user != nullptr;
-    }
-    const std::size_t slash = name.find('/');
-    const bool isThread = kind == "thread" && slash != std::string_view::npos;
-    if (!isThread && kind != "process") {
-        return false;
-    }
-    const std::optional<std::uint32_t> processID = ParseId(isThread ? name.substr(0, slash) : name);
-    const CProcess* const process = processID ? session.FindProcess(*processID) : nullptr;
-    if (process == nullptr) {
-        return false;
-    }
-    if (!isThread) {
+    if (const CProcess* const process = scope->Process()) {
         for (const auto& thread : process->m_listThreads) {
             tree.FillDetails(false, thread->m_listDetails);
         }
-        return true;
+    } else if (const CThread* const thread = scope->Thread()) {
+        tree.FillDetails(true, thread->m_listDetails);
+    } else if (const CJASUser* const user = scope->User()) {
+        tree.FillDetails(true, user->m_listDetails);
     }
-    const std::optional<std::uint32_t> threadID = ParseId(name.substr(slash + 1));
-    const auto thread = threadID ? process->m_mapThreads.find(*threadID) : process->m_mapThreads.end();
-    if (thread == process->m_mapThreads.end()) {
-        return false;
-    }
-    tree.FillDetails(true, thread->second->m_listDetails);
     return true;
 }
 
@@ -91,16 +71,21 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     PendingStatement pending;
     CCarvelotDoc session(options->settings, pending, host);
     session.m_nProcessFilter = options->processFilter;
+    session.m_bNumberLines = options->explore.has_value();
     // For tests, and for a doubt whether the short ways of the parser read what is there.
     const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
     session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
     if (!session.OnOpenDocument(options->log)) {
         return REPORT_FAILED;
     }
-    if (options->exportGaps) {
+    if (options->explore) {
+        status = Explore(session, *options, out, err);
+        if (status != REPORT_DONE) {
+            return status;
+        }
+    } else if (options->exportGaps) {
         return ExportGapsTo(session, *options->exportGaps, err);
-    }
-    if (options->tree) {
+    } else if (options->tree) {
         CDetailTree tree(session);
         if (!FillScope(session, *options->tree, tree)) {
             err << "No such scope: " << *options->tree << '\n';

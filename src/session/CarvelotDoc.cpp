@@ -1,5 +1,6 @@
 #include "session/CarvelotDoc.h"
 
+#include "parse/LineNumbering.h"
 #include "parse/LogFormat.h"
 #include "parse/LogReader.h"
 #include "parse/fast/FastDebugLines.h"
@@ -186,13 +187,23 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
     const auto readLines = [&](BlockScan scan, auto parse) {
         reader.Rewind(scan);
         std::uint64_t nextProgress = kProgressStep;
+        CLineNumbering numbering;
         LogLine line;
         while (reader.ReadLogLine(line)) {
             parse(line);
+            if (m_bNumberLines) {
+                const auto number = static_cast<std::uint32_t>(numbering.Take(reader));
+                if (m_listLineNumbers.Size() < m_listDetails.Size()) {
+                    m_listLineNumbers.Add(number);
+                }
+            }
             if (reader.Position() >= nextProgress) {
                 m_host.LoadProgress(reader.Position(), size);
                 nextProgress = reader.Position() + kProgressStep;
             }
+        }
+        if (m_bNumberLines) {
+            m_nLines = numbering.Count();
         }
     };
     const ParseWay way = m_bPlainParse ? ParseWay::Plain : ParseWay::Fast;
@@ -225,6 +236,10 @@ bool CCarvelotDoc::ClearSession() {
     m_listProcesses.clear();
     Release(m_listGaps);
     m_listDetails.Clear();
+    m_nLines.reset();
+    m_listLineNumbers.Clear();
+    m_debugParser.m_refused = {};
+    m_jasParser.m_refused = {};
     m_mapUsers.clear();
     m_listUsers.clear();
     return true;

@@ -8,12 +8,14 @@
 #include "records/AnalysisSettings.h"
 #include "records/DetailList.h"
 #include "records/LogSource.h"
+#include "records/PagedArray.h"
 #include "session/JASUser.h"
 #include "session/Process.h"
 #include "session/SessionHost.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -75,6 +77,10 @@ public:
     // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
     // words stand. The outcome is the same, later.
     bool m_bPlainParse = false;
+    // Numbers the lines. Without it the next two stay empty, for they cost time and memory.
+    bool m_bNumberLines = false;
+    std::optional<std::uint64_t> m_nLines;            // of the log, as an editor counts them
+    CPagedArray<std::uint32_t, 12> m_listLineNumbers; // by record, the first line being 1
     LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
     // What the parser of debug lines has learnt.
     std::int32_t& m_nTextColumn = m_debugParser.m_nTextColumn;
@@ -90,6 +96,11 @@ public:
     // Tells this session and this load of it from all others in the run, so that rows which outlive a session
     // know that their records are gone.
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
+
+    // Of the latest load, the lines with a word that became no record.
+    const RefusedLines& Refused() const {
+        return m_nLogFormat == LOG_FORMAT_DEBUG ? m_debugParser.m_refused : m_jasParser.m_refused;
+    }
 
 private:
     bool ReadLog(ILogSource& source);

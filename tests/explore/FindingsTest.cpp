@@ -35,17 +35,13 @@ public:
     }
     // Of one rule, in the order of all.
     Texts Of(FindingRule rule) const {
-        std::vector<Finding> all = FindAll(Explored());
+        std::vector<Finding> all = FindAll(m_explored);
         std::erase_if(all, [rule](const Finding& finding) { return finding.rule != rule; });
         return Of(all);
     }
-    Texts All() const { return Of(FindAll(Explored())); }
+    Texts All() const { return Of(FindAll(m_explored)); }
 
-    ExploredSession Explored() const {
-        return {m_session.m_doc, m_session.m_settings, m_clock, m_streams, m_frames, m_shapes};
-    }
-
-    CStatementShapes m_shapes{m_session.m_doc, m_frames};
+    ExploredSession m_explored{m_session.m_doc, m_session.m_settings};
 };
 
 std::vector<std::string> With(std::vector<std::string> lines, const std::vector<std::string>& more) {
@@ -156,7 +152,7 @@ TEST(ExploreFindings, OfRepeatedStatementsAreThoseOfAPlainCount) {
         const auto held = [&](std::uint32_t top, std::uint32_t shape) {
             std::vector<std::uint32_t> executions;
             for (std::uint32_t i = 0; i < frames.Count(); ++i) {
-                if (log.m_shapes.Of(i) == shape && isBelow(i, top)) {
+                if (log.m_explored.shapes.Of(i) == shape && isBelow(i, top)) {
                     executions.push_back(i);
                 }
             }
@@ -164,16 +160,17 @@ TEST(ExploreFindings, OfRepeatedStatementsAreThoseOfAPlainCount) {
         };
         std::map<std::string, std::vector<RecordIndex>> expected;
         for (std::uint32_t top = 0; top < frames.Count(); ++top) {
-            for (std::uint32_t shape = 1; shape < log.m_shapes.Count() && log.m_shapes.Of(top) == kNoShape;
+            for (std::uint32_t shape = 1;
+                 shape < log.m_explored.shapes.Count() && log.m_explored.shapes.Of(top) == kNoShape;
                  ++shape) {
                 std::vector<RecordIndex> share;
                 for (std::uint32_t i = 0; i < frames.Count(); ++i) {
                     if (frames[i].parent != top) {
                         continue;
                     }
-                    if (log.m_shapes.Of(i) == shape) {
+                    if (log.m_explored.shapes.Of(i) == shape) {
                         share.push_back(frames[i].record);
-                    } else if (log.m_shapes.Of(i) == kNoShape) {
+                    } else if (log.m_explored.shapes.Of(i) == kNoShape) {
                         const auto executions = held(i, shape);
                         for (std::uint32_t execution : executions) {
                             if (executions.size() < 10) {
@@ -184,13 +181,13 @@ TEST(ExploreFindings, OfRepeatedStatementsAreThoseOfAPlainCount) {
                 }
                 if (share.size() >= 10) {
                     auto& all = expected[std::string(frames.Keys().Name(frames[top].key)) + " > " +
-                                         std::string(log.m_shapes.Text(shape))];
+                                         std::string(log.m_explored.shapes.Text(shape))];
                     all.insert(all.end(), share.begin(), share.end());
                 }
             }
         }
         FindingList findings;
-        FindRepeatedStatements(log.Explored(), findings);
+        FindRepeatedStatements(log.m_explored, findings);
         std::map<std::string, std::vector<RecordIndex>> actual;
         for (const Finding& finding : findings) {
             if (!finding.subject.starts_with("(top)")) {
