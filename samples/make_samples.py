@@ -6,9 +6,15 @@ Usage: make_samples.py [FOLDER]      (this folder without an argument)
 The same files come out every time. Each log tells one story:
 
   order-entry.log    two minutes at the order desk: three processes, a sales order that fails and is repaired
+  order-slow.log     a sales order whose end takes seven seconds: a site's own function reads 400 items one by one
+  order-well.log     the same order a day later, with one statement in their place: to compare with
+  order-fails.log    a sales order that runs into another job's lock: an error deep below, codes 2 all the way up, a
+                     rollback, a work file that stays behind, and a cancel that never comes back
   cache-trace.log    jdeCache traces: several caches, cursors left open, failed fetches, a cache terminated twice
   ube-batch.log      a nightly sales update whose batch log holds "--UBE--" lines
+  night-batch.log    a sales update over midnight, which crawls once the backup begins
   jas-web.log        the web tier: four users, prepared statements, a lost enterprise server
+  jas-slow.log       a grid of the web tier that asks for each of its 120 rows, and a chart that asks without end
   old-style.log      an older server: "**" stamps, whole seconds, CR LF
   windows-1252.log   a German workstation: CR LF and Windows-1252 names
   utf-8.log          a warehouse with Polish, Greek and Japanese names, and emoji in a text line
@@ -21,6 +27,7 @@ import sys
 
 MS = 1000
 SECOND = 1000000
+DAY = 24 * 3600 * SECOND
 
 
 def clock(micros, separator=".", digits=6):
@@ -109,13 +116,13 @@ def merge(workers, seed, stamp, pace=(40, 1800), in_blocks=False):
     return out
 
 
-def dash_stamp(day):
-    """The newer stamp: microseconds, "-", a label, a tab."""
+def dash_stamp(*days):
+    """The newer stamp: microseconds, "-", a label, a tab. Behind midnight comes the next of the days."""
     def stamp(worker, step):
         label, text = (step.label, step.text) if isinstance(step, Labelled) else (worker.label, step)
         if text.startswith("[CARVELOT MESSAGE]"):
             label = "[CARVELOT MESSAGE] - "
-        return "%s %s - %d/%d %s\t%s" % (day, clock(worker.time), worker.process, worker.thread, label, text)
+        return "%s %s - %d/%d %s\t%s" % (days[worker.time // DAY], clock(worker.time), worker.process, worker.thread, label, text)
     return stamp
 
 
@@ -398,7 +405,7 @@ class OrderDesk(Job):
         return self.call("B4200760CheckCreditLimit", [("mnAddressNumber", customer), ("szCompany", "00001")], body(),
                          [("mnAmountOverLimit", "1311.50" if over else "0"), ("cHoldOrder", "Y" if over else "N")], code=1 if over else 0)
 
-    def finish(self, order, rows, customer, over=False, duplicate=False):
+    def finish(self, order, rows, customer, over=False, duplicate=False, check=()):
         keys = ["SDKCOO", "SDDOCO", "SDDCTO", "SDLNID", "SDITM", "SDUORG", "SDUPRC", "SDNXTR"]
 
         def write(row, item):
@@ -417,6 +424,7 @@ class OrderDesk(Job):
 
         def body():
             yield from self.credit(customer, over)
+            yield from check
             yield from self.cache.fetch(self.cursor, len(rows))
             yield from self.cache.fetch_failed(self.cursor)
             for row, item in rows:
@@ -545,6 +553,188 @@ def order_entry():
         Worker(6120, 2044, "UNKNOWN", at(9, 12, 2, 990671), listener()),
         Worker(2208, 1176, "MAIN_THREAD", at(9, 12, 8, 402833), console()),
     ], 4211, dash_stamp("Sep 22"))
+
+
+# -------------------------------------------------------------------- order-slow.log, order-well.log
+
+def event(name, form, body):
+    yield "RT: >>>Beginning ER:\t%s\tForm:%s\t" % (name, form)
+    yield from body
+    yield "RT: <<<Finished  ER:\t%s\tForm:%s\t" % (name, form)
+
+
+class FairDesk(OrderDesk):
+    """The order desk on the days of the trade fair: its carrier wants the weight of all that a customer has open."""
+
+    OPEN_LINES = 400
+
+    def open_weight(self, customer, one_by_one):
+        def read_one(line):
+            """One item through a table that stays open."""
+            yield " SELECT  IMITM, IMLITM, IMUWUM FROM PRODDTA.F4101  WHERE  ( IMITM = %d.000000 )  " % (60011 + line * 7 % 311)
+            yield "Entering DBPerformRequest"
+            yield "ORACLE DBPerformRequest conn=03F46130 requ=%08X host (prod) reuse" % self.request
+            yield Wait(9 * MS + self.rng.randrange(5 * MS))
+            yield "Exiting DBPerformRequest"
+            yield "Fetched the record"
+
+        def body():
+            if not one_by_one:
+                yield from self.statement(
+                    "SELECT SUM(T0.SDUORG * T1.IMUWUM) FROM PRODDTA.F4211 T0, PRODDTA.F4101 T1 WHERE ( T0.SDITM = T1.IMITM AND "
+                    "T0.SDAN8 = %s.000000 AND T0.SDNXTR < '999' )" % customer, "V5542110", took=46 * MS)
+                return
+            yield from self.select("F4211", "SDAN8 = %s.000000 AND SDNXTR < '999'" % customer, "SDDOCO, SDLNID, SDITM, SDUORG", took=38 * MS)
+            yield "Entering JDB_OpenTable(Table = F4101)"
+            for line in range(self.OPEN_LINES):
+                yield from read_one(line)
+            yield "Entering JDB_CloseTable(Table = F4101)"
+        return self.call("B5542110SumOpenWeight", [("mnAddressNumber", customer), ("cWeightUnit", "K")], body(),
+                         [("mnOpenLines", self.OPEN_LINES), ("mnWeightTotal", "9377.25")])
+
+
+def fair_order(one_by_one):
+    desk = FairDesk("ANNIKA", "P42101", "BIKE0001", seed=2)
+    order, customer = "118311", "4242"
+    rows = [(row, ITEMS[row - 1]) for row in (1, 2, 3, 5)]
+    yield Labelled("WRK:Starting jdeCallObject", "Entering JDB_InitUser with commit mode 0.")
+    yield Labelled("WRK:Starting jdeCallObject", "Exiting JDB_InitUser with Success")
+    yield from event("Dialog is Initialized", "W42101C", desk.call(
+        "B4210120ReadProcessingOptions", [("szVersion", "BIKE0001  "), ("szProgramName", "P42101    ")],
+        desk.select("F983051", "VRPID = 'P42101' AND VRVERS = 'BIKE0001'"), [("szOrderType", "SO")]))
+    yield Wait(2 * SECOND + 115 * MS)
+    yield from event("Row is Entered", "W42101C", desk.begin(order, customer, "Brightwater Cycles"))
+    for row, item in rows:
+        yield Wait(3 * SECOND + row * 410 * MS)
+        yield from event("Row is Exited and Changed - Asynch", "W42101C", desk.line(order, row, item, 2 * row))
+    yield Wait(4 * SECOND + 902 * MS)
+    yield from event("Button Clicked - OK", "W42101C", desk.finish(
+        order, rows, customer, check=desk.open_weight(customer, one_by_one)))
+    yield Labelled("WRK:Commit Remote User", "Entering JDB_CommitUser")
+    yield Labelled("WRK:Commit Remote User", "ORACLE DBCommit conn=03F46130")
+    yield Wait(8 * MS)
+    yield Labelled("WRK:Commit Remote User", "Exiting JDB_CommitUser with Success")
+
+
+def heartbeats(count):
+    """A kernel's thread with little to say."""
+    yield "Entering JDB_InitEnv"
+    for i in range(count):
+        yield Wait(5 * SECOND)
+        yield "Kernel heartbeat, %d requests in the queue" % (i % 2)
+
+
+def order_slow():
+    return merge([
+        Worker(5188, 2904, "WRK:ANNIKA_0A41D2E0_P42101", at(10, 41, 7, 118204), fair_order(True)),
+        Worker(5188, 3012, "UNKNOWN", at(10, 41, 5, 3071), heartbeats(8)),
+    ], 5542110, dash_stamp("Sep 24"))
+
+
+def order_well():
+    return merge([
+        Worker(7420, 1836, "WRK:ANNIKA_0A3C9B28_P42101", at(10, 38, 52, 640381), fair_order(False)),
+        Worker(7420, 1900, "UNKNOWN", at(10, 38, 50, 911540), heartbeats(6)),
+    ], 5542110, dash_stamp("Sep 25"))
+
+
+# ---------------------------------------------------------------------------------- order-fails.log
+
+class BlockedDesk(OrderDesk):
+    """The order desk while another job keeps the locations of an item."""
+
+    def reserve(self, item):
+        def body():
+            yield from self.statement(
+                "SELECT  LIITM, LIMCU, LILOCN, LIHCOM FROM PRODDTA.F41021  WHERE  ( LIITM = %s.000000 AND LIMCU = '          30' )  FOR UPDATE WAIT 12"
+                % item[0], "F41021", took=12 * SECOND + 41 * MS, error=[
+                    "OCI0000179 - Error - ORA-30006: resource busy; acquire with WAIT timeout expired",
+                    Raw("  on the table PRODDTA.F41021, which session 214"),
+                    Raw("  (SCHED, R41413) has had since 09:41:02")])
+        return self.call("F41021LockLocation", [("mnShortItemNo", item[0]), ("szBranchPlant", "          30")], body(),
+                         [("szErrorMessageID", "078M")], code=2)
+
+    def commit_line(self, order, row, item):
+        def body():
+            yield from self.insert("F4211", ["SDKCOO", "SDDOCO", "SDDCTO", "SDLNID", "SDITM", "SDNXTR"],
+                                   ["'00001'", order + ".000000", "'SO'", "%d.000000" % (row * 1000), item[0] + ".000000", "'520'"], took=7 * MS)
+            yield from self.call("F41021UpdateCommitment", [("mnShortItemNo", item[0]), ("mnQuantity", "2")], self.reserve(item),
+                                 [("cErrorCode", "2")], code=2)
+        return self.call("F4211WriteLine", [("mnOrderNo", order), ("mnLineNo", row)], body(), [("cErrorCode", "2")], code=2)
+
+    def finish_blocked(self, order, rows, customer):
+        def body():
+            yield from self.credit(customer)
+            yield from self.cache.fetch(self.cursor)
+            yield from self.commit_line(order, *rows[0])
+        return self.call("F4211FSEndDoc", [("mnCMJobNo", "1377"), ("mnOrderNo", order), ("cUseWorkFiles", "2")], body(),
+                         [("mnSalesOrderNo", "0"), ("cErrorConditions", "2")], code=2)
+
+    def cancel(self, order):
+        """Neither call returns: the user's window has gone."""
+        caller = "Level 1"
+        for level, name in enumerate(["F4211FSCancelDoc", "F4211ClearWorkFile"], 1):
+            yield "Calling Business function %s from %s for ANNIKA. Application Name [P42101], Version [BIKE0001] (BSFNLevel = %d)" % (
+                name, caller, level)
+            yield param_in(1, "mnCMJobNo", "1377")
+            yield param_in(2, "mnOrderNo", order)
+            caller = name
+        for attempt in (1, 2, 3):
+            yield Wait(850 * MS)
+            yield "JDENET: no answer from the client of port 6014, attempt %d of 3" % attempt
+
+
+def blocked_order():
+    desk = BlockedDesk("ANNIKA", "P42101", "BIKE0001", seed=3)
+    order, customer = "118340", "4277"
+    rows = [(row, ITEMS[row]) for row in (1, 2, 4)]
+    yield Labelled("WRK:Starting jdeCallObject", "Entering JDB_InitUser with commit mode 1.")
+    yield Labelled("WRK:Starting jdeCallObject", "Exiting JDB_InitUser with Success")
+    yield from event("Dialog is Initialized", "W42101C", desk.call(
+        "B4210120ReadProcessingOptions", [("szVersion", "BIKE0001  "), ("szProgramName", "P42101    ")],
+        desk.select("F983051", "VRPID = 'P42101' AND VRVERS = 'BIKE0001'"), [("szOrderType", "SO")]))
+    yield from event("Row is Entered", "W42101C", desk.begin(order, customer, "Harbour Street Velo"))
+    for row, item in rows:
+        yield Wait(2 * SECOND + row * 370 * MS)
+        yield from event("Row is Exited and Changed - Asynch", "W42101C", desk.line(order, row, item, row))
+    yield Wait(3 * SECOND + 77 * MS)
+
+    def end():
+        yield "Entering JDB_BeginTransaction"
+        yield "Exiting JDB_BeginTransaction with Success"
+        yield from desk.finish_blocked(order, rows, customer)
+        yield from desk.call("SetErrorMessage", [("szErrorMessageID", "078M"), ("szText", "Record reserved by another user")])
+    yield from event("Button Clicked - OK", "W42101C", end())
+    yield Labelled("WRK:Rollback Remote User", "Entering JDB_RollbackUser")
+    yield Labelled("WRK:Rollback Remote User", "ORACLE DBRollback conn=03F46130")
+    yield Labelled("WRK:Rollback Remote User", "Exiting JDB_RollbackUser with Success")
+    yield Wait(21 * SECOND + 318 * MS)
+    yield "RT: >>>Beginning ER:\tButton Clicked - Cancel\tForm:W42101C\t"
+    yield from desk.cancel(order)
+
+
+def blocking_job():
+    """Rebuilds the commitments of a branch in one transaction, and keeps every location until its end."""
+    job = Job("SCHED", "R41413", "XJDE0001")
+    yield "Entering JDB_InitUser with commit mode 1."
+    yield "Entering JDB_BeginTransaction"
+
+    def rebuild():
+        for i, item in enumerate(ITEMS):
+            yield from job.select("F4211", "SDITM = %s.000000 AND SDNXTR < '999'" % item[0], "SUM(SDUORG)", took=(130 + 20 * i) * MS)
+            yield from job.update("F41021", "LIHCOM = %d" % (14 + 3 * i), "LIITM = %s.000000 AND LIMCU = '          30'" % item[0], took=11 * MS)
+        yield from job.update("F41021", "LIPCOM = 0, LIUPMJ = 124269", "LIMCU = '          30'", took=52 * SECOND + 700 * MS)
+    yield from job.call("B4200520RebuildCommitments", [("szBranchPlant", "          30"), ("cMode", "F")], rebuild(), [("mnRecordsUpdated", "1184")])
+    yield "Entering JDB_CommitTransaction"
+    yield "Exiting JDB_CommitTransaction with Success"
+
+
+def order_fails():
+    return merge([
+        Worker(5188, 2904, "WRK:ANNIKA_0A41D2E0_P42101", at(9, 40, 58, 207113), blocked_order()),
+        Worker(6244, 1712, "WRK:SCHED_04C7D2E8_R41413", at(9, 41, 1, 84220), blocking_job()),
+        Worker(5188, 3012, "UNKNOWN", at(9, 40, 57, 518), heartbeats(12)),
+    ], 41021, dash_stamp("Sep 25"))
 
 
 # ----------------------------------------------------------------------------------- cache-trace.log
@@ -712,6 +902,58 @@ def ube_batch():
     ], 42800, dash_stamp("Oct  1"))
 
 
+# ---------------------------------------------------------------------------------- night-batch.log
+
+BACKUP = at(23, 59, 38)
+ORDERS_OF_THE_NIGHT = 36
+
+
+def night_update(start):
+    """The sales update of the night. Its statements slow down when the backup begins, shortly before midnight."""
+    job = Job("NIGHT", "R42800", "BIKE0009", seed=2)
+    spent = [0]
+
+    def rest(micros):
+        spent[0] += micros
+        return Wait(micros)
+
+    def took(usual, under_backup):
+        micros = under_backup if start + spent[0] >= BACKUP else usual
+        spent[0] += micros
+        return micros
+
+    # Tracing was switched on in the middle of a call.
+    yield "Return value is 0 for B9800100GetJobQueue. (BSFNLevel = 1)"
+    yield "Entering JDB_InitUser with commit mode 2."
+    yield Raw("--UBE--[6]-- Processing Init Report at Report Level")
+    yield Raw("--UBE--[1]-- R42800_BIKE0009")
+    yield from job.call("B4280000ReadProcessingOptions", [("szVersion", "BIKE0009  ")], job.select("F983051", "VRPID = 'R42800'"), [("cProofOrFinal", "1")])
+    for number in range(1, ORDERS_OF_THE_NIGHT + 1):
+        order = 118400 + number
+        yield Raw("--UBE--[2]-- Section_S%d" % number)
+        yield Raw("--UBE--[4]-- ER:Do_Section")
+
+        def body(number=number, order=order):
+            yield from job.select("F4211", "SDDOCO = %d.000000 AND SDNXTR = '600'" % order, took=took(14 * MS, 1460 * MS))
+            yield from job.insert("F42119", ["SDDOCO", "SDDCTO", "SDLNID"], ["%d.000000" % order, "'SO'", "1000.000000"],
+                                  took=took(2 * SECOND + number * 41 * MS, 51 * SECOND + number * 173 * MS))
+            yield from job.call("F0911FSEditLine", [("mnDocumentNumber", order), ("szAccountNumber", "30.5010                      ")],
+                                job.call("F0901ValidateAccount", [("szAccountId", "00061202")],
+                                         job.select("F0901", "GMAID = '00061202'", took=took(4 * MS, 210 * MS))),
+                                [("cErrorConditions", " ")])
+            yield from job.delete("F4211", "SDDOCO = %d.000000" % order, took=took(9 * MS, 640 * MS))
+        yield from job.call("F42800ProcessOrder", [("mnOrderNo", order), ("szOrderType", "SO")], body(), [("mnLines", "1")])
+        yield rest(SECOND + 900 * MS)
+    yield from job.call("F0011UpdateBatchStatus", [("mnBatchNo", "50488"), ("cStatus", "A")], job.update("F0011", "ICIST = 'A'", "ICICU = 50488.000000"))
+    yield "--UBE--[2]-- Job ended normally, %d orders updated" % ORDERS_OF_THE_NIGHT
+    yield Raw("--UBE--[1]-- Finished")
+
+
+def night_batch():
+    start = at(23, 58, 12, 407219)
+    return merge([Worker(9716, 2208, "MAIN_THREAD", start, night_update(start))], 42801, dash_stamp("Oct 31", "Nov  1"))
+
+
 # -------------------------------------------------------------------------------------- jas-web.log
 
 class Jas:
@@ -828,16 +1070,50 @@ def web_system(u):
                 yield Raw(line)
 
 
-def jas_web():
+def jas_stamp(day):
     def stamp(worker, step):
         level, source, text = step
         user = " " + worker.user if worker.user else ""
-        return "22 Sep 2024 %s [%-6s]%s - %-18s%s" % (clock(worker.time, ",", 3), level, user, "[%s]" % source, text)
+        return "%s %s [%-6s]%s - %-18s%s" % (day, clock(worker.time, ",", 3), level, user, "[%s]" % source, text)
+    return stamp
 
+
+def jas_web():
     # A user's lines come in blocks: one request is served before the next one's lines begin.
     users = [Jas("", at(8, 59, 54, 4000), web_system), Jas("ANNIKA", at(9, 0, 2, 118000), web_annika),
              Jas("TOMAS", at(9, 0, 9, 730000), web_tomas), Jas("MWEBER", at(9, 0, 15, 51000), web_weber)]
-    return merge(users, 920, stamp, pace=(1 * MS, 9 * MS), in_blocks=True)
+    return merge(users, 920, jas_stamp("22 Sep 2024"), pace=(1 * MS, 9 * MS), in_blocks=True)
+
+
+# -------------------------------------------------------------------------------------- jas-slow.log
+
+def web_lena(u):
+    """Work with Orders: her grid asks for the weight of each row's item, all of them in one click."""
+    yield from u.form("P42101_W42101A", [])
+    yield Wait(2 * SECOND + 340 * MS)
+    yield u.say("RUNTIME", "P42101_W42101A_EZGUI004, Event Starts :Button Clicked - Find")
+    yield from u.query("SELECT  SDDOCO, SDDCTO, SDLNID, SDITM FROM PRODDTA.F4211 WHERE SDAN8 = ? AND SDNXTR < ?",
+                       [("4242", "DECIMAL"), ("999", "VARCHAR")], took=66 * MS, rows=120)
+    for row in range(120):
+        yield from u.query("SELECT  IMITM, IMLITM, IMUWUM FROM PRODDTA.F4101 WHERE IMITM = ?",
+                           [(str(60011 + row * 7 % 311), "DECIMAL")], took=18 * MS + row % 7 * 3 * MS)
+    yield u.say("RUNTIME", "P42101_W42101A_EZGUI004, Event Ends:Button Clicked - Find")
+    yield Wait(5 * SECOND)
+    yield from u.server_call("F4211FSEditLine", took=190 * MS)
+    yield from u.form("P42101_W42101C", ["Row is Exited and Changed - Inline", "Button Clicked - OK"])
+
+
+def web_chart(u):
+    """A start page's chart, which asks again and again and belongs to no form."""
+    for i in range(45):
+        yield from u.query("SELECT  COUNT(*) FROM PRODDTA.F4211 WHERE SDNXTR = ? AND SDMCU = ?",
+                           [("540", "VARCHAR"), ("          30", "VARCHAR")], took=31 * MS + i % 5 * 2 * MS)
+        yield Wait(420 * MS)
+
+
+def jas_slow():
+    users = [Jas("LENA", at(13, 20, 4, 211000), web_lena), Jas("OTTO", at(13, 20, 3, 90000), web_chart)]
+    return merge(users, 4101, jas_stamp("25 Sep 2024"), pace=(1 * MS, 5 * MS), in_blocks=True)
 
 
 # ------------------------------------------------------------------------------------- old-style.log
@@ -910,9 +1186,14 @@ def write(path, lines, encoding="utf-8", end="\n"):
 def main():
     folder = sys.argv[1] if len(sys.argv) > 1 else os.path.dirname(os.path.abspath(__file__))
     write(os.path.join(folder, "order-entry.log"), order_entry())
+    write(os.path.join(folder, "order-slow.log"), order_slow())
+    write(os.path.join(folder, "order-well.log"), order_well())
+    write(os.path.join(folder, "order-fails.log"), order_fails())
     write(os.path.join(folder, "cache-trace.log"), cache_trace())
     write(os.path.join(folder, "ube-batch.log"), ube_batch())
+    write(os.path.join(folder, "night-batch.log"), night_batch())
     write(os.path.join(folder, "jas-web.log"), jas_web())
+    write(os.path.join(folder, "jas-slow.log"), jas_slow())
     write(os.path.join(folder, "old-style.log"), old_style(), end="\r\n")
     write(os.path.join(folder, "windows-1252.log"), windows_1252(), encoding="cp1252", end="\r\n")
     write(os.path.join(folder, "utf-8.log"), utf_8())

@@ -219,8 +219,8 @@ TEST(PlainParse, ReadsLinesOfAUBEAsTheShortWayDoes) {
 TEST(PlainParse, ReadsJASLinesAsTheShortWayDoes) { ExpectSameOfNearMisses(JASForm()); }
 
 TEST(PlainParse, ReadsTheSamplesAsTheShortWayDoes) {
-    for (const char* name :
-         {"order-entry", "old-style", "ube-batch", "cache-trace", "jas-web", "utf-8", "windows-1252"}) {
+    for (const char* name : {"order-entry", "order-fails", "old-style", "ube-batch", "night-batch",
+                             "cache-trace", "jas-web", "jas-slow", "utf-8", "windows-1252"}) {
         std::ifstream file(std::string(CARVELOT_SOURCE_FOLDER) + "/samples/" + name + ".log",
                            std::ios::binary);
         const std::string log{std::istreambuf_iterator<char>(file), {}};
