@@ -12,6 +12,7 @@ The same files come out every time. Each log tells one story:
                      rollback, a work file that stays behind, and a cancel that never comes back
   cache-trace.log    jdeCache traces: several caches, cursors left open, failed fetches, a cache terminated twice
   ube-batch.log      a nightly sales update whose batch log holds "--UBE--" lines
+  worked-example.log fourteen lines, whose times docs/explore.md reckons by hand
   night-batch.log    a sales update over midnight, which crawls once the backup begins
   jas-web.log        the web tier: four users, prepared statements, a lost enterprise server
   jas-slow.log       a grid of the web tier that asks for each of its 120 rows, and a chart that asks without end
@@ -638,6 +639,30 @@ def order_well():
     ], 5542110, dash_stamp("Sep 25"))
 
 
+# ------------------------------------------------------------------------------- worked-example.log
+
+def worked_example():
+    call, returned = "Calling Business function %s from %s (BSFNLevel = %d)", "Return value is %d for %s. (BSFNLevel = %d)"
+    done = "Exiting DBPerformRequest"
+    lines = [
+        (0, "Entering JDB_InitUser with commit mode 0."),
+        (0, call % ("F4211FSEditLine", "Level 1", 1)),
+        (10, call % ("F4211EditLine", "F4211FSEditLine", 2)),
+        (20, " SELECT * FROM PRODDTA.F4101 WHERE ( IMITM = 60011 )"),
+        (50, done),
+        (60, " SELECT * FROM PRODDTA.F4101 WHERE ( IMITM = 60038 )"),
+        (100, done),
+        (110, returned % (0, "F4211EditLine", 2)),
+        (120, call % ("F4211WriteLine", "F4211FSEditLine", 2)),
+        (130, " INSERT INTO PRODDTA.F4211 (SDDOCO, SDLNID) VALUES (118204, 1000)"),
+        (190, done),
+        (200, returned % (2, "F4211FSEditLine", 1)),
+        (250, call % ("F4211FSEditLine", "Level 1", 1)),
+        (270, returned % (0, "F4211FSEditLine", 1)),
+    ]
+    return ["Mar  4 %s - 2100/7 WRK:MILA\t%s" % (clock(at(9, 0) + millis * MS), text) for millis, text in lines]
+
+
 # ---------------------------------------------------------------------------------- order-fails.log
 
 class BlockedDesk(OrderDesk):
@@ -1188,6 +1213,7 @@ def main():
     write(os.path.join(folder, "order-entry.log"), order_entry())
     write(os.path.join(folder, "order-slow.log"), order_slow())
     write(os.path.join(folder, "order-well.log"), order_well())
+    write(os.path.join(folder, "worked-example.log"), worked_example())
     write(os.path.join(folder, "order-fails.log"), order_fails())
     write(os.path.join(folder, "cache-trace.log"), cache_trace())
     write(os.path.join(folder, "ube-batch.log"), ube_batch())

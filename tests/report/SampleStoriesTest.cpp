@@ -134,6 +134,26 @@ TEST(SampleStories, OfTheSlowGridAndTheRestlessChartAreRepeatedStatements) {
                      "SDMCU = ? 45 1700000"}));
 }
 
+TEST(SampleStories, OfTheWorkedExampleAreReckonedByHand) {
+    const Story story("worked-example");
+    std::vector<std::string> rows;
+    for (const auto& function : story.m_json["functions"].GetArray()) {
+        std::string row = function["name"].GetString();
+        for (const char* number :
+             {"calls", "unclosed", "failed", "total", "self", "shortest", "longest", "p50", "p95"}) {
+            row += " " + std::to_string(function[number].GetInt64());
+        }
+        rows.push_back(row);
+    }
+    EXPECT_EQ(rows, (Texts{"F4211FSEditLine 2 0 1 220000 40000 20000 200000 20000 200000",
+                           "F4211EditLine 1 0 0 100000 30000 100000 100000 100000 100000",
+                           "F4211WriteLine 1 1 0 80000 20000 80000 80000 80000 80000",
+                           "SELECT PRODDTA.F4101 2 0 0 70000 70000 30000 40000 30000 40000",
+                           "INSERT PRODDTA.F4211 1 0 0 60000 60000 60000 60000 60000 60000"}));
+    EXPECT_EQ(story.Findings(),
+              (Texts{"first-cause F4211FSEditLine 1 200000", "call-without-return F4211WriteLine 1 80000"}));
+}
+
 TEST(SampleStories, ShowEveryRule) {
     std::set<std::string> rules;
     for (const char* sample : {"order-slow", "order-fails", "night-batch"}) {
