@@ -22,14 +22,6 @@ namespace carvelot::fuzz {
 
 namespace {
 
-void RequireJson(const std::string& text) {
-    rapidjson::Document document;
-    document.Parse<rapidjson::kParseValidateEncodingFlag | rapidjson::kParseFullPrecisionFlag |
-                   rapidjson::kParseIterativeFlag>(text.c_str(), text.size());
-    Require(!document.HasParseError(), "the JSON is valid");
-    Require(document.IsObject(), "the JSON is one object");
-}
-
 // All nodes of a tree; its texts and JSON.
 void WalkTree(const CDetailTree& tree) {
     std::vector<CDetailTree::Node> open{CDetailTree::kRoot};
@@ -108,6 +100,14 @@ template <class List> void RequireRecords(const CCarvelotDoc& doc, const List& r
 }
 
 } // namespace
+
+void RequireJson(const std::string& text) {
+    rapidjson::Document document;
+    document.Parse<rapidjson::kParseValidateEncodingFlag | rapidjson::kParseFullPrecisionFlag |
+                   rapidjson::kParseIterativeFlag>(text.c_str(), text.size());
+    Require(!document.HasParseError(), "the JSON is valid");
+    Require(document.IsObject(), "the JSON is one object");
+}
 
 void WalkRecords(const CFuzzSession& session) {
     const CCarvelotDoc& doc = session.m_doc;

@@ -4,6 +4,7 @@
 #include "session/CarvelotDoc.h"
 #include "support/FuzzFile.h"
 
+#include <string>
 #include <string_view>
 
 namespace carvelot::fuzz {
@@ -57,6 +58,9 @@ void WalkRecords(const CFuzzSession& session);
 void WalkTrees(const CFuzzSession& session);
 void WalkLists(const CFuzzSession& session);
 void WalkReports(const CFuzzSession& session);
+
+// Demands that a text is one JSON object.
+void RequireJson(const std::string& text);
 
 // Demands that the log which a session has just read is the same without the short ways of the parsers.
 void RequireSameReadPlainly(const CFuzzSession& session, std::string_view log, CFuzzSession::Options options);
