@@ -2,6 +2,7 @@
 #pragma once
 
 #include "explore/Frames.h"
+#include "records/PageAllocator.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -35,7 +36,7 @@ public:
         return std::min(whole.end, m_range.to) - std::max(whole.start, m_range.from);
     }
     // What is left of that without the frames directly below, by frame.
-    std::vector<std::int64_t> SelfTimes() const;
+    CLargeVector<std::int64_t> SelfTimes() const;
 
 private:
     const CFrames& m_frames;
