@@ -12,6 +12,7 @@
 #include <set>
 #include <sstream>
 #include <tuple>
+#include <utility>
 
 using namespace carvelot;
 using fuzz::Require;
@@ -20,7 +21,7 @@ namespace {
 
 constexpr std::size_t kLead = 4;
 
-using Selfs = std::vector<std::int64_t>;
+using Selfs = decltype(std::declval<const CCut&>().SelfTimes());
 
 // Frames of a key, or of an edge.
 struct Sum {
