@@ -101,7 +101,7 @@ private:
 } // namespace
 
 void WriteFolded(const ExportedProfile& profile, std::ostream& out) {
-    const CFramesByStream byStream(profile);
+    const CFramesByStream streamFrames(profile);
     CFoldedPaths paths(profile);
     // Streams whose names look alike once they are written share their paths.
     std::vector<std::uint32_t> names;
@@ -116,7 +116,7 @@ void WriteFolded(const ExportedProfile& profile, std::ostream& out) {
         const std::uint32_t name = names[order[i]];
         paths.Start(name);
         for (; i < order.size() && names[order[i]] == name; ++i) {
-            paths.Add(byStream.Of(order[i]));
+            paths.Add(streamFrames.Of(order[i]));
         }
         paths.Write(out);
     }

@@ -60,7 +60,10 @@ private:
         const CJsonWriter::CObject event(m_json);
         m_json.Member("ph", std::string_view("M"));
         m_json.Member("name", what);
+        // As a browser writes it: some readers need every event's category and time.
+        m_json.Member("cat", std::string_view("__metadata"));
         WritePlace(place);
+        m_json.Member("ts", std::int64_t{0});
         m_json.Key("args");
         const CJsonWriter::CObject args(m_json);
         m_json.Member("name", name);

@@ -104,8 +104,10 @@ TEST(ExploreTrace, IsACompleteEventForEachFrameInANamedThread) {
     const std::string text = ExportedLog(SmallLog()).Export("x.trace.json");
     EXPECT_EQ(text,
               R"({"displayTimeUnit":"ms","traceEvents":[)"
-              R"({"ph":"M","name":"process_name","pid":4120,"tid":3388,"args":{"name":"process:4120"}},)"
-              R"({"ph":"M","name":"thread_name","pid":4120,"tid":3388,"args":{"name":"thread:4120/3388"}},)"
+              R"({"ph":"M","name":"process_name","cat":"__metadata","pid":4120,"tid":3388,"ts":0,)"
+              R"("args":{"name":"process:4120"}},)"
+              R"({"ph":"M","name":"thread_name","cat":"__metadata","pid":4120,"tid":3388,"ts":0,)"
+              R"("args":{"name":"thread:4120/3388"}},)"
               R"({"ph":"X","name":"F","cat":"function","pid":4120,"tid":3388,"ts":0,"dur":5000000,)"
               R"("args":{"record":1,"line":2}},)"
               R"({"ph":"X","name":"G","cat":"function","pid":4120,"tid":3388,"ts":1000000,"dur":2000000,)"
@@ -114,7 +116,8 @@ TEST(ExploreTrace, IsACompleteEventForEachFrameInANamedThread) {
               R"("args":{"record":3,"line":4}},)"
               R"({"ph":"X","name":"F","cat":"function","pid":4120,"tid":3388,"ts":5000000,"dur":3000000,)"
               R"("args":{"record":6,"line":7}},)"
-              R"({"ph":"M","name":"thread_name","pid":4120,"tid":7,"args":{"name":"thread:4120/7"}},)"
+              R"({"ph":"M","name":"thread_name","cat":"__metadata","pid":4120,"tid":7,"ts":0,)"
+              R"("args":{"name":"thread:4120/7"}},)"
               R"({"ph":"X","name":"G","cat":"function","pid":4120,"tid":7,"ts":6000000,"dur":0,)"
               R"("args":{"record":7,"line":8}}]})"
               "\n");
@@ -253,12 +256,14 @@ TEST(ExploreTrace, NumbersTheUsersOfTheWebTierByTheirFirstRecords) {
                 UserAt(1, "Object Called: x.Q", "ANNE"), UserAt(2, "x", "BOB"), UserAt(4, "x", "ANNE")}));
     const std::string trace = log.Export("x.trace.json", Selection(log.m_session.User("ANNE")));
     EXPECT_EQ(trace, R"({"displayTimeUnit":"ms","traceEvents":[)"
-                     R"({"ph":"M","name":"process_name","pid":1,"tid":2,"args":{"name":"web tier"}},)"
-                     R"({"ph":"M","name":"thread_name","pid":1,"tid":2,"args":{"name":"user:ANNE"}},)"
+                     R"({"ph":"M","name":"process_name","cat":"__metadata","pid":1,"tid":2,"ts":0,)"
+                     R"("args":{"name":"web tier"}},)"
+                     R"({"ph":"M","name":"thread_name","cat":"__metadata","pid":1,"tid":2,"ts":0,)"
+                     R"("args":{"name":"user:ANNE"}},)"
                      R"({"ph":"X","name":"Q","cat":"object","pid":1,"tid":2,"ts":7201000000,"dur":3000000,)"
                      R"("args":{"record":8,"line":9}}]})"
                      "\n");
-    EXPECT_NE(log.Export("x.trace.json").find(R"("pid":1,"tid":3,"args":{"name":"user:BOB"})"),
+    EXPECT_NE(log.Export("x.trace.json").find(R"("pid":1,"tid":3,"ts":0,"args":{"name":"user:BOB"})"),
               std::string::npos);
 }
 
