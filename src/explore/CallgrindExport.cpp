@@ -13,11 +13,7 @@ public:
     CCallgrindText(const ExportedProfile& profile, std::ostream& out)
         : m_keys(profile.cut.Frames().Keys()), m_profile(profile.cut), m_named(m_keys.Count(), false),
           m_out(out) {
-        // Calls stand with their caller, those of none first.
-        std::stable_sort(m_profile.m_edges.begin(), m_profile.m_edges.end(),
-                         [](const CallEdge& one, const CallEdge& other) {
-                             return one.caller + kNoneFirst < other.caller + kNoneFirst;
-                         });
+        std::stable_sort(m_profile.m_edges.begin(), m_profile.m_edges.end(), HasLessCaller);
     }
 
     void Write() {
@@ -28,7 +24,7 @@ public:
         m_out << "# callgrind format\nversion: 1\ncreator: carvelot\npositions: line\n"
                  "event: us : Microseconds\nevents: us\nsummary: "
               << total << '\n';
-        // Readers take what a function costs from its calls, so those that nothing called need a caller too.
+        // Readers take what a function costs from its calls, so that what nothing called needs a caller too.
         if (!m_profile.m_functions.empty()) {
             m_out << "\nfl=(top)\nfn=(top)\n0 0\n";
             WriteCalls(kNoKey);
@@ -43,22 +39,21 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t kNoneFirst = 0U - kNoKey;
+    static bool HasLessCaller(const CallEdge& one, const CallEdge& other) {
+        return one.caller < other.caller;
+    }
 
     void WriteCalls(std::uint32_t caller) {
-        const auto [first, end] =
-            std::equal_range(m_profile.m_edges.begin(), m_profile.m_edges.end(), CallEdge{caller},
-                             [](const CallEdge& one, const CallEdge& other) {
-                                 return one.caller + kNoneFirst < other.caller + kNoneFirst;
-                             });
+        const auto [first, end] = std::equal_range(m_profile.m_edges.begin(), m_profile.m_edges.end(),
+                                                   CallEdge{caller}, HasLessCaller);
         for (auto edge = first; edge != end; ++edge) {
             WriteKey("cfl=", "cfn=", edge->callee);
             m_out << "calls=" << edge->calls << " 0\n0 " << edge->total << '\n';
         }
     }
 
-    // A number stands for a name from its second place on. So a name that looks like a number is none; but
-    // readers pass over blanks behind a number, and a name that begins with some stands alone.
+    // Every name has a number, which stands for it from its second place on, so that none is taken for a
+    // number itself. But readers pass over blanks behind a number: a name that begins with some stands alone.
     void WriteKey(std::string_view file, std::string_view function, std::uint32_t key) {
         m_out << file << NameOf(m_keys.Kind(key)) << '\n' << function;
         const std::string_view name = ExportedName(m_keys.Name(key), m_strScratch);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <locale>
+#include <new>
 #include <ostream>
 #include <streambuf>
 
@@ -32,6 +33,7 @@ public:
     explicit CFileBuffer(platform::AtomicFile& file) : m_file(file) {
         setp(m_block.data(), m_block.data() + m_block.size());
     }
+    bool IsRefused() const { return m_bRefused; }
 
 protected:
     int_type overflow(int_type c) override {
@@ -46,11 +48,13 @@ protected:
     int sync() override {
         const std::string_view written(pbase(), static_cast<std::size_t>(pptr() - pbase()));
         setp(m_block.data(), m_block.data() + m_block.size());
-        return m_file.Write(written) ? 0 : -1;
+        m_bRefused = !m_file.Write(written);
+        return m_bRefused ? -1 : 0;
     }
 
 private:
     platform::AtomicFile& m_file;
+    bool m_bRefused = false; // the file remembers why
     std::array<char, std::size_t{1} << 14U> m_block;
 };
 
@@ -77,6 +81,10 @@ bool WriteProfileExport(const std::string& path, ProfileFormat format, const Exp
     out.imbue(std::locale::classic());
     kFormats[static_cast<std::size_t>(format)].write(profile, out);
     out.flush();
+    // A stream keeps to itself what is thrown below it.
+    if (!out && !buffer.IsRefused()) {
+        throw std::bad_alloc();
+    }
     // Commit tells of a failed write, with its error.
     return file.Commit(&error);
 }

@@ -1,5 +1,6 @@
 #include "explore/ProfileExport.h"
 #include "explore/ExploredLog.h"
+#include "explore/ExportFormats.h"
 #include "support/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -230,6 +231,15 @@ TEST(ExploreExports, GiveHostileNamesToOtherToolsSafely) {
     EXPECT_NE(callgrind.find("cfn=(1) (2)a;b\n"), std::string::npos) << callgrind;
     EXPECT_EQ(CountOf(callgrind, "fl=event\nfn= \"lead\x01\x1F\\\n"), 1U) << callgrind;
     EXPECT_EQ(CountOf(callgrind, "cfl=event\ncfn= \"lead\x01\x1F\\\n"), 1U) << callgrind;
+}
+
+TEST(ExploreExports, NameWhatShowsNothingAndReplaceWhatIsNoUnicode) {
+    std::string scratch;
+    EXPECT_EQ(ExportedName("", scratch), "(no name)");
+    EXPECT_EQ(ExportedName("   ", scratch), "(no name)");
+    EXPECT_EQ(ExportedName(" a ", scratch), " a ");
+    EXPECT_EQ(ExportedName("\t", scratch), "\t");
+    EXPECT_EQ(ExportedName("\xED\xA0\xBDx", scratch), "\xEF\xBF\xBDx"); // half of a pair
 }
 
 TEST(ExploreExports, GiveANameToWhatHasNone) {

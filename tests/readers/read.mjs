@@ -96,5 +96,5 @@ for (const folder of folders) {
       shown[reader] = { refused: String(error) }
     }
   }
-  fs.writeSync(1, JSON.stringify(shown) + '\n')
+  process.stdout.write(JSON.stringify(shown) + '\n')
 }
