@@ -238,13 +238,20 @@ def trace_model_reads_trace(explored, folder, shown):
                         for frame in explored.frames}, found)
 
 
-def schema_holds(explored, folder, shown):
-    with open(os.path.join(HERE, "trace-event.schema.json"), encoding="utf-8") as file:
-        schema = json.load(file)
-    jsonschema.Draft7Validator.check_schema(schema)
-    with open(os.path.join(folder, "profile.trace.json"), encoding="utf-8") as file:
-        errors = jsonschema.Draft7Validator(schema).iter_errors(json.load(file))
-    return ["%s: %s" % ("/".join(map(str, error.path)), error.message) for error in errors]
+def problems_by_schema(schema, path):
+    with open(schema, encoding="utf-8") as file:
+        validator = jsonschema.Draft7Validator(json.load(file))
+    validator.check_schema(validator.schema)
+    with open(path, encoding="utf-8") as file:
+        return ["%s: %s" % ("/".join(map(str, error.path)), error.message) for error in validator.iter_errors(json.load(file))]
+
+
+def trace_schema_holds(explored, folder, shown):
+    return problems_by_schema(os.path.join(HERE, "trace-event.schema.json"), os.path.join(folder, "profile.trace.json"))
+
+
+def speedscope_schema_holds(explored, folder, shown):
+    return problems_by_schema(shown["speedscope schema"], os.path.join(folder, "profile.speedscope.json"))
 
 
 def stacks_are_the_paths(explored, folder, shown):
@@ -266,7 +273,8 @@ CHECKS = [
     ("speedscope, .trace.json", ".trace.json", speedscope_reads_trace, (r'"dur":', r"\g<0>7")),
     ("tracelib, .trace.json", ".trace.json", tracelib_reads_trace, (r'"ts":(?=[1-9])', r"\g<0>7")),
     ("trace-model, .trace.json", ".trace.json", trace_model_reads_trace, (r'"dur":', r"\g<0>7")),
-    ("schema, .trace.json", ".trace.json", schema_holds, (r'"line":', r'"lines":')),
+    ("schema, .trace.json", ".trace.json", trace_schema_holds, (r'"line":', r'"lines":')),
+    ("speedscope's schema, .speedscope.json", ".speedscope.json", speedscope_schema_holds, (r'"type":"O"', '"type":"o"')),
     ("stacks, .folded", ".folded", stacks_are_the_paths, (r";", r";x")),
 ]
 

@@ -88,7 +88,7 @@ const READERS = {
 }
 
 for (const folder of folders) {
-  const shown = {}
+  const shown = { 'speedscope schema': require.resolve('speedscope/dist/release/file-format-schema.json') }
   for (const [reader, [name, read]] of Object.entries(READERS)) {
     try {
       shown[reader] = await read(fs.readFileSync(path.join(folder, name), 'utf8'), name)
