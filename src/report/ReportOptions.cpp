@@ -1,6 +1,7 @@
 #include "report/ReportOptions.h"
 
 #include "Version.h"
+#include "explore/ProfileExport.h"
 
 #include <CLI/CLI.hpp>
 
@@ -76,6 +77,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string exportFile;
     std::string threshold;
     std::string process;
+    std::string profileFile;
     std::string scope;
     std::string from;
     std::string to;
@@ -98,19 +100,25 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             ->type_name("FILE");
     CLI::Option* const exploreOption =
         app.add_flag("--explore", explore, "Print where the time went, and what asks for a look");
-    treeOption->excludes(findOption)->excludes(exportOption)->excludes(exploreOption);
-    findOption->excludes(exportOption)->excludes(exploreOption);
-    exportOption->excludes(exploreOption);
+    CLI::Option* const profileOption =
+        app.add_option("--export-profile", profileFile,
+                       "Write where the time went to FILE, .folded, .speedscope.json, .trace.json or "
+                       ".callgrind")
+            ->type_name("FILE");
+    treeOption->excludes(findOption)
+        ->excludes(exportOption)
+        ->excludes(exploreOption)
+        ->excludes(profileOption);
+    findOption->excludes(exportOption)->excludes(exploreOption)->excludes(profileOption);
+    exportOption->excludes(exploreOption)->excludes(profileOption);
+    exploreOption->excludes(profileOption);
     CLI::Option* const scopeOption =
         app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
-            ->type_name("SCOPE")
-            ->needs(exploreOption);
+            ->type_name("SCOPE");
     CLI::Option* const fromOption =
         app.add_option("--from", from, "Explore from here on, in seconds behind the log's first time")
-            ->type_name("SECONDS")
-            ->needs(exploreOption);
-    CLI::Option* const toOption =
-        app.add_option("--to", to, "Explore up to here")->type_name("SECONDS")->needs(exploreOption);
+            ->type_name("SECONDS");
+    CLI::Option* const toOption = app.add_option("--to", to, "Explore up to here")->type_name("SECONDS");
     CLI::Option* const thresholdOption =
         app.add_option("--threshold", threshold, "Long tasks and gaps last longer than this (default 1.0)")
             ->type_name("SECONDS");
@@ -164,6 +172,15 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         status = REPORT_USAGE;
         return std::nullopt;
     }
+    if (*profileOption) {
+        if (!ProfileFormatOf(profileFile)) {
+            err << "The name of a profile's file ends with .folded, .speedscope.json, .trace.json or "
+                   ".callgrind\n";
+            status = REPORT_FAILED;
+            return std::nullopt;
+        }
+        exploring.exportProfile = profileFile;
+    }
     if (*treeOption) {
         options.tree = tree;
     }
@@ -173,7 +190,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (*exportOption) {
         options.exportGaps = exportFile;
     }
-    if (explore) {
+    if (explore || *profileOption) {
         options.explore = exploring;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;

@@ -16,6 +16,7 @@ namespace carvelot {
 struct ExploreOptions {
     std::optional<std::string> scope; // process:PID, thread:PID/TID or user:NAME
     ClockRange range;
+    std::optional<std::string> exportProfile; // a file that other tools read, in place of the report
 };
 
 struct ReportOptions {

@@ -1,4 +1,5 @@
 // A load for which the memory does not suffice, and what opening and closing costs in the long run.
+#include "explore/ProfileExport.h"
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
 #include "support/Sanitizer.h"
@@ -112,6 +113,43 @@ TEST(MemoryFaults, WhicheverAllocationOfALoadFailsTheSessionIsEmptyAndLoadsAgain
         session.m_pending = {};
         ASSERT_TRUE(session.m_doc.LoadLog());
         EXPECT_EQ(session.Texts(), texts);
+    }
+}
+
+TEST(MemoryFaults, WhicheverAllocationOfAnExportFailsTheEarlierFileStays) {
+    UseSmallPages();
+    const TestSession session(BusyDebugLog());
+    const CClock clock(session.m_doc.m_listDetails);
+    const CStreams streams(session.m_doc);
+    const CFrames frames(session.m_doc, clock, streams);
+    const CCut cut(frames, streams, {}, {});
+    for (const char* const name : {"p.folded", "p.speedscope.json", "p.trace.json", "p.callgrind"}) {
+        const TestFolder folder;
+        const std::string path = folder.Path(name);
+        const ProfileFormat format = ProfileFormatOf(path).value();
+        int error = 0;
+        Faults faults;
+        faults.FailAllocation(0);
+        ASSERT_TRUE(WriteProfileExport(path, format, {session.m_doc, streams, cut}, error));
+        const std::uint64_t allocations = faults.Allocations();
+        ASSERT_GT(allocations, 10U);
+        const std::string whole = folder.Read(name);
+        std::uint64_t thrown = 0;
+        for (std::uint64_t number = 1; number <= allocations; ++number) {
+            folder.Write(name, "earlier");
+            std::string expected = whole; // of what can do without it
+            faults.FailAllocation(number);
+            try {
+                WriteProfileExport(path, format, {session.m_doc, streams, cut}, error);
+            } catch (const std::bad_alloc&) {
+                expected = "earlier";
+                ++thrown;
+            }
+            faults.FailAllocation(0);
+            ASSERT_EQ(folder.Read(name), expected) << name << ' ' << number;
+            ASSERT_EQ(folder.Names(), std::vector<std::string>{name}) << number;
+        }
+        EXPECT_GT(thrown, allocations / 2) << name;
     }
 }
 
