@@ -69,6 +69,23 @@ function(carvelot_room room)
     target_link_libraries(${name} PUBLIC ${used})
   endforeach()
   target_link_libraries(${name} PUBLIC ${CARVELOT_LIBRARIES_${room}})
+  if(NOT CARVELOT_LIBRARIES_${room} MATCHES "Qt6")
+    carvelot_library_headers(${name})
+  endif()
+endfunction()
+
+# What nearly every source of a room includes is read once, which halves the time of a build. The builds for Windows and
+# under the sanitizers don't, so that a source which forgets to include something fails there.
+function(carvelot_library_headers name)
+  if(CMAKE_CROSSCOMPILING OR MSVC OR CARVELOT_SANITIZE)
+    return()
+  endif()
+  if(name STREQUAL "carvelot_platform")
+    target_precompile_headers(${name} PRIVATE <algorithm> <array> <cstdint> <cstring> <functional> <memory> <optional>
+        <span> <string> <string_view> <unordered_map> <variant> <vector>)
+  else()
+    target_precompile_headers(${name} REUSE_FROM carvelot_platform)
+  endif()
 endfunction()
 
 # A fuzzer learns from the branches that an input takes. The operands of each comparison would tell it more, at half

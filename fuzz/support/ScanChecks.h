@@ -28,7 +28,7 @@ inline void CheckScans(LogFormat format, std::string_view bytes, std::uint32_t s
     LineIndex index(bytes.size());
     ScanByBytes(format)(buffer.get(), bytes.size(), index);
     LineIndex other(bytes.size());
-    for (const BlockScan scan : {ScanBy16(format), BlockScan{FindLineEnds}}) {
+    for (const BlockScan scan : {ScanBy16(format), ScanBy32(format), BlockScan{FindLineEnds}}) {
         if (scan != nullptr) {
             scan(buffer.get(), bytes.size(), other);
             Require(same(index.ends.get(), other.ends.get()) && index.ascii == other.ascii &&

@@ -252,7 +252,8 @@ void FillIn(PendingStatement& pending, const JASParam& param) {
     const char* const markEnd = std::to_chars(mark.data() + 1, mark.data() + mark.size(), param.index).ptr;
     const std::string_view marked(mark.data(), static_cast<std::size_t>(markEnd - mark.data()));
     const std::string_view rest = std::string_view(statement).substr(pending.begin);
-    const std::size_t found = rest.starts_with(marked) ? 0 : FindWord(rest, marked);
+    const std::size_t found =
+        SameShortText(rest.substr(0, marked.size()), marked) ? 0 : FindWord(rest, marked);
     if (found == std::string_view::npos) {
         return;
     }

@@ -45,8 +45,12 @@ private:
 BlockScan ScanByBytes(LogFormat format) { return ScanOf<ByteStretch>(format); }
 
 BlockScan FastScan(LogFormat format) {
-    const BlockScan scan = ScanBy16(format);
-    return scan != nullptr ? scan : ScanByBytes(format);
+    for (const auto scanBy : {ScanBy32, ScanBy16}) {
+        if (const BlockScan scan = scanBy(format)) {
+            return scan;
+        }
+    }
+    return ScanByBytes(format);
 }
 
 } // namespace carvelot

@@ -10,9 +10,10 @@ namespace carvelot {
 // classifies lines of the format.
 BlockScan FastScan(LogFormat format);
 
-// The scans by themselves, for tests: byte by byte, and in steps of 16 bytes, which is null where the build
-// or the machine lacks it.
+// The scans by themselves, for tests: byte by byte, and in steps of 16 and 32 bytes, which are null where the
+// build or the machine lacks them.
 BlockScan ScanByBytes(LogFormat format);
 BlockScan ScanBy16(LogFormat format);
+BlockScan ScanBy32(LogFormat format);
 
 } // namespace carvelot

@@ -1,4 +1,4 @@
-// The loop of both block scans; included by a source that is built for processors of its own, so it uses
+// The loop of all block scans; included by sources that are built for processors of their own, so it uses
 // nothing that a header would bring along.
 #pragma once
 
@@ -115,6 +115,50 @@ void ScanBlock(const char* first, std::size_t size, LineIndex& index) {
     index.ascii = stretch.IsAscii();
     index.holdsNul = stretch.HoldsNul();
 }
+
+// `By` is the steps that a processor can do at once, and what it does with the bytes of one.
+template <class By> class VectorStretch {
+    using Vector = typename By::Vector;
+
+public:
+    explicit VectorStretch(const ClassTables& tables)
+        : m_firstLow(By::Table(tables.firstLow)), m_firstHigh(By::Table(tables.firstHigh)),
+          m_secondLow(By::Table(tables.secondLow)), m_secondHigh(By::Table(tables.secondHigh)) {}
+
+    void Look(const char* p) {
+        m_ends = 0;
+        m_misses = 0;
+        for (unsigned at = 0; at < 64; at += By::kStep) {
+            const Vector v = By::Load(p + at);
+            const Vector next = By::Load(p + at + 1);
+            m_all = By::Or(m_all, v);
+            m_least = By::Least(m_least, v);
+            const Vector here = ClassesOf(v, m_firstLow, m_firstHigh);
+            const Vector behind = ClassesOf(next, m_secondLow, m_secondHigh);
+            m_ends |= std::uint64_t{By::TopBits(here)} << at;
+            m_misses |= std::uint64_t{By::TopBits(By::IsZero(By::And(here, behind)))} << at;
+        }
+    }
+    std::uint64_t LineEnds() const { return m_ends; }
+    std::uint64_t Marks() const { return ~m_misses; }
+    bool IsAscii() const { return By::TopBits(m_all) == 0; }
+    bool HoldsNul() const { return By::TopBits(By::IsZero(m_least)) != 0; }
+
+private:
+    // A byte beyond ASCII is of no class.
+    static Vector ClassesOf(Vector v, Vector low, Vector high) {
+        return By::And(By::LookUp(low, v), By::LookUp(high, By::UpperHalves(v)));
+    }
+
+    Vector m_firstLow;
+    Vector m_firstHigh;
+    Vector m_secondLow;
+    Vector m_secondHigh;
+    Vector m_all = By::Each(0);
+    Vector m_least = By::Each(-1);
+    std::uint64_t m_ends = 0;
+    std::uint64_t m_misses = 0;
+};
 
 template <class Stretch> BlockScan ScanOf(LogFormat format) {
     return format == LOG_FORMAT_DEBUG ? &ScanBlock<Stretch, LOG_FORMAT_DEBUG>

@@ -46,8 +46,10 @@ TEST(LineScan, SeesTheSameInEveryStep) {
                                   index.holdsNul);
             };
             const auto slow = seen(ScanByBytes(format));
-            if (ScanBy16(format) != nullptr) {
-                EXPECT_EQ(seen(ScanBy16(format)), slow);
+            for (const BlockScan scan : {ScanBy16(format), ScanBy32(format)}) {
+                if (scan != nullptr) {
+                    EXPECT_EQ(seen(scan), slow);
+                }
             }
             const auto plain = seen(FindLineEnds);
             EXPECT_TRUE(std::get<1>(plain).empty());
