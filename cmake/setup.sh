@@ -57,6 +57,8 @@ fail_with() {
     packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev librsvg2-bin fonts-dejavu-core)
     packages_test=(libgtest-dev libgmock-dev locales python3 xdotool xvfb)
     packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
+    # Node and npm come too where they are not there in another version.
+    packages_readers=(valgrind python3 python3-jsonschema)
     packages_lint=(clang-format-14 clang-tidy-14 shellcheck)
     packages_mingw=(g++-mingw-w64-x86-64-posix xz-utils)
     packages_windows=("${packages_mingw[@]}" googletest wine wine64)

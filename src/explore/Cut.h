@@ -30,10 +30,9 @@ public:
     // A frame that reaches into the range stays, and with it all that it stands in.
     bool Holds(std::uint32_t frame) const { return m_bWhole || m_stays[frame] != 0; }
     // What of a frame that stays lies in the range.
-    std::int64_t Total(std::uint32_t frame) const {
-        const Frame& whole = m_frames[frame];
-        return std::min(whole.end, m_range.to) - std::max(whole.start, m_range.from);
-    }
+    std::int64_t Start(std::uint32_t frame) const { return std::max(m_frames[frame].start, m_range.from); }
+    std::int64_t End(std::uint32_t frame) const { return std::min(m_frames[frame].end, m_range.to); }
+    std::int64_t Total(std::uint32_t frame) const { return End(frame) - Start(frame); }
     // What is left of that without the frames directly below, by frame.
     std::vector<std::int64_t> SelfTimes() const;
 

@@ -1,5 +1,6 @@
 #include "report/ExploreRun.h"
 
+#include "explore/ProfileExport.h"
 #include "report/CompareJson.h"
 #include "report/CompareText.h"
 #include "report/ExploreJson.h"
@@ -7,6 +8,7 @@
 #include "report/Scope.h"
 
 #include <ostream>
+#include <system_error>
 
 namespace carvelot {
 
@@ -36,12 +38,30 @@ struct Side {
     const std::vector<Finding> findings;
 };
 
+int ExportProfile(const CCarvelotDoc& session, const Selection& selection, const ExploreOptions& asked,
+                  std::ostream& err) {
+    const std::string& path = *asked.exportProfile;
+    const CClock clock(session.m_listDetails);
+    const CStreams streams(session);
+    const CFrames frames(session, clock, streams);
+    const CCut cut(frames, streams, selection, asked.range);
+    int error = 0;
+    if (!WriteProfileExport(path, *ProfileFormatOf(path), {session, streams, cut}, error)) {
+        err << path << ": " << std::system_category().message(error) << '\n';
+        return REPORT_FAILED;
+    }
+    return REPORT_DONE;
+}
+
 } // namespace
 
 int Explore(const CCarvelotDoc& session, const ReportOptions& options, std::ostream& out, std::ostream& err) {
     const std::optional<Selection> selection = AskedScope(session, *options.explore);
     if (!selection) {
         return FailOnScope(*options.explore, err);
+    }
+    if (options.explore->exportProfile) {
+        return ExportProfile(session, *selection, *options.explore, err);
     }
     const Side side(session, selection, options);
     if (options.json) {

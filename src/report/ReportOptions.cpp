@@ -1,6 +1,7 @@
 #include "report/ReportOptions.h"
 
 #include "Version.h"
+#include "explore/ProfileExport.h"
 
 #include <CLI/CLI.hpp>
 
@@ -116,6 +117,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string process;
     ExploreOptions asked;
     std::string base;
+    std::string profileFile;
     std::string scope;
     std::string from;
     std::string to;
@@ -141,10 +143,16 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         app.add_flag("--explore", explore, "Print where the time went, and what asks for a look");
     CLI::Option* const compareOption =
         app.add_option("--compare", base, "Print what differs from another log, BASE")->type_name("BASE");
+    CLI::Option* const profileOption =
+        app.add_option("--export-profile", profileFile,
+                       "Write where the time went to FILE, .folded, .speedscope.json, .trace.json or "
+                       ".callgrind")
+            ->type_name("FILE");
     treeOption->excludes(findOption)->excludes(exportOption);
     findOption->excludes(exportOption);
     // Each prints or writes something else than the report.
-    const std::array instead{treeOption, findOption, exportOption, exploreOption, compareOption};
+    const std::array instead{treeOption,    findOption,    exportOption,
+                             exploreOption, compareOption, profileOption};
     CLI::Option* const scopeOption =
         app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
             ->type_name("SCOPE");
@@ -155,7 +163,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::Option* const topOption =
         app.add_option("--top", top, "Rows of each table of what is explored (default 10)")->type_name("N");
     const std::array partOptions{scopeOption, fromOption, toOption, topOption};
-    const std::array exploring{exploreOption, compareOption};
+    const std::array exploring{exploreOption, compareOption, profileOption};
     CLI::Option* const thresholdOption =
         app.add_option("--threshold", threshold, "Long tasks and gaps last longer than this (default 1.0)")
             ->type_name("SECONDS");
@@ -222,6 +230,15 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         status = REPORT_USAGE;
         return std::nullopt;
     }
+    if (*profileOption) {
+        if (!ProfileFormatOf(profileFile)) {
+            err << "The name of a profile's file ends with .folded, .speedscope.json, .trace.json or "
+                   ".callgrind\n";
+            status = REPORT_FAILED;
+            return std::nullopt;
+        }
+        asked.exportProfile = profileFile;
+    }
     if (*treeOption) {
         options.tree = tree;
     }
@@ -231,7 +248,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (*exportOption) {
         options.exportGaps = exportFile;
     }
-    if (explore || *compareOption) {
+    if (explore || *compareOption || *profileOption) {
         options.explore = asked;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;

@@ -19,7 +19,8 @@ struct ExploreOptions {
     std::optional<std::string> compareWith; // the path of another log
     std::optional<std::string> scope;       // process:PID, thread:PID/TID or user:NAME
     ClockRange range;
-    std::size_t top = kUsualTop; // rows of each table of the text
+    std::optional<std::string> exportProfile; // a file that other tools read, in place of the report
+    std::size_t top = kUsualTop;              // rows of each table of the text
 };
 
 struct ReportOptions {

@@ -97,6 +97,45 @@ TEST(DiskFaults, TheReportTellsThatItsExportFailedAndMakesNoFile) {
     }
 }
 
+TEST(DiskFaults, AProfileThatCannotBeWrittenLeavesTheEarlierFileAndNothingElse) {
+    std::vector<std::string> lines = DebugLog({});
+    for (int i = 0; i < 1000; ++i) {
+        const std::string call = "Calling Business function F" + std::to_string(i) + " from";
+        lines.push_back(DebugLine("10:00:00.000000", call, "1/1"));
+    }
+    const TestFile log(TestSession::Joined(lines));
+    for (const char* const name : {"p.folded", "p.speedscope.json", "p.trace.json", "p.callgrind"}) {
+        const TestFolder folder;
+        const std::string path = folder.Write(name, "earlier");
+        for (const Fault& fault : kFaults) {
+            std::ostringstream out;
+            std::ostringstream err;
+            Faults faults;
+            Apply(faults, fault);
+            EXPECT_EQ(RunReport({"--export-profile", path, log.Path()}, out, err), 1) << fault.name;
+            EXPECT_EQ(err.str(), path + ": " + std::strerror(ErrorOf(fault)) + "\n");
+            EXPECT_EQ(out.str(), "");
+            EXPECT_EQ(folder.Names(), Strings{name}) << fault.name;
+            EXPECT_EQ(folder.Read(name), "earlier") << fault.name;
+        }
+        std::ostringstream none;
+        EXPECT_EQ(RunReport({"--export-profile", path, log.Path()}, none, none), 0);
+        EXPECT_GT(folder.Read(name).size(), 30'000U);
+    }
+}
+
+TEST(DiskFaults, AProfileIntoAFullDeviceFails) {
+    const TestFolder folder;
+    const std::string path = folder.Path("p.folded");
+    ASSERT_EQ(::symlink("/dev/full", path.c_str()), 0);
+    std::ostringstream out;
+    std::ostringstream err;
+    const TestFile log(TestSession::Joined(
+        DebugLog({DebugLine("10:00:00.000000", "Calling Business function F from", "1/1")})));
+    EXPECT_EQ(RunReport({"--export-profile", path, log.Path()}, out, err), 1);
+    EXPECT_EQ(err.str(), path + ": " + std::strerror(ENOSPC) + "\n");
+}
+
 TEST(DiskFaults, AReportIntoAFullDeviceFails) {
     std::ofstream full("/dev/full");
     ASSERT_TRUE(full);

@@ -1311,16 +1311,20 @@ def trace_events(profile):
 
 
 def callgrind_costs(profile):
-    """({(kind, name): self}, {(caller, callee): (calls, inclusive)}), each key with the name as other tools get it."""
+    """({(kind, name): self}, {(caller, callee): (calls, inclusive)}), each key with the name as other tools get it.
+
+    What nothing called is called by TOP, so that the calls of a function that is also called make up its total.
+    """
     own = collections.defaultdict(int)
     calls = collections.defaultdict(lambda: [0, 0])
     for frame in profile.frames:
         key = frame.kind, shown_name(frame.name)
         own[key] += profile.self_time[frame]
-        if frame.parent is not None:
-            edge = calls[(frame.parent.kind, shown_name(frame.parent.name)), key]
-            edge[0] += 1
-            edge[1] += profile.total[frame]
+        caller = (TOP, TOP) if frame.parent is None else (frame.parent.kind, shown_name(frame.parent.name))
+        own[caller] += 0
+        edge = calls[caller, key]
+        edge[0] += 1
+        edge[1] += profile.total[frame]
     return dict(own), {edge: tuple(pair) for edge, pair in calls.items()}
 
 

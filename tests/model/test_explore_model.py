@@ -876,8 +876,8 @@ class Exports(unittest.TestCase):
 
     def test_callgrind_costs_are_self_and_inclusive(self):
         found = debug(call("A", 1), call("B", 2), returned("B", 2), call("B", 2), returned("B", 2), returned("A", 1))
-        a, b = ("function", "A"), ("function", "B")
-        self.assertEqual(e.callgrind_costs(e.Profile(found)), ({a: 30, b: 20}, {(a, b): (2, 20)}))
+        top, a, b = (e.TOP, e.TOP), ("function", "A"), ("function", "B")
+        self.assertEqual(e.callgrind_costs(e.Profile(found)), ({a: 30, b: 20, top: 0}, {(top, a): (1, 50), (a, b): (2, 20)}))
 
 
 class Hostile(unittest.TestCase):

@@ -99,6 +99,7 @@ TEST(ExploreRun, EndsWith2OnWrongUsage) {
         {"--compare", kSample, "--tree", "process:1"},
         {"--compare", kSample, "--find", "x"},
         {"--compare", kSample, "--export-gaps", "g.csv"},
+        {"--compare", kSample, "--export-profile", "p.folded"},
         {"--scope", "process:1"},
         {"--from", "1"},
         {"--to", "1"},
@@ -132,7 +133,8 @@ TEST(ExploreRun, EndsWith2OnWrongUsage) {
         return err.substr(0, err.find('\n'));
     };
     EXPECT_EQ(firstLine({"--compare", kSample, "--explore", kSample}), "--compare excludes --explore");
-    EXPECT_EQ(firstLine({"--from", "1", kSample}), "--from requires --explore or --compare");
+    EXPECT_EQ(firstLine({"--from", "1", kSample}),
+              "--from requires --explore, --compare or --export-profile");
     EXPECT_EQ(firstLine({"--explore", "--top", "0", kSample}), "--top takes a whole number, 1 or more");
     EXPECT_EQ(firstLine({"--explore", "--to", "x", kSample}), "--to takes a number of seconds");
 }

@@ -1,6 +1,7 @@
 #include "report/ReportRun.h"
 
 #include "report/ReportOptions.h"
+#include "support/TestFolder.h"
 #include "support/TestLog.h"
 
 #include <gtest/gtest.h>
@@ -37,6 +38,12 @@ TEST(Report, EndsWith2OnWrongUsage) {
         {kSample, "another.log"},
         {"--tree", "process:1", "--find", "x", kSample},
         {"--find", "x", "--export-gaps", "g.csv", kSample},
+        {"--export-profile", "p.folded", "--tree", "process:1", kSample},
+        {"--export-profile", "p.folded", "--find", "x", kSample},
+        {"--export-profile", "p.folded", "--export-gaps", "g.csv", kSample},
+        {"--export-profile", "p.folded", "--explore", kSample},
+        {"--export-profile", "p.folded", "--from", "x", kSample},
+        {"--export-profile", kSample},
         {"--threshold", "-1", kSample},
         {"--threshold", "abc", kSample},
         {"--threshold", "nan", kSample},
@@ -166,6 +173,53 @@ TEST(Report, ExportsTheGapsToAFile) {
     const Outcome failed = RunTool({"--export-gaps", folder.Path() + "/below-a-file.csv", log.Path()});
     EXPECT_EQ(failed.status, 1);
     EXPECT_NE(failed.err, "");
+}
+
+TEST(Report, ExportsTheProfileOfAScopeAndARangeToAFile) {
+    const TestFile log(TestSession::Joined(
+        DebugLog({DebugLine("08:00:01.000001", "Calling Business function F from (BSFNLevel = 1)", "5/6"),
+                  DebugLine("08:00:03.000001", "Calling Business function G from (BSFNLevel = 1)", "5/7"),
+                  DebugLine("08:00:09.000001", "x y", "5/6"), DebugLine("08:00:09.000001", "x y", "5/7")})));
+    const TestFolder folder;
+    for (const char* const name : {"p.folded", "p.speedscope.json", "p.trace.json", "p.callgrind"}) {
+        const Outcome outcome = RunTool({"--export-profile", folder.Path(name), log.Path()});
+        EXPECT_EQ(outcome.status, 0) << name;
+        EXPECT_EQ(outcome.out + outcome.err, "") << name;
+    }
+    EXPECT_EQ(folder.Read("p.folded"), "thread:5/6;F 8000000\nthread:5/7;G 6000000\n");
+    EXPECT_NE(folder.Read("p.trace.json").find(R"("args":{"record":2,"line":3})"), std::string::npos);
+    EXPECT_EQ(RunTool({"--export-profile", folder.Path("p.folded"), "--scope", "thread:5/6", "--from", "2.5",
+                       "--to", "4", log.Path()})
+                  .status,
+              0);
+    EXPECT_EQ(folder.Read("p.folded"), "thread:5/6;F 1500000\n");
+}
+
+TEST(Report, RefusesAProfileInAnotherFormatInOneLineWithoutAFile) {
+    const TestFolder folder;
+    for (const char* const name : {"p.txt", "p", "folded", "p.json", "p.folded.bak"}) {
+        const Outcome outcome = RunTool({"--export-profile", folder.Path(name), kSample});
+        EXPECT_EQ(outcome.status, 1) << name;
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_EQ(outcome.err,
+                  "The name of a profile's file ends with .folded, .speedscope.json, .trace.json or "
+                  ".callgrind\n");
+    }
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{});
+}
+
+TEST(Report, TellsThatAProfileCannotBeWrittenAndMakesNoFile) {
+    const TestFolder folder;
+    const std::string path = folder.Write("file", "earlier") + "/p.trace.json";
+    const Outcome failed = RunTool({"--export-profile", path, kSample});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.out, "");
+    EXPECT_TRUE(failed.err.starts_with(path + ": ") && failed.err.size() > path.size() + 3) << failed.err;
+    const Outcome noScope =
+        RunTool({"--export-profile", folder.Path("p.folded"), "--scope", "thread:1/31337", kSample});
+    EXPECT_EQ(noScope.status, 1);
+    EXPECT_EQ(noScope.err, "No such scope: thread:1/31337\n");
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{"file"});
 }
 
 TEST(Report, PrintsTheSummaryWorstFirst) {
