@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <iterator>
 #include <ostream>
+#include <utility>
+#include <vector>
 
 namespace carvelot {
 
@@ -60,23 +62,28 @@ public:
 
     void PrintFunctions(const std::vector<ComparedFunction>& all) const {
         const std::vector<ComparedFunction> rows = Differing(all);
-        CTextTable table({{"total", R},
-                          {"base", R},
-                          {"log", R},
-                          {"self", R},
-                          {"calls", R},
-                          {"failed", R},
-                          {"", L},
-                          {"", L}},
-                         m_nWidth);
+        // In a narrow terminal the names need the room.
+        const bool showsSelf = m_nWidth >= 100;
+        std::vector<CTextTable::Column> columns{{"total", R},  {"base", R}, {"log", R}, {"calls", R},
+                                                {"failed", R}, {"", L},     {"", L}};
+        if (showsSelf) {
+            columns.insert(columns.begin() + kSelfColumn, {"self", R});
+        }
+        CTextTable table(std::move(columns), m_nWidth);
         for (std::size_t i = 0; i < std::min(rows.size(), m_nTop); ++i) {
             const ComparedFunction& row = rows[i];
             const std::int64_t failed = row.failed.Difference();
-            table.Add({DifferenceText(row.total.Difference()), DurationText(row.total.base),
-                       DurationText(row.total.log), DifferenceText(row.self.Difference()),
-                       CountDifferenceText(row.calls.Difference()),
-                       failed != 0 ? CountDifferenceText(failed) : "", MarkOf(row.in),
-                       NamedText(row.kind, row.name)});
+            std::vector<std::string> cells{DifferenceText(row.total.Difference()),
+                                           DurationText(row.total.base),
+                                           DurationText(row.total.log),
+                                           CountDifferenceText(row.calls.Difference()),
+                                           failed != 0 ? CountDifferenceText(failed) : "",
+                                           MarkOf(row.in),
+                                           NamedText(row.kind, row.name)};
+            if (showsSelf) {
+                cells.insert(cells.begin() + kSelfColumn, DifferenceText(row.self.Difference()));
+            }
+            table.Add(std::move(cells));
         }
         Print(table, "Where the time went", rows.size());
         if (!rows.empty()) {
@@ -115,6 +122,8 @@ private:
             table.Print(m_out, title, count);
         }
     }
+
+    static constexpr std::ptrdiff_t kSelfColumn = 3;
 
     const std::size_t m_nTop;
     const std::size_t m_nWidth;

@@ -88,7 +88,7 @@ void CTextTable::PrintRow(std::ostream& out, const std::vector<std::string>& cel
     for (std::size_t i = 0; i < cells.size(); ++i) {
         line.append(" ");
         if (i + 1 == cells.size() && m_nWidth != kAnyWidth) {
-            constexpr std::size_t least = 20;
+            constexpr std::size_t least = 16;
             const std::size_t taken = WidthOf(line);
             line.append(OneLineWithin(cells[i], m_nWidth > taken + least ? m_nWidth - taken : least));
             break;
