@@ -71,12 +71,12 @@ void AddFindings(FindingRows& rows, const ComparedSide& side, SidePlace place) {
 template <class Rows, class Add, class Row = typename Rows::mapped_type>
 std::vector<Row> Join(const ComparedSide& base, const ComparedSide& log, Add add,
                       ComparedNumber Row::*weight) {
-    Rows byKey;
-    add(byKey, base, kBasePlace);
-    add(byKey, log, kLogPlace);
+    Rows joined;
+    add(joined, base, kBasePlace);
+    add(joined, log, kLogPlace);
     std::vector<Row> rows;
-    rows.reserve(byKey.size());
-    for (const auto& [key, row] : byKey) {
+    rows.reserve(joined.size());
+    for (const auto& [key, row] : joined) {
         rows.push_back(row);
     }
     std::stable_sort(rows.begin(), rows.end(), [weight](const Row& one, const Row& other) {

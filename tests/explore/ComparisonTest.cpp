@@ -1,6 +1,7 @@
 #include "explore/Comparison.h"
 
 #include "explore/ExploredLog.h"
+#include "platform/CodePage.h"
 
 #include <gtest/gtest.h>
 
@@ -200,7 +201,9 @@ TEST(ExploreComparison, NegatesEveryDifferenceWhenTheTwoAreSwapped) {
 }
 
 TEST(ExploreComparison, OrdersByTheSizeOfTheDifferenceThenNameAndKind) {
-    // An event of a function's name; "\xC3\x84" stands behind all of ASCII.
+    // An event of a function's name, and a name that stands behind all of ASCII, as the code page has it.
+    std::string scratch;
+    const std::string last(platform::BytesToUtf8("\xC3\x84", scratch));
     const Texts event{At(30, "RT: >>>Beginning ER:\tF\t"), At(31, kEventEnd)};
     const Side base(LogOf({Call(0, 4, "\xC3\x84"), Call(5, 9, "b"), Call(10, 14, "B")}));
     const Side log(LogOf({Call(0, 9, "Z"), Call(10, 14, "F"), event}));
@@ -211,7 +214,7 @@ TEST(ExploreComparison, OrdersByTheSizeOfTheDifferenceThenNameAndKind) {
         }
     }
     EXPECT_EQ(functions, (Texts{"function Z 9000000", "function B -4000000", "function F 4000000",
-                                "function b -4000000", "function \xC3\x84 -4000000", "event F 1000000"}));
+                                "function b -4000000", "function " + last + " -4000000", "event F 1000000"}));
     // Of one name and one difference the kinds stand by their names.
     const Side both(LogOf({{At(0, CallText("F", 1)), At(1, ReturnText("F", 1))}, event}));
     EXPECT_EQ(KeysOf(Comparison(both.Compared(), both.Compared()).functions),
