@@ -57,11 +57,14 @@ struct LoadedLog {
 // All that is told of where a whole log's time went.
 struct Explored {
     const ExploredSession whole;
+    std::future<std::vector<Finding>> findings;
     const ExploredScope scope;
-    const std::vector<Finding> findings;
 
     Explored(const CCarvelotDoc& session, const AnalysisSettings& settings)
-        : whole(session, settings), scope(whole, {}, {}), findings(FindAll(whole)) {}
+        : whole(session, settings), findings(std::async([this] { return FindAll(whole); })),
+          scope(whole, {}, {}) {
+        findings.wait();
+    }
 };
 
 // The least that any reader does: large blocks, and every line end found.

@@ -67,12 +67,11 @@ CClock::CClock(const CDetailList& details)
     : CClock(details, std::array{RecordRange{0, static_cast<std::uint32_t>(details.Size())}}) {}
 
 CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
-    : m_nRecords(static_cast<std::uint32_t>(details.Size())),
-      m_clocks(std::make_unique_for_overwrite<std::int64_t[]>(m_nRecords)) {
+    : m_nRecords(static_cast<std::uint32_t>(details.Size())), m_clocks(m_nRecords) {
     ReadStamps(details);
     std::uint32_t behind = 0;
     const auto clearUpTo = [&](std::uint32_t end) {
-        std::fill(m_clocks.get() + behind, m_clocks.get() + end, 0);
+        std::fill(m_clocks.begin() + behind, m_clocks.begin() + end, 0);
     };
     for (const RecordRange piece : pieces) {
         clearUpTo(piece.first);
@@ -84,15 +83,20 @@ CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
 
 void CClock::ReadStamps(const CDetailList& details) {
     std::vector<MonthDays> months; // by context
+    MonthDays month;
+    std::uint32_t latest = 0; // context + 1, of that month
     for (std::uint32_t i = 0; i < m_nRecords; ++i) {
         const RecordIndex record{i};
         const std::uint32_t context = details.ContextNumber(record);
-        if (context >= months.size()) {
-            months.resize(std::max<std::size_t>(context + 1, months.size() * 2));
-        }
-        MonthDays& month = months[context];
-        if (month.days < 0) {
-            month = FindMonth(details.Month(record));
+        if (context + 1 != latest) {
+            if (context >= months.size()) {
+                months.resize(std::max<std::size_t>(context + 1, months.size() * 2));
+            }
+            if (months[context].days < 0) {
+                months[context] = FindMonth(details.Month(record));
+            }
+            month = months[context];
+            latest = context + 1;
         }
         const std::int32_t day = details.Day(record);
         const std::uint64_t time = details.Time(record);
@@ -170,8 +174,15 @@ void CClock::WalkPiece(RecordRange piece) {
         if (stamp != kNoStamp) {
             ++stamped;
             if (before) {
-                // Mostly the day is the same.
+                // Mostly the day is the same, and little time has passed.
                 const bool isSameDay = stamp >= midnight && stamp < midnight + kDay;
+                if (isSameDay && Unsigned(stamp - *before) <= kTenMinutes) {
+                    clock = std::min(clock + (stamp - *before), kMostClock);
+                    before = stamp;
+                    m_clocks[i] = clock;
+                    m_nLength = std::max(m_nLength, clock);
+                    continue;
+                }
                 const std::int64_t distance = isSameDay ? stamp - *before : Distance(*before, stamp);
                 if (!IsStray(*before, distance, i, piece.end, stamped >= 3)) {
                     // A clock that was set back by more than the ten minutes goes on from where it stood.

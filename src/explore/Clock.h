@@ -3,9 +3,9 @@
 #pragma once
 
 #include "records/DetailList.h"
+#include "records/PageAllocator.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <span>
 
@@ -45,7 +45,7 @@ private:
                  bool isThirdOrLater) const;
 
     std::uint32_t m_nRecords;
-    std::unique_ptr<std::int64_t[]> m_clocks; // by record; a stamp, until its piece is walked
+    CLargeVector<std::int64_t> m_clocks; // by record; a stamp, until its piece is walked
     bool m_bLeapYear = false;
     std::optional<RecordIndex> m_firstRecord;
     std::int64_t m_nFirstStamp = 0; // of that record

@@ -37,8 +37,8 @@ CCut::CCut(const CFrames& frames, const CStreams& streams, const Selection& scop
     }
 }
 
-std::vector<std::int64_t> CCut::SelfTimes() const {
-    std::vector<std::int64_t> times(m_frames.Count(), 0);
+CLargeVector<std::int64_t> CCut::SelfTimes() const {
+    CLargeVector<std::int64_t> times(m_frames.Count(), 0);
     for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
         if (Holds(i)) {
             times[i] += Total(i);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "explore/Frames.h"
+#include "records/PageAllocator.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -34,7 +35,7 @@ public:
     std::int64_t End(std::uint32_t frame) const { return std::min(m_frames[frame].end, m_range.to); }
     std::int64_t Total(std::uint32_t frame) const { return End(frame) - Start(frame); }
     // What is left of that without the frames directly below, by frame.
-    std::vector<std::int64_t> SelfTimes() const;
+    CLargeVector<std::int64_t> SelfTimes() const;
 
 private:
     const CFrames& m_frames;

@@ -3,9 +3,12 @@
 #pragma once
 
 #include "explore/Profile.h"
+#include "explore/RecordShapes.h"
 #include "explore/Shapes.h"
+#include "explore/Transactions.h"
 #include "records/AnalysisSettings.h"
 
+#include <future>
 #include <span>
 #include <vector>
 
@@ -22,7 +25,20 @@ struct ExploredSession {
     const CClock clock;
     const CStreams streams;
     const CFrames frames;
+    const CRecordShapes recordShapes;
     const CStatementShapes shapes;
+    const std::vector<TransactionStep> transactionSteps;
+
+private:
+    // What texts tell by themselves is read by threads of their own, beside the rest.
+    struct Readers {
+        std::future<CRecordShapes> shapes;
+        std::future<std::vector<TransactionStep>> transactionSteps;
+    };
+    static Readers StartReading(const CDetailList& details);
+
+    ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
+                    std::span<const RecordRange> pieces, Readers readers);
 };
 
 // What a part of it adds up to.

@@ -14,8 +14,8 @@ void FindOpenCaches(const ExploredSession& explored, FindingList& findings);
 void FindCallsWithoutReturn(const ExploredSession& explored, FindingList& findings);
 void FindOrphanReturns(const ExploredSession& explored, FindingList& findings);
 void FindFirstCauses(const ExploredSession& explored, FindingList& findings);
-// Silences in calls and rolled back transactions, in one walk over the records.
-void FindAmongRecords(const ExploredSession& explored, FindingList& findings);
+void FindSilences(const ExploredSession& explored, FindingList& findings);
+void FindRollbacks(const ExploredSession& explored, FindingList& findings);
 void FindUnreadLines(const ExploredSession& explored, FindingList& findings);
 
 // Whether a record tells of something that went wrong: an error, a SEVERE or a return code of 2 or more.

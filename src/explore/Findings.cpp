@@ -74,7 +74,8 @@ std::vector<Finding> FindAll(const ExploredSession& explored) {
     FindCallsWithoutReturn(explored, findings);
     FindOrphanReturns(explored, findings);
     FindFirstCauses(explored, findings);
-    FindAmongRecords(explored, findings);
+    FindSilences(explored, findings);
+    FindRollbacks(explored, findings);
     FindUnreadLines(explored, findings);
     std::sort(findings.begin(), findings.end(), ComesBefore);
     return findings;

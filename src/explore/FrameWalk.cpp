@@ -113,9 +113,26 @@ void CFrameWalk::StartEvent(std::uint32_t number, RecordIndex record) {
 }
 
 void CFrameWalk::StartStatement(Stream& stream, RecordIndex record) {
-    const std::string_view name =
-        StatementName(OperationWordOf(m_details, record), m_details.TableName(record), m_strScratch);
-    stream.pending = Add(stream, record, m_result.m_keys.Number(FrameKind::Statement, name));
+    stream.pending = Add(stream, record, StatementKey(record));
+}
+
+// Few tables are named in millions of statements.
+std::uint32_t CFrameWalk::StatementKey(RecordIndex record) {
+    const auto makeKey = [&] {
+        const std::string_view name =
+            StatementName(OperationWordOf(m_details, record), m_details.TableName(record), m_strScratch);
+        return m_result.m_keys.Number(FrameKind::Statement, name);
+    };
+    const SqlOperation operation = m_details.Operation(record);
+    if (operation == SQL_NONE) {
+        return makeKey();
+    }
+    std::uint32_t& key = m_statementKeys.At(
+        PairOf(static_cast<std::uint32_t>(operation), m_details.TableNumber(record)), kNoKey);
+    if (key == kNoKey) {
+        key = makeKey();
+    }
+    return key;
 }
 
 void CFrameWalk::StartObjectCall(Stream& stream, RecordIndex record) {

@@ -51,6 +51,7 @@ private:
     // any.
     void EndFrom(std::uint32_t number, std::uint32_t place, RecordIndex record, bool closed,
                  std::int8_t result);
+    std::uint32_t StatementKey(RecordIndex record);
     std::uint32_t& NewestOfKey(std::uint32_t number, std::uint32_t key);
     std::uint32_t& NewestOfLevelledKey(std::uint32_t number, std::uint32_t levelledKey);
     std::uint32_t LevelledKey(std::uint32_t key, std::int32_t level);
@@ -61,6 +62,7 @@ private:
     const CStreams& m_streamOf;
     const bool m_bJAS;
     std::vector<Stream> m_streams;
+    CNumberMap m_statementKeys; // by operation and table
     CNumberMap m_levelledKeys;
     std::uint32_t m_nLevelledKeys = 0;
     // Places in the streams' stacks, by stream.

@@ -1,6 +1,8 @@
 // Times in groups, for what can only be told of all times of a group.
 #pragma once
 
+#include "records/PageAllocator.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -19,7 +21,7 @@ public:
 private:
     std::vector<std::size_t> m_first; // of each group, and behind the last one
     std::vector<std::size_t> m_next;
-    std::vector<std::int64_t> m_times;
+    CLargeVector<std::int64_t> m_times;
 };
 
 } // namespace carvelot

@@ -1,4 +1,4 @@
-// Which function was open at each record: frames replayed.
+// Which function was open at a record: frames replayed.
 #pragma once
 
 #include "explore/Frames.h"
@@ -11,40 +11,48 @@ namespace carvelot {
 class COpenFunctions {
 public:
     COpenFunctions(const CFrames& frames, const CStreams& streams)
-        : m_frames(frames), m_streams(streams.Count()) {}
+        : m_frames(frames), m_streamOf(streams), m_streams(streams.Count()) {}
 
     // The innermost function frame of the record's stream that was open ahead of the record, kNoFrame without
-    // one. To be asked for every record in file order.
-    std::uint32_t AheadOf(RecordIndex record, std::uint32_t stream) {
-        std::vector<Open>& open = m_streams[stream];
+    // one. To be asked in file order.
+    std::uint32_t AheadOf(RecordIndex record) {
+        for (; m_nNext < m_frames.Count() && Number(m_frames[m_nNext].record) < Number(record); ++m_nNext) {
+            Open(m_nNext);
+        }
+        std::vector<OpenFrame>& open = m_streams[m_streamOf.Of(record)];
         while (!open.empty() && Number(open.back().ended) < Number(record)) {
             open.pop_back();
         }
-        const std::uint32_t ahead = open.empty() ? kNoFrame : open.back().function;
-        if (m_nNext < m_frames.Count() && m_frames[m_nNext].record == record) {
-            const Frame& frame = m_frames[m_nNext];
-            const FrameKind kind = m_frames.Keys().Kind(frame.key);
-            if (kind == FrameKind::Function || kind == FrameKind::Event) {
-                // What a call ends at its own record is not below it.
-                while (!open.empty() && open.back().ended == record) {
-                    open.pop_back();
-                }
-                const std::uint32_t below = open.empty() ? kNoFrame : open.back().function;
-                open.push_back({kind == FrameKind::Function ? m_nNext : below, frame.ended});
-            }
-            ++m_nNext;
-        }
-        return ahead;
+        return Innermost(open);
     }
 
 private:
-    struct Open {
+    struct OpenFrame {
         std::uint32_t function; // the frame itself, or the function that it stands in
         RecordIndex ended;
     };
 
+    static std::uint32_t Innermost(const std::vector<OpenFrame>& open) {
+        return open.empty() ? kNoFrame : open.back().function;
+    }
+
+    void Open(std::uint32_t number) {
+        const Frame& frame = m_frames[number];
+        const FrameKind kind = m_frames.Keys().Kind(frame.key);
+        if (kind != FrameKind::Function && kind != FrameKind::Event) {
+            return;
+        }
+        std::vector<OpenFrame>& open = m_streams[m_streamOf.Of(frame.record)];
+        // What a call ends at its own record is not below it.
+        while (!open.empty() && Number(open.back().ended) <= Number(frame.record)) {
+            open.pop_back();
+        }
+        open.push_back({kind == FrameKind::Function ? number : Innermost(open), frame.ended});
+    }
+
     const CFrames& m_frames;
-    std::vector<std::vector<Open>> m_streams;
+    const CStreams& m_streamOf;
+    std::vector<std::vector<OpenFrame>> m_streams;
     std::uint32_t m_nNext = 0; // frame
 };
 

@@ -17,10 +17,6 @@ template <class Take> void ForEachFrame(const CCut& cut, Take take) {
     }
 }
 
-std::uint32_t CallerOf(const CFrames& frames, const Frame& frame) {
-    return frame.parent == kNoFrame ? kNoKey : frames[frame.parent].key;
-}
-
 // Finds nodes by parent and key. Most have few children, among which a look tells more quickly than a look-up
 // in a large table does.
 class CTreeNodes {
@@ -71,19 +67,26 @@ private:
 } // namespace
 
 CProfile::CProfile(const CCut& cut) {
-    const std::vector<std::int64_t> selfs = cut.SelfTimes();
-    AddFunctions(cut, selfs);
-    AddEdges(cut);
-    AddTree(cut, selfs);
+    std::vector<FunctionProfile> functions(cut.Frames().Keys().Count()); // by key
+    AddTree(cut, functions);
+    AddFunctions(cut, functions);
+    AddEdges(cut.Frames().Keys());
 }
 
-void CProfile::AddFunctions(const CCut& cut, const std::vector<std::int64_t>& selfs) {
-    const CFrameKeys& keys = cut.Frames().Keys();
-    std::vector<FunctionProfile> functions(keys.Count());
-    std::vector<std::uint32_t> counts(keys.Count(), 0);
+void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions) {
+    const CLargeVector<std::int64_t> selfs = cut.SelfTimes();
+    CTreeNodes nodes(m_tree, cut.Frames().Count());
+    CLargeVector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
     ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
-        FunctionProfile& function = functions[frame.key];
         const std::int64_t total = cut.Total(i);
+        const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
+        nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
+        CallTreeNode& node = m_tree[nodeOf[i]];
+        ++node.calls;
+        node.total = AddTimes(node.total, total);
+        node.self = AddTimes(node.self, selfs[i]);
+
+        FunctionProfile& function = functions[frame.key];
         function.unclosed += frame.closed ? 0 : 1;
         function.failed += frame.IsFailed() ? 1 : 0;
         function.warned += frame.IsWarned() ? 1 : 0;
@@ -94,8 +97,15 @@ void CProfile::AddFunctions(const CCut& cut, const std::vector<std::int64_t>& se
         function.shortest = function.calls == 0 ? total : std::min(function.shortest, total);
         function.longest = std::max(function.longest, total);
         ++function.calls;
-        ++counts[frame.key];
     });
+}
+
+void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions) {
+    const CFrameKeys& keys = cut.Frames().Keys();
+    std::vector<std::uint32_t> counts;
+    for (const FunctionProfile& function : functions) {
+        counts.push_back(function.calls);
+    }
     CGroupedTimes times(counts);
     ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) { times.Add(frame.key, cut.Total(i)); });
     for (std::uint32_t key = 0; key < keys.Count(); ++key) {
@@ -113,40 +123,26 @@ void CProfile::AddFunctions(const CCut& cut, const std::vector<std::int64_t>& se
               });
 }
 
-void CProfile::AddEdges(const CCut& cut) {
-    const CFrames& frames = cut.Frames();
+// What stands below nodes of one key, in the tree, adds up to the edges.
+void CProfile::AddEdges(const CFrameKeys& keys) {
     CNumberMap places;
-    ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
-        const std::uint32_t caller = CallerOf(frames, frame);
+    for (const CallTreeNode& node : m_tree) {
+        const std::uint32_t caller = node.parent == CallTreeNode::kNone ? kNoKey : m_tree[node.parent].key;
         const auto [place, isNew] =
-            places.FindOrAdd(PairOf(caller, frame.key), static_cast<std::uint32_t>(m_edges.size()));
+            places.FindOrAdd(PairOf(caller, node.key), static_cast<std::uint32_t>(m_edges.size()));
         if (isNew) {
-            m_edges.push_back({caller, frame.key});
+            m_edges.push_back({caller, node.key});
         }
         CallEdge& edge = m_edges[place];
-        ++edge.calls;
-        edge.total = AddTimes(edge.total, cut.Total(i));
-    });
-    std::sort(m_edges.begin(), m_edges.end(),
-              [&keys = frames.Keys()](const CallEdge& one, const CallEdge& other) {
-                  if (one.total != other.total) {
-                      return one.total > other.total;
-                  }
-                  return one.caller != other.caller ? keys.Less(one.caller, other.caller)
-                                                    : keys.Less(one.callee, other.callee);
-              });
-}
-
-void CProfile::AddTree(const CCut& cut, const std::vector<std::int64_t>& selfs) {
-    CTreeNodes nodes(m_tree, cut.Frames().Count());
-    std::vector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
-    ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
-        const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
-        nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
-        CallTreeNode& node = m_tree[nodeOf[i]];
-        ++node.calls;
-        node.total = AddTimes(node.total, cut.Total(i));
-        node.self = AddTimes(node.self, selfs[i]);
+        edge.calls += node.calls;
+        edge.total = AddTimes(edge.total, node.total);
+    }
+    std::sort(m_edges.begin(), m_edges.end(), [&keys](const CallEdge& one, const CallEdge& other) {
+        if (one.total != other.total) {
+            return one.total > other.total;
+        }
+        return one.caller != other.caller ? keys.Less(one.caller, other.caller)
+                                          : keys.Less(one.callee, other.callee);
     });
 }
 

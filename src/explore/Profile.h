@@ -52,9 +52,9 @@ public:
     std::vector<CallTreeNode> m_tree;         // by first appearance; those without a parent are siblings
 
 private:
-    void AddFunctions(const CCut& cut, const std::vector<std::int64_t>& selfs);
-    void AddEdges(const CCut& cut);
-    void AddTree(const CCut& cut, const std::vector<std::int64_t>& selfs);
+    void AddTree(const CCut& cut, std::vector<FunctionProfile>& functions);
+    void AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions);
+    void AddEdges(const CFrameKeys& keys);
 };
 
 } // namespace carvelot

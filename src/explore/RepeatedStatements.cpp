@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 namespace carvelot {
@@ -42,7 +41,7 @@ public:
     }
 
 private:
-    std::vector<std::uint32_t> m_next; // by frame
+    CLargeVector<std::uint32_t> m_next; // by frame
 };
 
 // What of a shape stands below a frame. As long as it is fewer than ten executions, all of them are the
@@ -56,8 +55,57 @@ struct ShapeBelow {
     bool IsShareOf(std::uint32_t frame) const { return !heavy || owner == frame; }
 };
 
+// By shape. Most frames hold a few, among which a look tells more quickly than a look-up.
+class CShapesBelow {
+public:
+    struct Entry {
+        std::uint32_t shape;
+        ShapeBelow held;
+    };
+
+    ShapeBelow& At(std::uint32_t shape) {
+        if (m_entries.size() <= kFew) {
+            for (Entry& entry : m_entries) {
+                if (entry.shape == shape) {
+                    return entry.held;
+                }
+            }
+            if (m_entries.size() == kFew) {
+                for (std::uint32_t i = 0; i < kFew; ++i) {
+                    m_places.FindOrAdd(m_entries[i].shape, i);
+                }
+            }
+            if (m_entries.size() < kFew) {
+                return m_entries.emplace_back(Entry{shape, {}}).held;
+            }
+        }
+        const auto [place, isNew] = m_places.FindOrAdd(shape, static_cast<std::uint32_t>(m_entries.size()));
+        if (isNew) {
+            m_entries.push_back({shape, {}});
+        }
+        return m_entries[place].held;
+    }
+    std::size_t Size() const { return m_entries.size(); }
+    const std::vector<Entry>& Entries() const { return m_entries; }
+    // A large table is given back: it would cost each of its next users its whole size.
+    void Clear() {
+        if (m_entries.size() > kFew) {
+            Release(m_entries);
+            m_places = {};
+        } else {
+            m_entries.clear();
+        }
+    }
+
+private:
+    static constexpr std::uint32_t kFew = 12;
+
+    std::vector<Entry> m_entries;
+    CNumberMap m_places; // of all, once there are more than a few
+};
+
 struct Below {
-    std::unordered_map<std::uint32_t, ShapeBelow> shapes;
+    CShapesBelow shapes;
     std::vector<std::uint32_t> heavyShapes; // of which the frame may have a share
 };
 
@@ -88,7 +136,6 @@ public:
 
 private:
     static constexpr std::uint32_t kNoPlace = 0xFFFFFFFF;
-    static constexpr std::size_t kLargeTable = 64;
 
     void CountShapes() {
         m_executions.assign(m_explored.shapes.Count(), 0);
@@ -117,7 +164,7 @@ private:
 
     // Adds what one of its children, or the frame itself so far, holds of a shape.
     void Add(std::uint32_t frame, Below& below, std::uint32_t shape, const ShapeBelow& more) {
-        ShapeBelow& held = below.shapes[shape];
+        ShapeBelow& held = below.shapes.At(shape);
         const bool isListed = (held.heavy && held.owner == frame) || (more.heavy && more.owner == frame);
         if (!held.IsShareOf(frame)) {
             held.executions = {};
@@ -136,7 +183,7 @@ private:
     void TakeShares(std::uint32_t frame) {
         Below& below = m_below[m_placeBelow[frame]];
         for (const std::uint32_t shape : below.heavyShapes) {
-            const Executions& share = below.shapes.at(shape).executions;
+            const Executions& share = below.shapes.At(shape).executions;
             if (share.count >= kMany) {
                 const auto [place, isNew] = m_placeOfPair.FindOrAdd(
                     PairOf(m_frames[frame].key, shape), static_cast<std::uint32_t>(m_pairs.size()));
@@ -161,19 +208,14 @@ private:
         Below& below = m_below[place];
         if (parent != kNoFrame) {
             Below& above = m_below[m_placeBelow[parent]];
-            if (above.shapes.size() < below.shapes.size()) {
-                above.shapes.swap(below.shapes);
+            if (above.shapes.Size() < below.shapes.Size()) {
+                std::swap(above.shapes, below.shapes);
             }
-            for (const auto& [shape, held] : below.shapes) {
+            for (const auto& [shape, held] : below.shapes.Entries()) {
                 Add(parent, above, shape, held);
             }
         }
-        // A large table costs each of its next users its whole size.
-        if (below.shapes.bucket_count() > kLargeTable) {
-            Release(below.shapes);
-        } else {
-            below.shapes.clear();
-        }
+        below.shapes.Clear();
         m_free.push_back(place);
     }
 
@@ -252,9 +294,9 @@ private:
     const CFrames& m_frames;
     FindingList& m_findings;
     CExecutionLinks m_links;
-    std::vector<std::uint32_t> m_executions; // how many, by shape
-    std::vector<std::uint32_t> m_placeBelow; // in m_below, by frame
-    std::vector<bool> m_counted;             // by frame
+    std::vector<std::uint32_t> m_executions;  // how many, by shape
+    CLargeVector<std::uint32_t> m_placeBelow; // in m_below, by frame
+    std::vector<bool> m_counted;              // by frame
     std::vector<Below> m_below;
     std::vector<std::uint32_t> m_free; // places in m_below
     CNumberMap m_placeOfPair;

@@ -2,7 +2,6 @@
 
 #include "explore/FrameNames.h"
 #include "explore/GroupedTimes.h"
-#include "explore/StatementShape.h"
 
 #include <algorithm>
 
@@ -59,23 +58,12 @@ template <class Take> void ForEachStatement(const CStatementShapes& shapes, cons
 
 } // namespace
 
-CStatementShapes::CStatementShapes(const CCarvelotDoc& session, const CFrames& frames)
-    : m_byFrame(frames.Count(), kNoShape) {
-    CShapeText shapeText;
-    // Statements of one operation and table have few shapes, mostly that of the one before.
-    std::vector<std::uint32_t> latest(frames.Keys().Count(), 0);
+CStatementShapes::CStatementShapes(const CRecordShapes& shapes, const CFrames& frames)
+    : m_shapes(shapes), m_byFrame(frames.Count()) {
+    // Every SQL record has a frame, and both stand by record.
+    auto next = shapes.OfStatements().begin();
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
-        const std::uint32_t key = frames[i].key;
-        if (frames.Keys().Kind(key) == FrameKind::Statement) {
-            const CDetailList& details = session.m_listDetails;
-            const RecordIndex record = frames[i].record;
-            const std::string_view shape =
-                shapeText.Of(details.Text(record), OperationWordOf(details, record));
-            if (m_texts.Text(latest[key]) != shape) {
-                latest[key] = m_texts.Id(shape);
-            }
-            m_byFrame[i] = latest[key];
-        }
+        m_byFrame[i] = frames.Keys().Kind(frames[i].key) == FrameKind::Statement ? *next++ : kNoShape;
     }
 }
 

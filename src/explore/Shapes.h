@@ -2,6 +2,7 @@
 #pragma once
 
 #include "explore/Cut.h"
+#include "explore/RecordShapes.h"
 
 #include <cstdint>
 #include <string_view>
@@ -11,18 +12,19 @@ namespace carvelot {
 
 inline constexpr std::uint32_t kNoShape = 0xFFFFFFFF;
 
-// The shape of each statement of a log.
+// The shape of each statement frame of a log.
 class CStatementShapes {
 public:
-    CStatementShapes(const CCarvelotDoc& session, const CFrames& frames);
+    // Refers to the shapes.
+    CStatementShapes(const CRecordShapes& shapes, const CFrames& frames);
 
     std::uint32_t Of(std::uint32_t frame) const { return m_byFrame[frame]; } // kNoShape of no statement
-    std::uint32_t Count() const { return static_cast<std::uint32_t>(m_texts.Count()); }
-    std::string_view Text(std::uint32_t shape) const { return m_texts.Text(shape); }
+    std::uint32_t Count() const { return m_shapes.Count(); }
+    std::string_view Text(std::uint32_t shape) const { return m_shapes.Text(shape); }
 
 private:
-    CInterner m_texts; // a shape's number is its text's
-    std::vector<std::uint32_t> m_byFrame;
+    const CRecordShapes& m_shapes;
+    CLargeVector<std::uint32_t> m_byFrame;
 };
 
 // All statements of a shape in a part of a log. Times are microseconds.

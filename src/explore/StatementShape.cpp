@@ -56,66 +56,58 @@ template <class... Masks> __m128i AnyOf(__m128i mask, Masks... masks) {
     return mask;
 }
 __m128i Load16(const char* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); }
-std::size_t FirstOf(std::uint32_t places) { return static_cast<std::size_t>(std::countr_zero(places)); }
 #endif
 
-// Where a literal begins or white space stands that is more, or other, than one blank ahead of something.
-std::size_t FindQuoteOrSpace(std::string_view text, std::size_t at) {
-#if defined(__SSE2__)
-    const auto otherSpace = [](__m128i bytes) { return Within(bytes, '\t', '\r'); };
-    for (; at + 17 <= text.size(); at += 16) {
-        const __m128i bytes = Load16(text.data() + at);
-        const __m128i next = Load16(text.data() + at + 1);
-        const __m128i doubled = _mm_and_si128(Equal(bytes, ' '), AnyOf(Equal(next, ' '), otherSpace(next)));
-        const auto places = static_cast<std::uint32_t>(
-            _mm_movemask_epi8(AnyOf(Equal(bytes, '\''), otherSpace(bytes), doubled)));
-        if (places != 0) {
-            return at + FirstOf(places);
-        }
+// Whether what stands at a place may not go into the shape as it is: a quote; white space that is more, or
+// other, than one blank ahead of something; a mark, a sign, or a digit or dot that a number may begin with.
+// What is right behind a name, a number or a dot is a part of it.
+bool IsLookedAt(std::string_view text, std::size_t at) {
+    const char c = text[at];
+    if (Is(c, CHAR_DIGIT | CHAR_DOT)) {
+        return at == 0 || !Is(text[at - 1], kInName | CHAR_DOT);
     }
-#endif
-    while (at < text.size() && !Is(text[at], CHAR_QUOTE) &&
-           !(Is(text[at], CHAR_SPACE) &&
-             (text[at] != ' ' || at + 1 == text.size() || Is(text[at + 1], CHAR_SPACE)))) {
-        ++at;
+    if (Is(c, CHAR_SPACE)) {
+        return c != ' ' || at + 1 == text.size() || Is(text[at + 1], CHAR_SPACE);
     }
-    return at;
+    return Is(c, CHAR_QUOTE | CHAR_MARK | CHAR_SIGN);
 }
 
-// Where a mark, a sign, or a digit or dot that a number may begin with stands. What is right behind a name, a
-// number or a dot is a part of it.
-std::size_t FindMarkOrNumber(std::string_view text, std::size_t at) {
-    const auto isOne = [text](std::size_t place) {
-        return Is(text[place], CHAR_MARK | CHAR_SIGN) ||
-               (Is(text[place], CHAR_DIGIT | CHAR_DOT) &&
-                (place == 0 || !Is(text[place - 1], kInName | CHAR_DOT)));
-    };
+// Copies what goes into the shape as it is, from a place up to the next one that is looked at, which it
+// returns. There is room for sixteen more bytes than those.
+std::size_t CopyPlain(std::string_view text, std::size_t at, char*& out) {
+    char* end = out; // in a register, for what is written might be anything
 #if defined(__SSE2__)
-    if (at == 0 && !text.empty()) {
-        if (isOne(0)) {
-            return 0;
-        }
-        at = 1;
+    // The same as above for sixteen bytes at once, with the ones right ahead of and behind each.
+    if (at == 0 && !text.empty() && !IsLookedAt(text, 0)) {
+        *end++ = text[at++];
     }
-    for (; at + 16 <= text.size(); at += 16) {
+    const auto otherSpace = [](__m128i bytes) { return Within(bytes, '\t', '\r'); };
+    for (; at != 0 && at + 17 <= text.size(); at += 16) {
         const __m128i bytes = Load16(text.data() + at);
+        const __m128i next = Load16(text.data() + at + 1);
         const __m128i before = Load16(text.data() + at - 1);
-        const __m128i lower = _mm_or_si128(before, _mm_set1_epi8(0x20));
-        const __m128i beyondAscii = _mm_cmplt_epi8(before, _mm_setzero_si128());
         const __m128i inName =
-            AnyOf(Within(lower, 'a', 'z'), Within(before, '0', '9'), Equal(before, '_'), Equal(before, '#'),
-                  Equal(before, '$'), Equal(before, '@'), Equal(before, '.'), beyondAscii);
+            AnyOf(Within(_mm_or_si128(before, _mm_set1_epi8(0x20)), 'a', 'z'), Within(before, '0', '9'),
+                  Equal(before, '_'), Equal(before, '#'), Equal(before, '$'), Equal(before, '@'),
+                  Equal(before, '.'), _mm_cmplt_epi8(before, _mm_setzero_si128()));
         const __m128i begins = _mm_andnot_si128(inName, AnyOf(Within(bytes, '0', '9'), Equal(bytes, '.')));
+        const __m128i doubled = _mm_and_si128(Equal(bytes, ' '), AnyOf(Equal(next, ' '), otherSpace(next)));
         const auto places = static_cast<std::uint32_t>(
-            _mm_movemask_epi8(AnyOf(begins, Equal(bytes, '?'), Equal(bytes, '+'), Equal(bytes, '-'))));
+            _mm_movemask_epi8(AnyOf(begins, doubled, otherSpace(bytes), Equal(bytes, '\''), Equal(bytes, '?'),
+                                    Equal(bytes, '+'), Equal(bytes, '-'))));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(end), bytes);
         if (places != 0) {
-            return at + FirstOf(places);
+            const int place = std::countr_zero(places);
+            out = end + place;
+            return at + static_cast<std::size_t>(place);
         }
+        end += 16;
     }
 #endif
-    while (at < text.size() && !isOne(at)) {
-        ++at;
+    while (at < text.size() && !IsLookedAt(text, at)) {
+        *end++ = text[at++];
     }
+    out = end;
     return at;
 }
 
@@ -123,6 +115,21 @@ std::size_t SkipDigits(std::string_view text, std::size_t at) {
     while (at < text.size() && IsDigit(text[at])) {
         ++at;
     }
+    return at;
+}
+
+std::size_t SkipSpace(std::string_view text, std::size_t at) {
+    while (at < text.size() && Is(text[at], CHAR_SPACE)) {
+        ++at;
+    }
+    return at;
+}
+
+// Behind the literal that begins at a place. A doubled quote stands in it and does not end it.
+std::size_t EndOfLiteral(std::string_view text, std::size_t at) {
+    do {
+        at = std::min(text.find('\'', at + 1), text.size() - 1) + 1;
+    } while (at < text.size() && text[at] == '\'');
     return at;
 }
 
@@ -146,7 +153,7 @@ std::size_t EndOfNumber(std::string_view text, std::size_t place) {
 
 // Whether a sign at a place is that of a number behind it, and no operator between two values.
 bool IsNumbersSign(std::string_view text, std::size_t place) {
-    while (place != 0 && text[place - 1] == ' ') {
+    while (place != 0 && Is(text[place - 1], CHAR_SPACE)) {
         --place;
     }
     if (place == 0) {
@@ -185,93 +192,84 @@ std::string ShapeOf(std::string_view text, std::string_view operation) {
 
 std::string_view CShapeText::Of(std::string_view text, std::string_view operation) {
     const std::size_t place = operation.empty() ? 0 : text.find(operation);
-    ReplaceLiterals(place == std::string_view::npos ? text : text.substr(place));
-    ReplaceNumbers();
-    return m_strShape;
-}
-
-void CShapeText::ReplaceLiterals(std::string_view text) {
-    m_strBare.clear();
-    std::size_t at = 0;
-    while (at < text.size() && Is(text[at], CHAR_SPACE)) {
-        ++at;
+    if (place != std::string_view::npos) {
+        text.remove_prefix(place);
     }
-    while (at < text.size()) {
-        const std::size_t from = at;
-        at = FindQuoteOrSpace(text, at);
-        m_strBare.append(text, from, at - from);
-        if (at < text.size() && text[at] == '\'') {
-            m_strBare.push_back('?');
-            // A doubled quote stands in the literal and does not end it.
-            do {
-                at = std::min(text.find('\'', at + 1), text.size() - 1) + 1;
-            } while (at < text.size() && text[at] == '\'');
-        }
-        const std::size_t space = at;
-        while (at < text.size() && Is(text[at], CHAR_SPACE)) {
-            ++at;
-        }
-        if (at != space && at < text.size()) {
-            m_strBare.push_back(' ');
-        }
+    // A list of two marks grows, all else shrinks.
+    const std::size_t room = 2 * text.size() + 32;
+    if (m_nRoom < room) {
+        m_nRoom = 2 * room;
+        m_shape = std::make_unique_for_overwrite<char[]>(m_nRoom);
     }
-}
-
-void CShapeText::ReplaceNumbers() {
-    const std::string_view text = m_strBare;
-    m_strShape.clear();
-    m_nListEnd = 0;
+    m_pListEnd = nullptr;
     m_bList = false;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t from = at;
-        at = FindMarkOrNumber(text, at);
-        m_strShape.append(text, from, at - from);
+    char* end = m_shape.get();
+    std::size_t at = SkipSpace(text, 0);
+    while (at < text.size()) {
+        at = CopyPlain(text, at, end);
         if (at == text.size()) {
             break;
         }
-        std::size_t end = at;
-        if (text[at] == '?') {
-            end = SkipDigits(text, at + 1);
-        } else if (!Is(text[at], CHAR_SIGN) || IsNumbersSign(text, at)) {
-            end = EndOfLoneNumber(text, at);
+        if (Is(text[at], CHAR_SPACE)) {
+            at = SkipSpace(text, at);
+            if (at < text.size()) {
+                *end++ = ' ';
+            }
+        } else {
+            at = TakeValue(text, at, end);
         }
-        if (end != at) {
-            AddMark();
-            at = end;
-            continue;
-        }
-        // A signed number that does not stand for itself is left as a whole.
-        end = at + 1;
-        if (Is(text[at], CHAR_SIGN) && IsNumbersSign(text, at)) {
-            end = EndOfNumber(text, end);
-        }
-        m_strShape.append(text, at, end - at);
-        at = end;
     }
+    return {m_shape.get(), static_cast<std::size_t>(end - m_shape.get())};
 }
 
-// A mark behind another one and a comma joins its list.
-void CShapeText::AddMark() {
-    const auto trimBlanks = [this](std::size_t end) {
-        while (end > m_nListEnd && m_strShape[end - 1] == ' ') {
-            --end;
+// A literal, a mark or a number at a place becomes a mark; what only looks like one stays. Returns the place
+// behind it; `out` is the end of the shape.
+std::size_t CShapeText::TakeValue(std::string_view text, std::size_t at, char*& out) {
+    const bool isSign = Is(text[at], CHAR_SIGN);
+    std::size_t end = at;
+    if (Is(text[at], CHAR_QUOTE)) {
+        end = SkipDigits(text, EndOfLiteral(text, at));
+    } else if (Is(text[at], CHAR_MARK)) {
+        end = SkipDigits(text, at + 1);
+    } else if (!isSign || IsNumbersSign(text, at)) {
+        end = EndOfLoneNumber(text, at);
+        if (end == at) {
+            // A signed number that does not stand for itself is left as a whole.
+            end = isSign ? EndOfNumber(text, at + 1) : at + 1;
+            out = std::copy(text.begin() + at, text.begin() + end, out);
+            return end;
         }
-        return end;
-    };
-    const std::size_t comma = trimBlanks(m_strShape.size());
-    const bool joins = m_nListEnd != 0 && comma > m_nListEnd && m_strShape[comma - 1] == ',' &&
-                       trimBlanks(comma - 1) == m_nListEnd;
-    if (joins) {
-        m_strShape.resize(m_nListEnd);
-        if (!m_bList) {
-            m_strShape.append(", ...");
-        }
-        m_bList = true;
-    } else {
-        m_strShape.push_back('?');
-        m_bList = false;
     }
-    m_nListEnd = m_strShape.size();
+    if (end == at) {
+        *out++ = text[at];
+        return at + 1;
+    }
+    out = AddMark(out);
+    return end;
+}
+
+// A mark behind another one and a comma joins its list. Returns the shape's new end.
+char* CShapeText::AddMark(char* end) {
+    const auto trimBlanks = [this](char* from) {
+        while (from > m_pListEnd && from[-1] == ' ') {
+            --from;
+        }
+        return from;
+    };
+    bool joins = false;
+    if (m_pListEnd != nullptr) {
+        char* const comma = trimBlanks(end);
+        joins = comma > m_pListEnd && comma[-1] == ',' && trimBlanks(comma - 1) == m_pListEnd;
+    }
+    if (joins) {
+        constexpr std::string_view more = ", ...";
+        end = m_bList ? m_pListEnd : std::copy(more.begin(), more.end(), m_pListEnd);
+    } else {
+        *end++ = '?';
+    }
+    m_bList = joins;
+    m_pListEnd = end;
+    return end;
 }
 
 } // namespace carvelot

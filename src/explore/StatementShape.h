@@ -1,6 +1,8 @@
 // What statements that differ in their values only have in common.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,13 +19,12 @@ public:
     std::string_view Of(std::string_view text, std::string_view operation);
 
 private:
-    void ReplaceLiterals(std::string_view text);
-    void ReplaceNumbers();
-    void AddMark();
+    std::size_t TakeValue(std::string_view text, std::size_t at, char*& out);
+    char* AddMark(char* end);
 
-    std::string m_strBare;      // without literals and runs of white space
-    std::string m_strShape;     // of it what has been looked at
-    std::size_t m_nListEnd = 0; // in the shape, behind the latest mark or the list that it ended
+    std::unique_ptr<char[]> m_shape;
+    std::size_t m_nRoom = 0;
+    char* m_pListEnd = nullptr; // behind the latest mark or the list that it ended
     bool m_bList = false;
 };
 

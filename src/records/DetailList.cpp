@@ -248,14 +248,9 @@ std::string_view CDetailList::Text(RecordIndex record) const {
     return length == 0 ? std::string_view{} : m_texts.View(OffsetField::In(packed.text), length);
 }
 
-std::uint64_t CDetailList::Time(RecordIndex record) const {
-    const PackedDetail& packed = Packed(record);
-    if (OddField::In(packed.fields) != 0) {
-        const OddDetail& odd = Odd(record);
-        return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
-    }
-    const std::uint64_t minutes = HourField::In(packed.fields) * 60 + MinuteField::In(packed.fields);
-    return (minutes * 60 + SecondField::In(packed.fields)) * 1'000'000 + MicrosecondField::In(packed.fields);
+std::uint64_t CDetailList::OddTime(RecordIndex record) const {
+    const OddDetail& odd = Odd(record);
+    return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);
 }
 
 CLogDetail CDetailList::operator[](RecordIndex record) const {

@@ -78,7 +78,14 @@ public:
     std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
     bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).fields) != 0; }
-    std::uint64_t Time(RecordIndex record) const;
+    std::uint64_t Time(RecordIndex record) const {
+        const std::uint64_t fields = Packed(record).fields;
+        if (OddField::In(fields) != 0) [[unlikely]] {
+            return OddTime(record);
+        }
+        const std::uint64_t minutes = HourField::In(fields) * 60 + MinuteField::In(fields);
+        return (minutes * 60 + SecondField::In(fields)) * 1'000'000 + MicrosecondField::In(fields);
+    }
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 
@@ -93,6 +100,8 @@ public:
         return OperationField::As<SqlOperation>(Packed(record).fields);
     }
     std::string_view TableName(RecordIndex record) const { return m_names.Text(NameOf(record)); }
+    // The number of that name, as InternName gives it.
+    std::uint32_t TableNumber(RecordIndex record) const { return NameOf(record); }
     // The name of an event's start, where its line tells one.
     std::string_view DisplayName(RecordIndex record) const {
         return Kind(record) == LOG_SQL ? std::string_view{} : m_names.Text(NameOf(record));
@@ -183,6 +192,7 @@ private:
                     std::string_view text);
     std::uint32_t NameOf(RecordIndex record) const { return m_extras[Packed(record).extra].name; }
     const OddDetail& Odd(RecordIndex record) const;
+    std::uint64_t OddTime(RecordIndex record) const;
     std::uint32_t ContextFor(const CLogDetail& detail, std::string_view sharedLabel);
     std::uint32_t FindOrAddContext(const CLogDetail& detail, std::string_view sharedLabel);
 

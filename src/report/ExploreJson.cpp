@@ -56,7 +56,7 @@ private:
         for (std::uint32_t i = 0; i < m_explored.streams.Count(); ++i) {
             streams.push_back(m_explored.streams.Name(i));
         }
-        const std::vector<std::int64_t> selfs =
+        const CLargeVector<std::int64_t> selfs =
             CCut(m_explored.frames, m_explored.streams, {}, {}).SelfTimes();
         m_json.Key("frames");
         const CJsonWriter::CArray frames(m_json);

@@ -331,7 +331,7 @@ TEST(ExploreOpenFunctions, AreThoseOpenAheadOfARecord) {
     COpenFunctions functions(log.m_frames, log.m_streams);
     Texts names;
     for (std::uint32_t i = 0; i < log.m_session.Count(); ++i) {
-        const std::uint32_t frame = functions.AheadOf(RecordIndex{i}, log.m_streams.Of(RecordIndex{i}));
+        const std::uint32_t frame = functions.AheadOf(RecordIndex{i});
         names.push_back(log.KeyText(frame == kNoFrame ? kNoKey : log.m_frames[frame].key));
     }
     EXPECT_EQ(names, (Texts{"none", "none", "function F", "function G", "function G", "function H",

@@ -15,7 +15,8 @@ public:
 
     // "SHAPE: SELECT F0101 3 runs, total, longest and p95 in seconds, first and longest record, top caller".
     Texts Shapes(const Selection& scope = {}, const ClockRange& range = {}) const {
-        const CStatementShapes shapes(m_session.m_doc, m_frames);
+        const CRecordShapes recordShapes(m_session.m_doc.m_listDetails);
+        const CStatementShapes shapes(recordShapes, m_frames);
         Texts texts;
         for (const ShapeProfile& profile :
              ProfileShapes(m_session.m_doc, shapes, CCut(m_frames, m_streams, scope, range))) {

@@ -1,0 +1,29 @@
+#include "explore/Transactions.h"
+
+#include "text/ByteScan.h"
+
+namespace carvelot {
+
+std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details) {
+    constexpr std::string_view entering = "Entering JDB_";
+    std::vector<TransactionStep> steps;
+    const auto count = static_cast<std::uint32_t>(details.Size());
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const RecordIndex record{i};
+        std::string_view text = details.Text(record);
+        bool begins = false;
+        bool rollsBack = false; // also when both stand in one text
+        for (std::size_t at = FindWord(text, entering); at != std::string_view::npos && !rollsBack;
+             at = FindWord(text, entering)) {
+            text.remove_prefix(at + entering.size());
+            rollsBack = Starts(text, "RollbackUser");
+            begins = begins || Starts(text, "BeginTransaction");
+        }
+        if (begins || rollsBack) {
+            steps.push_back({record, rollsBack});
+        }
+    }
+    return steps;
+}
+
+} // namespace carvelot
