@@ -253,7 +253,7 @@ class Comparing(unittest.TestCase):
             log = os.path.join(folder, "a.log")
             with open(log, "wb") as stream:
                 stream.write(explore_logs.make(2))
-            for arguments, said in ((["--seeds", "4"], "1 logs, "), (["--odd", "--seeds", "4-5"], "2 logs, "), ([log], "1 logs, ")):
+            for arguments, said in ((["--odd", "--seeds", "4"], "1 logs, "), ([log], "1 logs, ")):
                 with unittest.mock.patch.object(sys, "argv", ["x", program] + arguments), \
                         unittest.mock.patch.object(sys, "stdout", io.StringIO()) as out:
                     self.assertEqual(c.main(), 0, out.getvalue())

@@ -881,8 +881,8 @@ class Exports(unittest.TestCase):
 
 
 class Hostile(unittest.TestCase):
-    def test_a_hundred_thousand_nested_calls(self):
-        count = 100000
+    def test_twenty_thousand_nested_calls(self):
+        count = 20000
         session = e.ExploredSession()
         session.load_bytes(line("Entering JDB_InitUser", 0, "9/9").encode() + b"\n")
         levels = list(range(1, count + 1))
