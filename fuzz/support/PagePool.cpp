@@ -3,6 +3,7 @@
 #include "platform/PageMemory.h"
 
 #include <map>
+#include <mutex>
 #include <new>
 #include <vector>
 
@@ -24,6 +25,12 @@ constexpr std::align_val_t kPage{4096};
 // As much of a block as inputs use; whoever reads it after the block was given back is caught.
 constexpr std::size_t kGuarded = 64 * 1024;
 
+// Threads read beside each other.
+std::mutex& Lock() {
+    static auto* const lock = new std::mutex;
+    return *lock;
+}
+
 std::vector<void*>& FreeBlocks(std::size_t size) {
     // Never destroyed: sessions of static life may give their blocks back later.
     static auto* const blocks = new std::map<std::size_t, std::vector<void*>>;
@@ -35,6 +42,7 @@ std::size_t Guarded(std::size_t size) { return size < kGuarded ? size : kGuarded
 } // namespace
 
 void* AllocatePages(std::size_t size) {
+    const std::lock_guard held(Lock());
     std::vector<void*>& blocks = FreeBlocks(size);
     if (blocks.empty()) {
         return ::operator new(size, kPage);
@@ -47,6 +55,7 @@ void* AllocatePages(std::size_t size) {
 
 void FreePages(void* block, std::size_t size) noexcept {
     if (block != nullptr) {
+        const std::lock_guard held(Lock());
         ASAN_POISON_MEMORY_REGION(block, Guarded(size));
         FreeBlocks(size).push_back(block);
     }
