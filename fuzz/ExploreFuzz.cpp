@@ -1,9 +1,13 @@
-// A log in either format, explored: its frames, and what a part of it adds up to. The first bytes choose the
-// settings, the part and its range, the rest is the log.
+// A log in either format, explored: its frames, what a part of it adds up to, compares with and exports. The
+// first bytes choose the settings, the part and its range, the rest is the log.
+#include "explore/Comparison.h"
 #include "explore/ExploredSession.h"
+#include "explore/ExportFormats.h"
 #include "explore/Findings.h"
 #include "report/ExploreJson.h"
 #include "support/FuzzSession.h"
+
+#include <rapidjson/document.h>
 
 #include <algorithm>
 #include <array>
@@ -415,6 +419,135 @@ void CheckFindings(const ExploredSession& explored, const std::vector<Finding>& 
             "each unread line is found");
 }
 
+// Each number of a comparison.
+template <class Take> void ForEachNumber(const Comparison& comparison, Take take) {
+    for (const ComparedFunction& one : comparison.functions) {
+        const std::string name = std::string(NameOf(one.kind)).append(" ").append(one.name);
+        int number = 0;
+        for (const ComparedNumber& compared : {one.calls, one.unclosed, one.failed, one.warned, one.total,
+                                               one.self, one.shortest, one.longest, one.p50, one.p95}) {
+            take(name + " " + std::to_string(number++), compared);
+        }
+    }
+    for (const ComparedShape& one : comparison.shapes) {
+        int number = 0;
+        for (const ComparedNumber& compared : {one.count, one.total, one.longest, one.p95}) {
+            take("shape " + std::string(one.text) + " " + std::to_string(number++), compared);
+        }
+    }
+    for (const ComparedFinding& one : comparison.findings) {
+        const std::string name = std::string(NameOf(one.rule)).append(" ").append(one.subject);
+        take(name + " count", one.count);
+        take(name + " cost", one.cost);
+    }
+}
+
+void CheckComparison(const ExploredSession& explored, const ExploredScope& whole, const ExploredScope& part,
+                     const std::vector<Finding>& findings) {
+    const std::vector<Finding> none;
+    const ComparedSide base{explored, whole, findings};
+    const ComparedSide log{explored, part, none};
+    ForEachNumber(Comparison(base, base), [](const std::string&, const ComparedNumber& number) {
+        Require(number.base == number.log, "a log differs in nothing from itself");
+    });
+    std::map<std::string, std::int64_t> differences;
+    const Comparison forth(base, log);
+    ForEachNumber(forth, [&](const std::string& name, const ComparedNumber& number) {
+        Require(number.base >= 0 && number.log >= 0, "no compared number is negative");
+        Require(differences.emplace(name, number.Difference()).second, "what is compared stands there once");
+    });
+    ForEachNumber(Comparison(log, base), [&](const std::string& name, const ComparedNumber& number) {
+        const auto found = differences.find(name);
+        Require(found != differences.end() && found->second == -number.Difference(),
+                "to swap the sides turns each difference round");
+        differences.erase(found);
+    });
+    Require(differences.empty(), "to swap the sides leaves nothing out");
+    for (std::size_t i = 1; i < forth.functions.size(); ++i) {
+        Require(std::abs(forth.functions[i - 1].total.Difference()) >=
+                    std::abs(forth.functions[i].total.Difference()),
+                "the largest difference comes first");
+    }
+}
+
+template <class Write> std::string Exported(const ExportedProfile& profile, Write write) {
+    std::ostringstream out;
+    write(profile, out);
+    return out.str();
+}
+
+// The number behind a line's last blank.
+std::int64_t LastNumber(const std::string& line) { return std::stoll(line.substr(line.rfind(' ') + 1)); }
+
+// Events of a profile open and close in turn, and time does not fall.
+void CheckSpeedscope(const std::string& text, std::size_t frames) {
+    rapidjson::Document json;
+    json.Parse<rapidjson::kParseValidateEncodingFlag>(text.c_str());
+    Require(!json.HasParseError(), "speedscope's file is JSON");
+    std::size_t opened = 0;
+    for (const auto& profile : json["profiles"].GetArray()) {
+        std::vector<std::int64_t> open;
+        std::int64_t now = profile["startValue"].GetInt64();
+        for (const auto& event : profile["events"].GetArray()) {
+            Require(event["at"].GetInt64() >= now, "the events of a profile are in order");
+            now = event["at"].GetInt64();
+            if (event["type"] == "O") {
+                ++opened;
+                open.push_back(event["frame"].GetInt64());
+            } else {
+                Require(!open.empty() && open.back() == event["frame"].GetInt64(), "the last to open closes");
+                open.pop_back();
+            }
+        }
+        Require(open.empty() && now <= profile["endValue"].GetInt64(), "all that opens closes");
+    }
+    Require(opened == frames, "each frame is in speedscope's file");
+}
+
+void CheckExports(const ExploredSession& explored, const CCut& cut) {
+    const ExportedProfile profile{explored.session, explored.streams, cut};
+    const Selfs selfs = cut.SelfTimes();
+    const std::int64_t all = std::accumulate(selfs.begin(), selfs.end(), std::int64_t{0});
+    std::size_t frames = 0;
+    for (std::uint32_t i = 0; i < explored.frames.Count(); ++i) {
+        frames += cut.Holds(i) ? 1U : 0U;
+    }
+
+    std::istringstream folded(Exported(profile, WriteFolded));
+    std::int64_t sum = 0;
+    for (std::string line; std::getline(folded, line);) {
+        sum += LastNumber(line);
+    }
+    Require(sum == all, "the folded lines add up");
+
+    std::istringstream callgrind(Exported(profile, WriteCallgrind));
+    sum = 0;
+    bool isCall = false;
+    for (std::string line; std::getline(callgrind, line); isCall = line.starts_with("calls=")) {
+        if (line.starts_with("totals: ")) {
+            Require(LastNumber(line) == all, "callgrind's totals are the log's");
+        } else if (line.starts_with("0 ") && !isCall) {
+            sum += LastNumber(line);
+        }
+    }
+    Require(sum == all, "callgrind's own costs add up");
+
+    CheckSpeedscope(Exported(profile, WriteSpeedscope), frames);
+    rapidjson::Document trace;
+    trace.Parse<rapidjson::kParseValidateEncodingFlag>(Exported(profile, WriteTrace).c_str());
+    Require(!trace.HasParseError(), "the trace is JSON");
+    std::size_t events = 0;
+    for (const auto& event : trace["traceEvents"].GetArray()) {
+        if (event["ph"] == "X") {
+            ++events;
+            const RecordIndex record{event["args"]["record"].GetUint()};
+            Require(event["args"]["line"].GetUint() == explored.session.m_listLineNumbers[Number(record)],
+                    "an event names its record's line");
+        }
+    }
+    Require(events == frames, "each frame is in the trace");
+}
+
 void RequireJson(const ExploredSession& explored, const ExploredScope& scope,
                  const std::vector<Finding>& findings) {
     std::ostringstream out;
@@ -470,6 +603,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckScope(explored, {}, {});
     CheckScope(explored, scope, range);
     CheckParts(explored, scope, clockOf(data[2]));
-    RequireJson(explored, ExploredScope(explored, scope, range), findings);
+    const ExploredScope part(explored, scope, range);
+    CheckComparison(explored, ExploredScope(explored, {}, {}), part, findings);
+    CheckExports(explored, part.cut);
+    RequireJson(explored, part, findings);
     return 0;
 }
