@@ -9,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -129,6 +131,23 @@ template <class NameOf> std::string NestedCalls(std::uint32_t count, NameOf name
     return std::move(log.m_text);
 }
 
+// What the report prints.
+std::string Told(const std::vector<std::string>& arguments) {
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(RunReport(arguments, out, err), 0) << err.str();
+    return out.str();
+}
+
+std::size_t CountOf(std::string_view part, std::string_view text) {
+    std::size_t count = 0;
+    for (std::size_t at = text.find(part); at != std::string_view::npos;
+         at = text.find(part, at + part.size())) {
+        ++count;
+    }
+    return count;
+}
+
 } // namespace
 
 TEST(HostileLogs, NestCallsAHundredThousandDeep) {
@@ -175,13 +194,11 @@ TEST(HostileLogs, CallOneFunctionWithinItselfAHundredThousandTimes) {
     });
 }
 
-TEST(HostileLogs, OfDeepCallsAreToldAsJson) {
+TEST(HostileLogs, OfDeepCallsAreTold) {
     const TestFile log(NestedCalls(kMany, Name));
+    const std::string other = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-well.log";
     OnSmallStack([&] {
-        std::ostringstream out;
-        std::ostringstream err;
-        ASSERT_EQ(RunReport({"--explore", "--json", log.Path()}, out, err), 0) << err.str();
-        const std::string json = out.str();
+        const std::string json = Told({"--explore", "--json", log.Path()});
         std::size_t depth = 0;
         std::size_t deepest = 0;
         for (const char c : json) {
@@ -192,9 +209,44 @@ TEST(HostileLogs, OfDeepCallsAreToldAsJson) {
         EXPECT_EQ(depth, 0U);
         // The whole, the tree, and of each node an object and the list of its children.
         EXPECT_EQ(deepest, 2 + 2 * std::size_t{kMany});
-        const std::string deep = Name(kMany - 1);
-        EXPECT_NE(json.find("\"name\":\"" + deep + "\",\"calls\":1,\"total\":2,\"self\":2,\"children\":[]"),
-                  std::string::npos);
+        EXPECT_EQ(
+            CountOf("\"name\":\"" + Name(kMany - 1) + "\",\"calls\":1,\"total\":2,\"self\":2,\"children\":[]",
+                    json),
+            1U);
+
+        EXPECT_EQ(CountOf("by self time (100,000)", Told({"--explore", log.Path()})), 1U);
+        const std::string same = Told({"--compare", log.Path(), "--json", log.Path()});
+        EXPECT_EQ(CountOf("\"in\":\"both\"", same), kMany);
+        EXPECT_EQ(CountOf("\"difference\":", same), 10 * kMany);
+        EXPECT_EQ(CountOf("\"difference\":0}", same), 10 * kMany);
+        EXPECT_EQ(CountOf("\"in\":\"log\"", Told({"--compare", other, "--json", log.Path()})), kMany);
+    });
+}
+
+TEST(HostileLogs, OfDeepCallsAreExported) {
+    const TestFile log(NestedCalls(kMany, Name));
+    OnSmallStack([&] {
+        const auto exported = [&](const std::string& ending) {
+            const TestFile file;
+            const std::string path = file.Path() + ending;
+            EXPECT_EQ(Told({"--export-profile", path, log.Path()}), "");
+            std::ifstream in(path, std::ios::binary);
+            std::string text{std::istreambuf_iterator<char>(in), {}};
+            in.close();
+            platform::DeleteFileAt(path);
+            return text;
+        };
+        // A path names 500 frames; what is deeper counts for the last one.
+        const std::string folded = exported(".folded");
+        EXPECT_EQ(CountOf("\n", folded), 500U);
+        EXPECT_EQ(CountOf(";F498;F499 " + std::to_string(2 * (kMany - 499)) + "\n", folded), 1U);
+        const std::string speedscope = exported(".speedscope.json");
+        EXPECT_EQ(CountOf("\"type\":\"O\"", speedscope), kMany);
+        EXPECT_EQ(CountOf("\"type\":\"C\"", speedscope), kMany);
+        EXPECT_EQ(CountOf("\"ph\":\"X\"", exported(".trace.json")), kMany);
+        const std::string callgrind = exported(".callgrind");
+        EXPECT_EQ(CountOf("\ncalls=1 ", callgrind), kMany);
+        EXPECT_EQ(CountOf("\ntotals: " + std::to_string(2 * kMany) + "\n", callgrind), 1U);
     });
 }
 
