@@ -3,9 +3,9 @@
 
 docs_test.py SOURCE BIN: SOURCE is the checkout, BIN the folder of the programs that were built from it.
 
-A block behind `<!-- COMMAND -->` is an excerpt of that command's output: its lines are lines of the output, in order; a
-line "..." stands for any that are left out. Every command, in a block or within a line, names files and options that
-exist.
+A block behind `<!-- COMMAND -->` is an excerpt of that command's output, one behind `<!-- FILE -->` of that file: its
+lines are lines of that, in order; a line "..." stands for any that are left out. Every command, in a block or within a
+line, names files and options that exist.
 """
 
 import json
@@ -45,7 +45,7 @@ def check_excerpts(text, run, complain):
         output = iter(run(block["command"]).splitlines())
         for line in block["body"].splitlines():
             if line.strip() != "..." and not any(line == printed for printed in output):
-                complain(f"`{block['command']}` does not print, or not in this place: {line}")
+                complain(f"`{block['command']}` does not print or hold, or not in this place: {line}")
                 break
     return count
 
@@ -103,6 +103,9 @@ def main():
         return open(path, encoding="utf-8").read() if os.path.exists(path) else None
 
     def run(command):
+        file = os.path.join(source, command)
+        if os.path.isfile(file):
+            return open(file, encoding="utf-8").read()
         words = [FILLED_IN.get(word, word) for word in command.split()]
         words[0] = os.path.join(programs, os.path.basename(words[0]))
         return subprocess.run(words, cwd=source, capture_output=True, text=True, check=True).stdout

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
 
@@ -336,6 +338,18 @@ TEST(ExploreOpenFunctions, AreThoseOpenAheadOfARecord) {
     }
     EXPECT_EQ(names, (Texts{"none", "none", "function F", "function G", "function G", "function H",
                             "function F", "none", "none"}));
+}
+
+TEST(ExploreFindings, AreExplainedInTheDocs) {
+    std::ifstream file(std::string(CARVELOT_SOURCE_FOLDER) + "/docs/explore.md");
+    const std::string page{std::istreambuf_iterator<char>(file), {}};
+    for (int i = 0; i <= static_cast<int>(FindingRule::UnreadLines); ++i) {
+        const auto rule = static_cast<FindingRule>(i);
+        std::string head = "**";
+        head.append(NameOf(rule)).append(SeverityOf(rule) == Severity::Error ? "**, an " : "**, a ");
+        head.append(NameOf(SeverityOf(rule))).append(":\n\"").append(MeaningOf(rule)).append("\"\n");
+        EXPECT_NE(page.find(head), std::string::npos) << head;
+    }
 }
 
 } // namespace carvelot::test
