@@ -18,7 +18,7 @@ void FindOpenCaches(const ExploredSession& explored, FindingList& findings) {
             if (isTerminated) {
                 continue;
             }
-            Finding created{FindingRule::CacheNotTerminated, {}, 1, 0, {}};
+            Finding created{FindingRule::CacheNotTerminated, {}, 1, 0, {}, std::string(cache.m_strName)};
             for (const CCache::CCacheOperation& operation : operations) {
                 if (operation.m_op == CCacheAnalysis::CACHE_INIT_NEW) {
                     created.AddRecord(operation.m_pRecord);
@@ -34,7 +34,8 @@ void FindOpenCaches(const ExploredSession& explored, FindingList& findings) {
                                         std::string(cursor.m_strHandle),
                                         1,
                                         0,
-                                        {cursor.m_pOpen}});
+                                        {cursor.m_pOpen},
+                                        std::string(cache.m_strName)});
                 }
             }
         }

@@ -37,7 +37,14 @@ struct Finding {
     std::uint64_t count = 0;
     std::int64_t cost = 0;            // microseconds
     std::vector<RecordIndex> records; // the first ones
+    std::string cache = {};           // of a cache and of a cursor the cache's name
 
+    // What the same finding of another log bears too, which a handle is not.
+    std::string_view LastingSubject() const {
+        const bool isOfCache =
+            rule == FindingRule::CacheNotTerminated || rule == FindingRule::CursorNotClosed;
+        return isOfCache ? cache : subject;
+    }
     void AddRecord(RecordIndex record) {
         if (records.size() < kMostRecords) {
             records.push_back(record);

@@ -1,7 +1,10 @@
 #include "report/ExploreRun.h"
 
 #include "explore/ProfileExport.h"
+#include "report/CompareJson.h"
+#include "report/CompareText.h"
 #include "report/ExploreJson.h"
+#include "report/ExploreText.h"
 #include "report/Scope.h"
 
 #include <ostream>
@@ -10,6 +13,30 @@
 namespace carvelot {
 
 namespace {
+
+// What is asked for in one session. Nothing when it has no such scope.
+std::optional<Selection> AskedScope(const CCarvelotDoc& session, const ExploreOptions& asked) {
+    return asked.scope ? FindScope(session, *asked.scope) : Selection();
+}
+
+int FailOnScope(const ExploreOptions& asked, std::ostream& err) {
+    err << "No such scope: " << *asked.scope << '\n';
+    return REPORT_FAILED;
+}
+
+// A session explored, with nothing in its scope where it lacks that one.
+struct Side {
+    Side(const CCarvelotDoc& session, const std::optional<Selection>& selection, const ReportOptions& options)
+        : explored(session, options.settings), scope(explored, selection.value_or(Selection()),
+                                                     selection ? options.explore->range : ClockRange{0, 0}),
+          findings(FindAll(explored)) {}
+
+    ComparedSide Compared() const { return {explored, scope, findings}; }
+
+    const ExploredSession explored;
+    const ExploredScope scope;
+    const std::vector<Finding> findings;
+};
 
 int ExportProfile(const CCarvelotDoc& session, const Selection& selection, const ExploreOptions& asked,
                   std::ostream& err) {
@@ -29,22 +56,37 @@ int ExportProfile(const CCarvelotDoc& session, const Selection& selection, const
 } // namespace
 
 int Explore(const CCarvelotDoc& session, const ReportOptions& options, std::ostream& out, std::ostream& err) {
-    const ExploreOptions& asked = *options.explore;
-    Selection selection;
-    if (asked.scope) {
-        const std::optional<Selection> found = FindScope(session, *asked.scope);
-        if (!found) {
-            err << "No such scope: " << *asked.scope << '\n';
-            return REPORT_FAILED;
-        }
-        selection = *found;
+    const std::optional<Selection> selection = AskedScope(session, *options.explore);
+    if (!selection) {
+        return FailOnScope(*options.explore, err);
     }
-    if (asked.exportProfile) {
-        return ExportProfile(session, selection, asked, err);
+    if (options.explore->exportProfile) {
+        return ExportProfile(session, *selection, *options.explore, err);
     }
-    const ExploredSession explored(session, options.settings);
-    const ExploredScope scope(explored, selection, asked.range);
-    WriteExploredJson(explored, scope, FindAll(explored), options.log, out);
+    const Side side(session, selection, options);
+    if (options.json) {
+        WriteExploredJson(side.explored, side.scope, side.findings, options.log, out);
+    } else {
+        WriteExploredText(side.explored, side.scope, side.findings, options, out);
+    }
+    return REPORT_DONE;
+}
+
+int Compare(const CCarvelotDoc& base, const CCarvelotDoc& session, const ReportOptions& options,
+            std::ostream& out, std::ostream& err) {
+    const std::optional<Selection> baseSelection = AskedScope(base, *options.explore);
+    const std::optional<Selection> selection = AskedScope(session, *options.explore);
+    if (!baseSelection && !selection) {
+        return FailOnScope(*options.explore, err);
+    }
+    const Side baseSide(base, baseSelection, options);
+    const Side side(session, selection, options);
+    const Comparison comparison(baseSide.Compared(), side.Compared());
+    if (options.json) {
+        WriteComparisonJson(comparison, *options.explore->compareWith, options.log, out);
+    } else {
+        WriteComparisonText(comparison, baseSide.explored, side.explored, options, out);
+    }
     return REPORT_DONE;
 }
 

@@ -1,4 +1,4 @@
-// What carvelot-report tells of where a session's time went.
+// What carvelot-report tells of where the time went.
 #pragma once
 
 #include "report/ReportOptions.h"
@@ -8,7 +8,10 @@
 
 namespace carvelot {
 
-// The exit status. Nothing goes to `out` unless it is REPORT_DONE.
+// Both give the exit status. Nothing goes to `out` unless it is REPORT_DONE.
 int Explore(const CCarvelotDoc& session, const ReportOptions& options, std::ostream& out, std::ostream& err);
+// How a session differs from that of another log.
+int Compare(const CCarvelotDoc& base, const CCarvelotDoc& session, const ReportOptions& options,
+            std::ostream& out, std::ostream& err);
 
 } // namespace carvelot

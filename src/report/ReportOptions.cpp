@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -67,6 +68,43 @@ std::optional<std::int64_t> ParseClock(std::string_view text) {
     return negative ? -value : value;
 }
 
+// A whole number from 1 on; beyond what can be counted it is the most that can.
+std::optional<std::size_t> ParseTop(std::string_view text) {
+    std::size_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (stop != end || error == std::errc::invalid_argument) {
+        return std::nullopt;
+    }
+    if (error == std::errc::result_out_of_range) {
+        return std::numeric_limits<std::size_t>::max();
+    }
+    return value > 0 ? std::optional(value) : std::nullopt;
+}
+
+bool IsGiven(const CLI::Option* option) { return option->count() > 0; }
+
+// Of options at most one may be given. What is wrong, or nothing.
+template <class Options> std::string ExcludedOption(const Options& options) {
+    const auto first = std::find_if(options.begin(), options.end(), IsGiven);
+    const auto second = first == options.end() ? first : std::find_if(first + 1, options.end(), IsGiven);
+    return second == options.end() ? "" : (*second)->get_name() + " excludes " + (*first)->get_name();
+}
+
+// Each of the options needs one of others. What is wrong, or nothing.
+template <class Options, class Needed>
+std::string MissingOption(const Options& options, const Needed& needed) {
+    const auto lacking = std::find_if(options.begin(), options.end(), IsGiven);
+    if (lacking == options.end() || std::any_of(needed.begin(), needed.end(), IsGiven)) {
+        return {};
+    }
+    std::string message = (*lacking)->get_name() + " requires ";
+    for (std::size_t i = 0; i < needed.size(); ++i) {
+        message.append(i == 0 ? "" : i + 1 < needed.size() ? ", " : " or ").append(needed[i]->get_name());
+    }
+    return message;
+}
+
 } // namespace
 
 std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
@@ -77,10 +115,13 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string exportFile;
     std::string threshold;
     std::string process;
+    ExploreOptions asked;
+    std::string base;
     std::string profileFile;
     std::string scope;
     std::string from;
     std::string to;
+    std::string top;
     bool explore = false;
     bool noCacheAnalysis = false;
 
@@ -100,18 +141,18 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             ->type_name("FILE");
     CLI::Option* const exploreOption =
         app.add_flag("--explore", explore, "Print where the time went, and what asks for a look");
+    CLI::Option* const compareOption =
+        app.add_option("--compare", base, "Print what differs from another log, BASE")->type_name("BASE");
     CLI::Option* const profileOption =
         app.add_option("--export-profile", profileFile,
                        "Write where the time went to FILE, .folded, .speedscope.json, .trace.json or "
                        ".callgrind")
             ->type_name("FILE");
-    treeOption->excludes(findOption)
-        ->excludes(exportOption)
-        ->excludes(exploreOption)
-        ->excludes(profileOption);
-    findOption->excludes(exportOption)->excludes(exploreOption)->excludes(profileOption);
-    exportOption->excludes(exploreOption)->excludes(profileOption);
-    exploreOption->excludes(profileOption);
+    treeOption->excludes(findOption)->excludes(exportOption);
+    findOption->excludes(exportOption);
+    // Each prints or writes something else than the report.
+    const std::array instead{treeOption,    findOption,    exportOption,
+                             exploreOption, compareOption, profileOption};
     CLI::Option* const scopeOption =
         app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
             ->type_name("SCOPE");
@@ -119,6 +160,10 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         app.add_option("--from", from, "Explore from here on, in seconds behind the log's first time")
             ->type_name("SECONDS");
     CLI::Option* const toOption = app.add_option("--to", to, "Explore up to here")->type_name("SECONDS");
+    CLI::Option* const topOption =
+        app.add_option("--top", top, "Rows of each table of what is explored (default 10)")->type_name("N");
+    const std::array partOptions{scopeOption, fromOption, toOption, topOption};
+    const std::array exploring{exploreOption, compareOption, profileOption};
     CLI::Option* const thresholdOption =
         app.add_option("--threshold", threshold, "Long tasks and gaps last longer than this (default 1.0)")
             ->type_name("SECONDS");
@@ -153,9 +198,17 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         options.processFilter = id.value_or(0);
         problem = id ? "" : "--process takes a process number";
     }
-    ExploreOptions exploring;
+    if (problem.empty()) {
+        problem = ExcludedOption(instead);
+    }
+    if (problem.empty()) {
+        problem = MissingOption(partOptions, exploring);
+    }
+    if (*compareOption) {
+        asked.compareWith = base;
+    }
     if (*scopeOption) {
-        exploring.scope = scope;
+        asked.scope = scope;
     }
     const auto readClock = [&problem](const CLI::Option& option, const std::string& text,
                                       std::int64_t& clock) {
@@ -165,8 +218,13 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             problem = value ? "" : option.get_name() + " takes a number of seconds";
         }
     };
-    readClock(*fromOption, from, exploring.range.from);
-    readClock(*toOption, to, exploring.range.to);
+    readClock(*fromOption, from, asked.range.from);
+    readClock(*toOption, to, asked.range.to);
+    if (problem.empty() && *topOption) {
+        const std::optional<std::size_t> rows = ParseTop(top);
+        asked.top = rows.value_or(0);
+        problem = rows ? "" : "--top takes a whole number, 1 or more";
+    }
     if (!problem.empty()) {
         err << problem << "\n\n" << app.help();
         status = REPORT_USAGE;
@@ -179,7 +237,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             status = REPORT_FAILED;
             return std::nullopt;
         }
-        exploring.exportProfile = profileFile;
+        asked.exportProfile = profileFile;
     }
     if (*treeOption) {
         options.tree = tree;
@@ -190,8 +248,8 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (*exportOption) {
         options.exportGaps = exportFile;
     }
-    if (explore || *profileOption) {
-        options.explore = exploring;
+    if (explore || *compareOption || *profileOption) {
+        options.explore = asked;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;
     return options;

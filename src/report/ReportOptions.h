@@ -14,12 +14,18 @@ namespace carvelot {
 
 // What is asked about where the time went.
 struct ExploreOptions {
-    std::optional<std::string> scope; // process:PID, thread:PID/TID or user:NAME
+    static constexpr std::size_t kUsualTop = 10;
+
+    std::optional<std::string> compareWith; // the path of another log
+    std::optional<std::string> scope;       // process:PID, thread:PID/TID or user:NAME
     ClockRange range;
     std::optional<std::string> exportProfile; // a file that other tools read, in place of the report
+    std::size_t top = kUsualTop;              // rows of each table of the text
 };
 
 struct ReportOptions {
+    static constexpr std::size_t kUsualWidth = 120;
+
     std::string log;
     bool json = false;
     std::optional<std::string> tree; // a scope
@@ -28,14 +34,14 @@ struct ReportOptions {
     std::optional<ExploreOptions> explore;
     std::uint32_t processFilter = 0;
     AnalysisSettings settings;
+    std::size_t width = kUsualWidth; // of the lines of a text that has a choice, in characters
 };
 
 // Exit statuses of carvelot-report.
 enum ReportStatus { REPORT_DONE = 0, REPORT_FAILED = 1, REPORT_USAGE = 2 };
 
 // Reads the arguments (without the program's name). Without a value the command line is dealt with already,
-// as by
-// --help or wrong usage: then `status` tells how the program ends.
+// as by --help or wrong usage: then `status` tells how the program ends.
 std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
                                                std::ostream& err, int& status);
 

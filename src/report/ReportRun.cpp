@@ -61,52 +61,87 @@ int ExportGapsTo(const CCarvelotDoc& session, const std::string& path, std::ostr
     return REPORT_DONE;
 }
 
-int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    int status = REPORT_DONE;
-    const std::optional<ReportOptions> options = ReadReportOptions(arguments, out, err, status);
-    if (!options) {
-        return status;
+// One log with all that its load needs and leaves behind: what a JAS log's last statement awaits is not for
+// another log.
+class CLoadedLog {
+public:
+    CLoadedLog(const ReportOptions& options, std::ostream& err)
+        : m_host(err), m_session(options.settings, m_pending, m_host) {
+        m_session.m_nProcessFilter = options.processFilter;
+        m_session.m_bNumberLines = options.explore.has_value();
+        // For tests, and for a doubt whether the short ways of the parser read what is there.
+        const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
+        m_session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
     }
-    CReportHost host(err);
-    PendingStatement pending;
-    CCarvelotDoc session(options->settings, pending, host);
-    session.m_nProcessFilter = options->processFilter;
-    session.m_bNumberLines = options->explore.has_value();
-    // For tests, and for a doubt whether the short ways of the parser read what is there.
-    const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
-    session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
-    if (!session.OnOpenDocument(options->log)) {
+
+    bool Load(const std::string& path) { return m_session.OnOpenDocument(path); }
+    const CCarvelotDoc& Session() const { return m_session; }
+
+private:
+    CReportHost m_host;
+    PendingStatement m_pending;
+    CCarvelotDoc m_session;
+};
+
+int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& err) {
+    const std::optional<std::string>& base = options.explore->compareWith;
+    std::optional<CLoadedLog> loadedBase;
+    if (base && !loadedBase.emplace(options, err).Load(*base)) {
         return REPORT_FAILED;
     }
-    if (options->explore) {
-        status = Explore(session, *options, out, err);
-        if (status != REPORT_DONE) {
-            return status;
-        }
-    } else if (options->exportGaps) {
-        return ExportGapsTo(session, *options->exportGaps, err);
-    } else if (options->tree) {
+    CLoadedLog log(options, err);
+    if (!log.Load(options.log)) {
+        return REPORT_FAILED;
+    }
+    return base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
+                : Explore(log.Session(), options, out, err);
+}
+
+int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream& err) {
+    CLoadedLog log(options, err);
+    if (!log.Load(options.log)) {
+        return REPORT_FAILED;
+    }
+    const CCarvelotDoc& session = log.Session();
+    if (options.exportGaps) {
+        return ExportGapsTo(session, *options.exportGaps, err);
+    }
+    if (options.tree) {
         CDetailTree tree(session);
-        if (!FillScope(session, *options->tree, tree)) {
-            err << "No such scope: " << *options->tree << '\n';
+        if (!FillScope(session, *options.tree, tree)) {
+            err << "No such scope: " << *options.tree << '\n';
             return REPORT_FAILED;
         }
-        if (options->json) {
-            WriteTreeJson(tree, *options->tree, out);
+        if (options.json) {
+            WriteTreeJson(tree, *options.tree, out);
         } else {
             WriteTree(tree, out);
         }
-    } else if (options->find) {
-        const std::vector<RecordIndex> hits = session.FindDetails(*options->find);
-        if (options->json) {
+    } else if (options.find) {
+        const std::vector<RecordIndex> hits = session.FindDetails(*options.find);
+        if (options.json) {
             WriteHitsJson(hits, out);
         } else {
             WriteHits(session, hits, out);
         }
-    } else if (options->json) {
-        WriteSessionJson(session, options->log, out);
+    } else if (options.json) {
+        WriteSessionJson(session, options.log, out);
     } else {
-        WriteSummary(session, options->log, out);
+        WriteSummary(session, options.log, out);
+    }
+    return REPORT_DONE;
+}
+
+int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, std::size_t width) {
+    int status = REPORT_DONE;
+    std::optional<ReportOptions> options = ReadReportOptions(arguments, out, err, status);
+    if (!options) {
+        return status;
+    }
+    options->width = width;
+    status = options->explore ? RunExplore(*options, out, err) : RunOverSession(*options, out, err);
+    if (status != REPORT_DONE) {
+        return status;
     }
     out.flush();
     if (!out) {
@@ -118,9 +153,10 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
 
 } // namespace
 
-int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+int RunReport(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err,
+              std::size_t width) {
     try {
-        return Run(arguments, out, err);
+        return Run(arguments, out, err, width);
     } catch (const std::bad_alloc&) {
         err << "There is not enough memory for this report.\n";
         return REPORT_FAILED;

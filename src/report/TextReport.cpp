@@ -2,6 +2,7 @@
 
 #include "lists/PaneRows.h"
 #include "records/NodeText.h"
+#include "report/TextTable.h"
 #include "text/TextColumns.h"
 #include "trees/ThreadTree.h"
 
@@ -15,98 +16,6 @@ namespace {
 
 // Lists are cut here: the first rows are the ones that matter, and the window shows the rest.
 constexpr std::size_t kMostRows = 15;
-constexpr std::size_t kLongestMessage = 100;
-
-std::string Grouped(std::size_t number) {
-    std::string digits = std::to_string(number);
-    for (std::size_t at = digits.size(); at > 3; at -= 3) {
-        digits.insert(at - 3, 1, ',');
-    }
-    return digits;
-}
-
-// What a terminal can show in one line: no control characters, cut with an ellipsis.
-std::string OneLine(std::string_view text, std::size_t longest = kLongestMessage) {
-    const std::string valid = WithReplacements(text);
-    std::string_view rest = valid;
-    std::string line;
-    std::size_t count = 0;
-    while (!rest.empty()) {
-        const char32_t c = TakeCodePoint(rest);
-        if (++count > longest) {
-            return line.append("...");
-        }
-        AppendCodePoint(line, c < 0x20 || (c >= 0x7F && c < 0xA0) ? U' ' : c);
-    }
-    return line;
-}
-
-// A table whose columns are as wide as they need to be; numbers stand to the right, the last text column runs
-// out.
-class CTextTable {
-public:
-    enum class Align { Left, Right };
-    struct Column {
-        std::string_view title;
-        Align align;
-    };
-
-    explicit CTextTable(std::vector<Column> columns) : m_columns(std::move(columns)) {}
-
-    void Add(std::vector<std::string> cells) { m_rows.push_back(std::move(cells)); }
-    bool IsEmpty() const { return m_rows.empty(); }
-
-    void Print(std::ostream& out, std::string_view title, std::size_t total) const {
-        out << '\n' << title << " (" << Grouped(total) << ")\n";
-        if (m_rows.empty()) {
-            return;
-        }
-        std::vector<std::size_t> widths;
-        for (std::size_t i = 0; i < m_columns.size(); ++i) {
-            std::size_t width = m_columns[i].title.size();
-            for (const auto& row : m_rows) {
-                width = std::max(width, Width(row[i]));
-            }
-            widths.push_back(width);
-        }
-        std::vector<std::string> titles;
-        for (const Column& column : m_columns) {
-            titles.emplace_back(column.title);
-        }
-        PrintRow(out, titles, widths);
-        for (const auto& row : m_rows) {
-            PrintRow(out, row, widths);
-        }
-        if (total > m_rows.size()) {
-            out << "  ... and " << Grouped(total - m_rows.size()) << " more\n";
-        }
-    }
-
-private:
-    static std::size_t Width(std::string_view text) {
-        return static_cast<std::size_t>(
-            std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-    }
-
-    void PrintRow(std::ostream& out, const std::vector<std::string>& cells,
-                  const std::vector<std::size_t>& widths) const {
-        std::string line = " ";
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const std::string padding(widths[i] - Width(cells[i]), ' ');
-            line.append(" ");
-            if (m_columns[i].align == Align::Right) {
-                line.append(padding).append(cells[i]);
-            } else {
-                line.append(cells[i]).append(padding);
-            }
-            line.append(" ");
-        }
-        out << TrimRight(line, " ") << '\n';
-    }
-
-    std::vector<Column> m_columns;
-    std::vector<std::vector<std::string>> m_rows;
-};
 
 constexpr auto L = CTextTable::Align::Left;
 constexpr auto R = CTextTable::Align::Right;

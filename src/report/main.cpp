@@ -1,8 +1,10 @@
 // carvelot-report: the analysis of a log without a window.
 #include "platform/CommandLine.h"
 #include "platform/DynamicLibrary.h"
+#include "platform/Terminal.h"
 #include "report/ReportRun.h"
 
+#include <algorithm>
 #include <iostream>
 
 int main(int argc, char** argv) {
@@ -12,5 +14,9 @@ int main(int argc, char** argv) {
     if (!arguments.empty()) {
         arguments.erase(arguments.begin());
     }
-    return carvelot::RunReport(arguments, std::cout, std::cerr);
+    // In a very narrow terminal lines are wrapped, for otherwise they would say nothing.
+    constexpr std::size_t narrowest = 60;
+    const std::size_t width =
+        carvelot::platform::TerminalColumns().value_or(carvelot::ReportOptions::kUsualWidth);
+    return carvelot::RunReport(arguments, std::cout, std::cerr, std::max(width, narrowest));
 }

@@ -11,6 +11,14 @@ template <class List> bool Same(const List& one, const List& other) {
     return std::equal(one.begin(), one.end(), other.begin(), other.end());
 }
 
+template <class Numbers> bool SameNumbers(const Numbers& one, const Numbers& other) {
+    bool same = one.Size() == other.Size();
+    for (std::uint32_t i = 0; same && i < one.Size(); ++i) {
+        same = one[i] == other[i];
+    }
+    return same;
+}
+
 bool SameLabel(const LabelText& a, const LabelText& b) {
     if (a.shared.size() + a.own.size() != b.shared.size() + b.own.size()) {
         return false;
@@ -88,6 +96,14 @@ std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other) {
     }
     if (one.m_bDashForm != other.m_bDashForm || one.m_bUBELog != other.m_bUBELog) {
         return "the form of the last line, or whether there are lines of a UBE";
+    }
+    const RefusedLines& a = one.Refused();
+    const RefusedLines& b = other.Refused();
+    if (std::tie(a.noTime, a.noMonth, a.filtered) != std::tie(b.noTime, b.noMonth, b.filtered)) {
+        return "how many lines became no record";
+    }
+    if (one.m_nLines != other.m_nLines || !SameNumbers(one.m_listLineNumbers, other.m_listLineNumbers)) {
+        return "the numbers of the lines";
     }
     if (std::string difference = DifferenceOf(one.m_listDetails, other.m_listDetails); !difference.empty()) {
         return difference;

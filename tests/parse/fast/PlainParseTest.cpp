@@ -17,6 +17,7 @@ struct Reading {
     Reading(std::string_view log, bool plain, std::uint32_t filter) {
         m_doc.m_bPlainParse = plain;
         m_doc.m_nProcessFilter = filter;
+        m_doc.m_bNumberLines = true;
         CMemorySource source(log);
         m_bLoaded = m_doc.LoadFrom(source);
     }
