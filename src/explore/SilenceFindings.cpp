@@ -31,7 +31,7 @@ void FindSilences(const ExploredSession& explored, FindingList& findings) {
     const std::int64_t shortest = ShortestSilence(explored.settings.m_fThreshold);
     std::vector<std::int64_t> times(explored.streams.Count(), none);
     COpenFunctions functions(explored.frames, explored.streams);
-    CFindingsByNumber byFunction(FindingRule::SilenceInCall, findings);
+    CFindingsByNumber perFunction(FindingRule::SilenceInCall, findings);
     const auto count = static_cast<std::uint32_t>(explored.session.m_listDetails.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         const RecordIndex record{i};
@@ -44,7 +44,7 @@ void FindSilences(const ExploredSession& explored, FindingList& findings) {
         const std::uint32_t function = functions.AheadOf(record);
         if (function != kNoFrame) {
             const std::uint32_t key = explored.frames[function].key;
-            Finding& finding = byFunction.At(key, [&] { return explored.frames.Keys().Name(key); });
+            Finding& finding = perFunction.At(key, [&] { return explored.frames.Keys().Name(key); });
             ++finding.count;
             finding.cost = AddTimes(finding.cost, time - before);
             finding.AddRecord(record);

@@ -7,6 +7,7 @@
 #include "report/ExploreText.h"
 #include "report/Scope.h"
 
+#include <future>
 #include <ostream>
 #include <system_error>
 
@@ -27,13 +28,15 @@ int FailOnScope(const ExploreOptions& asked, std::ostream& err) {
 // A session explored, with nothing in its scope where it lacks that one.
 struct Side {
     Side(const CCarvelotDoc& session, const std::optional<Selection>& selection, const ReportOptions& options)
-        : explored(session, options.settings), scope(explored, selection.value_or(Selection()),
-                                                     selection ? options.explore->range : ClockRange{0, 0}),
-          findings(FindAll(explored)) {}
+        : explored(session, options.settings), foundBeside(std::async([this] { return FindAll(explored); })),
+          scope(explored, selection.value_or(Selection()),
+                selection ? options.explore->range : ClockRange{0, 0}),
+          findings(foundBeside.get()) {}
 
     ComparedSide Compared() const { return {explored, scope, findings}; }
 
     const ExploredSession explored;
+    std::future<std::vector<Finding>> foundBeside;
     const ExploredScope scope;
     const std::vector<Finding> findings;
 };
