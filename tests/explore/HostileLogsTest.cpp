@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -61,22 +60,25 @@ public:
     }
 
     // A line so many microseconds behind ten o'clock.
-    void Add(std::uint64_t microseconds, std::string_view text, std::string_view ids = "4120/3388") {
-        char time[32];
+    void Add(std::uint64_t microseconds, std::string_view text, const char* ids = "4120/3388") {
         const std::uint64_t seconds = microseconds / 1'000'000;
-        std::snprintf(time, sizeof time, "%02d:%02d:%02d.%06d", static_cast<int>(10 + seconds / 3600),
-                      static_cast<int>(seconds / 60 % 60), static_cast<int>(seconds % 60),
-                      static_cast<int>(microseconds % 1'000'000));
-        m_text.append(m_month).append(" 15 ").append(time).append(" - ").append(ids).append(" Worker\t");
-        m_text.append(text).append("\n");
+        char beginning[128];
+        std::snprintf(beginning, sizeof beginning, "%s 15 %02d:%02d:%02d.%06d - %s Worker\t", m_month.c_str(),
+                      static_cast<int>(10 + seconds / 3600), static_cast<int>(seconds / 60 % 60),
+                      static_cast<int>(seconds % 60), static_cast<int>(microseconds % 1'000'000), ids);
+        m_text.append(beginning).append(text).push_back('\n');
     }
     void Call(std::uint64_t at, const std::string& name, std::uint32_t level) {
-        Add(at, "Calling Business function " + name + " from Level 1 (BSFNLevel = " + std::to_string(level) +
-                    ")");
+        char text[128];
+        std::snprintf(text, sizeof text, "Calling Business function %s from Level 1 (BSFNLevel = %u)",
+                      name.c_str(), level);
+        Add(at, text);
     }
     void Return(std::uint64_t at, const std::string& name, std::uint32_t level, int code = 0) {
-        Add(at, "Return value is " + std::to_string(code) + " for " + name +
-                    ". (BSFNLevel = " + std::to_string(level) + ")");
+        char text[128];
+        std::snprintf(text, sizeof text, "Return value is %d for %s. (BSFNLevel = %u)", code, name.c_str(),
+                      level);
+        Add(at, text);
     }
 
     const std::string m_month;
@@ -139,10 +141,10 @@ std::string Told(const std::vector<std::string>& arguments) {
     return out.str();
 }
 
-std::size_t CountOf(std::string_view part, std::string_view text) {
+// Of strings: their search is compiled with the library, and quick in tests too.
+std::size_t CountOf(const std::string& part, const std::string& text) {
     std::size_t count = 0;
-    for (std::size_t at = text.find(part); at != std::string_view::npos;
-         at = text.find(part, at + part.size())) {
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
         ++count;
     }
     return count;
@@ -201,9 +203,9 @@ TEST(HostileLogs, OfDeepCallsAreTold) {
         const std::string json = Told({"--explore", "--json", log.Path()});
         std::size_t depth = 0;
         std::size_t deepest = 0;
-        for (const char c : json) {
-            depth += c == '{' || c == '[' ? 1U : 0U;
-            depth -= c == '}' || c == ']' ? 1U : 0U;
+        for (std::size_t at = json.find_first_of("{[]}"); at != std::string::npos;
+             at = json.find_first_of("{[]}", at + 1)) {
+            json[at] == '{' || json[at] == '[' ? ++depth : --depth;
             deepest = std::max(deepest, depth);
         }
         EXPECT_EQ(depth, 0U);
@@ -231,10 +233,11 @@ TEST(HostileLogs, OfDeepCallsAreExported) {
             const std::string path = file.Path() + ending;
             EXPECT_EQ(Told({"--export-profile", path, log.Path()}), "");
             std::ifstream in(path, std::ios::binary);
-            std::string text{std::istreambuf_iterator<char>(in), {}};
+            std::ostringstream text;
+            text << in.rdbuf();
             in.close();
             platform::DeleteFileAt(path);
-            return text;
+            return text.str();
         };
         // A path names 500 frames; what is deeper counts for the last one.
         const std::string folded = exported(".folded");
@@ -381,23 +384,22 @@ TEST(HostileLogs, FailAHundredThousandCallsDeep) {
     EXPECT_EQ(Numbers(explored.m_findings[0].records), (std::vector<std::uint32_t>{kMany + 1, 1}));
 }
 
-TEST(HostileLogs, NameTwoHundredThousandFunctions) {
-    constexpr std::uint32_t count = 200'000;
+TEST(HostileLogs, NameAHundredThousandFunctions) {
     HostileLog log;
-    for (std::uint32_t i = 0; i < count; ++i) {
+    for (std::uint32_t i = 0; i < kMany; ++i) {
         log.Call(2 * i, Name(i), 1);
         log.Return(2 * i + 1, Name(i), 1);
     }
     const Explored explored(log.m_text);
-    ASSERT_EQ(explored.Profile().m_functions.size(), count);
+    ASSERT_EQ(explored.Profile().m_functions.size(), kMany);
     EXPECT_TRUE(std::all_of(
         explored.Profile().m_functions.begin(), explored.Profile().m_functions.end(),
         [](const FunctionProfile& function) { return function.calls == 1 && function.total == 1; }));
     // Of equal totals the names decide.
     EXPECT_EQ(explored.NameOfKey(explored.Profile().m_functions[2].key), "F10");
     EXPECT_EQ(explored.NameOfKey(explored.Profile().m_functions[3].key), "F100");
-    EXPECT_EQ(explored.Profile().m_edges.size(), count);
-    EXPECT_EQ(explored.Profile().m_tree.size(), count);
+    EXPECT_EQ(explored.Profile().m_edges.size(), kMany);
+    EXPECT_EQ(explored.Profile().m_tree.size(), kMany);
     EXPECT_EQ(explored.Depth(), 1U);
 }
 
@@ -531,7 +533,8 @@ TEST(HostileLogs, BearNoStampAtAll) {
 TEST(HostileLogs, AreOfAThreadEachLine) {
     HostileLog log;
     for (std::uint32_t i = 0; i < kMany; ++i) {
-        log.Add(i, "Calling Business function F from Level 1 (BSFNLevel = 1)", "7/" + std::to_string(i + 1));
+        log.Add(i, "Calling Business function F from Level 1 (BSFNLevel = 1)",
+                ("7/" + std::to_string(i + 1)).c_str());
     }
     const Explored explored(log.m_text);
     EXPECT_EQ(explored.m_explored->streams.Count(), kMany + 1);
