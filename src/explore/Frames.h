@@ -52,7 +52,7 @@ public:
 private:
     friend class CFrameWalk;
 
-    CPagedArray<Frame, 12> m_frames;
+    CPagedArray<Frame, 18> m_frames;
     CFrameKeys m_keys;
     std::vector<OrphanReturn> m_orphanReturns;
 };

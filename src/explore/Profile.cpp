@@ -21,7 +21,7 @@ template <class Take> void ForEachFrame(const CCut& cut, Take take) {
 // in a large table does.
 class CTreeNodes {
 public:
-    CTreeNodes(std::vector<CallTreeNode>& tree, std::size_t most) : m_tree(tree) {
+    CTreeNodes(CLargeVector<CallTreeNode>& tree, std::size_t most) : m_tree(tree) {
         m_tree.reserve(most);
         m_lastChild.reserve(most);
     }
@@ -57,8 +57,8 @@ private:
     static constexpr std::uint32_t kNone = CallTreeNode::kNone;
     static constexpr std::uint32_t kFew = 8;
 
-    std::vector<CallTreeNode>& m_tree;
-    std::vector<std::uint32_t> m_lastChild; // by node
+    CLargeVector<CallTreeNode>& m_tree;
+    CLargeVector<std::uint32_t> m_lastChild; // by node
     std::uint32_t m_nFirstAtTop = kNone;
     std::uint32_t m_nLastAtTop = kNone;
     CNumberMap m_further; // children behind the first few

@@ -49,7 +49,7 @@ public:
 
     std::vector<FunctionProfile> m_functions; // by total falling, then kind and name
     std::vector<CallEdge> m_edges;            // by total falling, then caller and callee
-    std::vector<CallTreeNode> m_tree;         // by first appearance; those without a parent are siblings
+    CLargeVector<CallTreeNode> m_tree;        // by first appearance; those without a parent are siblings
 
 private:
     void AddTree(const CCut& cut, std::vector<FunctionProfile>& functions);

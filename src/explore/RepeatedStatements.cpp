@@ -55,6 +55,38 @@ struct ShapeBelow {
     bool IsShareOf(std::uint32_t frame) const { return !heavy || owner == frame; }
 };
 
+// What a finding tells of executions that come in any order.
+class CFoundExecutions {
+public:
+    void Add(const Frame& execution) {
+        ++m_nCount;
+        m_nCost = AddTimes(m_nCost, execution.Total());
+        m_records.push_back(execution.record);
+        if (m_records.size() == 4 * Finding::kMostRecords) {
+            KeepFirst();
+        }
+    }
+    bool IsEmpty() const { return m_nCount == 0; }
+    Finding Tell(std::string subject) {
+        KeepFirst();
+        std::sort(m_records.begin(), m_records.end());
+        return {FindingRule::RepeatedStatement, std::move(subject), m_nCount, m_nCost, std::move(m_records)};
+    }
+
+private:
+    void KeepFirst() {
+        if (m_records.size() > Finding::kMostRecords) {
+            const auto behind = m_records.begin() + Finding::kMostRecords;
+            std::nth_element(m_records.begin(), behind, m_records.end());
+            m_records.erase(behind, m_records.end());
+        }
+    }
+
+    std::uint64_t m_nCount = 0;
+    std::int64_t m_nCost = 0;
+    std::vector<RecordIndex> m_records; // the first ones, and others until these are dropped
+};
+
 // By shape. Most frames hold a few, among which a look tells more quickly than a look-up.
 class CShapesBelow {
 public:
@@ -190,8 +222,11 @@ private:
                 if (isNew) {
                     m_pairs.push_back({m_frames[frame].key, shape, {}});
                 }
-                m_links.ForEach(share, [&](std::uint32_t execution) { m_counted[execution] = true; });
-                m_links.Append(m_pairs[place].executions, share);
+                CFoundExecutions& found = m_pairs[place].found;
+                m_links.ForEach(share, [&](std::uint32_t execution) {
+                    m_counted[execution] = true;
+                    found.Add(m_frames[execution]);
+                });
             }
         }
         below.heavyShapes.clear();
@@ -222,13 +257,14 @@ private:
     struct Pair {
         std::uint32_t key;
         std::uint32_t shape;
-        Executions executions;
+        CFoundExecutions found;
     };
 
     void ReportShares() {
-        for (const Pair& pair : m_pairs) {
+        for (Pair& pair : m_pairs) {
             std::string subject(m_frames.Keys().Name(pair.key));
-            Report(subject.append(" > ").append(m_explored.shapes.Text(pair.shape)), pair.executions);
+            m_findings.push_back(
+                pair.found.Tell(subject.append(" > ").append(m_explored.shapes.Text(pair.shape))));
         }
     }
 
@@ -241,10 +277,11 @@ private:
         };
         CNumberMap places; // by stream and shape
         std::vector<Run> runs;
-        std::vector<Executions> runsOfShape(m_explored.shapes.Count());
+        std::vector<CFoundExecutions> found(m_explored.shapes.Count()); // by shape
         const auto endRun = [&](Run& run) {
             if (run.executions.count >= kMany) {
-                m_links.Append(runsOfShape[run.shape], run.executions);
+                m_links.ForEach(run.executions,
+                                [&](std::uint32_t execution) { found[run.shape].Add(m_frames[execution]); });
             }
             run.executions = {};
         };
@@ -269,25 +306,12 @@ private:
         for (Run& run : runs) {
             endRun(run);
         }
-        for (std::uint32_t shape = 0; shape < runsOfShape.size(); ++shape) {
-            if (runsOfShape[shape].count != 0) {
-                Report(std::string("(top) > ").append(m_explored.shapes.Text(shape)), runsOfShape[shape]);
+        for (std::uint32_t shape = 0; shape < found.size(); ++shape) {
+            if (!found[shape].IsEmpty()) {
+                m_findings.push_back(
+                    found[shape].Tell(std::string("(top) > ").append(m_explored.shapes.Text(shape))));
             }
         }
-    }
-
-    void Report(const std::string& subject, const Executions& executions) {
-        Finding finding{FindingRule::RepeatedStatement, subject, executions.count, 0, {}};
-        std::vector<RecordIndex> records;
-        m_links.ForEach(executions, [&](std::uint32_t frame) {
-            finding.cost = AddTimes(finding.cost, m_frames[frame].Total());
-            records.push_back(m_frames[frame].record);
-        });
-        const std::size_t most = std::min(records.size(), Finding::kMostRecords);
-        const auto behind = records.begin() + static_cast<std::ptrdiff_t>(most);
-        std::partial_sort(records.begin(), behind, records.end());
-        finding.records.assign(records.begin(), behind);
-        m_findings.push_back(std::move(finding));
     }
 
     const ExploredSession& m_explored;

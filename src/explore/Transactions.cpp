@@ -6,11 +6,15 @@ namespace carvelot {
 
 std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details) {
     constexpr std::string_view entering = "Entering JDB_";
+    constexpr std::string_view shortest = "Entering JDB_RollbackUser";
     std::vector<TransactionStep> steps;
     const auto count = static_cast<std::uint32_t>(details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         const RecordIndex record{i};
         std::string_view text = details.Text(record);
+        if (text.size() < shortest.size()) {
+            continue;
+        }
         bool begins = false;
         bool rollsBack = false; // also when both stand in one text
         for (std::size_t at = FindWord(text, entering); at != std::string_view::npos && !rollsBack;

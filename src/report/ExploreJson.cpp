@@ -108,7 +108,7 @@ private:
     }
 
     // A loop, for a hundred thousand calls may stand in one another.
-    void WriteTree(const std::vector<CallTreeNode>& tree) {
+    void WriteTree(const CLargeVector<CallTreeNode>& tree) {
         m_json.Key("tree");
         const CJsonWriter::CArray array(m_json);
         std::uint32_t next = tree.empty() ? CallTreeNode::kNone : 0;
