@@ -116,7 +116,8 @@ void CheckFrames(const ExploredSession& explored) {
 }
 
 void CheckFunctions(const ExploredSession& explored, const CCut& cut, const Selfs& selfs,
-                    const std::vector<FunctionProfile>& functions) {
+                    const CProfile& profile) {
+    const auto& functions = profile.m_functions;
     const CFrames& frames = explored.frames;
     struct Expected {
         FunctionProfile numbers;
@@ -160,7 +161,8 @@ void CheckFunctions(const ExploredSession& explored, const CCut& cut, const Self
     }
 }
 
-void CheckEdges(const ExploredSession& explored, const CCut& cut, const std::vector<CallEdge>& edges) {
+void CheckEdges(const ExploredSession& explored, const CCut& cut, const CProfile& profile) {
+    const auto& edges = profile.m_edges;
     const CFrames& frames = explored.frames;
     std::map<std::pair<std::uint32_t, std::uint32_t>, Sum> expected;
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
@@ -179,7 +181,8 @@ void CheckEdges(const ExploredSession& explored, const CCut& cut, const std::vec
 }
 
 void CheckTree(const ExploredSession& explored, const CCut& cut, const Selfs& selfs,
-               const std::vector<CallTreeNode>& tree) {
+               const CProfile& profile) {
+    const auto& tree = profile.m_tree;
     const CFrames& frames = explored.frames;
     Sums expected;
     std::int64_t roots = 0;
@@ -278,9 +281,9 @@ void CheckScope(const ExploredSession& explored, const Selection& selection, con
         }
     }
     Require(all == roots, "own times add up to the streams' roots");
-    CheckFunctions(explored, scope.cut, selfs, scope.profile.m_functions);
-    CheckEdges(explored, scope.cut, scope.profile.m_edges);
-    CheckTree(explored, scope.cut, selfs, scope.profile.m_tree);
+    CheckFunctions(explored, scope.cut, selfs, scope.profile);
+    CheckEdges(explored, scope.cut, scope.profile);
+    CheckTree(explored, scope.cut, selfs, scope.profile);
     CheckShapes(explored, scope.cut, scope.shapes);
 }
 
