@@ -290,10 +290,12 @@ int Main(int argc, char** argv) {
     }
     if (scales) {
         for (const std::string kind : {"debug", "jas"}) {
-            const auto small = reporter.SecondsOf(kind + "-100/load");
-            const auto large = reporter.SecondsOf(kind + "-1000/load");
-            if (small && large) {
-                PrintRow(kind, "load of 10 times the log", *large / *small, 10.5);
+            for (const std::string what : {"load", "explore"}) {
+                const auto small = reporter.SecondsOf(kind + "-100/" + what);
+                const auto large = reporter.SecondsOf(kind + "-1000/" + what);
+                if (small && large) {
+                    PrintRow(kind, what + " of 10 times the log", *large / *small, 10.5);
+                }
             }
         }
     }
