@@ -919,6 +919,28 @@ private slots:
         QTRY_COMPARE(run.Area().Children().size(), 1);
     }
 
+    void aFileDroppedOnAFloatingPaneOpensToo() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CDockablePane* const pane = run.Frame().Panes().first();
+        pane->setFloating(true);
+        QVERIFY(pane->isWindow());
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(m_pFolder->filePath("dropped.log"))});
+        // What is under the pointer hears first.
+        QWidget* const under = pane->widget();
+        QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(under, &enter);
+        QVERIFY(enter.isAccepted());
+        QDragMoveEvent move(QPoint(6, 6), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(under, &move);
+        QVERIFY(move.isAccepted());
+        QDropEvent drop(QPointF(6, 6), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(under, &drop);
+        QVERIFY(drop.isAccepted());
+        QTRY_COMPARE(run.Area().Children().size(), 1);
+    }
+
     // Who offers a move alone deletes the file when it is taken.
     void aSourceThatOffersNoCopyIsRefused_data() {
         QTest::addColumn<Qt::DropActions>("offered");

@@ -83,6 +83,11 @@ bool CMainFrame::LoadFrame() {
     m_pStatusBar = new CStatusBar(CCarvelotApp::BitnessText());
     setStatusBar(m_pStatusBar);
     m_pLayout = std::make_unique<CFrameLayout>(*this);
+    // A floating pane is a window of its own, of whose drops this one hears nothing.
+    for (CDockablePane* pane : Panes()) {
+        pane->setAcceptDrops(true);
+        pane->installEventFilter(this);
+    }
     OnApplicationLook(theApp().m_nAppLook);
     RestoreState();
 
@@ -267,6 +272,22 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     theApp().CloseAllDocuments();
     event->accept();
     QCoreApplication::quit();
+}
+
+bool CMainFrame::eventFilter(QObject* object, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::DragEnter:
+        dragEnterEvent(static_cast<QDragEnterEvent*>(event));
+        return true;
+    case QEvent::DragMove:
+        dragMoveEvent(static_cast<QDragMoveEvent*>(event));
+        return true;
+    case QEvent::Drop:
+        dropEvent(static_cast<QDropEvent*>(event));
+        return true;
+    default:
+        return CMainWindow::eventFilter(object, event);
+    }
 }
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) { AcceptAsCopy(*event); }
