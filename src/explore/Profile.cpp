@@ -18,49 +18,54 @@ template <class Take> void ForEachFrame(const CCut& cut, Take take) {
 }
 
 // Finds nodes by parent and key. Most have few children, among which a look tells more quickly than a look-up
-// in a large table does.
+// in a large table does. What is looked at for that lies close together, apart from the nodes' numbers.
 class CTreeNodes {
 public:
-    CTreeNodes(CLargeVector<CallTreeNode>& tree, std::size_t most) : m_tree(tree) {
-        m_tree.reserve(most);
-        m_lastChild.reserve(most);
-    }
+    explicit CTreeNodes(std::size_t most) { m_links.reserve(most); }
 
+    std::uint32_t Count() const { return static_cast<std::uint32_t>(m_links.size()); }
+    // A node that is added bears the number Count() had.
     std::uint32_t FindOrAdd(std::uint32_t parent, std::uint32_t key) {
         std::uint32_t looked = 0;
-        std::uint32_t node = parent == kNone ? m_nFirstAtTop : m_tree[parent].firstChild;
-        for (; node != kNone && looked < kFew; node = m_tree[node].nextSibling, ++looked) {
-            if (m_tree[node].key == key) {
+        std::uint32_t node = parent == kNone ? m_atTop.firstChild : m_links[parent].firstChild;
+        for (; node != kNone && looked < kFew; node = m_links[node].nextSibling, ++looked) {
+            if (m_links[node].key == key) {
                 return node;
             }
         }
-        const auto added = static_cast<std::uint32_t>(m_tree.size());
+        const std::uint32_t added = Count();
         if (looked == kFew) {
             const auto [place, isNew] = m_further.FindOrAdd(PairOf(parent, key), added);
             if (!isNew) {
                 return place;
             }
         }
-        std::uint32_t& last = parent == kNone ? m_nLastAtTop : m_lastChild[parent];
-        if (last != kNone) {
-            m_tree[last].nextSibling = added;
-        } else {
-            (parent == kNone ? m_nFirstAtTop : m_tree[parent].firstChild) = added;
-        }
-        last = added;
-        m_lastChild.push_back(kNone);
-        m_tree.push_back({key, parent});
+        Link& above = parent == kNone ? m_atTop : m_links[parent];
+        (above.lastChild == kNone ? above.firstChild : m_links[above.lastChild].nextSibling) = added;
+        above.lastChild = added;
+        m_links.push_back({key});
         return added;
+    }
+    void EnterInto(CLargeVector<CallTreeNode>& tree) const {
+        for (std::uint32_t node = 0; node < Count(); ++node) {
+            tree[node].firstChild = m_links[node].firstChild;
+            tree[node].nextSibling = m_links[node].nextSibling;
+        }
     }
 
 private:
     static constexpr std::uint32_t kNone = CallTreeNode::kNone;
     static constexpr std::uint32_t kFew = 8;
 
-    CLargeVector<CallTreeNode>& m_tree;
-    CLargeVector<std::uint32_t> m_lastChild; // by node
-    std::uint32_t m_nFirstAtTop = kNone;
-    std::uint32_t m_nLastAtTop = kNone;
+    struct Link {
+        std::uint32_t key = kNoKey;
+        std::uint32_t firstChild = kNone;
+        std::uint32_t lastChild = kNone;
+        std::uint32_t nextSibling = kNone;
+    };
+
+    CLargeVector<Link> m_links; // by node
+    Link m_atTop;
     CNumberMap m_further; // children behind the first few
 };
 
@@ -75,12 +80,16 @@ CProfile::CProfile(const CCut& cut) {
 
 void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions) {
     const CLargeVector<std::int64_t> selfs = cut.SelfTimes();
-    CTreeNodes nodes(m_tree, cut.Frames().Count());
+    CTreeNodes nodes(cut.Frames().Count());
+    m_tree.reserve(cut.Frames().Count());
     CLargeVector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
     ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
         const std::int64_t total = cut.Total(i);
         const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
         nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
+        if (m_tree.size() < nodes.Count()) {
+            m_tree.push_back({frame.key, parent});
+        }
         CallTreeNode& node = m_tree[nodeOf[i]];
         ++node.calls;
         node.total = AddTimes(node.total, total);
@@ -98,6 +107,7 @@ void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions)
         function.longest = std::max(function.longest, total);
         ++function.calls;
     });
+    nodes.EnterInto(m_tree);
 }
 
 void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions) {
