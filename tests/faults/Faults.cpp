@@ -134,6 +134,15 @@ void* operator new(std::size_t size) {
     return block;
 }
 void* operator new[](std::size_t size) { return operator new(size); }
+// What an algorithm asks for a buffer that it can do without.
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    try {
+        return operator new(size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+void operator delete(void* block, const std::nothrow_t& /*tag*/) noexcept { std::free(block); }
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete[](void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
