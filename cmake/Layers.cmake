@@ -16,16 +16,19 @@ set(CARVELOT_ROOMS
     "trees           | session                              |"
     "lists           | session                              |"
     "explore         | session                              |"
+    "explore/lists   | explore                              |"
+    "explore/pictures | explore/lists                       |"
     "settings        | records                              |"
     "live            | settings                             |"
     "cachebrowser    | live                                 |"
     "tools           | settings                             |"
-    "report          | lists trees explore                  | carvelot_header_only"
+    "report          | lists trees explore/lists            | carvelot_header_only"
     "ui/kit          | settings                             | Qt6::Widgets"
     "ui/session      | ui/kit lists trees                   | Qt6::Widgets"
     "ui/live         | ui/kit live                          | Qt6::Widgets"
     "ui/cachebrowser | ui/kit cachebrowser                  | Qt6::Widgets"
     "ui/tools        | ui/kit tools                         | Qt6::Widgets"
+#    "ui/explore      | ui/kit explore/pictures               | Qt6::Widgets"
     "ui/app          | ui/session ui/live ui/cachebrowser ui/tools | Qt6::Widgets")
 
 # carvelot_rooms_read(): CARVELOT_ROOM_NAMES in the table's order, and for each CARVELOT_USES_<room> (itself and all below

@@ -2,6 +2,7 @@
 // the shapes of its statements. Whoever asks pays for it; a session that nobody explores does not.
 #pragma once
 
+#include "explore/ExploreProgress.h"
 #include "explore/Profile.h"
 #include "explore/RecordShapes.h"
 #include "explore/Shapes.h"
@@ -16,9 +17,10 @@ namespace carvelot {
 
 struct ExploredSession {
     // Refers to the session, whose load has ended, and to the settings that it was loaded with. `pieces`: of
-    // a log of several ones, the records of each.
+    // a log of several ones, the records of each. `progress`, where there is one, can end it: then it throws
+    // ExploringEnded.
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                    std::span<const RecordRange> pieces = {});
+                    std::span<const RecordRange> pieces = {}, CExploreProgress* progress = nullptr);
 
     const CCarvelotDoc& session;
     const AnalysisSettings& settings;
@@ -38,7 +40,7 @@ private:
     static Readers StartReading(const CDetailList& details);
 
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                    std::span<const RecordRange> pieces, Readers readers);
+                    std::span<const RecordRange> pieces, CExploreProgress* progress, Readers readers);
 };
 
 // What a part of it adds up to.

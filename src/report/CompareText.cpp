@@ -3,6 +3,7 @@
 #include "report/ExploreWords.h"
 #include "report/Scope.h"
 #include "report/TextTable.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <iterator>

@@ -2,6 +2,7 @@
 
 #include "report/ExploreWords.h"
 #include "report/TextTable.h"
+#include "text/NumberText.h"
 
 #include <algorithm>
 #include <ostream>
@@ -102,15 +103,6 @@ private:
         if (hasRecord && SeverityOf(finding.rule) == Severity::Error) {
             table.AddLine(NoteLine(m_details.Text(finding.records.front()), m_nWidth));
         }
-    }
-
-    // A cursor's handle tells nobody whose it is.
-    static std::string SubjectText(const Finding& finding) {
-        std::string text(ShownSubject(finding.rule, finding.subject));
-        if (finding.rule == FindingRule::CursorNotClosed) {
-            text.append(" of cache ").append(ShownSubject(finding.rule, finding.cache));
-        }
-        return text;
     }
 
     std::uint32_t LineOf(RecordIndex record) const {

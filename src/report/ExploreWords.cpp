@@ -2,10 +2,10 @@
 
 #include "records/NodeText.h"
 #include "report/TextTable.h"
+#include "text/NumberText.h"
 #include "text/TextColumns.h"
 
 #include <algorithm>
-#include <array>
 #include <ostream>
 
 namespace carvelot {
@@ -74,13 +74,7 @@ void PrintLines(const CCarvelotDoc& session, std::ostream& out) {
     out << '\n';
 }
 
-std::string_view ShownName(std::string_view name) { return TrimLeft(name, " ").empty() ? "(no name)" : name; }
-
 } // namespace
-
-std::string Counted(std::uint64_t count, std::string_view what) {
-    return Grouped(count).append(" ").append(what).append(count == 1 ? "" : "s");
-}
 
 std::string DurationText(std::int64_t microseconds) {
     return std::string(microseconds < 0 ? "-" : "").append(SecondsOf(SizeOf(microseconds)));
@@ -105,8 +99,7 @@ std::string ShareBar(std::int64_t share, std::int64_t whole) {
 }
 
 std::string NamedText(FrameKind kind, std::string_view name) {
-    constexpr std::array<std::string_view, 4> letters{"E", "F", "O", "S"};
-    return std::string(letters[static_cast<std::size_t>(kind)]).append("  ").append(ShownName(name));
+    return std::string(LetterOf(kind)).append("  ").append(ShownName(name));
 }
 
 void PrintLog(const ExploredSession& explored, const std::string& path, std::ostream& out) {
@@ -130,10 +123,6 @@ void PrintPart(const ExploreOptions& asked, std::ostream& out) {
         out << " up to " << DurationText(asked.range.to);
     }
     out << "; what asks for a look is of the whole log\n";
-}
-
-std::string_view ShownSubject(FindingRule rule, std::string_view subject) {
-    return subject.empty() && rule == FindingRule::RolledBack ? "(in no function)" : ShownName(subject);
 }
 
 std::string RuleLines(FindingRule rule, std::size_t width) {

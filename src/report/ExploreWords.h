@@ -3,6 +3,7 @@
 
 #include "explore/ExploredSession.h"
 #include "explore/Findings.h"
+#include "explore/lists/ExploreNames.h"
 #include "report/ReportOptions.h"
 
 #include <algorithm>
@@ -14,8 +15,6 @@
 
 namespace carvelot {
 
-// "1 record", "2,000 records".
-std::string Counted(std::uint64_t count, std::string_view what);
 // Seconds with three places: "12.345 s".
 std::string DurationText(std::int64_t microseconds);
 // The same with a sign: "+12.345 s".
@@ -34,8 +33,6 @@ void PrintLog(const ExploredSession& explored, const std::string& path, std::ost
 // Which part of it is told of; nothing of the whole.
 void PrintPart(const ExploreOptions& asked, std::ostream& out);
 
-// What a finding is about, or what is said of nothing.
-std::string_view ShownSubject(FindingRule rule, std::string_view subject);
 // Severity and meaning of a rule, on as many lines as the width needs.
 std::string RuleLines(FindingRule rule, std::size_t width);
 // A text below a table's row.

@@ -3,6 +3,7 @@
 #include "lists/PaneRows.h"
 #include "records/NodeText.h"
 #include "report/TextTable.h"
+#include "text/NumberText.h"
 #include "text/TextColumns.h"
 #include "trees/ThreadTree.h"
 

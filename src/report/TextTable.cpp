@@ -1,5 +1,6 @@
 #include "report/TextTable.h"
 
+#include "text/NumberText.h"
 #include "text/TextColumns.h"
 
 #include <algorithm>
@@ -18,14 +19,6 @@ std::size_t WidthOf(std::string_view text) {
 }
 
 } // namespace
-
-std::string Grouped(std::uint64_t number) {
-    std::string digits = std::to_string(number);
-    for (std::size_t at = digits.size(); at > 3; at -= 3) {
-        digits.insert(at - 3, 1, ',');
-    }
-    return digits;
-}
 
 std::string OneLine(std::string_view text, std::size_t longest) {
     const std::string valid = WithReplacements(text);

@@ -9,9 +9,6 @@
 
 namespace carvelot {
 
-// A number with a comma between each three digits.
-std::string Grouped(std::uint64_t number);
-
 // What a terminal can show in one line: no control characters, cut with an ellipsis.
 std::string OneLine(std::string_view text, std::size_t longest = 100);
 // The same where the ellipsis counts too, so that it is never longer.

@@ -21,6 +21,7 @@ template <class TRow, class... TOf> struct CListColumn {
     EAlign m_nAlign;
     std::string (*m_pfnText)(const TRow&, const TOf&...);
     SortKey (*m_pfnKey)(const TRow&, const TOf&...) = nullptr; // null: the rows do not sort by it
+    double (*m_pfnShare)(const TRow&, const TOf&...) = nullptr; // null: no bars; else see CListSource::Share
 };
 
 template <class TRow, class... TOf> using CColumnTable = std::span<const CListColumn<TRow, TOf...>>;
@@ -38,6 +39,13 @@ SortKey CellKey(CColumnTable<TRow, TOf...> columns, const TRow& row, int column,
     const auto at = static_cast<std::size_t>(column);
     return at < columns.size() && columns[at].m_pfnKey != nullptr ? columns[at].m_pfnKey(row, of...)
                                                                   : SortKey();
+}
+
+// How long the bar of a cell is.
+template <class TRow, class... TOf>
+double CellShare(CColumnTable<TRow, TOf...> columns, const TRow& row, int column, const TOf&... of) {
+    const auto at = static_cast<std::size_t>(column);
+    return at < columns.size() && columns[at].m_pfnShare != nullptr ? columns[at].m_pfnShare(row, of...) : 0;
 }
 
 // The same for rows whose type has a table of its own.

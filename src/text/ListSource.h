@@ -24,6 +24,8 @@ public:
     virtual std::size_t RowCount() const = 0;
     // The text of a cell, UTF-8.
     virtual std::string Text(std::size_t row, int column) const = 0;
+    // Of a cell with a bar behind its text: how long the bar is, from -1 to 1 of the longest; no bar at 0.
+    virtual double Share(std::size_t /*row*/, int /*column*/) const { return 0; }
     // Brings rows into ascending order by that column, or into exactly its reverse; rows that compare equal
     // keep their order. A list that does not sort leaves them where they are.
     virtual void Sort(std::vector<std::size_t>& /*listOrder*/, int /*nColumn*/, bool /*bDescending*/) const {}

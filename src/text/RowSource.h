@@ -19,6 +19,9 @@ public:
     std::string Text(std::size_t row, int column) const override {
         return CellText(m_columns, m_listRows[row], column);
     }
+    double Share(std::size_t row, int column) const override {
+        return CellShare(m_columns, m_listRows[row], column);
+    }
     void Sort(std::vector<std::size_t>& order, int column, bool descending) const override {
         SortByKey(order, descending,
                   [&](std::size_t row) { return CellKey(m_columns, m_listRows[row], column); });

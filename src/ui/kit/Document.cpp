@@ -24,13 +24,21 @@ void CDocument::SetTitle(const QString& title) {
     emit TitleChanged(title);
 }
 
-CMDIChildWnd::CMDIChildWnd(CDocument& document) : m_pDocument(&document) {
-    document.m_pFrame = this;
+CMDIChildWnd::CMDIChildWnd(CDocument& document, EWindow window) : m_pDocument(&document) {
+    if (window == EWindow::Further) {
+        document.m_listFurther.push_back(this);
+    } else {
+        document.m_pFrame = this;
+    }
     setWindowTitle(document.GetTitle());
 }
 
 CMDIChildWnd::~CMDIChildWnd() {
-    if (m_pDocument != nullptr) {
+    if (m_pDocument == nullptr) {
+        return;
+    }
+    std::erase(m_pDocument->m_listFurther, this);
+    if (m_pDocument->m_pFrame == this) {
         m_pDocument->m_pFrame = nullptr;
     }
 }
@@ -40,7 +48,19 @@ void CMDIChildWnd::CloseWindow() {
         return;
     }
     OnClose();
-    m_pDocument->OnCloseDocument();
+    if (m_pDocument->m_pFrame == this) {
+        m_pDocument->OnCloseDocument();
+    } else {
+        LeaveScreen();
+    }
+}
+
+void CMDIChildWnd::LeaveScreen() {
+    std::erase(m_pDocument->m_listFurther, this);
+    if (CMainWindow* const main = MainWindow()) {
+        main->ClientArea().RemoveChild(*this);
+    }
+    deleteLater();
 }
 
 void CMDIChildWnd::FocusLastPane() {
@@ -65,6 +85,9 @@ CDocTemplate::CDocTemplate(EMenuState menuState, QIcon icon, FDocument document,
 
 CDocTemplate::~CDocTemplate() {
     for (const auto& open : m_listDocuments) {
+        while (!open->m_listFurther.empty()) {
+            delete open->m_listFurther.back();
+        }
         delete open->m_pFrame;
     }
 }
@@ -97,11 +120,11 @@ void CDocTemplate::CloseDocument(CDocument& document) {
     open->m_pTemplate = nullptr;
     // The call may come from inside the window that goes: it leaves the screen now and memory later, always
     // before the document that its views look at.
-    if (CMDIChildWnd* frame = open->m_pFrame) {
-        if (CMainWindow* const main = MainWindow()) {
-            main->ClientArea().RemoveChild(*frame);
-        }
-        frame->deleteLater();
+    while (!open->m_listFurther.empty()) {
+        open->m_listFurther.back()->LeaveScreen();
+    }
+    if (CMDIChildWnd* const frame = open->m_pFrame) {
+        frame->LeaveScreen();
     }
     open.release()->deleteLater();
 }

@@ -47,6 +47,8 @@ public:
 
     CDocTemplate* GetDocTemplate() const { return m_pTemplate; }
     CMDIChildWnd* GetFrame() const { return m_pFrame; }
+    // The further windows that show, in the order in which they came.
+    const std::vector<CMDIChildWnd*>& FurtherWindows() const { return m_listFurther; }
 
 signals:
     void TitleChanged(const QString& title);
@@ -58,14 +60,17 @@ private:
     QString m_strPathName;
     CDocTemplate* m_pTemplate = nullptr;
     CMDIChildWnd* m_pFrame = nullptr;
+    std::vector<CMDIChildWnd*> m_listFurther;
 };
 
-// The window of one document, a tab of the main frame.
+// A window of one document, a tab of the main frame. With the document's own window the document closes; a
+// further window goes alone, and with the document at the latest.
 class CMDIChildWnd : public QWidget, public CCommandTarget {
     Q_OBJECT
 
 public:
-    explicit CMDIChildWnd(CDocument& document);
+    enum class EWindow { Own, Further };
+    explicit CMDIChildWnd(CDocument& document, EWindow window = EWindow::Own);
     ~CMDIChildWnd() override;
 
     CDocument* GetActiveDocument() const { return m_pDocument; }
@@ -84,7 +89,11 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    friend class CDocTemplate;
     friend class CTabbedClientArea;
+    // It leaves the screen now and memory later.
+    void LeaveScreen();
+
     CDocument* m_pDocument;
     QPointer<QWidget> m_pLastFocus;
 };

@@ -90,6 +90,9 @@ QVariant CListModel::data(const QModelIndex& index, int role) const {
     if (role == Qt::TextAlignmentRole) {
         return QVariant::fromValue(m_listColumns[static_cast<std::size_t>(index.column())].m_nAlign);
     }
+    if (role == kShareRole) {
+        return m_pSource->Share(SourceRow(index.row()), index.column());
+    }
     return {};
 }
 

@@ -2,40 +2,29 @@
 // own.
 #pragma once
 
-#include "text/RowSource.h"
 #include "ui/kit/DockablePane.h"
-#include "ui/kit/ListCtrl.h"
+#include "ui/kit/ListedRows.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace carvelot {
 
-// The columns are those of the row's own table. TSource is what holds the rows and makes their cells.
-template <class TRow, class TSource = CRowSource<TRow>> class CListPane : public CDockablePane {
+template <class TRow, class TSource = CRowSource<TRow>>
+class CListPane : public CDockablePane, public CListedRows<TRow, TSource> {
+    using CRows = CListedRows<TRow, TSource>;
+
 public:
-    CListCtrl& List() { return *m_pList; }
-    void ClearList() {
-        m_pList->Fill(nullptr);
-        m_rows.Clear();
-    }
+    void ClearList() { CRows::ClearRows(); }
     QWidget* MainControl() const override { return m_pList; }
 
 protected:
     // What follows the pane's title, name and size is for its source.
     template <class... TArguments>
     CListPane(const QString& title, const QString& name, QSize initial, TArguments&&... arguments)
-        : CDockablePane(title, name, initial), m_rows(std::forward<TArguments>(arguments)...) {}
+        : CDockablePane(title, name, initial), CRows(std::forward<TArguments>(arguments)...) {}
     // To be called when all that stands above the list is there: the Tab key goes on to it from there.
     void AddList() { m_pList = new CListCtrl(SpecsOf(TRow::Columns()), windowTitle(), Client()); }
-
-    // In the place of all rows.
-    template <class... TRows> void ShowRows(TRows&&... rows) {
-        ClearList();
-        m_rows.Show(std::forward<TRows>(rows)...);
-        m_pList->Fill(&m_rows);
-    }
-    std::size_t SourceRow(int row) const { return m_pList->Model().SourceRow(row); }
 
     void OnSize(int width, int height) override {
         const int top = LayOutAboveList(width);
@@ -44,8 +33,8 @@ protected:
     // Lays out what stands above the list and says where the list begins.
     virtual int LayOutAboveList(int width) { return LayOutCaption(width); }
 
-    TSource m_rows;
-    CListCtrl* m_pList = nullptr;
+    using CRows::m_pList;
+    using CRows::m_rows;
 };
 
 } // namespace carvelot

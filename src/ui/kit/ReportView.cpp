@@ -5,10 +5,12 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QStyledItemDelegate>
 #include <QToolTip>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -45,6 +47,11 @@ public:
         }
         DropTrailingBlanks(option->text);
     }
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        PaintShare(*painter, option, index.data(kShareRole).toDouble());
+        QStyledItemDelegate::paint(painter, option, index);
+    }
     // A cell that is too narrow for its text tells it below the pointer.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override {
@@ -61,6 +68,19 @@ public:
     }
 
 private:
+    // Below the text. Bars of one column start at one edge; where numbers fall and rise, what rises goes to
+    // the right of the middle.
+    static void PaintShare(QPainter& painter, const QStyleOptionViewItem& option, double share) {
+        if (share == 0) {
+            return;
+        }
+        const double length = std::min(1.0, std::abs(share)) * (option.rect.width() - 2);
+        const QRectF bar(option.rect.left() + 1.0, option.rect.top() + 1.0, std::max(1.0, length),
+                         option.rect.height() - 2.0);
+        constexpr QColor more(0xE6, 0x9F, 0x00, 110);
+        constexpr QColor less(0x00, 0x72, 0xB2, 110);
+        painter.fillRect(bar, share < 0 ? less : more);
+    }
     static void DropTrailingBlanks(QString& text) {
         while (text.endsWith(QLatin1Char(' '))) {
             text.chop(1);

@@ -6,6 +6,9 @@
 
 namespace carvelot {
 
+// Of a cell with a bar: how long it is, from -1 to 1 of the longest.
+inline constexpr int kShareRole = Qt::UserRole + 1;
+
 class CReportView : public QTreeView {
     Q_OBJECT
 
