@@ -36,6 +36,7 @@ public:
     explicit CExploreProgress(int parts = ExploreParts::kAll) : m_nParts(parts) {}
 
     void End() { m_bEnds.store(true, std::memory_order_relaxed); }
+    bool Ends() const { return m_bEnds.load(std::memory_order_relaxed); }
     // 0 to 100, never falling.
     int Percent() const { return std::min(100, m_nDone.load(std::memory_order_relaxed) * 100 / m_nParts); }
 
@@ -44,7 +45,7 @@ public:
         if (m_nChecksLeft.fetch_sub(1, std::memory_order_relaxed) == 1) {
             End();
         }
-        if (m_bEnds.load(std::memory_order_relaxed)) {
+        if (Ends()) {
             throw ExploringEnded();
         }
     }
