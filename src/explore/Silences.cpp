@@ -1,4 +1,5 @@
-// Silences: nothing was written by a stream for longer than the threshold while a function was open.
+#include "explore/Silences.h"
+
 #include "explore/FindingRules.h"
 #include "explore/OpenFunctions.h"
 
@@ -26,16 +27,16 @@ std::int64_t ShortestSilence(float threshold) {
 
 } // namespace
 
-void FindSilences(const ExploredSession& explored, FindingList& findings) {
+void ForEachSilence(const ExploredSession& explored, const std::function<void(const Silence&)>& take) {
     constexpr std::int64_t none = std::numeric_limits<std::int64_t>::min();
     const std::int64_t shortest = ShortestSilence(explored.settings.m_fThreshold);
     std::vector<std::int64_t> times(explored.streams.Count(), none);
     COpenFunctions functions(explored.frames, explored.streams);
-    CFindingsByNumber perFunction(FindingRule::SilenceInCall, findings);
     const auto count = static_cast<std::uint32_t>(explored.session.m_listDetails.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         const RecordIndex record{i};
-        std::int64_t& time = times[explored.streams.Of(record)];
+        const std::uint32_t stream = explored.streams.Of(record);
+        std::int64_t& time = times[stream];
         const std::int64_t before = time;
         time = std::max(time, explored.clock[record]);
         if (before == none || time - before < shortest) {
@@ -43,13 +44,20 @@ void FindSilences(const ExploredSession& explored, FindingList& findings) {
         }
         const std::uint32_t function = functions.AheadOf(record);
         if (function != kNoFrame) {
-            const std::uint32_t key = explored.frames[function].key;
-            Finding& finding = perFunction.At(key, [&] { return explored.frames.Keys().Name(key); });
-            ++finding.count;
-            finding.cost = AddTimes(finding.cost, time - before);
-            finding.AddRecord(record);
+            take({stream, record, function, before, time});
         }
     }
+}
+
+void FindSilences(const ExploredSession& explored, FindingList& findings) {
+    CFindingsByNumber perFunction(FindingRule::SilenceInCall, findings);
+    ForEachSilence(explored, [&](const Silence& silence) {
+        const std::uint32_t key = explored.frames[silence.function].key;
+        Finding& finding = perFunction.At(key, [&] { return explored.frames.Keys().Name(key); });
+        ++finding.count;
+        finding.cost = AddTimes(finding.cost, silence.Total());
+        finding.AddRecord(silence.record);
+    });
 }
 
 } // namespace carvelot
