@@ -31,7 +31,6 @@ constexpr std::array<Month, 12> kMonths = {{{"Jan", 31},
                                             {"Oct", 31},
                                             {"Nov", 30},
                                             {"Dec", 31}}};
-constexpr std::size_t kFebruary = 1;
 constexpr std::int64_t kFeb29 = 59; // days are numbered by a leap year until the whole log is seen
 
 // What a context's month says.
@@ -80,25 +79,6 @@ CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
         behind = piece.end;
     }
     clearUpTo(m_nRecords);
-}
-
-WallTime CClock::At(std::int64_t clock) const {
-    if (!m_firstRecord) {
-        return {{}, 0, 0, clock};
-    }
-    const std::int64_t wall = m_nFirstStamp % kDay + clock;
-    const std::int64_t days = wall / kDay - (wall % kDay < 0 ? 1 : 0);
-    const std::int64_t year = m_bLeapYear ? 366 : 365;
-    const std::int64_t firstDay = m_nFirstStamp / kDay;
-    std::int64_t day = (firstDay - (firstDay > kFeb29 && !m_bLeapYear ? 1 : 0) + days % year + year) % year;
-    std::size_t month = 0;
-    const auto length = [&] {
-        return std::int64_t{kMonths[month].days} - (month == kFebruary && !m_bLeapYear ? 1 : 0);
-    };
-    for (; day >= length(); ++month) {
-        day -= length();
-    }
-    return {kMonths[month].name, static_cast<std::int32_t>(day + 1), days, wall - days * kDay};
 }
 
 void CClock::ReadStamps(const CDetailList& details) {

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <optional>
 #include <span>
-#include <string_view>
 
 namespace carvelot {
 
@@ -16,14 +15,6 @@ namespace carvelot {
 struct RecordRange {
     std::uint32_t first = 0;
     std::uint32_t end = 0;
-};
-
-// A time as a log's stamps tell it.
-struct WallTime {
-    std::string_view month; // "Jan"; empty in a log without stamps
-    std::int32_t day = 0;
-    std::int64_t daysBehind = 0;   // since the day of the first record
-    std::int64_t microseconds = 0; // since midnight; in a log without stamps the clock
 };
 
 // Microseconds between two times. Beyond what 64 bits hold, sums of times stay at the most that they hold.
@@ -44,8 +35,6 @@ public:
     bool IsLeapYear() const { return m_bLeapYear; }
     // The largest clock, 0 without records.
     std::int64_t Length() const { return m_nLength; }
-    // What a watch showed at a clock that went on from the first record.
-    WallTime At(std::int64_t clock) const;
 
 private:
     void ReadStamps(const CDetailList& details);

@@ -1,7 +1,6 @@
 #include "explore/pictures/TimeAxis.h"
 
 #include <array>
-#include <cstdio>
 #include <optional>
 
 namespace carvelot {
@@ -15,13 +14,18 @@ constexpr std::int64_t kHour = 60 * kMinute;
 constexpr std::int64_t kDay = 24 * kHour;
 constexpr std::size_t kMostMarks = 1000;
 
-std::string DateText(const WallTime& time) {
-    return std::string(time.month).append(" ").append(std::to_string(time.day));
+// What a mark of such a step has to tell.
+std::string TimeText(const CWallClock& wall, std::int64_t clock, std::int64_t step) {
+    if (step >= kMinute) {
+        return wall.TimeOfDay(clock, 0).substr(0, 5);
+    }
+    return wall.TimeOfDay(clock, step >= kSecond ? 0 : step >= kMillisecond ? 3 : 6);
 }
 
 } // namespace
 
-CTimeAxis::CTimeAxis(const CClock& clock) : m_clock(clock) {}
+CTimeAxis::CTimeAxis(const ExploredSession& explored)
+    : m_wall(explored), m_bOneDay(m_wall.DayNumber(0) == m_wall.DayNumber(explored.clock.Length())) {}
 
 std::int64_t CTimeAxis::StepOf(double microseconds) {
     constexpr std::array<std::int64_t, 3> round{1, 2, 5};
@@ -53,38 +57,20 @@ std::int64_t CTimeAxis::StepOf(double microseconds) {
     return decimal(kDay, 1'000'000 * kDay).value_or(10'000'000 * kDay);
 }
 
-std::string CTimeAxis::TimeOfDay(const WallTime& time, std::int64_t step) const {
-    const auto part = [&time](std::int64_t unit, std::int64_t most) {
-        return static_cast<int>(time.microseconds / unit % most);
-    };
-    const auto hours = static_cast<long long>(time.microseconds / kHour);
-    char text[64];
-    const int length =
-        std::snprintf(text, sizeof text, time.month.empty() ? "%lld:%02d:%02d.%06d" : "%02lld:%02d:%02d.%06d",
-                      hours, part(kMinute, 60), part(kSecond, 60), part(1, kSecond));
-    const int unsaid = step >= kMinute ? 10 : step >= kSecond ? 7 : step >= kMillisecond ? 3 : 0;
-    return {text, static_cast<std::size_t>(length - (time.month.empty() && step >= kMinute ? 7 : unsaid))};
-}
-
 std::vector<TimeMark> CTimeAxis::Marks(std::int64_t from, std::int64_t to, std::int64_t step) const {
     std::vector<TimeMark> marks;
-    const WallTime begin = m_clock.At(from);
-    // Steps count from midnight on, those of days from the first day on.
-    const std::int64_t inDays = step > kDay ? begin.daysBehind * kDay : 0;
-    const std::int64_t into = (begin.microseconds + inDays) % step;
+    // Steps count from the first day's midnight on.
+    const std::int64_t into = m_wall.SinceMidnight(from) % step;
     std::int64_t clock = from + (into == 0 ? 0 : (into < 0 ? 0 : step) - into);
-    const bool hasDates = !begin.month.empty();
-    const bool isOfOneDay = m_clock.At(0).daysBehind == m_clock.At(m_clock.Length()).daysBehind;
-    std::int64_t day = isOfOneDay ? begin.daysBehind : begin.daysBehind - 1; // the one told last
+    std::int64_t day = m_wall.DayNumber(clock) - (m_bOneDay ? 0 : 1); // the one told last
     for (; clock <= to && marks.size() < kMostMarks; clock += step) {
-        const WallTime time = m_clock.At(clock);
         std::string text;
-        if (hasDates && (step >= kDay || time.daysBehind != day)) {
-            text = DateText(time);
-            day = time.daysBehind;
+        if (step >= kDay || m_wall.DayNumber(clock) != day) {
+            text = m_wall.Day(clock);
+            day = m_wall.DayNumber(clock);
         }
-        if (!hasDates || step < kDay) {
-            text.append(text.empty() ? "" : " ").append(TimeOfDay(time, step));
+        if (step < kDay || text.empty()) {
+            text.append(text.empty() ? "" : " ").append(TimeText(m_wall, clock, step));
         }
         marks.push_back({clock, std::move(text)});
     }
@@ -92,9 +78,8 @@ std::vector<TimeMark> CTimeAxis::Marks(std::int64_t from, std::int64_t to, std::
 }
 
 std::string CTimeAxis::Text(std::int64_t clock) const {
-    const WallTime time = m_clock.At(clock);
-    const std::string text = TimeOfDay(time, 1);
-    return time.month.empty() ? text : DateText(time).append(" ").append(text);
+    const std::string day = m_wall.Day(clock);
+    return day.empty() ? m_wall.TimeOfDay(clock) : day + ' ' + m_wall.TimeOfDay(clock);
 }
 
 } // namespace carvelot

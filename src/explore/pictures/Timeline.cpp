@@ -10,7 +10,7 @@ namespace carvelot {
 CTimeline::CTimeline(const ExploredSession& explored, std::span<const Finding> findings,
                      CExploreProgress* progress)
     : m_explored(explored), m_findings(findings), m_rows(explored.frames, explored.streams), m_levels(m_rows),
-      m_axis(explored.clock), m_nFrom(FirstTime()), m_nTo(std::max(explored.clock.Length(), m_nFrom + 1)),
+      m_axis(explored), m_nFrom(FirstTime()), m_nTo(std::max(explored.clock.Length(), m_nFrom + 1)),
       m_activity(m_rows, m_nFrom, m_nTo), m_silences(explored.streams.Count()),
       m_depths(explored.streams.Count()), m_streamActivity(explored.streams.Count(), 0) {
     if (progress != nullptr) {

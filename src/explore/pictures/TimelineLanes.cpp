@@ -13,7 +13,7 @@ constexpr double kBetween = 5; // pixels between two lanes
 
 CTimelineLanes::CTimelineLanes(const CTimeline& timeline)
     : m_timeline(timeline), m_byActivity(timeline.Rows().StreamCount()), m_isFolded(m_byActivity.size(), 0),
-      m_nFrom(timeline.From()), m_nTo(timeline.To()) {
+      m_isInScope(m_byActivity.size(), 1), m_nFrom(timeline.From()), m_nTo(timeline.To()) {
     std::iota(m_byActivity.begin(), m_byActivity.end(), 0U);
     std::stable_sort(m_byActivity.begin(), m_byActivity.end(), [&](std::uint32_t one, std::uint32_t other) {
         return timeline.ActivityOf(one) > timeline.ActivityOf(other);
@@ -50,6 +50,13 @@ void CTimelineLanes::SetRowHeight(double height) {
     Arrange();
 }
 
+void CTimelineLanes::SetScope(const Selection& scope) {
+    for (std::uint32_t stream = 0; stream < m_isInScope.size(); ++stream) {
+        m_isInScope[stream] = m_timeline.Explored().streams.IsIn(stream, scope) ? 1 : 0;
+    }
+    Arrange();
+}
+
 void CTimelineLanes::SetSpan(std::int64_t from, std::int64_t to) {
     m_nFrom = from;
     m_nTo = to;
@@ -68,7 +75,7 @@ void CTimelineLanes::Arrange() {
     m_height = 0;
     for (std::uint32_t i = 0; i < m_isFolded.size(); ++i) {
         const std::uint32_t stream = m_bByActivity ? m_byActivity[i] : i;
-        if (m_bHidesIdle && IsIdle(stream)) {
+        if (m_isInScope[stream] == 0 || (m_bHidesIdle && IsIdle(stream))) {
             continue;
         }
         const std::uint32_t rows = IsFolded(stream) ? 1 : m_timeline.Depth(stream);

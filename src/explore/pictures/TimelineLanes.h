@@ -38,6 +38,9 @@ public:
     void HideIdle(bool hides);
     double RowHeight() const { return m_rowHeight; }
     void SetRowHeight(double height); // taken into what is allowed
+    // Only the streams of a part of the log.
+    void SetScope(const Selection& scope);
+    bool IsInScope(std::uint32_t stream) const { return m_isInScope[stream] != 0; }
     // Of two spans the idle ones may be others.
     void SetSpan(std::int64_t from, std::int64_t to);
 
@@ -55,6 +58,7 @@ private:
     const CTimeline& m_timeline;
     std::vector<std::uint32_t> m_byActivity;
     std::vector<std::uint8_t> m_isFolded; // by stream
+    std::vector<std::uint8_t> m_isInScope;
     bool m_bByActivity = false;
     bool m_bHidesIdle = false;
     double m_rowHeight = 18;

@@ -6,13 +6,14 @@
 
 namespace carvelot {
 
-class CTimelinePicture {
+class CTimelinePicture final : public IPicture {
 public:
     // Refers to the view.
     CTimelinePicture(const CTimelineView& view, const PictureGround& ground)
         : m_view(view), m_ground(ground) {}
 
-    void Draw(ICanvas& canvas) const {
+    PictureSize Size() const override { return {m_view.Whole().width, m_view.Whole().height}; }
+    void Draw(ICanvas& canvas) const override {
         DrawStill(canvas);
         DrawMarks(canvas);
     }

@@ -157,6 +157,11 @@ void CTimelineView::HideIdle(bool hides) {
     Settle();
 }
 
+void CTimelineView::SetScope(const Selection& scope) {
+    m_lanes.SetScope(scope);
+    Settle();
+}
+
 CTimelineView::Columns CTimelineView::ColumnsOf(std::int64_t start, std::int64_t end) const {
     // What starts with the log's end shows, too.
     const double last = std::floor(XOf(m_timeline.To())) - 1;
@@ -412,10 +417,13 @@ std::uint32_t CTimelineView::NextMatch(bool forward) const {
     }
     // From none to the first or the last one.
     std::uint32_t frame = m_selected != kNoFrame ? m_selected : forward ? count - 1 : 0;
-    do {
+    for (std::uint32_t looked = 0; looked < count; ++looked) {
         frame = forward ? (frame + 1) % count : (frame + count - 1) % count;
-    } while (!IsMatch(frames[frame].key));
-    return frame;
+        if (IsMatch(frames[frame].key) && m_lanes.IsInScope(m_timeline.Rows().StreamOf(frame))) {
+            return frame;
+        }
+    }
+    return kNoFrame;
 }
 
 } // namespace carvelot

@@ -81,6 +81,7 @@ public:
     void FoldAll(bool folded);
     void SortByActivity(bool sorts);
     void HideIdle(bool hides);
+    void SetScope(const Selection& scope);
 
     // What lies at a point. What is narrower than a pixel takes one.
     Hit At(PicturePoint point) const;

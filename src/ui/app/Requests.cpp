@@ -7,6 +7,7 @@
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/OverviewFrame.h"
+#include "ui/explore/TimelineFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
@@ -66,6 +67,7 @@ template <class TFrame> void AddExploreWindow(CSessionDocument& document, CExplo
 void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
     QObject::connect(&document, &CSessionDocument::RecordsGo, &exploration, &CExploration::EndWithRecords);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &exploration, &CExploration::TakeNewRecords);
     QObject::connect(&document, &CSessionDocument::SelectionChanged, &exploration,
