@@ -5,6 +5,7 @@
 #include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/OverviewFrame.h"
 #include "ui/explore/TimelineFrame.h"
@@ -64,10 +65,29 @@ template <class TFrame> void AddExploreWindow(CSessionDocument& document, CExplo
         id, [&document, &exploration, id] { ShowExploreWindow<TFrame>(document, exploration, id); });
 }
 
+IPicture* PictureInFront() {
+    const CMainFrame* const main = MainFrame();
+    auto* const frame = main != nullptr ? dynamic_cast<CExploreFrame*>(main->ActiveChild()) : nullptr;
+    return frame != nullptr ? frame->Picture() : nullptr;
+}
+
+void SavePictureInFront() {
+    if (const IPicture* const picture = PictureInFront()) {
+        const CMDIChildWnd& window = *MainFrame()->ActiveChild();
+        SavePicture(*picture, window.windowTitle(), window.font());
+    }
+}
+
 void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
+    auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
     AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
+    document.AddCommand(
+        ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
+        [&profileExport] { return !profileExport.IsRunning(); });
+    document.AddCommand(ID_EXPLORE_SAVE_PICTURE, &SavePictureInFront,
+                        [] { return PictureInFront() != nullptr; });
     QObject::connect(&document, &CSessionDocument::RecordsGo, &exploration, &CExploration::EndWithRecords);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &exploration, &CExploration::TakeNewRecords);
     QObject::connect(&document, &CSessionDocument::SelectionChanged, &exploration,
