@@ -8,6 +8,7 @@
 #include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/OverviewFrame.h"
+#include "ui/explore/TimelineFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
@@ -81,6 +82,7 @@ void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
     document.AddCommand(
         ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
         [&profileExport] { return !profileExport.IsRunning(); });
