@@ -28,8 +28,8 @@ set(CARVELOT_ROOMS
     "ui/live         | ui/kit live                          | Qt6::Widgets"
     "ui/cachebrowser | ui/kit cachebrowser                  | Qt6::Widgets"
     "ui/tools        | ui/kit tools                         | Qt6::Widgets"
-#    "ui/explore      | ui/kit explore/pictures               | Qt6::Widgets"
-    "ui/app          | ui/session ui/live ui/cachebrowser ui/tools | Qt6::Widgets")
+    "ui/explore      | ui/kit explore/pictures               | Qt6::Widgets"
+    "ui/app          | ui/session ui/live ui/cachebrowser ui/tools ui/explore | Qt6::Widgets")
 
 # carvelot_rooms_read(): CARVELOT_ROOM_NAMES in the table's order, and for each CARVELOT_USES_<room> (itself and all below
 # it) and CARVELOT_LIBRARIES_<room>. A room can only use what stands above it in the table, so there is no circle.

@@ -31,6 +31,8 @@ public:
     std::int64_t operator[](RecordIndex record) const { return m_clocks[Number(record)]; }
     // The record with which time begins; none in a log without stamps.
     std::optional<RecordIndex> FirstRecord() const { return m_firstRecord; }
+    // Whether a stamp names a Feb 29.
+    bool IsLeapYear() const { return m_bLeapYear; }
     // The largest clock, 0 without records.
     std::int64_t Length() const { return m_nLength; }
 

@@ -24,6 +24,8 @@ public:
     const CThread* Thread() const { return As<const CThread*>(); }
     const CJASUser* User() const { return As<const CJASUser*>(); }
 
+    bool operator==(const Selection&) const = default;
+
     // The analyses of what is selected; null with nothing.
     const CBSFNAnalysis* Functions() const {
         return Of<const CBSFNAnalysis*>([](const auto& owner) { return &owner.m_pBSFNAnalysis; });

@@ -22,6 +22,25 @@ constexpr CCommandInfo kCommands[] = {
     {ID_SESSION_CLEAR_DEBUG_FILE, "Session", "Clear Debug File", "Clear Debug File\nClear", ""},
     {ID_SESSION_OPEN_AS_TEXT, "Session", "Open as Text", "Open Current Session in Text Editor\nOpen as Text",
      ""},
+    {ID_EXPLORE_OVERVIEW, "Explore", "&Overview", "Tell what the log is and where its time went\nOverview",
+     "Ctrl+E"},
+    {ID_EXPLORE_TIMELINE, "Explore", "&Timeline", "Show calls and statements over time\nTimeline", ""},
+    {ID_EXPLORE_CALL_PROFILE, "Explore", "Call &Profile",
+     "Show what each function took, and who called it\nCall Profile", ""},
+    {ID_EXPLORE_FLAME_GRAPH, "Explore", "&Flame Graph", "Show the tree of all calls by time\nFlame Graph",
+     ""},
+    {ID_EXPLORE_STATEMENTS, "Explore", "&SQL Statements",
+     "Show statements that differ in their values only\nSQL Statements", ""},
+    {ID_EXPLORE_FINDINGS, "Explore", "F&indings", "Show what asks for a look\nFindings", ""},
+    {ID_EXPLORE_NEXT_FINDING, "Explore", "&Next Finding", "Go to the next record of a finding\nNext Finding",
+     "F4"},
+    {ID_EXPLORE_PREVIOUS_FINDING, "Explore", "Pre&vious Finding",
+     "Go back to the previous record of a finding\nPrevious Finding", "Shift+F4"},
+    {ID_EXPLORE_COMPARE, "Explore", "&Compare With...", "Compare with another log\nCompare", ""},
+    {ID_EXPLORE_EXPORT_PROFILE, "Explore", "&Export Profile...",
+     "Write the profile as a file for another tool\nExport Profile", ""},
+    {ID_EXPLORE_SAVE_PICTURE, "Explore", "S&ave Picture...", "Save what is shown as a picture\nSave Picture",
+     ""},
     {ID_CACHE_DEFINE_STRUCTURE, "Cache", "Define Structure",
      "Define Cache Columns and Structure\nDefine Cache", ""},
     {ID_CACHE_REFRESH_DATA, "Cache", "Refresh Data", "Refresh Cache Data\nRefresh", ""},
@@ -90,7 +109,7 @@ constexpr int kBasicCommands[] = {ID_FILE_NEW,
                                   ID_APPLOOK_WINDOWS_7};
 
 constexpr EMenu kNoWindowMenus[] = {EMenu::File, EMenu::Tools, EMenu::View, EMenu::Help};
-constexpr EMenu kSessionMenus[] = {EMenu::File, EMenu::Session, EMenu::Tools,
+constexpr EMenu kSessionMenus[] = {EMenu::File, EMenu::Session, EMenu::Explore, EMenu::Tools,
                                    EMenu::View, EMenu::Window,  EMenu::Help};
 constexpr EMenu kCacheMenus[] = {EMenu::File, EMenu::Cache,  EMenu::Tools,
                                  EMenu::View, EMenu::Window, EMenu::Help};
@@ -131,6 +150,8 @@ std::string_view MenuText(EMenu menu) {
         return "&File";
     case EMenu::Session:
         return "&Session";
+    case EMenu::Explore:
+        return "&Explore";
     case EMenu::Cache:
         return "&Cache";
     case EMenu::Tools:

@@ -52,6 +52,17 @@ enum ECommand : int {
     ID_WINDOW_PREV_PANE,
     ID_VIEW_TOOLBAR,
     ID_VIEW_STATUS_BAR,
+    ID_EXPLORE_OVERVIEW,
+    ID_EXPLORE_TIMELINE,
+    ID_EXPLORE_CALL_PROFILE,
+    ID_EXPLORE_FLAME_GRAPH,
+    ID_EXPLORE_STATEMENTS,
+    ID_EXPLORE_FINDINGS,
+    ID_EXPLORE_NEXT_FINDING,
+    ID_EXPLORE_PREVIOUS_FINDING,
+    ID_EXPLORE_COMPARE,
+    ID_EXPLORE_EXPORT_PROFILE,
+    ID_EXPLORE_SAVE_PICTURE,
     ID_FILE_NEW = 57600,
     ID_FILE_OPEN,
     ID_FILE_CLOSE,
@@ -90,7 +101,7 @@ std::string_view ToolTip(const CCommandInfo& command);
 // Which menu the window shows: it follows the document window in front.
 enum class EMenuState { NoWindow, Session, Cache };
 
-enum class EMenu { File, Session, Cache, Tools, View, Window, Help };
+enum class EMenu { File, Session, Explore, Cache, Tools, View, Window, Help };
 std::span<const EMenu> MenusOf(EMenuState state);
 std::string_view MenuText(EMenu menu);
 

@@ -60,4 +60,17 @@ public:
     virtual void EndClip() = 0;
 };
 
+struct PictureSize {
+    double width = 0;
+    double height = 0;
+};
+
+// A picture as a file takes it: whole, at its own size.
+class IPicture {
+public:
+    virtual ~IPicture() = default;
+    virtual PictureSize Size() const = 0;
+    virtual void Draw(ICanvas& canvas) const = 0;
+};
+
 } // namespace carvelot

@@ -35,6 +35,18 @@ CFrameMenus::CFrameMenus(CMainFrame& frame) : m_frame(frame) {
         session->AddCommand(*m_frame.CommandAction(id));
     }
 
+    CPersonalMenu* explore = AddMenu(EMenu::Explore);
+    for (const int id : {ID_EXPLORE_OVERVIEW, ID_EXPLORE_TIMELINE, ID_EXPLORE_CALL_PROFILE,
+                         ID_EXPLORE_FLAME_GRAPH, ID_EXPLORE_STATEMENTS, ID_EXPLORE_FINDINGS, ID_SEPARATOR,
+                         ID_EXPLORE_NEXT_FINDING, ID_EXPLORE_PREVIOUS_FINDING, ID_SEPARATOR,
+                         ID_EXPLORE_COMPARE, ID_EXPLORE_EXPORT_PROFILE, ID_EXPLORE_SAVE_PICTURE}) {
+        if (id == ID_SEPARATOR) {
+            explore->addSeparator();
+        } else {
+            explore->AddCommand(*m_frame.CommandAction(id));
+        }
+    }
+
     CPersonalMenu* cache = AddMenu(EMenu::Cache);
     for (const int id : {ID_CACHE_DEFINE_STRUCTURE, ID_CACHE_REFRESH_DATA}) {
         cache->AddCommand(*m_frame.CommandAction(id));

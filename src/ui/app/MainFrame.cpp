@@ -163,6 +163,8 @@ void CMainFrame::ShowEditMenu(const QPoint& screen) { m_pMenus->ShowEditMenu(scr
 
 void CMainFrame::ShowProgress(int percent) { m_pStatusBar->ShowProgress(percent); }
 
+void CMainFrame::ShowRange(const QString& text) { m_pStatusBar->ShowRange(text); }
+
 CMenuHabits& CMainFrame::MenuHabits() { return m_pMenus->Habits(); }
 
 void CMainFrame::RestoreDefaultLayout() {

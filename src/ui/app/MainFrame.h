@@ -46,6 +46,7 @@ public:
     void SaveState() const;
     void ShowEditMenu(const QPoint& screen) override;
     void ShowProgress(int percent) override;
+    void ShowRange(const QString& text) override;
 
     QAction* CommandAction(int id) const override;
     bool RunCommand(int id);

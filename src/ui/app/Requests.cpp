@@ -5,9 +5,14 @@
 #include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/ExploreFrame.h"
+#include "ui/explore/OverviewFrame.h"
+#include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
+#include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/session/ChildFrame.h"
 #include "ui/session/SessionDocument.h"
 
 #include <QApplication>
@@ -29,6 +34,47 @@ public:
     CBusyCursor(const CBusyCursor&) = delete;
     CBusyCursor& operator=(const CBusyCursor&) = delete;
 };
+
+// Explore's windows of one kind: a session has one of it.
+template <class TFrame>
+void ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id) {
+    CMainFrame* const main = MainFrame();
+    if (main == nullptr) {
+        return;
+    }
+    for (CMDIChildWnd* const window : document.FurtherWindows()) {
+        if (dynamic_cast<TFrame*>(window) != nullptr) {
+            main->ClientArea().Activate(*window);
+            return;
+        }
+    }
+    auto* const made = new TFrame(exploration);
+    QObject::connect(made, &CExploreFrame::CameToFront, &document, [&document] {
+        // The shared panes show the session of the window in front.
+        if (CMDIChildWnd* const own = document.GetFrame()) {
+            own->OnSetFocus();
+        }
+    });
+    main->ClientArea().AddChild(*made, CommandIcon(id));
+}
+
+template <class TFrame> void AddExploreWindow(CSessionDocument& document, CExploration& exploration, int id) {
+    document.AddCommand(
+        id, [&document, &exploration, id] { ShowExploreWindow<TFrame>(document, exploration, id); });
+}
+
+void ConnectExplore(CSessionDocument& document) {
+    auto& exploration = *new CExploration(document, document.Session(), Settings());
+    AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    QObject::connect(&document, &CSessionDocument::RecordsGo, &exploration, &CExploration::EndWithRecords);
+    QObject::connect(&document, &CSessionDocument::RecordsCame, &exploration, &CExploration::TakeNewRecords);
+    QObject::connect(&document, &CSessionDocument::SelectionChanged, &exploration,
+                     &CExploration::TakeSessionSelection);
+    QObject::connect(&document, &CSessionDocument::RecordSelected, &exploration,
+                     [&exploration](RecordIndex record) { exploration.Select(record); });
+    QObject::connect(&exploration, &CExploration::RecordWanted, &document,
+                     [&document](RecordIndex record) { document.Session().ShowDetail(record); });
+}
 
 } // namespace
 
@@ -111,6 +157,7 @@ void ConnectRequests(CMainFrame& frame) {
 }
 
 void ConnectRequests(CSessionDocument& document) {
+    ConnectExplore(document);
     // A log that was opened by hand is a recent file.
     QObject::connect(&document, &CSessionDocument::Opened, &document,
                      [](const QString& path) { theApp().AddToRecentFileList(path); });

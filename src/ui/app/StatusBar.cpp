@@ -1,11 +1,13 @@
 #include "ui/app/StatusBar.h"
 
+#include "ui/kit/PlainText.h"
+
 #include <QLabel>
 #include <QProgressBar>
 
 namespace carvelot {
 
-CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBar) {
+CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBar), m_pRange(PlainLabel()) {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long text makes the window no wider
     m_pProgress->setRange(0, 100);
     m_pProgress->setMaximumWidth(180);
@@ -16,8 +18,16 @@ CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBa
     bitness->setObjectName(QStringLiteral("Bitness"));
     bitness->setAccessibleName(tr("Build"));
     bitness->setContentsMargins(10, 0, 10, 0);
+    m_pRange->setAccessibleName(tr("Range"));
+    m_pRange->hide();
+    addPermanentWidget(m_pRange);
     addPermanentWidget(m_pProgress);
     addPermanentWidget(bitness);
+}
+
+void CStatusBar::ShowRange(const QString& text) {
+    m_pRange->setText(text);
+    m_pRange->setVisible(!text.isEmpty());
 }
 
 void CStatusBar::ShowProgress(int percent) {

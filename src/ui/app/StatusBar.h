@@ -3,6 +3,7 @@
 
 #include <QStatusBar>
 
+class QLabel;
 class QProgressBar;
 
 namespace carvelot {
@@ -13,9 +14,12 @@ public:
 
     // 0 to 100, painted at once. Below 0 hides it.
     void ShowProgress(int percent);
+    // Which range of time is looked at; an empty text hides it.
+    void ShowRange(const QString& text);
 
 private:
     QProgressBar* m_pProgress;
+    QLabel* m_pRange;
 };
 
 } // namespace carvelot

@@ -31,6 +31,8 @@ public:
     virtual void ShowEditMenu(const QPoint& screen) = 0;
     // Progress of long work in the status bar, 0 to 100; it is painted at once. Below 0 hides it.
     virtual void ShowProgress(int percent) = 0;
+    // Which range of time is looked at; an empty text hides it.
+    virtual void ShowRange(const QString& text) = 0;
 
 protected:
     // From here on there is no main window: it goes.

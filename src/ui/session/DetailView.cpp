@@ -122,8 +122,12 @@ void CDetailView::SetFocusToTree() {
 }
 
 void CDetailView::OnSelectionChanged() {
+    const CDetailTree::Node node = m_model.Node(SelectedIndex());
     if (CSessionPanes* const panes = SessionPanes()) {
-        panes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(m_model.Node(SelectedIndex()))));
+        panes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(node)));
+    }
+    if (node != CDetailTree::kRoot && m_tree.Record(node) != kNoRecord) {
+        emit m_document.RecordSelected(m_tree.Record(node));
     }
 }
 

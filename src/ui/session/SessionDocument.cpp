@@ -15,6 +15,7 @@ CSessionDocument::CSessionDocument(PendingStatement& pending)
 }
 
 CSessionDocument::~CSessionDocument() {
+    emit RecordsGo();
     // Close All asks no window: what the panes still show of this session lets go of its records here.
     if (CSessionPanes* const panes = SessionPanes()) {
         panes->LetGo(m_session);

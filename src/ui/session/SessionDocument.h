@@ -2,6 +2,7 @@
 #pragma once
 
 #include "session/CarvelotDoc.h"
+#include "session/Selection.h"
 #include "ui/kit/Document.h"
 #include "ui/session/SessionHost.h"
 
@@ -27,6 +28,13 @@ public:
 signals:
     // The log was opened by hand: it belongs among the recent files.
     void Opened(const QString& path);
+    // To be obeyed at once: the records go next.
+    void RecordsGo();
+    // A load has ended, and the trees are there.
+    void RecordsCame();
+    // What is selected among processes, threads and users, and among the records shown.
+    void SelectionChanged(const Selection& selection);
+    void RecordSelected(RecordIndex record);
 
 private:
     CSessionHost m_host;

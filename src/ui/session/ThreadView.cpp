@@ -39,7 +39,7 @@ CThreadView::~CThreadView() {
 }
 
 void CThreadView::ClearTree() {
-    // The records go next.
+    emit m_document.RecordsGo();
     if (CSessionPanes* const panes = SessionPanes()) {
         panes->LetGo(m_document.Session());
     }
@@ -51,12 +51,14 @@ void CThreadView::FillProcessTree() {
     m_model.ShowProcesses();
     expandAll();
     setUpdatesEnabled(true);
+    emit m_document.RecordsCame();
 }
 
 void CThreadView::FillUserTree() {
     setUpdatesEnabled(false);
     m_model.ShowUsers();
     setUpdatesEnabled(true);
+    emit m_document.RecordsCame();
 }
 
 bool CThreadView::IsProcessSelected(std::uint32_t processID) const {
@@ -83,6 +85,7 @@ void CThreadView::OnSelectionChanged() {
     }
     details->Show(selection);
     RefreshPanes();
+    emit m_document.SelectionChanged(selection);
 }
 
 void CThreadView::RefreshPanes() {
