@@ -1,7 +1,7 @@
 #include "explore/lists/ComparedRows.h"
 
 #include "explore/lists/ExploreNames.h"
-#include "explore/lists/FindingRows.h"
+#include "explore/lists/FindingSentence.h"
 #include "explore/lists/ListTexts.h"
 
 #include <algorithm>

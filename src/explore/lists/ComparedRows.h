@@ -14,12 +14,14 @@ namespace carvelot {
 // "both", or which log alone has it: "base alone", "log alone".
 std::string_view PresenceText(ComparedPresence in);
 
-// A row's bar is that of its difference of total (of a finding: of cost) against the largest one.
+// A row's columns are those of its differences, of the base (IsOfBase) or of the log. Its bar is that of its
+// difference of total (of a finding: of cost) against the largest one.
 struct ComparedFunctionRow {
     ComparedFunction m_compared;
     double m_fShare = 0;
 
     enum { DIFFERENCE, BASE, LOG, IN, KIND, NAME, CALLS, BASE_CALLS, LOG_CALLS, SELF, BASE_SELF, LOG_SELF };
+    static bool IsOfBase(int column) { return column == BASE || column == BASE_CALLS || column == BASE_SELF; }
     static CColumnTable<ComparedFunctionRow> Columns();
 };
 
@@ -28,6 +30,7 @@ struct ComparedShapeRow {
     double m_fShare = 0;
 
     enum { DIFFERENCE, BASE, LOG, IN, COUNT, BASE_COUNT, LOG_COUNT, LONGEST, SHAPE };
+    static bool IsOfBase(int column) { return column == BASE || column == BASE_COUNT; }
     static CColumnTable<ComparedShapeRow> Columns();
 };
 
@@ -36,6 +39,7 @@ struct ComparedFindingRow {
     double m_fShare = 0;
 
     enum { DIFFERENCE, BASE, LOG, IN, COUNT, BASE_COUNT, LOG_COUNT, SEVERITY, SUBJECT, MEANING };
+    static bool IsOfBase(int column) { return column == BASE || column == BASE_COUNT; }
     static CColumnTable<ComparedFindingRow> Columns();
 };
 

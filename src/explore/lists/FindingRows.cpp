@@ -1,11 +1,11 @@
 #include "explore/lists/FindingRows.h"
 
 #include "explore/lists/ExploreNames.h"
+#include "explore/lists/FindingSentence.h"
 #include "explore/lists/ListTexts.h"
 #include "text/Release.h"
 
 #include <algorithm>
-#include <array>
 
 namespace carvelot {
 
@@ -13,22 +13,34 @@ namespace {
 
 Severity SeverityOfRow(const FindingRow& row) { return SeverityOf(row.m_pFinding->rule); }
 
-std::string SeverityText(const FindingRow& row) {
+std::string SeverityText(const FindingRow& row, const ExploredSession&) {
     const Severity severity = SeverityOfRow(row);
     return std::string(SignOf(severity)).append(" ").append(NameOf(severity));
 }
-SortKey SeverityKey(const FindingRow& row) { return SortKey(static_cast<std::int32_t>(SeverityOfRow(row))); }
-std::string TextOfSubject(const FindingRow& row) { return OnOneLine(SubjectText(*row.m_pFinding)); }
-SortKey SubjectKey(const FindingRow& row) { return SortKey(SubjectText(*row.m_pFinding)); }
-std::string CountText(const FindingRow& row) { return std::to_string(row.m_pFinding->count); }
-SortKey CountKey(const FindingRow& row) { return SortKey(row.m_pFinding->count); }
-std::string CostText(const FindingRow& row) {
+SortKey SeverityKey(const FindingRow& row, const ExploredSession&) {
+    return SortKey(static_cast<std::int32_t>(SeverityOfRow(row)));
+}
+std::string SentenceText(const FindingRow& row, const ExploredSession& explored) {
+    return FindingSentence(explored, *row.m_pFinding);
+}
+SortKey SentenceKey(const FindingRow& row, const ExploredSession& explored) {
+    return SortKey(SentenceText(row, explored));
+}
+std::string CountText(const FindingRow& row, const ExploredSession&) {
+    return std::to_string(row.m_pFinding->count);
+}
+SortKey CountKey(const FindingRow& row, const ExploredSession&) { return SortKey(row.m_pFinding->count); }
+std::string CostText(const FindingRow& row, const ExploredSession&) {
     return row.m_pFinding->cost != 0 ? SecondsWithPlaces(row.m_pFinding->cost) : std::string();
 }
-SortKey CostKey(const FindingRow& row) { return SortKey(row.m_pFinding->cost); }
-double ShareOf(const FindingRow& row) { return row.m_fShare; }
-std::string MeaningText(const FindingRow& row) { return std::string(MeaningOf(row.m_pFinding->rule)); }
-SortKey MeaningKey(const FindingRow& row) { return SortKey(MeaningOf(row.m_pFinding->rule)); }
+SortKey CostKey(const FindingRow& row, const ExploredSession&) { return SortKey(row.m_pFinding->cost); }
+double ShareOf(const FindingRow& row, const ExploredSession&) { return row.m_fShare; }
+std::string MeaningText(const FindingRow& row, const ExploredSession&) {
+    return std::string(MeaningOf(row.m_pFinding->rule));
+}
+SortKey MeaningKey(const FindingRow& row, const ExploredSession&) {
+    return SortKey(MeaningOf(row.m_pFinding->rule));
+}
 
 std::string StampText(const FindingRecordRow& row, const ExploredSession& explored) {
     return StampOf(explored.session.m_listDetails, row.m_pRecord);
@@ -52,11 +64,6 @@ SortKey MessageKey(const FindingRecordRow& row, const ExploredSession& explored)
 
 } // namespace
 
-std::string_view SignOf(Severity severity) {
-    constexpr std::array<std::string_view, 3> signs{"\u25CF", "\u25B2", "\u25A0"};
-    return signs[static_cast<std::size_t>(severity)];
-}
-
 std::string SeverityCounts(const std::vector<Finding>& findings) {
     std::string text;
     for (const Severity severity : {Severity::Error, Severity::Warning, Severity::Note}) {
@@ -72,15 +79,15 @@ std::string SeverityCounts(const std::vector<Finding>& findings) {
     return text;
 }
 
-CColumnTable<FindingRow> FindingRow::Columns() {
+CColumnTable<FindingRow, ExploredSession> FindingRow::Columns() {
     using enum EAlign;
     // clang-format off
-    static constexpr CListColumn<FindingRow> columns[] = {
-        {"Severity",  90, Left,  SeverityText,  SeverityKey},
-        {"Finding",  480, Left,  TextOfSubject, SubjectKey},
-        {"Count",     70, Right, CountText,     CountKey},
-        {"Cost",     110, Right, CostText,      CostKey, ShareOf},
-        {"Meaning",  560, Left,  MeaningText,   MeaningKey},
+    static constexpr CListColumn<FindingRow, ExploredSession> columns[] = {
+        {"Severity",  90, Left,  SeverityText, SeverityKey},
+        {"Finding",  520, Left,  SentenceText, SentenceKey},
+        {"Count",     70, Right, CountText,    CountKey},
+        {"Cost (s)", 110, Right, CostText,     CostKey, ShareOf},
+        {"Meaning",  560, Left,  MeaningText,  MeaningKey},
     };
     // clang-format on
     return columns;
@@ -94,17 +101,38 @@ std::vector<FindingRow> MakeFindingRows(const std::vector<Finding>& findings) {
     std::vector<FindingRow> rows;
     rows.reserve(findings.size());
     for (const Finding& finding : findings) {
-        rows.push_back({&finding, PartOf(finding.cost, largest)});
+        rows.push_back({&finding, rows.size(), PartOf(finding.cost, largest)});
     }
     return rows;
 }
 
-void CFindingSource::Clear() { Release(m_listRows); }
+void CFindingSource::Show(const ExploredSession& explored, const std::vector<Finding>& findings) {
+    m_pExplored = &explored;
+    m_listRows = MakeFindingRows(findings);
+}
+
+void CFindingSource::Clear() {
+    m_pExplored = nullptr;
+    Release(m_listRows);
+}
+
+std::string CFindingSource::Text(std::size_t row, int column) const {
+    return CellText(FindingRow::Columns(), m_listRows[row], column, *m_pExplored);
+}
+
+double CFindingSource::Share(std::size_t row, int column) const {
+    return CellShare(FindingRow::Columns(), m_listRows[row], column, *m_pExplored);
+}
 
 void CFindingSource::Sort(std::vector<std::size_t>& order, int column, bool descending) const {
-    SortByKey(order, descending, [&](std::size_t row) { return CellKey(m_listRows[row], column); });
+    const auto sortBy = [&](int by, bool reverse) {
+        SortByKey(order, reverse, [&](std::size_t row) {
+            return CellKey(FindingRow::Columns(), m_listRows[row], by, *m_pExplored);
+        });
+    };
+    sortBy(column, descending);
     if (column != FindingRow::SEVERITY) {
-        SortByKey(order, false, [&](std::size_t row) { return SeverityKey(m_listRows[row]); });
+        sortBy(FindingRow::SEVERITY, false);
     }
 }
 

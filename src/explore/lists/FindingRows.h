@@ -11,17 +11,16 @@
 
 namespace carvelot {
 
-// A sign for each severity that is told without its colour: a disc, a triangle, a square.
-std::string_view SignOf(Severity severity);
 // "● 2 errors   ▲ 1 warning": how many of each there are; empty of none.
 std::string SeverityCounts(const std::vector<Finding>& findings);
 
 struct FindingRow {
     const Finding* m_pFinding = nullptr;
-    double m_fShare = 0; // of the largest cost
+    std::size_t m_nFinding = 0; // its place among all
+    double m_fShare = 0;        // of the largest cost
 
-    enum { SEVERITY, SUBJECT, COUNT, COST, MEANING };
-    static CColumnTable<FindingRow> Columns();
+    enum { SEVERITY, SENTENCE, COUNT, COST, MEANING };
+    static CColumnTable<FindingRow, ExploredSession> Columns();
 };
 // In their own order: errors, warnings, notes, the worst of each first.
 std::vector<FindingRow> MakeFindingRows(const std::vector<Finding>& findings);
@@ -29,19 +28,20 @@ std::vector<FindingRow> MakeFindingRows(const std::vector<Finding>& findings);
 // Keeps errors, warnings and notes together by whatever column they are sorted.
 class CFindingSource final : public CListSource {
 public:
-    // The findings must outlive the rows.
-    void Show(const std::vector<Finding>& findings) { m_listRows = MakeFindingRows(findings); }
+    // The findings must outlive the rows, and what was explored, too.
+    void Show(const ExploredSession& explored, const std::vector<Finding>& findings);
     void Clear();
 
     std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t row, int column) const override { return CellText(m_listRows[row], column); }
-    double Share(std::size_t row, int column) const override {
-        return CellShare(FindingRow::Columns(), m_listRows[row], column);
-    }
+    std::string Text(std::size_t row, int column) const override;
+    double Share(std::size_t row, int column) const override;
     // Descending by another column than that of the severity turns the order round within each severity.
     void Sort(std::vector<std::size_t>& order, int column, bool descending) const override;
 
     std::vector<FindingRow> m_listRows;
+
+private:
+    const ExploredSession* m_pExplored = nullptr;
 };
 
 struct FindingRecordRow {

@@ -113,10 +113,10 @@ CColumnTable<ShapeRow, ExploredSession> ShapeRow::Columns() {
     using P = ShapeProfile;
     // clang-format off
     static constexpr CListColumn<ShapeRow, ExploredSession> columns[] = {
-        {"Total Time",  110, Right, TimeText<&P::total>,   NumberKey<&P::total>, ShareOf},
+        {"Total (s)",   110, Right, TimeText<&P::total>,   NumberKey<&P::total>, ShareOf},
         {"Count",        70, Right, CountText,             NumberKey<&P::count>},
-        {"Longest",      90, Right, TimeText<&P::longest>, NumberKey<&P::longest>},
-        {"p95",          90, Right, TimeText<&P::p95>,     NumberKey<&P::p95>},
+        {"Longest (s)",  90, Right, TimeText<&P::longest>, NumberKey<&P::longest>},
+        {"p95 (s)",      90, Right, TimeText<&P::p95>,     NumberKey<&P::p95>},
         {"Most Run By", 200, Left,  CallerText,            CallerKey},
         {"Statement",   700, Left,  ShapeText,             ShapeKey},
     };
@@ -137,7 +137,7 @@ CColumnTable<ShapeCallerRow, ExploredSession> ShapeCallerRow::Columns() {
     using enum EAlign;
     // clang-format off
     static constexpr CListColumn<ShapeCallerRow, ExploredSession> columns[] = {
-        {"Total Time", 100, Right, TimeText,   TimeKey, ShareOf},
+        {"Total (s)",  100, Right, TimeText,   TimeKey, ShareOf},
         {"Count",       60, Right, CountText,  CountKey},
         {"Run By",     200, Left,  CallerText, CallerKey},
     };
@@ -151,7 +151,7 @@ CColumnTable<ExecutionRow, ExploredSession> ExecutionRow::Columns() {
     static constexpr CListColumn<ExecutionRow, ExploredSession> columns[] = {
         {"Timestamp",   130, Left,  StampText,       StampKey},
         {"Proc/Thread", 100, Left,  OwnerText,       OwnerKey},
-        {"Duration",     90, Right, TimeText,        TimeKey, ShareOf},
+        {"Duration (s)", 90, Right, TimeText,        TimeKey, ShareOf},
         {"Run By",      200, Left,  CallerText,      CallerKey},
         {"Statement",   700, Left,  TextOfStatement, KeyOfStatement},
     };

@@ -124,45 +124,12 @@ protected:
         }
         event->accept();
         if (event->type() == QEvent::KeyPress) {
-            Copy();
+            CopySelectedRows(m_view);
         }
         return true;
     }
 
 private:
-    void Copy() const {
-        const QAbstractItemModel& model = *m_view.model();
-        std::vector<QModelIndex> rows; // their first cells
-        for (const QItemSelectionRange& range : m_view.selectionModel()->selection()) {
-            for (int rowNumber = range.top(); rowNumber <= range.bottom(); ++rowNumber) {
-                rows.push_back(model.index(rowNumber, 0, range.parent()));
-            }
-        }
-        if (rows.empty()) {
-            return;
-        }
-        // In the order of the list, whatever the order of the clicks.
-        std::ranges::sort(rows, {}, &QModelIndex::row);
-        const auto* tree = qobject_cast<const QTreeView*>(&m_view);
-        QString text;
-        for (const QModelIndex& row : rows) {
-            if (!text.isEmpty()) {
-                text += QLatin1Char('\n');
-            }
-            bool first = true;
-            for (int column = 0; column < model.columnCount(row.parent()); ++column) {
-                if (tree != nullptr && tree->isColumnHidden(column)) {
-                    continue;
-                }
-                if (!std::exchange(first, false)) {
-                    text += QLatin1Char('\t');
-                }
-                text += OneLine(row.siblingAtColumn(column).data().toString());
-            }
-        }
-        QGuiApplication::clipboard()->setText(text);
-    }
-
     QAbstractItemView& m_view;
 };
 
@@ -187,6 +154,39 @@ CReportView::CReportView(const QString& accessibleName, QWidget* parent, qsizety
     header()->setHighlightSections(false);
     header()->setMinimumSectionSize(16);
     CopyRowsByKey(*this);
+}
+
+void CopySelectedRows(const QAbstractItemView& view) {
+    const QAbstractItemModel& model = *view.model();
+    std::vector<QModelIndex> rows; // their first cells
+    for (const QItemSelectionRange& range : view.selectionModel()->selection()) {
+        for (int rowNumber = range.top(); rowNumber <= range.bottom(); ++rowNumber) {
+            rows.push_back(model.index(rowNumber, 0, range.parent()));
+        }
+    }
+    if (rows.empty()) {
+        return;
+    }
+    // In the order of the list, whatever the order of the clicks.
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
+    QString text;
+    for (const QModelIndex& row : rows) {
+        if (!text.isEmpty()) {
+            text += QLatin1Char('\n');
+        }
+        bool first = true;
+        for (int column = 0; column < model.columnCount(row.parent()); ++column) {
+            if (tree != nullptr && tree->isColumnHidden(column)) {
+                continue;
+            }
+            if (!std::exchange(first, false)) {
+                text += QLatin1Char('\t');
+            }
+            text += OneLine(row.siblingAtColumn(column).data().toString());
+        }
+    }
+    QGuiApplication::clipboard()->setText(text);
 }
 
 void CopyRowsByKey(QAbstractItemView& view) { view.installEventFilter(new CRowCopier(view)); }

@@ -17,8 +17,10 @@ public:
     CReportView(const QString& accessibleName, QWidget* parent, qsizetype mostDrawn = 0);
 };
 
-// Ctrl+C in a view copies its selected rows, a row a line, their cells divided by tabs; columns that are
-// hidden are left out. With nothing selected the clipboard stays as it is.
+// Copies a view's selected rows, a row a line, their cells divided by tabs; columns that are hidden are left
+// out. With nothing selected the clipboard stays as it is.
+void CopySelectedRows(const QAbstractItemView& view);
+// The same by Ctrl+C from now on.
 void CopyRowsByKey(QAbstractItemView& view);
 
 } // namespace carvelot

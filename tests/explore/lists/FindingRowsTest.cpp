@@ -1,6 +1,7 @@
 #include "explore/lists/FindingRows.h"
 
 #include "explore/lists/ExploredSource.h"
+#include "explore/lists/FindingSentence.h"
 #include "explore/lists/FindingWalk.h"
 #include "explore/lists/ListedRows.h"
 
@@ -12,6 +13,7 @@ namespace {
 
 using Orders = std::vector<std::size_t>;
 
+// Findings of any log of ten records.
 std::vector<Finding> SomeFindings() {
     return {
         {FindingRule::FirstCause, "Zeta", 1, 100, {RecordIndex{4}, RecordIndex{3}}},
@@ -23,10 +25,18 @@ std::vector<Finding> SomeFindings() {
     };
 }
 
+Texts TenLines() {
+    Texts lines = DebugLog({});
+    for (int i = 1; i < 10; ++i) {
+        lines.push_back(At(i, "ERROR " + std::to_string(i)));
+    }
+    return lines;
+}
+
 Texts Shown(const CFindingSource& source, const Orders& order) {
     Texts subjects;
     for (const std::size_t row : order) {
-        subjects.push_back(source.Text(row, FindingRow::SUBJECT));
+        subjects.push_back(source.Text(row, FindingRow::SENTENCE));
     }
     return subjects;
 }
@@ -47,16 +57,18 @@ Texts Steps(CFindingWalk& walk, bool forward, int count) {
 } // namespace
 
 TEST(FindingRows, ARowTellsSeveritySubjectCountCostAndMeaning) {
+    const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(findings);
+    source.Show(log.explored, findings);
     const Texts rows = RowTexts(source, FindingRow::Columns().size());
-    EXPECT_EQ(rows[0], "\u25CF error|Zeta|1|0.000100|" + std::string(MeaningOf(FindingRule::FirstCause)));
-    EXPECT_EQ(rows[1], "\u25CF error|(in no function)|1||" + std::string(MeaningOf(FindingRule::RolledBack)));
+    EXPECT_EQ(rows[0], "\u25CF error|Zeta failed: ERROR 4|1|0.000100|" +
+                           std::string(MeaningOf(FindingRule::FirstCause)));
+    EXPECT_EQ(rows[1], "\u25CF error|Rolled back|1||" + std::string(MeaningOf(FindingRule::RolledBack)));
     EXPECT_EQ(rows[2], "\u25B2 warning|Alpha > SELECT|12|0.000400|" +
                            std::string(MeaningOf(FindingRule::RepeatedStatement)));
-    EXPECT_EQ(rows[4],
-              "\u25A0 note|0931 of cache Prices|1||" + std::string(MeaningOf(FindingRule::CursorNotClosed)));
+    EXPECT_EQ(rows[4], "\u25A0 note|Cursor 0931 of cache Prices was never closed|1||" +
+                           std::string(MeaningOf(FindingRule::CursorNotClosed)));
 }
 
 TEST(FindingRows, SignsOfSeveritiesDiffer) {
@@ -73,23 +85,29 @@ TEST(FindingRows, BarsAreSharesOfTheLargestCost) {
 }
 
 TEST(FindingRows, SortingKeepsErrorsAheadOfWarningsAndThoseAheadOfNotes) {
+    const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(findings);
-    EXPECT_EQ(
-        Shown(source, Sorted(source, FindingRow::SUBJECT)),
-        (Texts{"(in no function)", "Zeta", "Alpha > SELECT", "Gamma", "0931 of cache Prices", "no time"}));
-    EXPECT_EQ(
-        Shown(source, Sorted(source, FindingRow::SUBJECT, true)),
-        (Texts{"Zeta", "(in no function)", "Gamma", "Alpha > SELECT", "no time", "0931 of cache Prices"}));
+    source.Show(log.explored, findings);
+    const std::string rolledBack = "Rolled back";
+    const std::string failed = "Zeta failed: ERROR 4";
+    const std::string never = "Gamma never returned";
+    const std::string again = "Alpha > SELECT";
+    const std::string cursor = "Cursor 0931 of cache Prices was never closed";
+    const std::string unread = "Lines that were not read (no time)";
+    EXPECT_EQ(Shown(source, Sorted(source, FindingRow::SENTENCE)),
+              (Texts{rolledBack, failed, again, never, cursor, unread}));
+    EXPECT_EQ(Shown(source, Sorted(source, FindingRow::SENTENCE, true)),
+              (Texts{failed, rolledBack, never, again, unread, cursor}));
     EXPECT_EQ(Sorted(source, FindingRow::COST), (Orders{1, 0, 3, 2, 4, 5}));
     EXPECT_EQ(Sorted(source, FindingRow::COUNT, true), (Orders{0, 1, 2, 3, 5, 4}));
 }
 
 TEST(FindingRows, SortingBySeverityTurnsTheGroupsRound) {
+    const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(findings);
+    source.Show(log.explored, findings);
     EXPECT_EQ(Sorted(source, FindingRow::SEVERITY), (Orders{0, 1, 2, 3, 4, 5}));
     EXPECT_EQ(Sorted(source, FindingRow::SEVERITY, true), (Orders{4, 5, 2, 3, 0, 1}));
 }
