@@ -111,7 +111,7 @@ CColumnTable<ComparedFunctionRow> ComparedFunctionRow::Columns() {
     using R = ComparedFunctionRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",       120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, ShareOf<R>},
+        {"Difference",       120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, ShareOf<R>, true},
         {"Base Total",       100, Right, BaseSeconds<&C::total, R>, BaseKey<&C::total, R>},
         {"Log Total",        100, Right, LogSeconds<&C::total, R>,  LogKey<&C::total, R>},
         {"In",                80, Left,  InText<R>,                 InKey<R>},
@@ -134,7 +134,7 @@ CColumnTable<ComparedShapeRow> ComparedShapeRow::Columns() {
     using R = ComparedShapeRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",         120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, ShareOf<R>},
+        {"Difference",         120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, ShareOf<R>, true},
         {"Base Total",         100, Right, BaseSeconds<&C::total, R>,   BaseKey<&C::total, R>},
         {"Log Total",          100, Right, LogSeconds<&C::total, R>,    LogKey<&C::total, R>},
         {"In",                  80, Left,  InText<R>,                   InKey<R>},
@@ -154,7 +154,7 @@ CColumnTable<ComparedFindingRow> ComparedFindingRow::Columns() {
     using R = ComparedFindingRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",       120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, ShareOf<R>},
+        {"Difference",       120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, ShareOf<R>, true},
         {"Base Cost",        100, Right, BaseSeconds<&C::cost, R>, BaseKey<&C::cost, R>},
         {"Log Cost",         100, Right, LogSeconds<&C::cost, R>,  LogKey<&C::cost, R>},
         {"In",                80, Left,  InText<R>,                InKey<R>},

@@ -260,6 +260,9 @@ void CCompareFrame::ShowComparison(std::shared_ptr<const CPair> pair) {
     m_pShapes->ShowRows(MakeComparedShapeRows(pair->m_comparison));
     m_pFindings->ShowRows(MakeComparedFindingRows(pair->m_comparison));
     m_pPair = std::move(pair); // the rows of an earlier one have gone
+    for (CListCtrl* const list : {&m_pFunctions->List(), &m_pShapes->List(), &m_pFindings->List()}) {
+        list->setCurrentIndex(list->Model().index(0, 0));
+    }
     QString head = tr("Base: %1     Log: %2").arg(NameOfFile(m_strBase), Exploration().LogName());
     if (!m_pPair->m_baseSelection) {
         head += tr("     The base has no %1.").arg(ToQString(ShownScope(Exploration().ScopeSelection())));

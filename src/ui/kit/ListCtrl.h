@@ -53,6 +53,7 @@ private:
         QString m_strTitle;
         int m_nWidth = 0;
         Qt::Alignment m_nAlign;
+        bool m_bSigned = false;
     };
 
     std::vector<CColumn> m_listColumns;

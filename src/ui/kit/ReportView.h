@@ -8,6 +8,8 @@ namespace carvelot {
 
 // Of a cell with a bar: how long it is, from -1 to 1 of the longest.
 inline constexpr int kShareRole = Qt::UserRole + 1;
+// Whether a cell's bar begins in the middle, what falls going to the left.
+inline constexpr int kSignedShareRole = Qt::UserRole + 2;
 
 class CReportView : public QTreeView {
     Q_OBJECT
