@@ -508,7 +508,8 @@ void CheckSpeedscope(const std::string& text, std::size_t frames) {
 }
 
 void CheckExports(const ExploredSession& explored, const CCut& cut) {
-    const ExportedProfile profile{explored.session, explored.streams, cut};
+    const ExportedProfile profile{explored.session, explored.streams, cut,
+                                  &explored.session.m_listLineNumbers};
     const Selfs selfs = cut.SelfTimes();
     const std::int64_t all = std::accumulate(selfs.begin(), selfs.end(), std::int64_t{0});
     std::size_t frames = 0;

@@ -12,12 +12,13 @@ struct ExploringEnded {};
 class CExploreProgress {
 public:
     void End() { m_bEnds.store(true, std::memory_order_relaxed); }
+    bool Ends() const { return m_bEnds.load(std::memory_order_relaxed); }
     // 0 to 100, never falling.
     int Percent() const { return m_nPercent.load(std::memory_order_relaxed); }
 
     // For what works: ends it here where it is to end.
     void Check() const {
-        if (m_bEnds.load(std::memory_order_relaxed)) {
+        if (Ends()) {
             throw ExploringEnded();
         }
     }

@@ -30,10 +30,12 @@ constexpr std::array<Format, 4> kFormats{{
 // What is written goes to the file a block at a time.
 class CFileBuffer : public std::streambuf {
 public:
-    explicit CFileBuffer(platform::AtomicFile& file) : m_file(file) {
+    CFileBuffer(platform::AtomicFile& file, const CExploreProgress* progress)
+        : m_file(file), m_pProgress(progress) {
         setp(m_block.data(), m_block.data() + m_block.size());
     }
     bool IsRefused() const { return m_bRefused; }
+    bool IsEnded() const { return m_pProgress != nullptr && m_pProgress->Ends(); }
 
 protected:
     int_type overflow(int_type c) override {
@@ -49,11 +51,12 @@ protected:
         const std::string_view written(pbase(), static_cast<std::size_t>(pptr() - pbase()));
         setp(m_block.data(), m_block.data() + m_block.size());
         m_bRefused = !m_file.Write(written);
-        return m_bRefused ? -1 : 0;
+        return m_bRefused || IsEnded() ? -1 : 0;
     }
 
 private:
     platform::AtomicFile& m_file;
+    const CExploreProgress* m_pProgress;
     bool m_bRefused = false; // the file remembers why
     std::array<char, std::size_t{1} << 14U> m_block;
 };
@@ -71,16 +74,19 @@ std::optional<ProfileFormat> ProfileFormatOf(const std::string& path) {
 }
 
 bool WriteProfileExport(const std::string& path, ProfileFormat format, const ExportedProfile& profile,
-                        int& error) {
+                        int& error, const CExploreProgress* progress) {
     platform::AtomicFile file = platform::AtomicFile::Create(path, &error);
     if (!file) {
         return false;
     }
-    CFileBuffer buffer(file);
+    CFileBuffer buffer(file, progress);
     std::ostream out(&buffer);
     out.imbue(std::locale::classic());
     kFormats[static_cast<std::size_t>(format)].write(profile, out);
     out.flush();
+    if (buffer.IsEnded()) {
+        throw ExploringEnded();
+    }
     // A stream keeps to itself what is thrown below it.
     if (!out && !buffer.IsRefused()) {
         throw std::bad_alloc();

@@ -82,8 +82,8 @@ private:
         m_json.Key("args");
         const CJsonWriter::CObject args(m_json);
         m_json.Member("record", Number(frame.record));
-        if (m_profile.session.m_bNumberLines) {
-            m_json.Member("line", m_profile.session.m_listLineNumbers[Number(frame.record)]);
+        if (m_profile.lineNumbers != nullptr) {
+            m_json.Member("line", (*m_profile.lineNumbers)[Number(frame.record)]);
         }
     }
     void WritePlace(Place place) {

@@ -46,8 +46,10 @@ int ExportProfile(const CCarvelotDoc& session, const Selection& selection, const
     const CStreams streams(session);
     const CFrames frames(session, clock, streams);
     const CCut cut(frames, streams, selection, asked.range);
+    const ExportedProfile profile{session, streams, cut,
+                                  session.m_bNumberLines ? &session.m_listLineNumbers : nullptr};
     int error = 0;
-    if (!WriteProfileExport(path, *ProfileFormatOf(path), {session, streams, cut}, error)) {
+    if (!WriteProfileExport(path, *ProfileFormatOf(path), profile, error)) {
         err << path << ": " << std::system_category().message(error) << '\n';
         return REPORT_FAILED;
     }

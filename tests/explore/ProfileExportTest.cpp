@@ -21,7 +21,8 @@ public:
         int error = 0;
         const CCut cut(m_frames, m_streams, scope, range);
         EXPECT_TRUE(WriteProfileExport(folder.Path(name), ProfileFormatOf(name).value(),
-                                       {m_session.m_doc, m_streams, cut}, error))
+                                       {m_session.m_doc, m_streams, cut, &m_session.m_doc.m_listLineNumbers},
+                                       error))
             << error;
         EXPECT_EQ(folder.Names(), std::vector<std::string>{name});
         return folder.Read(name);

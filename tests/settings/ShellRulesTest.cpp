@@ -134,7 +134,7 @@ TEST(Commands, EachStateHasItsMenus) {
         return names;
     };
     EXPECT_EQ(Names(EMenuState::NoWindow), "&File &Tools &View &Help ");
-    EXPECT_EQ(Names(EMenuState::Session), "&File &Session &Tools &View &Window &Help ");
+    EXPECT_EQ(Names(EMenuState::Session), "&File &Session &Explore &Tools &View &Window &Help ");
     EXPECT_EQ(Names(EMenuState::Cache), "&File &Cache &Tools &View &Window &Help ");
 }
 

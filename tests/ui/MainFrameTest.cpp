@@ -319,11 +319,11 @@ private slots:
         CRun run(*m_pFolder);
         QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));
         CTestFrame* session = run.Open("a.log");
-        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
+        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Explore", "Tools", "View", "Window", "Help"}));
         CTestFrame* cache = run.OpenCache();
         QCOMPARE(run.Menus(), (QStringList{"File", "Cache", "Tools", "View", "Window", "Help"}));
         run.Area().Activate(*session);
-        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Tools", "View", "Window", "Help"}));
+        QCOMPARE(run.Menus(), (QStringList{"File", "Session", "Explore", "Tools", "View", "Window", "Help"}));
         session->CloseWindow();
         cache->CloseWindow();
         QCOMPARE(run.Menus(), (QStringList{"File", "Tools", "View", "Help"}));

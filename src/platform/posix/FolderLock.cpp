@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <time.h>
 
 namespace carvelot::platform {
@@ -12,7 +13,15 @@ namespace {
 constexpr int kAttempts = 2000;
 constexpr timespec kPause{0, 1'000'000};
 
+constexpr int kMostChanges = 1000;
+
 int s_nAttempts = kAttempts;
+
+// When the folder last changed. Whoever holds the lock changes it, and lets go.
+timespec LastChange(int folder) {
+    struct stat status {};
+    return ::fstat(folder, &status) == 0 ? status.st_mtim : timespec{};
+}
 
 } // namespace
 
@@ -22,7 +31,15 @@ FolderLock::FolderLock(const std::string& folder)
         return;
     }
     int left = s_nAttempts;
+    int changes = 0;
+    timespec seen = LastChange(m_folder.Get());
     while (::flock(m_folder.Get(), LOCK_EX | LOCK_NB) != 0) {
+        const timespec change = LastChange(m_folder.Get());
+        if ((change.tv_sec != seen.tv_sec || change.tv_nsec != seen.tv_nsec) && ++changes < kMostChanges) {
+            // Others were quicker: none of them keeps the lock.
+            seen = change;
+            left = s_nAttempts;
+        }
         if (--left <= 0 || (errno != EWOULDBLOCK && errno != EINTR)) {
             s_nAttempts = 1;
             return;

@@ -6,6 +6,7 @@
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
 #include "ui/explore/CompareFrame.h"
+#include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/FindingsFrame.h"
 #include "ui/explore/OverviewFrame.h"
@@ -109,8 +110,22 @@ void AddFindingSteps(CSessionDocument& document, CExploration& exploration) {
     add(ID_EXPLORE_PREVIOUS_FINDING, false);
 }
 
+IPicture* PictureInFront() {
+    const CMainFrame* const main = MainFrame();
+    auto* const frame = main != nullptr ? dynamic_cast<CExploreFrame*>(main->ActiveChild()) : nullptr;
+    return frame != nullptr ? frame->Picture() : nullptr;
+}
+
+void SavePictureInFront() {
+    if (const IPicture* const picture = PictureInFront()) {
+        const CMDIChildWnd& window = *MainFrame()->ActiveChild();
+        SavePicture(*picture, window.windowTitle(), window.font());
+    }
+}
+
 void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
+    auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
     AddExploreWindow<CStatementsFrame>(document, exploration, ID_EXPLORE_STATEMENTS);
     AddExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS);
@@ -121,6 +136,11 @@ void ConnectExplore(CSessionDocument& document) {
         }
     });
     AddFindingSteps(document, exploration);
+    document.AddCommand(
+        ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
+        [&profileExport] { return !profileExport.IsRunning(); });
+    document.AddCommand(ID_EXPLORE_SAVE_PICTURE, &SavePictureInFront,
+                        [] { return PictureInFront() != nullptr; });
     QObject::connect(&document, &CSessionDocument::RecordsGo, &exploration, &CExploration::EndWithRecords);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &exploration, &CExploration::TakeNewRecords);
     QObject::connect(&document, &CSessionDocument::SelectionChanged, &exploration,

@@ -57,7 +57,7 @@ QString CTabBar::ShortText(int tab, const QFontMetrics& metrics, int width) cons
     if (document == nullptr) {
         return {};
     }
-    const QString& title = document->GetTitle();
+    const QString title = child->windowTitle();
     const QString path = document->PathInTitle();
     if (path.isEmpty() || !title.startsWith(path)) {
         return metrics.elidedText(title, Qt::ElideMiddle, width);
