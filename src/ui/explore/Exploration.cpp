@@ -61,8 +61,9 @@ void CExploration::Start() {
                 m_session, m_settings, std::span<const RecordRange>(), progress.get());
             const ExploredSession& explored = *result->explored;
             std::future<std::vector<Finding>> findings =
-                std::async([&explored] { return FindAll(explored); });
-            result->scope = std::make_shared<ExploredScope>(explored, Selection(), ClockRange());
+                std::async([&explored, progress] { return FindAll(explored, progress.get()); });
+            result->scope =
+                std::make_shared<ExploredScope>(explored, Selection(), ClockRange(), progress.get());
             result->findings = findings.get();
         });
     };
@@ -188,10 +189,12 @@ void CExploration::CountScope() {
     }
     EndWork();
     m_pScope.reset();
-    m_pProgress = std::make_shared<CExploreProgress>();
+    m_pProgress = std::make_shared<CExploreProgress>(ExploreParts::kScope);
     auto result = std::make_shared<Result>();
-    const auto work = [this, result, scope = m_scope, range = m_range] {
-        result->Fill([&] { result->scope = std::make_shared<ExploredScope>(*m_pExplored, scope, range); });
+    const auto work = [this, result, scope = m_scope, range = m_range, progress = m_pProgress] {
+        result->Fill([&] {
+            result->scope = std::make_shared<ExploredScope>(*m_pExplored, scope, range, progress.get());
+        });
     };
     SetProgress(0);
     m_progressTimer.start();
