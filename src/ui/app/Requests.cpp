@@ -5,8 +5,10 @@
 #include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/CallProfileFrame.h"
 #include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
+#include "ui/explore/FlameGraphFrame.h"
 #include "ui/explore/OverviewFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
@@ -81,6 +83,8 @@ void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    AddExploreWindow<CCallProfileFrame>(document, exploration, ID_EXPLORE_CALL_PROFILE);
+    AddExploreWindow<CFlameGraphFrame>(document, exploration, ID_EXPLORE_FLAME_GRAPH);
     document.AddCommand(
         ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
         [&profileExport] { return !profileExport.IsRunning(); });
