@@ -1,6 +1,7 @@
 #include "ui/explore/CallProfileFrame.h"
 
-#include "ui/explore/RememberedSplitter.h"
+#include "ui/explore/KeptSplitter.h"
+#include "ui/explore/ListMenu.h"
 #include "ui/kit/PlainText.h"
 
 #include <QHeaderView>
@@ -42,12 +43,18 @@ CCallProfileFrame::CCallProfileFrame(CExploration& exploration)
                                          CallTreeRow::Columns()[static_cast<std::size_t>(column)].m_nWidth);
     }
 
-    auto* const neighbours = new CRememberedSplitter(Qt::Vertical, "CallProfileNeighbours", 500);
-    neighbours->SetParts(Titled(tr("&Callers"), *m_pCallers), Titled(tr("C&allees"), *m_pCallees));
-    auto* const upper = new CRememberedSplitter(Qt::Horizontal, "CallProfileFunctions", 640);
-    upper->SetParts(Titled(tr("F&unctions"), *m_pFunctions), neighbours);
-    auto* const body = new CRememberedSplitter(Qt::Vertical, "CallProfileTree", 550);
-    body->SetParts(upper, Titled(tr("Call &tree"), *m_pTree));
+    auto* const neighbours = new CKeptSplitter(Qt::Vertical, "CallProfileNeighbours", {1, 1});
+    neighbours->addWidget(Titled(tr("&Callers"), *m_pCallers));
+    neighbours->addWidget(Titled(tr("C&allees"), *m_pCallees));
+    neighbours->TakeSizes();
+    auto* const upper = new CKeptSplitter(Qt::Horizontal, "CallProfileFunctions", {5, 3});
+    upper->addWidget(Titled(tr("F&unctions"), *m_pFunctions));
+    upper->addWidget(neighbours);
+    upper->TakeSizes();
+    auto* const body = new CKeptSplitter(Qt::Vertical, "CallProfileTree", {5, 4});
+    body->addWidget(upper);
+    body->addWidget(Titled(tr("Call &tree"), *m_pTree));
+    body->TakeSizes();
     SetBody(body);
 
     connect(m_pFunctions->selectionModel(), &QItemSelectionModel::selectionChanged, this,
@@ -59,6 +66,9 @@ CCallProfileFrame::CCallProfileFrame(CExploration& exploration)
             Exploration().ShowInSession(record);
         }
     };
+    new CListMenu(*m_pFunctions, QStringLiteral("Functions"));
+    new CListMenu(*m_pCallers, QStringLiteral("Callers"));
+    new CListMenu(*m_pCallees, QStringLiteral("Callees"));
     for (CRowList<EdgeRow>* const list : {m_pCallers, m_pCallees}) {
         list->m_fnOpenRow = [this, list](int row) { SelectKey(list->RowAt(row).key); };
     }

@@ -95,9 +95,13 @@ void CExploration::OnExplored(Result& result) {
     }
     m_pExplored = std::move(result.explored);
     m_findings = std::move(result.findings);
+    m_walk.Begin(m_findings);
     m_pScope = std::move(result.scope);
     m_state = State::Done;
     emit StateChanged();
+    if (const auto forward = std::exchange(m_stepWanted, std::nullopt)) {
+        StepFinding(*forward);
+    }
     if (m_bFollows) {
         TakeScopeOfSession();
     }
@@ -133,6 +137,8 @@ void CExploration::Let(State state) {
         emit ResultsGo();
     }
     m_pScope.reset();
+    m_walk.Drop();
+    m_stepWanted.reset();
     m_findings.clear();
     m_pExplored.reset();
     m_state = state;
@@ -216,6 +222,22 @@ void CExploration::Select(std::optional<RecordIndex> record) {
 void CExploration::ShowInSession(RecordIndex record) {
     Select(record);
     emit RecordWanted(record);
+}
+
+bool CExploration::StepFinding(bool forward) {
+    if (m_state != State::Done) {
+        m_stepWanted = forward;
+        StartFirst();
+        return false;
+    }
+    const std::optional<CFindingWalk::Place> place = m_walk.Step(forward);
+    if (!place) {
+        return false;
+    }
+    const RecordIndex record = m_walk.RecordAt(*place);
+    emit FindingStepped();
+    ShowInSession(record);
+    return true;
 }
 
 void CExploration::EndWithRecords() {
