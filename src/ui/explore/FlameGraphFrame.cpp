@@ -50,6 +50,8 @@ CFlameGraphFrame::CFlameGraphFrame(CExploration& exploration)
 
 CFlameGraphFrame::~CFlameGraphFrame() { m_pView->Show(nullptr); }
 
+QList<QWidget*> CFlameGraphFrame::WindowPanes() const { return {m_pSearch, m_pView}; }
+
 QWidget* CFlameGraphFrame::MakeTools() {
     auto* const tools = new QWidget;
     auto* const row = new QHBoxLayout(tools);

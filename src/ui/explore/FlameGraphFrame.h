@@ -20,7 +20,7 @@ public:
     explicit CFlameGraphFrame(CExploration& exploration);
     ~CFlameGraphFrame() override;
 
-    QList<QWidget*> WindowPanes() const override { return {m_pSearch, m_pView}; }
+    QList<QWidget*> WindowPanes() const override;
     IPicture* Picture() override { return m_pPicture.get(); }
 
 protected:
