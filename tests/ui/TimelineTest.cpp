@@ -389,7 +389,7 @@ void TimelineTest::ScreenReadersHearLanesAndTheFrame() {
 }
 
 void TimelineTest::TheTimelineOfAnEmptyLogSaysSo() {
-    Open({At(0, "nothing")});
+    Open({At(0, "Entering JDB_OpenTable"), At(1, "nothing")});
     bool says = false;
     for (const QLabel* label : m_pTimeline->findChildren<QLabel*>()) {
         says = says || (label->isVisible() && label->text() == QLatin1String("This log holds no calls."));

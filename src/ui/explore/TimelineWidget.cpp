@@ -298,10 +298,10 @@ void CTimelineWidget::DragTo(QPointF point) {
         view.ScrollTo(view.ScrollTop() - (point.y() - m_dragged.y()));
         break;
     case Drag::Band: {
-        const auto [left, right] = std::minmax(m_pressed.x(), point.x());
         const PictureRect plot = view.Plot();
-        view.SetRange({view.TimeAt(std::clamp(left, plot.x, plot.Right())),
-                       view.TimeAt(std::clamp(right, plot.x, plot.Right()))});
+        const auto timeAt = [&](double x) { return view.TimeAt(std::clamp(x, plot.x, plot.Right())); };
+        view.SetRange(
+            {timeAt(std::min(m_pressed.x(), point.x())), timeAt(std::max(m_pressed.x(), point.x()))});
         break;
     }
     case Drag::StripFrame: {

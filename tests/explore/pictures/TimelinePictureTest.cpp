@@ -161,7 +161,7 @@ TEST(TimelinePicture, NarrowFramesMergeIntoOneBarAColumn) {
         bars += drawn.clip == log.m_view.Plot() ? 1 : 0;
     }
     EXPECT_LE(bars, 5U); // alike, they go in one piece; the one that failed shows
-    EXPECT_EQ(canvas.Filled(kFailedColor).size(), 1U);
+    EXPECT_EQ(log.Spans(canvas.Filled(kFailedColor)).size(), 1U);
     const auto hit = log.m_view.At({log.m_view.Plot().x + 500.5, log.m_view.Plot().y + 5});
     ASSERT_TRUE(hit.bar.has_value());
     EXPECT_GE(hit.bar->Count(), 6U); // of 200 microseconds a column those that start within 128
