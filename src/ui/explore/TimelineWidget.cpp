@@ -209,8 +209,14 @@ void CTimelineWidget::wheelEvent(QWheelEvent* event) {
     } else if (m_pView->Names().Holds(ToPoint(point))) {
         m_pView->ScrollTo(m_pView->ScrollTop() - notches * 3 * m_pView->Lanes().RowHeight());
     } else {
-        const bool isInStrip = m_pView->Strip().Holds(ToPoint(point));
-        m_pView->Zoom(notches, isInStrip ? m_pView->XOf(m_pView->StripTime(point.x())) : point.x());
+        double x = point.x();
+        if (m_pView->Strip().Holds(ToPoint(point))) {
+            // Into what the strip shows there.
+            const double middle = m_pView->Plot().x + m_pView->Plot().width / 2;
+            m_pView->Pan(m_pView->XOf(m_pView->StripTime(x)) - middle);
+            x = middle;
+        }
+        m_pView->Zoom(notches, x);
     }
     OnViewChanged();
 }
