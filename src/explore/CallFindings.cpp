@@ -30,6 +30,9 @@ std::vector<std::uint64_t> TroublesByStream(const ExploredSession& explored) {
 
 void FindCallsWithoutReturn(const ExploredSession& explored, FindingList& findings) {
     const CFrames& frames = explored.frames;
+    if (!frames.Keys().HasKind(FrameKind::Function)) {
+        return;
+    }
     CFindingsByNumber findingOf(FindingRule::CallWithoutReturn, findings);
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
         const Frame& frame = frames[i];
@@ -53,6 +56,9 @@ void FindOrphanReturns(const ExploredSession& explored, FindingList& findings) {
 
 void FindFirstCauses(const ExploredSession& explored, FindingList& findings) {
     const CFrames& frames = explored.frames;
+    if (!frames.Keys().HasKind(FrameKind::Function)) {
+        return;
+    }
     const std::vector<std::uint64_t> troubles = TroublesByStream(explored);
     CFindingsByNumber findingOf(FindingRule::FirstCause, findings);
     std::vector<bool> failed(frames.Count()); // the frame or one that it stands in
@@ -64,7 +70,7 @@ void FindFirstCauses(const ExploredSession& explored, FindingList& findings) {
             continue;
         }
         // Its own return is a trouble, so that there is one.
-        const std::uint64_t call = PairOf(explored.streams.Of(frame.record), Number(frame.record));
+        const std::uint64_t call = PairOf(frame.stream, Number(frame.record));
         const std::uint64_t cause = *std::upper_bound(troubles.begin(), troubles.end(), call);
         Finding& finding = findingOf.At(frame.key, [&] { return frames.Keys().Name(frame.key); });
         ++finding.count;

@@ -63,11 +63,25 @@ std::int64_t AddTimes(std::int64_t one, std::int64_t other) {
     return sum;
 }
 
-CClock::CClock(const CDetailList& details)
-    : CClock(details, std::array{RecordRange{0, static_cast<std::uint32_t>(details.Size())}}) {}
+std::int64_t ShortestSilence(float threshold) {
+    std::int64_t least = 0;
+    std::int64_t most = std::numeric_limits<std::int64_t>::max();
+    while (least < most) {
+        const std::int64_t middle = least + (most - least) / 2;
+        if (SecondsFromMicroseconds(static_cast<std::uint64_t>(middle)) > threshold) {
+            most = middle;
+        } else {
+            least = middle + 1;
+        }
+    }
+    return least;
+}
 
-CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
-    : m_nRecords(static_cast<std::uint32_t>(details.Size())), m_clocks(m_nRecords) {
+CClock::CClock(const CDetailList& details, CExploreProgress* progress)
+    : CClock(details, std::array{RecordRange{0, static_cast<std::uint32_t>(details.Size())}}, progress) {}
+
+CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces, CExploreProgress* progress)
+    : m_pProgress(progress), m_nRecords(static_cast<std::uint32_t>(details.Size())), m_clocks(m_nRecords) {
     ReadStamps(details);
     std::uint32_t behind = 0;
     const auto clearUpTo = [&](std::uint32_t end) {
@@ -79,32 +93,38 @@ CClock::CClock(const CDetailList& details, std::span<const RecordRange> pieces)
         behind = piece.end;
     }
     clearUpTo(m_nRecords);
+    AddPart(progress, ExploreParts::kClock);
 }
 
 void CClock::ReadStamps(const CDetailList& details) {
-    std::vector<MonthDays> months; // by context
-    MonthDays month;
-    std::uint32_t latest = 0; // context + 1, of that month
+    std::vector<MonthDays> months(details.ContextCount()); // by context
+    // Mostly a record is of the same second as the one before.
+    std::uint32_t context = 0;
+    std::uint64_t second = CDetailList::kNoSecond;
+    std::int64_t dayNumber = 0;
+    std::uint64_t timeOfSecond = 0; // beyond a day where there is no such day
     for (std::uint32_t i = 0; i < m_nRecords; ++i) {
+        CheckAt(m_pProgress, i);
         const RecordIndex record{i};
-        const std::uint32_t context = details.ContextNumber(record);
-        if (context + 1 != latest) {
-            if (context >= months.size()) {
-                months.resize(std::max<std::size_t>(context + 1, months.size() * 2));
+        const std::uint64_t fraction = details.Fraction(record);
+        if (details.ContextNumber(record) != context || details.SecondNumber(record) != second ||
+            second == CDetailList::kNoSecond) {
+            context = details.ContextNumber(record);
+            second = details.SecondNumber(record);
+            MonthDays& month = months[context];
+            if (month.days < 0) {
+                month = FindMonth(details.Month(record));
             }
-            if (months[context].days < 0) {
-                months[context] = FindMonth(details.Month(record));
-            }
-            month = months[context];
-            latest = context + 1;
+            const std::int32_t day = details.Day(record);
+            const bool isDay = day >= 1 && day <= month.days;
+            dayNumber = isDay ? month.firstDay + day - 1 : 0;
+            timeOfSecond = isDay ? details.Time(record) - fraction : static_cast<std::uint64_t>(kDay);
         }
-        const std::int32_t day = details.Day(record);
-        const std::uint64_t time = details.Time(record);
-        if (day < 1 || day > month.days || time >= static_cast<std::uint64_t>(kDay)) {
+        const std::uint64_t time = timeOfSecond + fraction;
+        if (time >= static_cast<std::uint64_t>(kDay)) {
             m_clocks[i] = kNoStamp;
             continue;
         }
-        const std::int64_t dayNumber = month.firstDay + day - 1;
         m_bLeapYear = m_bLeapYear || dayNumber == kFeb29;
         m_clocks[i] = dayNumber * kDay + static_cast<std::int64_t>(time);
     }
@@ -170,6 +190,7 @@ void CClock::WalkPiece(RecordRange piece) {
     std::int64_t clock = 0;
     std::int64_t midnight = 0; // ahead of that stamp
     for (std::uint32_t i = piece.first; i < piece.end; ++i) {
+        CheckAt(m_pProgress, i);
         const std::int64_t stamp = m_clocks[i];
         if (stamp != kNoStamp) {
             ++stamped;

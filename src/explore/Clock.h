@@ -2,6 +2,7 @@
 // stamps of a log have no year, and its times of day begin anew each night.
 #pragma once
 
+#include "explore/ExploreProgress.h"
 #include "records/DetailList.h"
 #include "records/PageAllocator.h"
 
@@ -19,13 +20,16 @@ struct RecordRange {
 
 // Microseconds between two times. Beyond what 64 bits hold, sums of times stay at the most that they hold.
 std::int64_t AddTimes(std::int64_t one, std::int64_t other);
+// The shortest time that is more than a threshold, which is compared as seconds of 32 bits.
+std::int64_t ShortestSilence(float threshold);
 
 class CClock {
 public:
-    explicit CClock(const CDetailList& details);
+    explicit CClock(const CDetailList& details, CExploreProgress* progress = nullptr);
     // The log was written in pieces, each by a clock of its own from its start on. A record in no piece has
     // clock 0.
-    CClock(const CDetailList& details, std::span<const RecordRange> pieces);
+    CClock(const CDetailList& details, std::span<const RecordRange> pieces,
+           CExploreProgress* progress = nullptr);
 
     // Microseconds since the first record whose stamp can be believed; within half of what 64 bits hold.
     std::int64_t operator[](RecordIndex record) const { return m_clocks[Number(record)]; }
@@ -46,6 +50,7 @@ private:
     bool IsStray(std::int64_t before, std::int64_t distance, std::uint32_t record, std::uint32_t end,
                  bool isThirdOrLater) const;
 
+    CExploreProgress* const m_pProgress;
     std::uint32_t m_nRecords;
     CLargeVector<std::int64_t> m_clocks; // by record; a stamp, until its piece is walked
     bool m_bLeapYear = false;

@@ -25,7 +25,8 @@ struct ClockRange {
 class CCut {
 public:
     // Refers to the frames.
-    CCut(const CFrames& frames, const CStreams& streams, const Selection& scope, const ClockRange& range);
+    CCut(const CFrames& frames, const CStreams& streams, const Selection& scope, const ClockRange& range,
+         CExploreProgress* progress = nullptr);
 
     const CFrames& Frames() const { return m_frames; }
     // A frame that reaches into the range stays, and with it all that it stands in.
@@ -35,7 +36,7 @@ public:
     std::int64_t End(std::uint32_t frame) const { return std::min(m_frames[frame].end, m_range.to); }
     std::int64_t Total(std::uint32_t frame) const { return End(frame) - Start(frame); }
     // What is left of that without the frames directly below, by frame.
-    CLargeVector<std::int64_t> SelfTimes() const;
+    CLargeVector<std::int64_t> SelfTimes(CExploreProgress* progress = nullptr) const;
 
 private:
     const CFrames& m_frames;

@@ -4,28 +4,29 @@ namespace carvelot {
 
 ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
                                  std::span<const RecordRange> pieces, CExploreProgress* progress)
-    : ExploredSession(session, settings, pieces, progress, StartReading(session.m_listDetails)) {}
+    : ExploredSession(session, settings, pieces, progress, StartReading(session.m_listDetails, progress)) {}
 
-// Where no thread can be had, they are read when they are asked for.
-ExploredSession::Readers ExploredSession::StartReading(const CDetailList& details) {
-    return {std::async([&details] { return CRecordShapes(details); }),
-            std::async([&details] { return FindTransactionSteps(details); })};
+// Where no thread can be had, they are read when they are asked for. A failure of theirs comes out there,
+// too.
+ExploredSession::Readers ExploredSession::StartReading(const CDetailList& details,
+                                                       CExploreProgress* progress) {
+    return {std::async([&details, progress] { return CRecordShapes(details, progress); }),
+            std::async([&details, progress] { return FindTransactionSteps(details, progress); })};
 }
 
 ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
                                  std::span<const RecordRange> pieces, CExploreProgress* progress,
                                  Readers readers)
     : session(session), settings(settings),
-      clock(pieces.empty() ? CClock(session.m_listDetails) : CClock(session.m_listDetails, pieces)),
-      streams(session), frames(session, clock, streams), recordShapes(readers.shapes.get()),
-      shapes(recordShapes, frames), transactionSteps(readers.transactionSteps.get()) {
-    if (progress != nullptr) {
-        progress->Reach(60);
-    }
-}
+      clock(pieces.empty() ? CClock(session.m_listDetails, progress)
+                           : CClock(session.m_listDetails, pieces, progress)),
+      streams(session), frames(session, clock, streams, ShortestSilence(settings.m_fThreshold), progress),
+      recordShapes(readers.shapes.get()), shapes(recordShapes, frames, progress),
+      transactionSteps(readers.transactionSteps.get()) {}
 
-ExploredScope::ExploredScope(const ExploredSession& explored, const Selection& scope, const ClockRange& range)
-    : cut(explored.frames, explored.streams, scope, range), profile(cut),
-      shapes(ProfileShapes(explored.session, explored.shapes, cut)) {}
+ExploredScope::ExploredScope(const ExploredSession& explored, const Selection& scope, const ClockRange& range,
+                             CExploreProgress* progress)
+    : cut(explored.frames, explored.streams, scope, range, progress), profile(cut, progress),
+      shapes(ProfileShapes(explored.session, explored.shapes, cut, progress)) {}
 
 } // namespace carvelot

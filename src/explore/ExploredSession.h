@@ -37,7 +37,7 @@ private:
         std::future<CRecordShapes> shapes;
         std::future<std::vector<TransactionStep>> transactionSteps;
     };
-    static Readers StartReading(const CDetailList& details);
+    static Readers StartReading(const CDetailList& details, CExploreProgress* progress);
 
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
                     std::span<const RecordRange> pieces, CExploreProgress* progress, Readers readers);
@@ -45,7 +45,9 @@ private:
 
 // What a part of it adds up to.
 struct ExploredScope {
-    ExploredScope(const ExploredSession& explored, const Selection& scope, const ClockRange& range);
+    // `progress`, where there is one, can end it, as above.
+    ExploredScope(const ExploredSession& explored, const Selection& scope, const ClockRange& range,
+                  CExploreProgress* progress = nullptr);
 
     const CCut cut;
     const CProfile profile;

@@ -21,7 +21,7 @@ CFramesByStream::CFramesByStream(const ExportedProfile& profile) : m_first(profi
     std::size_t held = 0;
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
         if (profile.cut.Holds(i)) {
-            ++m_first[profile.streams.Of(frames[i].record)];
+            ++m_first[frames[i].stream];
             ++held;
         }
     }
@@ -34,7 +34,7 @@ CFramesByStream::CFramesByStream(const ExportedProfile& profile) : m_first(profi
     m_frames.resize(held);
     for (std::uint32_t i = frames.Count(); i-- > 0;) {
         if (profile.cut.Holds(i)) {
-            m_frames[--m_first[profile.streams.Of(frames[i].record)]] = i;
+            m_frames[--m_first[frames[i].stream]] = i;
         }
     }
 }

@@ -9,7 +9,8 @@ namespace carvelot {
 
 using FindingList = std::vector<Finding>;
 
-void FindRepeatedStatements(const ExploredSession& explored, FindingList& findings);
+void FindRepeatedStatements(const ExploredSession& explored, FindingList& findings,
+                            CExploreProgress* progress = nullptr);
 void FindOpenCaches(const ExploredSession& explored, FindingList& findings);
 void FindCallsWithoutReturn(const ExploredSession& explored, FindingList& findings);
 void FindOrphanReturns(const ExploredSession& explored, FindingList& findings);

@@ -67,17 +67,16 @@ Severity SeverityOf(FindingRule rule) { return TextOf(rule).severity; }
 
 std::string_view MeaningOf(FindingRule rule) { return TextOf(rule).meaning; }
 
-std::vector<Finding> FindAll(const ExploredSession& explored) {
+std::vector<Finding> FindAll(const ExploredSession& explored, CExploreProgress* progress) {
     FindingList findings;
-    FindRepeatedStatements(explored, findings);
-    FindOpenCaches(explored, findings);
-    FindCallsWithoutReturn(explored, findings);
-    FindOrphanReturns(explored, findings);
-    FindFirstCauses(explored, findings);
-    FindSilences(explored, findings);
-    FindRollbacks(explored, findings);
-    FindUnreadLines(explored, findings);
+    FindRepeatedStatements(explored, findings, progress);
+    for (const auto find : {FindOpenCaches, FindCallsWithoutReturn, FindOrphanReturns, FindFirstCauses,
+                            FindSilences, FindRollbacks, FindUnreadLines}) {
+        CheckAt(progress, 0);
+        find(explored, findings);
+    }
     std::sort(findings.begin(), findings.end(), ComesBefore);
+    AddPart(progress, ExploreParts::kFindings);
     return findings;
 }
 

@@ -53,6 +53,7 @@ struct Finding {
 };
 
 // Errors, warnings, notes; in each by cost, then count, both falling, then subject, rule and records.
-std::vector<Finding> FindAll(const ExploredSession& explored);
+// `progress`, where there is one, can end it: then it throws ExploringEnded.
+std::vector<Finding> FindAll(const ExploredSession& explored, CExploreProgress* progress = nullptr);
 
 } // namespace carvelot

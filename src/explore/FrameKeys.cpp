@@ -14,6 +14,7 @@ std::uint32_t CFrameKeys::Number(FrameKind kind, std::string_view name) {
     const auto [number, isNew] = m_numbers.FindOrAdd(PairOf(id, static_cast<std::uint32_t>(kind)), Count());
     if (isNew) {
         m_keys.push_back({id, kind});
+        m_hasKind[static_cast<std::size_t>(kind)] = true;
     }
     return number;
 }

@@ -4,6 +4,7 @@
 #include "records/Interner.h"
 #include "records/NumberMap.h"
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,8 @@ public:
     std::uint32_t Number(FrameKind kind, std::string_view name); // given on first sight in rising order
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_keys.size()); }
     FrameKind Kind(std::uint32_t key) const { return m_keys[key].kind; }
+    // Whether a key is of a kind.
+    bool HasKind(FrameKind kind) const { return m_hasKind[static_cast<std::size_t>(kind)]; }
     std::string_view Name(std::uint32_t key) const { return m_names.Text(m_keys[key].name); }
     // By kind and name; no key comes first.
     bool Less(std::uint32_t one, std::uint32_t other) const;
@@ -40,6 +43,7 @@ private:
     CInterner m_names;
     CNumberMap m_numbers; // by kind and name
     std::vector<Key> m_keys;
+    std::array<bool, 4> m_hasKind{};
 };
 
 } // namespace carvelot

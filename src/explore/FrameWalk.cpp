@@ -8,13 +8,15 @@
 namespace carvelot {
 
 CFrameWalk::CFrameWalk(CFrames& frames, const CCarvelotDoc& session, const CClock& clock,
-                       const CStreams& streams)
+                       const CStreams& streams, std::int64_t shortestSilence)
     : m_result(frames), m_details(session.m_listDetails), m_clock(clock), m_streamOf(streams),
-      m_bJAS(session.m_nLogFormat == LOG_FORMAT_JAS), m_streams(streams.Count()) {}
+      m_bJAS(session.m_nLogFormat == LOG_FORMAT_JAS), m_nShortestSilence(shortestSilence),
+      m_streams(streams.Count()) {}
 
-void CFrameWalk::Run() {
+void CFrameWalk::Run(CExploreProgress* progress) {
     const auto count = static_cast<std::uint32_t>(m_details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
+        CheckAt(progress, i);
         Take(RecordIndex{i});
     }
     for (std::uint32_t number = 0; number < m_streams.size(); ++number) {
@@ -27,7 +29,7 @@ void CFrameWalk::Run() {
 void CFrameWalk::Take(RecordIndex record) {
     const std::uint32_t number = m_streamOf.Of(record);
     Stream& stream = m_streams[number];
-    stream.now = std::max(stream.now, m_clock[record]);
+    Reach(stream, record);
     const LogKind kind = m_details.Kind(record);
     if (stream.pending != kNoFrame) {
         EndPending(stream, record, kind);
@@ -48,13 +50,22 @@ void CFrameWalk::Take(RecordIndex record) {
         }
         break;
     case LOG_SQL:
-        StartStatement(stream, record);
+        StartStatement(number, record);
         break;
     case LOG_OBJECT_CALL:
-        StartObjectCall(stream, record);
+        StartObjectCall(number, record);
         break;
     default:
         break;
+    }
+}
+
+void CFrameWalk::Reach(Stream& stream, RecordIndex record) {
+    const std::int64_t before = stream.now;
+    stream.now = std::max(before, m_clock[record]);
+    const auto step = static_cast<std::uint64_t>(stream.now) - static_cast<std::uint64_t>(before);
+    if (step >= static_cast<std::uint64_t>(m_nShortestSilence) && before != kNotBegun) [[unlikely]] {
+        m_result.m_silences.push_back({record, static_cast<std::int64_t>(step)});
     }
 }
 
@@ -112,8 +123,8 @@ void CFrameWalk::StartEvent(std::uint32_t number, RecordIndex record) {
     Open(number, record, m_result.m_keys.Number(FrameKind::Event, name), 0);
 }
 
-void CFrameWalk::StartStatement(Stream& stream, RecordIndex record) {
-    stream.pending = Add(stream, record, StatementKey(record));
+void CFrameWalk::StartStatement(std::uint32_t number, RecordIndex record) {
+    m_streams[number].pending = Add(number, record, StatementKey(record));
 }
 
 // Few tables are named in millions of statements.
@@ -135,22 +146,24 @@ std::uint32_t CFrameWalk::StatementKey(RecordIndex record) {
     return key;
 }
 
-void CFrameWalk::StartObjectCall(Stream& stream, RecordIndex record) {
+void CFrameWalk::StartObjectCall(std::uint32_t number, RecordIndex record) {
     const std::string_view name = ReadObjectName(m_details.Text(record), m_strScratch);
-    stream.pending = Add(stream, record, m_result.m_keys.Number(FrameKind::Object, name));
+    m_streams[number].pending = Add(number, record, m_result.m_keys.Number(FrameKind::Object, name));
 }
 
-std::uint32_t CFrameWalk::Add(const Stream& stream, RecordIndex record, std::uint32_t key) {
+std::uint32_t CFrameWalk::Add(std::uint32_t number, RecordIndex record, std::uint32_t key) {
+    const Stream& stream = m_streams[number];
     const std::uint32_t frame = m_result.Count();
     const std::uint32_t parent = stream.open.empty() ? kNoFrame : stream.open.back().frame;
-    m_result.m_frames.Add({record, record, parent, key, stream.now, stream.now, kNoResult, false, false});
+    m_result.m_frames.Add(
+        {record, record, parent, key, stream.now, stream.now, kNoResult, false, false, number});
     return frame;
 }
 
 void CFrameWalk::Open(std::uint32_t number, RecordIndex record, std::uint32_t key, std::int32_t level) {
     Stream& stream = m_streams[number];
     const auto place = static_cast<std::uint32_t>(stream.open.size());
-    OpenFrame open{Add(stream, record, key), key, level, kNoKey, kNoPlace, kNoPlace};
+    OpenFrame open{Add(number, record, key), key, level, kNoKey, kNoPlace, kNoPlace};
     std::uint32_t& newest = NewestOfKey(number, key);
     open.sameKeyBelow = newest;
     newest = place;

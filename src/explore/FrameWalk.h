@@ -14,11 +14,13 @@ namespace carvelot {
 
 class CFrameWalk {
 public:
-    CFrameWalk(CFrames& frames, const CCarvelotDoc& session, const CClock& clock, const CStreams& streams);
-    void Run();
+    CFrameWalk(CFrames& frames, const CCarvelotDoc& session, const CClock& clock, const CStreams& streams,
+               std::int64_t shortestSilence);
+    void Run(CExploreProgress* progress);
 
 private:
     static constexpr std::uint32_t kNoPlace = 0xFFFFFFFE; // no place in a stack
+    static constexpr std::int64_t kNotBegun = std::numeric_limits<std::int64_t>::min();
 
     struct OpenFrame {
         std::uint32_t frame;
@@ -31,7 +33,7 @@ private:
         std::uint32_t sameBelow;
     };
     struct Stream {
-        std::int64_t now = std::numeric_limits<std::int64_t>::min();
+        std::int64_t now = kNotBegun;
         std::vector<OpenFrame> open;
         std::vector<std::uint32_t> levelled; // places of functions of a level above 0, whose levels rise
         std::uint32_t newestEvent = kNoPlace;
@@ -39,13 +41,14 @@ private:
     };
 
     void Take(RecordIndex record);
+    void Reach(Stream& stream, RecordIndex record);
     void EndPending(Stream& stream, RecordIndex record, LogKind kind);
     void Call(std::uint32_t number, RecordIndex record);
     void Return(std::uint32_t number, RecordIndex record);
     void StartEvent(std::uint32_t number, RecordIndex record);
-    void StartStatement(Stream& stream, RecordIndex record);
-    void StartObjectCall(Stream& stream, RecordIndex record);
-    std::uint32_t Add(const Stream& stream, RecordIndex record, std::uint32_t key);
+    void StartStatement(std::uint32_t number, RecordIndex record);
+    void StartObjectCall(std::uint32_t number, RecordIndex record);
+    std::uint32_t Add(std::uint32_t number, RecordIndex record, std::uint32_t key);
     void Open(std::uint32_t number, RecordIndex record, std::uint32_t key, std::int32_t level);
     // Ends what is open from a place of the stack on; the frame at the place is the one that is closed, if
     // any.
@@ -61,6 +64,7 @@ private:
     const CClock& m_clock;
     const CStreams& m_streamOf;
     const bool m_bJAS;
+    const std::int64_t m_nShortestSilence;
     std::vector<Stream> m_streams;
     CNumberMap m_statementKeys; // by operation and table
     CNumberMap m_levelledKeys;

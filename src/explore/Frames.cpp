@@ -4,8 +4,10 @@
 
 namespace carvelot {
 
-CFrames::CFrames(const CCarvelotDoc& session, const CClock& clock, const CStreams& streams) {
-    CFrameWalk(*this, session, clock, streams).Run();
+CFrames::CFrames(const CCarvelotDoc& session, const CClock& clock, const CStreams& streams,
+                 std::int64_t shortestSilence, CExploreProgress* progress) {
+    CFrameWalk(*this, session, clock, streams, shortestSilence).Run(progress);
+    AddPart(progress, ExploreParts::kFrames);
 }
 
 } // namespace carvelot

@@ -42,7 +42,7 @@ private:
         if (kind != FrameKind::Function && kind != FrameKind::Event) {
             return;
         }
-        std::vector<OpenFrame>& open = m_streams[m_streamOf.Of(frame.record)];
+        std::vector<OpenFrame>& open = m_streams[frame.stream];
         // What a call ends at its own record is not below it.
         while (!open.empty() && Number(open.back().ended) <= Number(frame.record)) {
             open.pop_back();

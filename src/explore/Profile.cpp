@@ -8,17 +8,19 @@ namespace carvelot {
 
 namespace {
 
-template <class Take> void ForEachFrame(const CCut& cut, Take take) {
+template <class Take> void ForEachFrame(const CCut& cut, CExploreProgress* progress, Take take) {
     const CFrames& frames = cut.Frames();
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
+        CheckAt(progress, i);
         if (cut.Holds(i)) {
             take(i, frames[i]);
         }
     }
 }
 
-// Finds nodes by parent and key. Most have few children, among which a look tells more quickly than a look-up
-// in a large table does. What is looked at for that lies close together, apart from the nodes' numbers.
+// Finds nodes by parent and key. Most keys come up once below a node, which a bit for some of all keys tells;
+// most others are among a few children, where a look tells more quickly than a look-up in a large table does.
+// What is looked at for that lies close together, apart from the nodes' numbers.
 class CTreeNodes {
 public:
     explicit CTreeNodes(std::size_t most) { m_links.reserve(most); }
@@ -26,21 +28,26 @@ public:
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_links.size()); }
     // A node that is added bears the number Count() had.
     std::uint32_t FindOrAdd(std::uint32_t parent, std::uint32_t key) {
-        std::uint32_t looked = 0;
-        std::uint32_t node = parent == kNone ? m_atTop.firstChild : m_links[parent].firstChild;
-        for (; node != kNone && looked < kFew; node = m_links[node].nextSibling, ++looked) {
-            if (m_links[node].key == key) {
-                return node;
+        Link& above = parent == kNone ? m_atTop : m_links[parent];
+        const std::uint64_t bit = std::uint64_t{1} << (key % 64U);
+        if ((above.keysBelow & bit) != 0) {
+            std::uint32_t looked = 0;
+            std::uint32_t node = above.firstChild;
+            for (; node != kNone && looked < kFew; node = m_links[node].nextSibling, ++looked) {
+                if (m_links[node].key == key) {
+                    return node;
+                }
             }
         }
         const std::uint32_t added = Count();
-        if (looked == kFew) {
+        if (above.children >= kFew) {
             const auto [place, isNew] = m_further.FindOrAdd(PairOf(parent, key), added);
             if (!isNew) {
                 return place;
             }
         }
-        Link& above = parent == kNone ? m_atTop : m_links[parent];
+        above.keysBelow |= bit;
+        ++above.children;
         (above.lastChild == kNone ? above.firstChild : m_links[above.lastChild].nextSibling) = added;
         above.lastChild = added;
         m_links.push_back({key});
@@ -55,13 +62,15 @@ public:
 
 private:
     static constexpr std::uint32_t kNone = CallTreeNode::kNone;
-    static constexpr std::uint32_t kFew = 8;
+    static constexpr std::uint32_t kFew = 32;
 
     struct Link {
         std::uint32_t key = kNoKey;
         std::uint32_t firstChild = kNone;
         std::uint32_t lastChild = kNone;
         std::uint32_t nextSibling = kNone;
+        std::uint32_t children = 0;
+        std::uint64_t keysBelow = 0; // a bit for each key's number modulo 64
     };
 
     CLargeVector<Link> m_links; // by node
@@ -71,19 +80,20 @@ private:
 
 } // namespace
 
-CProfile::CProfile(const CCut& cut) {
+CProfile::CProfile(const CCut& cut, CExploreProgress* progress) {
     std::vector<FunctionProfile> functions(cut.Frames().Keys().Count()); // by key
-    AddTree(cut, functions);
-    AddFunctions(cut, functions);
-    AddEdges(cut.Frames().Keys());
+    AddTree(cut, functions, progress);
+    AddFunctions(cut, functions, progress);
+    AddEdges(cut.Frames().Keys(), progress);
+    AddPart(progress, ExploreParts::kProfile);
 }
 
-void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions) {
-    const CLargeVector<std::int64_t> selfs = cut.SelfTimes();
+void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions, CExploreProgress* progress) {
+    const CLargeVector<std::int64_t> selfs = cut.SelfTimes(progress);
     CTreeNodes nodes(cut.Frames().Count());
     m_tree.reserve(cut.Frames().Count());
     CLargeVector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
-    ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) {
+    ForEachFrame(cut, progress, [&](std::uint32_t i, const Frame& frame) {
         const std::int64_t total = cut.Total(i);
         const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
         nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
@@ -110,17 +120,20 @@ void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions)
     nodes.EnterInto(m_tree);
 }
 
-void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions) {
+void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions,
+                            CExploreProgress* progress) {
     const CFrameKeys& keys = cut.Frames().Keys();
     std::vector<std::uint32_t> counts;
     for (const FunctionProfile& function : functions) {
         counts.push_back(function.calls);
     }
     CGroupedTimes times(counts);
-    ForEachFrame(cut, [&](std::uint32_t i, const Frame& frame) { times.Add(frame.key, cut.Total(i)); });
+    ForEachFrame(cut, progress,
+                 [&](std::uint32_t i, const Frame& frame) { times.Add(frame.key, cut.Total(i)); });
     for (std::uint32_t key = 0; key < keys.Count(); ++key) {
         // A return without its call has made a key that no frame has.
         if (functions[key].calls != 0) {
+            CheckAt(progress, 0);
             functions[key].key = key;
             functions[key].p50 = times.Percentile(key, 50);
             functions[key].p95 = times.Percentile(key, 95);
@@ -134,9 +147,11 @@ void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& funct
 }
 
 // What stands below nodes of one key, in the tree, adds up to the edges.
-void CProfile::AddEdges(const CFrameKeys& keys) {
+void CProfile::AddEdges(const CFrameKeys& keys, CExploreProgress* progress) {
     CNumberMap places;
+    std::uint32_t step = 0;
     for (const CallTreeNode& node : m_tree) {
+        CheckAt(progress, step++);
         const std::uint32_t caller = node.parent == CallTreeNode::kNone ? kNoKey : m_tree[node.parent].key;
         const auto [place, isNew] =
             places.FindOrAdd(PairOf(caller, node.key), static_cast<std::uint32_t>(m_edges.size()));

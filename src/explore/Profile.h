@@ -45,16 +45,16 @@ struct CallTreeNode {
 
 class CProfile {
 public:
-    explicit CProfile(const CCut& cut);
+    explicit CProfile(const CCut& cut, CExploreProgress* progress = nullptr);
 
     std::vector<FunctionProfile> m_functions; // by total falling, then kind and name
     std::vector<CallEdge> m_edges;            // by total falling, then caller and callee
     CLargeVector<CallTreeNode> m_tree;        // by first appearance; those without a parent are siblings
 
 private:
-    void AddTree(const CCut& cut, std::vector<FunctionProfile>& functions);
-    void AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions);
-    void AddEdges(const CFrameKeys& keys);
+    void AddTree(const CCut& cut, std::vector<FunctionProfile>& functions, CExploreProgress* progress);
+    void AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions, CExploreProgress* progress);
+    void AddEdges(const CFrameKeys& keys, CExploreProgress* progress);
 };
 
 } // namespace carvelot

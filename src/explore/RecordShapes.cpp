@@ -7,12 +7,13 @@
 
 namespace carvelot {
 
-CRecordShapes::CRecordShapes(const CDetailList& details) {
+CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progress) {
     CShapeText shapeText;
     // Statements to one table have few shapes, mostly that of the one before.
     std::vector<std::uint32_t> latest; // by table
     const auto count = static_cast<std::uint32_t>(details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
+        CheckAt(progress, i);
         const RecordIndex record{i};
         if (details.Kind(record) != LOG_SQL) {
             continue;
@@ -27,6 +28,7 @@ CRecordShapes::CRecordShapes(const CDetailList& details) {
         }
         m_ofStatements.push_back(latest[table]);
     }
+    AddPart(progress, ExploreParts::kRecordShapes);
 }
 
 } // namespace carvelot

@@ -1,6 +1,7 @@
 // The shape of each statement of a log.
 #pragma once
 
+#include "explore/ExploreProgress.h"
 #include "records/DetailList.h"
 #include "records/Interner.h"
 #include "records/PageAllocator.h"
@@ -12,7 +13,7 @@ namespace carvelot {
 
 class CRecordShapes {
 public:
-    explicit CRecordShapes(const CDetailList& details);
+    explicit CRecordShapes(const CDetailList& details, CExploreProgress* progress = nullptr);
 
     // Shapes by first appearance.
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_shapes.Count()); }

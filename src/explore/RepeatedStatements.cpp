@@ -143,14 +143,15 @@ struct Below {
 
 class CRepeatedStatements {
 public:
-    CRepeatedStatements(const ExploredSession& explored, FindingList& findings)
-        : m_explored(explored), m_frames(explored.frames), m_findings(findings), m_links(m_frames.Count()),
-          m_placeBelow(m_frames.Count(), kNoPlace), m_counted(m_frames.Count()) {}
+    CRepeatedStatements(const ExploredSession& explored, FindingList& findings, CExploreProgress* progress)
+        : m_explored(explored), m_frames(explored.frames), m_findings(findings), m_pProgress(progress),
+          m_links(m_frames.Count()), m_placeBelow(m_frames.Count(), kNoPlace), m_counted(m_frames.Count()) {}
 
     void Find() {
         CountShapes();
         // From the last frame on: all that stands below a frame comes ahead of it.
         for (std::uint32_t i = m_frames.Count(); i-- > 0;) {
+            CheckAt(m_pProgress, i);
             const std::uint32_t shape = m_explored.shapes.Of(i);
             if (shape != kNoShape) {
                 if (IsFrequent(shape) && m_frames[i].parent != kNoFrame) {
@@ -172,6 +173,7 @@ private:
     void CountShapes() {
         m_executions.assign(m_explored.shapes.Count(), 0);
         for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
+            CheckAt(m_pProgress, i);
             const std::uint32_t shape = m_explored.shapes.Of(i);
             if (shape != kNoShape) {
                 ++m_executions[shape];
@@ -286,13 +288,14 @@ private:
             run.executions = {};
         };
         for (std::uint32_t i = 0; i < m_frames.Count(); ++i) {
+            CheckAt(m_pProgress, i);
             const std::uint32_t shape = m_explored.shapes.Of(i);
             if (shape == kNoShape || !IsFrequent(shape) || m_counted[i]) {
                 continue;
             }
             const Frame& frame = m_frames[i];
-            const auto [place, isNew] = places.FindOrAdd(PairOf(m_explored.streams.Of(frame.record), shape),
-                                                         static_cast<std::uint32_t>(runs.size()));
+            const auto [place, isNew] =
+                places.FindOrAdd(PairOf(frame.stream, shape), static_cast<std::uint32_t>(runs.size()));
             if (isNew) {
                 runs.push_back({shape, frame.start, {}});
             }
@@ -317,6 +320,7 @@ private:
     const ExploredSession& m_explored;
     const CFrames& m_frames;
     FindingList& m_findings;
+    CExploreProgress* const m_pProgress;
     CExecutionLinks m_links;
     std::vector<std::uint32_t> m_executions;  // how many, by shape
     CLargeVector<std::uint32_t> m_placeBelow; // in m_below, by frame
@@ -329,8 +333,9 @@ private:
 
 } // namespace
 
-void FindRepeatedStatements(const ExploredSession& explored, FindingList& findings) {
-    CRepeatedStatements(explored, findings).Find();
+void FindRepeatedStatements(const ExploredSession& explored, FindingList& findings,
+                            CExploreProgress* progress) {
+    CRepeatedStatements(explored, findings, progress).Find();
 }
 
 } // namespace carvelot

@@ -47,9 +47,12 @@ private:
     std::vector<std::uint32_t> m_best;
 };
 
-template <class Take> void ForEachStatement(const CStatementShapes& shapes, const CCut& cut, Take take) {
+template <class Take>
+void ForEachStatement(const CStatementShapes& shapes, const CCut& cut, CExploreProgress* progress,
+                      Take take) {
     const CFrames& frames = cut.Frames();
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
+        CheckAt(progress, i);
         if (shapes.Of(i) != kNoShape && cut.Holds(i)) {
             take(shapes.Of(i), frames[i], cut.Total(i));
         }
@@ -58,22 +61,25 @@ template <class Take> void ForEachStatement(const CStatementShapes& shapes, cons
 
 } // namespace
 
-CStatementShapes::CStatementShapes(const CRecordShapes& shapes, const CFrames& frames)
+CStatementShapes::CStatementShapes(const CRecordShapes& shapes, const CFrames& frames,
+                                   CExploreProgress* progress)
     : m_shapes(shapes), m_byFrame(frames.Count()) {
     // Every SQL record has a frame, and both stand by record.
     auto next = shapes.OfStatements().begin();
     for (std::uint32_t i = 0; i < frames.Count(); ++i) {
+        CheckAt(progress, i);
         m_byFrame[i] = frames.Keys().Kind(frames[i].key) == FrameKind::Statement ? *next++ : kNoShape;
     }
+    AddPart(progress, ExploreParts::kStatementShapes);
 }
 
 std::vector<ShapeProfile> ProfileShapes(const CCarvelotDoc& session, const CStatementShapes& shapes,
-                                        const CCut& cut) {
+                                        const CCut& cut, CExploreProgress* progress) {
     const CDetailList& details = session.m_listDetails;
     std::vector<ShapeProfile> all(shapes.Count());
     std::vector<std::uint32_t> counts(shapes.Count(), 0);
     CCallers callers(shapes.Count());
-    ForEachStatement(shapes, cut, [&](std::uint32_t shape, const Frame& frame, std::int64_t total) {
+    ForEachStatement(shapes, cut, progress, [&](std::uint32_t shape, const Frame& frame, std::int64_t total) {
         ShapeProfile& profile = all[shape];
         if (profile.count == 0) {
             profile.shape = shape;
@@ -91,12 +97,13 @@ std::vector<ShapeProfile> ProfileShapes(const CCarvelotDoc& session, const CStat
         callers.Count(shape, frame.parent == kNoFrame ? kNoKey : cut.Frames()[frame.parent].key);
     });
     CGroupedTimes times(counts);
-    ForEachStatement(shapes, cut, [&](std::uint32_t shape, const Frame& /*frame*/, std::int64_t total) {
-        times.Add(shape, total);
-    });
+    ForEachStatement(
+        shapes, cut, progress,
+        [&](std::uint32_t shape, const Frame& /*frame*/, std::int64_t total) { times.Add(shape, total); });
     callers.FindBest();
     std::erase_if(all, [](const ShapeProfile& profile) { return profile.count == 0; });
     for (ShapeProfile& profile : all) {
+        CheckAt(progress, 0);
         profile.p95 = times.Percentile(profile.shape, 95);
         profile.topCaller = callers.Best(profile.shape);
     }
@@ -107,6 +114,7 @@ std::vector<ShapeProfile> ProfileShapes(const CCarvelotDoc& session, const CStat
         return one.count != other.count ? one.count > other.count
                                         : shapes.Text(one.shape) < shapes.Text(other.shape);
     });
+    AddPart(progress, ExploreParts::kShapeProfiles);
     return all;
 }
 

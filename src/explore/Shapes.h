@@ -16,7 +16,8 @@ inline constexpr std::uint32_t kNoShape = 0xFFFFFFFF;
 class CStatementShapes {
 public:
     // Refers to the shapes.
-    CStatementShapes(const CRecordShapes& shapes, const CFrames& frames);
+    CStatementShapes(const CRecordShapes& shapes, const CFrames& frames,
+                     CExploreProgress* progress = nullptr);
 
     std::uint32_t Of(std::uint32_t frame) const { return m_byFrame[frame]; } // kNoShape of no statement
     std::uint32_t Count() const { return m_shapes.Count(); }
@@ -44,6 +45,6 @@ struct ShapeProfile {
 
 // By total falling, then count falling, then text.
 std::vector<ShapeProfile> ProfileShapes(const CCarvelotDoc& session, const CStatementShapes& shapes,
-                                        const CCut& cut);
+                                        const CCut& cut, CExploreProgress* progress = nullptr);
 
 } // namespace carvelot

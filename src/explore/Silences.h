@@ -8,7 +8,7 @@
 
 namespace carvelot {
 
-struct Silence {
+struct SilenceInCall {
     std::uint32_t stream;
     RecordIndex record;     // the one behind it
     std::uint32_t function; // the innermost function frame that was open
@@ -19,6 +19,7 @@ struct Silence {
 };
 
 // By record.
-void ForEachSilence(const ExploredSession& explored, const std::function<void(const Silence&)>& take);
+void ForEachSilenceInCall(const ExploredSession& explored,
+                          const std::function<void(const SilenceInCall&)>& take);
 
 } // namespace carvelot

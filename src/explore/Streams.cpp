@@ -1,38 +1,23 @@
 #include "explore/Streams.h"
 
-#include <algorithm>
 #include <unordered_map>
 
 namespace carvelot {
 
-namespace {
-
-constexpr std::uint32_t kNotSeen = 0xFFFFFFFF;
-
-} // namespace
-
 CStreams::CStreams(const CCarvelotDoc& session) : m_details(session.m_listDetails) {
     const bool isJAS = session.m_nLogFormat == LOG_FORMAT_JAS;
     std::unordered_map<const void*, std::uint32_t> known;
-    const auto count = static_cast<std::uint32_t>(m_details.Size());
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const RecordIndex record{i};
-        const std::uint32_t number = m_details.ContextNumber(record);
-        if (number >= m_byContext.size()) {
-            m_byContext.resize(std::max<std::size_t>(number + 1, m_byContext.size() * 2), kNotSeen);
+    m_byContext.reserve(m_details.ContextCount());
+    for (std::uint32_t number = 0; number < m_details.ContextCount(); ++number) {
+        const RecordContext& context = m_details.ContextOfNumber(number);
+        const Owner owner{context.thread, isJAS ? context.jasUser : nullptr};
+        const void* const identity =
+            isJAS ? static_cast<const void*>(owner.user) : static_cast<const void*>(owner.thread);
+        const auto [entry, isNew] = known.try_emplace(identity, Count());
+        if (isNew) {
+            m_owners.push_back(owner);
         }
-        std::uint32_t& stream = m_byContext[number];
-        if (stream == kNotSeen) {
-            const RecordContext& context = m_details.Context(record);
-            const Owner owner{context.thread, isJAS ? context.jasUser : nullptr};
-            const void* const identity =
-                isJAS ? static_cast<const void*>(owner.user) : static_cast<const void*>(owner.thread);
-            const auto [entry, isNew] = known.try_emplace(identity, Count());
-            if (isNew) {
-                m_owners.push_back(owner);
-            }
-            stream = entry->second;
-        }
+        m_byContext.push_back(entry->second);
     }
 }
 

@@ -23,7 +23,7 @@ public:
         std::vector<bool> named(m_profile.streams.Count(), false);
         for (std::uint32_t i = 0; i < frames.Count(); ++i) {
             if (m_profile.cut.Holds(i)) {
-                const std::uint32_t stream = m_profile.streams.Of(frames[i].record);
+                const std::uint32_t stream = frames[i].stream;
                 const Place place = PlaceOf(stream, frames[i].record);
                 if (!named[stream]) {
                     named[stream] = true;

@@ -4,12 +4,14 @@
 
 namespace carvelot {
 
-std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details) {
+std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details, CExploreProgress* progress) {
     constexpr std::string_view entering = "Entering JDB_";
     constexpr std::string_view shortest = "Entering JDB_RollbackUser";
     std::vector<TransactionStep> steps;
-    const auto count = static_cast<std::uint32_t>(details.Size());
+    const bool anyRollback = details.MayHold(shortest, [progress] { CheckAt(progress, 0); });
+    const auto count = anyRollback ? static_cast<std::uint32_t>(details.Size()) : 0;
     for (std::uint32_t i = 0; i < count; ++i) {
+        CheckAt(progress, i);
         const RecordIndex record{i};
         std::string_view text = details.Text(record);
         if (text.size() < shortest.size()) {
@@ -27,6 +29,7 @@ std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details) {
             steps.push_back({record, rollsBack});
         }
     }
+    AddPart(progress, ExploreParts::kTransactions);
     return steps;
 }
 

@@ -1,6 +1,7 @@
 // Where transactions begin and are rolled back.
 #pragma once
 
+#include "explore/ExploreProgress.h"
 #include "records/DetailList.h"
 
 #include <vector>
@@ -12,7 +13,8 @@ struct TransactionStep {
     bool rollsBack; // it begins one otherwise
 };
 
-// By record.
-std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details);
+// By record; none in a log in which nothing is rolled back.
+std::vector<TransactionStep> FindTransactionSteps(const CDetailList& details,
+                                                  CExploreProgress* progress = nullptr);
 
 } // namespace carvelot

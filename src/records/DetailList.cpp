@@ -248,6 +248,10 @@ std::string_view CDetailList::Text(RecordIndex record) const {
     return length == 0 ? std::string_view{} : m_texts.View(OffsetField::In(packed.text), length);
 }
 
+bool CDetailList::MayHold(std::string_view word, const std::function<void()>& betweenBlocks) const {
+    return m_texts.Holds(word, betweenBlocks);
+}
+
 std::uint64_t CDetailList::OddTime(RecordIndex record) const {
     const OddDetail& odd = Odd(record);
     return LogTime(odd.hour, odd.minute, odd.second, odd.microsecond);

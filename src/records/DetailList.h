@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -56,6 +57,9 @@ public:
     }
     std::uint32_t ContextNumber(RecordIndex record) const { return Packed(record).context; }
     RecordContext& ContextOfNumber(std::uint32_t context) { return m_contexts[context]; }
+    // Contexts have rising numbers by their first records; each has one.
+    const RecordContext& ContextOfNumber(std::uint32_t context) const { return m_contexts[context]; }
+    std::uint32_t ContextCount() const { return static_cast<std::uint32_t>(m_contexts.size()); }
 
     std::size_t Size() const { return m_details.Size(); }
     CLogDetail operator[](RecordIndex record) const;
@@ -86,6 +90,19 @@ public:
         const std::uint64_t minutes = HourField::In(fields) * 60 + MinuteField::In(fields);
         return (minutes * 60 + SecondField::In(fields)) * 1'000'000 + MicrosecondField::In(fields);
     }
+    // Records of one day and second share its number; a record with a stamp out of the ordinary has none. How
+    // much of the second had passed, Fraction tells for the others.
+    static constexpr std::uint64_t kNoSecond = ~std::uint64_t{0};
+    std::uint64_t SecondNumber(RecordIndex record) const {
+        constexpr std::uint64_t second =
+            ~(DayField::kNone & HourField::kNone & MinuteField::kNone & SecondField::kNone);
+        const std::uint64_t fields = Packed(record).fields;
+        return OddField::In(fields) != 0 ? kNoSecond : fields & second;
+    }
+    std::uint64_t Fraction(RecordIndex record) const { return MicrosecondField::In(Packed(record).fields); }
+    // Whether a word stands in any text, or perhaps only in what stands one behind the other in two texts.
+    // `betweenBlocks` is called every few megabytes.
+    bool MayHold(std::string_view word, const std::function<void()>& betweenBlocks) const;
     RecordContext& Context(RecordIndex record) { return m_contexts[Packed(record).context]; }
     const RecordContext& Context(RecordIndex record) const { return m_contexts[Packed(record).context]; }
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -41,6 +42,13 @@ public:
 
     T& operator[](std::size_t i) { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
     const T& operator[](std::size_t i) const { return m_blocks[i >> BlockBits][i & (kBlockSize - 1)]; }
+
+    // What lies together in memory.
+    std::size_t BlockCount() const { return m_blocks.size(); }
+    std::span<const T> Block(std::size_t block) const {
+        const bool isLast = block + 1 == m_blocks.size();
+        return {m_blocks[block], isLast ? static_cast<std::size_t>(m_pNext - m_pLast) : kBlockSize};
+    }
 
     void Add(const T& value) { *Reserve(1) = value; }
 

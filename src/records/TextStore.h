@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,10 @@ public:
     // The text from `offset` up to the first of two characters, one of which the caller knows to be there.
     std::string_view ViewUpTo(Offset offset, char end, char otherEnd) const;
 
+    // Whether the bytes of one text, or of neighbouring ones, hold a word of at least two characters.
+    // `betweenBlocks` is called every few megabytes.
+    bool Holds(std::string_view word, const std::function<void()>& betweenBlocks) const;
+
     // A copy of any length, for texts that bear their own address.
     std::string_view Keep(std::string_view text);
 
@@ -52,7 +57,11 @@ public:
 
 private:
     CPagedArray<char, 22> m_bytes;
-    std::vector<std::unique_ptr<char[]>> m_large;
+    struct LargeText {
+        std::unique_ptr<char[]> bytes;
+        std::size_t size;
+    };
+    std::vector<LargeText> m_large;
 };
 
 } // namespace carvelot

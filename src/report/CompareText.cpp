@@ -1,7 +1,7 @@
 #include "report/CompareText.h"
 
+#include "explore/Scope.h"
 #include "report/ExploreWords.h"
-#include "report/Scope.h"
 #include "report/TextTable.h"
 #include "text/NumberText.h"
 

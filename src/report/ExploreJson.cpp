@@ -65,7 +65,7 @@ private:
             const CJsonWriter::CObject entry(m_json);
             WriteKey(frame.key);
             m_json.Member("record", Number(frame.record));
-            m_json.Member("stream", std::string_view(streams[m_explored.streams.Of(frame.record)]));
+            m_json.Member("stream", std::string_view(streams[frame.stream]));
             m_json.Member("parent", IndexOfFrame(frame.parent));
             m_json.Member("start", frame.start);
             m_json.Member("end", frame.end);

@@ -1,11 +1,11 @@
 #include "report/ExploreRun.h"
 
 #include "explore/ProfileExport.h"
+#include "explore/Scope.h"
 #include "report/CompareJson.h"
 #include "report/CompareText.h"
 #include "report/ExploreJson.h"
 #include "report/ExploreText.h"
-#include "report/Scope.h"
 
 #include <future>
 #include <ostream>
@@ -29,9 +29,7 @@ int FailOnScope(const ExploreOptions& asked, std::ostream& err) {
 struct Side {
     Side(const CCarvelotDoc& session, const std::optional<Selection>& selection, const ReportOptions& options)
         : explored(session, options.settings), foundBeside(std::async([this] { return FindAll(explored); })),
-          scope(explored, selection.value_or(Selection()),
-                selection ? options.explore->range : ClockRange{0, 0}),
-          findings(foundBeside.get()) {}
+          scope(ExploreIfThere(explored, selection, options.explore->range)), findings(foundBeside.get()) {}
 
     ComparedSide Compared() const { return {explored, scope, findings}; }
 

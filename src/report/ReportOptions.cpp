@@ -2,6 +2,7 @@
 
 #include "Version.h"
 #include "explore/ProfileExport.h"
+#include "explore/Scope.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,17 +14,6 @@
 #include <ostream>
 
 namespace carvelot {
-
-std::optional<std::uint32_t> ParseId(std::string_view text) {
-    std::int64_t value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    if (error != std::errc{} || stop != end || value < -(std::int64_t{1} << 31) ||
-        value >= (std::int64_t{1} << 32)) {
-        return std::nullopt;
-    }
-    return static_cast<std::uint32_t>(value);
-}
 
 namespace {
 

@@ -45,7 +45,4 @@ enum ReportStatus { REPORT_DONE = 0, REPORT_FAILED = 1, REPORT_USAGE = 2 };
 std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& arguments, std::ostream& out,
                                                std::ostream& err, int& status);
 
-// A process or thread number in its unsigned or its signed form.
-std::optional<std::uint32_t> ParseId(std::string_view text);
-
 } // namespace carvelot

@@ -1,10 +1,10 @@
 #include "report/ReportRun.h"
 
+#include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "report/ExploreRun.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
-#include "report/Scope.h"
 #include "report/TextReport.h"
 
 #include <cstdlib>

@@ -11,6 +11,7 @@
 #include "text/Release.h"
 
 #include <algorithm>
+#include <atomic>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -22,8 +23,9 @@ namespace {
 // How often a load tells how far it has come.
 constexpr std::uint64_t kProgressStep = 4U << 20U;
 
+// Sessions may be loaded side by side.
 std::uint64_t NextLoadIdentity() {
-    static std::uint64_t last = 0;
+    static std::atomic<std::uint64_t> last = 0;
     return ++last;
 }
 

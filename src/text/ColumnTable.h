@@ -20,8 +20,9 @@ template <class TRow, class... TOf> struct CListColumn {
     int m_nWidth; // device-independent pixels
     EAlign m_nAlign;
     std::string (*m_pfnText)(const TRow&, const TOf&...);
-    SortKey (*m_pfnKey)(const TRow&, const TOf&...) = nullptr; // null: the rows do not sort by it
+    SortKey (*m_pfnKey)(const TRow&, const TOf&...) = nullptr;  // null: the rows do not sort by it
     double (*m_pfnShare)(const TRow&, const TOf&...) = nullptr; // null: no bars; else see CListSource::Share
+    bool m_bSigned = false;                                     // bars run from the middle to either side
 };
 
 template <class TRow, class... TOf> using CColumnTable = std::span<const CListColumn<TRow, TOf...>>;
@@ -61,8 +62,8 @@ template <class TRow, class... TOf>
 std::vector<CColumnSpec> SpecsOf(std::span<const CListColumn<TRow, TOf...>> columns) {
     std::vector<CColumnSpec> specs;
     for (const CListColumn<TRow, TOf...>& column : columns) {
-        specs.push_back(
-            {std::string(column.m_strTitle), column.m_nWidth, column.m_nAlign, column.m_pfnKey != nullptr});
+        specs.push_back({std::string(column.m_strTitle), column.m_nWidth, column.m_nAlign,
+                         column.m_pfnKey != nullptr, column.m_bSigned});
     }
     return specs;
 }

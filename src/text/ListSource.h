@@ -14,7 +14,8 @@ struct CColumnSpec {
     std::string m_strTitle; // UTF-8
     int m_nWidth;           // device-independent pixels
     EAlign m_nAlign = EAlign::Left;
-    bool m_bSorts = false; // a click on its title brings the rows into its order
+    bool m_bSorts = false;  // a click on its title brings the rows into its order
+    bool m_bSigned = false; // its bars run from the middle to either side
 };
 
 // Rows of a list: texts are made when a cell is asked for, sorting goes by the raw values behind them.

@@ -1,4 +1,5 @@
 // A load for which the memory does not suffice, and what opening and closing costs in the long run.
+#include "explore/Findings.h"
 #include "explore/ProfileExport.h"
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
@@ -150,6 +151,41 @@ TEST(MemoryFaults, WhicheverAllocationOfAnExportFailsTheEarlierFileStays) {
             ASSERT_EQ(folder.Names(), std::vector<std::string>{name}) << number;
         }
         EXPECT_GT(thrown, allocations / 2) << name;
+    }
+}
+
+TEST(MemoryFaults, WhicheverAllocationOfExploringFailsItEndsWithThatAlone) {
+    UseSmallPages();
+    for (const auto& lines : {BusyDebugLog(), BusyJASLog()}) {
+        const TestSession session(lines);
+        Faults faults;
+        faults.FailAllocation(0);
+        std::size_t frames = 0;
+        std::size_t found = 0;
+        const auto explore = [&] {
+            const ExploredSession explored(session.m_doc, session.m_settings);
+            frames = explored.frames.Count();
+            found = FindAll(explored).size();
+            const ExploredScope scope(explored, {}, {});
+        };
+        explore();
+        const std::size_t allFrames = frames;
+        const std::size_t allFound = found;
+        ASSERT_GT(allFrames, 0U);
+        const std::uint64_t allocations = faults.Allocations();
+        std::uint64_t thrown = 0;
+        for (std::uint64_t number = 1; number <= allocations; ++number) {
+            faults.FailAllocation(number);
+            try {
+                explore();
+                EXPECT_EQ(frames, allFrames) << number;
+                EXPECT_EQ(found, allFound) << number;
+            } catch (const std::bad_alloc&) {
+                ++thrown;
+            }
+        }
+        faults.FailAllocation(0);
+        EXPECT_GT(thrown, allocations / 2);
     }
 }
 

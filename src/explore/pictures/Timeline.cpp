@@ -24,7 +24,7 @@ CTimeline::CTimeline(const ExploredSession& explored, std::span<const Finding> f
             }
         }
     }
-    ForEachSilence(explored, [&](const Silence& silence) {
+    ForEachSilenceInCall(explored, [&](const SilenceInCall& silence) {
         const std::uint32_t depth = m_rows.DepthOf(silence.function) + 1;
         m_silences[silence.stream].push_back(
             TimelineSilence{silence.start, silence.end, silence.record, depth});

@@ -5,9 +5,12 @@
 #include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/CompareFrame.h"
 #include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
+#include "ui/explore/FindingsFrame.h"
 #include "ui/explore/OverviewFrame.h"
+#include "ui/explore/StatementsFrame.h"
 #include "ui/explore/TimelineFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
@@ -37,17 +40,50 @@ public:
     CBusyCursor& operator=(const CBusyCursor&) = delete;
 };
 
-// Explore's windows of one kind: a session has one of it.
 template <class TFrame>
-void ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id) {
+TFrame* ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id);
+
+// What a window of Explore wants of others.
+void ConnectWindow(CExploreFrame&, CSessionDocument&, CExploration&) {}
+
+void ConnectWindow(COverviewFrame& overview, CSessionDocument& document, CExploration& exploration) {
+    QObject::connect(
+        &overview, &COverviewFrame::FindingWanted, &document, [&document, &exploration](std::size_t finding) {
+            if (auto* const window =
+                    ShowExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS)) {
+                window->SelectFinding(finding);
+            }
+        });
+    QObject::connect(
+        &overview, &COverviewFrame::ShapeWanted, &document, [&document, &exploration](std::uint32_t shape) {
+            if (auto* const window =
+                    ShowExploreWindow<CStatementsFrame>(document, exploration, ID_EXPLORE_STATEMENTS)) {
+                window->SelectShape(shape);
+            }
+        });
+}
+
+// A record of the base stands in a session of its own.
+void ConnectWindow(CCompareFrame& compare, CSessionDocument& document, CExploration&) {
+    QObject::connect(
+        &compare, &CCompareFrame::BaseWanted, &document, [](const QString& path, RecordIndex record) {
+            if (auto* const base = qobject_cast<CSessionDocument*>(theApp().OpenDocumentFile(path))) {
+                base->Session().ShowDetail(record);
+            }
+        });
+}
+
+// The window of one kind, made where it is not there, in front; null without a main window.
+template <class TFrame>
+TFrame* ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id) {
     CMainFrame* const main = MainFrame();
     if (main == nullptr) {
-        return;
+        return nullptr;
     }
     for (CMDIChildWnd* const window : document.FurtherWindows()) {
-        if (dynamic_cast<TFrame*>(window) != nullptr) {
-            main->ClientArea().Activate(*window);
-            return;
+        if (auto* const there = dynamic_cast<TFrame*>(window)) {
+            main->ClientArea().Activate(*there);
+            return there;
         }
     }
     auto* const made = new TFrame(exploration);
@@ -57,12 +93,22 @@ void ShowExploreWindow(CSessionDocument& document, CExploration& exploration, in
             own->OnSetFocus();
         }
     });
+    ConnectWindow(*made, document, exploration);
     main->ClientArea().AddChild(*made, CommandIcon(id));
+    return made;
 }
 
 template <class TFrame> void AddExploreWindow(CSessionDocument& document, CExploration& exploration, int id) {
     document.AddCommand(
         id, [&document, &exploration, id] { ShowExploreWindow<TFrame>(document, exploration, id); });
+}
+
+void AddFindingSteps(CSessionDocument& document, CExploration& exploration) {
+    const auto add = [&](int id, bool forward) {
+        document.AddCommand(id, [&exploration, forward] { exploration.StepFinding(forward); });
+    };
+    add(ID_EXPLORE_NEXT_FINDING, true);
+    add(ID_EXPLORE_PREVIOUS_FINDING, false);
 }
 
 IPicture* PictureInFront() {
@@ -83,6 +129,15 @@ void ConnectExplore(CSessionDocument& document) {
     auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
     AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
+    AddExploreWindow<CStatementsFrame>(document, exploration, ID_EXPLORE_STATEMENTS);
+    AddExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS);
+    document.AddCommand(ID_EXPLORE_COMPARE, [&document, &exploration] {
+        if (auto* const window =
+                ShowExploreWindow<CCompareFrame>(document, exploration, ID_EXPLORE_COMPARE)) {
+            window->AskForBase();
+        }
+    });
+    AddFindingSteps(document, exploration);
     document.AddCommand(
         ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
         [&profileExport] { return !profileExport.IsRunning(); });

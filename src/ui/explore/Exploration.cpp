@@ -61,8 +61,9 @@ void CExploration::Start() {
                 m_session, m_settings, std::span<const RecordRange>(), progress.get());
             const ExploredSession& explored = *result->explored;
             std::future<std::vector<Finding>> findings =
-                std::async([&explored] { return FindAll(explored); });
-            result->scope = std::make_shared<ExploredScope>(explored, Selection(), ClockRange());
+                std::async([&explored, progress] { return FindAll(explored, progress.get()); });
+            result->scope =
+                std::make_shared<ExploredScope>(explored, Selection(), ClockRange(), progress.get());
             result->findings = findings.get();
         });
     };
@@ -94,9 +95,13 @@ void CExploration::OnExplored(Result& result) {
     }
     m_pExplored = std::move(result.explored);
     m_findings = std::move(result.findings);
+    m_walk.Begin(m_findings);
     m_pScope = std::move(result.scope);
     m_state = State::Done;
     emit StateChanged();
+    if (const auto forward = std::exchange(m_stepWanted, std::nullopt)) {
+        StepFinding(*forward);
+    }
     if (m_bFollows) {
         TakeScopeOfSession();
     }
@@ -132,6 +137,8 @@ void CExploration::Let(State state) {
         emit ResultsGo();
     }
     m_pScope.reset();
+    m_walk.Drop();
+    m_stepWanted.reset();
     m_findings.clear();
     m_pExplored.reset();
     m_state = state;
@@ -182,10 +189,12 @@ void CExploration::CountScope() {
     }
     EndWork();
     m_pScope.reset();
-    m_pProgress = std::make_shared<CExploreProgress>();
+    m_pProgress = std::make_shared<CExploreProgress>(ExploreParts::kScope);
     auto result = std::make_shared<Result>();
-    const auto work = [this, result, scope = m_scope, range = m_range] {
-        result->Fill([&] { result->scope = std::make_shared<ExploredScope>(*m_pExplored, scope, range); });
+    const auto work = [this, result, scope = m_scope, range = m_range, progress = m_pProgress] {
+        result->Fill([&] {
+            result->scope = std::make_shared<ExploredScope>(*m_pExplored, scope, range, progress.get());
+        });
     };
     SetProgress(0);
     m_progressTimer.start();
@@ -213,6 +222,22 @@ void CExploration::Select(std::optional<RecordIndex> record) {
 void CExploration::ShowInSession(RecordIndex record) {
     Select(record);
     emit RecordWanted(record);
+}
+
+bool CExploration::StepFinding(bool forward) {
+    if (m_state != State::Done) {
+        m_stepWanted = forward;
+        StartFirst();
+        return false;
+    }
+    const std::optional<CFindingWalk::Place> place = m_walk.Step(forward);
+    if (!place) {
+        return false;
+    }
+    const RecordIndex record = m_walk.RecordAt(*place);
+    emit FindingStepped();
+    ShowInSession(record);
+    return true;
 }
 
 void CExploration::EndWithRecords() {

@@ -3,6 +3,7 @@
 
 #include "explore/ExploredSession.h"
 #include "explore/Findings.h"
+#include "explore/lists/FindingWalk.h"
 #include "records/AnalysisSettings.h"
 #include "ui/kit/BackgroundWork.h"
 
@@ -74,6 +75,12 @@ public:
     // Brings a record up in the session's trees.
     void ShowInSession(RecordIndex record);
 
+    // The way through the records of all findings; it stands nowhere until one was gone to.
+    CFindingWalk& Walk() { return m_walk; }
+    // Goes on to the next record of all findings, or back to the one before; explores first where that is not
+    // done. False where there is none, or none yet.
+    bool StepFinding(bool forward);
+
     // To be called before the session's records go: all work has ended when it returns, and nothing refers to
     // them any more.
     void EndWithRecords();
@@ -88,6 +95,8 @@ signals:
     // Another scope or range is in force, or one was counted: see Scope().
     void ScopeChanged();
     void SelectedChanged();
+    // The walk through the findings' records went on.
+    void FindingStepped();
     // What the session's window is to do.
     void RecordWanted(RecordIndex record);
 
@@ -110,6 +119,8 @@ private:
     int m_nProgress = -1;
     std::unique_ptr<ExploredSession> m_pExplored;
     std::vector<Finding> m_findings;
+    CFindingWalk m_walk;              // through them
+    std::optional<bool> m_stepWanted; // when exploring is done: forward or back
     std::shared_ptr<const ExploredScope> m_pScope;
     Selection m_scope;
     Selection m_sessionSelection;

@@ -9,7 +9,7 @@ CBackgroundWork::CBackgroundWork(std::function<void()> work, std::function<void(
     : m_fnStop(std::move(stop)), m_fnDone(std::move(done)) {
     const auto run = [this, work = std::move(work)] {
         work();
-        QMetaObject::invokeMethod(this, m_fnDone, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &CBackgroundWork::OnEnded, Qt::QueuedConnection);
     };
     try {
         m_thread = std::thread(run);
@@ -20,6 +20,15 @@ CBackgroundWork::CBackgroundWork(std::function<void()> work, std::function<void(
 
 CBackgroundWork::~CBackgroundWork() {
     m_fnStop();
+    Join();
+}
+
+void CBackgroundWork::OnEnded() {
+    Join();
+    m_fnDone();
+}
+
+void CBackgroundWork::Join() {
     if (m_thread.joinable()) {
         m_thread.join();
     }

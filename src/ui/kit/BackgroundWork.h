@@ -21,6 +21,9 @@ public:
     void Stop() const { m_fnStop(); }
 
 private:
+    void OnEnded();
+    void Join();
+
     const std::function<void()> m_fnStop;
     const std::function<void()> m_fnDone;
     std::thread m_thread;

@@ -24,7 +24,8 @@ void CListModel::SetColumns(std::span<const CColumnSpec> columns) {
     for (const CColumnSpec& column : columns) {
         m_listColumns.push_back(
             {ToQString(column.m_strTitle), column.m_nWidth,
-             (column.m_nAlign == EAlign::Right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter});
+             (column.m_nAlign == EAlign::Right ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter,
+             column.m_bSigned});
     }
     m_bSortable = std::ranges::any_of(columns, &CColumnSpec::m_bSorts);
     endResetModel();
@@ -92,6 +93,9 @@ QVariant CListModel::data(const QModelIndex& index, int role) const {
     }
     if (role == kShareRole) {
         return m_pSource->Share(SourceRow(index.row()), index.column());
+    }
+    if (role == kSignedShareRole) {
+        return m_listColumns[static_cast<std::size_t>(index.column())].m_bSigned;
     }
     return {};
 }

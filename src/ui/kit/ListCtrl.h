@@ -32,6 +32,8 @@ public:
     void DropRows();
     void SetColumnTitle(int column, const QString& title);
     bool IsSortable() const { return m_bSortable; }
+    // Null while there are no rows.
+    const CListSource* Source() const { return m_pSource; }
     // The source's row that stands in a list row.
     std::size_t SourceRow(int row) const {
         const auto at = static_cast<std::size_t>(row);
@@ -51,6 +53,7 @@ private:
         QString m_strTitle;
         int m_nWidth = 0;
         Qt::Alignment m_nAlign;
+        bool m_bSigned = false;
     };
 
     std::vector<CColumn> m_listColumns;

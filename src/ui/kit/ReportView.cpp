@@ -49,7 +49,8 @@ public:
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        PaintShare(*painter, option, index.data(kShareRole).toDouble());
+        PaintShare(*painter, option.rect, index.data(kShareRole).toDouble(),
+                   index.data(kSignedShareRole).toBool());
         QStyledItemDelegate::paint(painter, option, index);
     }
     // A cell that is too narrow for its text tells it below the pointer.
@@ -68,15 +69,15 @@ public:
     }
 
 private:
-    // Below the text. Bars of one column start at one edge; where numbers fall and rise, what rises goes to
-    // the right of the middle.
-    static void PaintShare(QPainter& painter, const QStyleOptionViewItem& option, double share) {
+    // Below the text. Bars of one column start at one edge; where numbers fall and rise, in the middle.
+    static void PaintShare(QPainter& painter, const QRect& cell, double share, bool isSigned) {
         if (share == 0) {
             return;
         }
-        const double length = std::min(1.0, std::abs(share)) * (option.rect.width() - 2);
-        const QRectF bar(option.rect.left() + 1.0, option.rect.top() + 1.0, std::max(1.0, length),
-                         option.rect.height() - 2.0);
+        const double whole = (cell.width() - 2) / (isSigned ? 2.0 : 1.0);
+        const double length = std::max(1.0, std::min(1.0, std::abs(share)) * whole);
+        const double edge = cell.left() + 1.0 + (isSigned ? whole : 0.0);
+        const QRectF bar(share < 0 ? edge - length : edge, cell.top() + 1.0, length, cell.height() - 2.0);
         constexpr QColor more(0xE6, 0x9F, 0x00, 110);
         constexpr QColor less(0x00, 0x72, 0xB2, 110);
         painter.fillRect(bar, share < 0 ? less : more);
@@ -124,45 +125,12 @@ protected:
         }
         event->accept();
         if (event->type() == QEvent::KeyPress) {
-            Copy();
+            CopySelectedRows(m_view);
         }
         return true;
     }
 
 private:
-    void Copy() const {
-        const QAbstractItemModel& model = *m_view.model();
-        std::vector<QModelIndex> rows; // their first cells
-        for (const QItemSelectionRange& range : m_view.selectionModel()->selection()) {
-            for (int rowNumber = range.top(); rowNumber <= range.bottom(); ++rowNumber) {
-                rows.push_back(model.index(rowNumber, 0, range.parent()));
-            }
-        }
-        if (rows.empty()) {
-            return;
-        }
-        // In the order of the list, whatever the order of the clicks.
-        std::ranges::sort(rows, {}, &QModelIndex::row);
-        const auto* tree = qobject_cast<const QTreeView*>(&m_view);
-        QString text;
-        for (const QModelIndex& row : rows) {
-            if (!text.isEmpty()) {
-                text += QLatin1Char('\n');
-            }
-            bool first = true;
-            for (int column = 0; column < model.columnCount(row.parent()); ++column) {
-                if (tree != nullptr && tree->isColumnHidden(column)) {
-                    continue;
-                }
-                if (!std::exchange(first, false)) {
-                    text += QLatin1Char('\t');
-                }
-                text += OneLine(row.siblingAtColumn(column).data().toString());
-            }
-        }
-        QGuiApplication::clipboard()->setText(text);
-    }
-
     QAbstractItemView& m_view;
 };
 
@@ -187,6 +155,39 @@ CReportView::CReportView(const QString& accessibleName, QWidget* parent, qsizety
     header()->setHighlightSections(false);
     header()->setMinimumSectionSize(16);
     CopyRowsByKey(*this);
+}
+
+void CopySelectedRows(const QAbstractItemView& view) {
+    const QAbstractItemModel& model = *view.model();
+    std::vector<QModelIndex> rows; // their first cells
+    for (const QItemSelectionRange& range : view.selectionModel()->selection()) {
+        for (int rowNumber = range.top(); rowNumber <= range.bottom(); ++rowNumber) {
+            rows.push_back(model.index(rowNumber, 0, range.parent()));
+        }
+    }
+    if (rows.empty()) {
+        return;
+    }
+    // In the order of the list, whatever the order of the clicks.
+    std::ranges::sort(rows, {}, &QModelIndex::row);
+    const auto* tree = qobject_cast<const QTreeView*>(&view);
+    QString text;
+    for (const QModelIndex& row : rows) {
+        if (!text.isEmpty()) {
+            text += QLatin1Char('\n');
+        }
+        bool first = true;
+        for (int column = 0; column < model.columnCount(row.parent()); ++column) {
+            if (tree != nullptr && tree->isColumnHidden(column)) {
+                continue;
+            }
+            if (!std::exchange(first, false)) {
+                text += QLatin1Char('\t');
+            }
+            text += OneLine(row.siblingAtColumn(column).data().toString());
+        }
+    }
+    QGuiApplication::clipboard()->setText(text);
 }
 
 void CopyRowsByKey(QAbstractItemView& view) { view.installEventFilter(new CRowCopier(view)); }

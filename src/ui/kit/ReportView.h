@@ -8,6 +8,8 @@ namespace carvelot {
 
 // Of a cell with a bar: how long it is, from -1 to 1 of the longest.
 inline constexpr int kShareRole = Qt::UserRole + 1;
+// Whether a cell's bar begins in the middle, what falls going to the left.
+inline constexpr int kSignedShareRole = Qt::UserRole + 2;
 
 class CReportView : public QTreeView {
     Q_OBJECT
@@ -17,8 +19,10 @@ public:
     CReportView(const QString& accessibleName, QWidget* parent, qsizetype mostDrawn = 0);
 };
 
-// Ctrl+C in a view copies its selected rows, a row a line, their cells divided by tabs; columns that are
-// hidden are left out. With nothing selected the clipboard stays as it is.
+// Copies a view's selected rows, a row a line, their cells divided by tabs; columns that are hidden are left
+// out. With nothing selected the clipboard stays as it is.
+void CopySelectedRows(const QAbstractItemView& view);
+// The same by Ctrl+C from now on.
 void CopyRowsByKey(QAbstractItemView& view);
 
 } // namespace carvelot

@@ -1,6 +1,6 @@
-#include "report/Scope.h"
+#include "explore/Scope.h"
 
-#include "report/ReportOptions.h"
+#include <charconv>
 
 namespace carvelot {
 
@@ -31,6 +31,33 @@ std::optional<Selection> FindScope(const CCarvelotDoc& session, std::string_view
     const std::optional<std::uint32_t> threadID = ParseId(name.substr(slash + 1));
     const auto thread = threadID ? process->m_mapThreads.find(*threadID) : process->m_mapThreads.end();
     return thread != process->m_mapThreads.end() ? std::optional(Selection(*thread->second)) : std::nullopt;
+}
+
+std::string ScopeName(const Selection& selection) {
+    if (const CProcess* const process = selection.Process()) {
+        return "process:" + std::to_string(process->m_nProcessID);
+    }
+    if (const CThread* const thread = selection.Thread()) {
+        return "thread:" + std::to_string(thread->m_nProcessID) + "/" + std::to_string(thread->m_nThreadID);
+    }
+    const CJASUser* const user = selection.User();
+    return user != nullptr ? "user:" + user->m_strUser : std::string();
+}
+
+ExploredScope ExploreIfThere(const ExploredSession& explored, const std::optional<Selection>& scope,
+                             const ClockRange& range) {
+    return {explored, scope.value_or(Selection()), scope ? range : ClockRange{0, 0}};
+}
+
+std::optional<std::uint32_t> ParseId(std::string_view text) {
+    std::int64_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end || value < -(std::int64_t{1} << 31) ||
+        value >= (std::int64_t{1} << 32)) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint32_t>(value);
 }
 
 } // namespace carvelot
