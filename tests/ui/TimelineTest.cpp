@@ -307,9 +307,12 @@ void TimelineTest::TheMenuHidesIdleLanesAndIsRemembered() {
     QVERIFY(View().Lanes().HidesIdle());
     Wheel(PointAt(150, 0, 1), 12);
     QCOMPARE(Lanes(), QStringList{QStringLiteral("5/6")});
+    Wheel(PointAt(150, 0, 1), 2, Qt::ControlModifier);
+    const double height = View().Lanes().RowHeight();
     m_pRun->Restart();
     Open();
     QVERIFY(View().Lanes().HidesIdle());
+    QVERIFY(std::abs(View().Lanes().RowHeight() - height) < 0.5);
 }
 
 void TimelineTest::SearchFadesAndF3Walks() {

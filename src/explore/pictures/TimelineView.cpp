@@ -137,6 +137,11 @@ void CTimelineView::ZoomLanes(double notches, double y) {
     Settle();
 }
 
+void CTimelineView::SetRowHeight(double height) {
+    m_lanes.SetRowHeight(height);
+    Settle();
+}
+
 void CTimelineView::Fold(std::uint32_t stream, bool folded) {
     m_lanes.Fold(stream, folded);
     Settle();

@@ -151,6 +151,16 @@ TEST_F(TimelineViewTest, WalksAllFramesLaneByLane) {
     EXPECT_EQ(names, all);
 }
 
+TEST(TimelineView, ComesBackToTheDeepestLastFrameOfTheLaneAbove) {
+    TimelineLog log(LinesOfLog({At(0, CallText("A", 1)), At(1, CallText("B", 2)), At(2, CallText("C", 3)),
+                                At(3, ReturnText("A", 1)), At(4, CallText("E", 1), "4120/7"),
+                                At(5, ReturnText("E", 1), "4120/7")}));
+    log.m_view.Select(log.Frame("E"));
+    EXPECT_EQ(log.NameOf(log.m_view.Beside(CTimelineView::Step::Previous)), "C");
+    log.m_view.Fold(0, true);
+    EXPECT_EQ(log.NameOf(log.m_view.Beside(CTimelineView::Step::Previous)), "A");
+}
+
 TEST_F(TimelineViewTest, AFoldedLaneShowsItsTopFrames) {
     const double height = m_view.Lanes().Height();
     m_view.Fold(0, true);
