@@ -45,7 +45,7 @@ private:
     std::vector<Finding> m_findings;
     std::string m_strFailure;
     std::atomic<int> m_nLoaded = 0; // of 100
-    CExploreProgress m_exploring;
+    CExploreProgress m_exploring{ExploreParts::kAll - ExploreParts::kScope};
 };
 
 } // namespace carvelot

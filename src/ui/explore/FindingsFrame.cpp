@@ -52,7 +52,7 @@ CFindingsFrame::CFindingsFrame(CExploration& exploration)
     lowerColumn->setSpacing(0);
     lowerColumn->addWidget(m_pMeaning);
     lowerColumn->addWidget(m_pRecords, 1);
-    auto* splitter = new CKeptSplitter(Qt::Vertical, "FindingsHeights", {3, 2});
+    auto* splitter = new CKeptSplitter(Qt::Vertical, "FindingsHeights", {480, 320});
     splitter->addWidget(m_pFindings);
     splitter->addWidget(lower);
     splitter->TakeSizes();

@@ -49,9 +49,19 @@ public:
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        PaintShare(*painter, option.rect, index.data(kShareRole).toDouble(),
-                   index.data(kSignedShareRole).toBool());
+        // Below the text; where the row is selected, above what marks it.
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const auto paintShare = [&] {
+            PaintShare(*painter, option.rect, index.data(kShareRole).toDouble(),
+                       index.data(kSignedShareRole).toBool());
+        };
+        if (!isSelected) {
+            paintShare();
+        }
         QStyledItemDelegate::paint(painter, option, index);
+        if (isSelected) {
+            paintShare();
+        }
     }
     // A cell that is too narrow for its text tells it below the pointer.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
@@ -69,7 +79,7 @@ public:
     }
 
 private:
-    // Below the text. Bars of one column start at one edge; where numbers fall and rise, in the middle.
+    // Bars of one column start at one edge; where numbers fall and rise, in the middle.
     static void PaintShare(QPainter& painter, const QRect& cell, double share, bool isSigned) {
         if (share == 0) {
             return;
