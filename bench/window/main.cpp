@@ -3,6 +3,7 @@
 //
 //   carvelot_window_bench [MEGABYTES]
 #include "bench/LogGenerator.h"
+#include "bench/window/TimelineBench.h"
 #include "ui/SessionSupport.h"
 
 #include <QApplication>
@@ -266,5 +267,6 @@ int main(int argc, char** argv) {
     WriteThread(errorLog, true);
     CSessionRun run;
     Measure(run, log, threadLog, errorLog);
+    bench::MeasureTimeline(ToUtf8(folder.path()));
     return 0;
 }

@@ -11,6 +11,7 @@
 #include "ui/explore/FindingsFrame.h"
 #include "ui/explore/OverviewFrame.h"
 #include "ui/explore/StatementsFrame.h"
+#include "ui/explore/TimelineFrame.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
@@ -127,6 +128,7 @@ void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
     AddExploreWindow<CStatementsFrame>(document, exploration, ID_EXPLORE_STATEMENTS);
     AddExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS);
     document.AddCommand(ID_EXPLORE_COMPARE, [&document, &exploration] {
