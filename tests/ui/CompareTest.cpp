@@ -326,7 +326,8 @@ private slots:
         CListCtrl& functions = List(*window, "Functions");
         AskForMenu(functions, functions.rect().center(), QContextMenuEvent::Keyboard);
         const QByteArray bytes = m_pRun->Read(QStringLiteral("functions.csv"));
-        QVERIFY2(bytes.startsWith("Difference,Base Total,Log Total,In,Kind,Name,"), bytes.constData());
+        QVERIFY2(bytes.startsWith("Difference (s),Base Total (s),Log Total (s),In,Kind,Name,"),
+                 bytes.constData());
         QVERIFY2(bytes.contains("\r\n+0.250000,0.000000,0.250000,log alone,function,New,+1,0,1,+0.250000,"
                                 "0.000000,0.250000\r\n"),
                  bytes.constData());

@@ -163,7 +163,10 @@ template <class TRow> CRowList<TRow>* CCompareFrame::AddList(const QString& titl
 }
 
 // On the wanted side, or on the only one that has it.
-template <class TRow> void CCompareFrame::Open(const CRowList<TRow>& list, int row, Side wanted) {
+template <class TRow> void CCompareFrame::Open(CRowList<TRow>& list, int row, Side wanted) {
+    if (m_pPair == nullptr || row >= list.Model().rowCount()) {
+        return; // the rows went while a menu was up
+    }
     const auto& compared = list.RowAt(row).m_compared;
     const bool isOnBase = wanted == Side::Base ? compared.in.inBase : !compared.in.inLog;
     const auto record = RecordOn(isOnBase ? m_pPair->BaseSide() : m_pPair->LogSide(), compared);

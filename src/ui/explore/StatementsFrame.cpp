@@ -52,7 +52,10 @@ CStatementsFrame::CStatementsFrame(CExploration& exploration)
     const auto addCopyStatement = [this](QMenu& menu, RecordIndex record) {
         connect(menu.addAction(tr("Copy Statement")), &QAction::triggered, this, [this, record] {
             const CDetailList& details = Exploration().Session().m_listDetails;
-            QGuiApplication::clipboard()->setText(ToQString(StatementText(details, record)));
+            // The records may have gone while the menu was up.
+            if (Number(record) < details.Size()) {
+                QGuiApplication::clipboard()->setText(ToQString(StatementText(details, record)));
+            }
         });
     };
     auto* shapesMenu = new CListMenu(*m_pShapes, QStringLiteral("Statements"));

@@ -49,19 +49,24 @@ public:
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        // Below the text; where the row is selected, above what marks it.
-        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-        const auto paintShare = [&] {
-            PaintShare(*painter, option.rect, index.data(kShareRole).toDouble(),
-                       index.data(kSignedShareRole).toBool());
-        };
-        if (!isSelected) {
-            paintShare();
+        // Below the text, and above what marks a selected row.
+        const double share = index.data(kShareRole).toDouble();
+        if (share == 0) {
+            QStyledItemDelegate::paint(painter, option, index);
+            return;
         }
-        QStyledItemDelegate::paint(painter, option, index);
-        if (isSelected) {
-            paintShare();
+        QStyleOptionViewItem text = option;
+        if (option.state.testFlag(QStyle::State_Selected)) {
+            option.widget->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter,
+                                                  option.widget);
+            text.state.setFlag(QStyle::State_Selected, false);
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+                text.palette.setColor(group, QPalette::Text,
+                                      option.palette.color(group, QPalette::HighlightedText));
+            }
         }
+        PaintShare(*painter, option.rect, share, index.data(kSignedShareRole).toBool());
+        QStyledItemDelegate::paint(painter, text, index);
     }
     // A cell that is too narrow for its text tells it below the pointer.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
