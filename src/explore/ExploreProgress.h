@@ -41,9 +41,9 @@ public:
     int Percent() const { return std::min(100, m_nDone.load(std::memory_order_relaxed) * 100 / m_nParts); }
 
     // For what works: ends it here where it is to end.
-    void Check() {
+    void Check() const {
         if (m_nChecksLeft.fetch_sub(1, std::memory_order_relaxed) == 1) {
-            End();
+            m_bEnds.store(true, std::memory_order_relaxed);
         }
         if (Ends()) {
             throw ExploringEnded();
@@ -57,9 +57,9 @@ public:
 
 private:
     const int m_nParts;
-    std::atomic<bool> m_bEnds = false;
+    mutable std::atomic<bool> m_bEnds = false;
     std::atomic<int> m_nDone = 0;
-    std::atomic<std::int64_t> m_nChecksLeft = 0;
+    mutable std::atomic<std::int64_t> m_nChecksLeft = 0;
 };
 
 // Of a walk over many, which looks only now and then whether it is to end. Without a progress it never is.

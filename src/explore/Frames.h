@@ -57,6 +57,8 @@ public:
 
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_frames.Size()); } // by record
     const Frame& operator[](std::uint32_t frame) const { return m_frames[frame]; }
+    // The frame that begins at a record, kNoFrame without one.
+    std::uint32_t FrameAt(RecordIndex record) const;
 
     const CFrameKeys& Keys() const { return m_keys; }
     const std::vector<OrphanReturn>& OrphanReturns() const { return m_orphanReturns; } // by record

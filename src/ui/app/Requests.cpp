@@ -5,10 +5,12 @@
 #include "ui/app/MainFrame.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/CallProfileFrame.h"
 #include "ui/explore/CompareFrame.h"
 #include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/FindingsFrame.h"
+#include "ui/explore/FlameGraphFrame.h"
 #include "ui/explore/OverviewFrame.h"
 #include "ui/explore/StatementsFrame.h"
 #include "ui/explore/TimelineFrame.h"
@@ -52,6 +54,13 @@ void ConnectWindow(COverviewFrame& overview, CSessionDocument& document, CExplor
             if (auto* const window =
                     ShowExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS)) {
                 window->SelectFinding(finding);
+            }
+        });
+    QObject::connect(
+        &overview, &COverviewFrame::FunctionWanted, &document, [&document, &exploration](std::uint32_t key) {
+            if (auto* const window =
+                    ShowExploreWindow<CCallProfileFrame>(document, exploration, ID_EXPLORE_CALL_PROFILE)) {
+                window->ShowFunction(key);
             }
         });
     QObject::connect(
@@ -128,6 +137,8 @@ void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     auto& profileExport = *new CProfileExport(exploration);
     AddExploreWindow<COverviewFrame>(document, exploration, ID_EXPLORE_OVERVIEW);
+    AddExploreWindow<CCallProfileFrame>(document, exploration, ID_EXPLORE_CALL_PROFILE);
+    AddExploreWindow<CFlameGraphFrame>(document, exploration, ID_EXPLORE_FLAME_GRAPH);
     AddExploreWindow<CTimelineFrame>(document, exploration, ID_EXPLORE_TIMELINE);
     AddExploreWindow<CStatementsFrame>(document, exploration, ID_EXPLORE_STATEMENTS);
     AddExploreWindow<CFindingsFrame>(document, exploration, ID_EXPLORE_FINDINGS);
