@@ -27,7 +27,7 @@ CTimeline::CTimeline(const ExploredSession& explored, std::span<const Finding> f
         m_silences[silence.stream].push_back(
             TimelineSilence{silence.start, silence.end, silence.record, depth});
         m_depths[silence.stream] = std::max(m_depths[silence.stream], depth + 1);
-        CheckAt(progress, Number(silence.record));
+        CheckAt(progress, static_cast<std::uint32_t>(m_silences[silence.stream].size()));
     });
     for (std::uint32_t i = 0; i < findings.size(); ++i) {
         std::vector<TimelineFlag>& flags = m_flags[static_cast<std::size_t>(SeverityOf(findings[i].rule))];
