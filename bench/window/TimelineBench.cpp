@@ -118,7 +118,7 @@ void MeasureTimeline(const std::string& folder) {
         build = std::min(build, Seconds([&] { timeline = std::make_unique<CTimeline>(explored, findings); }));
     }
     std::printf("| %-58s | %9.1f ms | %8.3f | %6.2f |\n",
-                "a timeline's levels built, over the load of its log", build * 1000, build / load, 0.1);
+                "a timeline's levels built, over the load of its log", build * 1000, build / load, 0.2);
     const double frames = explored.frames.Count();
     const double bytes = static_cast<double>(timeline->Levels().Bytes() + timeline->Rows().Bytes()) / frames;
     std::printf("(%.0f frames; levels and rows take %.1f bytes a frame, whose own 40 bytes are the target)\n",
@@ -136,7 +136,8 @@ void MeasureTimeline(const std::string& folder) {
                     painted.sum / painted.count * 1000);
     };
     print("the longest paint of a timeline at 12 zooms, over 16 ms", PaintAll(widget));
-    double search = Seconds([&] { widget.Change([](CTimelineView& view) { view.Search("function1"); }); });
+    const double search =
+        Seconds([&] { widget.Change([](CTimelineView& view) { view.Search("function1"); }); });
     print("the same while a search fades the rest, over 16 ms", PaintAll(widget));
     std::printf("(the search takes %.1f ms)\n", search * 1000);
 }

@@ -45,8 +45,8 @@ std::string ScopeName(const Selection& selection) {
 }
 
 ExploredScope ExploreIfThere(const ExploredSession& explored, const std::optional<Selection>& scope,
-                             const ClockRange& range) {
-    return {explored, scope.value_or(Selection()), scope ? range : ClockRange{0, 0}};
+                             const ClockRange& range, CExploreProgress* progress) {
+    return {explored, scope.value_or(Selection()), scope ? range : ClockRange{0, 0}, progress};
 }
 
 std::optional<std::uint32_t> ParseId(std::string_view text) {

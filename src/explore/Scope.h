@@ -21,7 +21,7 @@ std::string ScopeName(const Selection& selection);
 
 // What a part of a session adds up to: nothing where the session lacks it.
 ExploredScope ExploreIfThere(const ExploredSession& explored, const std::optional<Selection>& scope,
-                             const ClockRange& range);
+                             const ClockRange& range, CExploreProgress* progress = nullptr);
 
 // A process or thread number in its unsigned or its signed form.
 std::optional<std::uint32_t> ParseId(std::string_view text);

@@ -217,6 +217,9 @@ private slots:
         Click(shapes, shapes.Model().index(5, 0));
         const QString shape = shapes.Model().index(5, ShapeRow::SHAPE).data().toString();
         CExploration& exploration = window->Exploration();
+        // Also where a run of another one is marked.
+        exploration.Select(RecordIndex{669});
+        Click(shapes, shapes.Model().index(5, 0));
         exploration.SetRange({0, exploration.Explored().clock.Length() - 1});
         QVERIFY(WaitForResults(exploration));
         QVERIFY2(CurrentRow(shapes).endsWith(shape), qPrintable(CurrentRow(shapes)));
@@ -238,6 +241,18 @@ private slots:
         window->Exploration().Select(RecordIndex{7});
         QVERIFY2(CurrentRow(List(*window, "Executions")).contains(QStringLiteral("( IMITM = 2 )")),
                  qPrintable(CurrentRow(List(*window, "Executions"))));
+    }
+
+    void aStatementOfAnotherShapeBringsItsShapeUp() {
+        CChildFrame* const session = m_pRun->Open(Sample("order-slow.log"));
+        auto* const window = OpenStatements(session);
+        QVERIFY(window != nullptr);
+        window->Exploration().Select(RecordIndex{669});
+        QCOMPARE(List(*window, "Statements").SelectedRow(), 1);
+        QCOMPARE(List(*window, "Executions").SelectedRow(), 0);
+        // What is no statement changes nothing.
+        window->Exploration().Select(RecordIndex{0});
+        QCOMPARE(List(*window, "Statements").SelectedRow(), 1);
     }
 
     void aLogWithoutStatementsSaysSo() {

@@ -307,9 +307,12 @@ void TimelineTest::TheMenuHidesIdleLanesAndIsRemembered() {
     QVERIFY(View().Lanes().HidesIdle());
     Wheel(PointAt(150, 0, 1), 12);
     QCOMPARE(Lanes(), QStringList{QStringLiteral("5/6")});
+    Wheel(PointAt(150, 0, 1), 2, Qt::ControlModifier);
+    const double height = View().Lanes().RowHeight();
     m_pRun->Restart();
     Open();
     QVERIFY(View().Lanes().HidesIdle());
+    QVERIFY(std::abs(View().Lanes().RowHeight() - height) < 0.5);
 }
 
 void TimelineTest::SearchFadesAndF3Walks() {
@@ -389,7 +392,7 @@ void TimelineTest::ScreenReadersHearLanesAndTheFrame() {
 }
 
 void TimelineTest::TheTimelineOfAnEmptyLogSaysSo() {
-    Open({At(0, "nothing")});
+    Open({At(0, "Entering JDB_OpenTable"), At(1, "nothing")});
     bool says = false;
     for (const QLabel* label : m_pTimeline->findChildren<QLabel*>()) {
         says = says || (label->isVisible() && label->text() == QLatin1String("This log holds no calls."));

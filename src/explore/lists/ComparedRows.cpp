@@ -111,18 +111,18 @@ CColumnTable<ComparedFunctionRow> ComparedFunctionRow::Columns() {
     using R = ComparedFunctionRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",       120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, ShareOf<R>, true},
-        {"Base Total",       100, Right, BaseSeconds<&C::total, R>, BaseKey<&C::total, R>},
-        {"Log Total",        100, Right, LogSeconds<&C::total, R>,  LogKey<&C::total, R>},
+        {"Difference (s)",   120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, ShareOf<R>, true},
+        {"Base Total (s)",   100, Right, BaseSeconds<&C::total, R>, BaseKey<&C::total, R>},
+        {"Log Total (s)",    100, Right, LogSeconds<&C::total, R>,  LogKey<&C::total, R>},
         {"In",                80, Left,  InText<R>,                 InKey<R>},
         {"Kind",              80, Left,  KindText,                  KindKey},
         {"Name",             260, Left,  NameText,                  NameKey},
-        {"Calls Difference", 110, Right, MoreCount<&C::calls, R>,   MoreKey<&C::calls, R>},
+        {"Calls Diff.",      110, Right, MoreCount<&C::calls, R>,   MoreKey<&C::calls, R>},
         {"Base Calls",        80, Right, BaseCount<&C::calls, R>,   BaseKey<&C::calls, R>},
         {"Log Calls",         80, Right, LogCount<&C::calls, R>,    LogKey<&C::calls, R>},
-        {"Self Difference",  110, Right, MoreSeconds<&C::self, R>,  MoreKey<&C::self, R>},
-        {"Base Self",        100, Right, BaseSeconds<&C::self, R>,  BaseKey<&C::self, R>},
-        {"Log Self",         100, Right, LogSeconds<&C::self, R>,   LogKey<&C::self, R>},
+        {"Self Diff. (s)",   110, Right, MoreSeconds<&C::self, R>,  MoreKey<&C::self, R>},
+        {"Base Self (s)",    100, Right, BaseSeconds<&C::self, R>,  BaseKey<&C::self, R>},
+        {"Log Self (s)",     100, Right, LogSeconds<&C::self, R>,   LogKey<&C::self, R>},
     };
     // clang-format on
     return columns;
@@ -134,14 +134,14 @@ CColumnTable<ComparedShapeRow> ComparedShapeRow::Columns() {
     using R = ComparedShapeRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",         120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, ShareOf<R>, true},
-        {"Base Total",         100, Right, BaseSeconds<&C::total, R>,   BaseKey<&C::total, R>},
-        {"Log Total",          100, Right, LogSeconds<&C::total, R>,    LogKey<&C::total, R>},
+        {"Difference (s)",     120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, ShareOf<R>, true},
+        {"Base Total (s)",     100, Right, BaseSeconds<&C::total, R>,   BaseKey<&C::total, R>},
+        {"Log Total (s)",      100, Right, LogSeconds<&C::total, R>,    LogKey<&C::total, R>},
         {"In",                  80, Left,  InText<R>,                   InKey<R>},
-        {"Count Difference",   110, Right, MoreCount<&C::count, R>,     MoreKey<&C::count, R>},
+        {"Count Diff.",        110, Right, MoreCount<&C::count, R>,     MoreKey<&C::count, R>},
         {"Base Count",          80, Right, BaseCount<&C::count, R>,     BaseKey<&C::count, R>},
         {"Log Count",           80, Right, LogCount<&C::count, R>,      LogKey<&C::count, R>},
-        {"Longest Difference", 120, Right, MoreSeconds<&C::longest, R>, MoreKey<&C::longest, R>},
+        {"Longest Diff. (s)",  120, Right, MoreSeconds<&C::longest, R>, MoreKey<&C::longest, R>},
         {"Statement",          700, Left,  ShapeText,                   ShapeKey},
     };
     // clang-format on
@@ -154,11 +154,11 @@ CColumnTable<ComparedFindingRow> ComparedFindingRow::Columns() {
     using R = ComparedFindingRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference",       120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, ShareOf<R>, true},
-        {"Base Cost",        100, Right, BaseSeconds<&C::cost, R>, BaseKey<&C::cost, R>},
-        {"Log Cost",         100, Right, LogSeconds<&C::cost, R>,  LogKey<&C::cost, R>},
+        {"Difference (s)",   120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, ShareOf<R>, true},
+        {"Base Cost (s)",    100, Right, BaseSeconds<&C::cost, R>, BaseKey<&C::cost, R>},
+        {"Log Cost (s)",     100, Right, LogSeconds<&C::cost, R>,  LogKey<&C::cost, R>},
         {"In",                80, Left,  InText<R>,                InKey<R>},
-        {"Count Difference", 110, Right, MoreCount<&C::count, R>,  MoreKey<&C::count, R>},
+        {"Count Diff.",      110, Right, MoreCount<&C::count, R>,  MoreKey<&C::count, R>},
         {"Base Count",        80, Right, BaseCount<&C::count, R>,  BaseKey<&C::count, R>},
         {"Log Count",         80, Right, LogCount<&C::count, R>,   LogKey<&C::count, R>},
         {"Severity",          90, Left,  SeverityText,             SeverityKey},

@@ -197,4 +197,21 @@ ShapeRuns::ShapeRuns(const ExploredSession& explored, const ExploredScope& scope
     }
 }
 
+std::uint32_t ShapeOfRecord(const ExploredSession& explored, RecordIndex record) {
+    // Frames stand by record.
+    const CFrames& frames = explored.frames;
+    std::uint32_t first = 0;
+    std::uint32_t end = frames.Count();
+    while (first < end) {
+        const std::uint32_t middle = first + (end - first) / 2;
+        if (frames[middle].record < record) {
+            first = middle + 1;
+        } else {
+            end = middle;
+        }
+    }
+    const bool isFrame = first < frames.Count() && frames[first].record == record;
+    return isFrame ? explored.shapes.Of(first) : kNoShape;
+}
+
 } // namespace carvelot

@@ -47,4 +47,7 @@ struct ShapeRuns {
     std::vector<ShapeCallerRow> m_listCallers;  // the largest total first, then the largest count
 };
 
+// The shape that a record is a run of; kNoShape where it is no statement.
+std::uint32_t ShapeOfRecord(const ExploredSession& explored, RecordIndex record);
+
 } // namespace carvelot

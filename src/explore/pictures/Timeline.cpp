@@ -9,13 +9,11 @@ namespace carvelot {
 
 CTimeline::CTimeline(const ExploredSession& explored, std::span<const Finding> findings,
                      CExploreProgress* progress)
-    : m_explored(explored), m_findings(findings), m_rows(explored.frames, explored.streams), m_levels(m_rows),
-      m_axis(explored), m_nFrom(FirstTime()), m_nTo(std::max(explored.clock.Length(), m_nFrom + 1)),
-      m_activity(m_rows, m_nFrom, m_nTo), m_silences(explored.streams.Count()),
-      m_depths(explored.streams.Count()), m_streamActivity(explored.streams.Count(), 0) {
-    if (progress != nullptr) {
-        progress->Check();
-    }
+    : m_explored(explored), m_findings(findings), m_rows(explored.frames, explored.streams, progress),
+      m_levels(m_rows, {}, progress), m_axis(explored), m_nFrom(FirstTime()),
+      m_nTo(std::max(explored.clock.Length(), m_nFrom + 1)), m_activity(m_rows, m_nFrom, m_nTo),
+      m_silences(explored.streams.Count()), m_depths(explored.streams.Count()),
+      m_streamActivity(explored.streams.Count(), 0) {
     for (std::uint32_t stream = 0; stream < explored.streams.Count(); ++stream) {
         m_depths[stream] = std::max(m_rows.RowCount(stream), 1U);
         if (m_rows.RowCount(stream) != 0) {
@@ -29,7 +27,7 @@ CTimeline::CTimeline(const ExploredSession& explored, std::span<const Finding> f
         m_silences[silence.stream].push_back(
             TimelineSilence{silence.start, silence.end, silence.record, depth});
         m_depths[silence.stream] = std::max(m_depths[silence.stream], depth + 1);
-        CheckAt(progress, Number(silence.record));
+        CheckAt(progress, static_cast<std::uint32_t>(m_silences[silence.stream].size()));
     });
     for (std::uint32_t i = 0; i < findings.size(); ++i) {
         std::vector<TimelineFlag>& flags = m_flags[static_cast<std::size_t>(SeverityOf(findings[i].rule))];

@@ -47,7 +47,8 @@ private:
     TimelineBar m_bar;
 };
 
-CTimelineLevels::CTimelineLevels(const CTimelineRows& rows, const Wanted& isWanted)
+CTimelineLevels::CTimelineLevels(const CTimelineRows& rows, const Wanted& isWanted,
+                                 CExploreProgress* progress)
     : m_source(rows.Frames()), m_rows(rows.Count() + 1, Row{0, 0}) {
     const auto holds = [&](std::uint32_t frame) { return !isWanted || isWanted(m_source[frame]); };
     for (std::uint32_t i = 0; i < m_source.Count(); ++i) {
@@ -62,6 +63,7 @@ CTimelineLevels::CTimelineLevels(const CTimelineRows& rows, const Wanted& isWant
     m_frames.resize(place);
     // Each row's place goes on to where the next row begins, and then one back.
     for (std::uint32_t i = 0; i < m_source.Count(); ++i) {
+        CheckAt(progress, i);
         if (holds(i)) {
             m_frames[m_rows[rows.RowOf(i)].first++] = i;
         }
@@ -77,6 +79,7 @@ CTimelineLevels::CTimelineLevels(const CTimelineRows& rows, const Wanted& isWant
             continue;
         }
         for (std::uint32_t first = m_rows[row].first; first < end; first += kBlock) {
+            CheckAt(progress, 0);
             AddLevels(first, std::min(end, first + kBlock));
         }
     }

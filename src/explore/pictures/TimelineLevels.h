@@ -34,7 +34,8 @@ public:
     static constexpr unsigned kMostLevel = 62;
 
     // Refers to the rows. `isWanted`: of some frames only.
-    explicit CTimelineLevels(const CTimelineRows& rows, const Wanted& isWanted = {});
+    explicit CTimelineLevels(const CTimelineRows& rows, const Wanted& isWanted = {},
+                             CExploreProgress* progress = nullptr);
 
     // By number, which is by start, too.
     std::span<const std::uint32_t> FramesOf(std::uint32_t row) const {

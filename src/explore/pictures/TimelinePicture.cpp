@@ -15,7 +15,8 @@ namespace {
 constexpr double kPad = 3;         // beside a name
 constexpr double kNarrow = 3;      // pixels of a frame that stands apart from its neighbours
 constexpr double kEdged = 5;       // of one that shows how it ended
-constexpr double kNamed = 24;      // of one that may bear its name
+constexpr double kLettered = 16;   // of one that may bear the letter of its kind
+constexpr double kNamed = 36;      // of the room for a name
 constexpr double kMarksApart = 24; // between the texts of two marks
 constexpr double kFlagsApart = 6;
 constexpr PictureColor kFailedEdge{0x7A, 0x2E, 0x00};
@@ -67,9 +68,12 @@ public:
         if (!frame.closed && m_view.XOf(frame.end) <= m_plot.Right() + 1) {
             Tear(rect);
         }
-        if (right - left >= kNamed && m_height >= m_view.LineHeight() - 1) {
-            m_names.push_back(
-                {{rect.x + kPad, rect.y, rect.width - 2 * kPad, rect.height}, frame.key, TextOn(color)});
+        // A match is drawn again over what fades, and bears its name then.
+        const bool isNamed = !faded || !m_view.IsMatch(frame.key);
+        if (isNamed && right - left >= kLettered && m_height >= m_view.LineHeight() - 1) {
+            m_names.push_back({{rect.x + kPad, rect.y, rect.width - 2 * kPad, rect.height},
+                               frame.key,
+                               faded ? m_ground.dimText : TextOn(color)});
         }
     }
     // What is still to be drawn of the row.
@@ -84,7 +88,10 @@ public:
         const CFrameKeys& keys = m_view.Timeline().Frames().Keys();
         std::string text;
         for (const Name& name : m_names) {
-            text.assign(LetterOf(keys.Kind(name.key))).append(" ").append(ShownKey(keys, name.key));
+            text.assign(LetterOf(keys.Kind(name.key)));
+            if (name.rect.width >= kNamed) {
+                text.append(" ").append(ShownKey(keys, name.key));
+            }
             m_canvas.Text(name.rect, text, PictureAlign::Left, name.color);
         }
         m_names.clear();

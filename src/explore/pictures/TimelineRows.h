@@ -2,6 +2,7 @@
 // the order of its records.
 #pragma once
 
+#include "explore/ExploreProgress.h"
 #include "explore/Frames.h"
 #include "records/PageAllocator.h"
 
@@ -12,8 +13,8 @@ namespace carvelot {
 
 class CTimelineRows {
 public:
-    // Refers to both.
-    CTimelineRows(const CFrames& frames, const CStreams& streams);
+    // Refers to frames and streams.
+    CTimelineRows(const CFrames& frames, const CStreams& streams, CExploreProgress* progress = nullptr);
 
     const CFrames& Frames() const { return m_frames; }
     std::uint32_t StreamCount() const { return m_streams.Count(); }

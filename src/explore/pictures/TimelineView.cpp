@@ -137,6 +137,11 @@ void CTimelineView::ZoomLanes(double notches, double y) {
     Settle();
 }
 
+void CTimelineView::SetRowHeight(double height) {
+    m_lanes.SetRowHeight(height);
+    Settle();
+}
+
 void CTimelineView::Fold(std::uint32_t stream, bool folded) {
     m_lanes.Fold(stream, folded);
     Settle();
@@ -333,15 +338,13 @@ std::uint32_t CTimelineView::BesideInLanes(std::uint32_t frame, bool next) const
         if (ShownRows(stream) == 0) {
             continue;
         }
-        const std::span<const std::uint32_t> row =
-            m_timeline.Levels().FramesOf(m_timeline.Rows().FirstRow(stream));
+        const std::uint32_t firstRow = m_timeline.Rows().FirstRow(stream);
         if (next) {
-            return row.front();
+            return m_timeline.Levels().FramesOf(firstRow).front();
         }
-        // The last one may stand anywhere below the last one of the top.
-        std::uint32_t last = row.back();
-        for (std::uint32_t later = InStream(last, true); later != kNoFrame; later = InStream(last, true)) {
-            last = later;
+        std::uint32_t last = 0;
+        for (std::uint32_t depth = 0; depth < ShownRows(stream); ++depth) {
+            last = std::max(last, m_timeline.Levels().FramesOf(firstRow + depth).back());
         }
         return last;
     }

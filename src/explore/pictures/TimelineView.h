@@ -76,6 +76,7 @@ public:
     double MostScroll() const;
     void ScrollTo(double top);
     void ZoomLanes(double notches, double y);
+    void SetRowHeight(double height);
     double TopOf(const CTimelineLanes::Lane& lane) const { return Plot().y + lane.top - m_scroll; }
     void Fold(std::uint32_t stream, bool folded);
     void FoldAll(bool folded);

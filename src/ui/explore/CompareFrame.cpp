@@ -70,11 +70,11 @@ struct CCompareFrame::CPair {
 
     // `scopeName`: what the log's scope is called; empty for the whole log.
     CPair(std::shared_ptr<const CBaseLog> base, CLog log, const std::string& scopeName,
-          const ClockRange& range)
+          const ClockRange& range, CExploreProgress& progress)
         : m_pBase(std::move(base)), m_log(std::move(log)),
           m_baseSelection(scopeName.empty() ? Selection()
                                             : FindScope(m_pBase->Explored().session, scopeName)),
-          m_baseScope(ExploreIfThere(m_pBase->Explored(), m_baseSelection, range)),
+          m_baseScope(ExploreIfThere(m_pBase->Explored(), m_baseSelection, range, &progress)),
           m_comparison(BaseSide(), LogSide()) {}
 
     ComparedSide BaseSide() const { return {m_pBase->Explored(), m_baseScope, m_pBase->Findings()}; }
@@ -92,7 +92,7 @@ CCompareFrame::CCompareFrame(CExploration& exploration)
       m_pSaid(PlainLabel()), m_pPercent(new QProgressBar), m_pTabs(new QTabWidget) {
     m_pHead->setAccessibleName(tr("Logs that are compared"));
     m_pHead->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    auto* ask = new QPushButton(tr("Compare &With..."));
+    auto* ask = new QPushButton(tr("Compare With..."));
     connect(ask, &QPushButton::clicked, this, &CCompareFrame::AskForBase);
     auto* head = new QHBoxLayout;
     head->setContentsMargins(6, 3, 6, 3);
@@ -163,7 +163,10 @@ template <class TRow> CRowList<TRow>* CCompareFrame::AddList(const QString& titl
 }
 
 // On the wanted side, or on the only one that has it.
-template <class TRow> void CCompareFrame::Open(const CRowList<TRow>& list, int row, Side wanted) {
+template <class TRow> void CCompareFrame::Open(CRowList<TRow>& list, int row, Side wanted) {
+    if (m_pPair == nullptr || row >= list.Model().rowCount()) {
+        return; // the rows went while a menu was up
+    }
     const auto& compared = list.RowAt(row).m_compared;
     const bool isOnBase = wanted == Side::Base ? compared.in.inBase : !compared.in.inLog;
     const auto record = RecordOn(isOnBase ? m_pPair->BaseSide() : m_pPair->LogSide(), compared);
@@ -234,17 +237,20 @@ void CCompareFrame::Compare() {
         return; // its counts come
     }
     auto pair = std::make_shared<std::shared_ptr<const CPair>>();
+    auto progress = std::make_shared<CExploreProgress>(ExploreParts::kScope);
     Run(
-        [pair, base = m_pBase,
+        [pair, progress, base = m_pBase,
          log = CPair::CLog{Exploration().Explored(), Exploration().Findings(), Exploration().SharedScope()},
          name = ScopeName(Exploration().ScopeSelection()), range = Exploration().Range()] {
             try {
-                *pair = std::make_shared<const CPair>(base, log, name, range);
+                *pair = std::make_shared<const CPair>(base, log, name, range, *progress);
+            } catch (const ExploringEnded&) {
+                // nobody waits for it any more
             } catch (const std::bad_alloc&) {
                 // there is no pair, which says it
             }
         },
-        [] {},
+        [progress] { progress->End(); },
         [this, pair] {
             if (*pair != nullptr) {
                 ShowComparison(std::move(*pair));

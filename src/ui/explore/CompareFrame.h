@@ -45,7 +45,7 @@ private:
     struct CPair;
 
     template <class TRow> CRowList<TRow>* AddList(const QString& title, const QString& name);
-    template <class TRow> void Open(const CRowList<TRow>& list, int row, Side wanted);
+    template <class TRow> void Open(CRowList<TRow>& list, int row, Side wanted);
 
     void ReadBase();
     void Compare();

@@ -26,14 +26,14 @@ namespace {
 // A load that says nothing, and ends with the work that it is part of.
 class CSilentHost final : public ISessionHost {
 public:
-    explicit CSilentHost(const CExploreProgress& progress) : m_progress(progress) {}
+    explicit CSilentHost(CExploreProgress& progress) : m_progress(progress) {}
 
     void ShowMessage(std::string_view) override {}
     void PrintOutput(std::string_view) override {}
     void LoadProgress(std::uint64_t, std::uint64_t) override { m_progress.Check(); }
 
 private:
-    const CExploreProgress& m_progress;
+    CExploreProgress& m_progress;
 };
 
 void TellOfFailure(const QString& path, int error) {

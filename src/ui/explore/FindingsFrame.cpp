@@ -52,7 +52,7 @@ CFindingsFrame::CFindingsFrame(CExploration& exploration)
     lowerColumn->setSpacing(0);
     lowerColumn->addWidget(m_pMeaning);
     lowerColumn->addWidget(m_pRecords, 1);
-    auto* splitter = new CKeptSplitter(Qt::Vertical, "FindingsHeights", {3, 2});
+    auto* splitter = new CKeptSplitter(Qt::Vertical, "FindingsHeights", {480, 320});
     splitter->addWidget(m_pFindings);
     splitter->addWidget(lower);
     splitter->TakeSizes();
@@ -141,6 +141,9 @@ void CFindingsFrame::ShowFinding() {
 }
 
 void CFindingsFrame::OpenFinding(int row) {
+    if (row >= m_pFindings->Model().rowCount()) {
+        return; // the rows went while a menu was up
+    }
     CFindingWalk& walk = Exploration().Walk();
     if (const auto place = walk.StepWithin(m_pFindings->RowAt(row).m_nFinding)) {
         ShowStanding();
@@ -149,6 +152,9 @@ void CFindingsFrame::OpenFinding(int row) {
 }
 
 void CFindingsFrame::OpenRecord(int row) {
+    if (row >= m_pRecords->Model().rowCount()) {
+        return; // as above
+    }
     const int finding = m_pFindings->currentIndex().row();
     const RecordIndex record = m_pRecords->RowAt(row).m_pRecord;
     if (finding >= 0) {

@@ -28,10 +28,6 @@ void CKeptSplitter::TakeSizes() {
     const bool isUsable = stored.size() == static_cast<std::size_t>(count()) &&
                           std::ranges::all_of(stored, [](int size) { return size > 0 && size <= kMostSize; });
     setSizes(isUsable ? QList<int>(stored.begin(), stored.end()) : m_listParts);
-    // In a larger window each part grows as it is.
-    for (int part = 0; part < count(); ++part) {
-        setStretchFactor(part, m_listParts[part]);
-    }
 }
 
 QSplitterHandle* CKeptSplitter::createHandle() {

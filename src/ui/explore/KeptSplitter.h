@@ -11,7 +11,8 @@ class CKeptSplitter : public QSplitter {
     Q_OBJECT
 
 public:
-    // The sizes are stored below a name; `parts` are those that its widgets have at first, in proportion.
+    // The sizes are stored below a name; `parts` are those that its widgets have at first, as in a window of
+    // usual size. In a larger one they grow in proportion.
     CKeptSplitter(Qt::Orientation orientation, std::string name, QList<int> parts);
 
     // To be called when all widgets are in it.

@@ -1,5 +1,6 @@
 #include "ui/explore/OverviewFrame.h"
 
+#include "ui/explore/ListMenu.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 
@@ -48,6 +49,9 @@ COverviewFrame::COverviewFrame(CExploration& exploration)
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     SetBody(body);
+    new CListMenu(*m_pFindings, QStringLiteral("OverviewFindings"));
+    new CListMenu(*m_pFunctions, QStringLiteral("OverviewFunctions"));
+    new CListMenu(*m_pStatements, QStringLiteral("OverviewStatements"));
     m_pFindings->m_fnOpenRow = [this](int row) { emit FindingWanted(m_pFindings->RowAt(row).finding); };
     m_pFunctions->m_fnOpenRow = [this](int row) { emit FunctionWanted(m_pFunctions->RowAt(row).number); };
     m_pStatements->m_fnOpenRow = [this](int row) { emit ShapeWanted(m_pStatements->RowAt(row).number); };

@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 
+#include <algorithm>
 #include <utility>
 
 namespace carvelot {
@@ -21,12 +22,13 @@ CStatementsFrame::CStatementsFrame(CExploration& exploration)
       m_pCallers(new CExploredList<ShapeCallerRow>(tr("Run by"), nullptr)) {
     m_pText->setReadOnly(true);
     m_pText->setTabChangesFocus(true);
+    m_pText->setMinimumHeight(m_pText->fontMetrics().lineSpacing() * 2);
     m_pText->setAccessibleName(tr("Text of the statement"));
-    auto* below = new CKeptSplitter(Qt::Horizontal, "StatementsCallersWidth", {3, 1});
+    auto* below = new CKeptSplitter(Qt::Horizontal, "StatementsCallersWidth", {900, 300});
     below->addWidget(m_pExecutions);
     below->addWidget(m_pCallers);
     below->TakeSizes();
-    auto* body = new CKeptSplitter(Qt::Vertical, "StatementsHeights", {5, 1, 4});
+    auto* body = new CKeptSplitter(Qt::Vertical, "StatementsHeights", {400, 60, 340});
     body->addWidget(m_pShapes);
     body->addWidget(m_pText);
     body->addWidget(below);
@@ -50,7 +52,10 @@ CStatementsFrame::CStatementsFrame(CExploration& exploration)
     const auto addCopyStatement = [this](QMenu& menu, RecordIndex record) {
         connect(menu.addAction(tr("Copy Statement")), &QAction::triggered, this, [this, record] {
             const CDetailList& details = Exploration().Session().m_listDetails;
-            QGuiApplication::clipboard()->setText(ToQString(StatementText(details, record)));
+            // The records may have gone while the menu was up.
+            if (Number(record) < details.Size()) {
+                QGuiApplication::clipboard()->setText(ToQString(StatementText(details, record)));
+            }
         });
     };
     auto* shapesMenu = new CListMenu(*m_pShapes, QStringLiteral("Statements"));
@@ -80,6 +85,11 @@ QList<QWidget*> CStatementsFrame::WindowPanes() const {
     return {m_pShapes, m_pText, m_pExecutions, m_pCallers};
 }
 
+void CStatementsFrame::ShowResults() {
+    ShowScope();
+    ShowSelected();
+}
+
 void CStatementsFrame::ShowScope() {
     if (Exploration().Scope() == nullptr) {
         return; // what is shown stays until the counts are there
@@ -90,7 +100,7 @@ void CStatementsFrame::ShowScope() {
     m_pExecutions->Model().SetColumnTitle(ExecutionRow::OWNER,
                                           ToQString(OwnersTitle(explored.session.m_nLogFormat)));
     SelectShape(m_nShape);
-    ShowSelected();
+    MarkSelected();
 }
 
 void CStatementsFrame::SelectShape(std::uint32_t shape) {
@@ -153,7 +163,22 @@ void CStatementsFrame::OnExecutionRow() {
     Exploration().Select(record);
 }
 
+// Another window's statement brings its shape up.
 void CStatementsFrame::ShowSelected() {
+    const std::optional<RecordIndex> selected = Exploration().Selected();
+    if (!selected || m_pScope == nullptr) {
+        return;
+    }
+    const std::uint32_t shape = ShapeOfRecord(Exploration().Explored(), *selected);
+    const bool isListed = std::ranges::any_of(
+        m_pScope->shapes, [shape](const ShapeProfile& profile) { return profile.shape == shape; });
+    if (isListed && shape != m_nShape) {
+        SelectShape(shape);
+    }
+    MarkSelected();
+}
+
+void CStatementsFrame::MarkSelected() {
     const std::optional<RecordIndex> selected = Exploration().Selected();
     const int current = m_pExecutions->currentIndex().row();
     if (!selected || (current >= 0 && RecordOf(m_pExecutions->RowAt(current)) == *selected)) {

@@ -23,7 +23,7 @@ public:
     void SelectShape(std::uint32_t shape);
 
 protected:
-    void ShowResults() override { ShowScope(); }
+    void ShowResults() override;
     void ShowScope() override;
     void ShowSelected() override;
     void DropResults() override;
@@ -35,6 +35,7 @@ private:
     void ShowShape(int row);
     void OnShapeRow();
     void OnExecutionRow();
+    void MarkSelected();
     RecordIndex RecordOf(const ExecutionRow& row) const;
 
     CExploredList<ShapeRow>* m_pShapes;

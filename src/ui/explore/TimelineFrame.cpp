@@ -16,6 +16,7 @@
 #include <QToolButton>
 
 #include <algorithm>
+#include <cmath>
 #include <new>
 
 namespace carvelot {
@@ -25,6 +26,8 @@ namespace {
 constexpr char kFoldAll[] = "TimelineFoldLanes";
 constexpr char kByActivity[] = "TimelineSortByActivity";
 constexpr char kHideIdle[] = "TimelineHideIdleLanes";
+constexpr char kRowHeight[] = "TimelineRowHeight"; // percent of a line of text
+constexpr int kUsualRowHeight = 125;
 
 } // namespace
 
@@ -70,7 +73,10 @@ CTimelineFrame::CTimelineFrame(CExploration& exploration)
             [this](int value) { m_pWidget->Change([value](CTimelineView& view) { view.ScrollTo(value); }); });
 }
 
-CTimelineFrame::~CTimelineFrame() = default;
+CTimelineFrame::~CTimelineFrame() {
+    KeepRowHeight();
+    m_pWidget->Show(nullptr); // it is gone later than the timeline
+}
 
 void CTimelineFrame::AddSearchBar(QWidget* body) {
     m_pSearchBar = new QWidget(body);
@@ -143,6 +149,7 @@ void CTimelineFrame::TakeTimeline(std::unique_ptr<CTimeline> timeline) {
         view.FoldAll(GetWorkspaceInt(kFoldAll, 0) != 0);
         view.SortByActivity(GetWorkspaceInt(kByActivity, 0) != 0);
         view.HideIdle(GetWorkspaceInt(kHideIdle, 0) != 0);
+        view.SetRowHeight(view.LineHeight() * GetWorkspaceInt(kRowHeight, kUsualRowHeight) / 100);
         view.Search(ToUtf8(m_pSearch->text()));
     });
     ShowScope();
@@ -178,7 +185,15 @@ void CTimelineFrame::ShowSelected() {
     });
 }
 
+void CTimelineFrame::KeepRowHeight() const {
+    if (const CTimelineView* const view = m_pWidget->View()) {
+        const double percent = 100 * view->Lanes().RowHeight() / view->LineHeight();
+        WriteWorkspaceInt(kRowHeight, static_cast<std::int32_t>(std::lround(percent)));
+    }
+}
+
 void CTimelineFrame::DropResults() {
+    KeepRowHeight();
     m_pWork.reset();
     m_pPicture.reset();
     m_pWidget->Show(nullptr);

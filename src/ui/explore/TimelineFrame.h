@@ -40,6 +40,7 @@ private:
     void AddSearchBar(QWidget* body);
     void TakeTimeline(std::unique_ptr<CTimeline> timeline);
     void RefreshScrollBar();
+    void KeepRowHeight() const;
     void OpenSearch();
     void CloseSearch();
     void GoToMatch(bool forward);

@@ -209,8 +209,14 @@ void CTimelineWidget::wheelEvent(QWheelEvent* event) {
     } else if (m_pView->Names().Holds(ToPoint(point))) {
         m_pView->ScrollTo(m_pView->ScrollTop() - notches * 3 * m_pView->Lanes().RowHeight());
     } else {
-        const bool isInStrip = m_pView->Strip().Holds(ToPoint(point));
-        m_pView->Zoom(notches, isInStrip ? m_pView->XOf(m_pView->StripTime(point.x())) : point.x());
+        double x = point.x();
+        if (m_pView->Strip().Holds(ToPoint(point))) {
+            // Into what the strip shows there.
+            const double middle = m_pView->Plot().x + m_pView->Plot().width / 2;
+            m_pView->Pan(m_pView->XOf(m_pView->StripTime(x)) - middle);
+            x = middle;
+        }
+        m_pView->Zoom(notches, x);
     }
     OnViewChanged();
 }
@@ -298,10 +304,10 @@ void CTimelineWidget::DragTo(QPointF point) {
         view.ScrollTo(view.ScrollTop() - (point.y() - m_dragged.y()));
         break;
     case Drag::Band: {
-        const auto [left, right] = std::minmax(m_pressed.x(), point.x());
         const PictureRect plot = view.Plot();
-        view.SetRange({view.TimeAt(std::clamp(left, plot.x, plot.Right())),
-                       view.TimeAt(std::clamp(right, plot.x, plot.Right()))});
+        const auto timeAt = [&](double x) { return view.TimeAt(std::clamp(x, plot.x, plot.Right())); };
+        view.SetRange(
+            {timeAt(std::min(m_pressed.x(), point.x())), timeAt(std::max(m_pressed.x(), point.x()))});
         break;
     }
     case Drag::StripFrame: {

@@ -49,9 +49,24 @@ public:
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        PaintShare(*painter, option.rect, index.data(kShareRole).toDouble(),
-                   index.data(kSignedShareRole).toBool());
-        QStyledItemDelegate::paint(painter, option, index);
+        // Below the text, and above what marks a selected row.
+        const double share = index.data(kShareRole).toDouble();
+        if (share == 0) {
+            QStyledItemDelegate::paint(painter, option, index);
+            return;
+        }
+        QStyleOptionViewItem text = option;
+        if (option.state.testFlag(QStyle::State_Selected)) {
+            option.widget->style()->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter,
+                                                  option.widget);
+            text.state.setFlag(QStyle::State_Selected, false);
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+                text.palette.setColor(group, QPalette::Text,
+                                      option.palette.color(group, QPalette::HighlightedText));
+            }
+        }
+        PaintShare(*painter, option.rect, share, index.data(kSignedShareRole).toBool());
+        QStyledItemDelegate::paint(painter, text, index);
     }
     // A cell that is too narrow for its text tells it below the pointer.
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
@@ -69,7 +84,7 @@ public:
     }
 
 private:
-    // Below the text. Bars of one column start at one edge; where numbers fall and rise, in the middle.
+    // Bars of one column start at one edge; where numbers fall and rise, in the middle.
     static void PaintShare(QPainter& painter, const QRect& cell, double share, bool isSigned) {
         if (share == 0) {
             return;

@@ -126,6 +126,15 @@ TEST(StatementRows, CallersAddUpToTheShape) {
     EXPECT_EQ(Sorted(source, ShapeCallerRow::TOTAL), (std::vector<std::size_t>{2, 1, 0}));
 }
 
+TEST(StatementRows, ARecordLeadsToItsShape) {
+    const Listed log(Log());
+    EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{1}), kNoShape); // a call
+    EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{2}), log.scope.shapes[0].shape);
+    EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{3}), kNoShape); // no frame
+    EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{11}), log.scope.shapes[1].shape);
+    EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{12}), kNoShape); // behind the last frame
+}
+
 TEST(StatementRows, TheSlowOrderReadsTheItemMasterFourHundredTimes) {
     const Listed log(SampleBytes("order-slow.log"));
     EXPECT_EQ(ShapeTexts(log).front(), "5.702505|400|0.018285|0.017056|F  B5542110SumOpenWeight|"

@@ -84,6 +84,8 @@ TEST(TimelinePicture, NamesBearTheLetterOfTheirKindAndStayInTheirBars) {
     for (const char* name : {"F Alpha", "F Bravo", "F Open", "S SELECT PRODDTA.F4211", "4120/3388"}) {
         EXPECT_EQ(canvas.Of(name).size(), 1U) << name;
     }
+    // Where no name fits the letter stands alone.
+    EXPECT_EQ(canvas.Of("E").size(), 1U);
     const PictureRect rect = canvas.Of("F Bravo")[0].rect;
     EXPECT_GE(rect.x, log.m_view.Plot().x + 100);
     EXPECT_LE(rect.Right(), log.m_view.Plot().x + 199);
@@ -161,7 +163,7 @@ TEST(TimelinePicture, NarrowFramesMergeIntoOneBarAColumn) {
         bars += drawn.clip == log.m_view.Plot() ? 1 : 0;
     }
     EXPECT_LE(bars, 5U); // alike, they go in one piece; the one that failed shows
-    EXPECT_EQ(canvas.Filled(kFailedColor).size(), 1U);
+    EXPECT_EQ(log.Spans(canvas.Filled(kFailedColor)).size(), 1U);
     const auto hit = log.m_view.At({log.m_view.Plot().x + 500.5, log.m_view.Plot().y + 5});
     ASSERT_TRUE(hit.bar.has_value());
     EXPECT_GE(hit.bar->Count(), 6U); // of 200 microseconds a column those that start within 128
@@ -176,6 +178,8 @@ TEST(TimelinePicture, SearchLeavesMatchesBrightAndFadesTheRest) {
     const PictureColor faded = Faded(bright, log.m_ground.background);
     EXPECT_EQ(log.Spans(canvas.Filled(bright)), Texts{"0 500-999"});
     EXPECT_EQ(log.Spans(canvas.Filled(faded)), (Texts{"0 0-399", "0 500-999"}));
+    EXPECT_EQ(canvas.Of("F Open").size(), 1U);
+    EXPECT_EQ(canvas.Of("F Alpha")[0].color, log.m_ground.dimText);
 }
 
 TEST(TimelinePicture, WhatIsOutOfRangeIsShadedAndWhatIsSelectedOutlined) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
 
 namespace carvelot::test {
 
@@ -150,6 +151,16 @@ TEST_F(TimelineViewTest, WalksAllFramesLaneByLane) {
     EXPECT_EQ(names, all);
 }
 
+TEST(TimelineView, ComesBackToTheDeepestLastFrameOfTheLaneAbove) {
+    TimelineLog log(LinesOfLog({At(0, CallText("A", 1)), At(1, CallText("B", 2)), At(2, CallText("C", 3)),
+                                At(3, ReturnText("A", 1)), At(4, CallText("E", 1), "4120/7"),
+                                At(5, ReturnText("E", 1), "4120/7")}));
+    log.m_view.Select(log.Frame("E"));
+    EXPECT_EQ(log.NameOf(log.m_view.Beside(CTimelineView::Step::Previous)), "C");
+    log.m_view.Fold(0, true);
+    EXPECT_EQ(log.NameOf(log.m_view.Beside(CTimelineView::Step::Previous)), "A");
+}
+
 TEST_F(TimelineViewTest, AFoldedLaneShowsItsTopFrames) {
     const double height = m_view.Lanes().Height();
     m_view.Fold(0, true);
@@ -265,6 +276,31 @@ TEST(TimelineView, WhatStartsAtTheEndOfTheLogShowsInTheLastColumn) {
     const CTimelineView& view = log.m_view;
     const auto hit = view.At({view.Plot().Right() - 0.5, view.TopOf(view.Lanes().Shown()[0]) + 4});
     ASSERT_TRUE(hit.bar.has_value());
+}
+
+TEST(TimelineView, SamplesShowEveryFrameWhereAndAsLongAsItRan) {
+    for (const char* sample : {"order-slow.log", "jas-slow.log", "night-batch.log", "order-fails.log"}) {
+        std::ifstream file(std::string(CARVELOT_SOURCE_FOLDER) + "/samples/" + sample, std::ios::binary);
+        std::vector<std::string> lines;
+        for (std::string line; std::getline(file, line);) {
+            lines.push_back(line);
+        }
+        TimelineLog log(lines);
+        ASSERT_NE(log.Frames().Count(), 0U) << sample;
+        const CCut whole(log.Frames(), log.m_explored.streams, {}, {});
+        const CLargeVector<std::int64_t> selfTimes = whole.SelfTimes();
+        for (std::uint32_t i = 0; i < log.Frames().Count(); ++i) {
+            ASSERT_EQ(log.m_timeline.SelfTime(i), selfTimes[i]) << sample << " " << i;
+            const Frame& frame = log.Frames()[i];
+            log.m_view.ShowSpan(frame.start - 10, frame.end + 10);
+            log.m_view.Reveal(i);
+            const auto rect = log.m_view.RectOf(i);
+            ASSERT_TRUE(rect.has_value());
+            const auto hit = log.m_view.At({rect->x + rect->width / 2, rect->y + rect->height / 2});
+            ASSERT_TRUE(hit.bar.has_value()) << sample << " " << i;
+            ASSERT_TRUE(hit.bar->frame == i || hit.bar->Count() > 1) << sample << " " << i;
+        }
+    }
 }
 
 TEST(TimelineView, ALogWithoutCallsOrTimeShowsNothingAndFailsNowhere) {
