@@ -81,7 +81,9 @@ private slots:
     void showsCallersAndCalleesOfTheSelectedFunctionAndWalksAlongThem() {
         CCallProfileFrame* const profile = Open(ExploredLines());
         CListCtrl& functions = List(*profile, "Functions");
-        QVERIFY(Rows(List(*profile, "Callers")).isEmpty());
+        // At first it is the costliest one.
+        QCOMPARE(functions.SelectedRow(), 0);
+        QCOMPARE(Rows(List(*profile, "Callees")), QStringList{"F  InnerCall|1|2.000000"});
         Click(functions, RowOf(functions, "F  InnerCall"));
         QCOMPARE(Rows(List(*profile, "Callers")), QStringList{"F  OuterCall|1|2.000000"});
         QCOMPARE(Rows(List(*profile, "Callees")), QStringList{"S  SELECT PRODDTA.F4101|12|0.006000"});
