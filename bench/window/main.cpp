@@ -4,7 +4,7 @@
 //   carvelot_window_bench [MEGABYTES]
 #include "bench/LogGenerator.h"
 #include "bench/window/TimelineBench.h"
-#include "ui/SessionSupport.h"
+#include "ui/ExploreSupport.h"
 
 #include <QApplication>
 #include <QScrollBar>
@@ -249,6 +249,25 @@ void Measure(CSessionRun& run, const std::string& log, const std::string& thread
     close();
 }
 
+// From a loaded log to its Overview, painted.
+void MeasureOverview(CSessionRun& run, const char* what, const std::string& log) {
+    const double load = Least(5, [&] { return LoadInCore(log); });
+    const double overview = Least(5, [&] {
+        CChildFrame* const session = run.Open(ToQString(log));
+        const double time = Seconds([&] {
+            run.Frame().RunCommand(ID_EXPLORE_OVERVIEW);
+            while (ExplorationOf(*session).Progress() >= 0) {
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+            }
+            run.Frame().ActiveChild()->grab();
+        });
+        session->CloseWindow();
+        CSessionRun::Settle();
+        return time;
+    });
+    PrintRow(what, overview, load, 0.6);
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -267,6 +286,13 @@ int main(int argc, char** argv) {
     WriteThread(errorLog, true);
     CSessionRun run;
     Measure(run, log, threadLog, errorLog);
+    MeasureOverview(run, "Overview of the debug log, over its load", log);
+    const std::string jasLog = ToUtf8(folder.filePath(QStringLiteral("jas.log")));
+    {
+        std::ofstream out(jasLog, std::ios::binary);
+        bench::WriteJASLog(out, megabytes << 20U, 1);
+    }
+    MeasureOverview(run, "Overview of a JAS log, over its load", jasLog);
     bench::MeasureTimeline(ToUtf8(folder.path()));
     return 0;
 }
