@@ -33,7 +33,7 @@ int RowOf(CListCtrl& list, const QString& name) {
 }
 
 // A real double click in the middle of a row's first cell.
-void DoubleClick(QTreeView& view, const QModelIndex& index) {
+void DoubleClickRow(QTreeView& view, const QModelIndex& index) {
     view.scrollTo(index);
     const QPoint place = view.visualRect(index).center();
     QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, place);
@@ -81,17 +81,19 @@ private slots:
     void showsCallersAndCalleesOfTheSelectedFunctionAndWalksAlongThem() {
         CCallProfileFrame* const profile = Open(ExploredLines());
         CListCtrl& functions = List(*profile, "Functions");
-        QVERIFY(Rows(List(*profile, "Callers")).isEmpty());
+        // At first it is the costliest one.
+        QCOMPARE(functions.SelectedRow(), 0);
+        QCOMPARE(Rows(List(*profile, "Callees")), QStringList{"F  InnerCall|1|2.000000"});
         Click(functions, RowOf(functions, "F  InnerCall"));
         QCOMPARE(Rows(List(*profile, "Callers")), QStringList{"F  OuterCall|1|2.000000"});
         QCOMPARE(Rows(List(*profile, "Callees")), QStringList{"S  SELECT PRODDTA.F4101|12|0.006000"});
         CListCtrl& callers = List(*profile, "Callers");
-        DoubleClick(callers, callers.Model().index(0, 0));
+        DoubleClickRow(callers, callers.Model().index(0, 0));
         QCOMPARE(functions.SelectedRow(), RowOf(functions, "F  OuterCall"));
         QCOMPARE(Rows(callers), QStringList{"(top)|1|4.000000"});
         QCOMPARE(Rows(List(*profile, "Callees")), QStringList{"F  InnerCall|1|2.000000"});
         // Nobody is no function.
-        DoubleClick(callers, callers.Model().index(0, 0));
+        DoubleClickRow(callers, callers.Model().index(0, 0));
         QCOMPARE(functions.SelectedRow(), RowOf(functions, "F  OuterCall"));
     }
 
@@ -99,7 +101,7 @@ private slots:
         CCallProfileFrame* const profile = Open(ExploredLines());
         CListCtrl& functions = List(*profile, "Functions");
         QSignalSpy wanted(&profile->Exploration(), &CExploration::RecordWanted);
-        DoubleClick(functions, functions.Model().index(RowOf(functions, "F  LastCall"), 0));
+        DoubleClickRow(functions, functions.Model().index(RowOf(functions, "F  LastCall"), 0));
         QCOMPARE(wanted.size(), 1);
         const auto record = profile->Exploration().Selected();
         QVERIFY(record.has_value());
@@ -132,7 +134,7 @@ private slots:
         QCOMPARE(inner.parent(), outer);
         QCOMPARE(text(model.index(0, 0, inner)),
                  QStringLiteral("S  SELECT PRODDTA.F4101|0.006000|0.006000|12"));
-        DoubleClick(tree, inner);
+        DoubleClickRow(tree, inner);
         CListCtrl& functions = List(*profile, "Functions");
         QCOMPARE(functions.SelectedRow(), RowOf(functions, "F  InnerCall"));
     }
@@ -170,7 +172,7 @@ private slots:
         CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), ExploredLines());
         auto* const overview = OpenExplore<COverviewFrame>(*m_pRun, *session, ID_EXPLORE_OVERVIEW);
         CListCtrl& costs = List(*overview, "Functions by own time");
-        DoubleClick(costs, costs.Model().index(1, 0));
+        DoubleClickRow(costs, costs.Model().index(1, 0));
         auto* const profile = qobject_cast<CCallProfileFrame*>(m_pRun->Frame().ActiveChild());
         QVERIFY(profile != nullptr);
         QVERIFY(WaitForResults(profile->Exploration()));

@@ -134,8 +134,12 @@ private slots:
         QTest::keyClick(coloring, Qt::Key_Down);
         QCOMPARE(Picture().m_coloring, CFlamePicture::Coloring::Self);
         // The next window begins with it.
-        EndRun();
-        StartRun();
+        m_pFrame->CloseWindow();
+        CSessionRun::Settle();
+        m_pFrame = OpenExplore<CFlameGraphFrame>(*m_pRun, *m_pSession, ID_EXPLORE_FLAME_GRAPH);
+        m_pView = m_pFrame->findChild<CFlameView*>();
+        QCOMPARE(Picture().m_coloring, CFlamePicture::Coloring::Self);
+        QCOMPARE(ColoringBox()->currentText(), QStringLiteral("By self time"));
     }
 
     void readersHearTheCallWithTheFocus() {
@@ -228,8 +232,8 @@ private slots:
 
 private:
     void Open(const std::vector<std::string>& lines) {
-        CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), lines);
-        m_pFrame = OpenExplore<CFlameGraphFrame>(*m_pRun, *session, ID_EXPLORE_FLAME_GRAPH);
+        m_pSession = m_pRun->Open(QStringLiteral("order.log"), lines);
+        m_pFrame = OpenExplore<CFlameGraphFrame>(*m_pRun, *m_pSession, ID_EXPLORE_FLAME_GRAPH);
         m_pView = m_pFrame->findChild<CFlameView*>();
         m_pSearch = nullptr;
         for (QLineEdit* line : m_pFrame->findChildren<QLineEdit*>()) {
@@ -287,6 +291,7 @@ private:
         });
     }
 
+    CChildFrame* m_pSession = nullptr;
     CFlameGraphFrame* m_pFrame = nullptr;
     CFlameView* m_pView = nullptr;
     QLineEdit* m_pSearch = nullptr;

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace carvelot {
 
@@ -20,10 +19,10 @@ constexpr PictureColor kHitColor{0xD0, 0x20, 0x90};
 } // namespace
 
 std::string PercentText(std::int64_t part, std::int64_t whole) {
-    char text[32];
-    const double percent = whole > 0 ? 100.0 * static_cast<double>(part) / static_cast<double>(whole) : 0.0;
-    std::snprintf(text, sizeof text, "%.1f %%", percent);
-    return text;
+    // Whatever the locale.
+    const long tenths =
+        whole > 0 ? std::lround(1000.0 * static_cast<double>(part) / static_cast<double>(whole)) : 0;
+    return std::to_string(tenths / 10) + '.' + std::to_string(tenths % 10) + " %";
 }
 
 bool CFlamePicture::ZoomTo(Place place) {

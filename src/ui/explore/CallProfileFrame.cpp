@@ -102,9 +102,10 @@ void CCallProfileFrame::ShowScope() {
     m_treeModel.Show(m_pTreeRows.get());
     m_pFunctions->ShowRows(MakeFunctionRows(keys, m_pShown->profile));
     if (!m_wanted || !SelectKey(*m_wanted)) {
-        ShowNeighbours();
+        m_pFunctions->setCurrentIndex(m_pFunctions->Model().index(0, 0));
     }
     m_wanted.reset();
+    ShowNeighbours();
 }
 
 // A record that begins a frame marks the function.

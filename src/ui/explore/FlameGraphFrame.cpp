@@ -198,36 +198,46 @@ void CFlameGraphFrame::RefreshPath() {
     }
 }
 
+// Keys that may be commands of the main window are meant for the picture here.
+bool CFlameGraphFrame::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (key.matches(QKeySequence::Find) || key.key() == Qt::Key_F3) {
+            event->accept();
+            return true;
+        }
+    }
+    return CExploreFrame::event(event);
+}
+
 void CFlameGraphFrame::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Find) || event->text() == QLatin1String("/")) {
         m_pSearch->setFocus(Qt::ShortcutFocusReason);
         m_pSearch->selectAll();
         event->accept();
     } else if (event->key() == Qt::Key_F3) {
-        m_pView->WalkHits((event->modifiers() & Qt::ShiftModifier) == 0);
+        m_pView->WalkHits(!event->modifiers().testFlag(Qt::ShiftModifier));
         event->accept();
     } else {
         CExploreFrame::keyPressEvent(event);
     }
 }
 
-// Ctrl+F and F3 may be commands of the main window: here they are meant for the picture.
+// Enter walks the hits, Esc lets go of the search.
 bool CFlameGraphFrame::eventFilter(QObject* object, QEvent* event) {
     if (object != m_pSearch || event->type() != QEvent::KeyPress) {
         return CExploreFrame::eventFilter(object, event);
     }
-    const auto& key = static_cast<const QKeyEvent&>(*event);
-    if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
+    const int key = static_cast<const QKeyEvent&>(*event).key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         m_pView->WalkHits(true);
-        m_pView->setFocus();
-        return true;
-    }
-    if (key.key() == Qt::Key_Escape) {
+    } else if (key == Qt::Key_Escape) {
         m_pSearch->clear();
-        m_pView->setFocus();
-        return true;
+    } else {
+        return false;
     }
-    return CExploreFrame::eventFilter(object, event);
+    m_pView->setFocus();
+    return true;
 }
 
 } // namespace carvelot

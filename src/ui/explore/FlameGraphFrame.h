@@ -29,6 +29,7 @@ protected:
     void ShowSelected() override;
     void DropResults() override;
     QString EmptyText() const override;
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 

@@ -1,5 +1,7 @@
 // The flame graph: where calls lie, what is drawn and what lies below the pointer.
 #include "explore/pictures/FlamePicture.h"
+#include "explore/lists/EdgeRows.h"
+#include "explore/lists/FunctionRows.h"
 #include "explore/lists/ListedRows.h"
 
 #include "TestCanvas.h"
@@ -243,6 +245,39 @@ TEST(FlamePicture, OfManyCallsDrawsAFewBarsAPixelAtMost) {
         }
     }
     EXPECT_NEAR(covered, 1920, 1.01);
+}
+
+// Of samples, what is drawn adds up to what is listed.
+TEST(FlamePicture, AgreesWithTheListsOfTheSamples) {
+    for (const char* const name : {"order-slow.log", "order-fails.log", "ube-batch.log", "jas-slow.log"}) {
+        const Listed log(SampleBytes(name));
+        const CFlameLayout layout(log.scope.profile.m_tree);
+        const CFrameKeys& keys = log.explored.frames.Keys();
+        std::vector<std::int64_t> selfs(keys.Count(), 0);
+        std::vector<std::uint64_t> calls(keys.Count(), 0);
+        std::int64_t all = 0;
+        for (Place place = 1; place < layout.Count(); ++place) {
+            selfs[layout.Key(place)] += layout.Self(place);
+            calls[layout.Key(place)] += layout.Calls(place);
+            all += layout.Self(place);
+            const Place parent = layout.Parent(place);
+            ASSERT_GE(layout.Start(place), layout.Start(parent)) << name;
+            ASSERT_LE(layout.End(place), layout.End(parent)) << name;
+        }
+        EXPECT_GT(layout.Count(), 5U) << name;
+        EXPECT_EQ(layout.Total(CFlameLayout::kWhole), all) << name;
+        const std::vector<FunctionRow> rows = MakeFunctionRows(keys, log.scope.profile);
+        EXPECT_FALSE(rows.empty()) << name;
+        for (const FunctionRow& row : rows) {
+            EXPECT_EQ(selfs[row.counts.key], row.counts.self) << name << ' ' << row.name;
+            EXPECT_EQ(calls[row.counts.key], row.counts.calls) << name << ' ' << row.name;
+            std::uint64_t called = 0;
+            for (const EdgeRow& edge : MakeCallerRows(keys, log.scope.profile, row.counts.key)) {
+                called += edge.calls;
+            }
+            EXPECT_EQ(called, row.counts.calls) << name << ' ' << row.name;
+        }
+    }
 }
 
 } // namespace
