@@ -1,5 +1,6 @@
 // Texts that a user types: the search text, dates, numbers, the command line of the report, an export's name.
 // The first line is the text, the rest is what is searched.
+#include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "platform/CodePage.h"
 #include "records/NodeText.h"

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QToolButton>
 
 using namespace carvelot;
@@ -179,6 +180,17 @@ private slots:
         QVERIFY2(
             ShownText(*overview).contains(QStringLiteral("08:00:00.000001 to 08:00:01.000001 (1.000000 s)")),
             qPrintable(ShownText(*overview)));
+        const QLabel* inStatusBar = nullptr;
+        for (const QLabel* label : m_pRun->Frame().statusBar()->findChildren<QLabel*>()) {
+            inStatusBar = label->accessibleName() == QLatin1String("Range") ? label : inStatusBar;
+        }
+        QVERIFY(inStatusBar->isVisible());
+        QVERIFY(inStatusBar->text().endsWith(QLatin1String("(1.000000 s)")));
+        // It is told of what shows.
+        m_pRun->Frame().ClientArea().Activate(*session);
+        QVERIFY(!inStatusBar->isVisible());
+        m_pRun->Frame().ClientArea().Activate(*overview);
+        QVERIFY(inStatusBar->isVisible());
         QTest::keyClick(&functions, Qt::Key_Escape);
         QVERIFY(WaitForResults(overview->Exploration()));
         QCOMPARE(Rows(functions).size(), 4);

@@ -45,7 +45,7 @@ CCallTreeRows::CCallTreeRows(const CFrameKeys& keys, const CProfile& profile)
     for (Node node = 0; node < count; ++node) {
         m_children[next[Slot(m_parents[node])]++] = node;
     }
-    const auto byTotal = [this](Node one, Node other) {
+    const auto isDearer = [this](Node one, Node other) {
         return m_tree[one].total != m_tree[other].total ? m_tree[one].total > m_tree[other].total
                                                         : one < other;
     };
@@ -53,7 +53,7 @@ CCallTreeRows::CCallTreeRows(const CFrameKeys& keys, const CProfile& profile)
         const auto first = m_children.begin() + m_first[slot];
         const auto end = m_children.begin() + m_first[slot + 1];
         if (slot == 0 || depths[slot - 1] < kDeepest - 2) {
-            std::sort(first, end, byTotal);
+            std::sort(first, end, isDearer);
         }
         for (auto at = first; at != end; ++at) {
             m_rows[*at] = static_cast<std::uint32_t>(at - first);

@@ -2,8 +2,8 @@
 // ground; a letter says the kind, too.
 #pragma once
 
-#include "explore/FrameKeys.h"
 #include "explore/Findings.h"
+#include "explore/FrameKeys.h"
 #include "explore/pictures/Canvas.h"
 
 namespace carvelot {
@@ -13,9 +13,9 @@ struct PictureGround {
     PictureColor background{255, 255, 255};
     PictureColor text{0, 0, 0};
     PictureColor dimText{96, 96, 96};
-    PictureColor line{208, 208, 208};       // between lanes, of the axis
-    PictureColor selection{0, 120, 215};    // around what is selected
-    PictureColor shade{128, 128, 128, 48};  // over what is not looked at, behind a range
+    PictureColor line{208, 208, 208};      // between lanes, of the axis
+    PictureColor selection{0, 120, 215};   // around what is selected
+    PictureColor shade{128, 128, 128, 48}; // over what is not looked at, behind a range
 };
 
 inline constexpr PictureColor kFailedColor{0xD5, 0x5E, 0x00};

@@ -152,6 +152,9 @@ void CExploreFrame::RefreshHead() {
     m_pRange->setText(range);
     m_pRange->setVisible(isCut);
     m_pNoRange->setVisible(isCut);
+    if (isVisible()) {
+        TellRange(range);
+    }
 }
 
 void CExploreFrame::OnState() {
@@ -191,12 +194,26 @@ void CExploreFrame::RefreshPage() {
     m_pPages->setCurrentIndex(message.isEmpty() && m_pBody != nullptr ? 1 : 0);
 }
 
-void CExploreFrame::OnSetFocus() { emit CameToFront(); }
+void CExploreFrame::OnSetFocus() {
+    RefreshHead();
+    emit CameToFront();
+}
 
 void CExploreFrame::showEvent(QShowEvent* event) {
     CMDIChildWnd::showEvent(event);
     m_exploration.StartFirst();
     OnState();
+}
+
+void CExploreFrame::hideEvent(QHideEvent* event) {
+    CMDIChildWnd::hideEvent(event);
+    TellRange({});
+}
+
+void CExploreFrame::TellRange(const QString& range) {
+    if (CMainWindow* const main = MainWindow()) {
+        main->ShowRange(range);
+    }
 }
 
 void CExploreFrame::keyPressEvent(QKeyEvent* event) {

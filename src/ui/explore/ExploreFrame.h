@@ -53,9 +53,12 @@ protected:
     void RefreshPage();
 
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    // In the status bar, while the window shows.
+    static void TellRange(const QString& range);
     void AddHead();
     void RefreshHead();
     void FillScopes();
