@@ -11,7 +11,7 @@
 namespace carvelot {
 
 // The rows must be cleared before what was explored goes.
-template <class TRow> class CExploredSource final : public CListSource {
+template <class TRow> class CExploredSource : public CListSource {
 public:
     void Show(const ExploredSession& explored, std::vector<TRow> rows) {
         m_pExplored = &explored;

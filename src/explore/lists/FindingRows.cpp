@@ -3,7 +3,6 @@
 #include "explore/lists/ExploreNames.h"
 #include "explore/lists/FindingSentence.h"
 #include "explore/lists/ListTexts.h"
-#include "text/Release.h"
 
 #include <algorithm>
 
@@ -106,33 +105,10 @@ std::vector<FindingRow> MakeFindingRows(const std::vector<Finding>& findings) {
     return rows;
 }
 
-void CFindingSource::Show(const ExploredSession& explored, const std::vector<Finding>& findings) {
-    m_pExplored = &explored;
-    m_listRows = MakeFindingRows(findings);
-}
-
-void CFindingSource::Clear() {
-    m_pExplored = nullptr;
-    Release(m_listRows);
-}
-
-std::string CFindingSource::Text(std::size_t row, int column) const {
-    return CellText(FindingRow::Columns(), m_listRows[row], column, *m_pExplored);
-}
-
-double CFindingSource::Share(std::size_t row, int column) const {
-    return CellShare(FindingRow::Columns(), m_listRows[row], column, *m_pExplored);
-}
-
 void CFindingSource::Sort(std::vector<std::size_t>& order, int column, bool descending) const {
-    const auto sortBy = [&](int by, bool reverse) {
-        SortByKey(order, reverse, [&](std::size_t row) {
-            return CellKey(FindingRow::Columns(), m_listRows[row], by, *m_pExplored);
-        });
-    };
-    sortBy(column, descending);
+    CExploredSource::Sort(order, column, descending);
     if (column != FindingRow::SEVERITY) {
-        sortBy(FindingRow::SEVERITY, false);
+        CExploredSource::Sort(order, FindingRow::SEVERITY, false);
     }
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "explore/Findings.h"
-#include "text/ColumnTable.h"
+#include "explore/lists/ExploredSource.h"
 
 #include <cstdint>
 #include <string>
@@ -26,22 +26,10 @@ struct FindingRow {
 std::vector<FindingRow> MakeFindingRows(const std::vector<Finding>& findings);
 
 // Keeps errors, warnings and notes together by whatever column they are sorted.
-class CFindingSource final : public CListSource {
+class CFindingSource final : public CExploredSource<FindingRow> {
 public:
-    // The findings must outlive the rows, and what was explored, too.
-    void Show(const ExploredSession& explored, const std::vector<Finding>& findings);
-    void Clear();
-
-    std::size_t RowCount() const override { return m_listRows.size(); }
-    std::string Text(std::size_t row, int column) const override;
-    double Share(std::size_t row, int column) const override;
     // Descending by another column than that of the severity turns the order round within each severity.
     void Sort(std::vector<std::size_t>& order, int column, bool descending) const override;
-
-    std::vector<FindingRow> m_listRows;
-
-private:
-    const ExploredSession* m_pExplored = nullptr;
 };
 
 struct FindingRecordRow {

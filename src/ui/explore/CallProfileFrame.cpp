@@ -53,7 +53,7 @@ CCallProfileFrame::CCallProfileFrame(CExploration& exploration)
     upper->TakeSizes();
     auto* const body = new CKeptSplitter(Qt::Vertical, "CallProfileTree", {5, 4});
     body->addWidget(upper);
-    body->addWidget(Titled(tr("Call &tree"), *m_pTree));
+    body->addWidget(Titled(tr("Call t&ree"), *m_pTree));
     body->TakeSizes();
     SetBody(body);
 

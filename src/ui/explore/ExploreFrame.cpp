@@ -52,7 +52,7 @@ CExploreFrame::CExploreFrame(CExploration& exploration, const QString& title)
     m_pProgress->setRange(0, 100);
     m_pProgress->setFixedWidth(240);
     m_pProgress->setAccessibleName(tr("Progress of exploring"));
-    m_pAgain = new QPushButton(tr("&Explore"), page);
+    m_pAgain = new QPushButton(tr("Explore A&gain"), page);
     column->addStretch();
     column->addWidget(m_pMessage);
     column->addWidget(m_pProgress, 0, Qt::AlignCenter);
@@ -93,14 +93,14 @@ void CExploreFrame::AddHead() {
     auto* head = new QWidget(this);
     auto* row = new QHBoxLayout(head);
     row->setContentsMargins(6, 3, 6, 3);
-    auto* scopeName = new QLabel(tr("&Scope:"), head);
+    auto* scopeName = new QLabel(tr("Sco&pe:"), head);
     m_pScope = new QComboBox(head);
     m_pScope->setAccessibleName(tr("Scope"));
     m_pScope->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_pScope->setMaximumWidth(320);
     scopeName->setBuddy(m_pScope);
     m_pNoScope = NewCross(tr("Back to the whole log"), head);
-    m_pFollows = new QCheckBox(tr("&Follow the session's selection"), head);
+    m_pFollows = new QCheckBox(tr("F&ollow the session's selection"), head);
     m_pRange = PlainLabel();
     m_pNoRange = NewCross(tr("Let go of the range"), head);
     row->addWidget(scopeName);

@@ -97,7 +97,7 @@ QList<QWidget*> CFindingsFrame::WindowPanes() const { return {m_pFindings, m_pRe
 
 void CFindingsFrame::ShowResults() {
     const ExploredSession& explored = Exploration().Explored();
-    m_pFindings->ShowRows(explored, Exploration().Findings());
+    m_pFindings->ShowRows(explored, MakeFindingRows(Exploration().Findings()));
     m_pRecords->Model().SetColumnTitle(FindingRecordRow::OWNER,
                                        ToQString(OwnersTitle(explored.session.m_nLogFormat)));
     ShowScope();

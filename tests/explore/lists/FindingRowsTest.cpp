@@ -1,6 +1,5 @@
 #include "explore/lists/FindingRows.h"
 
-#include "explore/lists/ExploredSource.h"
 #include "explore/lists/FindingSentence.h"
 #include "explore/lists/FindingWalk.h"
 #include "explore/lists/ListedRows.h"
@@ -60,7 +59,7 @@ TEST(FindingRows, ARowTellsSeveritySubjectCountCostAndMeaning) {
     const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(log.explored, findings);
+    source.Show(log.explored, MakeFindingRows(findings));
     const Texts rows = RowTexts(source, FindingRow::Columns().size());
     EXPECT_EQ(rows[0], "\u25CF error|Zeta failed: ERROR 4|1|0.000100|" +
                            std::string(MeaningOf(FindingRule::FirstCause)));
@@ -88,7 +87,7 @@ TEST(FindingRows, SortingKeepsErrorsAheadOfWarningsAndThoseAheadOfNotes) {
     const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(log.explored, findings);
+    source.Show(log.explored, MakeFindingRows(findings));
     const std::string rolledBack = "Rolled back";
     const std::string failed = "Zeta failed: ERROR 4";
     const std::string never = "Gamma never returned";
@@ -107,7 +106,7 @@ TEST(FindingRows, SortingBySeverityTurnsTheGroupsRound) {
     const Listed log(TenLines());
     const std::vector<Finding> findings = SomeFindings();
     CFindingSource source;
-    source.Show(log.explored, findings);
+    source.Show(log.explored, MakeFindingRows(findings));
     EXPECT_EQ(Sorted(source, FindingRow::SEVERITY), (Orders{0, 1, 2, 3, 4, 5}));
     EXPECT_EQ(Sorted(source, FindingRow::SEVERITY, true), (Orders{4, 5, 2, 3, 0, 1}));
 }
