@@ -20,8 +20,8 @@ namespace carvelot {
 
 namespace {
 
-constexpr std::size_t kMostSteps = 6; // of the path, besides the whole
-constexpr int kMostInStep = 28;       // characters
+constexpr std::size_t kMostSteps = 4; // of the path, besides the whole
+constexpr int kMostInStep = 24;       // characters
 constexpr const char* kColoringName = "FlameColoring";
 
 } // namespace
@@ -61,6 +61,7 @@ QWidget* CFlameGraphFrame::MakeTools() {
     m_pPathRow = new QHBoxLayout(m_pPath);
     m_pPathRow->setContentsMargins(0, 0, 0, 0);
     m_pPathRow->setSpacing(0);
+    m_pPathRow->addStretch();
     m_pHits = PlainLabel();
     m_pSearch = new QLineEdit(tools);
     m_pSearch->setPlaceholderText(tr("Search"));
@@ -73,8 +74,9 @@ QWidget* CFlameGraphFrame::MakeTools() {
     m_pColoring->addItems({tr("By kind"), tr("By self time")});
     m_pColoring->setCurrentIndex(std::clamp(GetWorkspaceInt(kColoringName, 0), 0, 1));
     coloringName->setBuddy(m_pColoring);
-    row->addWidget(m_pPath);
-    row->addStretch();
+    // A long path is cut, not the window made wider.
+    m_pPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    row->addWidget(m_pPath, 1);
     row->addWidget(m_pHits);
     row->addWidget(m_pSearch);
     row->addWidget(coloringName);
@@ -190,10 +192,10 @@ void CFlameGraphFrame::RefreshPath() {
         }
         step->setText(text.replace(QLatin1Char('&'), QLatin1String("&&")));
         step->setAccessibleName(name);
-        step->setToolTip(name.toHtmlEscaped());
+        step->setToolTip(name);
         step->setAutoRaise(true);
         connect(step, &QToolButton::clicked, m_pView, [this, place = places[at]] { m_pView->ZoomTo(place); });
-        m_pPathRow->addWidget(step);
+        m_pPathRow->insertWidget(m_pPathRow->count() - 1, step);
         step->show();
     }
 }

@@ -280,9 +280,8 @@ bool CFlameView::viewportEvent(QEvent* event) {
     }
     const auto& help = static_cast<const QHelpEvent&>(*event);
     const Place place = PlaceAt(help.pos());
-    QToolTip::showText(
-        help.globalPos(),
-        place != kNoPlace ? ToQString(m_pPicture->Description(place)).toHtmlEscaped() : QString(), this);
+    QToolTip::showText(help.globalPos(),
+                       place != kNoPlace ? ToQString(m_pPicture->Description(place)) : QString(), this);
     return true;
 }
 
