@@ -12,17 +12,6 @@ using namespace carvelot::test;
 
 namespace {
 
-template <class TView> TView& View(QWidget& window, const char* name) {
-    for (TView* view : window.findChildren<TView*>()) {
-        if (view->accessibleName() == QLatin1String(name)) {
-            return *view;
-        }
-    }
-    qFatal("no view of that name");
-}
-
-CListCtrl& List(QWidget& window, const char* name) { return View<CListCtrl>(window, name); }
-
 int RowOf(CListCtrl& list, const QString& name) {
     for (int row = 0; row < list.Model().rowCount(); ++row) {
         if (list.Model().index(row, 0).data().toString() == name) {

@@ -13,29 +13,6 @@ using namespace carvelot::test;
 
 namespace {
 
-CListCtrl& List(QWidget& window, const char* name) {
-    for (CListCtrl* list : window.findChildren<CListCtrl*>()) {
-        if (list->accessibleName() == QLatin1String(name)) {
-            return *list;
-        }
-    }
-    qFatal("no list of that name");
-}
-
-QString Sample(const char* name) {
-    return QStringLiteral(CARVELOT_SOURCE_FOLDER "/samples/") + QLatin1String(name);
-}
-
-QString ShownText(const QWidget& window) {
-    QStringList texts;
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        if (label->isVisible()) {
-            texts << label->text();
-        }
-    }
-    return texts.join(QLatin1Char('\n'));
-}
-
 int RowWith(CListCtrl& list, const QString& text) {
     const QStringList rows = Rows(list);
     for (qsizetype row = 0; row < rows.size(); ++row) {

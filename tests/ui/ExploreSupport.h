@@ -4,6 +4,8 @@
 #include "ui/SessionSupport.h"
 #include "ui/explore/ExploreFrame.h"
 
+#include <QLabel>
+
 namespace carvelot::test {
 
 // A function that runs a statement twelve times and fails; another one after it.
@@ -44,6 +46,32 @@ template <class TFrame> TFrame* OpenExplore(CSessionRun& run, CChildFrame& sessi
     run.Frame().RunCommand(command);
     auto* const frame = qobject_cast<TFrame*>(run.Frame().ActiveChild());
     return frame != nullptr && WaitForResults(frame->Exploration()) ? frame : nullptr;
+}
+
+// A list or a tree of a window by what a screen reader calls it.
+template <class TView> TView& View(QWidget& window, const char* name) {
+    for (TView* view : window.findChildren<TView*>()) {
+        if (view->accessibleName() == QLatin1String(name)) {
+            return *view;
+        }
+    }
+    qFatal("no view of that name");
+}
+inline CListCtrl& List(QWidget& window, const char* name) { return View<CListCtrl>(window, name); }
+
+// All that the labels of a window say at the moment.
+inline QString ShownText(const QWidget& window) {
+    QStringList texts;
+    for (const QLabel* label : window.findChildren<QLabel*>()) {
+        if (label->isVisible()) {
+            texts << label->text();
+        }
+    }
+    return texts.join(QLatin1Char('\n'));
+}
+
+inline QString Sample(const char* name) {
+    return QStringLiteral(CARVELOT_SOURCE_FOLDER "/samples/") + QLatin1String(name);
 }
 
 } // namespace carvelot::test

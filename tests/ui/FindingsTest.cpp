@@ -9,19 +9,6 @@ using namespace carvelot::test;
 
 namespace {
 
-CListCtrl& List(QWidget& window, const char* name) {
-    for (CListCtrl* list : window.findChildren<CListCtrl*>()) {
-        if (list->accessibleName() == QLatin1String(name)) {
-            return *list;
-        }
-    }
-    qFatal("no list of that name");
-}
-
-QString Sample(const char* name) {
-    return QStringLiteral(CARVELOT_SOURCE_FOLDER "/samples/") + QLatin1String(name);
-}
-
 QString Said(const QWidget& window, const char* name) {
     for (const QLabel* label : window.findChildren<QLabel*>()) {
         if (label->accessibleName() == QLatin1String(name)) {

@@ -14,29 +14,6 @@
 using namespace carvelot;
 using namespace carvelot::test;
 
-namespace {
-
-CListCtrl& List(QWidget& window, const char* name) {
-    for (CListCtrl* list : window.findChildren<CListCtrl*>()) {
-        if (list->accessibleName() == QLatin1String(name)) {
-            return *list;
-        }
-    }
-    qFatal("no list of that name");
-}
-
-QString ShownText(const QWidget& window) {
-    QStringList texts;
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        if (label->isVisible()) {
-            texts << label->text();
-        }
-    }
-    return texts.join(QLatin1Char('\n'));
-}
-
-} // namespace
-
 class OverviewTest : public CSessionTest {
     Q_OBJECT
 

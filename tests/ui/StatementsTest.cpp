@@ -13,19 +13,6 @@ using namespace carvelot::test;
 
 namespace {
 
-CListCtrl& List(QWidget& window, const char* name) {
-    for (CListCtrl* list : window.findChildren<CListCtrl*>()) {
-        if (list->accessibleName() == QLatin1String(name)) {
-            return *list;
-        }
-    }
-    qFatal("no list of that name");
-}
-
-QString Sample(const char* name) {
-    return QStringLiteral(CARVELOT_SOURCE_FOLDER "/samples/") + QLatin1String(name);
-}
-
 // The row that is current in a list, its cells divided by bars.
 QString CurrentRow(CListCtrl& list) {
     const int row = list.SelectedRow();

@@ -2,6 +2,7 @@
 
 #include "ui/explore/KeptSplitter.h"
 #include "ui/explore/ListMenu.h"
+#include "ui/explore/TitledView.h"
 #include "ui/kit/PlainText.h"
 
 #include <QHeaderView>
@@ -11,22 +12,6 @@
 #include <algorithm>
 
 namespace carvelot {
-
-namespace {
-
-QWidget* Titled(const QString& title, QTreeView& view) {
-    auto* part = new QWidget;
-    auto* column = new QVBoxLayout(part);
-    column->setContentsMargins(4, 2, 4, 2);
-    column->setSpacing(2);
-    QLabel* const label = PlainLabel(title);
-    label->setBuddy(&view);
-    column->addWidget(label);
-    column->addWidget(&view, 1);
-    return part;
-}
-
-} // namespace
 
 CCallProfileFrame::CCallProfileFrame(CExploration& exploration)
     : CExploreFrame(exploration, tr("Call Profile")),

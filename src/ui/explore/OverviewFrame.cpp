@@ -1,6 +1,7 @@
 #include "ui/explore/OverviewFrame.h"
 
 #include "ui/explore/ListMenu.h"
+#include "ui/explore/TitledView.h"
 #include "ui/kit/PlainText.h"
 #include "ui/kit/Text.h"
 
@@ -9,27 +10,6 @@
 #include <QLabel>
 
 namespace carvelot {
-
-namespace {
-
-// A list below its title; the first column takes what room is left.
-QWidget* Titled(const QString& title, CListCtrl& list) {
-    auto* part = new QWidget;
-    auto* column = new QVBoxLayout(part);
-    column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(2);
-    auto* label = PlainLabel(title);
-    QFont bold = label->font();
-    bold.setBold(true);
-    label->setFont(bold);
-    label->setBuddy(&list);
-    column->addWidget(label);
-    column->addWidget(&list, 1);
-    list.header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    return part;
-}
-
-} // namespace
 
 COverviewFrame::COverviewFrame(CExploration& exploration)
     : CExploreFrame(exploration, tr("Overview")), m_pLine(PlainLabel()),
@@ -49,6 +29,11 @@ COverviewFrame::COverviewFrame(CExploration& exploration)
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     SetBody(body);
+    // The first column takes what room is left.
+    for (const CListCtrl* list :
+         std::initializer_list<CListCtrl*>{m_pFindings, m_pFunctions, m_pStatements}) {
+        list->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
     new CListMenu(*m_pFindings, QStringLiteral("OverviewFindings"));
     new CListMenu(*m_pFunctions, QStringLiteral("OverviewFunctions"));
     new CListMenu(*m_pStatements, QStringLiteral("OverviewStatements"));
