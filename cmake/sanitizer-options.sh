@@ -5,3 +5,4 @@ export UBSAN_OPTIONS=print_stacktrace=1
 export LSAN_OPTIONS=suppressions=$PWD/cmake/leak-suppressions.txt:print_suppressions=0
 ASAN_SYMBOLIZER_PATH=$(command -v llvm-symbolizer-14 || true)
 export ASAN_SYMBOLIZER_PATH
+export TSAN_OPTIONS=suppressions=$PWD/cmake/thread-suppressions.txt:print_suppressions=0
