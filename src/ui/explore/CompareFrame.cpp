@@ -298,12 +298,13 @@ void CCompareFrame::DropResults() {
 
 void CCompareFrame::Run(std::function<void()> work, std::function<void()> stop, std::function<void()> done) {
     EndWork();
-    m_pWork = std::make_unique<CBackgroundWork>(std::move(work), std::move(stop), [this, done] {
-        // The call comes from inside the work that is done.
-        m_pWork.release()->deleteLater();
-        EndWork();
-        done();
-    });
+    m_pWork =
+        std::make_unique<CBackgroundWork>(std::move(work), std::move(stop), [this, done = std::move(done)] {
+            // The call comes from inside the work that is done.
+            m_pWork.release()->deleteLater();
+            EndWork();
+            done();
+        });
 }
 
 void CCompareFrame::EndWork() {
