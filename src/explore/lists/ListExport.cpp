@@ -11,7 +11,7 @@ namespace carvelot {
 namespace {
 
 // A log may hold bytes that are no text in any encoding.
-std::string ValidUtf8(std::string text) {
+std::string ValidUtf8(const std::string& text) {
     return platform::IsValidUtf8(text) ? text : WithReplacements(text);
 }
 
