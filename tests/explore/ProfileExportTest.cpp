@@ -64,7 +64,7 @@ constexpr const char* kNames[] = {"x.folded", "x.speedscope.json", "x.trace.json
 } // namespace
 
 TEST(ExploreProfileFormat, IsToldByTheEndOfTheFilesNameInAnyCase) {
-    EXPECT_EQ(ProfileFormatOf("/tmp/a.folded"), ProfileFormat::Folded);
+    EXPECT_EQ(ProfileFormatOf("folder/a.folded"), ProfileFormat::Folded);
     EXPECT_EQ(ProfileFormatOf("A.FOLDED"), ProfileFormat::Folded);
     EXPECT_EQ(ProfileFormatOf("a.b.speedscope.json"), ProfileFormat::Speedscope);
     EXPECT_EQ(ProfileFormatOf("a.SpeedScope.Json"), ProfileFormat::Speedscope);
