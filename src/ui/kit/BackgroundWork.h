@@ -20,8 +20,11 @@ public:
 
     void Stop() const { m_fnStop(); }
 
+protected:
+    // The work has ended.
+    void customEvent(QEvent* event) override;
+
 private:
-    void OnEnded();
     void Join();
 
     const std::function<void()> m_fnStop;
