@@ -2,6 +2,7 @@
 #pragma once
 
 #include "session/CarvelotDoc.h"
+#include "sources/MemorySource.h"
 #include "support/FuzzFile.h"
 
 #include <string>

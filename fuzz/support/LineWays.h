@@ -3,6 +3,7 @@
 
 #include "parse/LogReader.h"
 #include "records/DetailList.h"
+#include "sources/MemorySource.h"
 #include "support/FuzzFile.h"
 #include "support/SameSessions.h"
 

@@ -26,7 +26,10 @@ ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSett
 
 ExploredScope::ExploredScope(const ExploredSession& explored, const Selection& scope, const ClockRange& range,
                              CExploreProgress* progress)
-    : cut(explored.frames, explored.streams, scope, range, progress), profile(cut, progress),
-      shapes(ProfileShapes(explored.session, explored.shapes, cut, progress)) {}
+    : cut(explored.frames, explored.streams, scope, range, progress),
+      m_shapesBeside(std::async([this, &explored, progress] {
+          return ProfileShapes(explored.session, explored.shapes, cut, progress);
+      })),
+      profile(cut, progress), shapes(m_shapesBeside.get()) {}
 
 } // namespace carvelot

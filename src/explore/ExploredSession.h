@@ -50,6 +50,11 @@ struct ExploredScope {
                   CExploreProgress* progress = nullptr);
 
     const CCut cut;
+
+private:
+    std::future<std::vector<ShapeProfile>> m_shapesBeside; // made while the profile is
+
+public:
     const CProfile profile;
     const std::vector<ShapeProfile> shapes;
 };

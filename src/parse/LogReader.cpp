@@ -3,6 +3,7 @@
 #include "platform/CodePage.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace carvelot {
 
@@ -14,39 +15,83 @@ std::size_t CLogReader::BlockFor(const ILogSource& source) {
     return size == 0 ? kBlock : static_cast<std::size_t>(std::clamp<std::uint64_t>(size, least, kBlock));
 }
 
-// A refill never leaves more than a line's longest length ahead of what it reads.
-CLogReader::CLogReader(ILogSource& source, BlockScan scan)
-    : m_source(source), m_scan(scan), m_nBlock(BlockFor(source)),
-      m_buffer(std::make_unique_for_overwrite<char[]>(kLongestLine + m_nBlock + kScanPadding)),
-      m_index(kLongestLine + m_nBlock), m_pNextEnd(m_index.ends.get()), m_pNextMark(m_index.marks.get()) {}
+// What is left of a block is always shorter than the longest line.
+CLogReader::Block::Block(std::size_t size)
+    : bytes(std::make_unique_for_overwrite<char[]>(kLongestLine + size + kScanPadding)),
+      index(kLongestLine + size) {}
 
-void CLogReader::Rewind(BlockScan scan) {
-    m_source.Rewind();
-    m_scan = scan;
-    m_nBegin = m_nEnd = 0;
-    m_nBlockPosition = 0;
-    m_index.Clear();
-    m_pNextEnd = m_index.ends.get();
-    m_pNextMark = m_index.marks.get();
+CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading)
+    : m_source(source), m_scan(scan), m_reading(reading) {
+    if (m_reading.bytes == 0) {
+        m_reading.bytes = BlockFor(source);
+    }
+    if (m_reading.way == BlockReading::Way::AheadIfLarge) {
+        const std::uint64_t size = source.Size();
+        const bool large = size == 0 || size > 4 * kBlock;
+        m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
+    }
+    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 2;
+    m_ring.reserve(blocks);
+    for (std::size_t i = 0; i < blocks; ++i) {
+        m_ring.emplace_back(m_reading.bytes);
+    }
+    Rewind();
 }
 
-bool CLogReader::Refill() {
-    const std::uint32_t rest = m_nEnd - m_nBegin;
-    std::memmove(m_buffer.get(), m_buffer.get() + m_nBegin, rest);
-    m_nBlockPosition += m_nBegin;
-    m_nBegin = 0;
-    const std::size_t got = m_source.Read(m_buffer.get() + rest, m_nBlock);
-    m_nEnd = rest + static_cast<std::uint32_t>(got);
-    if (got > 0) {
-        std::memset(m_buffer.get() + m_nEnd, ' ', kScanPadding);
-        m_scan(m_buffer.get(), m_nEnd, m_index);
-        m_bPlain = m_index.ascii && !m_index.holdsNul;
-    } else {
-        m_index.Clear();
+void CLogReader::Rewind() {
+    static constexpr std::uint32_t none = LineIndex::kNoMore;
+    m_blocks.reset();
+    m_source.Rewind();
+    m_pBytes = nullptr;
+    m_pNextEnd = m_pNextMark = &none;
+    m_nBegin = m_nEnd = 0;
+    m_bPlain = true;
+    m_nBlockPosition = 0;
+    m_progress = m_source.Progress();
+    m_blocks.emplace(
+        m_ring, [this](Block& block, const Block* before) { return Fill(block, before); },
+        m_reading.way == BlockReading::Way::Ahead);
+}
+
+bool CLogReader::Fill(Block& block, const Block* before) {
+    std::uint32_t kept = 0;
+    block.position = 0;
+    if (before != nullptr) {
+        kept = before->rest;
+        const std::uint32_t taken = before->end - kept;
+        std::memcpy(block.bytes.get(), before->bytes.get() + taken, kept);
+        block.position = before->position + taken;
     }
-    m_pNextEnd = m_index.ends.get();
-    m_pNextMark = m_index.marks.get();
-    return got > 0;
+    const std::size_t got = m_source.Read(block.bytes.get() + kept, m_reading.bytes);
+    if (got == 0) {
+        return false;
+    }
+    block.end = kept + static_cast<std::uint32_t>(got);
+    block.progress = m_source.Progress();
+    char* const end = block.bytes.get() + block.end;
+    std::memset(end, ' ', kScanPadding);
+    m_scan(block.bytes.get(), block.end, block.index);
+    const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
+    const auto latest = std::find_if(std::make_reverse_iterator(end),
+                                     std::make_reverse_iterator(block.bytes.get()), isLineEnd);
+    block.rest = static_cast<std::uint32_t>(end - latest.base()) % kLongestLine;
+    return true;
+}
+
+bool CLogReader::TakeBlock() {
+    const Block* const block = m_blocks->Next();
+    if (block == nullptr) {
+        return false;
+    }
+    m_pBytes = block->bytes.get();
+    m_pNextEnd = block->index.ends.get();
+    m_pNextMark = block->index.marks.get();
+    m_nBegin = 0;
+    m_nEnd = block->end;
+    m_bPlain = block->index.ascii && !block->index.holdsNul;
+    m_nBlockPosition = block->position;
+    m_progress = block->progress;
+    return true;
 }
 
 void CLogReader::LookForNulAndUpperHalf(LogLine& line) {

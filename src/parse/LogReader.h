@@ -2,13 +2,14 @@
 #pragma once
 
 #include "parse/BlockScan.h"
-#include "platform/SharedFile.h"
-#include "records/LogSource.h"
+#include "sources/LogSource.h"
+#include "sources/ReadAhead.h"
 
 #include <cstdint>
-#include <cstring>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 namespace carvelot {
 
@@ -35,6 +36,15 @@ private:
     std::uint32_t m_nOrigin = 0;
 };
 
+// How blocks are read: the lines are the same in any case.
+struct BlockReading {
+    enum class Way { Here, Ahead, AheadIfLarge }; // ahead: by a thread of its own
+
+    Way way = Way::AheadIfLarge;
+    std::size_t bytes = 0; // of a block; 0 leaves it to the reader
+    std::size_t ring = 8;  // blocks, two or more
+};
+
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes and
 // kScanPadding bytes behind them stay readable until the next line is read.
 struct LogLine {
@@ -48,10 +58,12 @@ public:
     // A line longer than this comes in pieces of this size.
     static constexpr std::size_t kLongestLine = 8192;
 
-    explicit CLogReader(ILogSource& source, BlockScan scan = FindLineEnds);
+    // Starts at the source's first byte. As long as this lives, nobody else may use the source.
+    explicit CLogReader(ILogSource& source, BlockScan scan = FindLineEnds,
+                        const BlockReading& reading = {.way = BlockReading::Way::Here});
 
     // Starts over from the log's first byte.
-    void Rewind(BlockScan scan = FindLineEnds);
+    void Rewind();
 
     // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192
     // bytes it ends without a look at the next byte. False at the end of the file: bytes behind the last line
@@ -63,7 +75,7 @@ public:
                 TakeLine(line, kLongestLine);
                 return true;
             }
-            if (!Refill()) {
+            if (!TakeBlock()) {
                 return false;
             }
             length = *m_pNextEnd - m_nBegin;
@@ -78,16 +90,31 @@ public:
     std::uint64_t Position() const { return m_nBlockPosition + m_nBegin; }
     // The last of these, which is the line's end unless the line is a piece; to be asked for behind a line
     // only.
-    char LastByte() const { return m_buffer[m_nBegin - 1]; }
+    char LastByte() const { return m_pBytes[m_nBegin - 1]; }
+    // How far the source had been read with the block that the latest line stands in.
+    SourceProgress Progress() const { return m_progress; }
 
 private:
     // Large enough to make the calls of the system cheap, small enough to stay in a processor's cache.
     static constexpr std::size_t kBlock = 128 * 1024;
-    static std::size_t BlockFor(const ILogSource& source);
+    // What the latest part of a log begins with, then what was read behind it, scanned.
+    struct Block {
+        explicit Block(std::size_t size);
 
-    bool Refill();
+        std::unique_ptr<char[]> bytes;
+        LineIndex index;
+        std::uint32_t end = 0; // of the bytes
+        std::uint32_t rest =
+            0; // of them, from which no line can be taken yet: the next block begins with them
+        std::uint64_t position = 0; // of the first byte, in the log
+        SourceProgress progress;
+    };
+
+    static std::size_t BlockFor(const ILogSource& source);
+    bool Fill(Block& block, const Block* before);
+    bool TakeBlock();
     void TakeLine(LogLine& line, std::size_t length) {
-        const char* const first = m_buffer.get() + m_nBegin;
+        const char* const first = m_pBytes + m_nBegin;
         const std::uint32_t* const firstMark = m_pNextMark;
         const std::uint32_t origin = m_nBegin;
         m_nBegin += static_cast<std::uint32_t>(length);
@@ -104,16 +131,20 @@ private:
     static void LookForNulAndUpperHalf(LogLine& line);
 
     ILogSource& m_source;
-    BlockScan m_scan;
-    std::size_t m_nBlock;
-    std::unique_ptr<char[]> m_buffer;
-    LineIndex m_index;
+    const BlockScan m_scan;
+    BlockReading m_reading;
+    std::vector<Block> m_ring;
+    std::optional<CReadAhead<Block>> m_blocks;
+
+    // Of the block whose lines are taken.
+    const char* m_pBytes;
     const std::uint32_t* m_pNextEnd;
     const std::uint32_t* m_pNextMark;
-    std::uint32_t m_nBegin = 0; // of the bytes that are read but not yet taken, in the buffer
-    std::uint32_t m_nEnd = 0;
-    bool m_bPlain = true;               // the buffer holds ASCII without NUL
-    std::uint64_t m_nBlockPosition = 0; // of the buffer's first byte, in the file
+    std::uint32_t m_nBegin; // of the bytes that are not yet taken
+    std::uint32_t m_nEnd;
+    bool m_bPlain; // it holds ASCII without NUL
+    std::uint64_t m_nBlockPosition;
+    SourceProgress m_progress;
 };
 
 } // namespace carvelot

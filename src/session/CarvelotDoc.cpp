@@ -7,6 +7,7 @@
 #include "parse/fast/FastJASLines.h"
 #include "platform/TemporaryFile.h"
 #include "session/Commit.h"
+#include "sources/FileSource.h"
 #include "text/FindText.h"
 #include "text/Release.h"
 
@@ -180,14 +181,16 @@ bool CCarvelotDoc::LoadFrom(ILogSource& source) {
 }
 
 bool CCarvelotDoc::ReadLog(ILogSource& source) {
-    CLogReader reader(source);
-    if (!DetectLogFormat(reader, m_nLogFormat, m_debugParser)) {
-        m_host.ShowMessage("Error: Cannot determine tracing log format");
-        return false;
+    {
+        CLogReader reader(source);
+        if (!DetectLogFormat(reader, m_nLogFormat, m_debugParser)) {
+            m_host.ShowMessage("Error: Cannot determine tracing log format");
+            return false;
+        }
     }
-    const std::uint64_t size = source.Size();
     const auto readLines = [&](BlockScan scan, auto parse) {
-        reader.Rewind(scan);
+        CLogReader reader(source, scan, m_blockReading);
+        const std::uint64_t size = reader.Progress().all;
         std::uint64_t nextProgress = kProgressStep;
         CLineNumbering numbering;
         LogLine line;
@@ -200,7 +203,7 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
                 }
             }
             if (reader.Position() >= nextProgress) {
-                m_host.LoadProgress(reader.Position(), size);
+                m_host.LoadProgress(reader.Progress().done, size);
                 nextProgress = reader.Position() + kProgressStep;
             }
         }

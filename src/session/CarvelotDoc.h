@@ -4,14 +4,15 @@
 #include "parse/Classifier.h"
 #include "parse/DebugLine.h"
 #include "parse/JASLine.h"
+#include "parse/LogReader.h"
 #include "platform/SharedFile.h"
 #include "records/AnalysisSettings.h"
 #include "records/DetailList.h"
-#include "records/LogSource.h"
 #include "records/PagedArray.h"
 #include "session/JASUser.h"
 #include "session/Process.h"
 #include "session/SessionHost.h"
+#include "sources/LogSource.h"
 
 #include <cstdint>
 #include <memory>
@@ -77,6 +78,7 @@ public:
     // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
     // words stand. The outcome is the same, later.
     bool m_bPlainParse = false;
+    BlockReading m_blockReading;
     // Numbers the lines. Without it the next two stay empty, for they cost time and memory.
     bool m_bNumberLines = false;
     std::optional<std::uint64_t> m_nLines;            // of the log, as an editor counts them

@@ -3,6 +3,7 @@
 #include "explore/ExploredSession.h"
 #include "explore/Findings.h"
 #include "report/ReportRun.h"
+#include "sources/MemorySource.h"
 #include "support/Sanitizer.h"
 #include "support/TestLog.h"
 

@@ -1,5 +1,6 @@
 #include "parse/LogReader.h"
 
+#include "sources/MemorySource.h"
 #include "support/TestLog.h"
 
 #include <gtest/gtest.h>
@@ -10,13 +11,36 @@ namespace carvelot::test {
 
 namespace {
 
-std::vector<std::string> Lines(std::string_view content) {
+std::vector<std::string> LinesReadSo(std::string_view content, const BlockReading& reading) {
     CMemorySource source(content);
-    CLogReader reader(source);
+    CLogReader reader(source, FindLineEnds, reading);
     std::vector<std::string> lines;
     LogLine line;
+    std::uint64_t position = 0;
     while (reader.ReadLogLine(line)) {
         lines.emplace_back(line.bytes);
+        EXPECT_GT(reader.Position(), position);
+        position = reader.Position();
+        EXPECT_EQ(reader.LastByte(), content[position - 1]);
+        EXPECT_GE(reader.Progress().done, position);
+    }
+    return lines;
+}
+
+// The same in blocks of all sizes, in a ring of any, with and without a thread ahead.
+std::vector<std::string> Lines(std::string_view content) {
+    using enum BlockReading::Way;
+    const std::vector<std::string> lines = LinesReadSo(content, {.way = Here});
+    for (const BlockReading::Way way : {Here, Ahead}) {
+        for (const std::size_t bytes : {1, 2, 3, 1000, 8191, 8192, 8193, 100'000}) {
+            // Each byte is looked at again for each block that comes behind it in its line.
+            if (bytes >= 1000 || content.size() <= 1000) {
+                for (const std::size_t ring : {2, 3, 8}) {
+                    EXPECT_EQ(LinesReadSo(content, {way, bytes, ring}), lines)
+                        << "in blocks of " << bytes << ", " << ring << " of them";
+                }
+            }
+        }
     }
     return lines;
 }

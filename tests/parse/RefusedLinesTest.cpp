@@ -1,5 +1,6 @@
 #include "parse/RefusedLines.h"
 
+#include "sources/MemorySource.h"
 #include "support/TestLog.h"
 
 #include <gtest/gtest.h>

@@ -168,7 +168,7 @@ TEST(LoadLog, ReadsOnWhileTheFileGrowsAndStopsWhereItWasEmptied) {
     host.m_fnChange = [&] { platform::TruncateShared(file.Path()); };
     ASSERT_TRUE(doc.LoadLog());
     EXPECT_GE(doc.m_listDetails.Size(), 4000U); // what had been read by then
-    EXPECT_LT(doc.m_listDetails.Size(), 5000U);
+    EXPECT_LT(doc.m_listDetails.Size(), 6000U); // and what had been read ahead
 }
 #endif
 

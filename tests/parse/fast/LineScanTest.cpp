@@ -1,5 +1,6 @@
 #include "parse/fast/LineScan.h"
 #include "parse/LogReader.h"
+#include "sources/MemorySource.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
 // Lines that begin as earlier ones did take a short way, and words are looked for where the scan of a block
 // says that they may stand. With that switched off the same bytes must give the same session.
 #include "report/JsonReport.h"
+#include "sources/MemorySource.h"
 #include "support/SameSessions.h"
 #include "support/TestLog.h"
 

@@ -1,0 +1,30 @@
+// A log in a file that others may be writing. Where reading fails the log ends.
+#pragma once
+
+#include "platform/SharedFile.h"
+#include "sources/LogSource.h"
+
+namespace carvelot {
+
+class CFileSource final : public ILogSource {
+public:
+    explicit CFileSource(platform::SharedFile& file) : m_file(file) {}
+
+    std::size_t Read(void* buffer, std::size_t size) override {
+        const std::size_t got = m_file.Read(buffer, size);
+        m_nPosition += got;
+        return got;
+    }
+    void Rewind() override {
+        m_file.Rewind();
+        m_nPosition = 0;
+    }
+    std::uint64_t Size() const override { return m_file.Size(); }
+    SourceProgress Progress() const override { return {m_nPosition, Size()}; }
+
+private:
+    platform::SharedFile& m_file;
+    std::uint64_t m_nPosition = 0;
+};
+
+} // namespace carvelot

@@ -1,0 +1,34 @@
+// Where the bytes of a log come from: a file, a packed one, pieces, memory.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+namespace carvelot {
+
+// How far a source has been read, in bytes of what lies on the disk: of a packed log, packed ones. `all` is 0
+// when it can't be told.
+struct SourceProgress {
+    std::uint64_t done = 0;
+    std::uint64_t all = 0;
+};
+
+// Read by one thread at a time.
+class ILogSource {
+public:
+    virtual ~ILogSource() = default;
+
+    // Reads up to `size` bytes; fewer only at the end, or where reading fails. Nothing comes behind that.
+    virtual std::size_t Read(void* buffer, std::size_t size) = 0;
+    // Starts over from the first byte.
+    virtual void Rewind() = 0;
+    // How many bytes there are to read, as far as is known at this moment; 0 when it can't be told.
+    virtual std::uint64_t Size() const = 0;
+    virtual SourceProgress Progress() const = 0;
+    // Why there are no more bytes, in a sentence for the user; empty as long as there are some, and at the
+    // log's usual end.
+    virtual std::string Failure() const { return {}; }
+};
+
+} // namespace carvelot

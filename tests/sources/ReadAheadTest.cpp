@@ -1,0 +1,131 @@
+#include "sources/ReadAhead.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <new>
+#include <stdexcept>
+
+namespace carvelot::test {
+
+namespace {
+
+struct Numbered {
+    int number = 0;
+};
+
+// The numbers that come out when as many blocks are filled, each by what the one before it holds.
+std::vector<int> Numbers(std::size_t ring, int count, bool threaded) {
+    std::vector<Numbered> blocks(ring);
+    int filled = 0;
+    CReadAhead<Numbered> ahead(
+        blocks,
+        [&](Numbered& block, const Numbered* before) {
+            if (filled == count) {
+                return false;
+            }
+            ++filled;
+            block.number = before == nullptr ? 1 : before->number + 1;
+            return true;
+        },
+        threaded);
+    std::vector<int> numbers;
+    while (const Numbered* const block = ahead.Next()) {
+        numbers.push_back(block->number);
+    }
+    EXPECT_EQ(ahead.Next(), nullptr) << "it stays at its end";
+    return numbers;
+}
+
+std::vector<int> UpTo(int count) {
+    std::vector<int> numbers;
+    for (int i = 1; i <= count; ++i) {
+        numbers.push_back(i);
+    }
+    return numbers;
+}
+
+} // namespace
+
+TEST(ReadAhead, GivesAllBlocksInTheirOrderWithAndWithoutAThread) {
+    for (const bool threaded : {false, true}) {
+        for (const std::size_t ring : {2, 3, 4, 8}) {
+            for (const int count : {0, 1, 2, 7, 8, 9, 1000}) {
+                EXPECT_EQ(Numbers(ring, count, threaded), UpTo(count))
+                    << ring << ' ' << count << ' ' << threaded;
+            }
+        }
+    }
+}
+
+TEST(ReadAhead, NeverFillsABlockThatIsWorkedOn) {
+    std::vector<Numbered> blocks(3);
+    int filled = 0;
+    CReadAhead<Numbered> ahead(
+        blocks,
+        [&](Numbered& block, const Numbered*) {
+            block.number = ++filled;
+            return filled <= 500;
+        },
+        true);
+    int expected = 0;
+    while (const Numbered* const block = ahead.Next()) {
+        ++expected;
+        for (int look = 0; look < 50; ++look) {
+            ASSERT_EQ(block->number, expected);
+        }
+    }
+    EXPECT_EQ(expected, 500);
+}
+
+TEST(ReadAhead, FillsNoMoreThanItsRingHolds) {
+    std::vector<Numbered> blocks(4);
+    std::atomic<int> filled = 0;
+    std::atomic<int> taken = 0;
+    std::atomic<int> most = 0;
+    CReadAhead<Numbered> ahead(
+        blocks,
+        [&](Numbered&, const Numbered*) {
+            most = std::max(most.load(), ++filled - taken);
+            return filled <= 200;
+        },
+        true);
+    while (ahead.Next() != nullptr) {
+        ++taken;
+    }
+    // The one that is worked on has been counted as taken.
+    EXPECT_LE(most, 5);
+}
+
+TEST(ReadAhead, HandsOnWhatFillingThrowsBehindTheBlocksAheadOfIt) {
+    for (const bool threaded : {false, true}) {
+        std::vector<Numbered> blocks(4);
+        int filled = 0;
+        CReadAhead<Numbered> ahead(
+            blocks,
+            [&](Numbered&, const Numbered*) {
+                if (++filled == 3) {
+                    throw std::bad_alloc();
+                }
+                return true;
+            },
+            threaded);
+        EXPECT_NE(ahead.Next(), nullptr);
+        EXPECT_NE(ahead.Next(), nullptr);
+        EXPECT_THROW(ahead.Next(), std::bad_alloc);
+    }
+}
+
+TEST(ReadAhead, EndsCleanlyWhereverItIsLeft) {
+    for (int taken = 0; taken < 20; ++taken) {
+        std::vector<Numbered> blocks(4);
+        int filled = 0;
+        CReadAhead<Numbered> ahead(
+            blocks, [&](Numbered&, const Numbered*) { return ++filled <= 15; }, true);
+        for (int i = 0; i < taken; ++i) {
+            ahead.Next();
+        }
+    }
+}
+
+} // namespace carvelot::test
