@@ -9,7 +9,7 @@ set(CARVELOT_ROOMS
     "platform        |                                      |"
     "text            | platform                             | carvelot_header_only"
     "records         | text                                 |"
-    "sources         | text                                 |"
+    "sources         | text                                 | carvelot_unpacking"
     "parse           | records sources                      |"
     "parse/fast      | parse                                |"
     "analysis        | records                              |"

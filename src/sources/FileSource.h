@@ -19,6 +19,11 @@ public:
         m_file.Rewind();
         m_nPosition = 0;
     }
+    bool Seek(std::uint64_t position) override {
+        const bool there = m_file.Seek(position);
+        m_nPosition = there ? position : m_nPosition;
+        return there;
+    }
     std::uint64_t Size() const override { return m_file.Size(); }
     SourceProgress Progress() const override { return {m_nPosition, Size()}; }
 

@@ -23,6 +23,11 @@ public:
     virtual std::size_t Read(void* buffer, std::size_t size) = 0;
     // Starts over from the first byte.
     virtual void Rewind() = 0;
+    // Starts over for the last time: nobody will ask for what has been read once more.
+    virtual void RewindForGood() { Rewind(); }
+    // Goes on at a byte, counted from the first. False, with nothing done, where the source only goes
+    // forward.
+    virtual bool Seek(std::uint64_t /*position*/) { return false; }
     // How many bytes there are to read, as far as is known at this moment; 0 when it can't be told.
     virtual std::uint64_t Size() const = 0;
     virtual SourceProgress Progress() const = 0;

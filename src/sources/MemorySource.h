@@ -3,6 +3,7 @@
 
 #include "sources/LogSource.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace carvelot {
@@ -18,6 +19,10 @@ public:
         return count;
     }
     void Rewind() override { m_rest = m_bytes; }
+    bool Seek(std::uint64_t position) override {
+        m_rest = m_bytes.substr(static_cast<std::size_t>(std::min<std::uint64_t>(position, m_bytes.size())));
+        return true;
+    }
     std::uint64_t Size() const override { return m_bytes.size(); }
     SourceProgress Progress() const override { return {m_bytes.size() - m_rest.size(), m_bytes.size()}; }
 

@@ -36,7 +36,10 @@ std::size_t SharedFile::Read(void* buffer, std::size_t size) {
     return ReadFully(static_cast<int>(m_hFile), buffer, size);
 }
 
-bool SharedFile::Rewind() { return ::lseek(static_cast<int>(m_hFile), 0, SEEK_SET) == 0; }
+bool SharedFile::Seek(std::uint64_t position) {
+    return position <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max()) &&
+           ::lseek(static_cast<int>(m_hFile), static_cast<off_t>(position), SEEK_SET) >= 0;
+}
 
 std::uint64_t SharedFile::Size() const {
     struct stat status {};

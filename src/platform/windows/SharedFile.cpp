@@ -48,9 +48,10 @@ std::size_t SharedFile::Read(void* buffer, std::size_t size) {
     return done;
 }
 
-bool SharedFile::Rewind() {
-    LARGE_INTEGER start{};
-    return SetFilePointerEx(ToHandle(m_hFile), start, nullptr, FILE_BEGIN) != 0;
+bool SharedFile::Seek(std::uint64_t position) {
+    LARGE_INTEGER place{};
+    place.QuadPart = static_cast<LONGLONG>(position);
+    return place.QuadPart >= 0 && SetFilePointerEx(ToHandle(m_hFile), place, nullptr, FILE_BEGIN) != 0;
 }
 
 std::uint64_t SharedFile::Size() const {
