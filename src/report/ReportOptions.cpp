@@ -118,7 +118,16 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::App app{"Rebuilds what happened from a JD Edwards debug log or the log of its JAS web tier.",
                  "carvelot-report"};
     app.allow_windows_style_options(false); // a path may begin with a slash on any platform
-    app.add_option("LOG", options.log, "The log file")->required()->type_name("");
+    app.add_option(
+           "LOG", options.log,
+           "The log: a file, plain or packed by gzip, zstd or zip; a pipe, or - for standard input, of "
+           "any of these")
+        ->required()
+        ->type_name("");
+    app.add_option("--member", options.members,
+                   "Read this member of a zip archive; of several one after the other, in the order given")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
     app.add_flag("--json", options.json, "Print the whole session as JSON");
     CLI::Option* const treeOption =
         app.add_option("--tree", tree, "Print the detail tree of process:PID, thread:PID/TID or user:NAME")

@@ -26,7 +26,8 @@ struct ExploreOptions {
 struct ReportOptions {
     static constexpr std::size_t kUsualWidth = 120;
 
-    std::string log;
+    std::string log;                  // a path, or - for standard input
+    std::vector<std::string> members; // of a zip archive, those that are the log
     bool json = false;
     std::optional<std::string> tree; // a scope
     std::optional<std::string> find;

@@ -2,11 +2,14 @@
 
 #include "explore/Scope.h"
 #include "lists/GapExport.h"
+#include "platform/PipeFile.h"
 #include "report/ExploreRun.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
 #include "report/TextReport.h"
+#include "sources/PipeSource.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -23,8 +26,27 @@ public:
     explicit CReportHost(std::ostream& err) : m_err(err) {}
     void ShowMessage(std::string_view text) override { m_err << text << '\n'; }
     void PrintOutput(std::string_view text) override { m_err << text; }
+    std::vector<std::size_t> ChooseMembers(const CCarvelotDoc& session,
+                                           const std::vector<PackedMember>& members) override {
+        m_err << session.m_strLogPath << " holds several members, of which --member takes one or more:\n";
+        for (const PackedMember& member : members) {
+            m_err << "  " << Harmless(member.name);
+            if (member.size) {
+                m_err << ", " << *member.size << " bytes";
+            }
+            m_err << '\n';
+        }
+        return {};
+    }
 
 private:
+    // What a terminal would obey is shown as a question mark.
+    static std::string Harmless(std::string name) {
+        std::replace_if(
+            name.begin(), name.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
+        return name;
+    }
+
     std::ostream& m_err;
 };
 
@@ -74,10 +96,31 @@ public:
         m_session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
     }
 
-    bool Load(const std::string& path) { return m_session.OnOpenDocument(path); }
+    bool Load(const std::string& path, const std::vector<std::string>& members = {}) {
+        if (path == "-") {
+            return LoadPipe(path, platform::PipeFile::StandardInput(), members);
+        }
+        if (platform::PipeFile::IsAt(path)) {
+            return LoadPipe(path, platform::PipeFile::Open(path), members);
+        }
+        return m_session.OnOpenDocument(path, members);
+    }
     const CCarvelotDoc& Session() const { return m_session; }
+    // Of a report that has been printed: it is a part of one if the log ended ahead of its end.
+    int Status() const { return m_session.LoadFailure().empty() ? REPORT_DONE : REPORT_FAILED; }
 
 private:
+    bool LoadPipe(const std::string& path, platform::PipeFile pipe, const std::vector<std::string>& members) {
+        if (!pipe) {
+            m_host.ShowMessage("Failed to open file.");
+            return false;
+        }
+        m_session.m_strLogPath = path;
+        m_session.m_listMembers = members;
+        CPipeSource source(pipe);
+        return m_session.LoadPackedOrPlain(source);
+    }
+
     CReportHost m_host;
     PendingStatement m_pending;
     CCarvelotDoc m_session;
@@ -90,21 +133,22 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
         return REPORT_FAILED;
     }
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options.log, options.members)) {
         return REPORT_FAILED;
     }
-    return base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
-                : Explore(log.Session(), options, out, err);
+    const int status = base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
+                            : Explore(log.Session(), options, out, err);
+    return std::max({status, log.Status(), base ? loadedBase->Status() : REPORT_DONE});
 }
 
 int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options.log, options.members)) {
         return REPORT_FAILED;
     }
     const CCarvelotDoc& session = log.Session();
     if (options.exportGaps) {
-        return ExportGapsTo(session, *options.exportGaps, err);
+        return std::max(ExportGapsTo(session, *options.exportGaps, err), log.Status());
     }
     if (options.tree) {
         CDetailTree tree(session);
@@ -129,7 +173,7 @@ int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream
     } else {
         WriteSummary(session, options.log, out);
     }
-    return REPORT_DONE;
+    return log.Status();
 }
 
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, std::size_t width) {
@@ -140,15 +184,12 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     }
     options->width = width;
     status = options->explore ? RunExplore(*options, out, err) : RunOverSession(*options, out, err);
-    if (status != REPORT_DONE) {
-        return status;
-    }
     out.flush();
     if (!out) {
         err << "Failed to write the report.\n";
         return REPORT_FAILED;
     }
-    return REPORT_DONE;
+    return status;
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "platform/TemporaryFile.h"
 #include "session/Commit.h"
 #include "sources/FileSource.h"
+#include "sources/PackedFile.h"
 #include "text/FindText.h"
 #include "text/Release.h"
 
@@ -109,13 +110,14 @@ CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& p
 
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
-bool CCarvelotDoc::OnOpenDocument(const std::string& path) {
+bool CCarvelotDoc::OnOpenDocument(const std::string& path, std::vector<std::string> members) {
     m_strLogPath = path;
+    m_listMembers = std::move(members);
     const CWaitCursor wait(m_host);
     if (!LoadLog()) {
         return false;
     }
-    m_host.SetTitle(*this, path);
+    m_host.SetTitle(*this, LogName());
     FillThreadTree();
     m_host.AddToRecentFileList(path);
     return true;
@@ -149,24 +151,27 @@ bool CCarvelotDoc::LoadLog() {
     }
     m_pLogFile = std::move(file);
     CFileSource source(m_pLogFile);
-    const bool read = LoadFrom(source);
+    const bool read = LoadPackedOrPlain(source);
     m_pLogFile.Close();
     return read;
 }
 
-bool CCarvelotDoc::LoadFrom(ILogSource& source) {
-    // The views let go first, so that no row or node outlives what it shows.
+// So that no row or node outlives what it shows.
+void CCarvelotDoc::LetViewsGo() {
     if (m_pThreadView != nullptr) {
         m_pThreadView->ClearTree();
     }
     if (m_pDetailView != nullptr) {
         m_pDetailView->ResetTree();
     }
+}
+
+// What a load has no memory for is not left half done.
+template <class Load> bool CCarvelotDoc::LoadInMemory(Load load) {
     const char* failure = nullptr;
     bool read = false;
     try {
-        ClearSession();
-        read = ReadLog(source);
+        read = load();
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
     } catch (const std::length_error&) {
@@ -174,20 +179,85 @@ bool CCarvelotDoc::LoadFrom(ILogSource& source) {
     }
     if (failure != nullptr) {
         // Half a record may have been filed; what is left of the memory is needed for the message.
+        LetViewsGo();
         ClearSession();
         m_host.ShowMessage(failure);
     }
     return read;
 }
 
+bool CCarvelotDoc::LoadFrom(ILogSource& source) {
+    LetViewsGo();
+    return LoadInMemory([&] {
+        ClearSession();
+        const bool read = ReadLog(source);
+        m_strLoadFailure = source.Failure();
+        if (!m_strLoadFailure.empty()) {
+            m_host.ShowMessage(m_strLoadFailure);
+        } else if (!read) {
+            m_host.ShowMessage("Error: Cannot determine tracing log format");
+        }
+        return read;
+    });
+}
+
+bool CCarvelotDoc::LoadPackedOrPlain(ILogSource& bytes) {
+    const PackedKind kind = PackedKindOf(bytes);
+    m_bPacked = kind != PackedKind::None;
+    if (kind != PackedKind::Zip && !m_listMembers.empty()) {
+        m_host.ShowMessage("Only a zip archive has members.");
+        return false;
+    }
+    if (!m_bPacked) {
+        return LoadFrom(bytes);
+    }
+    std::optional<CPackedSource> source;
+    const bool opened = LoadInMemory([&] {
+        std::string problem;
+        // The members of an archive that only goes by are not to be listed.
+        if (kind == PackedKind::Zip && m_listMembers.empty() && bytes.Seek(0)) {
+            const PackedMembers list = ListMembers(bytes);
+            problem = list.problem;
+            if (list.members.size() == 1) {
+                m_listMembers.push_back(list.members.front().name);
+            } else if (problem.empty()) {
+                for (const std::size_t chosen : m_host.ChooseMembers(*this, list.members)) {
+                    m_listMembers.push_back(list.members[chosen].name);
+                }
+                if (m_listMembers.empty()) {
+                    return false;
+                }
+            }
+        }
+        if (problem.empty()) {
+            problem = source.emplace(bytes, kind, m_listMembers).Open();
+        }
+        if (!problem.empty()) {
+            m_host.ShowMessage(problem);
+        }
+        return problem.empty();
+    });
+    return opened && LoadFrom(*source);
+}
+
+std::string CCarvelotDoc::LogName() const {
+    std::string name = m_strLogPath;
+    const char* between = "!";
+    for (const std::string& member : m_listMembers) {
+        name.append(between).append(member);
+        between = ", ";
+    }
+    return name;
+}
+
 bool CCarvelotDoc::ReadLog(ILogSource& source) {
     {
         CLogReader reader(source);
         if (!DetectLogFormat(reader, m_nLogFormat, m_debugParser)) {
-            m_host.ShowMessage("Error: Cannot determine tracing log format");
             return false;
         }
     }
+    source.RewindForGood();
     const auto readLines = [&](BlockScan scan, auto parse) {
         CLogReader reader(source, scan, m_blockReading);
         const std::uint64_t size = reader.Progress().all;
@@ -243,6 +313,7 @@ bool CCarvelotDoc::ClearSession() {
     m_listDetails.Clear();
     m_nLines.reset();
     m_listLineNumbers.Clear();
+    m_strLoadFailure.clear();
     m_debugParser.m_refused = {};
     m_jasParser.m_refused = {};
     m_mapUsers.clear();
@@ -271,7 +342,7 @@ void CCarvelotDoc::OnAnalyze() {
     m_host.ActivateSession(*this);
 }
 
-bool CCarvelotDoc::OnClearDebugFile() { return platform::TruncateShared(m_strLogPath); }
+bool CCarvelotDoc::OnClearDebugFile() { return !m_bPacked && platform::TruncateShared(m_strLogPath); }
 
 void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
 

@@ -35,7 +35,8 @@ public:
     CCarvelotDoc& operator=(const CCarvelotDoc&) = delete;
 
     // Opens a file by hand: path, load, title, tree, recent files. True when the model holds the log.
-    bool OnOpenDocument(const std::string& path);
+    // `members`: those to be read of a zip archive, where they are known.
+    bool OnOpenDocument(const std::string& path, std::vector<std::string> members = {});
     // File New: asks for a file and opens it.
     bool OnNewDocument();
     // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
@@ -44,12 +45,23 @@ public:
     bool LoadLog();
     // The same for a log that is no file, or no file of its own. m_strLogPath is not looked at.
     bool LoadFrom(ILogSource& source);
+    // The same for bytes that may be packed. Of a zip archive the members m_listMembers are read; without
+    // these its only one, or those that the host chooses. On an archive that can't be read the earlier
+    // content stands.
+    bool LoadPackedOrPlain(ILogSource& bytes);
+    // Whether the latest load found an archive, which nothing can be written to.
+    bool IsPacked() const { return m_bPacked; }
+    // The path, of a packed log's members with their names: PATH!MEMBER.
+    std::string LogName() const;
+    // Why the latest load ended ahead of the log's end, in a sentence that the host has been told; empty when
+    // it did not.
+    const std::string& LoadFailure() const { return m_strLoadFailure; }
     // Empties the model. What was learnt about format and columns stays.
     bool ClearSession();
     // Rereads the same file.
     void OnAnalyze();
     // Empties the log file; the model stays as it is. False, without a message, when the file cannot be
-    // opened.
+    // opened, or is an archive.
     bool OnClearDebugFile();
     void OnOpenAsText();
 
@@ -73,6 +85,7 @@ public:
 
     std::string m_strProcessName; // of the running process analysed; empty for a file opened by hand
     std::string m_strLogPath;
+    std::vector<std::string> m_listMembers; // of a zip archive, those that are one after the other this log
     std::uint32_t m_nProcessFilter =
         0; // 0 keeps all; else only debug records of this process, and no JAS record
     // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
@@ -106,11 +119,15 @@ public:
 
 private:
     bool ReadLog(ILogSource& source);
+    void LetViewsGo();
+    template <class Load> bool LoadInMemory(Load load);
 
     const AnalysisSettings& m_settings;
     CJASLineParser m_jasParser;
     ISessionHost& m_host;
     platform::SharedFile m_pLogFile;
+    bool m_bPacked = false;
+    std::string m_strLoadFailure;
     std::uint64_t m_nLoadIdentity;
 };
 

@@ -3,11 +3,13 @@
 #pragma once
 
 #include "records/LogDetail.h"
+#include "sources/PackedFile.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace carvelot {
 
@@ -33,6 +35,12 @@ public:
     virtual void AddToRecentFileList(const std::string& /*path*/) {}
     // File New's open-file dialog; nothing when it was cancelled.
     virtual std::optional<std::string> AskForLog() { return std::nullopt; }
+    // Which members of a zip archive are the log, one after the other, by their places in the list; none when
+    // the user wants none of them.
+    virtual std::vector<std::size_t> ChooseMembers(const CCarvelotDoc& /*session*/,
+                                                   const std::vector<PackedMember>& /*members*/) {
+        return {};
+    }
     virtual void OpenInShell(const std::string& /*path*/) {}
     // Gives the focus to the frame of the session's first view and then to the thread view.
     virtual void ActivateSession(CCarvelotDoc& /*session*/) {}

@@ -300,7 +300,7 @@ public:
         const platform::Utf8Names names;
         PackedMember member;
         const char* name = archive_entry_pathname_utf8(m_entry);
-        if (name == nullptr) {
+        if (name == nullptr || *name == '\0') {
             name = archive_entry_pathname(m_entry);
         }
         std::string scratch;

@@ -269,8 +269,11 @@ TEST(PackedFile, NamesOfMembersAreTextsThatLeadNowhere) {
     for (const std::string& name : names) {
         EXPECT_EQ(Unpacked(archive, {name}).m_bytes, "content of " + name);
     }
-    EXPECT_EQ(NamesIn(Zip({{"l\xF6g.log", "x"}})), std::vector<std::string>{"l\xC3\xB6g.log"})
-        << "in the code page, where it isn't UTF-8";
+#ifndef _WIN32
+    std::string codePage = Zip({{"lXg.log", "x"}});
+    std::replace(codePage.begin(), codePage.end(), 'X', '\xF6');
+    EXPECT_EQ(NamesIn(codePage), std::vector<std::string>{"l\xC3\xB6g.log"}) << "where it isn't UTF-8";
+#endif
 }
 
 TEST(PackedFile, WithoutItsDirectoryShowsWhatStandsAheadOfTheCut) {
