@@ -46,6 +46,11 @@ void CBaseLog::ShowMessage(std::string_view text) { m_strFailure = text; }
 
 void CBaseLog::PrintOutput(std::string_view text) { m_strFailure = TrimRight(text, "\n"); }
 
+std::vector<std::size_t> CBaseLog::ChooseMembers(const CCarvelotDoc&, const std::vector<PackedMember>&) {
+    m_strFailure = "The archive holds several members.";
+    return {};
+}
+
 void CBaseLog::LoadProgress(std::uint64_t done, std::uint64_t total) {
     m_exploring.Check();
     if (total != 0) {

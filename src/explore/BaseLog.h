@@ -36,6 +36,8 @@ public:
 private:
     void ShowMessage(std::string_view text) override;
     void PrintOutput(std::string_view text) override;
+    std::vector<std::size_t> ChooseMembers(const CCarvelotDoc& session,
+                                           const std::vector<PackedMember>& members) override;
     void LoadProgress(std::uint64_t done, std::uint64_t total) override;
 
     const AnalysisSettings m_settings;

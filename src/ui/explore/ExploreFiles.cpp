@@ -76,6 +76,7 @@ private:
         if (format == ProfileFormat::Trace) {
             numbered = std::make_unique<CCarvelotDoc>(explored.settings, pending, host);
             numbered->m_strLogPath = explored.session.m_strLogPath;
+            numbered->m_listMembers = explored.session.m_listMembers;
             numbered->m_nProcessFilter = explored.session.m_nProcessFilter;
             numbered->m_bNumberLines = true;
             numbered->LoadLog();

@@ -10,7 +10,9 @@ namespace carvelot {
 CSessionDocument::CSessionDocument(PendingStatement& pending)
     : m_host(*this), m_session(Settings(), pending, m_host) {
     AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
-    AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
+    AddCommand(
+        ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); },
+        [this] { return !m_session.IsPacked(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
 }
 
@@ -32,6 +34,6 @@ bool CSessionDocument::OnNewDocument() {
 
 bool CSessionDocument::OnOpenDocument(const QString& path) { return m_session.OnOpenDocument(PathOf(path)); }
 
-QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
+QString CSessionDocument::PathInTitle() const { return ToQString(m_session.LogName()); }
 
 } // namespace carvelot

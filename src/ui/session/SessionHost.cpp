@@ -7,14 +7,39 @@
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/session/ChildFrame.h"
+#include "ui/session/ChooseMembersDlg.h"
 #include "ui/session/SessionDocument.h"
 #include "ui/session/SessionPanes.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include <cstdio>
 
 namespace carvelot {
+
+namespace {
+
+// A member of an archive as a document of its own.
+void OpenMember(CDocTemplate& documentTemplate, const std::string& path, const std::string& member) {
+    CDocument* const added = documentTemplate.CreateNewDocument();
+    auto* const document = qobject_cast<CSessionDocument*>(added);
+    if (document == nullptr) {
+        if (added != nullptr) {
+            documentTemplate.CloseDocument(*added);
+        }
+        return;
+    }
+    CMDIChildWnd* const frame = documentTemplate.CreateNewFrame(*document);
+    if (frame == nullptr || !document->Session().OnOpenDocument(path, {member})) {
+        documentTemplate.CloseDocument(*document);
+        return;
+    }
+    document->SetPathName(PathToQString(path));
+    documentTemplate.InitialUpdateFrame(*frame);
+}
+
+} // namespace
 
 CSessionHost::~CSessionHost() = default;
 
@@ -61,6 +86,32 @@ std::optional<std::string> CSessionHost::AskForLog() {
                                                    {},
                                                    QString::fromLatin1(kLogFilter)});
     return path ? std::optional(PathOf(*path)) : std::nullopt;
+}
+
+std::vector<std::size_t> CSessionHost::ChooseMembers(const CCarvelotDoc& session,
+                                                     const std::vector<PackedMember>& members) {
+    CChooseMembersDlg dialog(ToQString(session.m_strLogPath), members);
+    // The load that asks has begun.
+    QApplication::setOverrideCursor(Qt::ArrowCursor);
+    const bool accepted = UserInterface().RunDialog(dialog) == QDialog::Accepted;
+    QApplication::restoreOverrideCursor();
+    if (!accepted) {
+        return {};
+    }
+    std::vector<std::size_t> chosen = dialog.Chosen();
+    CDocTemplate* const documentTemplate = m_document.GetDocTemplate();
+    if (dialog.AsOneLog() || chosen.empty() || documentTemplate == nullptr) {
+        return chosen;
+    }
+    // The first is this document's; the others open behind it.
+    for (std::size_t i = 1; i < chosen.size(); ++i) {
+        QTimer::singleShot(0, MainWindow(),
+                           [documentTemplate, path = session.m_strLogPath, name = members[chosen[i]].name] {
+                               OpenMember(*documentTemplate, path, name);
+                           });
+    }
+    chosen.resize(1);
+    return chosen;
 }
 
 void CSessionHost::OpenInShell(const std::string& path) { platform::OpenInItsProgram(path); }

@@ -21,6 +21,8 @@ public:
     void SetTitle(CCarvelotDoc& session, const std::string& title) override;
     void AddToRecentFileList(const std::string& path) override;
     std::optional<std::string> AskForLog() override;
+    std::vector<std::size_t> ChooseMembers(const CCarvelotDoc& session,
+                                           const std::vector<PackedMember>& members) override;
     void OpenInShell(const std::string& path) override;
     void ActivateSession(CCarvelotDoc& session) override;
 

@@ -126,7 +126,8 @@ void CThreadView::ShowMenu(const QModelIndex& index, const QPoint& screen) {
     const std::uint32_t threadID = thread->m_nThreadID;
     const std::string logPath = m_document.Session().m_strLogPath;
     QMenu menu;
-    const QAction* const write = menu.addAction(tr("Write Message"));
+    QAction* const write = menu.addAction(tr("Write Message"));
+    write->setEnabled(!m_document.Session().IsPacked());
     if (UserInterface().RunMenu(menu, screen) == write) {
         WriteTraceMessage(logPath, process, threadID);
     }
