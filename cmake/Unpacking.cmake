@@ -5,12 +5,13 @@ set(CARVELOT_LIBS_WINDOWS "" CACHE PATH "For a cross build: the prefix of libarc
 add_library(carvelot_unpacking INTERFACE)
 if(CMAKE_CROSSCOMPILING AND WIN32)
   foreach(library archive zstd z)
-    find_library(CARVELOT_LIBRARY_${library} NAMES lib${library}.a PATHS "${CARVELOT_LIBS_WINDOWS}/lib"
-        NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+    find_library(CARVELOT_LIBRARY_${library} NAMES lib${library}.a
+        PATHS "${CARVELOT_LIBS_WINDOWS}/lib" /usr/x86_64-w64-mingw32/lib
+        NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
     target_link_libraries(carvelot_unpacking INTERFACE "${CARVELOT_LIBRARY_${library}}")
   endforeach()
-  find_path(CARVELOT_INCLUDE_archive archive.h PATHS "${CARVELOT_LIBS_WINDOWS}/include" NO_CMAKE_FIND_ROOT_PATH
-      NO_DEFAULT_PATH REQUIRED)
+  find_path(CARVELOT_INCLUDE_archive archive.h PATHS "${CARVELOT_LIBS_WINDOWS}/include"
+      NO_DEFAULT_PATH NO_CMAKE_FIND_ROOT_PATH REQUIRED)
   target_include_directories(carvelot_unpacking SYSTEM INTERFACE "${CARVELOT_INCLUDE_archive}")
   target_compile_definitions(carvelot_unpacking INTERFACE LIBARCHIVE_STATIC)
   target_link_libraries(carvelot_unpacking INTERFACE bcrypt)

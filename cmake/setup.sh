@@ -60,9 +60,10 @@ fail_with() {
     # Node and npm come too where they are not there in another version.
     packages_readers=(valgrind python3 python3-jsonschema)
     packages_lint=(clang-format-14 clang-tidy-14 libbenchmark-dev shellcheck)
-    packages_mingw=(g++-mingw-w64-x86-64-posix xz-utils)
+    packages_mingw=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev xz-utils)
     packages_windows=("${packages_mingw[@]}" googletest wine wine64)
     packages_windows_window=(xvfb fonts-wine fonts-liberation)
     packages_windows_qt=(dpkg-dev)
+    packages_windows_libs=(dpkg-dev)
     packages_windows_package=(nsis)
 }
