@@ -1,5 +1,6 @@
 #include "report/ReportRun.h"
 
+#include "explore/PieceOrder.h"
 #include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "report/ExploreRun.h"
@@ -75,6 +76,13 @@ public:
     }
 
     bool Load(const std::string& path) { return m_session.OnOpenDocument(path); }
+    bool Load(const ReportOptions& options) {
+        if (options.logs.size() == 1) {
+            return Load(options.logs.front());
+        }
+        return m_session.OnOpenPieces(options.asGiven ? PiecesAsGiven(options.logs)
+                                                      : PiecesByTime(options.logs));
+    }
     const CCarvelotDoc& Session() const { return m_session; }
 
 private:
@@ -90,7 +98,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
         return REPORT_FAILED;
     }
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     return base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
@@ -99,7 +107,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
 
 int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     const CCarvelotDoc& session = log.Session();
@@ -125,9 +133,9 @@ int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream
             WriteHits(session, hits, out);
         }
     } else if (options.json) {
-        WriteSessionJson(session, options.log, out);
+        WriteSessionJson(session, session.m_strLogPath, out);
     } else {
-        WriteSummary(session, options.log, out);
+        WriteSummary(session, session.m_strLogPath, out);
     }
     return REPORT_DONE;
 }
