@@ -48,6 +48,7 @@ void CLogReader::Rewind() {
     m_bPlain = true;
     m_nBlockPosition = 0;
     m_progress = m_source.Progress();
+    m_pieceBegins.assign(1, 0);
     m_blocks.emplace(
         m_ring, [this](Block& block, const Block* before) { return Fill(block, before); },
         m_reading.way == BlockReading::Way::Ahead);
@@ -91,6 +92,7 @@ bool CLogReader::TakeBlock() {
     m_bPlain = block->index.ascii && !block->index.holdsNul;
     m_nBlockPosition = block->position;
     m_progress = block->progress;
+    m_pieceBegins.resize(m_progress.piece + 1, m_progress.pieceBegin);
     return true;
 }
 

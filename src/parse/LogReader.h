@@ -92,7 +92,10 @@ public:
     // only.
     char LastByte() const { return m_pBytes[m_nBegin - 1]; }
     // How far the source had been read with the block that the latest line stands in.
-    SourceProgress Progress() const { return m_progress; }
+    const SourceProgress& Progress() const { return m_progress; }
+    // At which bytes of the log its pieces begin, as far as they have been met; 0 alone for a log that is
+    // one.
+    const std::vector<std::uint64_t>& PieceBegins() const { return m_pieceBegins; }
 
 private:
     // Large enough to make the calls of the system cheap, small enough to stay in a processor's cache.
@@ -145,6 +148,7 @@ private:
     bool m_bPlain; // it holds ASCII without NUL
     std::uint64_t m_nBlockPosition;
     SourceProgress m_progress;
+    std::vector<std::uint64_t> m_pieceBegins;
 };
 
 } // namespace carvelot

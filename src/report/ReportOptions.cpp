@@ -119,15 +119,17 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
                  "carvelot-report"};
     app.allow_windows_style_options(false); // a path may begin with a slash on any platform
     app.add_option(
-           "LOG", options.log,
+           "LOG", options.logs,
            "The log: a file, plain or packed by gzip, zstd or zip; a pipe, or - for standard input, of "
-           "any of these")
+           "any of these; several files are one log in pieces, in the order of their times")
         ->required()
         ->type_name("");
-    app.add_option("--member", options.members,
-                   "Read this member of a zip archive; of several one after the other, in the order given")
-        ->type_name("NAME")
-        ->allow_extra_args(false);
+    CLI::Option* const memberOption =
+        app.add_option(
+               "--member", options.members,
+               "Read this member of a zip archive; of several one after the other, in the order given")
+            ->type_name("NAME")
+            ->allow_extra_args(false);
     app.add_flag("--json", options.json, "Print the whole session as JSON");
     CLI::Option* const treeOption =
         app.add_option("--tree", tree, "Print the detail tree of process:PID, thread:PID/TID or user:NAME")
@@ -168,6 +170,8 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             ->type_name("SECONDS");
     CLI::Option* const processOption =
         app.add_option("--process", process, "Keep only the debug records of this process")->type_name("PID");
+    app.add_flag("--as-given", options.asGiven,
+                 "Read the pieces as they are given, with nothing put between");
     app.add_flag("--no-cache-analysis", noCacheAnalysis, "Leave cache records out of the analyses");
     app.set_help_flag("--help", "Print this help");
     app.set_version_flag("--version", std::string("carvelot-report ") + CARVELOT_VERSION,
@@ -199,6 +203,9 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     }
     if (problem.empty()) {
         problem = ExcludedOption(instead);
+    }
+    if (problem.empty() && *memberOption && options.logs.size() > 1) {
+        problem = "--member takes one LOG";
     }
     if (problem.empty()) {
         problem = MissingOption(partOptions, exploring);

@@ -26,8 +26,9 @@ struct ExploreOptions {
 struct ReportOptions {
     static constexpr std::size_t kUsualWidth = 120;
 
-    std::string log;                  // a path, or - for standard input
+    std::vector<std::string> logs;    // several are the pieces of one; - is standard input
     std::vector<std::string> members; // of a zip archive, those that are the log
+    bool asGiven = false;             // they stand in their order
     bool json = false;
     std::optional<std::string> tree; // a scope
     std::optional<std::string> find;

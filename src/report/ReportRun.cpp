@@ -1,5 +1,6 @@
 #include "report/ReportRun.h"
 
+#include "explore/PieceOrder.h"
 #include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "platform/PipeFile.h"
@@ -105,6 +106,13 @@ public:
         }
         return m_session.OnOpenDocument(path, members);
     }
+    bool Load(const ReportOptions& options) {
+        if (options.logs.size() == 1) {
+            return Load(options.logs.front(), options.members);
+        }
+        return m_session.OnOpenPieces(options.asGiven ? PiecesAsGiven(options.logs)
+                                                      : PiecesByTime(options.logs));
+    }
     const CCarvelotDoc& Session() const { return m_session; }
     // Of a report that has been printed: it is a part of one if the log ended ahead of its end.
     int Status() const { return m_session.LoadFailure().empty() ? REPORT_DONE : REPORT_FAILED; }
@@ -133,7 +141,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
         return REPORT_FAILED;
     }
     CLoadedLog log(options, err);
-    if (!log.Load(options.log, options.members)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     const int status = base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
@@ -143,7 +151,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
 
 int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     CLoadedLog log(options, err);
-    if (!log.Load(options.log, options.members)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     const CCarvelotDoc& session = log.Session();
@@ -169,9 +177,9 @@ int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream
             WriteHits(session, hits, out);
         }
     } else if (options.json) {
-        WriteSessionJson(session, options.log, out);
+        WriteSessionJson(session, session.m_strLogPath, out);
     } else {
-        WriteSummary(session, options.log, out);
+        WriteSummary(session, session.m_strLogPath, out);
     }
     return log.Status();
 }

@@ -594,9 +594,14 @@ CPackedSource::CPackedSource(ILogSource& packed, PackedKind kind, std::vector<st
 CPackedSource::~CPackedSource() = default;
 
 std::string CPackedSource::Open() {
-    // Each member that is to be read; where nothing can be read twice, the first.
-    const std::size_t looks = m_packed.Seek(0) ? std::max<std::size_t>(m_listMembers.size(), 1) : 1;
+    const bool seeks = m_packed.Seek(0);
+    if (m_kind == PackedKind::Zip && m_listMembers.empty() && seeks &&
+        ListMembers(m_packed).members.size() > 1) {
+        return kSeveralMembers;
+    }
     std::string problem;
+    // Each member that is to be read; where nothing can be read twice, the first.
+    const std::size_t looks = seeks ? std::max<std::size_t>(m_listMembers.size(), 1) : 1;
     for (std::size_t i = 0; i < looks && problem.empty(); ++i) {
         CPackedSource member(m_packed, m_kind,
                              m_listMembers.empty() ? m_listMembers : std::vector{m_listMembers[i]});

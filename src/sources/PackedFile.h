@@ -74,4 +74,23 @@ private:
     std::string m_strFailure;
 };
 
+// An archive of one log, with the source that it is read from.
+class CPackedPiece final : public ILogSource {
+public:
+    CPackedPiece(std::unique_ptr<ILogSource> packed, PackedKind kind)
+        : m_packed(std::move(packed)), m_source(*m_packed, kind) {}
+
+    std::string Open() { return m_source.Open(); }
+
+    std::size_t Read(void* buffer, std::size_t size) override { return m_source.Read(buffer, size); }
+    void Rewind() override { m_source.Rewind(); }
+    std::uint64_t Size() const override { return m_source.Size(); }
+    SourceProgress Progress() const override { return m_source.Progress(); }
+    std::string Failure() const override { return m_source.Failure(); }
+
+private:
+    const std::unique_ptr<ILogSource> m_packed;
+    CPackedSource m_source;
+};
+
 } // namespace carvelot

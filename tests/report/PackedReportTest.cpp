@@ -78,6 +78,26 @@ TEST(PackedReport, ListsSeveralMembersOrTakesThemInTheOrderGiven) {
     EXPECT_EQ(RunTool({"--member", "a.log", both}).err, "Only a zip archive has members.\n");
 }
 
+TEST(PackedReport, TakesPackedPiecesInTheOrderOfTheirTimes) {
+    const TestFolder folder;
+    const std::string first = folder.Write("b.log", kFirst);
+    const std::string second = folder.Write("a.log", kSecond);
+    const std::string plain = RunTool({"--find", "on", first, second}).out;
+    ASSERT_NE(plain, "");
+    folder.Write("b.log", Gzip(kFirst));
+    folder.Write("a.log", Zip({{"x.log", kSecond}}));
+    const Outcome packed = RunTool({"--find", "on", second, first});
+    EXPECT_EQ(packed.status, 0) << packed.err;
+    EXPECT_EQ(packed.out, plain);
+    folder.Write("a.log", Zip({{"x.log", kSecond}, {"y.log", kSecond}}));
+    EXPECT_EQ(RunTool({first, second}).err, "The archive holds several members.\n");
+    folder.Write("a.log", Gzip(kSecond).substr(0, Gzip(kSecond).size() - 4));
+    const Outcome damaged = RunTool({"--find", "on", first, second});
+    EXPECT_EQ(damaged.status, 1);
+    EXPECT_EQ(damaged.out, plain);
+    EXPECT_EQ(RunTool({"--member", "x.log", first, second}).status, 2);
+}
+
 TEST(PackedReport, OfADamagedLogIsPrintedAndEndsWith1) {
     const TestFolder folder;
     const std::string archive = Gzip(kFirst + kSecond);

@@ -35,7 +35,6 @@ TEST(Report, EndsWith2OnWrongUsage) {
     const std::vector<std::vector<std::string>> wrong = {
         {},
         {"--nonsense", kSample},
-        {kSample, "another.log"},
         {"--tree", "process:1", "--find", "x", kSample},
         {"--find", "x", "--export-gaps", "g.csv", kSample},
         {"--export-profile", "p.folded", "--tree", "process:1", kSample},
