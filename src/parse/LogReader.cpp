@@ -30,7 +30,7 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
         const bool large = size == 0 || size > 4 * kBlock;
         m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
     }
-    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 2;
+    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 1;
     m_ring.reserve(blocks);
     for (std::size_t i = 0; i < blocks; ++i) {
         m_ring.emplace_back(m_reading.bytes);
@@ -56,17 +56,18 @@ void CLogReader::Rewind() {
 
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
-    block.position = 0;
+    std::uint64_t position = 0;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
-        std::memcpy(block.bytes.get(), before->bytes.get() + taken, kept);
-        block.position = before->position + taken;
+        std::memmove(block.bytes.get(), before->bytes.get() + taken, kept);
+        position = before->position + taken;
     }
     const std::size_t got = m_source.Read(block.bytes.get() + kept, m_reading.bytes);
     if (got == 0) {
         return false;
     }
+    block.position = position;
     block.end = kept + static_cast<std::uint32_t>(got);
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;

@@ -429,6 +429,16 @@ bool CCarvelotDoc::OnClearDebugFile() { return !m_bPacked && platform::TruncateS
 
 void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
 
+const LogPiece* CCarvelotDoc::PieceOf(RecordIndex record) const {
+    if (Number(record) >= m_listDetails.Size()) {
+        return nullptr;
+    }
+    const auto behind = std::upper_bound(
+        m_listPieces.begin(), m_listPieces.end(), Number(record),
+        [](std::uint32_t number, const LogPiece& piece) { return number < piece.firstRecord; });
+    return behind == m_listPieces.begin() ? nullptr : &*(behind - 1);
+}
+
 const CProcess* CCarvelotDoc::FindProcess(std::uint32_t id) const {
     const auto found = m_mapProcesses.find(id);
     return found == m_mapProcesses.end() ? nullptr : found->second;

@@ -82,6 +82,8 @@ public:
     // empty text is held by all.
     std::vector<RecordIndex> FindDetails(std::string_view text) const;
 
+    // The piece in which the record's line begins; null for one of a log that is one file, and for none.
+    const LogPiece* PieceOf(RecordIndex record) const;
     const CProcess* FindProcess(std::uint32_t id) const;
     const CJASUser* FindUser(std::string_view name) const;
 

@@ -138,10 +138,10 @@ public:
     ~CGzipUnpacker() override { inflateEnd(&m_stream); }
 
     std::size_t Read(char* buffer, std::size_t size) override {
-        constexpr std::size_t most = std::numeric_limits<uInt>::max();
+        constexpr std::size_t most = std::numeric_limits<unsigned>::max();
         std::size_t done = 0;
         while (done < size && !m_bEnded && HasInput()) {
-            const auto wanted = static_cast<uInt>(std::min(size - done, most));
+            const auto wanted = static_cast<unsigned>(std::min(size - done, most));
             m_stream.next_out = reinterpret_cast<Bytef*>(buffer + done);
             m_stream.avail_out = wanted;
             const int result = inflate(&m_stream, Z_NO_FLUSH);
@@ -169,7 +169,7 @@ private:
                     return false;
                 }
                 m_stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(block.data()));
-                m_stream.avail_in = static_cast<uInt>(block.size());
+                m_stream.avail_in = static_cast<unsigned>(block.size());
             }
             if (!m_bBetween) {
                 return true;
@@ -299,12 +299,13 @@ public:
     PackedMember Member() const {
         const platform::Utf8Names names;
         PackedMember member;
-        const char* name = archive_entry_pathname_utf8(m_entry);
-        if (name == nullptr || *name == '\0') {
-            name = archive_entry_pathname(m_entry);
+        const char* const utf8 = archive_entry_pathname_utf8(m_entry);
+        if (utf8 != nullptr && *utf8 != '\0') {
+            member.name = utf8;
+        } else if (const char* const bytes = archive_entry_pathname(m_entry)) {
+            std::string scratch;
+            member.name = platform::BytesToUtf8(bytes, scratch);
         }
-        std::string scratch;
-        member.name = platform::BytesToUtf8(name == nullptr ? "" : name, scratch);
         if (archive_entry_size_is_set(m_entry) != 0 && archive_entry_size(m_entry) >= 0) {
             member.size = static_cast<std::uint64_t>(archive_entry_size(m_entry));
         }

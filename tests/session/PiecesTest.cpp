@@ -81,6 +81,19 @@ TEST(OnOpenPieces, TellsWithWhichRecordEachPieceBegins) {
     EXPECT_EQ(PiecedSession({first, one.substr(0, one.size() - 1)}, false).FirstRecords(), (Numbers32{0, 1}));
 }
 
+TEST(PieceOf, IsTheOneThatARecordsLineBeginsIn) {
+    const std::string first = TestSession::Joined(DebugLog({}));
+    const std::string one = DebugLine("10:00:01.000000", "One", "1/1") + "\n";
+    const PiecedSession session({first, "", one + one}, false);
+    const auto pieceOf = [&](std::uint32_t record) {
+        return session.m_doc.PieceOf(RecordIndex{record}) - session.m_doc.m_listPieces.data();
+    };
+    EXPECT_EQ(pieceOf(0), 0);
+    EXPECT_EQ(pieceOf(1), 2);
+    EXPECT_EQ(pieceOf(2), 2);
+    EXPECT_EQ(TestSession(DebugLog({})).m_doc.PieceOf(RecordIndex{0}), nullptr);
+}
+
 TEST(OnOpenPieces, KeepsALineWithoutItsEndApartFromAPieceThatBeginsOne) {
     const std::string first = TestSession::Joined(DebugLog({}));
     const std::string one = DebugLine("10:00:01.000000", "One", "1/1");

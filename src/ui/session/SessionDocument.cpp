@@ -34,6 +34,10 @@ bool CSessionDocument::OnNewDocument() {
 
 bool CSessionDocument::OnOpenDocument(const QString& path) { return m_session.OnOpenDocument(PathOf(path)); }
 
+bool CSessionDocument::OnOpenPieces(std::vector<LogPiece> pieces) {
+    return m_session.OnOpenPieces(std::move(pieces));
+}
+
 QString CSessionDocument::PathInTitle() const { return ToQString(m_session.LogName()); }
 
 } // namespace carvelot
