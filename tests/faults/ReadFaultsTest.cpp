@@ -98,7 +98,7 @@ TEST(ReadFaults, AFileThatItsWriterEmptiesAndFillsAnewIsReadToWhereverItEnds) {
         EXPECT_TRUE(writer.Do("append Jan 15 10:00:01.000000 - 5/6 Worker\tOn new"));
     }));
     EXPECT_GE(log.m_nRecords, 4000U); // what had been read by then
-    EXPECT_LT(log.m_nRecords, 5000U);
+    EXPECT_LT(log.m_nRecords, 6000U); // and what had been read ahead
     // The next Analyze reads what is there now, which is too little to tell the format.
     EXPECT_FALSE(log.Load({}));
     EXPECT_EQ(log.m_listMessages, std::vector<std::string>{"Error: Cannot determine tracing log format"});
