@@ -42,6 +42,7 @@ void CLogReader::Rewind() {
     static constexpr std::uint32_t none = LineIndex::kNoMore;
     m_blocks.reset();
     m_source.Rewind();
+    m_pBlock = nullptr;
     m_pBytes = nullptr;
     m_pNextEnd = m_pNextMark = &none;
     m_nBegin = m_nEnd = 0;
@@ -56,11 +57,15 @@ void CLogReader::Rewind() {
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
     block.position = 0;
+    block.linesEnded = 0;
+    block.behindReturn = false;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
         std::memcpy(block.bytes.get(), before->bytes.get() + taken, kept);
         block.position = before->position + taken;
+        block.linesEnded = before->LinesEndedAt(before->index.endCount);
+        block.behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
     }
     const std::size_t got = m_source.Read(block.bytes.get() + kept, m_reading.bytes);
     if (got == 0) {
@@ -83,6 +88,7 @@ bool CLogReader::TakeBlock() {
     if (block == nullptr) {
         return false;
     }
+    m_pBlock = block;
     m_pBytes = block->bytes.get();
     m_pNextEnd = block->index.ends.get();
     m_pNextMark = block->index.marks.get();
@@ -92,6 +98,21 @@ bool CLogReader::TakeBlock() {
     m_nBlockPosition = block->position;
     m_progress = block->progress;
     return true;
+}
+
+std::uint64_t CLogReader::Block::LinesEndedAt(std::ptrdiff_t ends) const {
+    std::uint64_t lines = linesEnded + static_cast<std::uint64_t>(ends);
+    if (ends > 0 && behindReturn && bytes[0] == '\n') {
+        --lines;
+    }
+    // Most logs have no carriage return at all.
+    if (std::memchr(bytes.get(), '\r', end) != nullptr) {
+        for (std::ptrdiff_t i = 1; i < ends; ++i) {
+            const std::uint32_t at = index.ends[i];
+            lines -= bytes[at] == '\n' && index.ends[i - 1] + 1 == at && bytes[at - 1] == '\r' ? 1U : 0U;
+        }
+    }
+    return lines;
 }
 
 void CLogReader::LookForNulAndUpperHalf(LogLine& line) {
