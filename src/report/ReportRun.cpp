@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <system_error>
 
@@ -66,21 +67,51 @@ int ExportGapsTo(const CCarvelotDoc& session, const std::string& path, std::ostr
 class CLoadedLog {
 public:
     CLoadedLog(const ReportOptions& options, std::ostream& err)
-        : m_host(err), m_session(options.settings, m_pending, m_host) {
-        m_session.m_nProcessFilter = options.processFilter;
-        m_session.m_bNumberLines = options.explore.has_value();
-        // For tests, and for a doubt whether the short ways of the parser read what is there.
-        const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
-        m_session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
-    }
+        : m_options(options), m_err(err), m_host(err) {}
 
-    bool Load(const std::string& path) { return m_session.OnOpenDocument(path); }
-    const CCarvelotDoc& Session() const { return m_session; }
+    bool Load(const std::string& path) {
+        CDialects dialects = m_options.dialects;
+        if (!LoadWith(dialects, path)) {
+            return false;
+        }
+        if (!m_options.helpfulDialects) {
+            return true;
+        }
+        // What one dialect reads may ask for another.
+        for (CDialects more = Helpful(); !more.Empty(); more = Helpful()) {
+            dialects.Add(more);
+            if (!LoadWith(dialects, path)) {
+                return false;
+            }
+        }
+        const CDialects taken = dialects.Without(m_options.dialects);
+        m_err << path << (taken.Empty() ? ": no dialect reads more of it" : ": read with the dialect ")
+              << taken.Names() << '\n';
+        return true;
+    }
+    const CCarvelotDoc& Session() const { return *m_session; }
 
 private:
+    // In a session of its own: nothing of an earlier load must be known.
+    bool LoadWith(CDialects dialects, const std::string& path) {
+        m_session.reset();
+        m_pending = {};
+        CCarvelotDoc& session = m_session.emplace(m_options.settings, m_pending, m_host);
+        session.m_nProcessFilter = m_options.processFilter;
+        session.m_bNumberLines = m_options.explore.has_value();
+        session.m_dialects = dialects;
+        // For tests, and for a doubt whether the short ways of the parser read what is there.
+        const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
+        session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
+        return session.OnOpenDocument(path);
+    }
+    CDialects Helpful() const { return m_session->Notes().m_helpful; }
+
+    const ReportOptions& m_options;
+    std::ostream& m_err;
     CReportHost m_host;
     PendingStatement m_pending;
-    CCarvelotDoc m_session;
+    std::optional<CCarvelotDoc> m_session;
 };
 
 int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& err) {
