@@ -52,6 +52,17 @@ public:
     }
     constexpr bool operator==(const CDialects&) const = default;
 
+    // The way back from Names; what is no dialect's name is passed over.
+    static CDialects Named(std::string_view names) {
+        const std::string list = ", " + std::string(names) + ',';
+        CDialects dialects;
+        for (const DialectName& known : kDialects) {
+            if (list.find(", " + std::string(known.name) + ',') != std::string::npos) {
+                dialects.Add(known.dialect);
+            }
+        }
+        return dialects;
+    }
     // "months, numbered"; empty for none.
     std::string Names() const {
         std::string names;

@@ -78,6 +78,10 @@ TEST(Dialects, HaveNames) {
     EXPECT_EQ(kNone.Names(), "");
     EXPECT_EQ(kNumbered.Names(), "numbered");
     EXPECT_EQ(kBoth.Names(), "months, numbered");
+    for (const CDialects dialects : {kNone, kMonths, kNumbered, kBoth}) {
+        EXPECT_EQ(CDialects::Named(dialects.Names()), dialects);
+    }
+    EXPECT_EQ(CDialects::Named("something, numbered, monthsx"), kNumbered);
     EXPECT_EQ(kBoth.Without(kMonths), kNumbered);
     EXPECT_TRUE(kBoth.Without(kBoth).Empty());
 }

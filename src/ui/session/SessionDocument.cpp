@@ -12,6 +12,13 @@ CSessionDocument::CSessionDocument(PendingStatement& pending)
     AddCommand(ID_SESSION_ANALYZE, [this] { m_session.OnAnalyze(); });
     AddCommand(ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
+    connect(this, &CSessionDocument::RecordsCame, this, [this] {
+        if (CMDIChildWnd* const frame = GetFrame()) {
+            const CDialects dialects = m_session.m_dialects;
+            frame->SetTipNote(dialects.Empty() ? QString()
+                                               : tr("Dialect: %1").arg(ToQString(dialects.Names())));
+        }
+    });
 }
 
 CSessionDocument::~CSessionDocument() {
@@ -30,7 +37,20 @@ bool CSessionDocument::OnNewDocument() {
     return true;
 }
 
-bool CSessionDocument::OnOpenDocument(const QString& path) { return m_session.OnOpenDocument(PathOf(path)); }
+bool CSessionDocument::OnOpenDocument(const QString& path) {
+    RecallDialects(path);
+    return m_session.OnOpenDocument(PathOf(path));
+}
+
+void CSessionDocument::RecallDialects(const QString& path) {
+    m_session.m_dialects = m_fnKeptDialects ? m_fnKeptDialects(path) : CDialects();
+}
+
+void CSessionDocument::ReadWith(CDialects dialects) {
+    m_session.m_dialects = dialects;
+    m_session.OnAnalyze();
+    emit DialectsChosen(PathInTitle(), dialects);
+}
 
 QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }
 

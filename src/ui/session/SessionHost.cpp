@@ -60,7 +60,11 @@ std::optional<std::string> CSessionHost::AskForLog() {
                                                    QStringLiteral("log"),
                                                    {},
                                                    QString::fromLatin1(kLogFilter)});
-    return path ? std::optional(PathOf(*path)) : std::nullopt;
+    if (!path) {
+        return std::nullopt;
+    }
+    m_document.RecallDialects(*path);
+    return PathOf(*path);
 }
 
 void CSessionHost::OpenInShell(const std::string& path) { platform::OpenInItsProgram(path); }
