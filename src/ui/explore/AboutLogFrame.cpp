@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace carvelot {
@@ -20,7 +21,15 @@ CAboutLogFrame::CAboutLogFrame(CExploration& exploration)
       m_pRefused(new CRowList<RefusedRow>(tr("First lines that are no records"), nullptr)),
       m_pChoice(new CDialectChoice), m_pReadAnew(new QPushButton(tr("&Read Anew"))) {
     setWindowTitle(tr("About This Log - %1").arg(exploration.LogName()));
-    auto* layout = new QVBoxLayout(this);
+    // The window may be lower than all of it.
+    auto* area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    auto* whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(area);
+    auto* body = new QWidget;
+    auto* layout = new QVBoxLayout(body);
     auto* form = new QFormLayout;
     for (const AboutFact& fact : AboutFacts({})) {
         QLabel* const text = m_facts.emplace_back(PlainLabel());
@@ -36,6 +45,7 @@ CAboutLogFrame::CAboutLogFrame(CExploration& exploration)
     column->addWidget(m_pChoice);
     column->addWidget(m_pReadAnew, 0, Qt::AlignLeft);
     layout->addWidget(dialects);
+    area->setWidget(body);
     m_pRefused->header()->setStretchLastSection(true);
     new CListMenu(*m_pRefused, QStringLiteral("RefusedLines"));
     connect(m_pReadAnew, &QPushButton::clicked, this, [this] { emit DialectsWanted(m_pChoice->Chosen()); });
