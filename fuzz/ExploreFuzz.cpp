@@ -573,16 +573,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool inPieces = (data[0] & 8) != 0;
     static fuzz::CFuzzSession session;
     session.m_doc.m_bNumberLines = true;
+    session.m_doc.m_listPieces.clear();
     session.Load(log, options);
     if (!session.m_bLoaded) {
         return 0;
     }
     const CCarvelotDoc& doc = session.m_doc;
     const auto records = static_cast<std::uint32_t>(doc.m_listDetails.Size());
-    const std::uint32_t border = inPieces ? records * data[1] / 255 : records;
-    const std::array<RecordRange, 2> pieces{{{0, border}, {border, records}}};
-    const ExploredSession explored =
-        inPieces ? ExploredSession(doc, options.settings, pieces) : ExploredSession(doc, options.settings);
+    if (inPieces) {
+        session.m_doc.m_listPieces = {{"first", false, 0}, {"second", false, records * data[1] / 255}};
+    }
+    const ExploredSession explored(doc, options.settings);
 
     CheckLines(doc, log);
     CheckClock(explored, inPieces);

@@ -22,7 +22,7 @@ bool CBaseLog::Load() {
         }
         m_nLoaded.store(100, std::memory_order_relaxed);
         m_exploring.Check();
-        m_explored.emplace(m_session, m_settings, std::span<const RecordRange>(), &m_exploring);
+        m_explored.emplace(m_session, m_settings, &m_exploring);
         m_findings = FindAll(*m_explored, &m_exploring);
         return true;
     } catch (const ExploringEnded&) {

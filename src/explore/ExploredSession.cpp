@@ -2,9 +2,21 @@
 
 namespace carvelot {
 
+std::vector<RecordRange> PiecesOf(const CCarvelotDoc& session) {
+    const auto count = static_cast<std::uint32_t>(session.m_listDetails.Size());
+    std::vector<RecordRange> pieces;
+    for (const LogPiece& piece : session.m_listPieces) {
+        if (!pieces.empty()) {
+            pieces.back().end = piece.firstRecord;
+        }
+        pieces.push_back({piece.firstRecord, count});
+    }
+    return pieces.empty() ? std::vector{RecordRange{0, count}} : pieces;
+}
+
 ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                                 std::span<const RecordRange> pieces, CExploreProgress* progress)
-    : ExploredSession(session, settings, pieces, progress, StartReading(session.m_listDetails, progress)) {}
+                                 CExploreProgress* progress)
+    : ExploredSession(session, settings, progress, StartReading(session.m_listDetails, progress)) {}
 
 // Where no thread can be had, they are read when they are asked for. A failure of theirs comes out there,
 // too.
@@ -15,11 +27,8 @@ ExploredSession::Readers ExploredSession::StartReading(const CDetailList& detail
 }
 
 ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                                 std::span<const RecordRange> pieces, CExploreProgress* progress,
-                                 Readers readers)
-    : session(session), settings(settings),
-      clock(pieces.empty() ? CClock(session.m_listDetails, progress)
-                           : CClock(session.m_listDetails, pieces, progress)),
+                                 CExploreProgress* progress, Readers readers)
+    : session(session), settings(settings), clock(session.m_listDetails, PiecesOf(session), progress),
       streams(session), frames(session, clock, streams, ShortestSilence(settings.m_fThreshold), progress),
       recordShapes(readers.shapes.get()), shapes(recordShapes, frames, progress),
       transactionSteps(readers.transactionSteps.get()) {}

@@ -10,17 +10,18 @@
 #include "records/AnalysisSettings.h"
 
 #include <future>
-#include <span>
 #include <vector>
 
 namespace carvelot {
 
+// The records of each piece of a session's log, in their order; all of them where it is none of pieces.
+std::vector<RecordRange> PiecesOf(const CCarvelotDoc& session);
+
 struct ExploredSession {
-    // Refers to the session, whose load has ended, and to the settings that it was loaded with. `pieces`: of
-    // a log of several ones, the records of each. `progress`, where there is one, can end it: then it throws
-    // ExploringEnded.
+    // Refers to the session, whose load has ended, and to the settings that it was loaded with. `progress`,
+    // where there is one, can end it: then it throws ExploringEnded.
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                    std::span<const RecordRange> pieces = {}, CExploreProgress* progress = nullptr);
+                    CExploreProgress* progress = nullptr);
 
     const CCarvelotDoc& session;
     const AnalysisSettings& settings;
@@ -39,8 +40,8 @@ private:
     };
     static Readers StartReading(const CDetailList& details, CExploreProgress* progress);
 
-    ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                    std::span<const RecordRange> pieces, CExploreProgress* progress, Readers readers);
+    ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings, CExploreProgress* progress,
+                    Readers readers);
 };
 
 // What a part of it adds up to.

@@ -30,7 +30,7 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
         const bool large = size == 0 || size > 4 * kBlock;
         m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
     }
-    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 2;
+    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 1;
     m_ring.reserve(blocks);
     for (std::size_t i = 0; i < blocks; ++i) {
         m_ring.emplace_back(m_reading.bytes);
@@ -49,6 +49,7 @@ void CLogReader::Rewind() {
     m_bPlain = true;
     m_nBlockPosition = 0;
     m_progress = m_source.Progress();
+    m_pieceBegins.assign(1, 0);
     m_blocks.emplace(
         m_ring, [this](Block& block, const Block* before) { return Fill(block, before); },
         m_reading.way == BlockReading::Way::Ahead);
@@ -56,26 +57,30 @@ void CLogReader::Rewind() {
 
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
-    block.position = 0;
-    block.linesEnded = 0;
-    block.behindReturn = false;
+    std::uint64_t position = 0;
+    std::uint64_t linesEnded = 0;
+    bool behindReturn = false;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
-        std::memcpy(block.bytes.get(), before->bytes.get() + taken, kept);
-        block.position = before->position + taken;
-        block.linesEnded = before->LinesEndedAt(before->index.endCount);
-        block.behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
+        linesEnded = before->linesInAll;
+        behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
+        std::memmove(block.bytes.get(), before->bytes.get() + taken, kept);
+        position = before->position + taken;
     }
     const std::size_t got = m_source.Read(block.bytes.get() + kept, m_reading.bytes);
     if (got == 0) {
         return false;
     }
+    block.position = position;
+    block.linesEnded = linesEnded;
+    block.behindReturn = behindReturn;
     block.end = kept + static_cast<std::uint32_t>(got);
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
     m_scan(block.bytes.get(), block.end, block.index);
+    block.linesInAll = block.LinesEndedAt(block.index.endCount);
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
                                      std::make_reverse_iterator(block.bytes.get()), isLineEnd);
@@ -97,6 +102,7 @@ bool CLogReader::TakeBlock() {
     m_bPlain = block->index.ascii && !block->index.holdsNul;
     m_nBlockPosition = block->position;
     m_progress = block->progress;
+    m_pieceBegins.resize(m_progress.piece + 1, m_progress.pieceBegin);
     return true;
 }
 

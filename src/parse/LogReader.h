@@ -42,7 +42,7 @@ struct BlockReading {
 
     Way way = Way::AheadIfLarge;
     std::size_t bytes = 0; // of a block; 0 leaves it to the reader
-    std::size_t ring = 8;  // blocks, two or more
+    std::size_t ring = 8;  // blocks that are read ahead, two or more
 };
 
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes and
@@ -97,7 +97,13 @@ public:
     // Lines that have ended so far as an editor counts them, for which a line feed, a carriage return or both
     // in this order are one end; a piece ends no line. Looks at the latest block, so not for every line.
     std::uint64_t LinesEnded() const {
-        return m_pBlock == nullptr ? 0 : m_pBlock->LinesEndedAt(m_pNextEnd - m_pBlock->index.ends.get());
+        if (m_pBlock == nullptr) {
+            return 0;
+        }
+        // Behind the last one the bytes may have moved on already.
+        return *m_pNextEnd == LineIndex::kNoMore
+                   ? m_pBlock->linesInAll
+                   : m_pBlock->LinesEndedAt(m_pNextEnd - m_pBlock->index.ends.get());
     }
     // The number of the line that was read last, or of the line that it is a piece of.
     std::uint64_t LineNumber() const {
@@ -105,7 +111,10 @@ public:
         return LinesEnded() + (ended ? 0 : 1);
     }
     // How far the source had been read with the block that the latest line stands in.
-    SourceProgress Progress() const { return m_progress; }
+    const SourceProgress& Progress() const { return m_progress; }
+    // At which bytes of the log its pieces begin, as far as they have been met; 0 alone for a log that is
+    // one.
+    const std::vector<std::uint64_t>& PieceBegins() const { return m_pieceBegins; }
 
 private:
     // Large enough to make the calls of the system cheap, small enough to stay in a processor's cache.
@@ -122,6 +131,7 @@ private:
         std::uint64_t position = 0;   // of the first byte, in the log
         std::uint64_t linesEnded = 0; // ahead of it
         bool behindReturn = false;    // the byte ahead of it is a carriage return
+        std::uint64_t linesInAll = 0; // ended with its last line end
         SourceProgress progress;
 
         // Lines that have ended with the first so many line ends of the block.
@@ -164,6 +174,7 @@ private:
     bool m_bPlain; // it holds ASCII without NUL
     std::uint64_t m_nBlockPosition;
     SourceProgress m_progress;
+    std::vector<std::uint64_t> m_pieceBegins;
 };
 
 } // namespace carvelot

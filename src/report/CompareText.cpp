@@ -144,7 +144,7 @@ void PrintLack(const ExploredSession& side, std::string_view name, const ReportO
 
 void WriteComparisonText(const Comparison& comparison, const ExploredSession& base,
                          const ExploredSession& log, const ReportOptions& options, std::ostream& out) {
-    PrintLog(log, options.log, out);
+    PrintLog(log, log.session.m_strLogPath, out);
     out << "compared with ";
     PrintLog(base, *options.explore->compareWith, out);
     PrintPart(*options.explore, out);

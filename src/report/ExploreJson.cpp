@@ -20,6 +20,7 @@ public:
     void Write(const ExploredScope& scope, const std::vector<Finding>& findings, const std::string& log) {
         const CJsonWriter::CObject whole(m_json);
         m_json.Member("log", std::string_view(log));
+        WritePieces();
         WriteLines();
         WriteSpan();
         WriteFrames();
@@ -31,6 +32,20 @@ public:
     }
 
 private:
+    // A log that is one file has none.
+    void WritePieces() {
+        if (m_explored.session.m_listPieces.empty()) {
+            return;
+        }
+        m_json.Key("pieces");
+        const CJsonWriter::CArray pieces(m_json);
+        for (const LogPiece& piece : m_explored.session.m_listPieces) {
+            const CJsonWriter::CObject entry(m_json);
+            m_json.Member("path", std::string_view(piece.path));
+            m_json.Member("firstRecord", piece.firstRecord);
+        }
+    }
+
     void WriteLines() {
         const RefusedLines& refused = m_explored.session.Refused();
         const std::uint64_t records = m_explored.session.m_listDetails.Size();

@@ -42,7 +42,7 @@ struct Side {
 int ExportProfile(const CCarvelotDoc& session, const Selection& selection, const ExploreOptions& asked,
                   std::ostream& err) {
     const std::string& path = *asked.exportProfile;
-    const CClock clock(session.m_listDetails);
+    const CClock clock(session.m_listDetails, PiecesOf(session));
     const CStreams streams(session);
     const CFrames frames(session, clock, streams);
     const CCut cut(frames, streams, selection, asked.range);
@@ -68,7 +68,7 @@ int Explore(const CCarvelotDoc& session, const ReportOptions& options, std::ostr
     }
     const Side side(session, selection, options);
     if (options.json) {
-        WriteExploredJson(side.explored, side.scope, side.findings, options.log, out);
+        WriteExploredJson(side.explored, side.scope, side.findings, session.m_strLogPath, out);
     } else {
         WriteExploredText(side.explored, side.scope, side.findings, options, out);
     }
@@ -86,7 +86,7 @@ int Compare(const CCarvelotDoc& base, const CCarvelotDoc& session, const ReportO
     const Side side(session, selection, options);
     const Comparison comparison(baseSide.Compared(), side.Compared());
     if (options.json) {
-        WriteComparisonJson(comparison, *options.explore->compareWith, options.log, out);
+        WriteComparisonJson(comparison, *options.explore->compareWith, session.m_strLogPath, out);
     } else {
         WriteComparisonText(comparison, baseSide.explored, side.explored, options, out);
     }

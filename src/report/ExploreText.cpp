@@ -165,7 +165,7 @@ private:
 void WriteExploredText(const ExploredSession& explored, const ExploredScope& scope,
                        const std::vector<Finding>& findings, const ReportOptions& options,
                        std::ostream& out) {
-    PrintLog(explored, options.log, out);
+    PrintLog(explored, explored.session.m_strLogPath, out);
     PrintPart(*options.explore, out);
     const CExploredText text(explored, options, out);
     text.PrintFindings(findings);

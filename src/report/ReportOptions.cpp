@@ -121,7 +121,10 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::App app{"Rebuilds what happened from a JD Edwards debug log or the log of its JAS web tier.",
                  "carvelot-report"};
     app.allow_windows_style_options(false); // a path may begin with a slash on any platform
-    app.add_option("LOG", options.log, "The log file")->required()->type_name("");
+    app.add_option("LOG", options.logs,
+                   "The log file; several are one log in pieces, in the order of their times")
+        ->required()
+        ->type_name("");
     app.add_flag("--json", options.json, "Print the whole session as JSON");
     CLI::Option* const treeOption =
         app.add_option("--tree", tree, "Print the detail tree of process:PID, thread:PID/TID or user:NAME")
@@ -167,6 +170,8 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
                    "may be repeated")
         ->type_name("NAME")
         ->allow_extra_args(false);
+    app.add_flag("--as-given", options.asGiven,
+                 "Read the pieces as they are given, with nothing put between");
     app.add_flag("--no-cache-analysis", noCacheAnalysis, "Leave cache records out of the analyses");
     app.set_help_flag("--help", "Print this help");
     app.set_version_flag("--version", std::string("carvelot-report ") + CARVELOT_VERSION,

@@ -27,7 +27,8 @@ struct ExploreOptions {
 struct ReportOptions {
     static constexpr std::size_t kUsualWidth = 120;
 
-    std::string log;
+    std::vector<std::string> logs; // several are the pieces of one
+    bool asGiven = false;          // they stand in their order
     bool json = false;
     std::optional<std::string> tree; // a scope
     std::optional<std::string> find;

@@ -1,5 +1,6 @@
 #include "report/ReportRun.h"
 
+#include "explore/PieceOrder.h"
 #include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "report/ExploreRun.h"
@@ -70,8 +71,23 @@ public:
         : m_options(options), m_err(err), m_host(err) {}
 
     bool Load(const std::string& path) {
+        return LoadWithDialects([&](CCarvelotDoc& session) { return session.OnOpenDocument(path); });
+    }
+    bool Load(const ReportOptions& options) {
+        if (options.logs.size() == 1) {
+            return Load(options.logs.front());
+        }
+        return LoadWithDialects([&](CCarvelotDoc& session) {
+            return session.OnOpenPieces(options.asGiven ? PiecesAsGiven(options.logs)
+                                                        : PiecesByTime(options.logs, session.m_dialects));
+        });
+    }
+    const CCarvelotDoc& Session() const { return *m_session; }
+
+private:
+    template <class Open> bool LoadWithDialects(Open open) {
         CDialects dialects = m_options.dialects;
-        if (!LoadWith(dialects, path)) {
+        if (!open(NewSession(dialects))) {
             return false;
         }
         if (!m_options.helpfulDialects) {
@@ -80,20 +96,18 @@ public:
         // What one dialect reads may ask for another.
         for (CDialects more = Helpful(); !more.Empty(); more = Helpful()) {
             dialects.Add(more);
-            if (!LoadWith(dialects, path)) {
+            if (!open(NewSession(dialects))) {
                 return false;
             }
         }
         const CDialects taken = dialects.Without(m_options.dialects);
-        m_err << path << (taken.Empty() ? ": no dialect reads more of it" : ": read with the dialect ")
+        m_err << m_session->m_strLogPath
+              << (taken.Empty() ? ": no dialect reads more of it" : ": read with the dialect ")
               << taken.Names() << '\n';
         return true;
     }
-    const CCarvelotDoc& Session() const { return *m_session; }
-
-private:
-    // In a session of its own: nothing of an earlier load must be known.
-    bool LoadWith(CDialects dialects, const std::string& path) {
+    // Each load has a session of its own: nothing of an earlier one must be known.
+    CCarvelotDoc& NewSession(CDialects dialects) {
         m_session.reset();
         m_pending = {};
         CCarvelotDoc& session = m_session.emplace(m_options.settings, m_pending, m_host);
@@ -103,7 +117,7 @@ private:
         // For tests, and for a doubt whether the short ways of the parser read what is there.
         const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
         session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
-        return session.OnOpenDocument(path);
+        return session;
     }
     CDialects Helpful() const { return m_session->Notes().m_helpful; }
 
@@ -121,7 +135,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
         return REPORT_FAILED;
     }
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     return base ? Compare(loadedBase->Session(), log.Session(), options, out, err)
@@ -130,7 +144,7 @@ int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& er
 
 int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream& err) {
     CLoadedLog log(options, err);
-    if (!log.Load(options.log)) {
+    if (!log.Load(options)) {
         return REPORT_FAILED;
     }
     const CCarvelotDoc& session = log.Session();
@@ -156,9 +170,9 @@ int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream
             WriteHits(session, hits, out);
         }
     } else if (options.json) {
-        WriteSessionJson(session, options.log, out);
+        WriteSessionJson(session, session.m_strLogPath, out);
     } else {
-        WriteSummary(session, options.log, out);
+        WriteSummary(session, session.m_strLogPath, out);
     }
     return REPORT_DONE;
 }

@@ -8,6 +8,7 @@
 #include "platform/TemporaryFile.h"
 #include "session/Commit.h"
 #include "sources/FileSource.h"
+#include "sources/PiecesSource.h"
 #include "text/FindText.h"
 #include "text/Release.h"
 
@@ -51,6 +52,46 @@ public:
         }
     }
     std::string m_strPath;
+};
+
+// Opens a log; that of a writer that shares nothing through a copy. What fails is told to the host.
+platform::SharedFile OpenLog(const std::string& path, CTemporaryCopy& copy, ISessionHost& host) {
+    platform::SharedFile file = platform::SharedFile::OpenForReading(path);
+    if (file) {
+        return file;
+    }
+    int error = 0;
+    const std::optional<std::string> name = platform::MakeTemporaryName("NEW", &error);
+    if (!name) {
+        host.PrintOutput("GetTempFileName failed (" + std::to_string(error) + ")\n");
+        return file;
+    }
+    copy.m_strPath = *name;
+    if (platform::CopyFileOver(path, copy.m_strPath)) {
+        file = platform::SharedFile::OpenForReading(copy.m_strPath);
+    }
+    if (!file) {
+        host.ShowMessage("Failed to open file.");
+    }
+    return file;
+}
+
+// One of several files that are one log.
+class CPieceSource final : public ILogSource {
+public:
+    CPieceSource(const std::string& path, ISessionHost& host)
+        : m_file(OpenLog(path, m_copy, host)), m_source(m_file) {}
+
+    bool IsOpen() const { return static_cast<bool>(m_file); }
+    std::size_t Read(void* buffer, std::size_t size) override { return m_source.Read(buffer, size); }
+    void Rewind() override { m_source.Rewind(); }
+    std::uint64_t Size() const override { return m_source.Size(); }
+    SourceProgress Progress() const override { return m_source.Progress(); }
+
+private:
+    CTemporaryCopy m_copy; // goes last
+    platform::SharedFile m_file;
+    CFileSource m_source;
 };
 
 // Where the lines of a load go: into the list of records, and from there into the model.
@@ -110,6 +151,7 @@ CCarvelotDoc::CCarvelotDoc(const AnalysisSettings& settings, PendingStatement& p
 CCarvelotDoc::~CCarvelotDoc() { ClearSession(); }
 
 bool CCarvelotDoc::OnOpenDocument(const std::string& path) {
+    m_listPieces.clear();
     m_strLogPath = path;
     const CWaitCursor wait(m_host);
     if (!LoadLog()) {
@@ -121,37 +163,53 @@ bool CCarvelotDoc::OnOpenDocument(const std::string& path) {
     return true;
 }
 
+bool CCarvelotDoc::OnOpenPieces(std::vector<LogPiece> pieces) {
+    m_listPieces = std::move(pieces);
+    m_strLogPath = m_listPieces.front().path;
+    const CWaitCursor wait(m_host);
+    if (!LoadLog()) {
+        return false;
+    }
+    const std::size_t more = m_listPieces.size() - 1;
+    m_host.SetTitle(*this,
+                    more == 0 ? m_strLogPath : m_strLogPath + " and " + std::to_string(more) + " more");
+    FillThreadTree();
+    return true;
+}
+
 bool CCarvelotDoc::OnNewDocument() {
     const std::optional<std::string> path = m_host.AskForLog();
     return path && OnOpenDocument(*path);
 }
 
 bool CCarvelotDoc::LoadLog() {
+    if (!m_listPieces.empty()) {
+        return LoadPieces();
+    }
     CTemporaryCopy copy;
     m_pLogFile.Close();
-    platform::SharedFile file = platform::SharedFile::OpenForReading(m_strLogPath);
+    platform::SharedFile file = OpenLog(m_strLogPath, copy, m_host);
     if (!file) {
-        // The log of a writer that shares nothing is read through a copy.
-        int error = 0;
-        const std::optional<std::string> name = platform::MakeTemporaryName("NEW", &error);
-        if (!name) {
-            m_host.PrintOutput("GetTempFileName failed (" + std::to_string(error) + ")\n");
-            return false;
-        }
-        copy.m_strPath = *name;
-        if (platform::CopyFileOver(m_strLogPath, copy.m_strPath)) {
-            file = platform::SharedFile::OpenForReading(copy.m_strPath);
-        }
-        if (!file) {
-            m_host.ShowMessage("Failed to open file.");
-            return false;
-        }
+        return false;
     }
     m_pLogFile = std::move(file);
     CFileSource source(m_pLogFile);
     const bool read = LoadFrom(source);
     m_pLogFile.Close();
     return read;
+}
+
+bool CCarvelotDoc::LoadPieces() {
+    std::vector<SourcePiece> opened;
+    for (const LogPiece& piece : m_listPieces) {
+        auto source = std::make_unique<CPieceSource>(piece.path, m_host);
+        if (!source->IsOpen()) {
+            return false;
+        }
+        opened.push_back({std::move(source), piece.beginsLine});
+    }
+    CPiecesSource source(std::move(opened));
+    return LoadFrom(source);
 }
 
 bool CCarvelotDoc::LoadFrom(ILogSource& source) {
@@ -195,8 +253,14 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
         const std::uint64_t size = reader.Progress().all;
         std::uint64_t nextProgress = kProgressStep;
         CLineNumbering numbering;
+        std::size_t piecesBegun = 0;
         LogLine line;
-        while (reader.ReadLogLine(line)) {
+        for (std::uint64_t begin = 0; reader.ReadLogLine(line); begin = reader.Position()) {
+            for (; piecesBegun < m_listPieces.size() && piecesBegun < reader.PieceBegins().size() &&
+                   reader.PieceBegins()[piecesBegun] <= begin;
+                 ++piecesBegun) {
+                m_listPieces[piecesBegun].firstRecord = static_cast<std::uint32_t>(m_listDetails.Size());
+            }
             parse(line);
             if (notes.m_refused.unplaced) [[unlikely]] {
                 notes.m_refused.Place(reader.LineNumber());
@@ -214,6 +278,9 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
         }
         m_nLines = reader.LinesEnded();
         m_nBytes = reader.BytesRead();
+        for (; piecesBegun < m_listPieces.size(); ++piecesBegun) {
+            m_listPieces[piecesBegun].firstRecord = static_cast<std::uint32_t>(m_listDetails.Size());
+        }
     };
     const ParseWay way = m_bPlainParse ? ParseWay::Plain : ParseWay::Fast;
     CCommit commit(*this, m_settings);
@@ -247,6 +314,9 @@ bool CCarvelotDoc::ClearSession() {
     m_listDetails.Clear();
     m_nLines = 0;
     m_nBytes = 0;
+    for (LogPiece& piece : m_listPieces) {
+        piece.firstRecord = 0;
+    }
     m_listLineNumbers.Clear();
     m_debugParser.ForgetNotes();
     m_jasParser.ForgetNotes();
@@ -279,6 +349,16 @@ void CCarvelotDoc::OnAnalyze() {
 bool CCarvelotDoc::OnClearDebugFile() { return platform::TruncateShared(m_strLogPath); }
 
 void CCarvelotDoc::OnOpenAsText() { m_host.OpenInShell(m_strLogPath); }
+
+const LogPiece* CCarvelotDoc::PieceOf(RecordIndex record) const {
+    if (Number(record) >= m_listDetails.Size()) {
+        return nullptr;
+    }
+    const auto behind = std::upper_bound(
+        m_listPieces.begin(), m_listPieces.end(), Number(record),
+        [](std::uint32_t number, const LogPiece& piece) { return number < piece.firstRecord; });
+    return behind == m_listPieces.begin() ? nullptr : &*(behind - 1);
+}
 
 const CProcess* CCarvelotDoc::FindProcess(std::uint32_t id) const {
     const auto found = m_mapProcesses.find(id);

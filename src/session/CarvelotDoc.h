@@ -25,6 +25,13 @@
 
 namespace carvelot {
 
+// One of several files that are read as one log.
+struct LogPiece {
+    std::string path;
+    bool beginsLine = false;       // where the piece before lacks its last line end, one is put between
+    std::uint32_t firstRecord = 0; // that begins in it, or the first behind it
+};
+
 class CCarvelotDoc {
     CDebugLineParser m_debugParser;
 
@@ -37,11 +44,13 @@ public:
 
     // Opens a file by hand: path, load, title, tree, recent files. True when the model holds the log.
     bool OnOpenDocument(const std::string& path);
+    // The same for a log in pieces, at least one, which stand in the order in which they are read.
+    bool OnOpenPieces(std::vector<LogPiece> pieces);
     // File New: asks for a file and opens it.
     bool OnNewDocument();
-    // Reads m_strLogPath. On a file that cannot be opened the earlier content stands; on one whose format
-    // cannot be told, or that is more than the memory or a session can hold, the session is empty. All are
-    // reported to the host.
+    // Reads m_strLogPath, or the pieces where there are some. On a file that cannot be opened the earlier
+    // content stands; on one whose format cannot be told, or that is more than the memory or a session can
+    // hold, the session is empty. All are reported to the host.
     bool LoadLog();
     // The same for a log that is no file, or no file of its own. m_strLogPath is not looked at.
     bool LoadFrom(ILogSource& source);
@@ -62,6 +71,8 @@ public:
     // empty text is held by all.
     std::vector<RecordIndex> FindDetails(std::string_view text) const;
 
+    // The piece in which the record's line begins; null for one of a log that is one file, and for none.
+    const LogPiece* PieceOf(RecordIndex record) const;
     const CProcess* FindProcess(std::uint32_t id) const;
     const CJASUser* FindUser(std::string_view name) const;
 
@@ -73,7 +84,8 @@ public:
     std::vector<RecordIndex> m_listGaps; // records that follow a silence, in file order
 
     std::string m_strProcessName; // of the running process analysed; empty for a file opened by hand
-    std::string m_strLogPath;
+    std::string m_strLogPath;     // of a log in pieces, the first one's
+    std::vector<LogPiece> m_listPieces;
     std::uint32_t m_nProcessFilter =
         0; // 0 keeps all; else only debug records of this process, and no JAS record
     // Reads every line word by word, as if no earlier one had begun so and nothing were known of where its
@@ -114,6 +126,7 @@ public:
     }
 
 private:
+    bool LoadPieces();
     bool ReadLog(ILogSource& source);
 
     const AnalysisSettings& m_settings;

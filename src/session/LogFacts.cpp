@@ -6,6 +6,8 @@
 #include "text/NumberText.h"
 #include "text/TextColumns.h"
 
+#include <algorithm>
+
 namespace carvelot {
 
 namespace {
@@ -68,6 +70,7 @@ LogFacts FactsOf(const CCarvelotDoc& session) {
     facts.format = session.m_nLogFormat == LOG_FORMAT_JAS ? "JAS log" : "debug log";
     facts.columns = Columns(session);
     facts.codePage = CodePage(notes.m_bytes);
+    facts.pieces = std::max<std::size_t>(1, session.m_listPieces.size());
     facts.dialects = notes.m_dialects;
     facts.offered = notes.m_helpful;
     // A time of 0 is an unknown one.

@@ -7,11 +7,14 @@
 
 namespace carvelot {
 
-// How far a source has been read, in bytes of what lies on the disk: of a packed log, packed ones. `all` is 0
-// when it can't be told.
+// How far a source has been read.
 struct SourceProgress {
+    // In bytes of what lies on the disk: of a packed log, packed ones. `all` is 0 when it can't be told.
     std::uint64_t done = 0;
     std::uint64_t all = 0;
+    // Of a log in pieces, the one that was read last, and at which of the log's bytes it begins.
+    std::size_t piece = 0;
+    std::uint64_t pieceBegin = 0;
 };
 
 // Read by one thread at a time.
@@ -19,7 +22,7 @@ class ILogSource {
 public:
     virtual ~ILogSource() = default;
 
-    // Reads up to `size` bytes; fewer only at the end, or where reading fails. Nothing comes behind that.
+    // Reads up to `size` bytes, of one piece only; none at the end, or where reading fails.
     virtual std::size_t Read(void* buffer, std::size_t size) = 0;
     // Starts over from the first byte.
     virtual void Rewind() = 0;

@@ -21,7 +21,8 @@ public:
     // more.
     using Fill = std::function<bool(Block& block, const Block* before)>;
 
-    // `ring`: two blocks or more. They, and what `fill` uses, are the thread's until this object goes.
+    // `ring`: two blocks or more; without a thread one will do, which is then the one before itself. They,
+    // and what `fill` uses, are the thread's until this object goes.
     CReadAhead(std::vector<Block>& ring, Fill fill, bool threaded) : m_ring(ring), m_fill(std::move(fill)) {
         if (!threaded) {
             return;

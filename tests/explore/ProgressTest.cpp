@@ -24,7 +24,7 @@ Lines SomeLog() {
 
 struct Answers {
     explicit Answers(const TestSession& session, CExploreProgress* progress = nullptr)
-        : explored(session.m_doc, session.m_settings, {}, progress), findings(FindAll(explored, progress)),
+        : explored(session.m_doc, session.m_settings, progress), findings(FindAll(explored, progress)),
           scope(explored, {}, {}, progress) {}
 
     const ExploredSession explored;
@@ -37,7 +37,7 @@ TEST(ExploreProgress, ReachesTheWholeWithTheLastPartAndChangesNothing) {
     const Answers alone(session);
     CExploreProgress progress;
     EXPECT_EQ(progress.Percent(), 0);
-    const ExploredSession explored(session.m_doc, session.m_settings, {}, &progress);
+    const ExploredSession explored(session.m_doc, session.m_settings, &progress);
     EXPECT_EQ(progress.Percent(), 56);
     const std::vector<Finding> findings = FindAll(explored, &progress);
     EXPECT_EQ(progress.Percent(), 76);
@@ -83,7 +83,7 @@ TEST(ExploreProgress, OfWhatIsEndedAheadOfItsStartNothingRuns) {
     const TestSession session(SomeLog());
     CExploreProgress progress;
     progress.End();
-    EXPECT_THROW(ExploredSession(session.m_doc, session.m_settings, {}, &progress), ExploringEnded);
+    EXPECT_THROW(ExploredSession(session.m_doc, session.m_settings, &progress), ExploringEnded);
     EXPECT_EQ(progress.Percent(), 0);
     const ExploredSession explored(session.m_doc, session.m_settings);
     EXPECT_THROW(FindAll(explored, &progress), ExploringEnded);
@@ -98,7 +98,7 @@ TEST(ExploreProgress, LooksForItsEndAllAlongALongLog) {
         }
         const TestSession session(log);
         CExploreProgress progress;
-        const ExploredSession explored(session.m_doc, session.m_settings, {}, &progress);
+        const ExploredSession explored(session.m_doc, session.m_settings, &progress);
         return progress.Checks();
     };
     // Twice in each of the four walks over all records: stamps, clock, frames, shapes.

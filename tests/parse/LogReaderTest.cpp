@@ -32,10 +32,10 @@ std::vector<std::string> Lines(std::string_view content) {
     using enum BlockReading::Way;
     const std::vector<std::string> lines = LinesReadSo(content, {.way = Here});
     for (const BlockReading::Way way : {Here, Ahead}) {
-        for (const std::size_t bytes : {1, 2, 3, 1000, 8191, 8192, 8193, 100'000}) {
+        for (const std::size_t bytes : {1U, 2U, 3U, 1000U, 8191U, 8192U, 8193U, 100'000U}) {
             // Each byte is looked at again for each block that comes behind it in its line.
             if (bytes >= 1000 || content.size() <= 1000) {
-                for (const std::size_t ring : {2, 3, 8}) {
+                for (const std::size_t ring : {2U, 3U, 8U}) {
                     EXPECT_EQ(LinesReadSo(content, {way, bytes, ring}), lines)
                         << "in blocks of " << bytes << ", " << ring << " of them";
                 }

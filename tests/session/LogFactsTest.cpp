@@ -125,6 +125,21 @@ TEST(LogFacts, CallMoreThanATenthUnreadMany) {
     EXPECT_FALSE(ManyLinesAreUnread(Load(Mixed(100, 0), {}, 77).m_doc));
 }
 
+TEST(LogFacts, CountThePieces) {
+    const TestFile one(TestSession::Joined(DebugLog({})));
+    const TestFile other(TestSession::Joined(DebugLog({"a stack trace"})));
+    AnalysisSettings settings;
+    PendingStatement pending;
+    RecordingHost host;
+    CCarvelotDoc doc(settings, pending, host);
+    ASSERT_TRUE(doc.OnOpenPieces({{one.Path()}, {other.Path()}}));
+    const LogFacts facts = FactsOf(doc);
+    EXPECT_EQ(facts.pieces, 2U);
+    EXPECT_EQ(facts.lines, 3U);
+    ASSERT_EQ(facts.refused.size(), 1U);
+    EXPECT_EQ(facts.refused[0].first.at(0).number, 3U);
+}
+
 TEST(LogFacts, AreNoneAheadOfALoad) {
     AnalysisSettings settings;
     PendingStatement pending;

@@ -2,9 +2,14 @@
 
 #include "ui/kit/PathText.h"
 #include "ui/session/SessionDocument.h"
+#include "ui/session/SessionPanes.h"
 
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QFile>
+#include <QMimeData>
+#include <QPlainTextEdit>
 #include <QUrl>
 
 #include <filesystem>
@@ -35,6 +40,22 @@ public:
 
 class SessionDocumentTest : public QObject {
     Q_OBJECT
+
+    // Two files, cut between lines.
+    QStringList HalvesOfTheLog() const {
+        QFile whole(m_strLog);
+        whole.open(QIODevice::ReadOnly);
+        const QByteArray bytes = whole.readAll();
+        const qsizetype cut = bytes.indexOf('\n', bytes.size() / 2) + 1;
+        const QStringList paths{m_pFolder->filePath(QStringLiteral("b.log")),
+                                m_pFolder->filePath(QStringLiteral("a.log"))};
+        for (const int half : {0, 1}) {
+            QFile file(paths[half]);
+            file.open(QIODevice::WriteOnly);
+            file.write(half == 0 ? bytes.first(cut) : bytes.sliced(cut));
+        }
+        return paths;
+    }
 
 private slots:
     void init() {
@@ -139,6 +160,78 @@ private slots:
         QCOMPARE(user.m_listQuestions.back().m_strFilter,
                  QStringLiteral("Debug Log Files (*.log)|*.log|All Files (*.*)|*.*||"));
         QCOMPARE(user.m_listQuestions.back().m_strDefaultExtension, QStringLiteral("log"));
+    }
+
+    void severalFilesDroppedAreOneLogOrManyAsTheUserSays() {
+        const QStringList paths = HalvesOfTheLog();
+        const auto drop = [&paths] {
+            QMimeData data;
+            data.setUrls({QUrl::fromLocalFile(paths[1]), QUrl::fromLocalFile(paths[0])});
+            QDragEnterEvent enter(QPoint(60, 60), Qt::CopyAction, &data, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(MainFrame(), &enter);
+            QDropEvent event(QPointF(60, 60), Qt::CopyAction, &data, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(MainFrame(), &event);
+            QVERIFY(event.isAccepted());
+            QCoreApplication::processEvents();
+        };
+        CFakeInterface user;
+        const CRealRun run(*m_pFolder);
+        drop();
+        QCOMPARE(user.m_listMessages.last(), QStringLiteral("Are these 2 files one log in pieces?"));
+        QCOMPARE(user.m_listChoices,
+                 (QStringList{QStringLiteral("One Log in &Pieces"), QStringLiteral("&Each for Itself")}));
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 0); // the question was cancelled
+
+        user.m_nChoiceAnswer = 0;
+        drop();
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 1);
+        QCOMPARE(Session().m_listPieces.size(), 2U);
+        QCOMPARE(Session().m_strLogPath, PathOf(paths[0])); // by time
+        QCOMPARE(MainFrame()->windowTitle(), paths[0] + QStringLiteral(" and 1 more - Carvelot"));
+
+        user.m_nChoiceAnswer = 1;
+        drop();
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 3);
+        QVERIFY(Session().m_listPieces.empty());
+    }
+
+    void openLogInPiecesMakesOneSessionWhoseRecordsTellTheirPiece() {
+        const QStringList paths = HalvesOfTheLog();
+        CFakeInterface user;
+        const CRealRun run(*m_pFolder);
+        MainFrame()->CommandAction(ID_EXPLORE_OPEN_PIECES)->trigger();
+        QCOMPARE(user.m_listQuestions.size(), 1U);
+        QCOMPARE(user.m_listQuestions.front().m_strFilter, QString::fromLatin1(kLogFilter));
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 0);
+
+        user.m_listOpenAnswers = {paths[1], paths[0]};
+        MainFrame()->CommandAction(ID_EXPLORE_OPEN_PIECES)->trigger();
+        QCOMPARE(MainFrame()->ClientArea().Children().size(), 1);
+        const auto& pieces = Session().m_listPieces;
+        QCOMPARE(pieces.size(), 2U);
+        const QPlainTextEdit& raw = SessionPanes()->m_wndRawDataPane.Edit();
+        Session().ShowDetail(RecordIndex{0});
+        QCOMPARE(raw.toolTip(), paths[0]);
+        const RecordIndex later = Session().FindDetails("SELECT").back();
+        QVERIFY(Number(later) >= pieces[1].firstRecord);
+        Session().ShowDetail(later);
+        QCOMPARE(raw.toolTip(), paths[1]);
+
+        // A log that is one file has nothing to tell.
+        QVERIFY(theApp().OpenDocumentFile(m_strLog) != nullptr);
+        Session().ShowDetail(RecordIndex{0});
+        QCOMPARE(raw.toolTip(), QString());
+    }
+
+    void analyzeReadsAllPiecesAgain() {
+        const QStringList paths = HalvesOfTheLog();
+        CFakeInterface user;
+        const CRealRun run(*m_pFolder);
+        QVERIFY(theApp().OpenPieces(paths) != nullptr);
+        const std::size_t records = Session().m_listDetails.Size();
+        MainFrame()->CommandAction(ID_SESSION_ANALYZE)->trigger();
+        QCOMPARE(Session().m_listDetails.Size(), records);
+        QCOMPARE(Session().m_listPieces.size(), 2U);
     }
 
     void closingASessionEmptiesItsFindRowsAndTheCaptions() {

@@ -40,6 +40,15 @@ public:
         m_listQuestions.push_back(question);
         return m_strOpenAnswer;
     }
+    QStringList AskOpenFiles(const CFileQuestion& question) override {
+        m_listQuestions.push_back(question);
+        return m_listOpenAnswers;
+    }
+    std::optional<int> AskChoice(const QString& text, const QStringList& answers) override {
+        m_listMessages << text;
+        m_listChoices = answers;
+        return m_nChoiceAnswer;
+    }
     std::optional<QString> AskSaveFile(const CFileQuestion& question) override {
         m_listQuestions.push_back(question);
         return m_strSaveAnswer;
@@ -76,6 +85,9 @@ public:
     QList<bool> m_listWindowShown; // was the main window on the screen at each message
     std::vector<CFileQuestion> m_listQuestions;
     std::optional<QString> m_strOpenAnswer;
+    QStringList m_listOpenAnswers;
+    QStringList m_listChoices; // of the latest question
+    std::optional<int> m_nChoiceAnswer;
     std::optional<QString> m_strSaveAnswer;
     std::optional<QString> m_strTextAnswer;
     std::optional<QFont> m_fontAnswer;

@@ -1,5 +1,6 @@
 #include "ui/app/CarvelotApp.h"
 
+#include "explore/PieceOrder.h"
 #include "platform/Ole.h"
 #include "platform/ProgramIdentity.h"
 #include "platform/VersionResource.h"
@@ -14,6 +15,7 @@
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/session/SessionDocument.h"
 #include "ui/tools/ConvertDates.h"
 #include "ui/tools/GBLTables.h"
 #include "ui/tools/Settings.h"
@@ -48,6 +50,8 @@ CCarvelotApp::CCarvelotApp()
         ID_FILE_NEW, [this] { OnFileNew(); }, [this] { return FirstDocTemplate() != nullptr; });
     AddCommand(
         ID_FILE_OPEN, [this] { OnFileOpen(); }, [this] { return FirstDocTemplate() != nullptr; });
+    AddCommand(
+        ID_EXPLORE_OPEN_PIECES, [this] { OnOpenPieces(); }, [this] { return FirstDocTemplate() != nullptr; });
     AddCommand(ID_TOOLS_OPTIONS, [this] { OnOptions(); });
     AddCommand(ID_TOOLS_GLOBAL_TABLES, [this] { OnGlobalTables(); });
     AddCommand(ID_TOOLS_CONVERT_DATES, [this] { OnConvertDates(); });
@@ -167,6 +171,43 @@ CDocument* CCarvelotApp::OpenDocumentFile(const QString& path) {
     return documentTemplate != nullptr ? documentTemplate->OpenDocumentFile(path) : nullptr;
 }
 
+void CCarvelotApp::OpenDocumentFiles(const QStringList& paths) {
+    const auto each = [&] {
+        for (const QString& path : paths) {
+            OpenDocumentFile(path);
+        }
+    };
+    if (paths.size() < 2) {
+        each();
+        return;
+    }
+    const std::optional<int> answer = UserInterface().AskChoice(
+        QCoreApplication::translate("CCarvelotApp", "Are these %n files one log in pieces?", nullptr,
+                                    static_cast<int>(paths.size())),
+        {QCoreApplication::translate("CCarvelotApp", "One Log in &Pieces"),
+         QCoreApplication::translate("CCarvelotApp", "&Each for Itself")});
+    if (answer == 0) {
+        OpenPieces(paths);
+    } else if (answer == 1) {
+        each();
+    }
+}
+
+CDocument* CCarvelotApp::OpenPieces(const QStringList& paths) {
+    CDocTemplate* const documentTemplate = FirstDocTemplate();
+    if (documentTemplate == nullptr) {
+        return nullptr;
+    }
+    std::vector<std::string> files;
+    for (const QString& path : paths) {
+        files.push_back(PathOf(path));
+    }
+    return documentTemplate->OpenDocument([&files](CDocument& document) {
+        auto* const session = qobject_cast<CSessionDocument*>(&document);
+        return session != nullptr && session->OnOpenPieces(PiecesByTime(files));
+    });
+}
+
 void CCarvelotApp::CloseAllDocuments() {
     for (const auto& documentTemplate : m_listTemplates) {
         for (CDocument* document : documentTemplate->Documents()) {
@@ -221,6 +262,18 @@ void CCarvelotApp::OnFileOpen() {
                                                    QString::fromLatin1(kLogFilter)});
     if (path) {
         OpenDocumentFile(*path);
+    }
+}
+
+void CCarvelotApp::OnOpenPieces() {
+    const QStringList paths =
+        UserInterface().AskOpenFiles({EFiles::Logs,
+                                      QCoreApplication::translate("CCarvelotApp", "Open Log in Pieces"),
+                                      QStringLiteral("log"),
+                                      {},
+                                      QString::fromLatin1(kLogFilter)});
+    if (!paths.isEmpty()) {
+        OpenPieces(paths);
     }
 }
 

@@ -45,6 +45,10 @@ public:
     const std::vector<std::unique_ptr<CDocTemplate>>& DocTemplates() const { return m_listTemplates; }
     // Opens the file, or activates its window when it is open already. Null when it cannot be opened.
     CDocument* OpenDocumentFile(const QString& path);
+    // The same for several: the user says whether they are one log in pieces, or each is one for itself.
+    void OpenDocumentFiles(const QStringList& paths);
+    // Opens them as one log, in the order of their times. Null when one cannot be opened.
+    CDocument* OpenPieces(const QStringList& paths);
     // Closes all documents without asking their windows.
     void CloseAllDocuments();
     void AddToRecentFileList(const QString& path);
@@ -63,6 +67,7 @@ public:
     void OnAppAbout();
     void OnFileNew();
     void OnFileOpen();
+    void OnOpenPieces();
     void OnOptions();
     void OnJDESettings();
     void OnGlobalTables();

@@ -308,13 +308,7 @@ void CMainFrame::dropEvent(QDropEvent* event) {
     }
     // The program that the file comes from waits until the drop is done: open afterwards.
     QMetaObject::invokeMethod(
-        this,
-        [paths] {
-            for (const QString& path : paths) {
-                theApp().OpenDocumentFile(path);
-            }
-        },
-        Qt::QueuedConnection);
+        this, [paths] { theApp().OpenDocumentFiles(paths); }, Qt::QueuedConnection);
 }
 
 } // namespace carvelot

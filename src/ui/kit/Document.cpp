@@ -139,22 +139,28 @@ void CDocTemplate::CloseDocument(CDocument& document) {
 }
 
 CDocument* CDocTemplate::OpenDocumentFile(const QString& path) {
-    CDocument* open = CreateNewDocument();
-    if (open == nullptr) {
+    return OpenDocument([&path](CDocument& document) {
+        if (path.isEmpty()) {
+            return document.OnNewDocument();
+        }
+        const bool opened = document.OnOpenDocument(path);
+        document.SetPathName(path);
+        return opened;
+    });
+}
+
+CDocument* CDocTemplate::OpenDocument(const std::function<bool(CDocument&)>& open) {
+    CDocument* const document = CreateNewDocument();
+    if (document == nullptr) {
         return nullptr;
     }
-    CMDIChildWnd* frame = CreateNewFrame(*open);
-    const bool opened =
-        frame != nullptr && (path.isEmpty() ? open->OnNewDocument() : open->OnOpenDocument(path));
-    if (!opened) {
-        CloseDocument(*open);
+    CMDIChildWnd* const frame = CreateNewFrame(*document);
+    if (frame == nullptr || !open(*document)) {
+        CloseDocument(*document);
         return nullptr;
-    }
-    if (!path.isEmpty()) {
-        open->SetPathName(path);
     }
     InitialUpdateFrame(*frame);
-    return open;
+    return document;
 }
 
 CDocument* CDocTemplate::FindDocument(const QString& path) const {

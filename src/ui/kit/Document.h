@@ -125,6 +125,8 @@ public:
     // Opens the path, or without one runs a new document's own way. Null when that fails: nothing is left
     // then.
     CDocument* OpenDocumentFile(const QString& path);
+    // The same in a way of the caller's, which is false where it fails. The document has no path of its own.
+    CDocument* OpenDocument(const std::function<bool(CDocument&)>& open);
     CDocument* FindDocument(const QString& path) const;
     std::vector<CDocument*> Documents() const;
 

@@ -13,6 +13,7 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QTimer>
 #include <QTreeView>
@@ -114,11 +115,34 @@ public:
     }
 
     std::optional<QString> AskOpenFile(const CFileQuestion& question) override {
-        return AskFile(question, QFileDialog::AcceptOpen);
+        const QStringList files = AskFiles(question, QFileDialog::ExistingFile);
+        return files.isEmpty() ? std::nullopt : std::optional(files.front());
+    }
+
+    QStringList AskOpenFiles(const CFileQuestion& question) override {
+        return AskFiles(question, QFileDialog::ExistingFiles);
     }
 
     std::optional<QString> AskSaveFile(const CFileQuestion& question) override {
-        return AskFile(question, QFileDialog::AcceptSave);
+        const QStringList files = AskFiles(question, QFileDialog::AnyFile);
+        return files.isEmpty() ? std::nullopt : std::optional(files.front());
+    }
+
+    std::optional<int> AskChoice(const QString& text, const QStringList& answers) override {
+        QMessageBox box(QMessageBox::Question, QStringLiteral("Carvelot"), {}, QMessageBox::Cancel, Owner());
+        box.setTextFormat(Qt::PlainText);
+        box.setText(text);
+        QList<QAbstractButton*> buttons;
+        for (const QString& answer : answers) {
+            QPushButton* const button = box.addButton(answer, QMessageBox::AcceptRole);
+            if (buttons.isEmpty()) {
+                box.setDefaultButton(button);
+            }
+            buttons.append(button);
+        }
+        box.exec();
+        const qsizetype chosen = buttons.indexOf(box.clickedButton());
+        return chosen < 0 ? std::nullopt : std::optional(static_cast<int>(chosen));
     }
 
     std::optional<QString> AskText(const QString& title, const QString& label, const QString& text) override {
@@ -149,16 +173,16 @@ public:
     QAction* RunMenu(QMenu& menu, const QPoint& point) override { return menu.exec(point); }
 
 private:
-    static std::optional<QString> AskFile(const CFileQuestion& question, QFileDialog::AcceptMode mode) {
+    static QStringList AskFiles(const CFileQuestion& question, QFileDialog::FileMode mode) {
         const char* const folder = FolderSetting(question.m_nFiles);
         QFileDialog dialog(Owner(), question.m_strTitle,
                            NearestFolder(PathToQString(GetWorkspaceString(folder, ""))),
                            ToolkitFilter(question.m_strFilter));
         dialog.resize(QSize(900, 560).boundedTo(dialog.screen()->availableSize() * 0.9));
         const CFileColumns columns(dialog);
-        dialog.setAcceptMode(mode);
-        dialog.setFileMode(mode == QFileDialog::AcceptOpen ? QFileDialog::ExistingFile
-                                                           : QFileDialog::AnyFile);
+        dialog.setAcceptMode(mode == QFileDialog::AnyFile ? QFileDialog::AcceptSave
+                                                          : QFileDialog::AcceptOpen);
+        dialog.setFileMode(mode);
         dialog.setDefaultSuffix(question.m_strDefaultExtension);
         if (!question.m_strInitialName.isEmpty() && !question.m_strInitialName.contains(QLatin1Char('*'))) {
             dialog.selectFile(question.m_strInitialName);
@@ -173,11 +197,11 @@ private:
                                                          : suffix);
                          });
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
-            return std::nullopt;
+            return {};
         }
-        const QString path = dialog.selectedFiles().constFirst();
-        WriteWorkspaceString(folder, PathOf(QFileInfo(path).absolutePath()));
-        return path;
+        const QStringList paths = dialog.selectedFiles();
+        WriteWorkspaceString(folder, PathOf(QFileInfo(paths.constFirst()).absolutePath()));
+        return paths;
     }
 };
 

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -38,7 +39,11 @@ public:
     // The chosen path, or nothing when the user cancels. Open insists on an existing file, Save asks before
     // it overwrites.
     virtual std::optional<QString> AskOpenFile(const CFileQuestion& question) = 0;
+    // The same for one file or more; none when the user cancels.
+    virtual QStringList AskOpenFiles(const CFileQuestion& question) = 0;
     virtual std::optional<QString> AskSaveFile(const CFileQuestion& question) = 0;
+    // The number of the answer chosen, or nothing when the user cancels. The first one is the usual one.
+    virtual std::optional<int> AskChoice(const QString& text, const QStringList& answers) = 0;
     virtual std::optional<QString> AskText(const QString& title, const QString& label,
                                            const QString& text) = 0;
     virtual std::optional<QFont> AskFont(const QFont& initial) = 0;

@@ -2,6 +2,7 @@
 
 #include "ui/kit/Icons.h"
 #include "ui/kit/MainWindow.h"
+#include "ui/kit/PathText.h"
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
@@ -123,11 +124,14 @@ void CDetailView::SetFocusToTree() {
 
 void CDetailView::OnSelectionChanged() {
     const CDetailTree::Node node = m_model.Node(SelectedIndex());
+    const RecordIndex record = node == CDetailTree::kRoot ? kNoRecord : m_tree.Record(node);
     if (CSessionPanes* const panes = SessionPanes()) {
         panes->m_wndRawDataPane.SetText(ToQString(m_tree.RawText(node)));
+        const LogPiece* const piece = m_document.Session().PieceOf(record);
+        panes->m_wndRawDataPane.SetPiece(piece == nullptr ? QString() : PathToQString(piece->path));
     }
-    if (node != CDetailTree::kRoot && m_tree.Record(node) != kNoRecord) {
-        emit m_document.RecordSelected(m_tree.Record(node));
+    if (record != kNoRecord) {
+        emit m_document.RecordSelected(record);
     }
 }
 

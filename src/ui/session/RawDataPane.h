@@ -15,6 +15,8 @@ public:
 
     // The whole content of the edit is replaced.
     void SetText(const QString& text);
+    // Of a log in pieces, the piece that the text comes from.
+    void SetPiece(const QString& path) { m_pEdit->setToolTip(path); }
     QPlainTextEdit& Edit() { return *m_pEdit; }
     QWidget* MainControl() const override { return m_pEdit; }
 

@@ -49,7 +49,13 @@ void CSessionDocument::RecallDialects(const QString& path) {
 void CSessionDocument::ReadWith(CDialects dialects) {
     m_session.m_dialects = dialects;
     m_session.OnAnalyze();
-    emit DialectsChosen(PathInTitle(), dialects);
+    if (m_session.m_listPieces.empty()) {
+        emit DialectsChosen(PathInTitle(), dialects);
+    }
+}
+
+bool CSessionDocument::OnOpenPieces(std::vector<LogPiece> pieces) {
+    return m_session.OnOpenPieces(std::move(pieces));
 }
 
 QString CSessionDocument::PathInTitle() const { return ToQString(m_session.m_strLogPath); }

@@ -21,6 +21,7 @@ public:
 
     bool OnNewDocument() override;
     bool OnOpenDocument(const QString& path) override;
+    bool OnOpenPieces(std::vector<LogPiece> pieces);
     // A running process's session has the path of its debug file, and no path of its own.
     QString PathInTitle() const override;
 
