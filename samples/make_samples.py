@@ -19,6 +19,10 @@ The same files come out every time. Each log tells one story:
   old-style.log      an older server: "**" stamps, whole seconds, CR LF
   windows-1252.log   a German workstation: CR LF and Windows-1252 names
   utf-8.log          a warehouse with Polish, Greek and Japanese names, and emoji in a text line
+  jas-languages.log  a year of nineteen web servers, each in the language of its country: for the dialect "months"
+  jas-german.log     a German web server, CR LF and Windows-1252: without the dialect no line becomes a record
+  french-order.log   the debug log of a French workstation, Windows-1252
+  jas-numbered.log   a web server that puts a number ahead of each source: for the dialect "numbered"
 """
 
 import heapq
@@ -1095,11 +1099,11 @@ def web_system(u):
                 yield Raw(line)
 
 
-def jas_stamp(day):
+def jas_stamp(day, ahead_of_source=""):
     def stamp(worker, step):
         level, source, text = step
         user = " " + worker.user if worker.user else ""
-        return "%s %s [%-6s]%s - %-18s%s" % (day, clock(worker.time, ",", 3), level, user, "[%s]" % source, text)
+        return "%s %s [%-6s]%s - %s%-18s%s" % (day, clock(worker.time, ",", 3), level, user, ahead_of_source, "[%s]" % source, text)
     return stamp
 
 
@@ -1202,6 +1206,77 @@ def utf_8():
     ], 8, dash_stamp("Dec 31"))
 
 
+# ----------------------------------------------- the logs of servers that speak other languages, or number
+
+SHORT_MONTHS = [
+    ("CZECH", "led úno bře dub kvě čvn čvc srp zář říj lis pro"),
+    ("DANISH", "jan. feb. mar. apr. maj jun. jul. aug. sep. okt. nov. dec."),
+    ("DUTCH", "jan. feb. mrt. apr. mei jun. jul. aug. sep. okt. nov. dec."),
+    ("FINNISH", "tammik. helmik. maalisk. huhtik. toukok. kesäk. heinäk. elok. syysk. lokak. marrask. jouluk."),
+    ("FRENCH", "janv. févr. mars avr. mai juin juil. août sept. oct. nov. déc."),
+    ("GERMAN", "Jan. Feb. März Apr. Mai Juni Juli Aug. Sept. Okt. Nov. Dez."),
+    ("GREEK", "Ιαν Φεβ Μαρ Απρ Μαΐ Ιουν Ιουλ Αυγ Σεπ Οκτ Νοε Δεκ"),
+    ("HUNGARIAN", "jan. febr. márc. ápr. máj. jún. júl. aug. szept. okt. nov. dec."),
+    ("ITALIAN", "gen feb mar apr mag giu lug ago set ott nov dic"),
+    ("NORWEGIAN", "jan. feb. mars apr. mai juni juli aug. sep. okt. nov. des."),
+    ("POLISH", "sty lut mar kwi maj cze lip sie wrz paź lis gru"),
+    ("PORTUGUESE", "jan. fev. mar. abr. mai. jun. jul. ago. set. out. nov. dez."),
+    ("RUSSIAN", "янв. февр. мар. апр. мая июн. июл. авг. сент. окт. нояб. дек."),
+    ("SPANISH", "ENE FEB MAR ABR MAY JUN JUL AGO SEPT OCT NOV DIC"),
+    ("SWEDISH", "jan. feb. mars apr. maj juni juli aug. sep. okt. nov. dec."),
+    ("TURKISH", "Oca Şub Mar Nis May Haz Tem Ağu Eyl Eki Kas Ara"),
+    ("CHINESE", "1月 2月 3月 4月 5月 6月 7月 8月 9月 10月 11月 12月"),
+    ("JAPANESE", "1月 2月 3月 4月 5月 6月 7月 8月 9月 10月 11月 12月"),
+    ("KOREAN", "1월 2월 3월 4월 5월 6월 7월 8월 9월 10월 11월 12월"),
+]
+
+
+def jas_languages():
+    """One question a month and server; the eleventh month's fails on the Finnish one, and a trace says so."""
+    lines = []
+    for month in range(12):
+        for place, (server, months) in enumerate(SHORT_MONTHS):
+            lines.append("%d %s 2024 %s [APP   ] %s - [JDBJ]            SELECT  COUNT(*) FROM PRODDTA.F0911 WHERE GLPN = %d"
+                         % (15, months.split()[month], clock(at(6, place, 1, 250000), ",", 3), server, month + 1))
+            if month == 10 and server == "FINNISH":
+                lines += TRACE
+    return lines
+
+
+GERMAN_TRACE = ["java.sql.SQLException: Fehler des Servers PRODDTA",
+                "\tat com.example.e1.jdbj.Statement.execute(Statement.java:88)",
+                "Verursacht durch: Die Verbindung des Mandanten 30 wurde getrennt"]
+
+
+def web_joerg(u):
+    yield from u.form("P0411_W0411A", ["Schaltfläche geklickt - Suchen"])
+    for i in range(4):
+        yield from u.server_call("F0411FSEditLine", took=1400 * MS if i == 2 else 90 * MS)
+        if i == 2:
+            yield u.say("JDBJ", "Die Verbindung für München ist gestört", "SEVERE")
+            for line in GERMAN_TRACE:
+                yield Raw(line)
+
+
+def jas_german():
+    return merge([Jas("JOERG", at(7, 30, 1, 50000), web_joerg)], 49, jas_stamp("12 März 2024"))
+
+
+def french_order():
+    names = [("Pêcheries Réunies", "12, rue de l’Église"), ("Café „Chez Noël“", "3, allée des Chênes")]
+    return merge([Worker(5120, 4711, "WRK:HÉLÈNE_0C11A2F0_P01012", at(14, 20, 5, 100200), letters("HÉLÈNE", names))],
+                 33, dash_stamp("févr. 12"))
+
+
+def web_numbered(u):
+    yield from u.form("P42101_W42101A", ["Button Clicked - Find"])
+    yield from u.server_call("F4211FSEditLine", took=1700 * MS)
+
+
+def jas_numbered():
+    return merge([Jas("LENA", at(10, 1, 2, 30000), web_numbered)], 12345, jas_stamp("8 Oct 2024", "[12345]"))
+
+
 def write(path, lines, encoding="utf-8", end="\n"):
     with open(path, "wb") as stream:
         for line in lines:
@@ -1223,6 +1298,10 @@ def main():
     write(os.path.join(folder, "old-style.log"), old_style(), end="\r\n")
     write(os.path.join(folder, "windows-1252.log"), windows_1252(), encoding="cp1252", end="\r\n")
     write(os.path.join(folder, "utf-8.log"), utf_8())
+    write(os.path.join(folder, "jas-languages.log"), jas_languages())
+    write(os.path.join(folder, "jas-german.log"), jas_german(), encoding="cp1252", end="\r\n")
+    write(os.path.join(folder, "french-order.log"), french_order(), encoding="cp1252", end="\r\n")
+    write(os.path.join(folder, "jas-numbered.log"), jas_numbered())
     return 0
 
 

@@ -9,9 +9,10 @@
 
 namespace carvelot {
 
-CBaseLog::CBaseLog(std::string path, const AnalysisSettings& settings)
+CBaseLog::CBaseLog(std::string path, const AnalysisSettings& settings, CDialects dialects)
     : m_settings(settings), m_session(m_settings, m_pending, *this) {
     m_session.m_strLogPath = std::move(path);
+    m_session.m_dialects = dialects;
 }
 
 bool CBaseLog::Load() {

@@ -16,7 +16,7 @@ namespace carvelot {
 class CBaseLog final : ISessionHost {
 public:
     // Every base is read with a memory of its own for what a JAS log's last statement awaits.
-    CBaseLog(std::string path, const AnalysisSettings& settings);
+    CBaseLog(std::string path, const AnalysisSettings& settings, CDialects dialects = {});
 
     // Reads and explores the log; may run beside the windows. False where that failed or was ended.
     bool Load();

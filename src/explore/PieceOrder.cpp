@@ -78,7 +78,7 @@ std::vector<LogPiece> PiecesAsGiven(const std::vector<std::string>& paths) {
     return pieces;
 }
 
-std::vector<LogPiece> PiecesByTime(const std::vector<std::string>& paths) {
+std::vector<LogPiece> PiecesByTime(const std::vector<std::string>& paths, CDialects dialects) {
     std::vector<Head> heads;
     std::vector<PlacedPiece> placed;
     for (const std::string& path : paths) {
@@ -91,6 +91,7 @@ std::vector<LogPiece> PiecesByTime(const std::vector<std::string>& paths) {
     PendingStatement pending;
     CSilentHost host;
     CCarvelotDoc session(settings, pending, host);
+    session.m_dialects = dialects;
     for (const Head& head : heads) {
         sources.push_back({std::make_unique<CMemorySource>(head.firstLine)});
         sources.push_back({std::make_unique<CMemorySource>(head.rest)});

@@ -29,6 +29,7 @@ void FindLineEnds(const char* first, std::size_t size, LineIndex& index) {
         (end == feed ? feed : carriage) = next(end + 1, *end);
     }
     *ends = LineIndex::kNoMore;
+    index.endCount = static_cast<std::uint32_t>(ends - index.ends.get());
     index.marks[0] = LineIndex::kNoMore;
     const std::string_view block(first, size);
     index.ascii = platform::IsAscii(block);

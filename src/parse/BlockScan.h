@@ -18,6 +18,7 @@ struct LineIndex {
     static constexpr std::uint32_t kNoMore = 0xFFFFFFFF;
     std::unique_ptr<std::uint32_t[]> ends;  // of every line feed and carriage return
     std::unique_ptr<std::uint32_t[]> marks; // of whatever else the scan was made to look for
+    std::uint32_t endCount = 0;             // how many ends there are
     bool ascii = true;                      // every byte is
     bool holdsNul = false;
 };

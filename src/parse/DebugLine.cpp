@@ -2,7 +2,6 @@
 
 #include "parse/Classifier.h"
 #include "parse/StatementParts.h"
-#include "platform/CodePage.h"
 #include "text/Integers.h"
 #include "text/LineTokens.h"
 #include "text/TextColumns.h"
@@ -41,25 +40,39 @@ void ScanProcessAndThread(std::string_view token, CLogDetail& detail) {
     detail.m_nThreadID = static_cast<std::uint32_t>(thread);
 }
 
+std::string_view FirstWord(std::string_view line) {
+    std::string_view token;
+    CLineTokens(line).Next(kBlankOrTab, token);
+    return token;
+}
+
 // Reads the fields up to the label. False for a line that is no record: one without a word, or whose third
-// word is no time, which is what most continuation lines are.
-bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm, std::uint64_t& unread) {
+// word is no time, which is what most continuation lines are. `bytes` is the line as the log holds it.
+bool ReadFields(std::string_view line, std::string_view bytes, CDebugLineParser& parser, CLogDetail& detail) {
     CLineTokens tokens(line);
     std::string_view token;
     if (!tokens.Next(kBlankOrTab, token)) {
         return false;
     }
-    detail.m_strMonth = IsMonth(token) ? token : kNoMonth;
+    const std::string_view first = token;
+    const bool isEnglish = IsMonth(first);
+    detail.m_strMonth = isEnglish ? first : kNoMonth;
     if (!tokens.Next(kBlankOrTab, token)) {
         return true;
     }
     detail.m_nDay = ReadInteger(token);
+    const bool hasDay = IsDigit(token.front());
     if (!tokens.Next(kBlankOrTab, token)) {
         return true;
     }
     if (!ScanTime(token, detail)) {
-        ++unread;
+        parser.m_refused.Take(RefusalReason::NoTime, line);
         return false;
+    }
+    // A word of another language is a month only as part of a stamp.
+    if (!isEnglish && hasDay) {
+        const std::string_view month = parser.ForeignMonth(first, FirstWord(bytes));
+        detail.m_strMonth = month.empty() ? kNoMonth : month;
     }
     // The marker may be far along the line: every other word ahead of it is passed over.
     do {
@@ -67,12 +80,12 @@ bool ReadFields(std::string_view line, CLogDetail& detail, bool& dashForm, std::
             return true;
         }
     } while (token != "-" && token != "**");
-    dashForm = token == "-";
+    parser.m_bDashForm = token == "-";
     if (!tokens.Next(kBlankOrTab, token)) {
         return true;
     }
     ScanProcessAndThread(token, detail);
-    if (dashForm && tokens.Next(kTab, token)) {
+    if (parser.m_bDashForm && tokens.Next(kTab, token)) {
         detail.m_strThreadLabel.own = token;
     }
     return true;
@@ -111,8 +124,8 @@ std::string_view CDebugLineParser::StatementText(std::string_view line) {
 }
 
 bool CDebugLineParser::ParseDebugLine(const LogLine& line, std::uint32_t processFilter, CLogDetail& detail) {
-    const std::string_view text = line.ascii ? line.bytes : platform::BytesToUtf8(line.bytes, m_strConverted);
-    if (!ReadFields(text, detail, m_bDashForm, m_refused.noTime)) {
+    const std::string_view text = TextOf(line);
+    if (!ReadFields(text, line.bytes, *this, detail)) {
         return false;
     }
     detail.m_strText = StatementText(text);
@@ -126,7 +139,7 @@ bool CDebugLineParser::ParseDebugLine(const LogLine& line, std::uint32_t process
     }
     const Classification result = ClassifyDebugStatement(detail.m_strText, m_strName);
     if (processFilter != 0 && processFilter != detail.m_nProcessID) {
-        ++m_refused.filtered;
+        m_refused.Take(RefusalReason::Filtered, text);
         return false;
     }
     detail.m_nKind = result.kind;

@@ -1,8 +1,8 @@
 // Lines of a debug log: date, time, marker, process and thread, label, and the statement text.
 #pragma once
 
+#include "parse/LineReading.h"
 #include "parse/LogReader.h"
-#include "parse/RefusedLines.h"
 #include "records/LogDetail.h"
 
 #include <cstdint>
@@ -13,7 +13,7 @@ namespace carvelot {
 
 // Takes the lines of a log in their order, each by the plain rules, and knows nothing of what becomes of
 // them.
-class CDebugLineParser {
+class CDebugLineParser : public CLineReading {
 public:
     // What goes from line to line; the first two are what the format's detection learnt, to begin with.
     std::int32_t m_nTextColumn = 0;    // fixed column of statement text, 0 while unknown
@@ -23,8 +23,6 @@ public:
     std::uint32_t m_nUBEProcessID = 0; // of UBE lines; nothing assigns them
     std::uint32_t m_nUBEThreadID = 0;
 
-    RefusedLines m_refused;
-
     // False for a line that is no record, or one of another process than the filter names, if it names one.
     // The texts are views of the line or of the parser, valid until the next line.
     bool ParseDebugLine(const LogLine& line, std::uint32_t processFilter, CLogDetail& detail);
@@ -32,10 +30,9 @@ public:
 private:
     std::string_view StatementText(std::string_view line);
 
-    std::string m_strConverted; // the current line, when its bytes are no UTF-8
-    std::string m_strCut;       // its statement text, when a column cut a surrogate pair
-    std::string m_strName;      // its display name
-    std::string m_strTable;     // its table, when that is no slice of the text
+    std::string m_strCut;   // its statement text, when a column cut a surrogate pair
+    std::string m_strName;  // its display name
+    std::string m_strTable; // its table, when that is no slice of the text
 };
 
 } // namespace carvelot

@@ -28,24 +28,47 @@ void ScanTime(std::string_view token, CLogDetail& detail) {
         static_cast<std::int32_t>(std::clamp(std::int64_t{milliseconds} * 1000, lowest, highest));
 }
 
+// Whether a line goes on with a name in brackets.
+bool BeginsWithName(std::string_view rest) {
+    const std::size_t end = rest.find_first_of("[]", 1);
+    return rest.starts_with('[') && end != std::string_view::npos && end > 1 && rest[end] == ']';
+}
+
+// The English name of the month that the second word is in another language; empty if it is none. `year` is
+// what stands behind it, `bytes` the line as the log holds it.
+std::string_view ForeignMonth(std::string_view day, std::string_view month, std::string_view year,
+                              std::string_view bytes, CJASLineParser& parser) {
+    // A word of another language is a month only as part of a stamp.
+    const std::size_t yearAt = year.find_first_not_of(" \t");
+    if (!IsDigit(day.front()) || yearAt == std::string_view::npos || !IsDigit(year[yearAt])) {
+        return {};
+    }
+    CLineTokens tokens(bytes);
+    std::string_view token;
+    tokens.Next(kBlank, token);
+    tokens.Next(kBlankOrTab, token);
+    return parser.ForeignMonth(month, token);
+}
+
 // Reads the fields ahead of the text. False for a line that is no record: an empty one, or one whose second
 // word is no month, which is what continuation lines and stack traces are.
-bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& text, std::uint64_t& unread) {
+bool ReadFields(std::string_view line, std::string_view bytes, CJASLineParser& parser, CLogDetail& detail) {
     CLineTokens tokens(line);
-    text = {};
+    detail.m_strText = {};
     std::string_view token;
     if (!tokens.Next(kBlank, token)) {
         return false;
     }
     detail.m_nDay = ReadInteger(token);
+    const std::string_view day = token;
     if (!tokens.Next(kBlankOrTab, token)) {
         return true;
     }
-    if (!IsMonth(token)) {
-        ++unread;
+    detail.m_strMonth = IsMonth(token) ? token : ForeignMonth(day, token, tokens.Rest(), bytes, parser);
+    if (detail.m_strMonth.empty()) {
+        parser.m_refused.Take(RefusalReason::NoMonth, line);
         return false;
     }
-    detail.m_strMonth = token;
     if (!tokens.Next(kBlankOrTab, token) || !tokens.Next(kBlankOrTab, token)) {
         return true;
     }
@@ -65,18 +88,26 @@ bool ReadFields(std::string_view line, CLogDetail& detail, std::string_view& tex
     }
     if (tokens.Next(kBrackets, token)) {
         detail.m_strSource = token;
+        if (CJASLineParser::IsNumber(token) && BeginsWithName(tokens.Rest()) &&
+            parser.AsksFor(Dialect::Numbered)) {
+            tokens.Next(kBrackets, token);
+            detail.m_strSource = token;
+        }
     }
-    text = TrimStatement(tokens.Rest());
+    detail.m_strText = TrimStatement(tokens.Rest());
     return true;
 }
 
 } // namespace
 
+bool CJASLineParser::IsNumber(std::string_view source) {
+    return !source.empty() && std::all_of(source.begin(), source.end(), IsDigit);
+}
+
 bool CJASLineParser::ParseJASLine(const LogLine& line, std::uint32_t processFilter, CLogDetail& detail,
                                   bool& ascii) {
-    const std::string_view whole =
-        line.ascii ? line.bytes : platform::BytesToUtf8(line.bytes, m_strConverted);
-    if (!ReadFields(whole, detail, detail.m_strText, m_refused.noMonth)) {
+    const std::string_view whole = TextOf(line);
+    if (!ReadFields(whole, line.bytes, *this, detail)) {
         return false;
     }
     Classification result;
@@ -85,7 +116,7 @@ bool CJASLineParser::ParseJASLine(const LogLine& line, std::uint32_t processFilt
         result = ClassifyJASStatement(detail.m_strText, m_pending, m_strName);
     }
     if (processFilter != 0) {
-        ++m_refused.filtered;
+        m_refused.Take(RefusalReason::Filtered, whole);
         return false;
     }
     detail.m_nKind = result.kind;

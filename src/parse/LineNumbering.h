@@ -24,8 +24,6 @@ public:
         m_nLines += ended ? 1 : 0;
         return ended ? m_nLines : m_nLines + 1;
     }
-    // How many lines have ended.
-    std::uint64_t Count() const { return m_nLines; }
 
 private:
     std::uint64_t m_nLines = 0;

@@ -42,6 +42,7 @@ void CLogReader::Rewind() {
     static constexpr std::uint32_t none = LineIndex::kNoMore;
     m_blocks.reset();
     m_source.Rewind();
+    m_pBlock = nullptr;
     m_pBytes = nullptr;
     m_pNextEnd = m_pNextMark = &none;
     m_nBegin = m_nEnd = 0;
@@ -57,9 +58,13 @@ void CLogReader::Rewind() {
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
     std::uint64_t position = 0;
+    std::uint64_t linesEnded = 0;
+    bool behindReturn = false;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
+        linesEnded = before->linesInAll;
+        behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
         std::memmove(block.bytes.get(), before->bytes.get() + taken, kept);
         position = before->position + taken;
     }
@@ -68,11 +73,14 @@ bool CLogReader::Fill(Block& block, const Block* before) {
         return false;
     }
     block.position = position;
+    block.linesEnded = linesEnded;
+    block.behindReturn = behindReturn;
     block.end = kept + static_cast<std::uint32_t>(got);
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
     m_scan(block.bytes.get(), block.end, block.index);
+    block.linesInAll = block.LinesEndedAt(block.index.endCount);
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
                                      std::make_reverse_iterator(block.bytes.get()), isLineEnd);
@@ -85,6 +93,7 @@ bool CLogReader::TakeBlock() {
     if (block == nullptr) {
         return false;
     }
+    m_pBlock = block;
     m_pBytes = block->bytes.get();
     m_pNextEnd = block->index.ends.get();
     m_pNextMark = block->index.marks.get();
@@ -95,6 +104,21 @@ bool CLogReader::TakeBlock() {
     m_progress = block->progress;
     m_pieceBegins.resize(m_progress.piece + 1, m_progress.pieceBegin);
     return true;
+}
+
+std::uint64_t CLogReader::Block::LinesEndedAt(std::ptrdiff_t ends) const {
+    std::uint64_t lines = linesEnded + static_cast<std::uint64_t>(ends);
+    if (ends > 0 && behindReturn && bytes[0] == '\n') {
+        --lines;
+    }
+    // Most logs have no carriage return at all.
+    if (std::memchr(bytes.get(), '\r', end) != nullptr) {
+        for (std::ptrdiff_t i = 1; i < ends; ++i) {
+            const std::uint32_t at = index.ends[i];
+            lines -= bytes[at] == '\n' && index.ends[i - 1] + 1 == at && bytes[at - 1] == '\r' ? 1U : 0U;
+        }
+    }
+    return lines;
 }
 
 void CLogReader::LookForNulAndUpperHalf(LogLine& line) {

@@ -91,6 +91,25 @@ public:
     // The last of these, which is the line's end unless the line is a piece; to be asked for behind a line
     // only.
     char LastByte() const { return m_pBytes[m_nBegin - 1]; }
+    // Bytes of the log up to the end of the block that the latest line stands in; at the log's end all of
+    // them.
+    std::uint64_t BytesRead() const { return m_nBlockPosition + m_nEnd; }
+    // Lines that have ended so far as an editor counts them, for which a line feed, a carriage return or both
+    // in this order are one end; a piece ends no line. Looks at the latest block, so not for every line.
+    std::uint64_t LinesEnded() const {
+        if (m_pBlock == nullptr) {
+            return 0;
+        }
+        // Behind the last one the bytes may have moved on already.
+        return *m_pNextEnd == LineIndex::kNoMore
+                   ? m_pBlock->linesInAll
+                   : m_pBlock->LinesEndedAt(m_pNextEnd - m_pBlock->index.ends.get());
+    }
+    // The number of the line that was read last, or of the line that it is a piece of.
+    std::uint64_t LineNumber() const {
+        const bool ended = LastByte() == '\n' || LastByte() == '\r';
+        return LinesEnded() + (ended ? 0 : 1);
+    }
     // How far the source had been read with the block that the latest line stands in.
     const SourceProgress& Progress() const { return m_progress; }
     // At which bytes of the log its pieces begin, as far as they have been met; 0 alone for a log that is
@@ -109,8 +128,14 @@ private:
         std::uint32_t end = 0; // of the bytes
         std::uint32_t rest =
             0; // of them, from which no line can be taken yet: the next block begins with them
-        std::uint64_t position = 0; // of the first byte, in the log
+        std::uint64_t position = 0;   // of the first byte, in the log
+        std::uint64_t linesEnded = 0; // ahead of it
+        bool behindReturn = false;    // the byte ahead of it is a carriage return
+        std::uint64_t linesInAll = 0; // ended with its last line end
         SourceProgress progress;
+
+        // Lines that have ended with the first so many line ends of the block.
+        std::uint64_t LinesEndedAt(std::ptrdiff_t ends) const;
     };
 
     static std::size_t BlockFor(const ILogSource& source);
@@ -139,7 +164,8 @@ private:
     std::vector<Block> m_ring;
     std::optional<CReadAhead<Block>> m_blocks;
 
-    // Of the block whose lines are taken.
+    // The block whose lines are taken, null ahead of the first.
+    const Block* m_pBlock;
     const char* m_pBytes;
     const std::uint32_t* m_pNextEnd;
     const std::uint32_t* m_pNextMark;

@@ -16,6 +16,9 @@ bool IsValidUtf8(std::string_view text);
 /// the same number. Returns `bytes` itself when nothing is to be converted, else a view of `scratch`.
 std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch);
 
+/// What those bytes are in that are not UTF-8: "Windows-1252".
+std::string CodePageName();
+
 /// The way back: the ANSI code page on Windows, with `?` for what it lacks; UTF-8 elsewhere.
 std::string Utf8ToBytes(std::string_view utf8);
 

@@ -60,7 +60,7 @@ void PrintRecords(const ExploredSession& explored, std::ostream& out) {
 
 void PrintLines(const CCarvelotDoc& session, std::ostream& out) {
     const RefusedLines& refused = session.Refused();
-    out << "  " << Counted(session.m_nLines.value_or(0), "line");
+    out << "  " << Counted(session.m_nLines, "line");
     std::string_view between = ", unread: ";
     const auto print = [&](std::uint64_t count, std::string_view reason) {
         if (count > 0) {

@@ -17,6 +17,8 @@ namespace carvelot {
 
 namespace {
 
+constexpr std::string_view kAutoDialects = "auto";
+
 // Decimal seconds, 0 or more, as the 32-bit float that a load compares with.
 std::optional<float> ParseSeconds(std::string_view text) {
     float seconds = 0;
@@ -112,6 +114,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string from;
     std::string to;
     std::string top;
+    std::vector<std::string> dialects;
     bool explore = false;
     bool noCacheAnalysis = false;
 
@@ -170,6 +173,11 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
             ->type_name("SECONDS");
     CLI::Option* const processOption =
         app.add_option("--process", process, "Keep only the debug records of this process")->type_name("PID");
+    app.add_option("--dialect", dialects,
+                   "Read the log with the dialect months, numbered or auto (those that read more of it); "
+                   "may be repeated")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
     app.add_flag("--as-given", options.asGiven,
                  "Read the pieces as they are given, with nothing put between");
     app.add_flag("--no-cache-analysis", noCacheAnalysis, "Leave cache records out of the analyses");
@@ -200,6 +208,15 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         const std::optional<std::uint32_t> id = ParseId(process);
         options.processFilter = id.value_or(0);
         problem = id ? "" : "--process takes a process number";
+    }
+    for (const std::string& name : dialects) {
+        if (const std::optional<Dialect> dialect = DialectOf(name)) {
+            options.dialects.Add(*dialect);
+        } else if (name == kAutoDialects) {
+            options.helpfulDialects = true;
+        } else if (problem.empty()) {
+            problem = "--dialect takes months, numbered or auto";
+        }
     }
     if (problem.empty()) {
         problem = ExcludedOption(instead);

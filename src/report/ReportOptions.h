@@ -2,6 +2,7 @@
 #pragma once
 
 #include "explore/Cut.h"
+#include "parse/Dialects.h"
 #include "records/AnalysisSettings.h"
 
 #include <cstdint>
@@ -35,6 +36,8 @@ struct ReportOptions {
     std::optional<std::string> exportGaps;
     std::optional<ExploreOptions> explore;
     std::uint32_t processFilter = 0;
+    CDialects dialects;
+    bool helpfulDialects = false; // those, too, that read more of the log
     AnalysisSettings settings;
     std::size_t width = kUsualWidth; // of the lines of a text that has a choice, in characters
 };

@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <ostream>
 #include <system_error>
 
@@ -89,13 +90,7 @@ int ExportGapsTo(const CCarvelotDoc& session, const std::string& path, std::ostr
 class CLoadedLog {
 public:
     CLoadedLog(const ReportOptions& options, std::ostream& err)
-        : m_host(err), m_session(options.settings, m_pending, m_host) {
-        m_session.m_nProcessFilter = options.processFilter;
-        m_session.m_bNumberLines = options.explore.has_value();
-        // For tests, and for a doubt whether the short ways of the parser read what is there.
-        const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
-        m_session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
-    }
+        : m_options(options), m_err(err), m_host(err) {}
 
     bool Load(const std::string& path, const std::vector<std::string>& members = {}) {
         if (path == "-") {
@@ -104,18 +99,20 @@ public:
         if (platform::PipeFile::IsAt(path)) {
             return LoadPipe(path, platform::PipeFile::Open(path), members);
         }
-        return m_session.OnOpenDocument(path, members);
+        return LoadWithDialects([&](CCarvelotDoc& session) { return session.OnOpenDocument(path, members); });
     }
     bool Load(const ReportOptions& options) {
         if (options.logs.size() == 1) {
             return Load(options.logs.front(), options.members);
         }
-        return m_session.OnOpenPieces(options.asGiven ? PiecesAsGiven(options.logs)
-                                                      : PiecesByTime(options.logs));
+        return LoadWithDialects([&](CCarvelotDoc& session) {
+            return session.OnOpenPieces(options.asGiven ? PiecesAsGiven(options.logs)
+                                                        : PiecesByTime(options.logs, session.m_dialects));
+        });
     }
-    const CCarvelotDoc& Session() const { return m_session; }
+    const CCarvelotDoc& Session() const { return *m_session; }
     // Of a report that has been printed: it is a part of one if the log ended ahead of its end.
-    int Status() const { return m_session.LoadFailure().empty() ? REPORT_DONE : REPORT_FAILED; }
+    int Status() const { return m_session->LoadFailure().empty() ? REPORT_DONE : REPORT_FAILED; }
 
 private:
     bool LoadPipe(const std::string& path, platform::PipeFile pipe, const std::vector<std::string>& members) {
@@ -123,15 +120,61 @@ private:
             m_host.ShowMessage("Failed to open file.");
             return false;
         }
-        m_session.m_strLogPath = path;
-        m_session.m_listMembers = members;
+        CCarvelotDoc& session = NewSession(m_options.dialects);
+        session.m_strLogPath = path;
+        session.m_listMembers = members;
         CPipeSource source(pipe);
-        return m_session.LoadPackedOrPlain(source);
+        if (!session.LoadPackedOrPlain(source)) {
+            return false;
+        }
+        if (m_options.helpfulDialects && !Helpful().Empty()) {
+            m_err << path << ": a pipe is read only once: more of it would be read with --dialect "
+                  << Helpful().Names() << '\n';
+        }
+        return true;
     }
 
+    template <class Open> bool LoadWithDialects(Open open) {
+        CDialects dialects = m_options.dialects;
+        if (!open(NewSession(dialects))) {
+            return false;
+        }
+        if (!m_options.helpfulDialects) {
+            return true;
+        }
+        // What one dialect reads may ask for another.
+        for (CDialects more = Helpful(); !more.Empty(); more = Helpful()) {
+            dialects.Add(more);
+            if (!open(NewSession(dialects))) {
+                return false;
+            }
+        }
+        const CDialects taken = dialects.Without(m_options.dialects);
+        m_err << m_session->m_strLogPath
+              << (taken.Empty() ? ": no dialect reads more of it" : ": read with the dialect ")
+              << taken.Names() << '\n';
+        return true;
+    }
+    // Each load has a session of its own: nothing of an earlier one must be known.
+    CCarvelotDoc& NewSession(CDialects dialects) {
+        m_session.reset();
+        m_pending = {};
+        CCarvelotDoc& session = m_session.emplace(m_options.settings, m_pending, m_host);
+        session.m_nProcessFilter = m_options.processFilter;
+        session.m_bNumberLines = m_options.explore.has_value();
+        session.m_dialects = dialects;
+        // For tests, and for a doubt whether the short ways of the parser read what is there.
+        const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
+        session.m_bPlainParse = plain != nullptr && std::strcmp(plain, "1") == 0;
+        return session;
+    }
+    CDialects Helpful() const { return m_session->Notes().m_helpful; }
+
+    const ReportOptions& m_options;
+    std::ostream& m_err;
     CReportHost m_host;
     PendingStatement m_pending;
-    CCarvelotDoc m_session;
+    std::optional<CCarvelotDoc> m_session;
 };
 
 int RunExplore(const ReportOptions& options, std::ostream& out, std::ostream& err) {

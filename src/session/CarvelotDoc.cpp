@@ -329,7 +329,9 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
         }
     }
     source.RewindForGood();
-    const auto readLines = [&](BlockScan scan, auto parse) {
+    const auto readLines = [&](BlockScan scan, CLineReading& notes, auto parse) {
+        notes.m_dialects = m_dialects;
+
         CLogReader reader(source, scan, m_blockReading);
         const std::uint64_t size = reader.Progress().all;
         std::uint64_t nextProgress = kProgressStep;
@@ -343,6 +345,9 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
                 m_listPieces[piecesBegun].firstRecord = static_cast<std::uint32_t>(m_listDetails.Size());
             }
             parse(line);
+            if (notes.m_refused.unplaced) [[unlikely]] {
+                notes.m_refused.Place(reader.LineNumber());
+            }
             if (m_bNumberLines) {
                 const auto number = static_cast<std::uint32_t>(numbering.Take(reader));
                 if (m_listLineNumbers.Size() < m_listDetails.Size()) {
@@ -354,11 +359,10 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
                 nextProgress = reader.Position() + kProgressStep;
             }
         }
+        m_nLines = reader.LinesEnded();
+        m_nBytes = reader.BytesRead();
         for (; piecesBegun < m_listPieces.size(); ++piecesBegun) {
             m_listPieces[piecesBegun].firstRecord = static_cast<std::uint32_t>(m_listDetails.Size());
-        }
-        if (m_bNumberLines) {
-            m_nLines = numbering.Count();
         }
     };
     const ParseWay way = m_bPlainParse ? ParseWay::Plain : ParseWay::Fast;
@@ -366,12 +370,12 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
         const auto lines = std::make_unique<CFastDebugLines>(m_debugParser, way);
         CDebugRecords records{m_listDetails, commit};
-        readLines(lines->Scan(),
+        readLines(lines->Scan(), m_debugParser,
                   [&](const LogLine& line) { lines->ParseDebugLine(line, m_nProcessFilter, records); });
     } else {
         const auto lines = std::make_unique<CFastJASLines>(m_jasParser, way);
         CJASRecords records{m_listDetails, commit};
-        readLines(lines->Scan(),
+        readLines(lines->Scan(), m_jasParser,
                   [&](const LogLine& line) { lines->ParseJASLine(line, m_nProcessFilter, records); });
     }
 
@@ -391,14 +395,15 @@ bool CCarvelotDoc::ClearSession() {
     m_listProcesses.clear();
     Release(m_listGaps);
     m_listDetails.Clear();
+    m_nLines = 0;
+    m_nBytes = 0;
     for (LogPiece& piece : m_listPieces) {
         piece.firstRecord = 0;
     }
-    m_nLines.reset();
     m_listLineNumbers.Clear();
     m_strLoadFailure.clear();
-    m_debugParser.m_refused = {};
-    m_jasParser.m_refused = {};
+    m_debugParser.ForgetNotes();
+    m_jasParser.ForgetNotes();
     m_mapUsers.clear();
     m_listUsers.clear();
     return true;

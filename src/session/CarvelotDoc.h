@@ -3,6 +3,7 @@
 
 #include "parse/Classifier.h"
 #include "parse/DebugLine.h"
+#include "parse/Dialects.h"
 #include "parse/JASLine.h"
 #include "parse/LogReader.h"
 #include "platform/SharedFile.h"
@@ -104,9 +105,12 @@ public:
     // words stand. The outcome is the same, later.
     bool m_bPlainParse = false;
     BlockReading m_blockReading;
-    // Numbers the lines. Without it the next two stay empty, for they cost time and memory.
+    // The readings beyond the plain one that were chosen for this log.
+    CDialects m_dialects;
+    std::uint64_t m_nBytes = 0; // of the log
+    std::uint64_t m_nLines = 0; // of the log, as an editor counts them
+    // Numbers the records' lines. Without it the next one stays empty, for it costs time and memory.
     bool m_bNumberLines = false;
-    std::optional<std::uint64_t> m_nLines;            // of the log, as an editor counts them
     CPagedArray<std::uint32_t, 12> m_listLineNumbers; // by record, the first line being 1
     LogFormat m_nLogFormat = LOG_FORMAT_DEBUG;
     // What the parser of debug lines has learnt.
@@ -125,8 +129,13 @@ public:
     std::uint64_t LoadIdentity() const { return m_nLoadIdentity; }
 
     // Of the latest load, the lines with a word that became no record.
-    const RefusedLines& Refused() const {
-        return m_nLogFormat == LOG_FORMAT_DEBUG ? m_debugParser.m_refused : m_jasParser.m_refused;
+    const RefusedLines& Refused() const { return Notes().m_refused; }
+    // And what else was noted beside the records.
+    const CLineReading& Notes() const {
+        if (m_nLogFormat == LOG_FORMAT_DEBUG) {
+            return m_debugParser;
+        }
+        return m_jasParser;
     }
 
 private:

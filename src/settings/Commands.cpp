@@ -32,6 +32,8 @@ constexpr CCommandInfo kCommands[] = {
     {ID_EXPLORE_STATEMENTS, "Explore", "&SQL Statements",
      "Show statements that differ in their values only\nSQL Statements", ""},
     {ID_EXPLORE_FINDINGS, "Explore", "F&indings", "Show what asks for a look\nFindings", ""},
+    {ID_EXPLORE_ABOUT_LOG, "Explore", "About This &Log",
+     "Tell how the log was read, and read it with a dialect\nAbout This Log", ""},
     {ID_EXPLORE_NEXT_FINDING, "Explore", "&Next Finding", "Go to the next record of a finding\nNext Finding",
      "F4"},
     {ID_EXPLORE_PREVIOUS_FINDING, "Explore", "Pre&vious Finding",

@@ -3,14 +3,23 @@
 #include "platform/Registry.h"
 #include "settings/AppSettings.h"
 
+#include <algorithm>
+
 namespace carvelot {
 
 using platform::CRegistryKey;
 using platform::ERegAccess;
 using platform::ERegRoot;
 
+namespace {
+
+constexpr const char* kDialects = "Dialects"; // of the file with the same number
+
+} // namespace
+
 void CRecentFiles::Load() {
     m_listPaths.clear();
+    m_mapDialects.clear();
     CRegistryKey key;
     if (!key.Open(ERegRoot::CurrentUser, kRecentFilesKey, ERegAccess::Read)) {
         return;
@@ -20,6 +29,10 @@ void CRecentFiles::Load() {
         if (key.QueryValue("File" + std::to_string(n), value) == platform::ERegStatus::Ok &&
             value.m_nType == platform::ERegType::String && !value.m_strText.empty()) {
             m_listPaths.push_back(value.m_strText);
+            if (key.QueryValue(kDialects + std::to_string(n), value) == platform::ERegStatus::Ok &&
+                value.m_nType == platform::ERegType::String) {
+                SetDialects(m_listPaths.back(), value.m_strText);
+            }
         }
     }
 }
@@ -37,18 +50,45 @@ void CRecentFiles::Save() const {
         } else {
             key.DeleteValue(name);
         }
+        const std::string ofDialects = kDialects + std::to_string(n + 1);
+        const std::string dialects = n < m_listPaths.size() ? Dialects(m_listPaths[n]) : std::string();
+        if (dialects.empty()) {
+            key.DeleteValue(ofDialects);
+        } else {
+            key.SetString(ofDialects, dialects);
+        }
     }
 }
 
 void CRecentFiles::Add(std::string_view path) {
     const std::string replacement(path); // the text may be one of the list's own
-    Remove(replacement);
+    std::erase(m_listPaths, replacement);
     m_listPaths.insert(m_listPaths.begin(), replacement);
     if (m_listPaths.size() > kMaximum) {
         m_listPaths.resize(kMaximum);
     }
+    DropDialects();
 }
 
-void CRecentFiles::Remove(std::string_view path) { std::erase(m_listPaths, path); }
+void CRecentFiles::Remove(std::string_view path) {
+    std::erase(m_listPaths, path);
+    DropDialects();
+}
+
+std::string CRecentFiles::Dialects(std::string_view path) const {
+    const auto found = m_mapDialects.find(path);
+    return found == m_mapDialects.end() ? std::string() : found->second;
+}
+
+void CRecentFiles::SetDialects(std::string_view path, std::string_view names) {
+    m_mapDialects.insert_or_assign(std::string(path), std::string(names));
+    DropDialects();
+}
+
+void CRecentFiles::DropDialects() {
+    std::erase_if(m_mapDialects, [this](const auto& entry) {
+        return entry.second.empty() || std::ranges::find(m_listPaths, entry.first) == m_listPaths.end();
+    });
+}
 
 } // namespace carvelot

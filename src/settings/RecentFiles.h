@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +21,18 @@ public:
     void Add(std::string_view path);
     void Remove(std::string_view path);
 
+    // The dialects that a recent file was read with, as names; empty for none, and for any other path.
+    std::string Dialects(std::string_view path) const;
+    // Only of a path that is in the list.
+    void SetDialects(std::string_view path, std::string_view names);
+
     std::vector<std::string> m_listPaths;
+
+private:
+    // Forgets those of paths that are no longer in the list.
+    void DropDialects();
+
+    std::map<std::string, std::string, std::less<>> m_mapDialects; // by path
 };
 
 } // namespace carvelot

@@ -16,9 +16,9 @@ public:
         m_paths.push_back(m_folder.Path(name));
     }
     // The names in their order; a bar ahead of one that begins a line.
-    std::string Ordered() const {
+    std::string Ordered(CDialects dialects = {}) const {
         std::string names;
-        for (const LogPiece& piece : PiecesByTime(m_paths)) {
+        for (const LogPiece& piece : PiecesByTime(m_paths, dialects)) {
             names += names.empty() ? "" : " ";
             names += piece.beginsLine ? "|" : "";
             names += piece.path.substr(piece.path.find_last_of("/\\") + 1);
@@ -50,6 +50,13 @@ TEST(PiecesByTime, OrdersOverTheTurnOfTheYear) {
     folder.Add("a", Line("Jan  1", "00:10:00"));
     folder.Add("b", Line("Dec 31", "23:50:00"));
     EXPECT_EQ(folder.Ordered(), "|b |a");
+}
+
+TEST(PiecesByTime, ReadsTheStampsWithTheDialects) {
+    PieceFolder folder;
+    folder.Add("a", Line("f\xC3\xA9vr. 15", "09:00:00"));
+    folder.Add("b", Line("janv. 15", "11:00:00"));
+    EXPECT_EQ(folder.Ordered({Dialect::Months}), "|b |a");
 }
 
 TEST(PiecesByTime, LooksBehindTheFirstLineForAStamp) {

@@ -14,16 +14,18 @@ namespace {
 using Counts = std::vector<std::uint64_t>;
 
 // The number of each line that the reader gives, and behind them how many have ended.
-Counts NumbersIn(std::string_view content) {
+Counts NumbersIn(std::string_view content, const BlockReading& reading = {.way = BlockReading::Way::Here}) {
     CMemorySource source(content);
-    CLogReader reader(source);
+    CLogReader reader(source, FindLineEnds, reading);
     CLineNumbering numbering;
     Counts numbers;
     LogLine line;
     while (reader.ReadLogLine(line)) {
         numbers.push_back(numbering.Take(reader));
+        EXPECT_EQ(reader.LineNumber(), numbers.back());
     }
-    numbers.push_back(numbering.Count());
+    numbers.push_back(reader.LinesEnded());
+    EXPECT_EQ(reader.BytesRead(), content.size());
     return numbers;
 }
 
@@ -142,7 +144,12 @@ TEST(LineNumbering, NumbersAsAnEditorDoesWhateverEndsStandTogether) {
                 break;
             }
         }
-        ASSERT_EQ(NumbersIn(content), EditorNumbersIn(content)) << "round " << round;
+        const Counts expected = EditorNumbersIn(content);
+        ASSERT_EQ(NumbersIn(content), expected) << "round " << round;
+        // However the bytes come.
+        const BlockReading small{BlockReading::Way::Here, 1 + random() % 200, 2};
+        ASSERT_EQ(NumbersIn(content, small), expected) << "round " << round;
+        ASSERT_EQ(NumbersIn(content, {BlockReading::Way::Ahead, 4096, 3}), expected) << "round " << round;
     }
 }
 
@@ -166,7 +173,8 @@ TEST(LineNumbering, TellsTheLineOfEachRecordWhenASessionIsAskedTo) {
             // The last line has no end.
             EXPECT_EQ(numbers, numbered ? (std::vector<std::uint32_t>{1, 4, 5, 6, 7, 7, 8})
                                         : std::vector<std::uint32_t>{});
-            EXPECT_EQ(session.m_doc.m_nLines, numbered ? std::optional<std::uint64_t>(8) : std::nullopt);
+            EXPECT_EQ(session.m_doc.m_nLines, 8U);
+            EXPECT_EQ(session.m_doc.m_nBytes, content.size());
         }
     }
 }

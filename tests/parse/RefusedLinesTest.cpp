@@ -36,7 +36,59 @@ std::string Counts(const std::vector<std::string>& lines, std::uint32_t filter =
     return texts[0];
 }
 
+// "number text" of those that are kept to look at, of a log read in either way.
+std::vector<std::string> Kept(const std::string& content, std::uint32_t filter = 0) {
+    std::vector<std::string> kept[2];
+    for (const bool plain : {false, true}) {
+        AnalysisSettings settings;
+        PendingStatement pending;
+        RecordingHost host;
+        CCarvelotDoc doc(settings, pending, host);
+        doc.m_nProcessFilter = filter;
+        doc.m_bPlainParse = plain;
+        CMemorySource source(content);
+        EXPECT_TRUE(doc.LoadFrom(source));
+        for (const RefusedLine& line : doc.Refused().first) {
+            kept[plain ? 1 : 0].push_back(std::to_string(line.number) + ' ' + line.text);
+        }
+    }
+    EXPECT_EQ(kept[0], kept[1]);
+    return kept[0];
+}
+
 } // namespace
+
+TEST(RefusedLines, KeepTheFirstThreeOfEachReasonAndWhereTheyStand) {
+    const std::string content = TestSession::Joined(
+        DebugLog({"", "a stack trace", DebugLine("10:00:00.000001", "x y"), "b stack trace",
+                  DebugLine("10:00:00.000001", "x y", "5/1"), "c stack trace", "d stack trace"}));
+    const std::vector<std::string> unread{"3 a stack trace", "5 b stack trace", "7 c stack trace"};
+    EXPECT_EQ(Kept(content), unread);
+    std::vector<std::string> filtered = Kept(content, 4120);
+    ASSERT_EQ(filtered.size(), 5U);
+    EXPECT_TRUE(filtered[0].starts_with("1 Jan 15")) << filtered[0];
+    EXPECT_TRUE(filtered[3].starts_with("6 Jan 15")) << filtered[3];
+    filtered.erase(filtered.begin() + 3);
+    filtered.erase(filtered.begin());
+    EXPECT_EQ(filtered, unread);
+}
+
+TEST(RefusedLines, StandWhereAnEditorShowsThem) {
+    std::string content;
+    for (const std::string& line : JASLog({"", "java.lang.Exception: no such thing", "", "at a.b(c:1)"})) {
+        content.append(line).append("\r\n");
+    }
+    EXPECT_EQ(Kept(content),
+              (std::vector<std::string>{"8 java.lang.Exception: no such thing", "10 at a.b(c:1)"}));
+}
+
+TEST(RefusedLines, AreCutToWhatAWindowCanShow) {
+    const std::string start = "at \xC3\x9C b ";
+    const std::vector<std::string> kept =
+        Kept(TestSession::Joined(DebugLog({start + std::string(193, 'x'), start + std::string(194, 'x')})));
+    EXPECT_EQ(kept, (std::vector<std::string>{"2 " + start + std::string(193, 'x'),
+                                              "3 " + start + std::string(193, 'x') + "\xE2\x80\xA6"}));
+}
 
 TEST(RefusedLines, AreThoseOfADebugLogWhoseThirdWordIsNoTime) {
     EXPECT_EQ(Counts(DebugLog({})), "1 0 0 0");

@@ -52,6 +52,11 @@ TEST(Report, EndsWith2OnWrongUsage) {
         {"--process", "x", kSample},
         {"--process", "", kSample},
         {"--threshold"},
+        {"--dialect", "month", kSample},
+        {"--dialect", "", kSample},
+        {"--dialect", "months", "--dialect", "Auto", kSample},
+        {"--dialect", "months"},
+        {kSample, "--dialect"},
     };
     for (const auto& arguments : wrong) {
         const Outcome outcome = RunTool(arguments);
@@ -59,6 +64,56 @@ TEST(Report, EndsWith2OnWrongUsage) {
         EXPECT_EQ(outcome.out, "");
         EXPECT_NE(outcome.err.find("Usage: carvelot-report"), std::string::npos) << outcome.err;
     }
+}
+
+TEST(Report, ReadsALogWithTheDialectsThatAreAskedFor) {
+    std::vector<std::string> lines = JASLog({"15 janv. 2024 09:12:03,250 [APP   ] ANNE - [12345][JAS] x y"});
+    const TestFile log(TestSession::Joined(lines));
+    const auto hits = [&](std::vector<std::string> options) {
+        options.insert(options.end(), {"--find", "x y", log.Path()});
+        return RunTool(options);
+    };
+    const auto said = [&](const char* what) { return log.Path() + ": " + what + "\n"; };
+    EXPECT_EQ(hits({}).out, "");
+    EXPECT_EQ(hits({"--dialect", "numbered"}).out, "");
+    EXPECT_NE(hits({"--dialect", "months"}).out.find("[JAS] x y"), std::string::npos);
+    EXPECT_EQ(hits({"--dialect", "months"}).err, "");
+    const Outcome both = hits({"--dialect", "months", "--dialect", "numbered"});
+    EXPECT_EQ(both.out.find("[JAS]"), std::string::npos);
+    EXPECT_NE(both.out.find("x y"), std::string::npos);
+    EXPECT_EQ(both.err, "");
+    // What one dialect reads asks for the other.
+    const Outcome found = hits({"--dialect", "auto"});
+    EXPECT_EQ(found.out, both.out);
+    EXPECT_EQ(found.err, said("read with the dialect months, numbered"));
+    const Outcome other = hits({"--dialect=auto", "--dialect=months"});
+    EXPECT_EQ(other.out, both.out);
+    EXPECT_EQ(other.err, said("read with the dialect numbered"));
+    EXPECT_EQ(hits({"--dialect", "months", "--dialect", "auto", "--dialect", "numbered"}).err,
+              said("no dialect reads more of it"));
+}
+
+TEST(Report, TakesNoDialectForALogThatNeedsNone) {
+    for (const char* option : {"--json", "--explore"}) {
+        const Outcome without = RunTool({option, kSample});
+        const Outcome found = RunTool({option, "--dialect", "auto", kSample});
+        EXPECT_EQ(found.status, 0);
+        EXPECT_EQ(found.out, without.out);
+        EXPECT_EQ(found.err, kSample + ": no dialect reads more of it\n");
+        EXPECT_EQ(RunTool({option, "--dialect", "months", "--dialect", "numbered", kSample}).out,
+                  without.out);
+    }
+}
+
+TEST(Report, FindsTheDialectOfEitherLogThatItCompares) {
+    const TestFile french(
+        TestSession::Joined(JASLog({"15 janv. 2024 09:12:03,250 [APP   ] ANNE - [BASE] x y"})));
+    const TestFile english(
+        TestSession::Joined(JASLog({"15 Jan 2024 09:12:03,250 [APP   ] ANNE - [BASE] x y"})));
+    const Outcome outcome = RunTool({"--compare", french.Path(), "--dialect", "auto", english.Path()});
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, french.Path() + ": read with the dialect months\n" + english.Path() +
+                               ": no dialect reads more of it\n");
 }
 
 TEST(Report, PrintsItsHelpAndItsVersion) {

@@ -166,4 +166,51 @@ TEST(SampleStories, ShowEveryRule) {
                                             "silence-in-call", "rolled-back", "unread-lines"}));
 }
 
+namespace {
+
+// "user month month ..." of each user, in the order of their first records.
+std::vector<std::string> MonthsByUser(const std::string& sample, const std::vector<std::string>& options) {
+    std::vector<std::string> arguments{"--json",
+                                       std::string(CARVELOT_SOURCE_FOLDER) + "/samples/" + sample + ".log"};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    std::ostringstream out;
+    std::ostringstream err;
+    EXPECT_EQ(RunReport(arguments, out, err), 0) << err.str();
+    rapidjson::Document json;
+    json.Parse(out.str().c_str());
+    std::vector<std::string> users;
+    for (const auto& user : json["users"].GetArray()) {
+        users.emplace_back(user["name"].GetString());
+        for (const auto& record : user["details"].GetArray()) {
+            users.back().append(" ").append(
+                json["records"].GetArray()[record.GetUint()]["month"].GetString());
+        }
+    }
+    return users;
+}
+
+} // namespace
+
+TEST(SampleStories, EveryLanguageHasItsTwelveMonthsOnlyWithTheDialect) {
+    // Two words are English months by chance.
+    EXPECT_EQ(MonthsByUser("jas-languages", {}), std::vector<std::string>{"TURKISH Mar May"});
+    std::vector<std::string> expected;
+    for (const char* language : {"CZECH", "DANISH", "DUTCH", "FINNISH", "FRENCH", "GERMAN", "GREEK",
+                                 "HUNGARIAN", "ITALIAN", "NORWEGIAN", "POLISH", "PORTUGUESE", "RUSSIAN",
+                                 "SPANISH", "SWEDISH", "TURKISH", "CHINESE", "JAPANESE", "KOREAN"}) {
+        expected.push_back(std::string(language) + " Jan Feb Mar Apr May Jun Jul Aug Sep Oct Nov Dec");
+    }
+    EXPECT_EQ(MonthsByUser("jas-languages", {"--dialect", "months"}), expected);
+    EXPECT_EQ(MonthsByUser("jas-languages", {"--dialect", "auto"}), expected);
+    EXPECT_EQ(MonthsByUser("jas-languages", {"--dialect", "numbered"}),
+              std::vector<std::string>{"TURKISH Mar May"});
+}
+
+TEST(SampleStories, AGermanServersLogIsEmptyWithoutTheDialect) {
+    EXPECT_EQ(MonthsByUser("jas-german", {}), std::vector<std::string>{});
+    const std::vector<std::string> users = MonthsByUser("jas-german", {"--dialect", "months"});
+    ASSERT_EQ(users.size(), 1U);
+    EXPECT_TRUE(users[0].starts_with("JOERG Mar Mar")) << users[0];
+}
+
 } // namespace carvelot::test

@@ -81,6 +81,46 @@ TEST(RecentFiles, TheListComesBackAtTheNextStart) {
     EXPECT_EQ(read.m_listPaths, (std::vector<std::string>{"c", "a"}));
 }
 
+TEST(RecentFiles, KeepTheDialectsThatTheyWereReadWith) {
+    const test::SettingsStore store;
+    CRecentFiles files;
+    for (const char* path : {"a", "b", "c"}) {
+        files.Add(path);
+    }
+    files.SetDialects("a", "months");
+    files.SetDialects("c", "months, numbered");
+    files.SetDialects("no recent file", "months");
+    EXPECT_EQ(files.Dialects("no recent file"), "");
+    files.Add("a"); // moves up with what it has
+    files.Save();
+    CRecentFiles read;
+    read.Load();
+    EXPECT_EQ(read.m_listPaths, (std::vector<std::string>{"a", "c", "b"}));
+    EXPECT_EQ(read.Dialects("a"), "months");
+    EXPECT_EQ(read.Dialects("b"), "");
+    EXPECT_EQ(read.Dialects("c"), "months, numbered");
+    read.SetDialects("a", "");
+    read.Remove("c");
+    read.Add("c");
+    EXPECT_EQ(read.Dialects("c"), "");
+    read.Save();
+    files.Load();
+    EXPECT_EQ(files.m_listPaths, (std::vector<std::string>{"c", "a", "b"}));
+    for (const char* path : {"a", "b", "c"}) {
+        EXPECT_EQ(files.Dialects(path), "") << path;
+    }
+}
+
+TEST(RecentFiles, LoseTheirDialectsWhenTheyFallOut) {
+    CRecentFiles files;
+    files.Add("a");
+    files.SetDialects("a", "months");
+    for (const char* path : {"b", "c", "d", "e", "a"}) {
+        files.Add(path);
+    }
+    EXPECT_EQ(files.Dialects("a"), "");
+}
+
 TEST(StartArguments, TheFirstArgumentThatIsNoSwitchIsTheLog) {
     EXPECT_EQ(FileToOpen({}), std::nullopt);
     EXPECT_EQ(FileToOpen({"-x", "a.log", "b.log"}), "a.log");

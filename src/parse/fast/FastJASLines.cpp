@@ -28,6 +28,12 @@ void CFastJASLines::Learn(const LogLine& line, const CLogDetail& detail, std::ui
     if (m_stamp.length == 0 || !line.ascii || source.empty() || whole.size() < kLongestStamp) {
         return;
     }
+    // What stands behind a number has a say: for the dialect, or for whether the log asks for it.
+    const bool mayBePassedOver =
+        m_parser.m_dialects.Has(Dialect::Numbered) || !m_parser.m_helpful.Has(Dialect::Numbered);
+    if (mayBePassedOver && CJASLineParser::IsNumber(source)) {
+        return;
+    }
     // The beginning ends with the bracket behind the source.
     const std::size_t start = m_stamp.length + kFractionLength;
     const auto end = static_cast<std::size_t>(source.data() + source.size() + 1 - whole.data());

@@ -111,6 +111,7 @@ void ScanBlock(const char* first, std::size_t size, LineIndex& index) {
         marks = WritePlaces(stretch.Marks() & valid, origin, marks);
     }
     *ends = LineIndex::kNoMore;
+    index.endCount = static_cast<std::uint32_t>(ends - index.ends.get());
     *marks = LineIndex::kNoMore;
     index.ascii = stretch.IsAscii();
     index.holdsNul = stretch.HoldsNul();

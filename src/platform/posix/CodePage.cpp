@@ -39,6 +39,8 @@ std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
     return scratch;
 }
 
+std::string CodePageName() { return "Windows-1252"; }
+
 std::string Utf8ToBytes(std::string_view utf8) { return std::string(utf8); }
 
 std::string Utf8ToTextFile(std::string_view utf8) { return Utf8ToBytes(utf8); }

@@ -15,6 +15,15 @@ std::string_view BytesToUtf8(std::string_view bytes, std::string& scratch) {
     return scratch;
 }
 
+std::string CodePageName() {
+    const UINT codePage = GetACP();
+    if (codePage == CP_UTF8) {
+        return "UTF-8";
+    }
+    const bool isOfWindows = codePage >= 1250 && codePage <= 1258;
+    return (isOfWindows ? "Windows-" : "code page ") + std::to_string(codePage);
+}
+
 std::string Utf8ToBytes(std::string_view utf8) {
     if (IsAscii(utf8)) {
         return std::string(utf8);

@@ -27,6 +27,15 @@
 
 namespace carvelot {
 
+namespace {
+
+// As the recent files have it.
+std::string RecentPath(const QString& path) {
+    return PathOf(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()));
+}
+
+} // namespace
+
 CCarvelotApp& theApp() {
     static CCarvelotApp app;
     return app;
@@ -207,8 +216,14 @@ void CCarvelotApp::CloseAllDocuments() {
     }
 }
 
-void CCarvelotApp::AddToRecentFileList(const QString& path) {
-    m_recentFiles.Add(PathOf(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath())));
+void CCarvelotApp::AddToRecentFileList(const QString& path) { m_recentFiles.Add(RecentPath(path)); }
+
+CDialects CCarvelotApp::KeptDialects(const QString& path) const {
+    return CDialects::Named(m_recentFiles.Dialects(RecentPath(path)));
+}
+
+void CCarvelotApp::KeepDialects(const QString& path, CDialects dialects) {
+    m_recentFiles.SetDialects(RecentPath(path), dialects.Names());
 }
 
 void CCarvelotApp::RegisterRestart() const {

@@ -4,6 +4,7 @@
 
 #include "live/CompanionLibrary.h"
 #include "parse/Classifier.h"
+#include "parse/Dialects.h"
 #include "platform/DynamicLibrary.h"
 #include "settings/AppSettings.h"
 #include "settings/RecentFiles.h"
@@ -51,6 +52,9 @@ public:
     // Closes all documents without asking their windows.
     void CloseAllDocuments();
     void AddToRecentFileList(const QString& path);
+    // The dialects that a recent file was read with; none of any other.
+    CDialects KeptDialects(const QString& path) const;
+    void KeepDialects(const QString& path, CDialects dialects);
     // Tells the system which file to open should it have to start the program again: the one in front.
     void RegisterRestart() const;
 

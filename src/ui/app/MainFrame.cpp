@@ -73,7 +73,6 @@ CMainFrame::~CMainFrame() {
 }
 
 bool CMainFrame::LoadFrame() {
-    ConnectRequests(*this);
     m_pClientArea = new CTabbedClientArea;
     setCentralWidget(m_pClientArea);
     m_pCommands = std::make_unique<CFrameCommands>(*this);
@@ -82,6 +81,7 @@ bool CMainFrame::LoadFrame() {
     m_pToolBars = std::make_unique<CFrameToolBars>(*this);
     m_pStatusBar = new CStatusBar(CCarvelotApp::BitnessText());
     setStatusBar(m_pStatusBar);
+    ConnectRequests(*this);
     m_pLayout = std::make_unique<CFrameLayout>(*this);
     // A floating pane is a window of its own, of whose drops this one hears nothing.
     for (CDockablePane* pane : Panes()) {

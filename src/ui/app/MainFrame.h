@@ -47,6 +47,7 @@ public:
     void ShowEditMenu(const QPoint& screen) override;
     void ShowProgress(int percent) override;
     void ShowRange(const QString& text) override;
+    CStatusBar& StatusBar() const { return *m_pStatusBar; }
 
     QAction* CommandAction(int id) const override;
     bool RunCommand(int id);

@@ -1,12 +1,16 @@
 // What one window wants of another: it is connected here and nowhere else.
 #include "ui/app/Requests.h"
 
+#include "session/LogFacts.h"
 #include "ui/app/CarvelotApp.h"
 #include "ui/app/MainFrame.h"
+#include "ui/app/StatusBar.h"
 #include "ui/cachebrowser/CacheDlg.h"
 #include "ui/cachebrowser/CacheDocument.h"
+#include "ui/explore/AboutLogFrame.h"
 #include "ui/explore/CallProfileFrame.h"
 #include "ui/explore/CompareFrame.h"
+#include "ui/explore/DialectChoice.h"
 #include "ui/explore/ExploreFiles.h"
 #include "ui/explore/ExploreFrame.h"
 #include "ui/explore/FindingsFrame.h"
@@ -24,6 +28,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QToolButton>
 
 namespace carvelot {
 
@@ -70,6 +75,14 @@ void ConnectWindow(COverviewFrame& overview, CSessionDocument& document, CExplor
                 window->SelectShape(shape);
             }
         });
+    QObject::connect(&overview, &COverviewFrame::AboutWanted, &document, [&document, &exploration] {
+        ShowExploreWindow<CAboutLogFrame>(document, exploration, ID_EXPLORE_ABOUT_LOG);
+    });
+}
+
+void ConnectWindow(CAboutLogFrame& about, CSessionDocument& document, CExploration&) {
+    QObject::connect(&document, &CSessionDocument::RecordsCame, &about, &CAboutLogFrame::ShowFacts);
+    QObject::connect(&about, &CAboutLogFrame::DialectsWanted, &document, &CSessionDocument::ReadWith);
 }
 
 // A record of the base stands in a session of its own.
@@ -96,7 +109,7 @@ TFrame* ShowExploreWindow(CSessionDocument& document, CExploration& exploration,
         }
     }
     auto* const made = new TFrame(exploration);
-    QObject::connect(made, &CExploreFrame::CameToFront, &document, [&document] {
+    QObject::connect(made, &TFrame::CameToFront, &document, [&document] {
         // The shared panes show the session of the window in front.
         if (CMDIChildWnd* const own = document.GetFrame()) {
             own->OnSetFocus();
@@ -133,6 +146,44 @@ void SavePictureInFront() {
     }
 }
 
+// Of the log in front.
+void ShowWhetherManyLinesAreUnread() {
+    CMainFrame* const main = MainFrame();
+    if (main == nullptr) {
+        return;
+    }
+    const CMDIChildWnd* const child = main->ActiveChild();
+    const auto* const document =
+        child != nullptr ? qobject_cast<CSessionDocument*>(child->GetActiveDocument()) : nullptr;
+    main->StatusBar().ShowUnread(document != nullptr && ManyLinesAreUnread(document->Session()));
+}
+
+// A load that left no record asks, where a dialect would read more.
+void AskForDialects(CSessionDocument& document, const CExploration& exploration) {
+    const CCarvelotDoc& session = document.Session();
+    const CDialects offered = session.Notes().m_helpful;
+    if (session.m_listDetails.Size() > 0 || offered.Empty()) {
+        return;
+    }
+    CDialectsDlg dialog(exploration.LogName(), session.m_dialects, offered);
+    if (UserInterface().RunDialog(dialog) == QDialog::Accepted && dialog.Chosen() != session.m_dialects) {
+        document.ReadWith(dialog.Chosen());
+    }
+}
+
+void ConnectDialects(CSessionDocument& document, const CExploration& exploration) {
+    document.m_fnKeptDialects = [](const QString& path) { return theApp().KeptDialects(path); };
+    QObject::connect(&document, &CSessionDocument::DialectsChosen, &document,
+                     [](const QString& path, CDialects dialects) { theApp().KeepDialects(path, dialects); });
+    QObject::connect(&document, &CSessionDocument::RecordsCame, &document, [&document, &exploration] {
+        ShowWhetherManyLinesAreUnread();
+        // The load has to end first.
+        QMetaObject::invokeMethod(
+            &document, [&document, &exploration] { AskForDialects(document, exploration); },
+            Qt::QueuedConnection);
+    });
+}
+
 void ConnectExplore(CSessionDocument& document) {
     auto& exploration = *new CExploration(document, document.Session(), Settings());
     auto& profileExport = *new CProfileExport(exploration);
@@ -148,6 +199,8 @@ void ConnectExplore(CSessionDocument& document) {
             window->AskForBase();
         }
     });
+    AddExploreWindow<CAboutLogFrame>(document, exploration, ID_EXPLORE_ABOUT_LOG);
+    ConnectDialects(document, exploration);
     AddFindingSteps(document, exploration);
     document.AddCommand(
         ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
@@ -228,6 +281,11 @@ void BrowseCache(std::uint32_t process, std::string_view handle, std::string_vie
 }
 
 void ConnectRequests(CMainFrame& frame) {
+    // The status bar tells of the log in front.
+    QObject::connect(&frame.ClientArea(), &CTabbedClientArea::ActiveChildChanged, &frame,
+                     &ShowWhetherManyLinesAreUnread);
+    QObject::connect(&frame.StatusBar().UnreadButton(), &QToolButton::clicked, &frame,
+                     [&frame] { frame.RunCommand(ID_EXPLORE_ABOUT_LOG); });
     // A process is analysed.
     frame.m_wndProcessPane.m_fnAnalyze = [](const std::string& imageName, const std::string& debugFile,
                                             std::int32_t process) {

@@ -4,10 +4,12 @@
 
 #include <QLabel>
 #include <QProgressBar>
+#include <QToolButton>
 
 namespace carvelot {
 
-CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBar), m_pRange(PlainLabel()) {
+CStatusBar::CStatusBar(const QString& bitnessText)
+    : m_pProgress(new QProgressBar), m_pRange(PlainLabel()), m_pUnread(new QToolButton) {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long text makes the window no wider
     m_pProgress->setRange(0, 100);
     m_pProgress->setMaximumWidth(180);
@@ -20,6 +22,11 @@ CStatusBar::CStatusBar(const QString& bitnessText) : m_pProgress(new QProgressBa
     bitness->setContentsMargins(10, 0, 10, 0);
     m_pRange->setAccessibleName(tr("Range"));
     m_pRange->hide();
+    m_pUnread->setText(tr("Many lines are not read"));
+    m_pUnread->setToolTip(tr("More than a tenth of the lines became no record. Click to see why."));
+    m_pUnread->setAutoRaise(true);
+    m_pUnread->hide();
+    addPermanentWidget(m_pUnread);
     addPermanentWidget(m_pRange);
     addPermanentWidget(m_pProgress);
     addPermanentWidget(bitness);
@@ -29,6 +36,8 @@ void CStatusBar::ShowRange(const QString& text) {
     m_pRange->setText(text);
     m_pRange->setVisible(!text.isEmpty());
 }
+
+void CStatusBar::ShowUnread(bool many) { m_pUnread->setVisible(many); }
 
 void CStatusBar::ShowProgress(int percent) {
     m_pProgress->setVisible(percent >= 0);

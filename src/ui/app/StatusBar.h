@@ -5,6 +5,7 @@
 
 class QLabel;
 class QProgressBar;
+class QToolButton;
 
 namespace carvelot {
 
@@ -16,10 +17,14 @@ public:
     void ShowProgress(int percent);
     // Which range of time is looked at; an empty text hides it.
     void ShowRange(const QString& text);
+    // Whether the log in front has many lines that became no record; a click tells more.
+    void ShowUnread(bool many);
+    QToolButton& UnreadButton() const { return *m_pUnread; }
 
 private:
     QProgressBar* m_pProgress;
     QLabel* m_pRange;
+    QToolButton* m_pUnread;
 };
 
 } // namespace carvelot

@@ -197,7 +197,7 @@ void CCompareFrame::CompareWith(const QString& path) {
 
 void CCompareFrame::ShowResults() { ReadBase(); }
 
-// The base is read with the settings that the log was explored with.
+// The base is read with the settings that the log was explored with, and with its dialects.
 void CCompareFrame::ReadBase() {
     DropComparison();
     m_pBase.reset();
@@ -208,7 +208,8 @@ void CCompareFrame::ReadBase() {
     m_pHead->setToolTip(m_strBase);
     Say(tr("Reading %1. Esc ends it.").arg(NameOfFile(m_strBase)));
     ShowPercent(0);
-    auto base = std::make_shared<CBaseLog>(PathOf(m_strBase), Exploration().Explored().settings);
+    auto base = std::make_shared<CBaseLog>(PathOf(m_strBase), Exploration().Explored().settings,
+                                           Exploration().Session().m_dialects);
     auto read = std::make_shared<bool>(false);
     m_percentTimer.disconnect(this);
     connect(&m_percentTimer, &QTimer::timeout, this, [this, base] { ShowPercent(base->Percent()); });

@@ -78,6 +78,7 @@ private:
             numbered->m_strLogPath = explored.session.m_strLogPath;
             numbered->m_listMembers = explored.session.m_listMembers;
             numbered->m_nProcessFilter = explored.session.m_nProcessFilter;
+            numbered->m_dialects = explored.session.m_dialects;
             numbered->m_bNumberLines = true;
             numbered->LoadLog();
             if (numbered->m_listDetails.Size() >= explored.session.m_listDetails.Size()) {

@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QToolButton>
 
 namespace carvelot {
 
@@ -20,7 +21,14 @@ COverviewFrame::COverviewFrame(CExploration& exploration)
     auto* grid = new QGridLayout(body);
     grid->setContentsMargins(8, 6, 8, 8);
     m_pLine->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    grid->addWidget(m_pLine, 0, 0, 1, 2);
+    auto* about = new QToolButton;
+    about->setText(tr("About This Log"));
+    about->setAutoRaise(true);
+    connect(about, &QToolButton::clicked, this, &COverviewFrame::AboutWanted);
+    auto* head = new QHBoxLayout;
+    head->addWidget(m_pLine, 1);
+    head->addWidget(about);
+    grid->addLayout(head, 0, 0, 1, 2);
     grid->addWidget(Titled(tr("Findings"), *m_pFindings), 1, 0, 1, 2);
     grid->addWidget(Titled(tr("Functions by own time"), *m_pFunctions), 2, 0);
     grid->addWidget(Titled(tr("Statements by time"), *m_pStatements), 2, 1);

@@ -22,6 +22,7 @@ signals:
     void FindingWanted(std::size_t finding);
     void FunctionWanted(std::uint32_t key);
     void ShapeWanted(std::uint32_t shape);
+    void AboutWanted();
 
 protected:
     void ShowResults() override;

@@ -43,6 +43,15 @@ CMDIChildWnd::~CMDIChildWnd() {
     }
 }
 
+void CMDIChildWnd::SetTipNote(const QString& note) {
+    m_strTipNote = note;
+    emit TabTipChanged();
+}
+
+QString CMDIChildWnd::TabTip() const {
+    return m_strTipNote.isEmpty() ? windowTitle() : windowTitle() + QLatin1Char('\n') + m_strTipNote;
+}
+
 void CMDIChildWnd::CloseWindow() {
     if (m_pDocument == nullptr) {
         return;

@@ -81,9 +81,16 @@ public:
     // Runs when the user closes this window, before the document goes. Close All does not run it.
     virtual void OnClose() {}
 
+    // What the tip of its tab says below the title; empty for nothing.
+    void SetTipNote(const QString& note);
+    QString TabTip() const;
+
     // Closes the window as a user does.
     void CloseWindow();
     void FocusLastPane();
+
+signals:
+    void TabTipChanged();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -95,6 +102,7 @@ private:
     void LeaveScreen();
 
     CDocument* m_pDocument;
+    QString m_strTipNote;
     QPointer<QWidget> m_pLastFocus;
 };
 

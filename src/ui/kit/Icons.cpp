@@ -93,6 +93,7 @@ constexpr CommandPicture kCommandImages[] = {
     {ID_EXPLORE_FLAME_GRAPH, "explore-flame"},
     {ID_EXPLORE_STATEMENTS, "explore-statements"},
     {ID_EXPLORE_FINDINGS, "explore-findings"},
+    {ID_EXPLORE_ABOUT_LOG, "explore-about"},
     {ID_EXPLORE_NEXT_FINDING, "explore-next"},
     {ID_EXPLORE_PREVIOUS_FINDING, "explore-previous"},
     {ID_EXPLORE_COMPARE, "explore-compare"},

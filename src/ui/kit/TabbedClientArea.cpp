@@ -227,6 +227,7 @@ void CTabbedClientArea::AddChild(CMDIChildWnd& child, const QIcon& icon) {
         RefreshTab(child);
     }
     connect(&child, &QWidget::windowTitleChanged, this, [this, &child] { RefreshTab(child); });
+    connect(&child, &CMDIChildWnd::TabTipChanged, this, [this, &child] { RefreshTab(child); });
     Activate(child);
 }
 
@@ -335,7 +336,7 @@ void CTabbedClientArea::RefreshTab(CMDIChildWnd& child) {
     }
     const int tab = group->indexOf(&child);
     group->setTabText(tab, PlainCaption(child.windowTitle()));
-    group->setTabToolTip(tab, child.windowTitle());
+    group->setTabToolTip(tab, child.TabTip());
     if (&child == m_pActive) {
         emit ActiveChildChanged();
     }

@@ -14,6 +14,13 @@ CSessionDocument::CSessionDocument(PendingStatement& pending)
         ID_SESSION_CLEAR_DEBUG_FILE, [this] { m_session.OnClearDebugFile(); },
         [this] { return !m_session.IsPacked(); });
     AddCommand(ID_SESSION_OPEN_AS_TEXT, [this] { m_session.OnOpenAsText(); });
+    connect(this, &CSessionDocument::RecordsCame, this, [this] {
+        if (CMDIChildWnd* const frame = GetFrame()) {
+            const CDialects dialects = m_session.m_dialects;
+            frame->SetTipNote(dialects.Empty() ? QString()
+                                               : tr("Dialect: %1").arg(ToQString(dialects.Names())));
+        }
+    });
 }
 
 CSessionDocument::~CSessionDocument() {
@@ -32,7 +39,22 @@ bool CSessionDocument::OnNewDocument() {
     return true;
 }
 
-bool CSessionDocument::OnOpenDocument(const QString& path) { return m_session.OnOpenDocument(PathOf(path)); }
+bool CSessionDocument::OnOpenDocument(const QString& path) {
+    RecallDialects(path);
+    return m_session.OnOpenDocument(PathOf(path));
+}
+
+void CSessionDocument::RecallDialects(const QString& path) {
+    m_session.m_dialects = m_fnKeptDialects ? m_fnKeptDialects(path) : CDialects();
+}
+
+void CSessionDocument::ReadWith(CDialects dialects) {
+    m_session.m_dialects = dialects;
+    m_session.OnAnalyze();
+    if (m_session.m_listPieces.empty()) {
+        emit DialectsChosen(PathInTitle(), dialects);
+    }
+}
 
 bool CSessionDocument::OnOpenPieces(std::vector<LogPiece> pieces) {
     return m_session.OnOpenPieces(std::move(pieces));

@@ -6,6 +6,8 @@
 #include "ui/kit/Document.h"
 #include "ui/session/SessionHost.h"
 
+#include <functional>
+
 namespace carvelot {
 
 // The one owner of a session. Answers the commands of the Session menu.
@@ -23,12 +25,21 @@ public:
     // A running process's session has the path of its debug file, and no path of its own.
     QString PathInTitle() const override;
 
+    // The dialects that a path was read with when it was opened last.
+    std::function<CDialects(const QString& path)> m_fnKeptDialects;
+    // Those that are kept with a path are in force for its load.
+    void RecallDialects(const QString& path);
+    // Reads the log anew.
+    void ReadWith(CDialects dialects);
+
     CCarvelotDoc& Session() { return m_session; }
     const CCarvelotDoc& Session() const { return m_session; }
 
 signals:
     // The log was opened by hand: it belongs among the recent files.
     void Opened(const QString& path);
+    // To be kept with its path.
+    void DialectsChosen(const QString& path, CDialects dialects);
     // To be obeyed at once: the records go next.
     void RecordsGo();
     // A load has ended, and the trees are there.

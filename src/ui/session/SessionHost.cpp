@@ -85,7 +85,11 @@ std::optional<std::string> CSessionHost::AskForLog() {
                                                    QStringLiteral("log"),
                                                    {},
                                                    QString::fromLatin1(kLogFilter)});
-    return path ? std::optional(PathOf(*path)) : std::nullopt;
+    if (!path) {
+        return std::nullopt;
+    }
+    m_document.RecallDialects(*path);
+    return PathOf(*path);
 }
 
 std::vector<std::size_t> CSessionHost::ChooseMembers(const CCarvelotDoc& session,

@@ -15,8 +15,9 @@ namespace carvelot::test {
 namespace {
 
 struct Reading {
-    Reading(std::string_view log, bool plain, std::uint32_t filter) {
+    Reading(std::string_view log, bool plain, std::uint32_t filter, CDialects dialects) {
         m_doc.m_bPlainParse = plain;
+        m_doc.m_dialects = dialects;
         m_doc.m_nProcessFilter = filter;
         m_doc.m_bNumberLines = true;
         CMemorySource source(log);
@@ -28,6 +29,13 @@ struct Reading {
         WriteSessionJson(m_doc, "log", out);
         return out.str();
     }
+    std::string Refused() const {
+        std::string text;
+        for (const RefusedLine& line : m_doc.Refused().first) {
+            text += std::to_string(line.number) + ' ' + line.text + '\n';
+        }
+        return text + std::to_string(m_doc.Refused().Count());
+    }
 
     AnalysisSettings m_settings;
     PendingStatement m_pending;
@@ -36,12 +44,14 @@ struct Reading {
     bool m_bLoaded;
 };
 
-void ExpectSameBothWays(const std::string& log, std::uint32_t filter) {
-    const Reading usual(log, false, filter);
-    const Reading plain(log, true, filter);
+void ExpectSameBothWays(const std::string& log, std::uint32_t filter, CDialects dialects = {}) {
+    const Reading usual(log, false, filter, dialects);
+    const Reading plain(log, true, filter, dialects);
     ASSERT_EQ(usual.m_bLoaded, plain.m_bLoaded);
     ASSERT_EQ(DifferenceOf(usual.m_doc, plain.m_doc), "") << "of process " << filter << " in\n" << log;
     ASSERT_EQ(usual.Json(), plain.Json()) << "of process " << filter << " in\n" << log;
+    ASSERT_EQ(usual.Refused(), plain.Refused()) << log;
+    ASSERT_EQ(usual.m_doc.Notes().m_helpful, plain.m_doc.Notes().m_helpful) << log;
     ASSERT_EQ(usual.m_pending.statement, plain.m_pending.statement) << log;
     ASSERT_EQ(usual.m_pending.parameters, plain.m_pending.parameters) << log;
 }
@@ -178,12 +188,12 @@ private:
     std::mt19937 m_random{1};
 };
 
-void ExpectSameOfNearMisses(const Form& form) {
+void ExpectSameOfNearMisses(const Form& form, CDialects dialects = {}) {
     CNearMisses logs(form);
     for (int i = 0; i < 100; ++i) {
         const std::string log = logs.Next();
         for (const std::uint32_t filter : {0U, 12U}) {
-            ExpectSameBothWays(log, filter);
+            ExpectSameBothWays(log, filter, dialects);
             if (testing::Test::HasFatalFailure()) {
                 return;
             }
@@ -220,14 +230,38 @@ TEST(PlainParse, ReadsLinesOfAUBEAsTheShortWayDoes) {
 
 TEST(PlainParse, ReadsJASLinesAsTheShortWayDoes) { ExpectSameOfNearMisses(JASForm()); }
 
+TEST(PlainParse, ReadsEachDialectAsTheShortWayDoes) {
+    Form debug = DebugForm("\t");
+    Form jas = JASForm();
+    for (const char* month :
+         {"M\xC3\xA4r", "M\xE4rz", "janv.", "jan", "Sept", "12\xE6\x9C\x88", "JanF", "out"}) {
+        debug.beginnings.push_back(std::string(month) + " 15 08:00:00.000001 - 12/34 Worker\t");
+        for (const char* source : {"[JDBJ]   ", "[123][JDBJ] ", "[123] "}) {
+            jas.beginnings.push_back("15 " + std::string(month) + " 2024 08:00:00,001 [APP   ] SMITH - " +
+                                     source);
+        }
+    }
+    for (const char* source :
+         {"[123]", "[123][JDBJ] ", "[123] [JDBJ] ", "[123][JDBJ", "[77][BASE]", "[1][2][BASE] "}) {
+        jas.beginnings.push_back("15 Jan 2024 08:00:00,001 [APP   ] SMITH - " + std::string(source));
+    }
+    for (const CDialects dialects : {CDialects{}, CDialects{Dialect::Months}, CDialects{Dialect::Numbered},
+                                     CDialects{Dialect::Months, Dialect::Numbered}}) {
+        ExpectSameOfNearMisses(debug, dialects);
+        ExpectSameOfNearMisses(jas, dialects);
+    }
+}
+
 TEST(PlainParse, ReadsTheSamplesAsTheShortWayDoes) {
     for (const char* name : {"order-entry", "order-fails", "old-style", "ube-batch", "night-batch",
-                             "cache-trace", "jas-web", "jas-slow", "utf-8", "windows-1252"}) {
+                             "cache-trace", "jas-web", "jas-slow", "utf-8", "windows-1252", "jas-languages",
+                             "jas-german", "french-order", "jas-numbered"}) {
         std::ifstream file(std::string(CARVELOT_SOURCE_FOLDER) + "/samples/" + name + ".log",
                            std::ios::binary);
         const std::string log{std::istreambuf_iterator<char>(file), {}};
         for (const std::uint32_t filter : {0U, 4576U}) {
             ExpectSameBothWays(log, filter);
+            ExpectSameBothWays(log, filter, {Dialect::Months, Dialect::Numbered});
         }
     }
 }
