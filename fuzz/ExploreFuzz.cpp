@@ -55,12 +55,12 @@ void CheckLines(const CCarvelotDoc& doc, std::string_view log) {
     std::uint32_t before = 1;
     for (std::uint32_t i = 0; i < doc.m_listLineNumbers.Size(); ++i) {
         const std::uint32_t line = doc.m_listLineNumbers[i];
-        Require(line >= before && line <= *doc.m_nLines + 1, "lines of records rise");
+        Require(line >= before && line <= doc.m_nLines + 1, "lines of records rise");
         before = line;
     }
     // What ends a line, and what cuts a long one.
     const std::uint64_t pieces =
-        *doc.m_nLines + 1 + static_cast<std::uint64_t>(log.size() / CLogReader::kLongestLine);
+        doc.m_nLines + 1 + static_cast<std::uint64_t>(log.size() / CLogReader::kLongestLine);
     Require(doc.m_listDetails.Size() + doc.Refused().Count() <= pieces,
             "a line becomes a record, or is refused, once");
 }
