@@ -100,7 +100,7 @@ def main():
         path = os.path.join(source, program)
         if os.path.isdir(path):
             return ""
-        return open(path, encoding="utf-8").read() if os.path.exists(path) else None
+        return open(path, encoding="utf-8", errors="replace").read() if os.path.exists(path) else None
 
     def run(command):
         file = os.path.join(source, command)

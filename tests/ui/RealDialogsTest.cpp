@@ -86,7 +86,8 @@ QString WhatDoesNotFit(const QTreeView& list) {
 }
 
 CFileQuestion LogQuestion() {
-    return {EFiles::Logs, QStringLiteral("Open"), QStringLiteral("log"), {}, QString::fromLatin1(kLogFilter)};
+    return {
+        EFiles::Logs, QStringLiteral("Open"), QStringLiteral("log"), {}, QString::fromLatin1(kNewLogFilter)};
 }
 
 CFileQuestion ExportQuestion() {

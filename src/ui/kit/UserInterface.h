@@ -27,8 +27,9 @@ struct CFileQuestion {
     QString m_strFilter;
 };
 
-inline constexpr char kLogFilter[] = "Debug Log Files (*.log)|*.log|All Files (*.*)|*.*|"
-                                     "Logs (*.log *.txt *.gz *.zst *.zip)|*.log;*.txt;*.gz;*.zst;*.zip||";
+inline constexpr char kNewLogFilter[] = "Debug Log Files (*.log)|*.log|All Files (*.*)|*.*||";
+inline constexpr char kLogFilter[] =
+    "Logs (*.log *.txt *.gz *.zst *.zip)|*.log;*.txt;*.gz;*.zst;*.zip|All files (*.*)|*.*||";
 
 // Every message box, file dialog, modal dialog and pop-up menu goes through here, so that a test can answer
 // it.

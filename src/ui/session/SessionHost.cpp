@@ -84,7 +84,7 @@ std::optional<std::string> CSessionHost::AskForLog() {
                                                    QCoreApplication::translate("CSessionHost", "Open"),
                                                    QStringLiteral("log"),
                                                    {},
-                                                   QString::fromLatin1(kLogFilter)});
+                                                   QString::fromLatin1(kNewLogFilter)});
     if (!path) {
         return std::nullopt;
     }
