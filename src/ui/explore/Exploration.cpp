@@ -57,8 +57,7 @@ void CExploration::Start() {
     auto result = std::make_shared<Result>();
     const auto work = [this, result, progress = m_pProgress] {
         result->Fill([&] {
-            result->explored = std::make_unique<ExploredSession>(
-                m_session, m_settings, progress.get());
+            result->explored = std::make_unique<ExploredSession>(m_session, m_settings, progress.get());
             const ExploredSession& explored = *result->explored;
             std::future<std::vector<Finding>> findings =
                 std::async([&explored, progress] { return FindAll(explored, progress.get()); });

@@ -12,8 +12,9 @@ CBackgroundWork::CBackgroundWork(std::function<void()> work, std::function<void(
     : m_fnStop(std::move(stop)), m_fnDone(std::move(done)) {
     const auto run = [this, work = std::move(work)] {
         work();
-        // Not a queued call: what such a call holds is made in this thread and read in the other, and Qt's own locks
-        // between them are not seen by a sanitizer of threads. Nothing of an event is read but that it came.
+        // Not a queued call: what such a call holds is made in this thread and read in the other, and Qt's
+        // own locks between them are not seen by a sanitizer of threads. Nothing of an event is read but that
+        // it came.
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     };
     try {
