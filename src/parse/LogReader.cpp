@@ -106,14 +106,14 @@ bool CLogReader::TakeBlock() {
     return true;
 }
 
-std::uint64_t CLogReader::Block::LinesEndedAt(std::ptrdiff_t ends) const {
-    std::uint64_t lines = linesEnded + static_cast<std::uint64_t>(ends);
+std::uint64_t CLogReader::Block::LinesEndedAt(std::size_t ends) const {
+    std::uint64_t lines = linesEnded + ends;
     if (ends > 0 && behindReturn && bytes[0] == '\n') {
         --lines;
     }
     // Most logs have no carriage return at all.
     if (std::memchr(bytes.get(), '\r', end) != nullptr) {
-        for (std::ptrdiff_t i = 1; i < ends; ++i) {
+        for (std::size_t i = 1; i < ends; ++i) {
             const std::uint32_t at = index.ends[i];
             lines -= bytes[at] == '\n' && index.ends[i - 1] + 1 == at && bytes[at - 1] == '\r' ? 1U : 0U;
         }

@@ -101,9 +101,9 @@ public:
             return 0;
         }
         // Behind the last one the bytes may have moved on already.
-        return *m_pNextEnd == LineIndex::kNoMore
-                   ? m_pBlock->linesInAll
-                   : m_pBlock->LinesEndedAt(m_pNextEnd - m_pBlock->index.ends.get());
+        return *m_pNextEnd == LineIndex::kNoMore ? m_pBlock->linesInAll
+                                                 : m_pBlock->LinesEndedAt(static_cast<std::size_t>(
+                                                       m_pNextEnd - m_pBlock->index.ends.get()));
     }
     // The number of the line that was read last, or of the line that it is a piece of.
     std::uint64_t LineNumber() const {
@@ -135,7 +135,7 @@ private:
         SourceProgress progress;
 
         // Lines that have ended with the first so many line ends of the block.
-        std::uint64_t LinesEndedAt(std::ptrdiff_t ends) const;
+        std::uint64_t LinesEndedAt(std::size_t ends) const;
     };
 
     static std::size_t BlockFor(const ILogSource& source);

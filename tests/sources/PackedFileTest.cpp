@@ -216,10 +216,10 @@ TEST(PackedFile, ThatIsDamagedAnywhereSaysSo) {
             EXPECT_EQ(unpacked.m_problem, "") << kind.name;
             EXPECT_EQ(unpacked.m_failure, Damaged(unpacked.m_bytes.size())) << kind.name << ' ' << part;
             // Ahead of the damage all is as it was; a block of zstd comes as a whole or not at all.
-            const std::size_t sound =
+            const auto sound = static_cast<std::size_t>(
                 std::mismatch(log.begin(), log.end(), unpacked.m_bytes.begin(), unpacked.m_bytes.end())
                     .first -
-                log.begin();
+                log.begin());
             EXPECT_GE(sound + 140'000, log.size() * part / 20) << kind.name << ' ' << part;
         }
     }
