@@ -84,8 +84,13 @@ TEST(RefusedLines, StandWhereAnEditorShowsThem) {
 
 TEST(RefusedLines, AreCutToWhatAWindowCanShow) {
     const std::string start = "at \xC3\x9C b ";
+#ifdef _WIN32
+    const std::string bytes = "at \xDC b "; // in the code page
+#else
+    const std::string& bytes = start;
+#endif
     const std::vector<std::string> kept =
-        Kept(TestSession::Joined(DebugLog({start + std::string(193, 'x'), start + std::string(194, 'x')})));
+        Kept(TestSession::Joined(DebugLog({bytes + std::string(193, 'x'), bytes + std::string(194, 'x')})));
     EXPECT_EQ(kept, (std::vector<std::string>{"2 " + start + std::string(193, 'x'),
                                               "3 " + start + std::string(193, 'x') + "\xE2\x80\xA6"}));
 }

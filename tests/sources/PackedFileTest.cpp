@@ -258,8 +258,11 @@ TEST(PackedFile, ListsTheFilesOfAZipArchiveAsItNamesThem) {
 
 TEST(PackedFile, NamesOfMembersAreTextsThatLeadNowhere) {
     const TestFolder folder;
-    const std::vector<std::string> names = {"../../up.log", "/etc/passwd",    "a\nb\x1B[2J.log",
-                                            "C:/x.log",     "l\xC3\xB6g.log", std::string(300, 'x')};
+    std::vector<std::string> names = {"../../up.log", "/etc/passwd", "a\nb\x1B[2J.log", "C:/x.log",
+                                      std::string(300, 'x')};
+#ifndef _WIN32 // where what makes the archive takes names in a code page
+    names.emplace_back("l\xC3\xB6g.log");
+#endif
     std::vector<ArchiveMember> members;
     for (const std::string& name : names) {
         members.push_back({name, "content of " + name});
