@@ -69,7 +69,7 @@ private slots:
 
     void chosenMembersAreOneLog() {
         const QString path = WriteSeveral();
-        m_pRun->m_user.m_fnInDialog = [&path](QDialog& dialog) {
+        m_pRun->m_user.m_fnInDialog = [](QDialog& dialog) {
             QCOMPARE(dialog.windowTitle(), QStringLiteral("Choose Members"));
             auto* list = dialog.findChild<QTreeWidget*>();
             QCOMPARE(list->topLevelItemCount(), 3);
