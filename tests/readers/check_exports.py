@@ -294,10 +294,11 @@ def check(reader, explored, folder, shown):
 
 class Run:
     def __init__(self, programs, packages, folder):
-        self.report = os.path.join(programs, "carvelot-report")
         self.make_log = os.path.join(programs, "carvelot-make-log")
         self.packages = packages
         self.folder = folder
+        # A log of another tongue has no frame to compare without its dialect.
+        self.report = [os.path.join(programs, "carvelot-report"), "--dialect", "auto"]
         self.passed = self.failed = self.skipped = 0
 
     def made_logs(self):
@@ -317,8 +318,8 @@ class Run:
         """(what the report prints, a folder with the log's profiles)"""
         folder = tempfile.mkdtemp(dir=self.folder)
         for ending in ENDINGS:
-            subprocess.run([self.report, "--export-profile", os.path.join(folder, "profile" + ending), log], check=True)
-        printed = subprocess.run([self.report, "--explore", "--json", log], check=True, stdout=subprocess.PIPE).stdout
+            subprocess.run(self.report + ["--export-profile", os.path.join(folder, "profile" + ending), log], check=True)
+        printed = subprocess.run(self.report + ["--explore", "--json", log], check=True, stdout=subprocess.PIPE).stdout
         return Explored(printed), folder
 
     def shown(self, folders):
