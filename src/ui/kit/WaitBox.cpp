@@ -14,6 +14,9 @@ namespace {
 
 constexpr std::int64_t kBetweenMoves = 50; // milliseconds
 constexpr int kSteps = 1000;
+// In characters.
+constexpr int kNarrowest = 50;
+constexpr int kWidest = 100;
 
 } // namespace
 
@@ -30,7 +33,11 @@ void CWaitBox::ComeUp() {
     QApplication::setOverrideCursor(Qt::ArrowCursor);
     m_pBox = std::make_unique<QProgressDialog>(MainWindow());
     m_pBox->setWindowTitle(QStringLiteral("Carvelot"));
-    m_pBox->setLabel(PlainLabel(m_strText));
+    // Paths may be as long as they like.
+    const QFontMetrics metrics = m_pBox->fontMetrics();
+    m_pBox->setLabel(
+        PlainLabel(metrics.elidedText(m_strText, Qt::ElideMiddle, kWidest * metrics.averageCharWidth())));
+    m_pBox->setMinimumWidth(kNarrowest * metrics.averageCharWidth());
     m_pBox->setCancelButtonText(QProgressDialog::tr("Cancel"));
     m_pBox->setWindowModality(Qt::ApplicationModal);
     m_pBox->setAutoReset(false);
