@@ -43,7 +43,7 @@ constexpr CCommandInfo kCommands[] = {
      "Write the profile as a file for another tool\nExport Profile", ""},
     {ID_EXPLORE_SAVE_PICTURE, "Explore", "S&ave Picture...", "Save what is shown as a picture\nSave Picture",
      ""},
-    {ID_EXPLORE_OPEN_PIECES, "Explore", "Open &Log in Pieces...",
+    {ID_EXPLORE_OPEN_PIECES, "Explore", "Open Lo&g in Pieces...",
      "Open several files as one log, in the order of their times\nOpen Log in Pieces", ""},
     {ID_CACHE_DEFINE_STRUCTURE, "Cache", "Define Structure",
      "Define Cache Columns and Structure\nDefine Cache", ""},
