@@ -24,6 +24,7 @@
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/session/ChildFrame.h"
+#include "ui/session/Following.h"
 #include "ui/session/SessionDocument.h"
 
 #include <QApplication>
@@ -82,6 +83,7 @@ void ConnectWindow(COverviewFrame& overview, CSessionDocument& document, CExplor
 
 void ConnectWindow(CAboutLogFrame& about, CSessionDocument& document, CExploration&) {
     QObject::connect(&document, &CSessionDocument::RecordsCame, &about, &CAboutLogFrame::ShowFacts);
+    QObject::connect(&document, &CSessionDocument::RecordsGrew, &about, &CAboutLogFrame::ShowGrowth);
     QObject::connect(&about, &CAboutLogFrame::DialectsWanted, &document, &CSessionDocument::ReadWith);
 }
 
@@ -175,6 +177,7 @@ void ConnectDialects(CSessionDocument& document, const CExploration& exploration
     document.m_fnKeptDialects = [](const QString& path) { return theApp().KeptDialects(path); };
     QObject::connect(&document, &CSessionDocument::DialectsChosen, &document,
                      [](const QString& path, CDialects dialects) { theApp().KeepDialects(path, dialects); });
+    QObject::connect(&document, &CSessionDocument::RecordsGrew, &document, &ShowWhetherManyLinesAreUnread);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &document, [&document, &exploration] {
         ShowWhetherManyLinesAreUnread();
         // The load has to end first.
@@ -182,6 +185,22 @@ void ConnectDialects(CSessionDocument& document, const CExploration& exploration
             &document, [&document, &exploration] { AskForDialects(document, exploration); },
             Qt::QueuedConnection);
     });
+}
+
+void ConnectFollowing(CSessionDocument& document) {
+    const auto isFollowed = [&document] {
+        return MainFrame() != nullptr && MainFrame()->Following().Followed() == &document;
+    };
+    document.AddCommand(
+        ID_EXPLORE_FOLLOW,
+        [&document, isFollowed] {
+            if (isFollowed()) {
+                MainFrame()->Following().End();
+            } else if (CMainFrame* const main = MainFrame()) {
+                main->Following().Follow(document);
+            }
+        },
+        [&document] { return CFollowedLog::CanFollow(document.Session()); }, isFollowed);
 }
 
 void ConnectExplore(CSessionDocument& document) {
@@ -286,6 +305,11 @@ void ConnectRequests(CMainFrame& frame) {
                      &ShowWhetherManyLinesAreUnread);
     QObject::connect(&frame.StatusBar().UnreadButton(), &QToolButton::clicked, &frame,
                      [&frame] { frame.RunCommand(ID_EXPLORE_ABOUT_LOG); });
+    // And of the one that is followed.
+    QObject::connect(&frame.Following(), &CFollowing::StateChanged, &frame, [&frame] {
+        frame.StatusBar().ShowFollowing(frame.Following().State());
+        frame.UpdateCommands();
+    });
     // A process is analysed.
     frame.m_wndProcessPane.m_fnAnalyze = [](const std::string& imageName, const std::string& debugFile,
                                             std::int32_t process) {
@@ -304,6 +328,7 @@ void ConnectRequests(CMainFrame& frame) {
 
 void ConnectRequests(CSessionDocument& document) {
     ConnectExplore(document);
+    ConnectFollowing(document);
     // A log that was opened by hand is a recent file.
     QObject::connect(&document, &CSessionDocument::Opened, &document,
                      [](const QString& path) { theApp().AddToRecentFileList(path); });
