@@ -14,7 +14,7 @@ namespace carvelot {
 namespace {
 
 // "%d:%d:%d,%d"; what does not scan stays 0. The last number is milliseconds.
-void ScanTime(std::string_view token, CLogDetail& detail) {
+void ScanTimeOfDay(std::string_view token, CLogDetail& detail) {
     std::size_t pos = 0;
     const auto next = [&](char c) { return pos < token.size() && token[pos] == c && ++pos > 0; };
     std::int32_t milliseconds = 0;
@@ -72,7 +72,7 @@ bool ReadFields(std::string_view line, std::string_view bytes, CJASLineParser& p
     if (!tokens.Next(kBlankOrTab, token) || !tokens.Next(kBlankOrTab, token)) {
         return true;
     }
-    ScanTime(token, detail);
+    ScanTimeOfDay(token, detail);
     if (!tokens.Next(kBrackets, token)) {
         return true;
     }

@@ -15,9 +15,6 @@ namespace carvelot {
 
 namespace {
 
-constexpr auto L = CTextTable::Align::Left;
-constexpr auto R = CTextTable::Align::Right;
-
 // What stands in one log alone.
 std::string MarkOf(ComparedPresence in) { return in.inBase && in.inLog ? "" : in.inLog ? "+" : "-"; }
 

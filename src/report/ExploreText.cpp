@@ -11,9 +11,6 @@ namespace carvelot {
 
 namespace {
 
-constexpr auto L = CTextTable::Align::Left;
-constexpr auto R = CTextTable::Align::Right;
-
 class CExploredText {
 public:
     CExploredText(const ExploredSession& explored, const ReportOptions& options, std::ostream& out)

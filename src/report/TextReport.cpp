@@ -18,9 +18,6 @@ namespace {
 // Lists are cut here: the first rows are the ones that matter, and the window shows the rest.
 constexpr std::size_t kMostRows = 15;
 
-constexpr auto L = CTextTable::Align::Left;
-constexpr auto R = CTextTable::Align::Right;
-
 std::string_view KindName(std::size_t kind) {
     static constexpr std::array<std::string_view, 23> names = {
         "no interest",   "SQL",      "BSFN call", "On",      "return", "parameter in",

@@ -56,4 +56,8 @@ private:
     std::size_t m_nRows = 0;
 };
 
+// So short that a table of columns reads as one.
+inline constexpr auto L = CTextTable::Align::Left;
+inline constexpr auto R = CTextTable::Align::Right;
+
 } // namespace carvelot

@@ -9,16 +9,16 @@ namespace carvelot {
 
 namespace {
 
-constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr const char* kMonthNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                       "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 } // namespace
 
 std::string TraceStamp(const platform::LocalTime& time) {
     char buffer[96];
     std::snprintf(buffer, sizeof buffer, "%s %02d %02d:%02d:%02d.%03d000",
-                  kMonths[std::clamp(time.m_nMonth, 1, 12) - 1], time.m_nDay, time.m_nHour, time.m_nMinute,
-                  time.m_nSecond, time.m_nMillisecond);
+                  kMonthNames[std::clamp(time.m_nMonth, 1, 12) - 1], time.m_nDay, time.m_nHour,
+                  time.m_nMinute, time.m_nSecond, time.m_nMillisecond);
     return buffer;
 }
 

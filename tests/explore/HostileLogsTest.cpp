@@ -143,7 +143,7 @@ std::string Told(const std::vector<std::string>& arguments) {
 }
 
 // Of strings: their search is compiled with the library, and quick in tests too.
-std::size_t CountOf(const std::string& part, const std::string& text) {
+std::size_t Occurrences(const std::string& part, const std::string& text) {
     std::size_t count = 0;
     for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) {
         ++count;
@@ -212,17 +212,17 @@ TEST(HostileLogs, OfDeepCallsAreTold) {
         EXPECT_EQ(depth, 0U);
         // The whole, the tree, and of each node an object and the list of its children.
         EXPECT_EQ(deepest, 2 + 2 * std::size_t{kMany});
-        EXPECT_EQ(
-            CountOf("\"name\":\"" + Name(kMany - 1) + "\",\"calls\":1,\"total\":2,\"self\":2,\"children\":[]",
-                    json),
-            1U);
+        EXPECT_EQ(Occurrences("\"name\":\"" + Name(kMany - 1) +
+                                  "\",\"calls\":1,\"total\":2,\"self\":2,\"children\":[]",
+                              json),
+                  1U);
 
-        EXPECT_EQ(CountOf("by self time (100,000)", Told({"--explore", log.Path()})), 1U);
+        EXPECT_EQ(Occurrences("by self time (100,000)", Told({"--explore", log.Path()})), 1U);
         const std::string same = Told({"--compare", log.Path(), "--json", log.Path()});
-        EXPECT_EQ(CountOf("\"in\":\"both\"", same), kMany);
-        EXPECT_EQ(CountOf("\"difference\":", same), 10 * kMany);
-        EXPECT_EQ(CountOf("\"difference\":0}", same), 10 * kMany);
-        EXPECT_EQ(CountOf("\"in\":\"log\"", Told({"--compare", other, "--json", log.Path()})), kMany);
+        EXPECT_EQ(Occurrences("\"in\":\"both\"", same), kMany);
+        EXPECT_EQ(Occurrences("\"difference\":", same), 10 * kMany);
+        EXPECT_EQ(Occurrences("\"difference\":0}", same), 10 * kMany);
+        EXPECT_EQ(Occurrences("\"in\":\"log\"", Told({"--compare", other, "--json", log.Path()})), kMany);
     });
 }
 
@@ -242,15 +242,15 @@ TEST(HostileLogs, OfDeepCallsAreExported) {
         };
         // A path names 500 frames; what is deeper counts for the last one.
         const std::string folded = exported(".folded");
-        EXPECT_EQ(CountOf("\n", folded), 500U);
-        EXPECT_EQ(CountOf(";F498;F499 " + std::to_string(2 * (kMany - 499)) + "\n", folded), 1U);
+        EXPECT_EQ(Occurrences("\n", folded), 500U);
+        EXPECT_EQ(Occurrences(";F498;F499 " + std::to_string(2 * (kMany - 499)) + "\n", folded), 1U);
         const std::string speedscope = exported(".speedscope.json");
-        EXPECT_EQ(CountOf("\"type\":\"O\"", speedscope), kMany);
-        EXPECT_EQ(CountOf("\"type\":\"C\"", speedscope), kMany);
-        EXPECT_EQ(CountOf("\"ph\":\"X\"", exported(".trace.json")), kMany);
+        EXPECT_EQ(Occurrences("\"type\":\"O\"", speedscope), kMany);
+        EXPECT_EQ(Occurrences("\"type\":\"C\"", speedscope), kMany);
+        EXPECT_EQ(Occurrences("\"ph\":\"X\"", exported(".trace.json")), kMany);
         const std::string callgrind = exported(".callgrind");
-        EXPECT_EQ(CountOf("\ncalls=1 ", callgrind), kMany);
-        EXPECT_EQ(CountOf("\ntotals: " + std::to_string(2 * kMany) + "\n", callgrind), 1U);
+        EXPECT_EQ(Occurrences("\ncalls=1 ", callgrind), kMany);
+        EXPECT_EQ(Occurrences("\ntotals: " + std::to_string(2 * kMany) + "\n", callgrind), 1U);
     });
 }
 

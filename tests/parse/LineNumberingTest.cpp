@@ -11,14 +11,15 @@ namespace carvelot::test {
 
 namespace {
 
-using Counts = std::vector<std::uint64_t>;
+using LineNumbers = std::vector<std::uint64_t>;
 
 // The number of each line that the reader gives, and behind them how many have ended.
-Counts NumbersIn(std::string_view content, const BlockReading& reading = {.way = BlockReading::Way::Here}) {
+LineNumbers NumbersIn(std::string_view content,
+                      const BlockReading& reading = {.way = BlockReading::Way::Here}) {
     CMemorySource source(content);
     CLogReader reader(source, FindLineEnds, reading);
     CLineNumbering numbering;
-    Counts numbers;
+    LineNumbers numbers;
     LogLine line;
     while (reader.ReadLogLine(line)) {
         numbers.push_back(numbering.Take(reader));
@@ -30,8 +31,8 @@ Counts NumbersIn(std::string_view content, const BlockReading& reading = {.way =
 }
 
 // The same as an editor has it, which looks at nothing but the ends of lines.
-Counts EditorNumbersIn(std::string_view content) {
-    Counts lineAt; // of each byte
+LineNumbers EditorNumbersIn(std::string_view content) {
+    LineNumbers lineAt; // of each byte
     std::uint64_t ended = 0;
     for (std::size_t i = 0; i < content.size(); ++i) {
         lineAt.push_back(ended + 1);
@@ -40,7 +41,7 @@ Counts EditorNumbersIn(std::string_view content) {
     }
     CMemorySource source(content);
     CLogReader reader(source);
-    Counts numbers;
+    LineNumbers numbers;
     LogLine line;
     for (std::uint64_t begin = 0; reader.ReadLogLine(line); begin = reader.Position()) {
         numbers.push_back(lineAt[begin]);
@@ -66,41 +67,41 @@ constexpr std::size_t kReadersBlock = 128 * 1024;
 
 TEST(LineNumbering, EndsALineAtCRLFAtCRAndAtLF) {
     // The reader gives an empty line between CR and LF, which is of the line that they end.
-    EXPECT_EQ(NumbersIn("a\r\nb\r\n"), (Counts{1, 1, 2, 2, 2}));
-    EXPECT_EQ(NumbersIn("a\rb\r"), (Counts{1, 2, 2}));
-    EXPECT_EQ(NumbersIn("a\nb\n"), (Counts{1, 2, 2}));
-    EXPECT_EQ(NumbersIn("a\r\nb\nc\rd\n"), (Counts{1, 1, 2, 3, 4, 4}));
+    EXPECT_EQ(NumbersIn("a\r\nb\r\n"), (LineNumbers{1, 1, 2, 2, 2}));
+    EXPECT_EQ(NumbersIn("a\rb\r"), (LineNumbers{1, 2, 2}));
+    EXPECT_EQ(NumbersIn("a\nb\n"), (LineNumbers{1, 2, 2}));
+    EXPECT_EQ(NumbersIn("a\r\nb\nc\rd\n"), (LineNumbers{1, 1, 2, 3, 4, 4}));
 }
 
 TEST(LineNumbering, CountsEmptyLines) {
-    EXPECT_EQ(NumbersIn("\n\n\n"), (Counts{1, 2, 3, 3}));
-    EXPECT_EQ(NumbersIn("\r\r\r"), (Counts{1, 2, 3, 3}));
-    EXPECT_EQ(NumbersIn("\r\n\r\n"), (Counts{1, 1, 2, 2, 2}));
-    EXPECT_EQ(NumbersIn("\n\r"), (Counts{1, 2, 2}));
-    EXPECT_EQ(NumbersIn("\r\r\n\n"), (Counts{1, 2, 2, 3, 3}));
+    EXPECT_EQ(NumbersIn("\n\n\n"), (LineNumbers{1, 2, 3, 3}));
+    EXPECT_EQ(NumbersIn("\r\r\r"), (LineNumbers{1, 2, 3, 3}));
+    EXPECT_EQ(NumbersIn("\r\n\r\n"), (LineNumbers{1, 1, 2, 2, 2}));
+    EXPECT_EQ(NumbersIn("\n\r"), (LineNumbers{1, 2, 2}));
+    EXPECT_EQ(NumbersIn("\r\r\n\n"), (LineNumbers{1, 2, 2, 3, 3}));
 }
 
 TEST(LineNumbering, CountsNoLineBehindTheLastEnd) {
-    EXPECT_EQ(NumbersIn(""), Counts{0});
-    EXPECT_EQ(NumbersIn("a"), Counts{0});
-    EXPECT_EQ(NumbersIn("a\nb"), (Counts{1, 1}));
-    EXPECT_EQ(NumbersIn("a\r"), (Counts{1, 1}));
+    EXPECT_EQ(NumbersIn(""), LineNumbers{0});
+    EXPECT_EQ(NumbersIn("a"), LineNumbers{0});
+    EXPECT_EQ(NumbersIn("a\nb"), (LineNumbers{1, 1}));
+    EXPECT_EQ(NumbersIn("a\r"), (LineNumbers{1, 1}));
 }
 
 TEST(LineNumbering, GivesAllPiecesOfALineItsNumber) {
-    EXPECT_EQ(NumbersIn(Of(8192) + "\nb\n"), (Counts{1, 1, 2, 2}));
-    EXPECT_EQ(NumbersIn(Of(8192) + "\r\nb\n"), (Counts{1, 1, 1, 2, 2}));
-    EXPECT_EQ(NumbersIn(Of(3 * 8192) + "y\nb\n"), (Counts{1, 1, 1, 1, 2, 2}));
-    EXPECT_EQ(NumbersIn("a\r" + Of(8192) + "\nb\n"), (Counts{1, 2, 2, 3, 3}));
+    EXPECT_EQ(NumbersIn(Of(8192) + "\nb\n"), (LineNumbers{1, 1, 2, 2}));
+    EXPECT_EQ(NumbersIn(Of(8192) + "\r\nb\n"), (LineNumbers{1, 1, 1, 2, 2}));
+    EXPECT_EQ(NumbersIn(Of(3 * 8192) + "y\nb\n"), (LineNumbers{1, 1, 1, 1, 2, 2}));
+    EXPECT_EQ(NumbersIn("a\r" + Of(8192) + "\nb\n"), (LineNumbers{1, 2, 2, 3, 3}));
     // A line of one byte behind a carriage return isn't the second half of an end.
-    EXPECT_EQ(NumbersIn("a\rb\n"), (Counts{1, 2, 2}));
+    EXPECT_EQ(NumbersIn("a\rb\n"), (LineNumbers{1, 2, 2}));
     // A piece at the end of the log has a number, but its line hasn't ended.
-    EXPECT_EQ(NumbersIn("a\n" + Of(8192)), (Counts{1, 2, 1}));
+    EXPECT_EQ(NumbersIn("a\n" + Of(8192)), (LineNumbers{1, 2, 1}));
 }
 
 TEST(LineNumbering, PassesOverNuls) {
-    EXPECT_EQ(NumbersIn(std::string_view("a\0b\r\0\n\0\nc\n", 10)), (Counts{1, 2, 3, 4, 4}));
-    EXPECT_EQ(NumbersIn(Of(8192, '\0') + "\r\nb\n"), (Counts{1, 1, 1, 2, 2}));
+    EXPECT_EQ(NumbersIn(std::string_view("a\0b\r\0\n\0\nc\n", 10)), (LineNumbers{1, 2, 3, 4, 4}));
+    EXPECT_EQ(NumbersIn(Of(8192, '\0') + "\r\nb\n"), (LineNumbers{1, 1, 1, 2, 2}));
 }
 
 TEST(LineNumbering, NumbersOnOverTheEdgesOfTheReadersBlocks) {
@@ -108,7 +109,7 @@ TEST(LineNumbering, NumbersOnOverTheEdgesOfTheReadersBlocks) {
         for (std::size_t ahead = 0; ahead <= 3; ++ahead) {
             std::string content = Filled(kReadersBlock - ahead) + end + "b" + end;
             content += Filled(2 * kReadersBlock - content.size() - ahead) + end + "c" + end;
-            const Counts numbers = NumbersIn(content);
+            const LineNumbers numbers = NumbersIn(content);
             EXPECT_EQ(numbers, EditorNumbersIn(content)) << ahead;
             EXPECT_GT(numbers.back(), 2U * 1300);
         }
@@ -144,7 +145,7 @@ TEST(LineNumbering, NumbersAsAnEditorDoesWhateverEndsStandTogether) {
                 break;
             }
         }
-        const Counts expected = EditorNumbersIn(content);
+        const LineNumbers expected = EditorNumbersIn(content);
         ASSERT_EQ(NumbersIn(content), expected) << "round " << round;
         // However the bytes come.
         const BlockReading small{BlockReading::Way::Here, 1 + random() % 200, 2};

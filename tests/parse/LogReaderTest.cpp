@@ -45,7 +45,7 @@ std::vector<std::string> Lines(std::string_view content) {
     return lines;
 }
 
-std::string Of(std::size_t size, char c = 'x') { return std::string(size, c); }
+std::string Repeated(std::size_t size, char c = 'x') { return std::string(size, c); }
 
 using Strings = std::vector<std::string>;
 
@@ -62,17 +62,18 @@ TEST(ReadLogLine, NeverGivesALastLineWithoutAnEnd) {
 }
 
 TEST(ReadLogLine, CutsALineAfter8192BytesWithoutALookAtTheNextByte) {
-    EXPECT_EQ(Lines(Of(8191) + "\n"), Strings{Of(8191)});
-    EXPECT_EQ(Lines(Of(8192) + "\n"), (Strings{Of(8192), ""}));
-    EXPECT_EQ(Lines(Of(8193) + "\n"), (Strings{Of(8192), "x"}));
-    EXPECT_EQ(Lines(Of(8192) + "\r\n"), (Strings{Of(8192), "", ""}));
-    EXPECT_EQ(Lines(Of(3 * 8192) + "y\n"), (Strings{Of(8192), Of(8192), Of(8192), "y"}));
+    EXPECT_EQ(Lines(Repeated(8191) + "\n"), Strings{Repeated(8191)});
+    EXPECT_EQ(Lines(Repeated(8192) + "\n"), (Strings{Repeated(8192), ""}));
+    EXPECT_EQ(Lines(Repeated(8193) + "\n"), (Strings{Repeated(8192), "x"}));
+    EXPECT_EQ(Lines(Repeated(8192) + "\r\n"), (Strings{Repeated(8192), "", ""}));
+    EXPECT_EQ(Lines(Repeated(3 * 8192) + "y\n"),
+              (Strings{Repeated(8192), Repeated(8192), Repeated(8192), "y"}));
 }
 
 TEST(ReadLogLine, Takes8192UnendedBytesForALineButNot8191) {
-    EXPECT_EQ(Lines(Of(8192)), Strings{Of(8192)});
-    EXPECT_EQ(Lines(Of(8191)), Strings{});
-    EXPECT_EQ(Lines(Of(8192) + "rest"), Strings{Of(8192)});
+    EXPECT_EQ(Lines(Repeated(8192)), Strings{Repeated(8192)});
+    EXPECT_EQ(Lines(Repeated(8191)), Strings{});
+    EXPECT_EQ(Lines(Repeated(8192) + "rest"), Strings{Repeated(8192)});
 }
 
 TEST(ReadLogLine, EndsTheTextAtANulButNotTheLine) {
@@ -88,7 +89,7 @@ TEST(ReadLogLine, FindsLineEndsAtEveryPlaceOfALongFile) {
     Strings expected;
     for (int round = 0; round < 12; ++round) {
         for (std::size_t length = 0; length < 300; ++length) {
-            expected.push_back(Of(length, static_cast<char>('a' + length % 26)));
+            expected.push_back(Repeated(length, static_cast<char>('a' + length % 26)));
             content.append(expected.back()).push_back('\n');
         }
     }

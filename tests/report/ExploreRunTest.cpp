@@ -1,7 +1,7 @@
 // --explore and --compare from their arguments to what is printed.
 #include "explore/ExploredLog.h"
 #include "report/ReportOptions.h"
-#include "report/ReportRun.h"
+#include "report/RunTool.h"
 
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
@@ -17,19 +17,6 @@ namespace {
 using Texts = std::vector<std::string>;
 
 const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome RunTool(const Texts& arguments, std::size_t width = ReportOptions::kUsualWidth) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = RunReport(arguments, out, err, width);
-    return {status, out.str(), err.str()};
-}
 
 rapidjson::Document JsonOf(const Texts& arguments) {
     const Outcome outcome = RunTool(arguments);

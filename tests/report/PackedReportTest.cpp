@@ -1,4 +1,4 @@
-#include "report/ReportRun.h"
+#include "report/RunTool.h"
 #include "support/Archives.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
@@ -10,19 +10,6 @@
 namespace carvelot::test {
 
 namespace {
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome RunTool(const std::vector<std::string>& arguments) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = RunReport(arguments, out, err);
-    return {status, out.str(), err.str()};
-}
 
 // Two logs of which the second alone has no sign of a debug log, but for its lines.
 const std::string kFirst = TestSession::Joined(DebugLog({DebugLine("10:00:00.000001", "On x", "5/6")}));

@@ -1,4 +1,4 @@
-#include "report/ReportRun.h"
+#include "report/RunTool.h"
 
 #include "report/ReportOptions.h"
 #include "support/TestFolder.h"
@@ -13,19 +13,6 @@
 namespace carvelot::test {
 
 namespace {
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-Outcome RunTool(const std::vector<std::string>& arguments) {
-    std::ostringstream out;
-    std::ostringstream err;
-    const int status = RunReport(arguments, out, err);
-    return {status, out.str(), err.str()};
-}
 
 const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
 

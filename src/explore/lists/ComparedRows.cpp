@@ -51,7 +51,7 @@ template <auto kNumber, class Row> SortKey MoreKey(const Row& row) {
     return SortKey(NumberOf<kNumber>(row).Difference());
 }
 
-template <class Row> double ShareOf(const Row& row) { return row.m_fShare; }
+template <class Row> double MoreBar(const Row& row) { return row.m_fShare; }
 template <class Row> std::string InText(const Row& row) {
     return std::string(PresenceText(row.m_compared.in));
 }
@@ -111,7 +111,7 @@ CColumnTable<ComparedFunctionRow> ComparedFunctionRow::Columns() {
     using R = ComparedFunctionRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference (s)",   120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, ShareOf<R>, true},
+        {"Difference (s)",   120, Right, MoreSeconds<&C::total, R>, MoreKey<&C::total, R>, MoreBar<R>, true},
         {"Base Total (s)",   100, Right, BaseSeconds<&C::total, R>, BaseKey<&C::total, R>},
         {"Log Total (s)",    100, Right, LogSeconds<&C::total, R>,  LogKey<&C::total, R>},
         {"In",                80, Left,  InText<R>,                 InKey<R>},
@@ -134,7 +134,7 @@ CColumnTable<ComparedShapeRow> ComparedShapeRow::Columns() {
     using R = ComparedShapeRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference (s)",     120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, ShareOf<R>, true},
+        {"Difference (s)",     120, Right, MoreSeconds<&C::total, R>,   MoreKey<&C::total, R>, MoreBar<R>, true},
         {"Base Total (s)",     100, Right, BaseSeconds<&C::total, R>,   BaseKey<&C::total, R>},
         {"Log Total (s)",      100, Right, LogSeconds<&C::total, R>,    LogKey<&C::total, R>},
         {"In",                  80, Left,  InText<R>,                   InKey<R>},
@@ -154,7 +154,7 @@ CColumnTable<ComparedFindingRow> ComparedFindingRow::Columns() {
     using R = ComparedFindingRow;
     // clang-format off
     static constexpr CListColumn<R> columns[] = {
-        {"Difference (s)",   120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, ShareOf<R>, true},
+        {"Difference (s)",   120, Right, MoreSeconds<&C::cost, R>, MoreKey<&C::cost, R>, MoreBar<R>, true},
         {"Base Cost (s)",    100, Right, BaseSeconds<&C::cost, R>, BaseKey<&C::cost, R>},
         {"Log Cost (s)",     100, Right, LogSeconds<&C::cost, R>,  LogKey<&C::cost, R>},
         {"In",                80, Left,  InText<R>,                InKey<R>},

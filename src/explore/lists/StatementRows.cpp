@@ -29,7 +29,7 @@ template <auto kMember> SortKey NumberKey(const ShapeRow& row, const ExploredSes
 std::string CountText(const ShapeRow& row, const ExploredSession&) {
     return std::to_string(row.m_profile.count);
 }
-double ShareOf(const ShapeRow& row, const ExploredSession&) { return row.m_fShare; }
+double BarOf(const ShapeRow& row, const ExploredSession&) { return row.m_fShare; }
 std::string CallerText(const ShapeRow& row, const ExploredSession& explored) {
     return TextOfKey(row.m_profile.topCaller, explored);
 }
@@ -49,7 +49,7 @@ std::string TimeText(const ShapeCallerRow& row, const ExploredSession&) {
     return SecondsWithPlaces(row.m_nTotal);
 }
 SortKey TimeKey(const ShapeCallerRow& row, const ExploredSession&) { return SortKey(row.m_nTotal); }
-double ShareOf(const ShapeCallerRow& row, const ExploredSession&) { return row.m_fShare; }
+double BarOf(const ShapeCallerRow& row, const ExploredSession&) { return row.m_fShare; }
 std::string CountText(const ShapeCallerRow& row, const ExploredSession&) {
     return std::to_string(row.m_nCount);
 }
@@ -90,7 +90,7 @@ std::string TimeText(const ExecutionRow& row, const ExploredSession&) {
     return SecondsWithPlaces(row.m_nTotal);
 }
 SortKey TimeKey(const ExecutionRow& row, const ExploredSession&) { return SortKey(row.m_nTotal); }
-double ShareOf(const ExecutionRow& row, const ExploredSession&) { return row.m_fShare; }
+double BarOf(const ExecutionRow& row, const ExploredSession&) { return row.m_fShare; }
 std::string CallerText(const ExecutionRow& row, const ExploredSession& explored) {
     return TextOfKey(CallerOf(explored.frames, row.m_nFrame), explored);
 }
@@ -113,7 +113,7 @@ CColumnTable<ShapeRow, ExploredSession> ShapeRow::Columns() {
     using P = ShapeProfile;
     // clang-format off
     static constexpr CListColumn<ShapeRow, ExploredSession> columns[] = {
-        {"Total (s)",   110, Right, TimeText<&P::total>,   NumberKey<&P::total>, ShareOf},
+        {"Total (s)",   110, Right, TimeText<&P::total>,   NumberKey<&P::total>, BarOf},
         {"Count",        70, Right, CountText,             NumberKey<&P::count>},
         {"Longest (s)",  90, Right, TimeText<&P::longest>, NumberKey<&P::longest>},
         {"p95 (s)",      90, Right, TimeText<&P::p95>,     NumberKey<&P::p95>},
@@ -137,7 +137,7 @@ CColumnTable<ShapeCallerRow, ExploredSession> ShapeCallerRow::Columns() {
     using enum EAlign;
     // clang-format off
     static constexpr CListColumn<ShapeCallerRow, ExploredSession> columns[] = {
-        {"Total (s)",  100, Right, TimeText,   TimeKey, ShareOf},
+        {"Total (s)",  100, Right, TimeText,   TimeKey, BarOf},
         {"Count",       60, Right, CountText,  CountKey},
         {"Run By",     200, Left,  CallerText, CallerKey},
     };
@@ -151,7 +151,7 @@ CColumnTable<ExecutionRow, ExploredSession> ExecutionRow::Columns() {
     static constexpr CListColumn<ExecutionRow, ExploredSession> columns[] = {
         {"Timestamp",   130, Left,  StampText,       StampKey},
         {"Proc/Thread", 100, Left,  OwnerText,       OwnerKey},
-        {"Duration (s)", 90, Right, TimeText,        TimeKey, ShareOf},
+        {"Duration (s)", 90, Right, TimeText,        TimeKey, BarOf},
         {"Run By",      200, Left,  CallerText,      CallerKey},
         {"Statement",   700, Left,  TextOfStatement, KeyOfStatement},
     };

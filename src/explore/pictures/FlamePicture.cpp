@@ -10,8 +10,8 @@ namespace carvelot {
 
 namespace {
 
-constexpr double kNarrow = 0.5;      // pixels: what is narrower becomes a rest
-constexpr double kLeastForText = 24; // pixels
+constexpr double kNarrowestPart = 0.5; // pixels: what is narrower becomes a rest
+constexpr double kLeastForText = 24;   // pixels
 constexpr double kMargin = 3;
 constexpr double kTallest = 500; // rows of a picture in a file
 constexpr PictureColor kHitColor{0xD0, 0x20, 0x90};
@@ -96,11 +96,11 @@ void CFlamePicture::DrawRow(ICanvas& canvas, std::uint32_t row, const PictureRec
     Place place = m_layout.FirstEndingBehind(level, m_layout.LevelBegin(level),
                                              std::max(TimeAt(part.x) - 1, m_layout.Start(m_zoomed)));
     const double microsecond = m_nWidth / std::max(1.0, static_cast<double>(m_layout.Total(m_zoomed)));
-    const auto half = static_cast<std::int64_t>(kNarrow / microsecond);
+    const auto half = static_cast<std::int64_t>(kNarrowestPart / microsecond);
     while (place < end && m_layout.Start(place) < behind) {
         const double x = XOf(m_layout.Start(place));
         const double right = XOf(m_layout.End(place));
-        if (right - x >= kNarrow) {
+        if (right - x >= kNarrowestPart) {
             DrawBar(canvas, place, {x - part.x, y, right - x, m_nRowHeight - 1}, row);
             ++place;
             continue;
@@ -114,13 +114,13 @@ void CFlamePicture::DrawRow(ICanvas& canvas, std::uint32_t row, const PictureRec
                 std::max(place + 1, m_layout.FirstEndingBehind(level, place, m_layout.Start(place) + half));
             restEnd = XOf(m_layout.End(place - 1));
         } while (place < end && m_layout.Start(place) < behind &&
-                 XOf(m_layout.Start(place)) - restEnd < kNarrow &&
-                 XOf(m_layout.End(place)) - XOf(m_layout.Start(place)) < kNarrow);
+                 XOf(m_layout.Start(place)) - restEnd < kNarrowestPart &&
+                 XOf(m_layout.End(place)) - XOf(m_layout.Start(place)) < kNarrowestPart);
         if (restEnd == x) {
             continue; // what took no time is not to be seen
         }
         const bool isHit = m_search.IsOn() && m_search.MarksAny(first, place);
-        canvas.Fill({x - part.x, y, std::max(restEnd - x, kNarrow), m_nRowHeight - 1},
+        canvas.Fill({x - part.x, y, std::max(restEnd - x, kNarrowestPart), m_nRowHeight - 1},
                     isHit             ? kHitColor
                     : m_search.IsOn() ? Faded(kRestColor, m_ground.background)
                                       : kRestColor);
@@ -178,7 +178,7 @@ CFlamePicture::Place CFlamePicture::At(PicturePoint point) const {
         m_layout.Start(place) < m_layout.Start(m_zoomed)) {
         return CFlameLayout::kNoPlace;
     }
-    const bool isRest = XOf(m_layout.End(place)) - XOf(m_layout.Start(place)) < kNarrow;
+    const bool isRest = XOf(m_layout.End(place)) - XOf(m_layout.Start(place)) < kNarrowestPart;
     return isRest ? CFlameLayout::kNoPlace : place;
 }
 

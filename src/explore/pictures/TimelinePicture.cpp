@@ -12,12 +12,12 @@ namespace carvelot {
 
 namespace {
 
-constexpr double kPad = 3;         // beside a name
-constexpr double kNarrow = 3;      // pixels of a frame that stands apart from its neighbours
-constexpr double kEdged = 5;       // of one that shows how it ended
-constexpr double kLettered = 16;   // of one that may bear the letter of its kind
-constexpr double kNamed = 36;      // of the room for a name
-constexpr double kMarksApart = 24; // between the texts of two marks
+constexpr double kPad = 3;          // beside a name
+constexpr double kNarrowestBar = 3; // pixels of a frame that stands apart from its neighbours
+constexpr double kEdged = 5;        // of one that shows how it ended
+constexpr double kLettered = 16;    // of one that may bear the letter of its kind
+constexpr double kNamed = 36;       // of the room for a name
+constexpr double kMarksApart = 24;  // between the texts of two marks
 constexpr double kFlagsApart = 6;
 constexpr PictureColor kFailedEdge{0x7A, 0x2E, 0x00};
 constexpr std::string_view kSilence = "silence";
@@ -51,7 +51,7 @@ public:
         if (faded) {
             color = Faded(color, m_ground.background);
         }
-        if (bar.Count() > 1 || right - left < kNarrow) {
+        if (bar.Count() > 1 || right - left < kNarrowestBar) {
             Join(left, right, color, bar.HasFailed());
             return;
         }

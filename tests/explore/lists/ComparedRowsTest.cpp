@@ -24,7 +24,7 @@ Texts Base() {
                      At(4, ReturnText("Alpha", 1)), At(5, CallText("Gone", 1)),
                      At(6, ReturnText("Gone", 1))});
 }
-Texts Log() {
+Texts ComparedLog() {
     return DebugLog({At(0, CallText("Alpha", 1)), At(1, kStatement), At(2, kSqlDone),
                      At(3, ReturnText("Alpha", 1)), At(4, CallText("New", 1)), At(4, "UPDATE U SET C = 1"),
                      At(8, ReturnText("New", 1, 2))});
@@ -34,7 +34,7 @@ Texts Log() {
 
 TEST(ComparedRows, FunctionsShowBothSidesWithSignedDifferences) {
     const Listed base(Base());
-    const Listed log(Log());
+    const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
     EXPECT_EQ(TextsOf(MakeComparedFunctionRows(comparison)),
               (Texts{
@@ -48,7 +48,7 @@ TEST(ComparedRows, FunctionsShowBothSidesWithSignedDifferences) {
 
 TEST(ComparedRows, BarsRunToEitherSide) {
     const Listed base(Base());
-    const Listed log(Log());
+    const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
     const std::vector<ComparedFunctionRow> rows = MakeComparedFunctionRows(comparison);
     EXPECT_DOUBLE_EQ(rows[0].m_fShare, 1);
@@ -58,7 +58,7 @@ TEST(ComparedRows, BarsRunToEitherSide) {
 
 TEST(ComparedRows, ShapesAndFindingsShowBothSides) {
     const Listed base(Base());
-    const Listed log(Log());
+    const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
     EXPECT_EQ(TextsOf(MakeComparedShapeRows(comparison)),
               (Texts{"-1.000000|2.000000|1.000000|both|0|1|1|-1.000000|SELECT A FROM T WHERE B = ?",
@@ -87,7 +87,7 @@ TEST(ComparedRows, ALogAgainstItselfHasOnlyZerosAndNoBars) {
 
 TEST(ComparedRows, ARowLeadsToTheFirstRecordOfEitherSide) {
     const Listed base(Base());
-    const Listed log(Log());
+    const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
     EXPECT_EQ(RecordOn(SideOf(log), comparison.functions[0]), RecordIndex{5}); // New
     EXPECT_EQ(RecordOn(SideOf(base), comparison.functions[0]), std::nullopt);

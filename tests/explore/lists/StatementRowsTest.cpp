@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kOther = "4120/77";
 
 // Three runs of one shape, by two functions and by nobody, and one of another shape.
-Texts Log() {
+Texts Statements() {
     return DebugLog({
         At(0, CallText("Alpha", 1)),
         At(1, "SELECT A FROM T WHERE B = 1"),
@@ -47,7 +47,7 @@ ShapeRuns WorstRuns(const Listed& log) { return {log.explored, log.scope, log.sc
 } // namespace
 
 TEST(StatementRows, ShapesShowTheirNumbersAndWhoRanThemMostTheLargestTotalFirst) {
-    EXPECT_EQ(ShapeTexts(Listed(Log())),
+    EXPECT_EQ(ShapeTexts(Listed(Statements())),
               (Texts{"7.000000|3|4.000000|4.000000|F  Alpha|SELECT A FROM T WHERE B = ?",
                      "1.000000|1|1.000000|1.000000|(top)|UPDATE U SET C = ?"}));
 }
@@ -55,7 +55,7 @@ TEST(StatementRows, ShapesShowTheirNumbersAndWhoRanThemMostTheLargestTotalFirst)
 TEST(StatementRows, ShapesAreThoseOfTheRange) {
     // The clock begins with the log's first line, two hours ahead of second 0.
     constexpr std::int64_t first = 7'199'999'999;
-    const Listed log(Log(), {first + 6'500'000, first + 11'000'000});
+    const Listed log(Statements(), {first + 6'500'000, first + 11'000'000});
     EXPECT_EQ(ShapeTexts(log), (Texts{"2.500000|2|2.000000|2.000000|F  Beta|SELECT A FROM T WHERE B = ?"}));
     EXPECT_EQ(ExecutionTexts(log, WorstRuns(log).m_listExecutions),
               (Texts{"10:00:06.000000|4120/77|0.500000|F  Beta|SELECT A  FROM T WHERE B = 22",
@@ -63,7 +63,7 @@ TEST(StatementRows, ShapesAreThoseOfTheRange) {
 }
 
 TEST(StatementRows, BarsAreLongAsTheirShareOfTheLargest) {
-    const Listed log(Log());
+    const Listed log(Statements());
     const std::vector<ShapeRow> shapes = MakeShapeRows(log.scope);
     EXPECT_DOUBLE_EQ(shapes[0].m_fShare, 1);
     EXPECT_DOUBLE_EQ(shapes[1].m_fShare, 1.0 / 7);
@@ -84,7 +84,7 @@ TEST(StatementRows, BarsOfStatementsThatTookNoTimeAreNone) {
 }
 
 TEST(StatementRows, ExecutionsOfAShapeStandByTimeWithWhoRanThem) {
-    const Listed log(Log());
+    const Listed log(Statements());
     EXPECT_EQ(ExecutionTexts(log, WorstRuns(log).m_listExecutions),
               (Texts{"10:00:01.000000|4120/3388|2.000000|F  Alpha|SELECT A FROM T WHERE B = 1",
                      "10:00:06.000000|4120/77|1.000000|F  Beta|SELECT A  FROM T WHERE B = 22",
@@ -117,7 +117,7 @@ TEST(StatementRows, ExecutionsSortByTheClockOverMidnight) {
 }
 
 TEST(StatementRows, CallersAddUpToTheShape) {
-    const Listed log(Log());
+    const Listed log(Statements());
     CExploredSource<ShapeCallerRow> source;
     source.Show(log.explored, WorstRuns(log).m_listCallers);
     EXPECT_EQ(RowTexts(source, ShapeCallerRow::Columns().size()),
@@ -127,7 +127,7 @@ TEST(StatementRows, CallersAddUpToTheShape) {
 }
 
 TEST(StatementRows, ARecordLeadsToItsShape) {
-    const Listed log(Log());
+    const Listed log(Statements());
     EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{1}), kNoShape); // a call
     EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{2}), log.scope.shapes[0].shape);
     EXPECT_EQ(ShapeOfRecord(log.explored, RecordIndex{3}), kNoShape); // no frame

@@ -17,7 +17,7 @@ namespace {
 using Place = CFlameLayout::Place;
 
 // Outer: Inner 2 s, a gap of one, Inner 3 s, two more; then Last.
-Texts SomeCalls() {
+Texts NestedCalls() {
     return DebugLog({At(0, CallText("Outer", 1)), At(1, CallText("Inner", 2)),
                      At(3, ReturnText("Inner", 2, 0)), At(4, CallText("Other", 2)),
                      At(5, CallText("Inner", 3)), At(7, ReturnText("Inner", 3, 0)),
@@ -55,7 +55,7 @@ struct Flame {
 };
 
 TEST(FlameLayout, PutsCallsBelowTheirCallersInOrderOfAppearance) {
-    const Flame flame(SomeCalls());
+    const Flame flame(NestedCalls());
     Texts texts;
     for (std::uint32_t level = 0; level < flame.layout.Levels(); ++level) {
         for (Place place = flame.layout.LevelBegin(level); place < flame.layout.LevelBegin(level + 1);
@@ -77,7 +77,7 @@ TEST(FlameLayout, PutsCallsBelowTheirCallersInOrderOfAppearance) {
 }
 
 TEST(FlameLayout, FindsByHalving) {
-    const Flame flame(SomeCalls());
+    const Flame flame(NestedCalls());
     EXPECT_EQ(flame.layout.At(2, 0), 3U);
     EXPECT_EQ(flame.layout.At(2, 1'999'999), 3U);
     EXPECT_EQ(flame.layout.At(2, 2'000'000), 4U);
@@ -97,7 +97,7 @@ TEST(FlameLayout, OfNothingIsTheWholeAlone) {
 }
 
 TEST(FlamePicture, DrawsEachCallAsWideAsItsTime) {
-    const Flame flame(SomeCalls());
+    const Flame flame(NestedCalls());
     const CTestCanvas canvas = flame.Drawn();
     EXPECT_EQ(canvas.Texts(), (Texts{"Whole log", "F Outer", "F Last", "F Inner", "F Other", "F Inner"}));
     const PictureColor outer = Shaded(ColorOf(FrameKind::Function), 1);
@@ -110,7 +110,7 @@ TEST(FlamePicture, DrawsEachCallAsWideAsItsTime) {
 }
 
 TEST(FlamePicture, TellsWhatLiesAtAPointAlsoWhenZoomed) {
-    Flame flame(SomeCalls());
+    Flame flame(NestedCalls());
     EXPECT_EQ(flame.picture.At({850, 25}), 2U);
     EXPECT_EQ(flame.picture.At({850, 45}), CFlameLayout::kNoPlace);
     EXPECT_EQ(flame.picture.At({100, 85}), CFlameLayout::kNoPlace);
@@ -150,7 +150,7 @@ TEST(FlamePicture, DrawsWhatIsNarrowAsOneRestAndNothingOfWhatTookNoTime) {
 }
 
 TEST(FlamePicture, SearchMarksItsHitsAndSumsThoseBelowNoOther) {
-    Flame flame(SomeCalls());
+    Flame flame(NestedCalls());
     flame.Search("iNNer");
     EXPECT_EQ(flame.picture.m_search.Hits(), (std::vector<Place>{3, 5}));
     EXPECT_EQ(flame.picture.m_search.Total(), 4'000'000);
@@ -172,7 +172,7 @@ TEST(FlamePicture, SearchMarksItsHitsAndSumsThoseBelowNoOther) {
 }
 
 TEST(FlamePicture, ColorsBySelfTimeFromPaleToDark) {
-    Flame flame(SomeCalls());
+    Flame flame(NestedCalls());
     flame.picture.m_coloring = CFlamePicture::Coloring::Self;
     const CTestCanvas canvas = flame.Drawn();
     const auto fillOf = [&](Place place) {
@@ -191,7 +191,7 @@ TEST(FlamePicture, ColorsBySelfTimeFromPaleToDark) {
 }
 
 TEST(FlamePicture, OutlinesTheFocusAndDescribesIt) {
-    Flame flame(SomeCalls());
+    Flame flame(NestedCalls());
     flame.picture.m_focus = 4;
     ASSERT_EQ(flame.Drawn().Of("outline").size(), 1U);
     EXPECT_EQ(flame.Drawn().Of("outline")[0].rect, flame.picture.RectOf(4));

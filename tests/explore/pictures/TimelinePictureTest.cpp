@@ -45,7 +45,7 @@ public:
 using Texts = std::vector<std::string>;
 
 // A thousand seconds, so that a pixel is a second.
-std::vector<std::string> Log() {
+std::vector<std::string> ThousandSeconds() {
     return LinesOfLog({
         At(0, CallText("Alpha", 1)),
         At(100, CallText("Bravo", 2)),
@@ -67,7 +67,7 @@ bool Has(const Texts& texts, std::string_view text) {
 } // namespace
 
 TEST(TimelinePicture, DrawsABarAFrameInTheColourOfItsKind) {
-    const PictureLog log(Log());
+    const PictureLog log(ThousandSeconds());
     const CTestCanvas canvas = log.Draw();
     EXPECT_FALSE(canvas.m_bNested);
     const auto spans = [&](PictureColor color) { return log.Spans(canvas.Filled(color)); };
@@ -79,7 +79,7 @@ TEST(TimelinePicture, DrawsABarAFrameInTheColourOfItsKind) {
 }
 
 TEST(TimelinePicture, NamesBearTheLetterOfTheirKindAndStayInTheirBars) {
-    const PictureLog log(Log());
+    const PictureLog log(ThousandSeconds());
     const CTestCanvas canvas = log.Draw();
     for (const char* name : {"F Alpha", "F Bravo", "F Open", "S SELECT PRODDTA.F4211", "4120/3388"}) {
         EXPECT_EQ(canvas.Of(name).size(), 1U) << name;
@@ -92,7 +92,7 @@ TEST(TimelinePicture, NamesBearTheLetterOfTheirKindAndStayInTheirBars) {
 }
 
 TEST(TimelinePicture, AFrameThatFailedHasAHeavyEdgeAndOneWithoutEndATornOne) {
-    PictureLog log(Log());
+    PictureLog log(ThousandSeconds());
     const CTestCanvas canvas = log.Draw();
     EXPECT_EQ(log.Spans(canvas.Of("outline")), Texts{"1 100-199"});
     EXPECT_TRUE(Has(log.Spans(canvas.Of("polygon")), "0 996-999")) << log.Spans(canvas.Of("polygon")).size();
@@ -102,7 +102,7 @@ TEST(TimelinePicture, AFrameThatFailedHasAHeavyEdgeAndOneWithoutEndATornOne) {
 }
 
 TEST(TimelinePicture, HatchesSilencesBelowTheFunctionThatWasSilent) {
-    const PictureLog log(Log());
+    const PictureLog log(ThousandSeconds());
     const CTestCanvas canvas = log.Draw();
     const Texts hatched = log.Spans(canvas.Of("hatch"));
     EXPECT_TRUE(Has(hatched, "1 0-100"));
@@ -116,7 +116,7 @@ TEST(TimelinePicture, HatchesSilencesBelowTheFunctionThatWasSilent) {
 }
 
 TEST(TimelinePicture, SilencesAreThoseOfTheFinding) {
-    const PictureLog log(Log());
+    const PictureLog log(ThousandSeconds());
     std::int64_t cost = 0;
     std::uint64_t count = 0;
     for (const Finding& finding : log.m_findings) {
@@ -134,7 +134,7 @@ TEST(TimelinePicture, SilencesAreThoseOfTheFinding) {
 }
 
 TEST(TimelinePicture, FlagsStandAtTheClockOfTheFindingsRecords) {
-    const PictureLog log(Log());
+    const PictureLog log(ThousandSeconds());
     const CTestCanvas canvas = log.Draw();
     std::vector<double> reds;
     for (const Drawn& drawn : canvas.Of("polygon")) {
@@ -171,7 +171,7 @@ TEST(TimelinePicture, NarrowFramesMergeIntoOneBarAColumn) {
 }
 
 TEST(TimelinePicture, SearchLeavesMatchesBrightAndFadesTheRest) {
-    PictureLog log(Log());
+    PictureLog log(ThousandSeconds());
     log.m_view.Search("open");
     const CTestCanvas canvas = log.Draw();
     const PictureColor bright = Shaded(ColorOf(FrameKind::Function), 0);
@@ -183,7 +183,7 @@ TEST(TimelinePicture, SearchLeavesMatchesBrightAndFadesTheRest) {
 }
 
 TEST(TimelinePicture, WhatIsOutOfRangeIsShadedAndWhatIsSelectedOutlined) {
-    PictureLog log(Log());
+    PictureLog log(ThousandSeconds());
     log.m_view.SetRange({100'000'000, 300'000'000});
     log.m_view.Select(log.Frame("Bravo"));
     const CTestCanvas canvas = log.Draw();
@@ -199,7 +199,7 @@ TEST(TimelinePicture, WhatIsOutOfRangeIsShadedAndWhatIsSelectedOutlined) {
 }
 
 TEST(TimelinePicture, TheStripFramesWhatIsShown) {
-    PictureLog log(Log());
+    PictureLog log(ThousandSeconds());
     log.m_view.ShowSpan(400'000'000, 600'000'000);
     const std::vector<Drawn> outlines = log.Draw().Of("outline");
     ASSERT_FALSE(outlines.empty());
