@@ -324,7 +324,6 @@ std::string CCarvelotDoc::LogName() const {
 }
 
 bool CCarvelotDoc::ReadLog(ILogSource& source) {
-    m_trace = {};
     m_trace.size = source.Size();
     m_trace.settings = m_settings;
     m_pendingAhead = m_jasParser.m_pending;
@@ -449,6 +448,7 @@ void CCarvelotDoc::EnterEndTimes() {
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
+    m_trace = {}; // nothing is left that could be read on
     m_mapProcesses.clear();
     m_listProcesses.clear();
     Release(m_listGaps);

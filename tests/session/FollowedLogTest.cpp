@@ -379,6 +379,10 @@ TEST(CFollowedLog, EndsWithAMessageWhereASessionCannotHoldTheLogAnyMore) {
     EXPECT_EQ(followed.m_session.m_host.m_messages,
               std::vector<std::string>{"This log is too large: it holds more than a session can."});
     EXPECT_EQ(followed.m_doc.m_listDetails.Size(), 0U);
+    // Followed once more, with more room, it is read from its start.
+    followed.m_doc.m_listDetails.LimitTo(std::size_t{1} << 18U, std::size_t{1} << 30U);
+    EXPECT_EQ(followed.LookAt(log), LogChange::Grew);
+    EXPECT_EQ(followed.DifferenceFrom(log), "");
 }
 
 namespace {

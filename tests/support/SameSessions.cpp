@@ -160,6 +160,11 @@ std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other) {
         !std::equal(a.first.begin(), a.first.end(), b.first.begin(), b.first.end(), SameRefusedLine)) {
         return "how many lines became no record";
     }
+    if (!(one.Notes().m_helpful == other.Notes().m_helpful) ||
+        one.Notes().m_bytes.utf8 != other.Notes().m_bytes.utf8 ||
+        one.Notes().m_bytes.codePage != other.Notes().m_bytes.codePage) {
+        return "which dialects would help, or what bytes there are";
+    }
     if (one.m_nLines != other.m_nLines || !SameNumbers(one.m_listLineNumbers, other.m_listLineNumbers)) {
         return "the numbers of the lines";
     }
