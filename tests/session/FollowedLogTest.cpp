@@ -1,6 +1,7 @@
 // A log that grows, shrinks or is replaced: after each look the session is that of a fresh load.
 #include "session/FollowedLog.h"
 #include "sources/MemorySource.h"
+#include "support/FileHelper.h"
 #include "support/SameSessions.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <limits>
 #include <memory>
+#include <random>
 
 namespace carvelot::test {
 
@@ -457,6 +459,80 @@ TEST(CFollowedLog, EndsWhereAnArchiveTakesTheLogsPlace) {
     EXPECT_EQ(change, LogChange::Packed);
     EXPECT_TRUE(EndsFollowing(change));
     EXPECT_EQ(log.m_session.m_doc.m_listDetails.Size(), records);
+}
+
+TEST(CFollowedLog, KeepsUpWithAProcessThatWritesInPartsOfAnySizeAndHoldsItsLogOpen) {
+    // One that ends inside a line, and one whose lines end with two bytes that come apart.
+    for (const std::string& bytes : {DebugBytes() + "Jan 15 10:0", WithReturns(JASBytes())}) {
+        FollowedFile log("");
+        FileHelper writer(log.m_folder.Path("log"));
+        ASSERT_TRUE(writer.Do("open"));
+        std::mt19937 random(1);
+        for (std::size_t at = 0; at < bytes.size();) {
+            constexpr std::size_t kSizes[] = {1, 1, 2, 3, 40, 200};
+            const std::size_t size = kSizes[random() % std::size(kSizes)];
+            ASSERT_TRUE(writer.Write(std::string_view(bytes).substr(at, size)));
+            at += size;
+            const LogChange change = log.m_followed.Look();
+            ASSERT_TRUE(change == LogChange::Grew || change == LogChange::None) << at;
+            ASSERT_EQ(log.Difference(), "") << at;
+        }
+        EXPECT_GT(log.m_session.m_doc.m_listDetails.Size(), 5U);
+    }
+}
+
+TEST(CFollowedLog, KeepsUpWithAProcessThatEmptiesRotatesAndRemovesItsLog) {
+    FollowedFile log("");
+    FileHelper writer(log.m_folder.Path("log"));
+    const auto expect = [&log](LogChange change) {
+        EXPECT_EQ(log.m_followed.Look(), change);
+        EXPECT_EQ(log.Difference(), "");
+    };
+    const std::string bytes = DebugBytes();
+    const std::string half = bytes.substr(0, bytes.size() / 2);
+    ASSERT_TRUE(writer.Do("open"));
+    ASSERT_TRUE(writer.Write(bytes));
+    expect(LogChange::Grew);
+    // Emptied while it is open, and written on: less than there was, nothing, and more.
+    ASSERT_TRUE(writer.Do("empty"));
+    ASSERT_TRUE(writer.Write(half));
+    expect(LogChange::Shrank);
+    ASSERT_TRUE(writer.Do("empty"));
+    expect(LogChange::Shrank);
+    ASSERT_TRUE(writer.Write(half));
+    expect(LogChange::Grew);
+    ASSERT_TRUE(writer.Do("empty"));
+    ASSERT_TRUE(writer.Write(WithReturns(JASBytes())));
+    expect(LogChange::Replaced);
+    // What is written to a file that was given another name is no longer the log.
+    ASSERT_TRUE(writer.Do("close"));
+    ASSERT_TRUE(writer.Do("rename"));
+    EXPECT_EQ(log.m_followed.Look(), LogChange::NotToBeHad);
+    ASSERT_TRUE(writer.Do("open"));
+    ASSERT_TRUE(writer.Write(bytes));
+    expect(LogChange::Replaced);
+    ASSERT_TRUE(writer.Write(bytes));
+    expect(LogChange::Grew);
+    // It vanishes, and comes back within a look and between two.
+    for (const bool seen : {false, true}) {
+        ASSERT_TRUE(writer.Do("close"));
+        ASSERT_TRUE(writer.Do("remove"));
+        if (seen) {
+            EXPECT_EQ(log.m_followed.Look(), LogChange::NotToBeHad);
+        }
+        ASSERT_TRUE(writer.Do("open"));
+        ASSERT_TRUE(writer.Write("Jan 15 11:00:00.000000 - 7/7 Worker\tEntering JDB_OpenTable\r"));
+        const LogChange change = log.m_followed.Look();
+        // The new file may have been given the old one's place on the disk.
+        EXPECT_TRUE(change == LogChange::Replaced || change == LogChange::Shrank);
+        EXPECT_EQ(log.Difference(), "");
+        ASSERT_TRUE(writer.Write("\n" + half));
+        expect(LogChange::Grew);
+    }
+    ASSERT_TRUE(writer.Do("close"));
+    ASSERT_TRUE(writer.Do("remove"));
+    EXPECT_EQ(log.m_followed.Look(), LogChange::NotToBeHad);
+    EXPECT_EQ(log.m_followed.Look(), LogChange::Vanished);
 }
 
 TEST(CFollowedLog, FollowsNoLogInPiecesAndNoPackedOne) {
