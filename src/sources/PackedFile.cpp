@@ -202,12 +202,14 @@ public:
     }
     ~CZstdUnpacker() override { ZSTD_freeDCtx(m_context); }
 
-    // Never more than a block of the archive is handed over at a time: with an error the library does not
-    // tell how much it has given ahead of it in the same call.
+    // Never more than a block of the archive is handed over at a time, without the head of the next one: with
+    // an error the library does not tell how much it has given ahead of it in the same call.
     std::size_t Read(char* buffer, std::size_t size) override {
         ZSTD_outBuffer out{buffer, size, 0};
         while (out.pos < out.size && !m_bEnded && HasInput()) {
-            const std::size_t wanted = m_bMoreToCome ? 0 : std::max<std::size_t>(m_nNext, 1);
+            const std::size_t next =
+                m_nNext > kBlockHead ? m_nNext - kBlockHead : std::max<std::size_t>(m_nNext, 1);
+            const std::size_t wanted = m_bMoreToCome ? 0 : next;
             ZSTD_inBuffer in{m_block.data(), std::min(m_block.size(), wanted), 0};
             m_nNext = ZSTD_decompressStream(m_context, &out, &in);
             m_block.remove_prefix(in.pos);
@@ -220,6 +222,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t kBlockHead = 3;
+
     bool HasInput() {
         if (m_block.empty() && !m_bMoreToCome) {
             m_block = m_blocks.Next();
@@ -246,8 +250,9 @@ private:
 
     CPackedBlocks m_blocks;
     ZSTD_DCtx* m_context;
-    std::string_view m_block;   // of the packed file, what is not handed over yet
-    std::size_t m_nNext = 1;    // bytes up to its next block's end; 0 between two frames
+    std::string_view m_block; // of the packed file, what is not handed over yet
+    // Bytes up to its next block's end and the head behind it; 0 between two frames.
+    std::size_t m_nNext = 1;
     bool m_bMoreToCome = false; // out of what has been handed over
 };
 

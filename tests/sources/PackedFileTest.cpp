@@ -236,6 +236,19 @@ TEST(PackedFile, OfZipGivesTheLastByteAheadOfADamage) {
     EXPECT_TRUE(unpacked.m_bytes.starts_with(cut.m_bytes));
 }
 
+TEST(PackedFile, OfZstdGivesTheWholeBlocksAheadOfADamage) {
+    // A frame of 40 bytes whose blocks are stored: one of 30, and the head of one of no kind that there is.
+    const std::string head = "\x28\xB5\x2F\xFD\x20\x28"s + "\xF0\0\0"s;
+    const std::string block(30, 'x');
+    for (const std::size_t piece : {1U, 30U, 31U, 40U, 100'000U}) {
+        const Unpacked damaged(head + block + "\x57\0\0"s, {}, piece);
+        EXPECT_EQ(damaged.m_bytes, block) << piece;
+        EXPECT_EQ(damaged.m_failure, Damaged(30)) << piece;
+    }
+    EXPECT_EQ(Unpacked(head + block + "\x51\0\0"s + std::string(10, 'y')).m_bytes,
+              block + std::string(10, 'y'));
+}
+
 TEST(PackedFile, ListsTheFilesOfAZipArchiveAsItNamesThem) {
     CMemorySource packed("");
     const std::string archive =
