@@ -146,6 +146,7 @@ public:
             m_stream.avail_out = wanted;
             const int result = inflate(&m_stream, Z_NO_FLUSH);
             done += wanted - m_stream.avail_out;
+            m_bMoreToCome = m_stream.avail_out == 0 && result == Z_OK;
             if (result == Z_STREAM_END) {
                 m_bBetween = true;
             } else if (result == Z_MEM_ERROR) {
@@ -162,7 +163,7 @@ private:
     // fills a tape's last block counts for nothing.
     bool HasInput() {
         for (;;) {
-            if (m_stream.avail_in == 0) {
+            if (m_stream.avail_in == 0 && !m_bMoreToCome) {
                 const std::string_view block = m_blocks.Next();
                 if (block.empty()) {
                     m_bBetween ? void(m_bEnded = true) : EndDamaged();
@@ -188,7 +189,8 @@ private:
 
     CPackedBlocks m_blocks;
     z_stream m_stream{};
-    bool m_bBetween = false; // two streams
+    bool m_bBetween = false;    // two streams
+    bool m_bMoreToCome = false; // perhaps, out of what has been handed over
 };
 
 // zstd itself: libarchive gives it as large a window as an archive asks for.

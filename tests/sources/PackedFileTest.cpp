@@ -203,6 +203,20 @@ TEST(PackedFile, ThatIsCutGivesWhatStandsAheadOfTheCut) {
     }
 }
 
+TEST(PackedFile, ThatIsCutAnywhereGivesTheSameInPiecesOfAnySize) {
+    const std::string log = LogOfLines(20);
+    for (const Kind& kind : kKinds) {
+        const std::string archive = kind.pack(log);
+        for (std::size_t size = kPackedMark; size < archive.size(); ++size) {
+            const std::string_view cut = std::string_view(archive).substr(0, size);
+            const std::string bytes = Unpacked(cut).m_bytes;
+            for (const std::size_t piece : {1U, 100U}) {
+                ASSERT_EQ(Unpacked(cut, {}, piece).m_bytes, bytes) << kind.name << ' ' << size;
+            }
+        }
+    }
+}
+
 TEST(PackedFile, ThatIsDamagedAnywhereSaysSo) {
     const std::string log = LogOfLines(4000);
     for (const Kind& kind : kKinds) {
