@@ -333,7 +333,7 @@ private slots:
         QVERIFY(tree.isExpanded(model.index(0, 0)));
     }
 
-    void theWindowsTakeATwentiethOfTheTime() {
+    void theWindowsTakeAThirtiethOfTheTime() {
         CChildFrame* const session = OpenFollowed();
         Select(session, "Thread - 6");
         CDetailView& tree = session->DetailView();
@@ -346,7 +346,7 @@ private slots:
         Look();
         QCOMPARE(nodes(), before + 2);
         Append(QStringLiteral("a.log"), Calls(1, "D"));
-        for (int look = 0; look < 19; ++look) {
+        for (int look = 0; look < 29; ++look) {
             Look();
             QCOMPARE(nodes(), before + 2);
             QCOMPARE(Difference(*session), ""); // the session does not wait

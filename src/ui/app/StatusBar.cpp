@@ -24,6 +24,7 @@ CStatusBar::CStatusBar(const QString& bitnessText)
     m_pRange->setAccessibleName(tr("Range"));
     m_pRange->hide();
     m_pFollowing->setAccessibleName(tr("Follow"));
+    m_pFollowing->setContentsMargins(10, 0, 10, 0);
     m_pFollowing->hide();
     m_pUnread->setText(tr("Many lines are not read"));
     m_pUnread->setToolTip(tr("More than a tenth of the lines became no record. Click to see why."));

@@ -14,9 +14,9 @@ namespace carvelot {
 
 namespace {
 
-constexpr int kInterval = 1000; // milliseconds
-constexpr std::int64_t kShowsAtMost = 20;
-constexpr int kNoteStands = 30; // looks
+constexpr int kInterval = 1000;             // milliseconds
+constexpr std::int64_t kWaitsForShows = 30; // times as long as the last one took
+constexpr int kNoteStands = 30;             // looks
 
 // The records must stay as they are while others read them, or while a menu or question is about them.
 bool MustWait() {
@@ -108,7 +108,7 @@ void CFollowing::ShowGrowth() {
     const std::int64_t begun = m_fnNow();
     m_pDocument->ShowGrowth();
     const std::int64_t ended = m_fnNow();
-    m_nNextShow = ended + kShowsAtMost * (ended - begun);
+    m_nNextShow = ended + kWaitsForShows * (ended - begun);
 }
 
 void CFollowing::Tell(LogChange change) {

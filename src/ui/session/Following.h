@@ -47,7 +47,7 @@ private:
     QTimer m_timer;
     bool m_bLooks = false;
     bool m_bShownOld = false; // the windows do not show yet what the session has
-    // A huge selection takes longer to show than a log takes to grow: the windows may take a twentieth of the
+    // A huge selection takes longer to show than a log takes to grow: the windows may take a thirtieth of the
     // time, and lag behind the session.
     std::int64_t m_nNextShow = 0;
     QString m_strNote;        // what has happened to the log
