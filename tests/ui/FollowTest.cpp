@@ -62,14 +62,17 @@ class FollowTest : public CSessionTest {
         Following().m_fnNow = [] { return std::int64_t{0}; };
         return session;
     }
-    QString StateShown() const {
+    // Null while it is hidden.
+    const QLabel* StateLabel() const {
         for (const QLabel* label : m_pRun->Frame().StatusBar().findChildren<QLabel*>()) {
             if (label->accessibleName() == QStringLiteral("Follow") && !label->isHidden()) {
-                return label->text();
+                return label;
             }
         }
-        return {};
+        return nullptr;
     }
+    QString StateShown() const { return StateLabel() == nullptr ? QString() : StateLabel()->text(); }
+    QString StateTip() const { return StateLabel() == nullptr ? QString() : StateLabel()->toolTip(); }
     // What is there less than in a session that was opened now.
     std::string Difference(const CChildFrame& session) const {
         AnalysisSettings settings;
@@ -98,11 +101,13 @@ private slots:
         QVERIFY(action->isChecked());
         QCOMPARE(Following().Followed(), &first->SessionDocument());
         QCOMPARE(StateShown(), QStringLiteral("Following"));
+        QCOMPARE(StateTip(), m_pRun->Path(QStringLiteral("a.log")));
         // One session at a time.
         CChildFrame* const second = m_pRun->Open(QStringLiteral("b.log"), Log());
         QVERIFY(!action->isChecked());
         action->trigger();
         QCOMPARE(Following().Followed(), &second->SessionDocument());
+        QCOMPARE(StateTip(), m_pRun->Path(QStringLiteral("b.log")));
         m_pRun->Frame().ClientArea().Activate(*first);
         m_pRun->Frame().UpdateCommands();
         QVERIFY(!action->isChecked());
@@ -407,7 +412,8 @@ private slots:
         Look();
         QVERIFY(Following().Followed() == nullptr);
         QCOMPARE(m_pRun->m_user.m_listMessages,
-                 QStringList{QStringLiteral("The log has vanished. It is followed no longer.")});
+                 QStringList{m_pRun->Path(QStringLiteral("a.log")) +
+                             QStringLiteral(" has vanished. It is followed no longer.")});
         QCOMPARE(StateShown(), QString());
         QCOMPARE(session->SessionDocument().Session().m_listDetails.Size(), 6U);
         QVERIFY(!m_pRun->Frame().CommandAction(ID_EXPLORE_FOLLOW)->isChecked());

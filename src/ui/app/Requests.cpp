@@ -307,7 +307,9 @@ void ConnectRequests(CMainFrame& frame) {
                      [&frame] { frame.RunCommand(ID_EXPLORE_ABOUT_LOG); });
     // And of the one that is followed.
     QObject::connect(&frame.Following(), &CFollowing::StateChanged, &frame, [&frame] {
-        frame.StatusBar().ShowFollowing(frame.Following().State());
+        const CSessionDocument* const followed = frame.Following().Followed();
+        frame.StatusBar().ShowFollowing(frame.Following().State(),
+                                        followed == nullptr ? QString() : followed->PathInTitle());
         frame.UpdateCommands();
     });
     // A process is analysed.

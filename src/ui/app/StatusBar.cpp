@@ -42,8 +42,9 @@ void CStatusBar::ShowRange(const QString& text) {
     m_pRange->setVisible(!text.isEmpty());
 }
 
-void CStatusBar::ShowFollowing(const QString& text) {
+void CStatusBar::ShowFollowing(const QString& text, const QString& log) {
     m_pFollowing->setText(text);
+    m_pFollowing->setToolTip(log);
     m_pFollowing->setVisible(!text.isEmpty());
 }
 

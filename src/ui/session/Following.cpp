@@ -141,12 +141,10 @@ void CFollowing::Tell(LogChange change) {
         m_nLooksWithNote = 1;
         break;
     case LogChange::Vanished:
-        End();
-        UserInterface().ShowMessage(tr("The log has vanished. It is followed no longer."));
+        EndWith(tr("%1 has vanished. It is followed no longer."));
         return;
     case LogChange::Packed:
-        End();
-        UserInterface().ShowMessage(tr("An archive has taken the log's place. It is followed no longer."));
+        EndWith(tr("%1 is an archive now. It is followed no longer."));
         return;
     case LogChange::TooLarge:
         End();
@@ -155,6 +153,12 @@ void CFollowing::Tell(LogChange change) {
     if (State() != before) {
         emit StateChanged();
     }
+}
+
+void CFollowing::EndWith(const QString& message) {
+    const QString log = m_pDocument->PathInTitle();
+    End();
+    UserInterface().ShowMessage(message.arg(log));
 }
 
 } // namespace carvelot

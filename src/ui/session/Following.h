@@ -40,6 +40,8 @@ signals:
 
 private:
     void Tell(LogChange change);
+    // The message names the log at its %1.
+    void EndWith(const QString& message);
     void ShowGrowth();
 
     QPointer<CSessionDocument> m_pDocument;
