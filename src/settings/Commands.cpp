@@ -45,6 +45,7 @@ constexpr CCommandInfo kCommands[] = {
      ""},
     {ID_EXPLORE_OPEN_PIECES, "Explore", "Open Lo&g in Pieces...",
      "Open several files as one log, in the order of their times\nOpen Log in Pieces", ""},
+    {ID_EXPLORE_FOLLOW, "Explore", "Follo&w", "Read on while the log grows\nFollow", ""},
     {ID_CACHE_DEFINE_STRUCTURE, "Cache", "Define Structure",
      "Define Cache Columns and Structure\nDefine Cache", ""},
     {ID_CACHE_REFRESH_DATA, "Cache", "Refresh Data", "Refresh Cache Data\nRefresh", ""},

@@ -416,7 +416,7 @@ TEST_F(ProcessListTest, ToggleGoesOnSafelyWhenARefreshDuringItsBoxHasTakenTheRow
 TEST_F(ProcessListTest, TruncEmptiesAFileThatAnotherProcessHoldsOpenAndGoesOnWriting) {
     const TestFolder folder;
     const std::string log = folder.Write("jdedebug.log", "");
-    test::FileHelper helper(folder, log);
+    test::FileHelper helper(log);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append " + std::string(2000, 'x')));
     m_host.m_listProcesses = {{10, "fda.exe"}};

@@ -203,6 +203,20 @@ TEST(PackedFile, ThatIsCutGivesWhatStandsAheadOfTheCut) {
     }
 }
 
+TEST(PackedFile, ThatIsCutAnywhereGivesTheSameInPiecesOfAnySize) {
+    const std::string log = LogOfLines(20);
+    for (const Kind& kind : kKinds) {
+        const std::string archive = kind.pack(log);
+        for (std::size_t size = kPackedMark; size < archive.size(); ++size) {
+            const std::string_view cut = std::string_view(archive).substr(0, size);
+            const std::string bytes = Unpacked(cut).m_bytes;
+            for (const std::size_t piece : {1U, 100U}) {
+                ASSERT_EQ(Unpacked(cut, {}, piece).m_bytes, bytes) << kind.name << ' ' << size;
+            }
+        }
+    }
+}
+
 TEST(PackedFile, ThatIsDamagedAnywhereSaysSo) {
     const std::string log = LogOfLines(4000);
     for (const PackedBy& kind : kKinds) {
@@ -234,6 +248,19 @@ TEST(PackedFile, OfZipGivesTheLastByteAheadOfADamage) {
     const Unpacked cut(archive.substr(0, archive.size() / 2));
     EXPECT_GE(unpacked.m_bytes.size(), cut.m_bytes.size());
     EXPECT_TRUE(unpacked.m_bytes.starts_with(cut.m_bytes));
+}
+
+TEST(PackedFile, OfZstdGivesTheWholeBlocksAheadOfADamage) {
+    // A frame of 40 bytes whose blocks are stored: one of 30, and the head of one of no kind that there is.
+    const std::string head = "\x28\xB5\x2F\xFD\x20\x28"s + "\xF0\0\0"s;
+    const std::string block(30, 'x');
+    for (const std::size_t piece : {1U, 30U, 31U, 40U, 100'000U}) {
+        const Unpacked damaged(head + block + "\x57\0\0"s, {}, piece);
+        EXPECT_EQ(damaged.m_bytes, block) << piece;
+        EXPECT_EQ(damaged.m_failure, Damaged(30)) << piece;
+    }
+    EXPECT_EQ(Unpacked(head + block + "\x51\0\0"s + std::string(10, 'y')).m_bytes,
+              block + std::string(10, 'y'));
 }
 
 TEST(PackedFile, ListsTheFilesOfAZipArchiveAsItNamesThem) {
