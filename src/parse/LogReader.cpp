@@ -36,7 +36,9 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
         const bool large = size == 0 || size > 4 * kBlock;
         m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
     }
-    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 1;
+    const bool ahead = m_reading.way == BlockReading::Way::Ahead;
+    m_bScansLate = ahead && source.ComesSlowly();
+    const std::size_t blocks = ahead ? m_reading.ring : 1;
     m_ring.reserve(blocks);
     for (std::size_t i = 0; i < blocks; ++i) {
         m_ring.emplace_back(m_reading.bytes);
@@ -68,12 +70,10 @@ void CLogReader::Rewind() {
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
     std::uint64_t position = m_start.position;
-    std::uint64_t linesEnded = m_start.linesEnded;
     bool behindReturn = m_start.behindReturn;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
-        linesEnded = before->linesInAll;
         behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
         std::memmove(block.bytes.get(), before->bytes.get() + taken, kept);
         position = before->position + taken;
@@ -83,14 +83,14 @@ bool CLogReader::Fill(Block& block, const Block* before) {
         return false;
     }
     block.position = position;
-    block.linesEnded = linesEnded;
     block.behindReturn = behindReturn;
     block.end = kept + static_cast<std::uint32_t>(got);
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
-    m_scan(block.bytes.get(), block.end, block.index);
-    block.linesInAll = block.LinesEndedAt(block.index.endCount);
+    if (!m_bScansLate) {
+        Scan(block, before == nullptr ? m_start.linesEnded : before->linesInAll);
+    }
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
                                      std::make_reverse_iterator(block.bytes.get()), isLineEnd);
@@ -99,10 +99,20 @@ bool CLogReader::Fill(Block& block, const Block* before) {
     return true;
 }
 
+void CLogReader::Scan(Block& block, std::uint64_t linesEnded) const {
+    block.linesEnded = linesEnded;
+    m_scan(block.bytes.get(), block.end, block.index);
+    block.linesInAll = block.LinesEndedAt(block.index.endCount);
+}
+
 bool CLogReader::TakeBlock() {
-    const Block* const block = m_blocks->Next();
+    const std::uint64_t linesEnded = m_pBlock == nullptr ? m_start.linesEnded : m_pBlock->linesInAll;
+    Block* const block = m_blocks->Next();
     if (block == nullptr) {
         return false;
+    }
+    if (m_bScansLate) {
+        Scan(*block, linesEnded);
     }
     m_pBlock = block;
     m_pBytes = block->bytes.get();

@@ -157,6 +157,7 @@ private:
     std::uint64_t SizeAhead() const;
     std::size_t BlockFor() const;
     bool Fill(Block& block, const Block* before);
+    void Scan(Block& block, std::uint64_t linesEnded) const;
     bool TakeBlock();
     void TakeLine(LogLine& line, std::size_t length) {
         const char* const first = m_pBytes + m_nBegin;
@@ -180,6 +181,7 @@ private:
     const LogPlace m_start;
     bool m_bAtStart = true; // the source could go there
     BlockReading m_reading;
+    bool m_bScansLate = false; // when a block is taken, not when it is filled
     std::vector<Block> m_ring;
     std::optional<CReadAhead<Block>> m_blocks;
 

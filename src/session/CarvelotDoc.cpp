@@ -45,6 +45,28 @@ private:
     ISessionHost& m_host;
 };
 
+// Ends the progress that a load has told of, however it ends.
+class CToldProgress {
+public:
+    explicit CToldProgress(ISessionHost& host) : m_host(host) {}
+    ~CToldProgress() {
+        if (m_bTold) {
+            m_host.EndLoadProgress();
+        }
+    }
+    CToldProgress(const CToldProgress&) = delete;
+    CToldProgress& operator=(const CToldProgress&) = delete;
+
+    void Tell(const SourceProgress& progress) {
+        m_bTold = true;
+        m_host.LoadProgress(progress.done, progress.all);
+    }
+
+private:
+    ISessionHost& m_host;
+    bool m_bTold = false;
+};
+
 // A file that is removed when it is no longer needed.
 class CTemporaryCopy {
 public:
@@ -186,7 +208,6 @@ bool CCarvelotDoc::OnNewDocument() {
 }
 
 bool CCarvelotDoc::LoadLog() {
-    const CWaitCursor wait(m_host);
     if (!m_listPieces.empty()) {
         return LoadPieces();
     }
@@ -385,6 +406,7 @@ void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
 
         CLogReader reader(traced, scan, m_blockReading, start);
         const std::uint64_t size = reader.Progress().all;
+        CToldProgress told(m_host);
         std::uint64_t nextProgress = start.position + kProgressStep;
         CLineNumbering numbering(start);
         std::size_t piecesBegun = 0;
@@ -406,7 +428,7 @@ void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
                 }
             }
             if (reader.Position() >= nextProgress) {
-                m_host.LoadProgress(reader.Progress().done, size);
+                told.Tell({reader.Progress().done, size});
                 nextProgress = reader.Position() + kProgressStep;
             }
         }

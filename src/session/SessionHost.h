@@ -33,6 +33,8 @@ public:
     // Bytes of the file that have been parsed, of 0 where nobody knows how many there are; called now and then
     // during a load, in which the session must be left alone.
     virtual void LoadProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
+    // Of a load that has told of its progress there is no more.
+    virtual void EndLoadProgress() {}
     // The shared panes must let go of the session's records now.
     virtual void ClearPanes() {}
     virtual void SetTitle(CCarvelotDoc& /*session*/, const std::string& /*title*/) {}

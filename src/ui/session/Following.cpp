@@ -1,7 +1,6 @@
 #include "ui/session/Following.h"
 
 #include "ui/kit/BackgroundWork.h"
-#include "ui/kit/MainWindow.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/session/SessionDocument.h"
 
@@ -92,9 +91,6 @@ void CFollowing::Look() {
         m_pDocument->ShowAnew();
     } else if (change == LogChange::Grew) {
         m_bShownOld = true;
-    }
-    if (CMainWindow* const main = MainWindow(); main != nullptr && change != LogChange::None) {
-        main->ShowProgress(-1);
     }
     if (m_bShownOld && m_fnNow() >= m_nNextShow) {
         ShowGrowth();

@@ -52,13 +52,7 @@ void CSessionHost::PrintOutput(std::string_view text) {
 
 void CSessionHost::BeginWaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
 
-void CSessionHost::EndWaitCursor() {
-    m_waitBox.reset();
-    QApplication::restoreOverrideCursor();
-    if (CMainWindow* const main = MainWindow()) {
-        main->ShowProgress(-1);
-    }
-}
+void CSessionHost::EndWaitCursor() { QApplication::restoreOverrideCursor(); }
 
 void CSessionHost::LoadProgress(std::uint64_t done, std::uint64_t total) {
     if (CMainWindow* const main = MainWindow(); main != nullptr && total != 0) {
@@ -70,6 +64,13 @@ void CSessionHost::LoadProgress(std::uint64_t done, std::uint64_t total) {
     }
     if (!m_waitBox->GoOn(done, total)) {
         throw LoadEnded();
+    }
+}
+
+void CSessionHost::EndLoadProgress() {
+    m_waitBox.reset();
+    if (CMainWindow* const main = MainWindow()) {
+        main->ShowProgress(-1);
     }
 }
 

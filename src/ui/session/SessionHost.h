@@ -20,6 +20,7 @@ public:
     void BeginWaitCursor() override;
     void EndWaitCursor() override;
     void LoadProgress(std::uint64_t done, std::uint64_t total) override;
+    void EndLoadProgress() override;
     void ClearPanes() override;
     void SetTitle(CCarvelotDoc& session, const std::string& title) override;
     void AddToRecentFileList(const std::string& path) override;
