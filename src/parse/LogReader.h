@@ -42,7 +42,7 @@ struct BlockReading {
 
     Way way = Way::AheadIfLarge;
     std::size_t bytes = 0; // of a block; 0 leaves it to the reader
-    std::size_t ring = 8;  // blocks that are read ahead, two or more
+    std::size_t ring = 6;  // blocks that are read ahead, two or more
 };
 
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes and

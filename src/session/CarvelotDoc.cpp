@@ -186,6 +186,7 @@ bool CCarvelotDoc::OnNewDocument() {
 }
 
 bool CCarvelotDoc::LoadLog() {
+    const CWaitCursor wait(m_host);
     if (!m_listPieces.empty()) {
         return LoadPieces();
     }
@@ -243,17 +244,22 @@ void CCarvelotDoc::LetViewsGo() {
 template <class Load> bool CCarvelotDoc::LoadInMemory(Load load) {
     const char* failure = nullptr;
     bool read = false;
+    bool ended = false;
     try {
         read = load();
+    } catch (const LoadEnded&) {
+        ended = true;
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
     } catch (const std::length_error&) {
         failure = "This log is too large: it holds more than a session can.";
     }
-    if (failure != nullptr) {
+    if (ended || failure != nullptr) {
         // Half a record may have been filed; what is left of the memory is needed for the message.
         LetViewsGo();
         ClearSession();
+    }
+    if (failure != nullptr) {
         m_host.ShowMessage(failure);
     }
     return read;

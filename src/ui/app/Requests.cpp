@@ -23,6 +23,7 @@
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/kit/WaitCursor.h"
 #include "ui/session/ChildFrame.h"
 #include "ui/session/Following.h"
 #include "ui/session/SessionDocument.h"
@@ -34,19 +35,6 @@
 namespace carvelot {
 
 namespace {
-
-class CBusyCursor {
-public:
-    CBusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~CBusyCursor() {
-        QApplication::restoreOverrideCursor();
-        if (CMainFrame* main = MainFrame()) {
-            main->ShowProgress(-1);
-        }
-    }
-    CBusyCursor(const CBusyCursor&) = delete;
-    CBusyCursor& operator=(const CBusyCursor&) = delete;
-};
 
 template <class TFrame>
 TFrame* ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id);
@@ -256,7 +244,7 @@ void CCarvelotApp::AnalyzeProcess(const QString& imageName, const QString& debug
     session.m_strProcessName = ToUtf8(imageName);
     session.m_nProcessFilter = static_cast<std::uint32_t>(process);
     session.m_strLogPath = PathOf(debugFile);
-    const CBusyCursor wait;
+    const CWaitCursor wait;
     CMDIChildWnd* frame = documentTemplate->CreateNewFrame(*document);
     if (frame == nullptr || !session.LoadLog()) {
         documentTemplate->CloseDocument(*document);

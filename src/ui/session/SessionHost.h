@@ -2,6 +2,9 @@
 #pragma once
 
 #include "session/SessionHost.h"
+#include "ui/kit/WaitBox.h"
+
+#include <optional>
 
 namespace carvelot {
 
@@ -28,6 +31,7 @@ public:
 
 private:
     CSessionDocument& m_document;
+    std::optional<CWaitBox> m_waitBox;
 };
 
 } // namespace carvelot
