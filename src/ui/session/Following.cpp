@@ -1,7 +1,6 @@
 #include "ui/session/Following.h"
 
 #include "ui/kit/BackgroundWork.h"
-#include "ui/kit/MainWindow.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/session/SessionDocument.h"
 
@@ -93,9 +92,6 @@ void CFollowing::Look() {
     } else if (change == LogChange::Grew) {
         m_bShownOld = true;
     }
-    if (CMainWindow* const main = MainWindow(); main != nullptr && change != LogChange::None) {
-        main->ShowProgress(-1);
-    }
     if (m_bShownOld && m_fnNow() >= m_nNextShow) {
         ShowGrowth();
     }
@@ -146,7 +142,7 @@ void CFollowing::Tell(LogChange change) {
     case LogChange::Packed:
         EndWith(tr("%1 is an archive now. It is followed no longer."));
         return;
-    case LogChange::TooLarge:
+    case LogChange::NotRead:
         End();
         return;
     }
