@@ -366,6 +366,10 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
 }
 
 bool CCarvelotDoc::ReadOn(ILogSource& source) {
+    std::optional<CWaitCursor> wait; // for no less than a load tells of
+    if (source.Size() >= m_trace.place.position + kProgressStep) {
+        wait.emplace(m_host);
+    }
     return LoadInMemory([&] {
         m_jasParser.m_pending = m_pendingBehind;
         ReadLines(source, m_trace.place);
@@ -374,6 +378,7 @@ bool CCarvelotDoc::ReadOn(ILogSource& source) {
 }
 
 bool CCarvelotDoc::ReadAnew(ILogSource& source, const platform::FileIdentity& identity) {
+    const CWaitCursor wait(m_host);
     LetViewsGo();
     return LoadInMemory([&] {
         ClearSession();

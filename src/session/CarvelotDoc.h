@@ -78,7 +78,7 @@ public:
 
     // Reads the lines that a log has gained since it was read last, which needs a source that seeks: the
     // session stays the one it is, and grows. False where it is more than the memory or a session can hold,
-    // which the host is told; the session is then empty.
+    // which the host is told, or the host has ended it; the session is then empty.
     bool ReadOn(ILogSource& source);
     // Reads a log from its start as a new session would, and says nothing where its format cannot be told
     // yet: the session is then empty. False as above.

@@ -92,7 +92,7 @@ LogChange CFollowedLog::LookAt(ILogSource& grows, const platform::FileIdentity& 
     }
     const bool wasTold = m_session.Trace().told;
     if (change == LogChange::Grew && wasTold) {
-        return m_session.ReadOn(source) ? change : LogChange::TooLarge;
+        return m_session.ReadOn(source) ? change : LogChange::NotRead;
     }
     if (change == LogChange::Grew) {
         m_session.HasBeenLookedAt(source.Size());
@@ -102,7 +102,7 @@ LogChange CFollowedLog::LookAt(ILogSource& grows, const platform::FileIdentity& 
         return LogChange::Packed;
     }
     if (!m_session.ReadAnew(source, identity)) {
-        return LogChange::TooLarge;
+        return LogChange::NotRead;
     }
     // Lines that come to a log which had none are no change of the format.
     return change == LogChange::OtherFormat && !wasTold ? LogChange::Grew : change;

@@ -23,8 +23,8 @@ enum class LogChange {
     NotToBeHad, // at present
     Vanished,   // for good: following ends
     Packed,     // an archive stands in the log's place: following ends
-    // The session is empty, as the host has been told: following ends.
-    TooLarge,
+    // The session is empty, too large or ended by the host, which knows: following ends.
+    NotRead,
 };
 
 inline bool EndsFollowing(LogChange change) { return change >= LogChange::Vanished; }

@@ -18,15 +18,15 @@ namespace carvelot::test {
 
 namespace {
 
-struct Options {
+struct ReadingOptions {
     AnalysisSettings settings;
     std::uint32_t processFilter = 0;
     CDialects dialects;
     BlockReading reading;
 };
 
-struct Session {
-    explicit Session(const Options& options) : m_settings(options.settings) {
+struct OptionedSession {
+    explicit OptionedSession(const ReadingOptions& options) : m_settings(options.settings) {
         m_doc.m_nProcessFilter = options.processFilter;
         m_doc.m_dialects = options.dialects;
         m_doc.m_blockReading = options.reading;
@@ -41,8 +41,8 @@ struct Session {
 
 // What a fresh load of the bytes holds that a session does not.
 std::string DifferenceFromFreshLoad(const CCarvelotDoc& doc, const PendingStatement& pending,
-                                    std::string_view log, const Options& options) {
-    Session fresh(options);
+                                    std::string_view log, const ReadingOptions& options) {
+    OptionedSession fresh(options);
     CMemorySource source(log);
     fresh.m_doc.LoadFrom(source);
     if (doc.m_nBytes != fresh.m_doc.m_nBytes) {
@@ -57,7 +57,7 @@ std::string DifferenceFromFreshLoad(const CCarvelotDoc& doc, const PendingStatem
 // A log in memory that a session follows.
 class FollowedBytes {
 public:
-    explicit FollowedBytes(std::string_view log, const Options& options = {})
+    explicit FollowedBytes(std::string_view log, const ReadingOptions& options = {})
         : m_options(options), m_session(options) {
         CMemorySource source(log);
         m_session.m_doc.LoadFrom(source);
@@ -72,14 +72,15 @@ public:
         return DifferenceFromFreshLoad(m_session.m_doc, m_session.m_pending, log, m_options);
     }
 
-    Options m_options;
-    Session m_session;
+    ReadingOptions m_options;
+    OptionedSession m_session;
     CCarvelotDoc& m_doc = m_session.m_doc;
     CFollowedLog m_followed{m_session.m_doc};
 };
 
 // Grows a log by parts of one size, from nothing to all of it.
-void ExpectFreshLoadsWhileItGrows(const std::string& log, std::size_t step, const Options& options = {}) {
+void ExpectFreshLoadsWhileItGrows(const std::string& log, std::size_t step,
+                                  const ReadingOptions& options = {}) {
     FollowedBytes followed("", options);
     for (std::size_t size = step; size < log.size() + step; size += step) {
         const std::string_view bytes = std::string_view(log).substr(0, size);
@@ -89,7 +90,7 @@ void ExpectFreshLoadsWhileItGrows(const std::string& log, std::size_t step, cons
     EXPECT_TRUE(followed.m_session.m_host.m_messages.empty());
 }
 
-void ExpectFreshLoadsWhileItGrows(const std::string& log, const Options& options = {}) {
+void ExpectFreshLoadsWhileItGrows(const std::string& log, const ReadingOptions& options = {}) {
     for (const std::size_t step : {1U, 2U, 7U, 64U, 1000U}) {
         ExpectFreshLoadsWhileItGrows(log, step, options);
     }
@@ -130,7 +131,7 @@ std::string JASBytes() {
                 JASLine("08:00:09,900", "ANNA", "on")}));
 }
 
-std::string ContentOf(const std::filesystem::path& path) {
+std::string BytesOfFile(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -160,7 +161,7 @@ TEST(CFollowedLog, HoldsForEverySampleLog) {
             }
             ++samples;
             SCOPED_TRACE(entry.path().string());
-            const std::string log = ContentOf(entry.path()).substr(0, 60'000);
+            const std::string log = BytesOfFile(entry.path()).substr(0, 60'000);
             ExpectFreshLoadsWhileItGrows(log, log.size() / 40 + 7);
         }
     }
@@ -168,7 +169,7 @@ TEST(CFollowedLog, HoldsForEverySampleLog) {
 }
 
 TEST(CFollowedLog, HoldsUnderAProcessFilterWithDialectsAndOtherSettings) {
-    Options options;
+    ReadingOptions options;
     options.processFilter = 4120;
     ExpectFreshLoadsWhileItGrows(DebugBytes(), 7, options);
     ExpectFreshLoadsWhileItGrows(JASBytes(), 7, options);
@@ -182,7 +183,7 @@ TEST(CFollowedLog, HoldsUnderAProcessFilterWithDialectsAndOtherSettings) {
     options.dialects.Add(Dialect::Numbered);
     for (const char* const sample : {"jas-german", "jas-numbered", "french-order"}) {
         const std::string log =
-            ContentOf(std::string(CARVELOT_SOURCE_FOLDER "/samples/") + sample + ".log").substr(0, 20'000);
+            BytesOfFile(std::string(CARVELOT_SOURCE_FOLDER "/samples/") + sample + ".log").substr(0, 20'000);
         ASSERT_FALSE(log.empty());
         ExpectFreshLoadsWhileItGrows(log, 500, options);
     }
@@ -230,7 +231,7 @@ TEST(CFollowedLog, HoldsInBlocksOfAnySizeReadByAnyThread) {
     using enum BlockReading::Way;
     for (const BlockReading& reading :
          {BlockReading{Here, 1, 2}, BlockReading{Ahead, 1, 2}, BlockReading{Ahead, 100, 3}}) {
-        Options options;
+        ReadingOptions options;
         options.reading = reading;
         ExpectFreshLoadsWhileItGrows(DebugBytes(), 50, options);
         ExpectFreshLoadsWhileItGrows(JASBytes(), 50, options);
@@ -376,7 +377,7 @@ TEST(CFollowedLog, EndsWithAMessageWhereASessionCannotHoldTheLogAnyMore) {
         log += DebugLine("11:00:00.000000", std::string(1000, 'x')) + "\n";
     }
     const LogChange change = followed.LookAt(log);
-    EXPECT_EQ(change, LogChange::TooLarge);
+    EXPECT_EQ(change, LogChange::NotRead);
     EXPECT_TRUE(EndsFollowing(change));
     EXPECT_EQ(followed.m_session.m_host.m_messages,
               std::vector<std::string>{"This log is too large: it holds more than a session can."});
@@ -404,7 +405,7 @@ public:
     }
 
     TestFolder m_folder;
-    Session m_session{{}};
+    OptionedSession m_session{{}};
     CFollowedLog m_followed{m_session.m_doc};
 };
 
@@ -537,7 +538,7 @@ TEST(CFollowedLog, KeepsUpWithAProcessThatEmptiesRotatesAndRemovesItsLog) {
 
 TEST(CFollowedLog, FollowsNoLogInPiecesAndNoPackedOne) {
     const FollowedFile log(DebugBytes());
-    Session pieces({});
+    OptionedSession pieces({});
     ASSERT_TRUE(pieces.m_doc.OnOpenPieces({{log.m_folder.Path("log")}, {log.m_folder.Path("log")}}));
     EXPECT_FALSE(CFollowedLog::CanFollow(pieces.m_doc));
 }

@@ -205,7 +205,7 @@ TEST(PackedFile, ThatIsCutGivesWhatStandsAheadOfTheCut) {
 
 TEST(PackedFile, ThatIsCutAnywhereGivesTheSameInPiecesOfAnySize) {
     const std::string log = LogOfLines(20);
-    for (const Kind& kind : kKinds) {
+    for (const PackedBy& kind : kKinds) {
         const std::string archive = kind.pack(log);
         for (std::size_t size = kPackedMark; size < archive.size(); ++size) {
             const std::string_view cut = std::string_view(archive).substr(0, size);

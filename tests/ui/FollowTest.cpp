@@ -5,11 +5,17 @@
 #include "ui/explore/AboutLogFrame.h"
 #include "ui/explore/Exploration.h"
 #include "ui/explore/TimelineFrame.h"
+#include "ui/kit/WaitBox.h"
 #include "ui/session/Following.h"
 
 #include <QCheckBox>
 #include <QDir>
+#include <QProgressDialog>
+#include <QScopeGuard>
 #include <QScrollBar>
+#include <QTimer>
+
+#include <utility>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -370,6 +376,45 @@ private slots:
         Look();
         m_pRun->Frame().RunCommand(ID_EXPLORE_FOLLOW);
         QCOMPARE(nodes(), before + 8);
+    }
+
+    void aLookThatReadsForLongShowsHowFarItHasComeAndCanBeEnded() {
+        CChildFrame* const session = OpenFollowed();
+        Select(session, "Thread - 6");
+        const auto patience = std::exchange(CWaitBox::s_nPatience, 0);
+        const auto restore = qScopeGuard([patience] { CWaitBox::s_nPatience = patience; });
+        const std::string megabytes = Calls(100'000);
+        QVERIFY(megabytes.size() > 10'000'000);
+        QPointer<QProgressDialog> box;
+        const auto meet = [&box](bool end) {
+            QTimer::singleShot(0, qApp, [&box, end] {
+                box = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+                QVERIFY(box != nullptr);
+                if (end) {
+                    QTest::keyClick(box, Qt::Key_Escape);
+                }
+            });
+        };
+        Append(QStringLiteral("a.log"), megabytes);
+        meet(false);
+        Following().Look();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QCOMPARE(session->SessionDocument().Session().m_listDetails.Size(), 200'006U);
+        QVERIFY(Following().Followed() != nullptr);
+        // What is little is read without a word.
+        Append(QStringLiteral("a.log"), Calls(1));
+        Look();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        Append(QStringLiteral("a.log"), megabytes);
+        meet(true);
+        Following().Look();
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QCOMPARE(session->SessionDocument().Session().m_listDetails.Size(), 0U);
+        QCOMPARE(session->ThreadView().Model().rowCount(), 0);
+        QVERIFY(Following().Followed() == nullptr);
+        QCOMPARE(m_pRun->m_user.m_listMessages, QStringList());
     }
 
     // --- what becomes of the file

@@ -142,7 +142,7 @@ void CFollowing::Tell(LogChange change) {
     case LogChange::Packed:
         EndWith(tr("%1 is an archive now. It is followed no longer."));
         return;
-    case LogChange::TooLarge:
+    case LogChange::NotRead:
         End();
         return;
     }
