@@ -570,9 +570,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.settings.m_fThreshold = (data[0] & 1) != 0 ? 0.0F : 1.0F;
     options.settings.m_bCacheAnalysis = (data[0] & 2) == 0;
     options.processFilter = (data[0] & 4) != 0 ? 4120 : 0;
+    options.numberLines = true;
     const bool inPieces = (data[0] & 8) != 0;
     static fuzz::CFuzzSession session;
-    session.m_doc.m_bNumberLines = true;
     session.m_doc.m_listPieces.clear();
     session.Load(log, options);
     if (!session.m_bLoaded) {

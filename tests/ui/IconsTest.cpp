@@ -120,7 +120,7 @@ private slots:
         }
         QCOMPARE(shared, (QSet<QList<int>>{{ID_SESSION_ANALYZE, ID_PROCESS_ANALYZE},
                                            {ID_SESSION_CLEAR_DEBUG_FILE, ID_PROCESS_TRUNC}}));
-        QCOMPARE(commands.size(), 59);
+        QCOMPARE(commands.size(), 60);
     }
 
     void everyLookHasACommandAndAnIcon() {
