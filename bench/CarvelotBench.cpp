@@ -216,7 +216,7 @@ void PrintRatios(const CRatioReporter& reporter, const std::string& name, const 
             PrintRow(name, what + " over " + over, *a / *b, target);
         }
     };
-    row("load", "read-and-split", 6);
+    row("load", "read-and-split", 4);
     row("tree", "load", 0.1);
     row("explore", "load", 0.5);
     row("find", "grep", 1);
