@@ -62,7 +62,7 @@ std::optional<std::int64_t> ParseClock(std::string_view text) {
 
 // A year as people write it.
 std::optional<int> ParseYear(std::string_view text) {
-    constexpr int first = 1900;
+    constexpr int first = 1980;
     constexpr int last = 9999;
     int year = 0;
     const char* const end = text.data() + text.size();
@@ -127,6 +127,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string top;
     std::vector<std::string> dialects;
     std::string table;
+    std::string database;
     std::string format;
     std::string year;
     RowsOptions rows;
@@ -171,11 +172,15 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
         app.add_option("--rows", table,
                        "Print the rows of TABLE: " + TableNames() + "; several files are a log each")
             ->type_name("TABLE");
+    CLI::Option* const sqliteOption =
+        app.add_option("--sqlite", database,
+                       "Write all these tables, with views for questions, to the SQLite database FILE")
+            ->type_name("FILE");
     treeOption->excludes(findOption)->excludes(exportOption);
     findOption->excludes(exportOption);
     // Each prints or writes something else than the report.
     const std::array instead{treeOption,    findOption,    exportOption, exploreOption,
-                             compareOption, profileOption, rowsOption};
+                             compareOption, profileOption, rowsOption,   sqliteOption};
     CLI::Option* const scopeOption =
         app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
             ->type_name("SCOPE");
@@ -197,8 +202,14 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::Option* const shapesOption =
         app.add_flag("--shapes-only", rows.tables.shapesOnly,
                      "Leave out of the rows what may hold data: texts and values");
-    const std::array ofRows{formatOption, hostOption, yearOption, shapesOption};
-    const std::array asRows{rowsOption};
+    CLI::Option* const appendOption = app.add_flag(
+        "--append", rows.append, "Keep the logs that the database holds; one of them is replaced");
+    const std::array ofRows{hostOption, yearOption, shapesOption};
+    const std::array asRows{rowsOption, sqliteOption};
+    const std::array ofPrinted{formatOption};
+    const std::array printed{rowsOption};
+    const std::array ofDatabase{appendOption};
+    const std::array inDatabase{sqliteOption};
     const std::array partOptions{scopeOption, fromOption, toOption, topOption};
     const std::array exploring{exploreOption, compareOption, profileOption};
     CLI::Option* const thresholdOption =
@@ -263,6 +274,12 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (problem.empty()) {
         problem = MissingOption(ofRows, asRows);
     }
+    if (problem.empty()) {
+        problem = MissingOption(ofPrinted, printed);
+    }
+    if (problem.empty()) {
+        problem = MissingOption(ofDatabase, inDatabase);
+    }
     if (problem.empty() && *rowsOption) {
         rows.table = FindTable(table);
         problem = rows.table != nullptr ? "" : "--rows takes " + TableNames();
@@ -274,7 +291,7 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     }
     if (problem.empty() && *yearOption) {
         rows.tables.year = ParseYear(year);
-        problem = rows.tables.year ? "" : "--year takes a year, 1900 to 9999";
+        problem = rows.tables.year ? "" : "--year takes a year, 1980 to 9999";
     }
     if (*compareOption) {
         asked.compareWith = base;
@@ -323,7 +340,10 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (explore || *compareOption || *profileOption) {
         options.explore = asked;
     }
-    if (*rowsOption) {
+    if (*sqliteOption) {
+        rows.database = database;
+    }
+    if (*rowsOption || *sqliteOption) {
         options.rows = rows;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;

@@ -10,6 +10,7 @@
 #include "report/ReportOptions.h"
 #include "report/TextReport.h"
 #include "sources/PipeSource.h"
+#include "sqlite/LogDatabase.h"
 #include "tables/RowWriter.h"
 
 #include <algorithm>
@@ -248,6 +249,33 @@ int RunRows(const ReportOptions& options, std::ostream& out, std::ostream& err) 
     return status;
 }
 
+// All logs or none: a week that lacks a day would be taken for a whole one.
+int WriteDatabase(const ReportOptions& options, std::ostream& err) {
+    const std::string& path = *options.rows->database;
+    int status = REPORT_DONE;
+    CLogDatabase database;
+    std::string problem;
+    bool isDone = database.Create(path, options.rows->append, problem);
+    for (const std::string& log : options.logs) {
+        if (!isDone) {
+            break;
+        }
+        CLoadedLog loaded(options, err);
+        if (!loaded.Load(log, options.members)) {
+            return REPORT_FAILED;
+        }
+        isDone =
+            database.Add(CTableSource(loaded.Session(), options.settings, options.rows->tables), problem);
+        status = std::max(status, loaded.Status());
+    }
+    isDone = isDone && database.Commit(problem);
+    if (!isDone) {
+        err << path << ": " << problem << '\n';
+        return REPORT_FAILED;
+    }
+    return status;
+}
+
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, std::size_t width) {
     int status = REPORT_DONE;
     std::optional<ReportOptions> options = ReadReportOptions(arguments, out, err, status);
@@ -255,6 +283,9 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         return status;
     }
     options->width = width;
+    if (options->rows && options->rows->database) {
+        return WriteDatabase(*options, err);
+    }
     if (options->rows) {
         platform::KeepLineEnds();
     }

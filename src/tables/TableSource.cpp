@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::int64_t kMicrosecondsOfDay = 86'400'000'000;
 constexpr int kYearOfNone = 2000;
+constexpr std::int64_t kHalfYear = 183;
+constexpr std::int64_t kSurelySameYear = 150;
 
 // Nothing for Feb 29 of a year that has none.
 std::optional<std::int64_t> NumberOfDay(int year, StampedDay day) {
@@ -43,7 +45,15 @@ CTableSource::CTableSource(const CCarvelotDoc& session, const AnalysisSettings& 
                            TableOptions options)
     : m_strLog(session.LogName()), m_options(std::move(options)),
       m_explored(session, settings, nullptr,
-                 m_options.shapesOnly ? ShapeReading::Strict : ShapeReading::Plain) {}
+                 m_options.shapesOnly ? ShapeReading::Strict : ShapeReading::Plain) {
+    const std::optional<RecordIndex> first = m_explored.clock.FirstRecord();
+    if (first) {
+        const std::optional<StampedDay> day = StampedDayOf(Records(), *first);
+        m_nFirstDay =
+            NumberOfDay(m_options.year.value_or(kYearOfNone), {day->month, 1}).value_or(0) + day->day - 1;
+        m_nFirstTime = static_cast<std::int64_t>(Records().Time(*first));
+    }
+}
 
 const ExploredScope& CTableSource::Scope() const {
     if (!m_scope) {
@@ -106,6 +116,26 @@ std::uint32_t CTableSource::ShapeAt(RecordIndex record) const {
 }
 
 std::optional<std::int64_t> CTableSource::DayNumber(RecordIndex record) const {
+    const std::uint32_t month = Records().Context(record).month;
+    const std::int32_t day = Records().Day(record);
+    const bool isKnown =
+        m_knownDay.number && month == m_knownDay.month && day == m_knownDay.day &&
+        Records().Time(record) < static_cast<std::uint64_t>(kMicrosecondsOfDay) &&
+        (!m_options.year || std::abs(*m_knownDay.number - DaysByClock(record)) < kSurelySameYear);
+    if (!isKnown) {
+        m_knownDay = {month, day, FindDayNumber(record)};
+    }
+    return m_knownDay.number;
+}
+
+std::int64_t CTableSource::DaysByClock(RecordIndex record) const {
+    const std::int64_t passed = m_explored.clock[record] + m_nFirstTime;
+    return m_nFirstDay + passed / kMicrosecondsOfDay - (passed % kMicrosecondsOfDay < 0 ? 1 : 0);
+}
+
+// The year is the one in which the day lies next to where the clock, which counts on over the turns of years,
+// has come to.
+std::optional<std::int64_t> CTableSource::FindDayNumber(RecordIndex record) const {
     const std::optional<StampedDay> day = StampedDayOf(Records(), record);
     if (!day) {
         return std::nullopt;
@@ -113,27 +143,16 @@ std::optional<std::int64_t> CTableSource::DayNumber(RecordIndex record) const {
     if (!m_options.year) {
         return NumberOfDay(kYearOfNone, *day);
     }
-    // The year is the one in which the day lies next to where the clock, which counts on over the turns of
-    // years, has come to.
-    const RecordIndex first = m_explored.clock.FirstRecord().value_or(record);
-    const StampedDay firstDay = StampedDayOf(Records(), first).value_or(*day);
-    const std::int64_t begin =
-        NumberOfDay(*m_options.year, {firstDay.month, 1}).value_or(0) + firstDay.day - 1;
-    const std::int64_t passed = m_explored.clock[record] + static_cast<std::int64_t>(Records().Time(first));
-    // No log is older than its first stamp by more than its pieces are apart.
-    const std::int64_t about =
-        begin + passed / kMicrosecondsOfDay - (passed % kMicrosecondsOfDay < 0 ? 1 : 0);
     constexpr std::int64_t mostDays = 10'000'000;
+    const std::int64_t about = DaysByClock(record);
     const int year = static_cast<int>(DateOf(std::clamp(about, -mostDays, mostDays)).year());
-    std::optional<std::int64_t> nearest;
     for (const int candidate : {year - 1, year, year + 1}) {
         const std::optional<std::int64_t> number = NumberOfDay(candidate, *day);
-        if (number && (!nearest || std::abs(*number - about) < std::abs(*nearest - about))) {
-            nearest = number;
+        if (number && std::abs(*number - about) <= kHalfYear) {
+            return number;
         }
     }
-    // A day of another year than that of its neighbours is one that this year lacks.
-    return nearest && std::abs(*nearest - about) <= 200 ? nearest : std::nullopt;
+    return std::nullopt;
 }
 
 std::string CTableSource::DayText(std::int64_t dayNumber) const {

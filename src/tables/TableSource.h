@@ -63,14 +63,27 @@ public:
     std::string_view StreamName(std::uint32_t stream, std::string& scratch) const;
 
 private:
+    // Whole days from 1970 on to where the clock has come to at a record.
+    std::int64_t DaysByClock(RecordIndex record) const;
+    std::optional<std::int64_t> FindDayNumber(RecordIndex record) const;
+
     const std::string m_strLog;
     const TableOptions m_options;
     const ExploredSession m_explored;
+    std::int64_t m_nFirstDay = 0; // of the first stamp
+    std::int64_t m_nFirstTime = 0;
     mutable std::optional<ExploredScope> m_scope;
     mutable std::optional<std::vector<Finding>> m_findings;
     mutable std::optional<CLargeVector<std::int64_t>> m_selfTimes;
     mutable std::optional<std::vector<RecordIndex>> m_errors;
     mutable std::uint32_t m_nNextFrame = 0;
+    // The day of the latest record that DayNumber was asked for.
+    struct KnownDay {
+        std::uint32_t month = 0; // number of its name
+        std::int32_t day = 0;
+        std::optional<std::int64_t> number;
+    };
+    mutable KnownDay m_knownDay;
 };
 
 } // namespace carvelot

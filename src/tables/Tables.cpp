@@ -25,22 +25,8 @@ Cell WholeOrNone(std::uint32_t number, std::uint32_t none) {
     return number == none ? Cell() : Cell(std::int64_t{number});
 }
 
-// Seconds as their shortest decimal form reads: those of 32 bits have no more digits than that.
-Cell Seconds(float seconds) {
-    if (seconds == 0) {
-        return {};
-    }
-    std::array<char, 64> digits{};
-    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), seconds).ptr;
-    double value = 0;
-    std::from_chars(digits.data(), end, value);
-    return value;
-}
-
-Cell TextOrNone(std::string_view text) { return text.empty() ? Cell() : Cell(text); }
-
 Cell NameOrNone(const Source& source, std::string_view name, std::string& scratch) {
-    return TextOrNone(source.ShownName(name, scratch));
+    return TextCell(source.ShownName(name, scratch));
 }
 
 // What rows of different logs have in common.
@@ -102,13 +88,13 @@ template <RecordIndex (*recordOf)(const Source&, std::uint32_t)> struct OfRecord
         return source.StreamName(source.Explored().streams.Of(recordOf(source, row)), scratch);
     }
     static Cell User(const Source& source, std::uint32_t row, std::string&) {
-        return TextOrNone(source.Records().User(recordOf(source, row)));
+        return TextCell(source.Records().User(recordOf(source, row)));
     }
     static Cell ReturnCode(const Source& source, std::uint32_t row, std::string&) {
         return Whole(std::int64_t{source.Records().ReturnCode(recordOf(source, row))});
     }
     static Cell Gap(const Source& source, std::uint32_t row, std::string&) {
-        return Seconds(source.Records().Gap(recordOf(source, row)));
+        return SecondsCell(source.Records().Gap(recordOf(source, row)));
     }
     static Cell Text(const Source& source, std::uint32_t row, std::string&) {
         const std::optional<std::string_view> text = source.ShownText(recordOf(source, row));
@@ -132,7 +118,7 @@ Cell RecordLabel(const Source& source, std::uint32_t row, std::string& scratch) 
         return {};
     }
     scratch = source.Records()[RecordIndex{row}].m_strThreadLabel.Joined();
-    return TextOrNone(scratch);
+    return TextCell(TrimRight(scratch, " "));
 }
 Cell RecordName(const Source& source, std::uint32_t row, std::string& scratch) {
     return NameOrNone(source, source.Records().DisplayName(RecordIndex{row}), scratch);
@@ -143,16 +129,13 @@ Cell RecordTable(const Source& source, std::uint32_t row, std::string& scratch) 
 }
 Cell RecordOperation(const Source& source, std::uint32_t row, std::string&) {
     const bool isStatement = source.Records().Kind(RecordIndex{row}) == LOG_SQL;
-    return isStatement ? TextOrNone(OperationWordOf(source.Records(), RecordIndex{row})) : Cell();
-}
-Cell ShapeKey(const Source& source, std::uint32_t shape, std::string& scratch) {
-    return shape == kNoShape ? Cell() : KeyCell(StableNumber(source.Explored().shapes.Text(shape)), scratch);
+    return isStatement ? TextCell(OperationWordOf(source.Records(), RecordIndex{row})) : Cell();
 }
 Cell RecordShape(const Source& source, std::uint32_t row, std::string& scratch) {
-    return ShapeKey(source, source.ShapeAt(RecordIndex{row}), scratch);
+    return ShapeKeyCell(source, source.ShapeAt(RecordIndex{row}), scratch);
 }
 Cell RecordDuration(const Source& source, std::uint32_t row, std::string&) {
-    return Seconds(source.Records().Duration(RecordIndex{row}));
+    return SecondsCell(source.Records().Duration(RecordIndex{row}));
 }
 Cell RecordUBELevel(const Source& source, std::uint32_t row, std::string&) {
     const RecordIndex record{row};
@@ -208,15 +191,6 @@ Cell KindOfKey(const Source& source, std::uint32_t key) {
 Cell NameOfKey(const Source& source, std::uint32_t key, std::string& scratch) {
     return key == kNoKey ? Cell() : Cell(source.ShownName(KeysOf(source).Name(key), scratch));
 }
-// Of kind and name as they are shown.
-Cell FunctionKey(const Source& source, std::uint32_t key, std::string& scratch) {
-    if (key == kNoKey) {
-        return {};
-    }
-    const std::uint64_t ofKind = StableNumber(NameOf(KeysOf(source).Kind(key)));
-    const std::string_view name = source.ShownName(KeysOf(source).Name(key), scratch);
-    return KeyCell(StableNumber(name, StableNumber(" ", ofKind)), scratch);
-}
 
 Cell FrameParent(const Source& source, std::uint32_t row, std::string&) {
     return WholeOrNone(FrameOf(source, row).parent, kNoFrame);
@@ -228,10 +202,10 @@ Cell FrameName(const Source& source, std::uint32_t row, std::string& scratch) {
     return NameOfKey(source, FrameOf(source, row).key, scratch);
 }
 Cell FrameFunctionKey(const Source& source, std::uint32_t row, std::string& scratch) {
-    return FunctionKey(source, FrameOf(source, row).key, scratch);
+    return FunctionKeyCell(source, FrameOf(source, row).key, scratch);
 }
 Cell FrameShape(const Source& source, std::uint32_t row, std::string& scratch) {
-    return ShapeKey(source, source.Explored().shapes.Of(row), scratch);
+    return ShapeKeyCell(source, source.Explored().shapes.Of(row), scratch);
 }
 Cell FrameStart(const Source& source, std::uint32_t row, std::string&) {
     return Whole(FrameOf(source, row).start);
@@ -286,8 +260,8 @@ Cell FunctionKind(const Source& source, std::uint32_t row, std::string&) {
 Cell FunctionName(const Source& source, std::uint32_t row, std::string& scratch) {
     return NameOfKey(source, FunctionOf(source, row).key, scratch);
 }
-Cell FunctionKeyCell(const Source& source, std::uint32_t row, std::string& scratch) {
-    return FunctionKey(source, FunctionOf(source, row).key, scratch);
+Cell KeyOfFunction(const Source& source, std::uint32_t row, std::string& scratch) {
+    return FunctionKeyCell(source, FunctionOf(source, row).key, scratch);
 }
 template <auto member> Cell FunctionNumber(const Source& source, std::uint32_t row, std::string&) {
     return std::int64_t{FunctionOf(source, row).*member};
@@ -297,7 +271,7 @@ using FP = FunctionProfile;
 constexpr std::array kFunctionColumns{
     kLog,
     kHost,
-    TableColumn{"function_key", Text, "", "Key of kind and name, the same in every log", FunctionKeyCell},
+    TableColumn{"function_key", Text, "", "Key of kind and name, the same in every log", KeyOfFunction},
     TableColumn{"kind", Text, "", "function, event, statement or object", FunctionKind},
     TableColumn{"name", Text, "",
                 "Name of the function, event or object; of a statement its operation and table",
@@ -323,14 +297,14 @@ std::uint32_t FunctionRows(const Source& source) {
 // --- shapes
 
 const ShapeProfile& ShapeOfRow(const Source& source, std::uint32_t row) { return source.Scope().shapes[row]; }
-Cell ShapeKeyCell(const Source& source, std::uint32_t row, std::string& scratch) {
-    return ShapeKey(source, ShapeOfRow(source, row).shape, scratch);
+Cell KeyOfShape(const Source& source, std::uint32_t row, std::string& scratch) {
+    return ShapeKeyCell(source, ShapeOfRow(source, row).shape, scratch);
 }
 Cell ShapeTextCell(const Source& source, std::uint32_t row, std::string&) {
     return source.Explored().shapes.Text(ShapeOfRow(source, row).shape);
 }
 Cell ShapeOperation(const Source& source, std::uint32_t row, std::string&) {
-    return TextOrNone(ShapeOfRow(source, row).operation);
+    return TextCell(ShapeOfRow(source, row).operation);
 }
 Cell ShapeTable(const Source& source, std::uint32_t row, std::string& scratch) {
     return NameOrNone(source, ShapeOfRow(source, row).table, scratch);
@@ -348,14 +322,14 @@ Cell CallerName(const Source& source, std::uint32_t row, std::string& scratch) {
     return NameOfKey(source, ShapeOfRow(source, row).topCaller, scratch);
 }
 Cell CallerKey(const Source& source, std::uint32_t row, std::string& scratch) {
-    return FunctionKey(source, ShapeOfRow(source, row).topCaller, scratch);
+    return FunctionKeyCell(source, ShapeOfRow(source, row).topCaller, scratch);
 }
 using SP = ShapeProfile;
 
 constexpr std::array kShapeColumns{
     kLog,
     kHost,
-    TableColumn{"shape_key", Text, "", "Key of the shape, the same in every log", ShapeKeyCell},
+    TableColumn{"shape_key", Text, "", "Key of the shape, the same in every log", KeyOfShape},
     TableColumn{"shape", Text, "", "The statement with ? for each value", ShapeTextCell},
     TableColumn{"operation", Text, "", "First word of its first execution", ShapeOperation},
     TableColumn{"table_name", Text, "", "Table of its first execution, with its owner", ShapeTable},
@@ -501,6 +475,32 @@ constexpr std::array<Table, 7> kTables{{
 }};
 
 } // namespace
+
+Cell SecondsCell(float seconds) {
+    if (seconds == 0) {
+        return {};
+    }
+    std::array<char, 64> digits{};
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), seconds).ptr;
+    double value = 0;
+    std::from_chars(digits.data(), end, value);
+    return value;
+}
+
+Cell TextCell(std::string_view text) { return text.empty() ? Cell() : Cell(text); }
+
+Cell ShapeKeyCell(const CTableSource& source, std::uint32_t shape, std::string& scratch) {
+    return shape == kNoShape ? Cell() : KeyCell(StableNumber(source.Explored().shapes.Text(shape)), scratch);
+}
+
+Cell FunctionKeyCell(const CTableSource& source, std::uint32_t key, std::string& scratch) {
+    if (key == kNoKey) {
+        return {};
+    }
+    const std::uint64_t ofKind = StableNumber(NameOf(KeysOf(source).Kind(key)));
+    const std::string_view name = source.ShownName(KeysOf(source).Name(key), scratch);
+    return KeyCell(StableNumber(name, StableNumber(" ", ofKind)), scratch);
+}
 
 std::string_view NameOf(ColumnType type) {
     constexpr std::array<std::string_view, 3> names{"text", "integer", "real"};

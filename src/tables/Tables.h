@@ -46,6 +46,15 @@ std::string TableNames();
 // string.
 std::string_view ValidText(std::string_view text, std::string& scratch);
 
+// Seconds of 32 bits as their shortest decimal form reads; none for 0, which is not measured.
+Cell SecondsCell(float seconds);
+// None of an empty text.
+Cell TextCell(std::string_view text);
+// A key that is the same in every log, as 16 hexadecimal digits: of a shape's text; of a function's kind and
+// name.
+Cell ShapeKeyCell(const CTableSource& source, std::uint32_t shape, std::string& scratch);
+Cell FunctionKeyCell(const CTableSource& source, std::uint32_t key, std::string& scratch);
+
 // take(cells) for each row, in the table's order, until it says false. Costs the memory of one row.
 template <class Take> void ForEachRow(const Table& table, const CTableSource& source, Take take) {
     const std::uint32_t rows = table.rows(source);
