@@ -254,7 +254,8 @@ struct CLogDatabase::State {
                 counted.get();
                 stored.TakeProfile();
             }
-            connection->Run(std::string("INSERT INTO ")
+            // REPLACE spares the look whether a row is there already, which none is.
+            connection->Run(std::string("REPLACE INTO ")
                                 .append(tables[i].name)
                                 .append(" SELECT * FROM rows_of_")
                                 .append(tables[i].name));

@@ -3,7 +3,10 @@
 namespace carvelot {
 
 // A record's line, day and time follow from those of an earlier record nearly always, so only where they do
-// not something is stored: log_line and log_day. What many records share is an origin.
+// not something is stored: log_line and log_day. What many records share is an origin. A text
+// that is that of an earlier record is that record's number (hence no type, which would make a text of it).
+// Name, table and duration of a record are mostly those of its frame, as its origin says; else they stand in
+// log_detail.
 const char* const kSchemaTables = R"sql(
 CREATE TABLE logs (
     id INTEGER PRIMARY KEY,
@@ -39,6 +42,9 @@ CREATE TABLE log_origin (
     label TEXT,
     label_goes_on INTEGER NOT NULL,
     return_code INTEGER NOT NULL,
+    name_of_frame INTEGER NOT NULL,
+    table_of_shape INTEGER NOT NULL,
+    duration_of_frame INTEGER NOT NULL,
     PRIMARY KEY (log, origin),
     FOREIGN KEY (log, stream) REFERENCES log_stream) WITHOUT ROWID;
 CREATE TABLE log_record (
@@ -46,7 +52,7 @@ CREATE TABLE log_record (
     record INTEGER NOT NULL,
     clock INTEGER NOT NULL,
     origin INTEGER NOT NULL,
-    text TEXT,
+    text,
     PRIMARY KEY (log, record),
     FOREIGN KEY (log, origin) REFERENCES log_origin) WITHOUT ROWID;
 CREATE TABLE log_detail (
@@ -113,7 +119,6 @@ CREATE TABLE log_frame (
     frame INTEGER NOT NULL,
     record INTEGER NOT NULL,
     parent INTEGER,
-    stream INTEGER NOT NULL,
     function INTEGER NOT NULL,
     shape INTEGER,
     start_clock INTEGER NOT NULL,
@@ -124,7 +129,6 @@ CREATE TABLE log_frame (
     PRIMARY KEY (log, frame),
     FOREIGN KEY (log, record) REFERENCES log_record,
     FOREIGN KEY (log, parent) REFERENCES log_frame,
-    FOREIGN KEY (log, stream) REFERENCES log_stream,
     FOREIGN KEY (log, function) REFERENCES log_function,
     FOREIGN KEY (log, shape) REFERENCES log_shape) WITHOUT ROWID;
 CREATE TABLE log_finding (
@@ -175,17 +179,21 @@ SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
        o.level AS level, o.source AS source,
        nullif(rtrim(coalesce(o.label, '') ||
                     CASE o.label_goes_on WHEN 0 THEN ''
-                         WHEN 1 THEN substr(r.text, 1, coalesce(nullif(instr(r.text, char(9)), 0) - 1, length(r.text)))
+                         WHEN 1 THEN substr(x.text, 1, coalesce(nullif(instr(x.text, char(9)), 0) - 1, length(x.text)))
                          ELSE coalesce(e.label, '') END), '') AS label,
-       e.name AS name, s.operation AS operation, e.table_name AS table_name, s.shape_key AS shape_key,
-       o.return_code AS return_code, e.duration AS duration, e.gap AS gap, e.ube_level AS ube_level,
-       r.text AS text
+       CASE o.name_of_frame WHEN 1 THEN u.name ELSE e.name END AS name, s.operation AS operation,
+       CASE o.table_of_shape WHEN 1 THEN s.table_name ELSE e.table_name END AS table_name,
+       s.shape_key AS shape_key, o.return_code AS return_code,
+       CASE o.duration_of_frame WHEN 1 THEN f.total / 1000000.0 ELSE e.duration END AS duration,
+       e.gap AS gap, e.ube_level AS ube_level, x.text AS text
 FROM log_record r
+LEFT JOIN log_record x ON x.log = r.log AND x.record = CASE typeof(r.text) WHEN 'integer' THEN r.text ELSE r.record END
 LEFT JOIN logs l ON l.id = r.log
 LEFT JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
 LEFT JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
 LEFT JOIN log_detail e ON e.log = r.log AND e.record = r.record
 LEFT JOIN log_frame f ON f.log = r.log AND f.record = r.record
+LEFT JOIN log_function u ON u.log = f.log AND u.function = f.function
 LEFT JOIN log_shape s ON s.log = f.log AND s.shape = f.shape;
 
 CREATE VIEW records AS
@@ -205,7 +213,8 @@ SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record, f.pa
 FROM log_frame f
 LEFT JOIN logs l ON l.id = f.log
 LEFT JOIN log_record r ON r.log = f.log AND r.record = f.record
-LEFT JOIN log_stream t ON t.log = f.log AND t.stream = f.stream
+LEFT JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
+LEFT JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
 LEFT JOIN log_function u ON u.log = f.log AND u.function = f.function
 LEFT JOIN log_shape s ON s.log = f.log AND s.shape = f.shape;
 
@@ -292,7 +301,6 @@ ORDER BY day, hour, host, type;
 
 const char* const kSchemaIndexes = R"sql(
 CREATE UNIQUE INDEX frame_by_record ON log_frame (log, record);
-CREATE INDEX frame_by_parent ON log_frame (log, parent);
 CREATE INDEX frame_by_function ON log_frame (log, function);
 CREATE INDEX function_by_key ON log_function (function_key);
 CREATE INDEX shape_by_key ON log_shape (shape_key);
@@ -301,7 +309,6 @@ CREATE INDEX finding_by_rule ON log_finding (rule);
 
 const char* const kSchemaWithoutIndexes = R"sql(
 DROP INDEX frame_by_record;
-DROP INDEX frame_by_parent;
 DROP INDEX frame_by_function;
 DROP INDEX function_by_key;
 DROP INDEX shape_by_key;

@@ -12,6 +12,10 @@ namespace carvelot {
 namespace {
 
 constexpr std::uint32_t kNoRow = 0xFFFFFFFF;
+// Texts that come again do so soon, mostly.
+constexpr std::size_t kKnownTexts = std::size_t{1} << 16U;
+// A shorter text takes no more room than the number of a record.
+constexpr std::size_t kLeastSharedText = 5;
 
 // Eight bytes at a time, as a log's texts are long.
 std::uint64_t HashOn(std::uint64_t hash, std::uint64_t value) {
@@ -32,7 +36,8 @@ std::uint64_t HashOn(std::uint64_t hash, std::string_view text) {
 } // namespace
 
 CStoredLog::CStoredLog(const CTableSource& source, std::int64_t id)
-    : m_source(source), m_nId(id), m_originOf(source.Records().Size()) {
+    : m_source(source), m_nId(id), m_originOf(source.Records().Size()),
+      m_tableOfShape(source.Explored().shapes.Count(), kNoRow), m_knownTexts(kKnownTexts) {
     const auto count = static_cast<std::uint32_t>(source.Records().Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         TakeRecord(RecordIndex{i});
@@ -43,15 +48,34 @@ void CStoredLog::TakeRecord(RecordIndex record) {
     const CDetailList& records = m_source.Records();
     const std::uint32_t i = Number(record);
 
-    const std::int64_t labelGoesOn = records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0;
-    const std::uint64_t shared = (std::uint64_t{records.ContextNumber(record)} << 16U) |
-                                 (std::uint64_t{records.Kind(record)} << 8U) |
-                                 (static_cast<std::uint64_t>(records.ReturnCode(record)) << 2U) |
-                                 static_cast<std::uint64_t>(labelGoesOn);
+    Origin where{record, records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0, false, false, false};
+    const std::uint32_t frameNumber = m_source.FrameAt(record);
+    if (frameNumber != kNoFrame) {
+        const ExploredSession& explored = m_source.Explored();
+        const Frame& frame = explored.frames[frameNumber];
+        const std::string_view name = records.DisplayName(record);
+        where.nameOfFrame = !name.empty() && name == explored.frames.Keys().Name(frame.key);
+        if (const std::uint32_t shape = explored.shapes.Of(frameNumber); shape != kNoShape) {
+            // The table of a shape is that of its first execution.
+            std::uint32_t& table = m_tableOfShape[shape];
+            table = table == kNoRow ? records.TableNumber(record) : table;
+            where.tableOfShape = table == records.TableNumber(record);
+        }
+        const Cell duration = SecondsCell(records.Duration(record));
+        const auto* const seconds = std::get_if<double>(&duration);
+        where.durationOfFrame =
+            seconds != nullptr && *seconds == static_cast<double>(frame.Total()) / 1'000'000.0;
+    }
+    const auto flag = [](bool is, unsigned place) { return std::uint64_t{is ? 1U : 0U} << place; };
+    const std::uint64_t shared =
+        (std::uint64_t{records.ContextNumber(record)} << 16U) | (std::uint64_t{records.Kind(record)} << 9U) |
+        (static_cast<std::uint64_t>(records.ReturnCode(record)) << 5U) | flag(where.nameOfFrame, 4) |
+        flag(where.tableOfShape, 3) | flag(where.durationOfFrame, 2) |
+        static_cast<std::uint64_t>(where.labelGoesOn);
     const auto [origin, isNew] =
         m_originNumbers.FindOrAdd(shared, static_cast<std::uint32_t>(m_origins.size()));
     if (isNew) {
-        m_origins.push_back({record, labelGoesOn});
+        m_origins.push_back(where);
     }
     m_originOf[i] = origin;
 
@@ -69,11 +93,26 @@ void CStoredLog::TakeRecord(RecordIndex record) {
         m_daySteps.push_back({record, day, midnight});
     }
 
-    if (records.TableNumber(record) != 0 || records.Duration(record) != 0 || records.Gap(record) != 0 ||
-        records.IsUBE(record) || labelGoesOn == 2) {
+    if ((records.TableNumber(record) != 0 && !where.nameOfFrame && !where.tableOfShape) ||
+        (records.Duration(record) != 0 && !where.durationOfFrame) || records.Gap(record) != 0 ||
+        records.IsUBE(record) || where.labelGoesOn == 2) {
         m_details.push_back(record);
     }
     m_nHash = HashOn(HashOn(m_nHash, records.Time(record)), records.Text(record));
+}
+
+std::optional<RecordIndex> CStoredLog::SameTextAs(RecordIndex record, std::string_view text) const {
+    if (text.size() < kLeastSharedText) {
+        return std::nullopt;
+    }
+    const std::uint64_t hash = HashOn(0, text);
+    KnownText& known = m_knownTexts[hash & (kKnownTexts - 1)];
+    const auto tag = static_cast<std::uint32_t>(hash >> 32U);
+    if (known.record != kNoRecord && known.hash == tag && m_source.ShownText(known.record) == text) {
+        return known.record;
+    }
+    known = {tag, record};
+    return std::nullopt;
 }
 
 std::string_view CStoredLog::OwnLabel(RecordIndex record) const {
@@ -163,7 +202,16 @@ Cell OriginLabelGoesOn(const Log& log, std::uint32_t row, std::string&) {
 Cell OriginReturnCode(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.Source().Records().ReturnCode(OriginRecord(log, row))};
 }
-constexpr std::array<StoredColumn, 11> kOrigin{{{"origin", RowItself},
+Cell OriginNameOfFrame(const Log& log, std::uint32_t row, std::string&) {
+    return std::int64_t{log.Origins()[row].nameOfFrame ? 1 : 0};
+}
+Cell OriginTableOfShape(const Log& log, std::uint32_t row, std::string&) {
+    return std::int64_t{log.Origins()[row].tableOfShape ? 1 : 0};
+}
+Cell OriginDurationOfFrame(const Log& log, std::uint32_t row, std::string&) {
+    return std::int64_t{log.Origins()[row].durationOfFrame ? 1 : 0};
+}
+constexpr std::array<StoredColumn, 14> kOrigin{{{"origin", RowItself},
                                                 {"kind", OriginKind},
                                                 {"process", OriginProcess},
                                                 {"thread", OriginThread},
@@ -173,28 +221,46 @@ constexpr std::array<StoredColumn, 11> kOrigin{{{"origin", RowItself},
                                                 {"source", OriginSource},
                                                 {"label", OriginLabel},
                                                 {"label_goes_on", OriginLabelGoesOn},
-                                                {"return_code", OriginReturnCode}}};
+                                                {"return_code", OriginReturnCode},
+                                                {"name_of_frame", OriginNameOfFrame},
+                                                {"table_of_shape", OriginTableOfShape},
+                                                {"duration_of_frame", OriginDurationOfFrame}}};
 std::uint32_t OriginRows(const Log& log) { return CountOf(log.Origins()); }
 
 // --- log_record
 
 Cell RecordOrigin(const Log& log, std::uint32_t row, std::string&) { return std::int64_t{log.OriginOf(row)}; }
-constexpr std::array<StoredColumn, 4> kRecord{{{"record"}, {"clock"}, {"origin", RecordOrigin}, {"text"}}};
+Cell RecordText(const Log& log, std::uint32_t row, std::string&) {
+    const std::optional<std::string_view> text = log.Source().ShownText(RecordIndex{row});
+    if (!text) {
+        return {};
+    }
+    const std::optional<RecordIndex> same = log.SameTextAs(RecordIndex{row}, *text);
+    return same ? Int(*same) : Cell(*text);
+}
+constexpr std::array<StoredColumn, 4> kRecord{
+    {{"record"}, {"clock"}, {"origin", RecordOrigin}, {"text", RecordText}}};
 
 // --- log_detail
 
 RecordIndex DetailRecord(const Log& log, std::uint32_t row) { return log.Details()[row]; }
 Cell DetailNumber(const Log& log, std::uint32_t row, std::string&) { return Int(DetailRecord(log, row)); }
 Cell DetailName(const Log& log, std::uint32_t row, std::string& scratch) {
+    if (log.WhereFrom(DetailRecord(log, row)).nameOfFrame) {
+        return {};
+    }
     return Shown(log, log.Source().Records().DisplayName(DetailRecord(log, row)), scratch);
 }
 Cell DetailTable(const Log& log, std::uint32_t row, std::string& scratch) {
     const RecordIndex record = DetailRecord(log, row);
-    const bool isStatement = log.Source().Records().Kind(record) == LOG_SQL;
-    return isStatement ? Shown(log, log.Source().Records().TableName(record), scratch) : Cell();
+    const bool isToldHere =
+        log.Source().Records().Kind(record) == LOG_SQL && !log.WhereFrom(record).tableOfShape;
+    return isToldHere ? Shown(log, log.Source().Records().TableName(record), scratch) : Cell();
 }
 Cell DetailDuration(const Log& log, std::uint32_t row, std::string&) {
-    return SecondsCell(log.Source().Records().Duration(DetailRecord(log, row)));
+    const RecordIndex record = DetailRecord(log, row);
+    return log.WhereFrom(record).durationOfFrame ? Cell()
+                                                 : SecondsCell(log.Source().Records().Duration(record));
 }
 Cell DetailGap(const Log& log, std::uint32_t row, std::string&) {
     return SecondsCell(log.Source().Records().Gap(DetailRecord(log, row)));
@@ -205,7 +271,7 @@ Cell DetailUBELevel(const Log& log, std::uint32_t row, std::string&) {
 }
 Cell DetailLabel(const Log& log, std::uint32_t row, std::string&) {
     const RecordIndex record = DetailRecord(log, row);
-    const bool isItsOwn = log.Origins()[log.OriginOf(Number(record))].labelGoesOn == 2;
+    const bool isItsOwn = log.WhereFrom(record).labelGoesOn == 2;
     return isItsOwn ? TextCell(log.OwnLabel(record)) : Cell();
 }
 constexpr std::array<StoredColumn, 7> kDetail{{{"record", DetailNumber},
@@ -277,9 +343,6 @@ constexpr std::array<StoredColumn, 12> kShape{{{"shape", RowItself},
 
 // --- log_frame
 
-Cell FrameStream(const Log& log, std::uint32_t row, std::string&) {
-    return std::int64_t{log.Source().Explored().frames[row].stream};
-}
 Cell FrameFunction(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.FunctionOf(log.Source().Explored().frames[row].key)};
 }
@@ -287,10 +350,9 @@ Cell FrameShape(const Log& log, std::uint32_t row, std::string&) {
     const std::uint32_t shape = log.Source().Explored().shapes.Of(row);
     return shape == kNoShape ? Cell() : Cell(std::int64_t{log.ShapeOf(shape)});
 }
-constexpr std::array<StoredColumn, 11> kFrame{{{"frame"},
+constexpr std::array<StoredColumn, 10> kFrame{{{"frame"},
                                                {"record"},
                                                {"parent"},
-                                               {"stream", FrameStream},
                                                {"function", FrameFunction},
                                                {"shape", FrameShape},
                                                {"start_clock"},

@@ -22,6 +22,10 @@ public:
     struct Origin {
         RecordIndex record;
         std::int64_t labelGoesOn; // 0: not; 1: with the text up to a tab; 2: with the detail's label
+        // Told by the record's frame, or the shape of that; else by its detail, or not there.
+        bool nameOfFrame;
+        bool tableOfShape;
+        bool durationOfFrame;
     };
     // From a record on, how far line numbers are ahead of record numbers.
     struct LineStep {
@@ -42,6 +46,9 @@ public:
     const CTableSource& Source() const { return m_source; }
     std::int64_t Id() const { return m_nId; }
     std::uint32_t OriginOf(std::uint32_t record) const { return m_originOf[record]; }
+    const Origin& WhereFrom(RecordIndex record) const { return m_origins[m_originOf[Number(record)]]; }
+    // An earlier record of the same text, which has it itself; asked for by rising records.
+    std::optional<RecordIndex> SameTextAs(RecordIndex record, std::string_view text) const;
     // A hash of all stamps and texts.
     std::uint64_t Hash() const { return m_nHash; }
 
@@ -59,6 +66,12 @@ public:
     std::string_view OwnLabel(RecordIndex record) const;
 
 private:
+    // A text that was seen lately.
+    struct KnownText {
+        std::uint32_t hash = 0;
+        RecordIndex record = kNoRecord;
+    };
+
     void TakeRecord(RecordIndex record);
     std::int64_t LabelGoesOn(RecordIndex record) const;
 
@@ -71,6 +84,8 @@ private:
     std::vector<DayStep> m_daySteps;
     std::vector<RecordIndex> m_details;
     std::uint64_t m_nHash = 0;
+    std::vector<std::uint32_t> m_tableOfShape; // number of a name, by shape
+    mutable std::vector<KnownText> m_knownTexts;
     std::vector<std::uint32_t> m_functionOf; // by key
     std::vector<std::uint32_t> m_shapeOf;    // by number
     std::vector<FindingRecord> m_findingRecords;
