@@ -247,7 +247,6 @@ struct CLogDatabase::State {
         });
         CStoredLog stored(source, MakeRoom(source));
         modules->SetLog(&stored);
-        AddLine(source, stored);
         const std::span<const StoredTable> tables = StoredTables();
         for (std::size_t i = 0; i < tables.size(); ++i) {
             if (i == kFirstOfProfile) {
@@ -260,6 +259,7 @@ struct CLogDatabase::State {
                                 .append(" SELECT * FROM rows_of_")
                                 .append(tables[i].name));
         }
+        AddLine(source, stored);
         modules->SetLog(nullptr);
     }
 

@@ -6,7 +6,7 @@ namespace carvelot {
 // not something is stored: log_line and log_day. What many records share is an origin. A text
 // that is that of an earlier record is that record's number (hence no type, which would make a text of it).
 // Name, table and duration of a record are mostly those of its frame, as its origin says; else they stand in
-// log_detail.
+// log_detail. A frame is known by its record, of which each has one at most.
 const char* const kSchemaTables = R"sql(
 CREATE TABLE logs (
     id INTEGER PRIMARY KEY,
@@ -116,8 +116,8 @@ CREATE TABLE log_shape (
     FOREIGN KEY (log, top_caller) REFERENCES log_function) WITHOUT ROWID;
 CREATE TABLE log_frame (
     log INTEGER NOT NULL REFERENCES logs,
-    frame INTEGER NOT NULL,
     record INTEGER NOT NULL,
+    frame INTEGER NOT NULL,
     parent INTEGER,
     function INTEGER NOT NULL,
     shape INTEGER,
@@ -126,7 +126,7 @@ CREATE TABLE log_frame (
     self INTEGER NOT NULL,
     closed INTEGER NOT NULL,
     result INTEGER,
-    PRIMARY KEY (log, frame),
+    PRIMARY KEY (log, record),
     FOREIGN KEY (log, record) REFERENCES log_record,
     FOREIGN KEY (log, parent) REFERENCES log_frame,
     FOREIGN KEY (log, function) REFERENCES log_function,
@@ -202,7 +202,7 @@ SELECT log, host, record, line, clock, day, time, kind, process, thread, stream,
 FROM log_rows;
 
 CREATE VIEW frames AS
-SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record, f.parent AS parent, t.name AS stream,
+SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record, p.frame AS parent, t.name AS stream,
        u.kind AS kind, u.name AS name, u.function_key AS function_key, s.shape_key AS shape_key,
        (SELECT d.day FROM log_day d WHERE d.log = f.log AND d.record <= f.record
         ORDER BY d.record DESC LIMIT 1) AS day,
@@ -212,6 +212,7 @@ SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record, f.pa
        f.closed AS closed, f.result AS result
 FROM log_frame f
 LEFT JOIN logs l ON l.id = f.log
+LEFT JOIN log_frame p ON p.log = f.log AND p.record = f.parent
 LEFT JOIN log_record r ON r.log = f.log AND r.record = f.record
 LEFT JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
 LEFT JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
@@ -300,7 +301,6 @@ ORDER BY day, hour, host, type;
 )sql";
 
 const char* const kSchemaIndexes = R"sql(
-CREATE UNIQUE INDEX frame_by_record ON log_frame (log, record);
 CREATE INDEX frame_by_function ON log_frame (log, function);
 CREATE INDEX function_by_key ON log_function (function_key);
 CREATE INDEX shape_by_key ON log_shape (shape_key);
@@ -308,7 +308,6 @@ CREATE INDEX finding_by_rule ON log_finding (rule);
 )sql";
 
 const char* const kSchemaWithoutIndexes = R"sql(
-DROP INDEX frame_by_record;
 DROP INDEX frame_by_function;
 DROP INDEX function_by_key;
 DROP INDEX shape_by_key;

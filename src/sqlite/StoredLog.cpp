@@ -12,6 +12,8 @@ namespace carvelot {
 namespace {
 
 constexpr std::uint32_t kNoRow = 0xFFFFFFFF;
+constexpr std::size_t kBlocks = 4;
+constexpr std::size_t kRecordsOfBlock = 4096;
 // Texts that come again do so soon, mostly.
 constexpr std::size_t kKnownTexts = std::size_t{1} << 16U;
 // A shorter text takes no more room than the number of a record.
@@ -36,36 +38,34 @@ std::uint64_t HashOn(std::uint64_t hash, std::string_view text) {
 } // namespace
 
 CStoredLog::CStoredLog(const CTableSource& source, std::int64_t id)
-    : m_source(source), m_nId(id), m_originOf(source.Records().Size()),
-      m_tableOfShape(source.Explored().shapes.Count(), kNoRow), m_knownTexts(kKnownTexts) {
-    const auto count = static_cast<std::uint32_t>(source.Records().Size());
-    for (std::uint32_t i = 0; i < count; ++i) {
-        TakeRecord(RecordIndex{i});
+    : m_source(source), m_nId(id), m_nRecords(static_cast<std::uint32_t>(source.Records().Size())),
+      m_tableOfShape(source.Explored().shapes.Count(), kNoRow), m_knownTexts(kKnownTexts), m_ring(kBlocks),
+      m_ahead(
+          m_ring, [this](Block& block, const Block*) { return FillBlock(block); },
+          m_nRecords > kRecordsOfBlock) {}
+
+const CStoredLog::StoredRecord& CStoredLog::RecordAt(std::uint32_t row) const {
+    while (row >= m_nBlockEnd) {
+        m_pBlock = m_ahead.Next();
+        m_nBlockBegin = m_nBlockEnd;
+        m_nBlockEnd += static_cast<std::uint32_t>(m_pBlock->size());
     }
+    return (*m_pBlock)[row - m_nBlockBegin];
 }
 
-void CStoredLog::TakeRecord(RecordIndex record) {
-    const CDetailList& records = m_source.Records();
-    const std::uint32_t i = Number(record);
-
-    Origin where{record, records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0, false, false, false};
-    const std::uint32_t frameNumber = m_source.FrameAt(record);
-    if (frameNumber != kNoFrame) {
-        const ExploredSession& explored = m_source.Explored();
-        const Frame& frame = explored.frames[frameNumber];
-        const std::string_view name = records.DisplayName(record);
-        where.nameOfFrame = !name.empty() && name == explored.frames.Keys().Name(frame.key);
-        if (const std::uint32_t shape = explored.shapes.Of(frameNumber); shape != kNoShape) {
-            // The table of a shape is that of its first execution.
-            std::uint32_t& table = m_tableOfShape[shape];
-            table = table == kNoRow ? records.TableNumber(record) : table;
-            where.tableOfShape = table == records.TableNumber(record);
-        }
-        const Cell duration = SecondsCell(records.Duration(record));
-        const auto* const seconds = std::get_if<double>(&duration);
-        where.durationOfFrame =
-            seconds != nullptr && *seconds == static_cast<double>(frame.Total()) / 1'000'000.0;
+bool CStoredLog::FillBlock(Block& block) {
+    block.clear();
+    block.reserve(kRecordsOfBlock);
+    while (m_nNextRecord < m_nRecords && block.size() < kRecordsOfBlock) {
+        block.push_back(TakeRecord(RecordIndex{m_nNextRecord++}));
     }
+    return !block.empty();
+}
+
+CStoredLog::StoredRecord CStoredLog::TakeRecord(RecordIndex record) {
+    const CDetailList& records = m_source.Records();
+    Origin where{record, records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0, false, false, false};
+    TakeFrame(record, where);
     const auto flag = [](bool is, unsigned place) { return std::uint64_t{is ? 1U : 0U} << place; };
     const std::uint64_t shared =
         (std::uint64_t{records.ContextNumber(record)} << 16U) | (std::uint64_t{records.Kind(record)} << 9U) |
@@ -77,42 +77,67 @@ void CStoredLog::TakeRecord(RecordIndex record) {
     if (isNew) {
         m_origins.push_back(where);
     }
-    m_originOf[i] = origin;
-
+    if ((records.TableNumber(record) != 0 && !where.nameOfFrame && !where.tableOfShape) ||
+        (records.Duration(record) != 0 && !where.durationOfFrame) || records.Gap(record) != 0 ||
+        records.IsUBE(record) || where.labelGoesOn == 2) {
+        m_details.push_back({record, origin});
+    }
     if (const std::optional<std::uint32_t> line = m_source.Line(record)) {
-        const std::uint32_t ahead = *line - i;
+        const std::uint32_t ahead = *line - Number(record);
         if (m_lineSteps.empty() || m_lineSteps.back().ahead != ahead) {
             m_lineSteps.push_back({record, ahead});
         }
     }
 
     const std::optional<std::int64_t> day = m_source.DayNumber(record);
-    const auto time = static_cast<std::int64_t>(records.Time(record));
-    const std::int64_t midnight = day ? m_source.Explored().clock[record] - time : 0;
+    const std::uint64_t time = records.Time(record);
+    const std::int64_t clock = m_source.Explored().clock[record];
+    const std::int64_t midnight = day ? clock - static_cast<std::int64_t>(time) : 0;
     if (m_daySteps.empty() || m_daySteps.back().day != day || m_daySteps.back().midnight != midnight) {
         m_daySteps.push_back({record, day, midnight});
     }
 
-    if ((records.TableNumber(record) != 0 && !where.nameOfFrame && !where.tableOfShape) ||
-        (records.Duration(record) != 0 && !where.durationOfFrame) || records.Gap(record) != 0 ||
-        records.IsUBE(record) || where.labelGoesOn == 2) {
-        m_details.push_back(record);
-    }
-    m_nHash = HashOn(HashOn(m_nHash, records.Time(record)), records.Text(record));
+    const std::string_view text = records.Text(record);
+    const std::uint64_t hash = HashOn(0, text);
+    m_nHash = HashOn(HashOn(m_nHash, time), hash);
+    const std::optional<std::string_view> shown = m_source.ShownText(record);
+    return {clock, origin, shown ? SameTextAs(record, *shown, hash) : kNoRecord, shown};
 }
 
-std::optional<RecordIndex> CStoredLog::SameTextAs(RecordIndex record, std::string_view text) const {
-    if (text.size() < kLeastSharedText) {
-        return std::nullopt;
+void CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
+    const CDetailList& records = m_source.Records();
+    const ExploredSession& explored = m_source.Explored();
+    if (m_nNextFrame == explored.frames.Count() || explored.frames[m_nNextFrame].record != record) {
+        return;
     }
-    const std::uint64_t hash = HashOn(0, text);
+    const Frame& frame = explored.frames[m_nNextFrame];
+    const std::uint32_t shape = explored.shapes.Of(m_nNextFrame);
+    ++m_nNextFrame;
+    const std::string_view name = records.DisplayName(record);
+    where.nameOfFrame = !name.empty() && name == explored.frames.Keys().Name(frame.key);
+    if (shape != kNoShape) {
+        // The table of a shape is that of its first execution.
+        std::uint32_t& table = m_tableOfShape[shape];
+        table = table == kNoRow ? records.TableNumber(record) : table;
+        where.tableOfShape = table == records.TableNumber(record);
+    }
+    const Cell duration = SecondsCell(records.Duration(record));
+    const auto* const seconds = std::get_if<double>(&duration);
+    where.durationOfFrame =
+        seconds != nullptr && *seconds == static_cast<double>(frame.Total()) / 1'000'000.0;
+}
+
+RecordIndex CStoredLog::SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash) {
+    if (text.size() < kLeastSharedText) {
+        return kNoRecord;
+    }
     KnownText& known = m_knownTexts[hash & (kKnownTexts - 1)];
     const auto tag = static_cast<std::uint32_t>(hash >> 32U);
     if (known.record != kNoRecord && known.hash == tag && m_source.ShownText(known.record) == text) {
         return known.record;
     }
     known = {tag, record};
-    return std::nullopt;
+    return kNoRecord;
 }
 
 std::string_view CStoredLog::OwnLabel(RecordIndex record) const {
@@ -229,24 +254,26 @@ std::uint32_t OriginRows(const Log& log) { return CountOf(log.Origins()); }
 
 // --- log_record
 
-Cell RecordOrigin(const Log& log, std::uint32_t row, std::string&) { return std::int64_t{log.OriginOf(row)}; }
+Cell RecordClock(const Log& log, std::uint32_t row, std::string&) { return log.RecordAt(row).clock; }
+Cell RecordOrigin(const Log& log, std::uint32_t row, std::string&) {
+    return std::int64_t{log.RecordAt(row).origin};
+}
 Cell RecordText(const Log& log, std::uint32_t row, std::string&) {
-    const std::optional<std::string_view> text = log.Source().ShownText(RecordIndex{row});
-    if (!text) {
-        return {};
-    }
-    const std::optional<RecordIndex> same = log.SameTextAs(RecordIndex{row}, *text);
-    return same ? Int(*same) : Cell(*text);
+    const CStoredLog::StoredRecord& record = log.RecordAt(row);
+    return record.sameText != kNoRecord ? Int(record.sameText) : record.text ? Cell(*record.text) : Cell();
 }
 constexpr std::array<StoredColumn, 4> kRecord{
-    {{"record"}, {"clock"}, {"origin", RecordOrigin}, {"text", RecordText}}};
+    {{"record", RowItself}, {"clock", RecordClock}, {"origin", RecordOrigin}, {"text", RecordText}}};
 
 // --- log_detail
 
-RecordIndex DetailRecord(const Log& log, std::uint32_t row) { return log.Details()[row]; }
+RecordIndex DetailRecord(const Log& log, std::uint32_t row) { return log.Details()[row].record; }
+const CStoredLog::Origin& DetailOrigin(const Log& log, std::uint32_t row) {
+    return log.Origins()[log.Details()[row].origin];
+}
 Cell DetailNumber(const Log& log, std::uint32_t row, std::string&) { return Int(DetailRecord(log, row)); }
 Cell DetailName(const Log& log, std::uint32_t row, std::string& scratch) {
-    if (log.WhereFrom(DetailRecord(log, row)).nameOfFrame) {
+    if (DetailOrigin(log, row).nameOfFrame) {
         return {};
     }
     return Shown(log, log.Source().Records().DisplayName(DetailRecord(log, row)), scratch);
@@ -254,13 +281,13 @@ Cell DetailName(const Log& log, std::uint32_t row, std::string& scratch) {
 Cell DetailTable(const Log& log, std::uint32_t row, std::string& scratch) {
     const RecordIndex record = DetailRecord(log, row);
     const bool isToldHere =
-        log.Source().Records().Kind(record) == LOG_SQL && !log.WhereFrom(record).tableOfShape;
+        log.Source().Records().Kind(record) == LOG_SQL && !DetailOrigin(log, row).tableOfShape;
     return isToldHere ? Shown(log, log.Source().Records().TableName(record), scratch) : Cell();
 }
 Cell DetailDuration(const Log& log, std::uint32_t row, std::string&) {
     const RecordIndex record = DetailRecord(log, row);
-    return log.WhereFrom(record).durationOfFrame ? Cell()
-                                                 : SecondsCell(log.Source().Records().Duration(record));
+    return DetailOrigin(log, row).durationOfFrame ? Cell()
+                                                  : SecondsCell(log.Source().Records().Duration(record));
 }
 Cell DetailGap(const Log& log, std::uint32_t row, std::string&) {
     return SecondsCell(log.Source().Records().Gap(DetailRecord(log, row)));
@@ -271,7 +298,7 @@ Cell DetailUBELevel(const Log& log, std::uint32_t row, std::string&) {
 }
 Cell DetailLabel(const Log& log, std::uint32_t row, std::string&) {
     const RecordIndex record = DetailRecord(log, row);
-    const bool isItsOwn = log.WhereFrom(record).labelGoesOn == 2;
+    const bool isItsOwn = DetailOrigin(log, row).labelGoesOn == 2;
     return isItsOwn ? TextCell(log.OwnLabel(record)) : Cell();
 }
 constexpr std::array<StoredColumn, 7> kDetail{{{"record", DetailNumber},
@@ -343,6 +370,11 @@ constexpr std::array<StoredColumn, 12> kShape{{{"shape", RowItself},
 
 // --- log_frame
 
+Cell FrameParent(const Log& log, std::uint32_t row, std::string&) {
+    const CFrames& frames = log.Source().Explored().frames;
+    const std::uint32_t parent = frames[row].parent;
+    return parent == kNoFrame ? Cell() : Int(frames[parent].record);
+}
 Cell FrameFunction(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.FunctionOf(log.Source().Explored().frames[row].key)};
 }
@@ -350,9 +382,9 @@ Cell FrameShape(const Log& log, std::uint32_t row, std::string&) {
     const std::uint32_t shape = log.Source().Explored().shapes.Of(row);
     return shape == kNoShape ? Cell() : Cell(std::int64_t{log.ShapeOf(shape)});
 }
-constexpr std::array<StoredColumn, 10> kFrame{{{"frame"},
-                                               {"record"},
-                                               {"parent"},
+constexpr std::array<StoredColumn, 10> kFrame{{{"record"},
+                                               {"frame"},
+                                               {"parent", FrameParent},
                                                {"function", FrameFunction},
                                                {"shape", FrameShape},
                                                {"start_clock"},
@@ -387,8 +419,8 @@ constexpr std::array<StoredColumn, 3> kError{{{"error", RowItself}, {"record"}, 
 
 constexpr std::array<StoredTable, 13> kStored{{
     {"log_stream", kStream, StreamRows},
-    {"log_origin", kOrigin, OriginRows},
     {"log_record", kRecord, nullptr, "records"},
+    {"log_origin", kOrigin, OriginRows},
     {"log_detail", kDetail, DetailRows},
     {"log_line", kLine, LineRows},
     {"log_day", kDay, DayRows},

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "records/NumberMap.h"
-#include "records/PageAllocator.h"
+#include "sources/ReadAhead.h"
 #include "tables/Tables.h"
 
 #include <cstdint>
@@ -27,6 +27,17 @@ public:
         bool tableOfShape;
         bool durationOfFrame;
     };
+    struct StoredRecord {
+        std::int64_t clock;
+        std::uint32_t origin;
+        RecordIndex sameText; // an earlier record that has the text itself, or none
+        std::optional<std::string_view> text;
+    };
+    // A record of which more is to be told than its origin and its frame do.
+    struct Detail {
+        RecordIndex record;
+        std::uint32_t origin;
+    };
     // From a record on, how far line numbers are ahead of record numbers.
     struct LineStep {
         RecordIndex record;
@@ -45,17 +56,15 @@ public:
 
     const CTableSource& Source() const { return m_source; }
     std::int64_t Id() const { return m_nId; }
-    std::uint32_t OriginOf(std::uint32_t record) const { return m_originOf[record]; }
-    const Origin& WhereFrom(RecordIndex record) const { return m_origins[m_originOf[Number(record)]]; }
-    // An earlier record of the same text, which has it itself; asked for by rising records.
-    std::optional<RecordIndex> SameTextAs(RecordIndex record, std::string_view text) const;
+    // By rising rows, each once, for a thread makes them ahead. What follows is there when the last one was
+    // asked for.
+    const StoredRecord& RecordAt(std::uint32_t row) const;
     // A hash of all stamps and texts.
     std::uint64_t Hash() const { return m_nHash; }
-
     const std::vector<Origin>& Origins() const { return m_origins; }
     const std::vector<LineStep>& LineSteps() const { return m_lineSteps; }
     const std::vector<DayStep>& DaySteps() const { return m_daySteps; }
-    const std::vector<RecordIndex>& Details() const { return m_details; } // records that have some
+    const std::vector<Detail>& Details() const { return m_details; }
     // These are there once the frames have been counted.
     void TakeProfile();
     std::uint32_t FunctionOf(std::uint32_t key) const { return m_functionOf[key]; }
@@ -72,23 +81,39 @@ private:
         RecordIndex record = kNoRecord;
     };
 
-    void TakeRecord(RecordIndex record);
+    using Block = std::vector<StoredRecord>;
+
+    bool FillBlock(Block& block);
+    StoredRecord TakeRecord(RecordIndex record);
+    void TakeFrame(RecordIndex record, Origin& where);
     std::int64_t LabelGoesOn(RecordIndex record) const;
+    RecordIndex SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash);
 
     const CTableSource& m_source;
     const std::int64_t m_nId;
+    const std::uint32_t m_nRecords;
+
+    // What the thread that makes records has come to.
+    std::uint32_t m_nNextRecord = 0;
+    std::uint32_t m_nNextFrame = 0;
     CNumberMap m_originNumbers;
-    CLargeVector<std::uint32_t> m_originOf; // by record
     std::vector<Origin> m_origins;
     std::vector<LineStep> m_lineSteps;
     std::vector<DayStep> m_daySteps;
-    std::vector<RecordIndex> m_details;
+    std::vector<Detail> m_details;
     std::uint64_t m_nHash = 0;
     std::vector<std::uint32_t> m_tableOfShape; // number of a name, by shape
-    mutable std::vector<KnownText> m_knownTexts;
+    std::vector<KnownText> m_knownTexts;       // by hash
+
     std::vector<std::uint32_t> m_functionOf; // by key
     std::vector<std::uint32_t> m_shapeOf;    // by number
     std::vector<FindingRecord> m_findingRecords;
+
+    mutable const Block* m_pBlock = nullptr; // that is being asked for
+    mutable std::uint32_t m_nBlockBegin = 0;
+    mutable std::uint32_t m_nBlockEnd = 0;
+    std::vector<Block> m_ring;
+    mutable CReadAhead<Block> m_ahead; // the last, for its thread works with all others
 };
 
 // A column that is stored. Without a cell of its own it is that of the same name, or of another one, of the

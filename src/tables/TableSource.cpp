@@ -96,22 +96,11 @@ std::optional<std::uint32_t> CTableSource::Line(RecordIndex record) const {
                                     : std::nullopt;
 }
 
-std::uint32_t CTableSource::FrameAt(RecordIndex record) const {
-    const CFrames& frames = m_explored.frames;
-    if (m_nNextFrame > 0 && frames[m_nNextFrame - 1].record >= record) {
-        return frames.FrameAt(record);
-    }
-    while (m_nNextFrame < frames.Count() && frames[m_nNextFrame].record < record) {
-        ++m_nNextFrame;
-    }
-    return m_nNextFrame < frames.Count() && frames[m_nNextFrame].record == record ? m_nNextFrame : kNoFrame;
-}
-
 std::uint32_t CTableSource::ShapeAt(RecordIndex record) const {
     if (Records().Kind(record) != LOG_SQL) {
         return kNoShape;
     }
-    const std::uint32_t frame = FrameAt(record);
+    const std::uint32_t frame = m_explored.frames.FrameAt(record);
     return frame == kNoFrame ? kNoShape : m_explored.shapes.Of(frame);
 }
 

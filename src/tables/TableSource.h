@@ -41,8 +41,6 @@ public:
 
     // The line of a record, from 1 on; nothing where the load did not number them.
     std::optional<std::uint32_t> Line(RecordIndex record) const;
-    // The frame that begins at a record, kNoFrame without one; soonest for records in rising order.
-    std::uint32_t FrameAt(RecordIndex record) const;
     // The shape of a record that is a statement, else kNoShape.
     std::uint32_t ShapeAt(RecordIndex record) const;
     // The day of a record's stamp, counted from 1970-01-01 on. Without a year the days are those of the year
@@ -76,7 +74,6 @@ private:
     mutable std::optional<std::vector<Finding>> m_findings;
     mutable std::optional<CLargeVector<std::int64_t>> m_selfTimes;
     mutable std::optional<std::vector<RecordIndex>> m_errors;
-    mutable std::uint32_t m_nNextFrame = 0;
     // The day of the latest record that DayNumber was asked for.
     struct KnownDay {
         std::uint32_t month = 0; // number of its name
