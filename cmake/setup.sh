@@ -65,6 +65,6 @@ fail_with() {
     packages_windows=("${packages_mingw[@]}" googletest wine wine64)
     packages_windows_window=(xvfb fonts-wine fonts-liberation)
     packages_windows_qt=(dpkg-dev)
-    packages_windows_libs=(dpkg-dev)
+    packages_windows_libs=(dpkg-dev tcl)
     packages_windows_package=(nsis)
 }

@@ -14,9 +14,9 @@
 namespace carvelot {
 
 struct TableOptions {
-    std::string host;        // that the log is from, as its reader says; empty when nobody does
-    std::optional<int> year; // of the log's first stamp, which names none
-    bool shapesOnly = false; // whatever may hold a value of the business is left out
+    std::string host = {};        // that the log is from, as its reader says; empty when nobody does
+    std::optional<int> year = {}; // of the log's first stamp, which names none
+    bool shapesOnly = false;      // whatever may hold a value of the business is left out
 };
 
 // A number that texts have in common with all logs in which they stand.
