@@ -164,7 +164,8 @@ CREATE TABLE log_error (
     FOREIGN KEY (log, record) REFERENCES log_record) WITHOUT ROWID;
 )sql";
 
-// A join of what a query does not name costs nothing where it can neither drop nor double a row: hence LEFT.
+// What a query does not name costs nothing: hence subqueries where a join would be made for each row. Records are
+// walked log by log, each with a look at its origin, whatever a query asks of these.
 const char* const kSchemaViews = R"sql(
 CREATE VIEW log_rows AS
 SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
@@ -175,26 +176,42 @@ SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
         ORDER BY d.record DESC LIMIT 1) AS day,
        r.clock - (SELECT d.midnight FROM log_day d WHERE d.log = r.log AND d.record <= r.record
                   ORDER BY d.record DESC LIMIT 1) AS time,
-       o.kind AS kind, o.process AS process, o.thread AS thread, t.name AS stream, o.user AS user,
-       o.level AS level, o.source AS source,
-       nullif(rtrim(coalesce(o.label, '') ||
-                    CASE o.label_goes_on WHEN 0 THEN ''
-                         WHEN 1 THEN substr(x.text, 1, coalesce(nullif(instr(x.text, char(9)), 0) - 1, length(x.text)))
-                         ELSE coalesce(e.label, '') END), '') AS label,
-       CASE o.name_of_frame WHEN 1 THEN u.name ELSE e.name END AS name, s.operation AS operation,
-       CASE o.table_of_shape WHEN 1 THEN s.table_name ELSE e.table_name END AS table_name,
-       s.shape_key AS shape_key, o.return_code AS return_code,
-       CASE o.duration_of_frame WHEN 1 THEN f.total / 1000000.0 ELSE e.duration END AS duration,
-       e.gap AS gap, e.ube_level AS ube_level, x.text AS text
-FROM log_record r
-LEFT JOIN log_record x ON x.log = r.log AND x.record = CASE typeof(r.text) WHEN 'integer' THEN r.text ELSE r.record END
-LEFT JOIN logs l ON l.id = r.log
-LEFT JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
-LEFT JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
-LEFT JOIN log_detail e ON e.log = r.log AND e.record = r.record
-LEFT JOIN log_frame f ON f.log = r.log AND f.record = r.record
-LEFT JOIN log_function u ON u.log = f.log AND u.function = f.function
-LEFT JOIN log_shape s ON s.log = f.log AND s.shape = f.shape;
+       o.kind AS kind, o.process AS process, o.thread AS thread,
+       (SELECT t.name FROM log_stream t WHERE t.log = o.log AND t.stream = o.stream) AS stream,
+       o.user AS user, o.level AS level, o.source AS source,
+       CASE o.label_goes_on WHEN 0 THEN nullif(rtrim(o.label), '')
+            WHEN 1 THEN (SELECT coalesce(o.label, '') ||
+                                rtrim(substr(x.text, 1, coalesce(nullif(instr(x.text, char(9)), 0) - 1, length(x.text))))
+                         FROM log_record x
+                         WHERE x.log = r.log AND x.record = CASE typeof(r.text) WHEN 'integer' THEN r.text ELSE r.record END)
+            ELSE (SELECT coalesce(o.label, '') || e.label FROM log_detail e WHERE e.log = r.log AND e.record = r.record)
+       END AS label,
+       CASE o.name_of_frame
+            WHEN 1 THEN (SELECT u.name FROM log_frame f JOIN log_function u ON u.log = f.log AND u.function = f.function
+                         WHERE f.log = r.log AND f.record = r.record)
+            ELSE (SELECT e.name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS name,
+       CASE o.kind WHEN 'SQL' THEN
+            (SELECT s.operation FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
+             WHERE f.log = r.log AND f.record = r.record) END AS operation,
+       CASE o.table_of_shape
+            WHEN 1 THEN (SELECT s.table_name FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
+                         WHERE f.log = r.log AND f.record = r.record)
+            ELSE (SELECT e.table_name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS table_name,
+       CASE o.kind WHEN 'SQL' THEN
+            (SELECT s.shape_key FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
+             WHERE f.log = r.log AND f.record = r.record) END AS shape_key,
+       o.return_code AS return_code,
+       CASE o.duration_of_frame
+            WHEN 1 THEN (SELECT f.total / 1000000.0 FROM log_frame f WHERE f.log = r.log AND f.record = r.record)
+            ELSE (SELECT e.duration FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS duration,
+       (SELECT e.gap FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS gap,
+       (SELECT e.ube_level FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS ube_level,
+       CASE typeof(r.text)
+            WHEN 'integer' THEN (SELECT x.text FROM log_record x WHERE x.log = r.log AND x.record = r.text)
+            ELSE r.text END AS text
+FROM logs l
+CROSS JOIN log_record r ON r.log = l.id
+CROSS JOIN log_origin o ON o.log = r.log AND o.origin = r.origin;
 
 CREATE VIEW records AS
 SELECT log, host, record, line, clock, day, time, kind, process, thread, stream, user, level, source, label, name,
@@ -202,22 +219,25 @@ SELECT log, host, record, line, clock, day, time, kind, process, thread, stream,
 FROM log_rows;
 
 CREATE VIEW frames AS
-SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record, p.frame AS parent, t.name AS stream,
-       u.kind AS kind, u.name AS name, u.function_key AS function_key, s.shape_key AS shape_key,
+SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record,
+       (SELECT p.frame FROM log_frame p WHERE p.log = f.log AND p.record = f.parent) AS parent,
+       (SELECT t.name
+        FROM log_record r
+        JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
+        JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
+        WHERE r.log = f.log AND r.record = f.record) AS stream,
+       u.kind AS kind, u.name AS name, u.function_key AS function_key,
+       (SELECT s.shape_key FROM log_shape s WHERE s.log = f.log AND s.shape = f.shape) AS shape_key,
        (SELECT d.day FROM log_day d WHERE d.log = f.log AND d.record <= f.record
         ORDER BY d.record DESC LIMIT 1) AS day,
-       r.clock - (SELECT d.midnight FROM log_day d WHERE d.log = f.log AND d.record <= f.record
-                  ORDER BY d.record DESC LIMIT 1) AS time,
+       (SELECT r.clock FROM log_record r WHERE r.log = f.log AND r.record = f.record) -
+       (SELECT d.midnight FROM log_day d WHERE d.log = f.log AND d.record <= f.record
+        ORDER BY d.record DESC LIMIT 1) AS time,
        f.start_clock AS start_clock, f.start_clock + f.total AS end_clock, f.total AS total, f.self AS self,
        f.closed AS closed, f.result AS result
-FROM log_frame f
-LEFT JOIN logs l ON l.id = f.log
-LEFT JOIN log_frame p ON p.log = f.log AND p.record = f.parent
-LEFT JOIN log_record r ON r.log = f.log AND r.record = f.record
-LEFT JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
-LEFT JOIN log_stream t ON t.log = o.log AND t.stream = o.stream
-LEFT JOIN log_function u ON u.log = f.log AND u.function = f.function
-LEFT JOIN log_shape s ON s.log = f.log AND s.shape = f.shape;
+FROM logs l
+JOIN log_frame f ON f.log = l.id
+JOIN log_function u ON u.log = f.log AND u.function = f.function;
 
 CREATE VIEW functions AS
 SELECT l.path AS log, l.host AS host, u.function_key AS function_key, u.kind AS kind, u.name AS name,
@@ -301,6 +321,7 @@ ORDER BY day, hour, host, type;
 )sql";
 
 const char* const kSchemaIndexes = R"sql(
+CREATE UNIQUE INDEX frame_by_number ON log_frame (log, frame);
 CREATE INDEX frame_by_function ON log_frame (log, function);
 CREATE INDEX function_by_key ON log_function (function_key);
 CREATE INDEX shape_by_key ON log_shape (shape_key);
@@ -308,6 +329,7 @@ CREATE INDEX finding_by_rule ON log_finding (rule);
 )sql";
 
 const char* const kSchemaWithoutIndexes = R"sql(
+DROP INDEX frame_by_number;
 DROP INDEX frame_by_function;
 DROP INDEX function_by_key;
 DROP INDEX shape_by_key;

@@ -71,9 +71,9 @@ void Change(const std::string& path, const char* sql) {
 }
 
 // A log file that a session has read with the numbers of its lines.
-class SourceOf {
+class StoredSource {
 public:
-    explicit SourceOf(const std::string& path, TableOptions options = {}) {
+    explicit StoredSource(const std::string& path, TableOptions options = {}) {
         m_doc.m_bNumberLines = true;
         m_doc.m_strLogPath = path;
         EXPECT_TRUE(m_doc.LoadLog()) << path;
@@ -170,7 +170,7 @@ TEST(LogDatabase, HoldsTheRowsOfEachTableOfEverySample) {
                                             TableOptions{.host = {}, .year = {}, .shapesOnly = true}}) {
             SCOPED_TRACE(log);
             const TestFolder folder;
-            const SourceOf source(log, options);
+            const StoredSource source(log, options);
             EXPECT_EQ(WriteTo(folder.Path("a.db"), false, {&*source}), "");
             ExpectWhole(folder.Path("a.db"));
             ExpectSameRows(folder.Path("a.db"), *source);
@@ -191,7 +191,7 @@ TEST(LogDatabase, HoldsTheRowsOfALogOfManyRecords) {
                                       : At(i, "Entering step " + number));
     }
     const TestFolder folder;
-    const SourceOf source(folder.Write("a.log", TestSession::Joined(lines)), {.host = {}, .year = 2025});
+    const StoredSource source(folder.Write("a.log", TestSession::Joined(lines)), {.host = {}, .year = 2025});
     EXPECT_EQ(WriteTo(folder.Path("a.db"), false, {&*source}), "");
     ExpectWhole(folder.Path("a.db"));
     ExpectSameRows(folder.Path("a.db"), *source);
@@ -204,7 +204,7 @@ TEST(LogDatabase, HoldsHostileTextsAsTheyAre) {
          At(5, "SELECT A FROM T WHERE B = 'it''s'"), "Jan 15 10:00:06.000000 - 1/1 no tab: ' \" ; --  ",
          "Jan 15 10:00:07.000000 - 1/1 " + std::string(300, 'L') + "\tlabel"});
     const TestFolder folder;
-    const SourceOf source(folder.Write("it's a.log", TestSession::Joined(lines)), {.host = "o'host"});
+    const StoredSource source(folder.Write("it's a.log", TestSession::Joined(lines)), {.host = "o'host"});
     EXPECT_EQ(WriteTo(folder.Path("it's.db"), false, {&*source}), "");
     ExpectWhole(folder.Path("it's.db"));
     ExpectSameRows(folder.Path("it's.db"), *source);
@@ -216,18 +216,18 @@ TEST(LogDatabase, ALogThatIsAddedAgainReplacesItself) {
     const std::string b =
         folder.Write("b.log", TestSession::Joined(JASLog({UserAt(1, "b", "ANNE", "SEVERE")})));
     const std::string database = folder.Path("x.db");
-    const SourceOf first(a);
-    const SourceOf second(b);
+    const StoredSource first(a);
+    const StoredSource second(b);
     EXPECT_EQ(WriteTo(database, false, {&*first}), "");
     EXPECT_EQ(WriteTo(database, true, {&*second}), "");
     EXPECT_THAT(Ask(database, "SELECT text FROM errors ORDER BY text"), ElementsAre("ERROR: a", "b"));
     folder.Write("a.log", TestSession::Joined(DebugLog({At(1, "ERROR: a"), At(2, "ERROR: more")})));
-    const SourceOf grown(a);
+    const StoredSource grown(a);
     EXPECT_EQ(WriteTo(database, true, {&*grown}), "");
     EXPECT_THAT(Ask(database, "SELECT text FROM errors ORDER BY text"),
                 ElementsAre("ERROR: a", "ERROR: more", "b"));
     EXPECT_THAT(Ask(database, "SELECT count(*) FROM logs"), ElementsAre("2"));
-    const SourceOf elsewhere(a, {.host = "other"});
+    const StoredSource elsewhere(a, {.host = "other"});
     EXPECT_EQ(WriteTo(database, true, {&*elsewhere}), "");
     EXPECT_THAT(Ask(database, "SELECT count(*) FROM logs"), ElementsAre("3"));
     ExpectWhole(database);
@@ -238,7 +238,7 @@ TEST(LogDatabase, ALogThatIsAddedAgainReplacesItself) {
 
 TEST(LogDatabase, HasItsVersionAndItsMark) {
     const TestFolder folder;
-    const SourceOf source(SampleLogs().front());
+    const StoredSource source(SampleLogs().front());
     const std::string database = folder.Path("x.db");
     for (const bool append : {false, true, true}) {
         EXPECT_EQ(WriteTo(database, append, {&*source}), "");
@@ -247,7 +247,7 @@ TEST(LogDatabase, HasItsVersionAndItsMark) {
         EXPECT_THAT(
             Ask(database,
                 "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
-            ElementsAre("finding_by_rule", "frame_by_function", "function_by_key", "shape_by_key"));
+            ElementsAre("finding_by_rule", "frame_by_function", "frame_by_number", "function_by_key", "shape_by_key"));
         EXPECT_THAT(folder.Names(), ElementsAre("x.db"));
     }
 }
@@ -256,7 +256,7 @@ TEST(LogDatabase, ALineOfLogsTellsWhatALogIs) {
     const TestFolder folder;
     const std::string content =
         TestSession::Joined({At(0, "Entering JDB_OpenTable"), "a line that goes on", At(90, "Entering B")});
-    const SourceOf source(folder.Write("a.log", content), {.host = "jde01", .year = 2025});
+    const StoredSource source(folder.Write("a.log", content), {.host = "jde01", .year = 2025});
     EXPECT_EQ(WriteTo(folder.Path("x.db"), false, {&*source}), "");
     EXPECT_THAT(Ask(folder.Path("x.db"),
                     "SELECT path, host, format, size, lines, records, unread, begin_day, begin_time, "
@@ -275,7 +275,7 @@ TEST(LogDatabase, ItsViewsAnswerWhatIsAsked) {
     lines.push_back(At(20, "ERROR: a"));
     lines.push_back(At(20, ReturnText("F", 1, 2)));
     lines.push_back(At(3700, "ERROR: b"));
-    const SourceOf source(folder.Write("a.log", TestSession::Joined(lines)));
+    const StoredSource source(folder.Write("a.log", TestSession::Joined(lines)));
     const std::string database = folder.Path("x.db");
     EXPECT_EQ(WriteTo(database, false, {&*source}), "");
     EXPECT_THAT(
@@ -296,7 +296,7 @@ TEST(LogDatabase, ItsViewsAnswerWhatIsAsked) {
 
 TEST(LogDatabase, LeavesAFileThatIsNotItsOwnAsItIs) {
     const TestFolder folder;
-    const SourceOf source(SampleLogs().front());
+    const StoredSource source(SampleLogs().front());
     const std::string text = folder.Write("text.db", "These are the notes of somebody.");
     const std::string foreign = folder.Path("foreign.db");
     Change(foreign, "CREATE TABLE t (a); INSERT INTO t VALUES (1)");
@@ -322,7 +322,7 @@ TEST(LogDatabase, LeavesAFileThatIsNotItsOwnAsItIs) {
 
 TEST(LogDatabase, LeavesAFileThatAnotherProgramWritesToAsItIs) {
     const TestFolder folder;
-    const SourceOf source(SampleLogs().front());
+    const StoredSource source(SampleLogs().front());
     const std::string path = folder.Path("x.db");
     EXPECT_EQ(WriteTo(path, false, {&*source}), "");
     const std::string before = folder.Read("x.db");
@@ -333,7 +333,7 @@ TEST(LogDatabase, LeavesAFileThatAnotherProgramWritesToAsItIs) {
 
 TEST(LogDatabase, AnEmptyFileIsTaken) {
     const TestFolder folder;
-    const SourceOf source(SampleLogs().front());
+    const StoredSource source(SampleLogs().front());
     EXPECT_EQ(WriteTo(folder.Write("x.db", ""), true, {&*source}), "");
     EXPECT_THAT(Ask(folder.Path("x.db"), "SELECT count(*) FROM logs"), ElementsAre("1"));
 }
@@ -352,7 +352,7 @@ TEST(LogDatabase, WhatCannotBeWrittenIsRefused) {
 
 TEST(LogDatabase, ThatIsNotCommittedLeavesNothing) {
     const TestFolder folder;
-    const SourceOf source(SampleLogs().front());
+    const StoredSource source(SampleLogs().front());
     {
         CLogDatabase database;
         std::string problem;
