@@ -6,7 +6,7 @@ namespace carvelot {
 // not something is stored: log_line and log_day. What many records share is an origin. A text
 // that is that of an earlier record is that record's number (hence no type, which would make a text of it).
 // Name, table and duration of a record are mostly those of its frame, as its origin says; else they stand in
-// log_detail. A frame is known by its record, of which each has one at most.
+// log_detail.
 const char* const kSchemaTables = R"sql(
 CREATE TABLE logs (
     id INTEGER PRIMARY KEY,
@@ -50,11 +50,13 @@ CREATE TABLE log_origin (
 CREATE TABLE log_record (
     log INTEGER NOT NULL REFERENCES logs,
     record INTEGER NOT NULL,
-    clock INTEGER NOT NULL,
-    origin INTEGER NOT NULL,
+    clock INTEGER,
+    origin INTEGER,
+    frame INTEGER,
     text,
     PRIMARY KEY (log, record),
-    FOREIGN KEY (log, origin) REFERENCES log_origin) WITHOUT ROWID;
+    FOREIGN KEY (log, origin) REFERENCES log_origin,
+    FOREIGN KEY (log, frame) REFERENCES log_frame) WITHOUT ROWID;
 CREATE TABLE log_detail (
     log INTEGER NOT NULL REFERENCES logs,
     record INTEGER NOT NULL,
@@ -116,17 +118,17 @@ CREATE TABLE log_shape (
     FOREIGN KEY (log, top_caller) REFERENCES log_function) WITHOUT ROWID;
 CREATE TABLE log_frame (
     log INTEGER NOT NULL REFERENCES logs,
-    record INTEGER NOT NULL,
     frame INTEGER NOT NULL,
+    record INTEGER,
     parent INTEGER,
-    function INTEGER NOT NULL,
+    function INTEGER,
     shape INTEGER,
-    start_clock INTEGER NOT NULL,
-    total INTEGER NOT NULL,
-    self INTEGER NOT NULL,
-    closed INTEGER NOT NULL,
+    start_clock INTEGER,
+    total INTEGER,
+    self INTEGER,
+    closed INTEGER,
     result INTEGER,
-    PRIMARY KEY (log, record),
+    PRIMARY KEY (log, frame),
     FOREIGN KEY (log, record) REFERENCES log_record,
     FOREIGN KEY (log, parent) REFERENCES log_frame,
     FOREIGN KEY (log, function) REFERENCES log_function,
@@ -164,8 +166,8 @@ CREATE TABLE log_error (
     FOREIGN KEY (log, record) REFERENCES log_record) WITHOUT ROWID;
 )sql";
 
-// What a query does not name costs nothing: hence subqueries where a join would be made for each row. Records are
-// walked log by log, each with a look at its origin, whatever a query asks of these.
+// What a query does not name costs nothing: hence subqueries where a join would be made for each row. Records
+// are walked log by log, each with a look at its origin, whatever a query asks of these.
 const char* const kSchemaViews = R"sql(
 CREATE VIEW log_rows AS
 SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
@@ -188,21 +190,21 @@ SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
        END AS label,
        CASE o.name_of_frame
             WHEN 1 THEN (SELECT u.name FROM log_frame f JOIN log_function u ON u.log = f.log AND u.function = f.function
-                         WHERE f.log = r.log AND f.record = r.record)
+                         WHERE f.log = r.log AND f.frame = r.frame)
             ELSE (SELECT e.name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS name,
        CASE o.kind WHEN 'SQL' THEN
             (SELECT s.operation FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-             WHERE f.log = r.log AND f.record = r.record) END AS operation,
+             WHERE f.log = r.log AND f.frame = r.frame) END AS operation,
        CASE o.table_of_shape
             WHEN 1 THEN (SELECT s.table_name FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-                         WHERE f.log = r.log AND f.record = r.record)
+                         WHERE f.log = r.log AND f.frame = r.frame)
             ELSE (SELECT e.table_name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS table_name,
        CASE o.kind WHEN 'SQL' THEN
             (SELECT s.shape_key FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-             WHERE f.log = r.log AND f.record = r.record) END AS shape_key,
+             WHERE f.log = r.log AND f.frame = r.frame) END AS shape_key,
        o.return_code AS return_code,
        CASE o.duration_of_frame
-            WHEN 1 THEN (SELECT f.total / 1000000.0 FROM log_frame f WHERE f.log = r.log AND f.record = r.record)
+            WHEN 1 THEN (SELECT f.total / 1000000.0 FROM log_frame f WHERE f.log = r.log AND f.frame = r.frame)
             ELSE (SELECT e.duration FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS duration,
        (SELECT e.gap FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS gap,
        (SELECT e.ube_level FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS ube_level,
@@ -220,7 +222,7 @@ FROM log_rows;
 
 CREATE VIEW frames AS
 SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record,
-       (SELECT p.frame FROM log_frame p WHERE p.log = f.log AND p.record = f.parent) AS parent,
+       f.parent AS parent,
        (SELECT t.name
         FROM log_record r
         JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
@@ -321,15 +323,13 @@ ORDER BY day, hour, host, type;
 )sql";
 
 const char* const kSchemaIndexes = R"sql(
-CREATE UNIQUE INDEX frame_by_number ON log_frame (log, frame);
-CREATE INDEX frame_by_function ON log_frame (log, function);
+CREATE INDEX frame_by_function ON log_frame (function, log);
 CREATE INDEX function_by_key ON log_function (function_key);
 CREATE INDEX shape_by_key ON log_shape (shape_key);
 CREATE INDEX finding_by_rule ON log_finding (rule);
 )sql";
 
 const char* const kSchemaWithoutIndexes = R"sql(
-DROP INDEX frame_by_number;
 DROP INDEX frame_by_function;
 DROP INDEX function_by_key;
 DROP INDEX shape_by_key;

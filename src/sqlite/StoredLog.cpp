@@ -65,7 +65,7 @@ bool CStoredLog::FillBlock(Block& block) {
 CStoredLog::StoredRecord CStoredLog::TakeRecord(RecordIndex record) {
     const CDetailList& records = m_source.Records();
     Origin where{record, records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0, false, false, false};
-    TakeFrame(record, where);
+    const std::uint32_t frame = TakeFrame(record, where);
     const auto flag = [](bool is, unsigned place) { return std::uint64_t{is ? 1U : 0U} << place; };
     const std::uint64_t shared =
         (std::uint64_t{records.ContextNumber(record)} << 16U) | (std::uint64_t{records.Kind(record)} << 9U) |
@@ -101,18 +101,17 @@ CStoredLog::StoredRecord CStoredLog::TakeRecord(RecordIndex record) {
     const std::uint64_t hash = HashOn(0, text);
     m_nHash = HashOn(HashOn(m_nHash, time), hash);
     const std::optional<std::string_view> shown = m_source.ShownText(record);
-    return {clock, origin, shown ? SameTextAs(record, *shown, hash) : kNoRecord, shown};
+    return {clock, origin, frame, shown ? SameTextAs(record, *shown, hash) : kNoRecord, shown};
 }
 
-void CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
+std::uint32_t CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
     const CDetailList& records = m_source.Records();
     const ExploredSession& explored = m_source.Explored();
     if (m_nNextFrame == explored.frames.Count() || explored.frames[m_nNextFrame].record != record) {
-        return;
+        return kNoFrame;
     }
     const Frame& frame = explored.frames[m_nNextFrame];
     const std::uint32_t shape = explored.shapes.Of(m_nNextFrame);
-    ++m_nNextFrame;
     const std::string_view name = records.DisplayName(record);
     where.nameOfFrame = !name.empty() && name == explored.frames.Keys().Name(frame.key);
     if (shape != kNoShape) {
@@ -125,6 +124,7 @@ void CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
     const auto* const seconds = std::get_if<double>(&duration);
     where.durationOfFrame =
         seconds != nullptr && *seconds == static_cast<double>(frame.Total()) / 1'000'000.0;
+    return m_nNextFrame++;
 }
 
 RecordIndex CStoredLog::SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash) {
@@ -258,12 +258,19 @@ Cell RecordClock(const Log& log, std::uint32_t row, std::string&) { return log.R
 Cell RecordOrigin(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.RecordAt(row).origin};
 }
+Cell RecordFrame(const Log& log, std::uint32_t row, std::string&) {
+    const std::uint32_t frame = log.RecordAt(row).frame;
+    return frame == kNoFrame ? Cell() : Cell(std::int64_t{frame});
+}
 Cell RecordText(const Log& log, std::uint32_t row, std::string&) {
     const CStoredLog::StoredRecord& record = log.RecordAt(row);
     return record.sameText != kNoRecord ? Int(record.sameText) : record.text ? Cell(*record.text) : Cell();
 }
-constexpr std::array<StoredColumn, 4> kRecord{
-    {{"record", RowItself}, {"clock", RecordClock}, {"origin", RecordOrigin}, {"text", RecordText}}};
+constexpr std::array<StoredColumn, 5> kRecord{{{"record", RowItself},
+                                               {"clock", RecordClock},
+                                               {"origin", RecordOrigin},
+                                               {"frame", RecordFrame},
+                                               {"text", RecordText}}};
 
 // --- log_detail
 
@@ -370,11 +377,6 @@ constexpr std::array<StoredColumn, 12> kShape{{{"shape", RowItself},
 
 // --- log_frame
 
-Cell FrameParent(const Log& log, std::uint32_t row, std::string&) {
-    const CFrames& frames = log.Source().Explored().frames;
-    const std::uint32_t parent = frames[row].parent;
-    return parent == kNoFrame ? Cell() : Int(frames[parent].record);
-}
 Cell FrameFunction(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.FunctionOf(log.Source().Explored().frames[row].key)};
 }
@@ -382,9 +384,9 @@ Cell FrameShape(const Log& log, std::uint32_t row, std::string&) {
     const std::uint32_t shape = log.Source().Explored().shapes.Of(row);
     return shape == kNoShape ? Cell() : Cell(std::int64_t{log.ShapeOf(shape)});
 }
-constexpr std::array<StoredColumn, 10> kFrame{{{"record"},
-                                               {"frame"},
-                                               {"parent", FrameParent},
+constexpr std::array<StoredColumn, 10> kFrame{{{"frame"},
+                                               {"record"},
+                                               {"parent"},
                                                {"function", FrameFunction},
                                                {"shape", FrameShape},
                                                {"start_clock"},

@@ -30,6 +30,7 @@ public:
     struct StoredRecord {
         std::int64_t clock;
         std::uint32_t origin;
+        std::uint32_t frame;  // that begins at it, or kNoFrame
         RecordIndex sameText; // an earlier record that has the text itself, or none
         std::optional<std::string_view> text;
     };
@@ -85,7 +86,7 @@ private:
 
     bool FillBlock(Block& block);
     StoredRecord TakeRecord(RecordIndex record);
-    void TakeFrame(RecordIndex record, Origin& where);
+    std::uint32_t TakeFrame(RecordIndex record, Origin& where);
     std::int64_t LabelGoesOn(RecordIndex record) const;
     RecordIndex SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash);
 

@@ -247,7 +247,7 @@ TEST(LogDatabase, HasItsVersionAndItsMark) {
         EXPECT_THAT(
             Ask(database,
                 "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
-            ElementsAre("finding_by_rule", "frame_by_function", "frame_by_number", "function_by_key", "shape_by_key"));
+            ElementsAre("finding_by_rule", "frame_by_function", "function_by_key", "shape_by_key"));
         EXPECT_THAT(folder.Names(), ElementsAre("x.db"));
     }
 }
