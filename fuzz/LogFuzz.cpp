@@ -22,10 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (input.empty()) {
         return 0;
     }
-    fuzz::CFuzzSession::Options options;
-    options.settings.m_fThreshold = (input[0] & 1) != 0 ? 0.0F : 1.0F;
-    options.settings.m_bCacheAnalysis = (input[0] & 2) == 0;
-    options.processFilter = (input[0] & 4) != 0 ? 4120 : 0;
+    const fuzz::CFuzzSession::Options options = fuzz::OptionsOf(input[0]);
     const std::string_view log = input.substr(1);
     static fuzz::CFuzzSession session;
     session.Load(log, options);

@@ -14,11 +14,19 @@ CGroupedTimes::CGroupedTimes(const std::vector<std::uint32_t>& counts) {
 }
 
 std::int64_t CGroupedTimes::Percentile(std::uint32_t group, std::uint32_t percent) {
-    const auto first = m_times.begin() + static_cast<std::ptrdiff_t>(m_first[group]);
-    const auto end = m_times.begin() + static_cast<std::ptrdiff_t>(m_first[group + 1]);
-    const auto place = ((end - first) * percent + 99) / 100 - 1;
-    std::nth_element(first, first + place, end);
-    return first[place];
+    const std::size_t count = m_first[group + 1] - m_first[group];
+    const std::size_t place = m_first[group] + (count * percent + 99) / 100 - 1;
+    // What stands behind the place that was asked for last is larger than all ahead of it.
+    std::size_t& placed = m_next[group];
+    if (place != placed) {
+        const std::size_t end = place < placed ? placed : m_first[group + 1];
+        const auto at = [this](std::size_t index) {
+            return m_times.begin() + static_cast<std::ptrdiff_t>(index);
+        };
+        std::nth_element(at(m_first[group]), at(place), at(end));
+        placed = place;
+    }
+    return m_times[place];
 }
 
 } // namespace carvelot

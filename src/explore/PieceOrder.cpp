@@ -59,7 +59,7 @@ struct PlacedPiece {
     std::optional<std::int64_t> clock; // of the first stamped line
 };
 
-bool ComesBefore(const PlacedPiece& one, const PlacedPiece& other) {
+bool BeginsBefore(const PlacedPiece& one, const PlacedPiece& other) {
     if (one.clock != other.clock) {
         return one.clock && (!other.clock || *one.clock < *other.clock);
     }
@@ -115,7 +115,7 @@ std::vector<LogPiece> PiecesByTime(const std::vector<std::string>& paths, CDiale
             placed[i].piece.beginsLine = firstStamped(parts[2 * i]).has_value();
         }
     }
-    std::stable_sort(placed.begin(), placed.end(), ComesBefore);
+    std::stable_sort(placed.begin(), placed.end(), BeginsBefore);
     std::vector<LogPiece> pieces;
     for (PlacedPiece& piece : placed) {
         pieces.push_back(std::move(piece.piece));

@@ -3,6 +3,7 @@
 #include "explore/GroupedTimes.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace carvelot {
 
@@ -18,63 +19,58 @@ template <class Take> void ForEachFrame(const CCut& cut, CExploreProgress* progr
     }
 }
 
-// Finds nodes by parent and key. Most keys come up once below a node, which a bit for some of all keys tells;
-// most others are among a few children, where a look tells more quickly than a look-up in a large table does.
-// What is looked at for that lies close together, apart from the nodes' numbers.
+// Finds nodes of a tree by parent and key. Most keys come up once below a node, which a bit for some of all
+// keys tells; most others are among a few children, where a look tells more quickly than a look-up in a large
+// table does.
 class CTreeNodes {
 public:
-    explicit CTreeNodes(std::size_t most) { m_links.reserve(most); }
+    explicit CTreeNodes(CLargeVector<CallTreeNode>& tree) : m_tree(tree) { m_below.reserve(tree.capacity()); }
 
-    std::uint32_t Count() const { return static_cast<std::uint32_t>(m_links.size()); }
-    // A node that is added bears the number Count() had.
     std::uint32_t FindOrAdd(std::uint32_t parent, std::uint32_t key) {
-        Link& above = parent == kNone ? m_atTop : m_links[parent];
+        Below& below = parent == kNone ? m_atTop : m_below[parent];
         const std::uint64_t bit = std::uint64_t{1} << (key % 64U);
-        if ((above.keysBelow & bit) != 0) {
+        if ((below.keys & bit) != 0) {
             std::uint32_t looked = 0;
-            std::uint32_t node = above.firstChild;
-            for (; node != kNone && looked < kFew; node = m_links[node].nextSibling, ++looked) {
-                if (m_links[node].key == key) {
+            std::uint32_t node = parent == kNone ? 0 : m_tree[parent].firstChild;
+            for (; node != kNone && looked < kFew; node = m_tree[node].nextSibling, ++looked) {
+                if (m_tree[node].key == key) {
                     return node;
                 }
             }
         }
-        const std::uint32_t added = Count();
-        if (above.children >= kFew) {
+        const auto added = static_cast<std::uint32_t>(m_tree.size());
+        if (below.children >= kFew) {
             const auto [place, isNew] = m_further.FindOrAdd(PairOf(parent, key), added);
             if (!isNew) {
                 return place;
             }
         }
-        above.keysBelow |= bit;
-        ++above.children;
-        (above.lastChild == kNone ? above.firstChild : m_links[above.lastChild].nextSibling) = added;
-        above.lastChild = added;
-        m_links.push_back({key});
-        return added;
-    }
-    void EnterInto(CLargeVector<CallTreeNode>& tree) const {
-        for (std::uint32_t node = 0; node < Count(); ++node) {
-            tree[node].firstChild = m_links[node].firstChild;
-            tree[node].nextSibling = m_links[node].nextSibling;
+        below.keys |= bit;
+        ++below.children;
+        const std::uint32_t last = std::exchange(below.lastChild, added);
+        if (last != kNone) {
+            m_tree[last].nextSibling = added;
+        } else if (parent != kNone) {
+            m_tree[parent].firstChild = added;
         }
+        m_tree.push_back({key, parent});
+        m_below.push_back({});
+        return added;
     }
 
 private:
     static constexpr std::uint32_t kNone = CallTreeNode::kNone;
     static constexpr std::uint32_t kFew = 32;
 
-    struct Link {
-        std::uint32_t key = kNoKey;
-        std::uint32_t firstChild = kNone;
-        std::uint32_t lastChild = kNone;
-        std::uint32_t nextSibling = kNone;
+    struct Below {
+        std::uint64_t keys = 0; // a bit for each key's number modulo 64
         std::uint32_t children = 0;
-        std::uint64_t keysBelow = 0; // a bit for each key's number modulo 64
+        std::uint32_t lastChild = kNone;
     };
 
-    CLargeVector<Link> m_links; // by node
-    Link m_atTop;
+    CLargeVector<CallTreeNode>& m_tree;
+    CLargeVector<Below> m_below; // by node
+    Below m_atTop;
     CNumberMap m_further; // children behind the first few
 };
 
@@ -90,16 +86,13 @@ CProfile::CProfile(const CCut& cut, CExploreProgress* progress) {
 
 void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions, CExploreProgress* progress) {
     const CLargeVector<std::int64_t> selfs = cut.SelfTimes(progress);
-    CTreeNodes nodes(cut.Frames().Count());
     m_tree.reserve(cut.Frames().Count());
+    CTreeNodes nodes(m_tree);
     CLargeVector<std::uint32_t> nodeOf(cut.Frames().Count(), CallTreeNode::kNone); // by frame
     ForEachFrame(cut, progress, [&](std::uint32_t i, const Frame& frame) {
         const std::int64_t total = cut.Total(i);
         const std::uint32_t parent = frame.parent == kNoFrame ? CallTreeNode::kNone : nodeOf[frame.parent];
         nodeOf[i] = nodes.FindOrAdd(parent, frame.key);
-        if (m_tree.size() < nodes.Count()) {
-            m_tree.push_back({frame.key, parent});
-        }
         CallTreeNode& node = m_tree[nodeOf[i]];
         ++node.calls;
         node.total = AddTimes(node.total, total);
@@ -117,7 +110,6 @@ void CProfile::AddTree(const CCut& cut, std::vector<FunctionProfile>& functions,
         function.longest = std::max(function.longest, total);
         ++function.calls;
     });
-    nodes.EnterInto(m_tree);
 }
 
 void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& functions,
@@ -135,8 +127,8 @@ void CProfile::AddFunctions(const CCut& cut, std::vector<FunctionProfile>& funct
         if (functions[key].calls != 0) {
             CheckAt(progress, 0);
             functions[key].key = key;
-            functions[key].p50 = times.Percentile(key, 50);
             functions[key].p95 = times.Percentile(key, 95);
+            functions[key].p50 = times.Percentile(key, 50);
             m_functions.push_back(functions[key]);
         }
     }

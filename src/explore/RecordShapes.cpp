@@ -6,6 +6,7 @@
 #include "parse/Classifier.h"
 
 #include <algorithm>
+#include <array>
 
 namespace carvelot {
 
@@ -42,8 +43,13 @@ CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progr
 
 template <class ShapeAt>
 void CRecordShapes::Read(const CDetailList& details, CExploreProgress* progress, ShapeAt shapeAt) {
-    // Statements to one table have few shapes, mostly that of the one before.
-    std::vector<std::uint32_t> latest; // by table
+    // Statements to one table have few shapes: mostly one of its latest, which a look tells more quickly than
+    // a look-up of the whole text does.
+    struct Latest {
+        std::array<std::uint32_t, 4> shapes{};
+        std::size_t oldest = 0; // of them, by place
+    };
+    std::vector<Latest> latestOf; // by table
     const auto count = static_cast<std::uint32_t>(details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         CheckAt(progress, i);
@@ -53,13 +59,18 @@ void CRecordShapes::Read(const CDetailList& details, CExploreProgress* progress,
         }
         const std::string_view shape = shapeAt(record);
         const std::uint32_t table = details.TableNumber(record);
-        if (table >= latest.size()) {
-            latest.resize(std::max<std::size_t>(table + 1, latest.size() * 2), 0);
+        if (table >= latestOf.size()) {
+            latestOf.resize(std::max<std::size_t>(table + 1, latestOf.size() * 2));
         }
-        if (m_shapes.Text(latest[table]) != shape) {
-            latest[table] = m_shapes.Id(shape);
+        Latest& latest = latestOf[table];
+        auto found = std::find_if(latest.shapes.begin(), latest.shapes.end(),
+                                  [&](std::uint32_t number) { return m_shapes.Text(number) == shape; });
+        if (found == latest.shapes.end()) {
+            found = latest.shapes.begin() + static_cast<std::ptrdiff_t>(latest.oldest);
+            *found = m_shapes.Id(shape);
+            latest.oldest = (latest.oldest + 1) % latest.shapes.size();
         }
-        m_ofStatements.push_back(latest[table]);
+        m_ofStatements.push_back(*found);
     }
 }
 

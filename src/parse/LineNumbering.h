@@ -9,6 +9,10 @@ namespace carvelot {
 // pieces.
 class CLineNumbering {
 public:
+    // Of lines that are read from a place on.
+    explicit CLineNumbering(const LogPlace& start = {})
+        : m_nLines(start.linesEnded), m_nEnd(start.position), m_bBehindReturn(start.behindReturn) {}
+
     // The number of the line that the reader has just read, the first one being 1. To be asked for every
     // line.
     std::uint64_t Take(const CLogReader& reader) {
@@ -26,9 +30,9 @@ public:
     }
 
 private:
-    std::uint64_t m_nLines = 0;
-    std::uint64_t m_nEnd = 0; // of the latest line, in the log
-    bool m_bBehindReturn = false;
+    std::uint64_t m_nLines;
+    std::uint64_t m_nEnd; // of the latest line, in the log
+    bool m_bBehindReturn;
 };
 
 } // namespace carvelot

@@ -14,11 +14,16 @@ constexpr int kMostLines = 5001;
 constexpr int kJASLinesNeeded = 6;
 constexpr int kJASLevelToken = 5;
 
-bool IsJASLog(CLogReader& reader) {
+// `sawEnd` is set where the lines end ahead of the last one to be looked at.
+bool IsJASLog(CLogReader& reader, bool& sawEnd) {
     int lines = 0;
     int score = 0;
     LogLine line;
-    while (lines < kMostLines && reader.ReadLogLine(line)) {
+    while (lines < kMostLines) {
+        if (!reader.ReadLogLine(line)) {
+            sawEnd = true;
+            break;
+        }
         if (line.bytes.empty()) {
             continue;
         }
@@ -35,14 +40,16 @@ bool IsJASLog(CLogReader& reader) {
     return score >= kJASLinesNeeded;
 }
 
-} // namespace
-
-bool DetectLogFormat(CLogReader& reader, LogFormat& format, CDebugLineParser& parser) {
+bool Detect(CLogReader& reader, LogFormat& format, CDebugLineParser& parser, bool& sawEnd) {
     int hits = 0;
     int tabs = 0;
     std::string converted;
     LogLine line;
-    for (int lines = 0; lines < kMostLines && reader.ReadLogLine(line); ++lines) {
+    for (int lines = 0; lines < kMostLines; ++lines) {
+        if (!reader.ReadLogLine(line)) {
+            sawEnd = true;
+            break;
+        }
         const std::string_view text = platform::BytesToUtf8(line.bytes, converted);
         const std::size_t sign = text.find(kDebugSign);
         if (sign != std::string_view::npos && sign > 0) {
@@ -71,11 +78,27 @@ bool DetectLogFormat(CLogReader& reader, LogFormat& format, CDebugLineParser& pa
         return true;
     }
     reader.Rewind();
-    if (!IsJASLog(reader)) {
+    if (!IsJASLog(reader, sawEnd)) {
         return false;
     }
     format = LOG_FORMAT_JAS;
     return true;
+}
+
+} // namespace
+
+bool DetectLogFormat(CLogReader& reader, LogFormat& format, CDebugLineParser& parser) {
+    bool sawEnd = false;
+    return Detect(reader, format, parser, sawEnd);
+}
+
+FormatLook LookAtFormat(CLogReader& reader) {
+    CDebugLineParser parser;
+    FormatLook look;
+    look.told = Detect(reader, look.format, parser, look.sawEnd);
+    look.textColumn = parser.m_nTextColumn;
+    look.tabCount = parser.m_nTabCount;
+    return look;
 }
 
 } // namespace carvelot

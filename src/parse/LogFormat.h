@@ -12,4 +12,19 @@ namespace carvelot {
 // is known makes a debug log of any.
 bool DetectLogFormat(CLogReader& reader, LogFormat& format, CDebugLineParser& parser);
 
+// What the same look tells whom no earlier log has told anything.
+struct FormatLook {
+    bool told = false; // the format
+    LogFormat format = LOG_FORMAT_DEBUG;
+    std::int32_t textColumn = 0;
+    std::int32_t tabCount = 0;
+    bool sawEnd = false; // of the log: more lines may tell otherwise
+
+    bool TellsTheSame(const FormatLook& other) const {
+        return told == other.told && format == other.format && textColumn == other.textColumn &&
+               tabCount == other.tabCount;
+    }
+};
+FormatLook LookAtFormat(CLogReader& reader);
+
 } // namespace carvelot

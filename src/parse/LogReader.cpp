@@ -7,11 +7,17 @@
 
 namespace carvelot {
 
+std::uint64_t CLogReader::SizeAhead() const {
+    const std::uint64_t size = m_source.Size();
+    // Where a log has not grown there may still be a byte more in a moment.
+    return size > m_start.position ? size - m_start.position : std::min<std::uint64_t>(size, 1);
+}
+
 // A small log, as most are that tests read, is read as a whole; one that grows meanwhile comes in more
 // blocks.
-std::size_t CLogReader::BlockFor(const ILogSource& source) {
+std::size_t CLogReader::BlockFor() const {
     constexpr std::uint64_t least = 1024;
-    const std::uint64_t size = source.Size();
+    const std::uint64_t size = SizeAhead();
     return size == 0 ? kBlock : static_cast<std::size_t>(std::clamp<std::uint64_t>(size, least, kBlock));
 }
 
@@ -20,17 +26,19 @@ CLogReader::Block::Block(std::size_t size)
     : bytes(std::make_unique_for_overwrite<char[]>(kLongestLine + size + kScanPadding)),
       index(kLongestLine + size) {}
 
-CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading)
-    : m_source(source), m_scan(scan), m_reading(reading) {
+CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading, const LogPlace& start)
+    : m_source(source), m_scan(scan), m_start(start), m_reading(reading) {
     if (m_reading.bytes == 0) {
-        m_reading.bytes = BlockFor(source);
+        m_reading.bytes = BlockFor();
     }
     if (m_reading.way == BlockReading::Way::AheadIfLarge) {
-        const std::uint64_t size = source.Size();
+        const std::uint64_t size = SizeAhead();
         const bool large = size == 0 || size > 4 * kBlock;
         m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
     }
-    const std::size_t blocks = m_reading.way == BlockReading::Way::Ahead ? m_reading.ring : 1;
+    const bool ahead = m_reading.way == BlockReading::Way::Ahead;
+    m_bScansLate = ahead && source.ComesSlowly();
+    const std::size_t blocks = ahead ? m_reading.ring : 1;
     m_ring.reserve(blocks);
     for (std::size_t i = 0; i < blocks; ++i) {
         m_ring.emplace_back(m_reading.bytes);
@@ -41,13 +49,17 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
 void CLogReader::Rewind() {
     static constexpr std::uint32_t none = LineIndex::kNoMore;
     m_blocks.reset();
-    m_source.Rewind();
+    if (m_start.position == 0) {
+        m_source.Rewind();
+    } else {
+        m_bAtStart = m_source.Seek(m_start.position);
+    }
     m_pBlock = nullptr;
     m_pBytes = nullptr;
     m_pNextEnd = m_pNextMark = &none;
     m_nBegin = m_nEnd = 0;
     m_bPlain = true;
-    m_nBlockPosition = 0;
+    m_nBlockPosition = m_start.position;
     m_progress = m_source.Progress();
     m_pieceBegins.assign(1, 0);
     m_blocks.emplace(
@@ -57,41 +69,50 @@ void CLogReader::Rewind() {
 
 bool CLogReader::Fill(Block& block, const Block* before) {
     std::uint32_t kept = 0;
-    std::uint64_t position = 0;
-    std::uint64_t linesEnded = 0;
-    bool behindReturn = false;
+    std::uint64_t position = m_start.position;
+    bool behindReturn = m_start.behindReturn;
     if (before != nullptr) {
         kept = before->rest;
         const std::uint32_t taken = before->end - kept;
-        linesEnded = before->linesInAll;
         behindReturn = kept == 0 && before->bytes[taken - 1] == '\r';
         std::memmove(block.bytes.get(), before->bytes.get() + taken, kept);
         position = before->position + taken;
     }
-    const std::size_t got = m_source.Read(block.bytes.get() + kept, m_reading.bytes);
+    const std::size_t got = m_bAtStart ? m_source.Read(block.bytes.get() + kept, m_reading.bytes) : 0;
     if (got == 0) {
         return false;
     }
     block.position = position;
-    block.linesEnded = linesEnded;
     block.behindReturn = behindReturn;
     block.end = kept + static_cast<std::uint32_t>(got);
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
-    m_scan(block.bytes.get(), block.end, block.index);
-    block.linesInAll = block.LinesEndedAt(block.index.endCount);
+    if (!m_bScansLate) {
+        Scan(block, before == nullptr ? m_start.linesEnded : before->linesInAll);
+    }
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
                                      std::make_reverse_iterator(block.bytes.get()), isLineEnd);
     block.rest = static_cast<std::uint32_t>(end - latest.base()) % kLongestLine;
+    block.endsBehindReturn = end[-1] == '\r';
     return true;
 }
 
+void CLogReader::Scan(Block& block, std::uint64_t linesEnded) const {
+    block.linesEnded = linesEnded;
+    m_scan(block.bytes.get(), block.end, block.index);
+    block.linesInAll = block.LinesEndedAt(block.index.endCount);
+}
+
 bool CLogReader::TakeBlock() {
-    const Block* const block = m_blocks->Next();
+    const std::uint64_t linesEnded = m_pBlock == nullptr ? m_start.linesEnded : m_pBlock->linesInAll;
+    Block* const block = m_blocks->Next();
     if (block == nullptr) {
         return false;
+    }
+    if (m_bScansLate) {
+        Scan(*block, linesEnded);
     }
     m_pBlock = block;
     m_pBytes = block->bytes.get();

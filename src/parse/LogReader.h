@@ -42,7 +42,7 @@ struct BlockReading {
 
     Way way = Way::AheadIfLarge;
     std::size_t bytes = 0; // of a block; 0 leaves it to the reader
-    std::size_t ring = 8;  // blocks that are read ahead, two or more
+    std::size_t ring = 6;  // blocks that are read ahead, two or more
 };
 
 // One line as the file holds it, without its end: at most 8192 bytes, cut at its first NUL. The bytes and
@@ -53,16 +53,25 @@ struct LogLine {
     LineMarks marks;
 };
 
+// Behind a line of a log: where whoever has read so far goes on.
+struct LogPlace {
+    std::uint64_t position = 0;   // of the next line's first byte
+    std::uint64_t linesEnded = 0; // ahead of it, as an editor counts them
+    bool behindReturn = false;    // the byte ahead of it is a carriage return
+};
+
 class CLogReader {
 public:
     // A line longer than this comes in pieces of this size.
     static constexpr std::size_t kLongestLine = 8192;
 
-    // Starts at the source's first byte. As long as this lives, nobody else may use the source.
+    // Starts at the source's first byte, or at another place of one that seeks; nothing is read of one that
+    // does not. As long as this lives, nobody else may use the source.
     explicit CLogReader(ILogSource& source, BlockScan scan = FindLineEnds,
-                        const BlockReading& reading = {.way = BlockReading::Way::Here});
+                        const BlockReading& reading = {.way = BlockReading::Way::Here},
+                        const LogPlace& start = {});
 
-    // Starts over from the log's first byte.
+    // Starts over from there.
     void Rewind();
 
     // Reads the next line. A byte 10 or 13 ends it, so CR LF gives an empty line after every line. After 8192
@@ -98,7 +107,7 @@ public:
     // in this order are one end; a piece ends no line. Looks at the latest block, so not for every line.
     std::uint64_t LinesEnded() const {
         if (m_pBlock == nullptr) {
-            return 0;
+            return m_start.linesEnded;
         }
         // Behind the last one the bytes may have moved on already.
         return *m_pNextEnd == LineIndex::kNoMore ? m_pBlock->linesInAll
@@ -109,6 +118,11 @@ public:
     std::uint64_t LineNumber() const {
         const bool ended = LastByte() == '\n' || LastByte() == '\r';
         return LinesEnded() + (ended ? 0 : 1);
+    }
+    // Where the next line begins; to be asked for behind the last line only.
+    LogPlace Place() const {
+        return {Position(), LinesEnded(),
+                m_pBlock == nullptr ? m_start.behindReturn : m_pBlock->endsBehindReturn};
     }
     // How far the source had been read with the block that the latest line stands in.
     const SourceProgress& Progress() const { return m_progress; }
@@ -128,18 +142,22 @@ private:
         std::uint32_t end = 0; // of the bytes
         std::uint32_t rest =
             0; // of them, from which no line can be taken yet: the next block begins with them
-        std::uint64_t position = 0;   // of the first byte, in the log
-        std::uint64_t linesEnded = 0; // ahead of it
-        bool behindReturn = false;    // the byte ahead of it is a carriage return
-        std::uint64_t linesInAll = 0; // ended with its last line end
+        std::uint64_t position = 0;    // of the first byte, in the log
+        std::uint64_t linesEnded = 0;  // ahead of it
+        bool behindReturn = false;     // the byte ahead of it is a carriage return
+        bool endsBehindReturn = false; // its last byte is one, and no line feed can stand in the rest
+        std::uint64_t linesInAll = 0;  // ended with its last line end
         SourceProgress progress;
 
         // Lines that have ended with the first so many line ends of the block.
         std::uint64_t LinesEndedAt(std::size_t ends) const;
     };
 
-    static std::size_t BlockFor(const ILogSource& source);
+    // Bytes to read, as far as is known; 0 when it can't be told.
+    std::uint64_t SizeAhead() const;
+    std::size_t BlockFor() const;
     bool Fill(Block& block, const Block* before);
+    void Scan(Block& block, std::uint64_t linesEnded) const;
     bool TakeBlock();
     void TakeLine(LogLine& line, std::size_t length) {
         const char* const first = m_pBytes + m_nBegin;
@@ -160,7 +178,10 @@ private:
 
     ILogSource& m_source;
     const BlockScan m_scan;
+    const LogPlace m_start;
+    bool m_bAtStart = true; // the source could go there
     BlockReading m_reading;
+    bool m_bScansLate = false; // when a block is taken, not when it is filled
     std::vector<Block> m_ring;
     std::optional<CReadAhead<Block>> m_blocks;
 

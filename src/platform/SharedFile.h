@@ -2,6 +2,8 @@
 // Paths are UTF-8. Where `error` is given it receives the system's error number on failure.
 #pragma once
 
+#include "platform/FileState.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -29,6 +31,8 @@ public:
     bool Seek(std::uint64_t position);
     /// The size in bytes at this moment; 0 when it can't be told.
     std::uint64_t Size() const;
+    /// What can be told of the file at this moment.
+    FileState State() const;
     void Close();
 
 private:

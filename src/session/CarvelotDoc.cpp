@@ -10,6 +10,7 @@
 #include "sources/FileSource.h"
 #include "sources/PackedFile.h"
 #include "sources/PiecesSource.h"
+#include "sources/TracedSource.h"
 #include "text/FindText.h"
 #include "text/Release.h"
 
@@ -42,6 +43,28 @@ public:
 
 private:
     ISessionHost& m_host;
+};
+
+// Ends the progress that a load has told of, however it ends.
+class CToldProgress {
+public:
+    explicit CToldProgress(ISessionHost& host) : m_host(host) {}
+    ~CToldProgress() {
+        if (m_bTold) {
+            m_host.EndLoadProgress();
+        }
+    }
+    CToldProgress(const CToldProgress&) = delete;
+    CToldProgress& operator=(const CToldProgress&) = delete;
+
+    void Tell(const SourceProgress& progress) {
+        m_bTold = true;
+        m_host.LoadProgress(progress.done, progress.all);
+    }
+
+private:
+    ISessionHost& m_host;
+    bool m_bTold = false;
 };
 
 // A file that is removed when it is no longer needed.
@@ -197,6 +220,7 @@ bool CCarvelotDoc::LoadLog() {
     m_pLogFile = std::move(file);
     CFileSource source(m_pLogFile);
     const bool read = LoadPackedOrPlain(source);
+    m_trace.identity = m_pLogFile.State().identity;
     m_pLogFile.Close();
     return read;
 }
@@ -241,17 +265,22 @@ void CCarvelotDoc::LetViewsGo() {
 template <class Load> bool CCarvelotDoc::LoadInMemory(Load load) {
     const char* failure = nullptr;
     bool read = false;
+    bool ended = false;
     try {
         read = load();
+    } catch (const LoadEnded&) {
+        ended = true;
     } catch (const std::bad_alloc&) {
         failure = "There is not enough memory for this log.";
     } catch (const std::length_error&) {
         failure = "This log is too large: it holds more than a session can.";
     }
-    if (failure != nullptr) {
+    if (ended || failure != nullptr) {
         // Half a record may have been filed; what is left of the memory is needed for the message.
         LetViewsGo();
         ClearSession();
+    }
+    if (failure != nullptr) {
         m_host.ShowMessage(failure);
     }
     return read;
@@ -322,23 +351,72 @@ std::string CCarvelotDoc::LogName() const {
 }
 
 bool CCarvelotDoc::ReadLog(ILogSource& source) {
+    m_trace.size = source.Size();
+    m_trace.settings = m_settings;
+    m_pendingAhead = m_jasParser.m_pending;
     {
         CLogReader reader(source);
-        if (!DetectLogFormat(reader, m_nLogFormat, m_debugParser)) {
-            return false;
-        }
+        m_trace.told = DetectLogFormat(reader, m_nLogFormat, m_debugParser);
     }
-    source.RewindForGood();
+    if (m_trace.told) {
+        source.RewindForGood();
+        ReadLines(source, {});
+    }
+    return m_trace.told;
+}
+
+bool CCarvelotDoc::ReadOn(ILogSource& source) {
+    std::optional<CWaitCursor> wait; // for no less than a load tells of
+    if (source.Size() >= m_trace.place.position + kProgressStep) {
+        wait.emplace(m_host);
+    }
+    return LoadInMemory([&] {
+        m_jasParser.m_pending = m_pendingBehind;
+        ReadLines(source, m_trace.place);
+        return true;
+    });
+}
+
+bool CCarvelotDoc::ReadAnew(ILogSource& source, const platform::FileIdentity& identity) {
+    const CWaitCursor wait(m_host);
+    LetViewsGo();
+    return LoadInMemory([&] {
+        ClearSession();
+        m_debugParser = {};
+        m_nLogFormat = LOG_FORMAT_DEBUG;
+        m_jasParser.m_pending = m_pendingAhead;
+        ReadLog(source);
+        m_trace.identity = identity;
+        return true;
+    });
+}
+
+bool CCarvelotDoc::StillHolds(ILogSource& source) {
+    std::string bytes(LogTrace::kKept, '\0');
+    source.Rewind();
+    bytes.resize(source.Read(bytes.data(), bytes.size()));
+    if (!bytes.starts_with(m_trace.first)) {
+        return false;
+    }
+    m_trace.first = bytes;
+    bytes.resize(m_trace.last.size());
+    return source.Seek(m_trace.place.position - bytes.size()) &&
+           source.Read(bytes.data(), bytes.size()) == bytes.size() && bytes == m_trace.last;
+}
+
+void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
+    CTracedSource traced(source, LogTrace::kKept, LogTrace::kKept + CLogReader::kLongestLine);
     const auto readLines = [&](BlockScan scan, CLineReading& notes, auto parse) {
         notes.m_dialects = m_dialects;
 
-        CLogReader reader(source, scan, m_blockReading);
+        CLogReader reader(traced, scan, m_blockReading, start);
         const std::uint64_t size = reader.Progress().all;
-        std::uint64_t nextProgress = kProgressStep;
-        CLineNumbering numbering;
+        CToldProgress told(m_host);
+        std::uint64_t nextProgress = start.position + kProgressStep;
+        CLineNumbering numbering(start);
         std::size_t piecesBegun = 0;
         LogLine line;
-        for (std::uint64_t begin = 0; reader.ReadLogLine(line); begin = reader.Position()) {
+        for (std::uint64_t begin = start.position; reader.ReadLogLine(line); begin = reader.Position()) {
             for (; piecesBegun < m_listPieces.size() && piecesBegun < reader.PieceBegins().size() &&
                    reader.PieceBegins()[piecesBegun] <= begin;
                  ++piecesBegun) {
@@ -355,12 +433,13 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
                 }
             }
             if (reader.Position() >= nextProgress) {
-                m_host.LoadProgress(reader.Progress().done, size);
+                told.Tell({reader.Progress().done, size});
                 nextProgress = reader.Position() + kProgressStep;
             }
         }
         m_nLines = reader.LinesEnded();
-        m_nBytes = reader.BytesRead();
+        m_nBytes = m_trace.size = reader.BytesRead();
+        m_trace.place = reader.Place();
         for (; piecesBegun < m_listPieces.size(); ++piecesBegun) {
             m_listPieces[piecesBegun].firstRecord = static_cast<std::uint32_t>(m_listDetails.Size());
         }
@@ -378,19 +457,31 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
         readLines(lines->Scan(), m_jasParser,
                   [&](const LogLine& line) { lines->ParseJASLine(line, m_nProcessFilter, records); });
     }
+    m_pendingBehind = m_jasParser.m_pending;
+    if (start.position == 0) {
+        m_trace.first = traced.First();
+    }
+    m_trace.last += traced.Last();
+    m_trace.last.resize(m_trace.last.size() -
+                        static_cast<std::size_t>(traced.Position() - m_trace.place.position));
+    m_trace.last.erase(0, m_trace.last.size() - std::min(m_trace.last.size(), LogTrace::kKept));
+    EnterEndTimes();
+}
 
+void CCarvelotDoc::EnterEndTimes() {
     // A plain comparison: a log that passes midnight ends at its largest time of day, not at its last line.
     for (const auto& process : m_listProcesses) {
+        process->m_nEndTime = 0;
         for (const auto& thread : process->m_listThreads) {
             thread->m_nEndTime = m_listDetails.Time(thread->m_listDetails.back());
             process->m_nEndTime = std::max(process->m_nEndTime, thread->m_nEndTime);
         }
     }
-    return true;
 }
 
 bool CCarvelotDoc::ClearSession() {
     m_nLoadIdentity = NextLoadIdentity();
+    m_trace = {}; // nothing is left that could be read on
     m_mapProcesses.clear();
     m_listProcesses.clear();
     Release(m_listGaps);

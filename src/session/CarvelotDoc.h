@@ -32,6 +32,20 @@ struct LogPiece {
     std::uint32_t firstRecord = 0; // that begins in it, or the first behind it
 };
 
+// What the latest reading of a log left, so that it can go on when the log has grown.
+struct LogTrace {
+    // Of the first bytes that were read, and of those up to the place, so many are kept.
+    static constexpr std::size_t kKept = 4096;
+
+    platform::FileIdentity identity; // of a log that is a file
+    std::uint64_t size = 0;          // of the log, as far as it was read
+    LogPlace place;                  // behind the last whole line
+    std::string first;
+    std::string last;
+    AnalysisSettings settings;
+    bool told = false; // the format, without which no line was read
+};
+
 class CCarvelotDoc {
     CDebugLineParser m_debugParser;
 
@@ -61,6 +75,21 @@ public:
     bool LoadPackedOrPlain(ILogSource& bytes);
     // Whether the latest load found an archive, which nothing can be written to.
     bool IsPacked() const { return m_bPacked; }
+
+    // Reads the lines that a log has gained since it was read last, which needs a source that seeks: the
+    // session stays the one it is, and grows. False where it is more than the memory or a session can hold,
+    // which the host is told, or the host has ended it; the session is then empty.
+    bool ReadOn(ILogSource& source);
+    // Reads a log from its start as a new session would, and says nothing where its format cannot be told
+    // yet: the session is then empty. False as above.
+    bool ReadAnew(ILogSource& source, const platform::FileIdentity& identity);
+    // Whether a log that may have grown still holds the bytes that were read first and last. Of a short one
+    // more is kept from now on.
+    bool StillHolds(ILogSource& source);
+    const LogTrace& Trace() const { return m_trace; }
+    // A log whose format cannot be told has been looked at up to here.
+    void HasBeenLookedAt(std::uint64_t size) { m_trace.size = size; }
+
     // The path, of a packed log's members with their names: PATH!MEMBER.
     std::string LogName() const;
     // Why the latest load ended ahead of the log's end, in a sentence that the host has been told; empty when
@@ -74,6 +103,9 @@ public:
     // opened, or is an archive.
     bool OnClearDebugFile();
     void OnOpenAsText();
+
+    // What the next load would read of the user's settings.
+    const AnalysisSettings& Settings() const { return m_settings; }
 
     // Fills the thread tree for the session's format.
     void FillThreadTree();
@@ -141,6 +173,8 @@ public:
 private:
     bool LoadPieces();
     bool ReadLog(ILogSource& source);
+    void ReadLines(ILogSource& source, const LogPlace& start);
+    void EnterEndTimes();
     void LetViewsGo();
     template <class Load> bool LoadInMemory(Load load);
 
@@ -150,6 +184,11 @@ private:
     platform::SharedFile m_pLogFile;
     bool m_bPacked = false;
     std::string m_strLoadFailure;
+    LogTrace m_trace;
+    // Other sessions read statements too: as the latest load of this one found the one that awaits its
+    // parameters, and as its lines left it.
+    PendingStatement m_pendingAhead;
+    PendingStatement m_pendingBehind;
     std::uint64_t m_nLoadIdentity;
 };
 

@@ -17,6 +17,9 @@ class CCarvelotDoc;
 class CJASUser;
 class CThread;
 
+// Thrown by LoadProgress, it ends the load: the session is then empty, and nothing more is said.
+struct LoadEnded {};
+
 class ISessionHost {
 public:
     virtual ~ISessionHost() = default;
@@ -27,8 +30,11 @@ public:
     virtual void PrintOutput(std::string_view text) = 0;
     virtual void BeginWaitCursor() {}
     virtual void EndWaitCursor() {}
-    // Bytes of the file that have been parsed; called now and then during a load. Must not process events.
+    // Bytes of the file that have been parsed, of 0 where nobody knows how many there are; called now and then
+    // during a load, in which the session must be left alone.
     virtual void LoadProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
+    // Of a load that has told of its progress there is no more.
+    virtual void EndLoadProgress() {}
     // The shared panes must let go of the session's records now.
     virtual void ClearPanes() {}
     virtual void SetTitle(CCarvelotDoc& /*session*/, const std::string& /*title*/) {}

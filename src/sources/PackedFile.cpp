@@ -146,6 +146,7 @@ public:
             m_stream.avail_out = wanted;
             const int result = inflate(&m_stream, Z_NO_FLUSH);
             done += wanted - m_stream.avail_out;
+            m_bMoreToCome = m_stream.avail_out == 0 && result == Z_OK;
             if (result == Z_STREAM_END) {
                 m_bBetween = true;
             } else if (result == Z_MEM_ERROR) {
@@ -162,7 +163,7 @@ private:
     // fills a tape's last block counts for nothing.
     bool HasInput() {
         for (;;) {
-            if (m_stream.avail_in == 0) {
+            if (m_stream.avail_in == 0 && !m_bMoreToCome) {
                 const std::string_view block = m_blocks.Next();
                 if (block.empty()) {
                     m_bBetween ? void(m_bEnded = true) : EndDamaged();
@@ -188,7 +189,8 @@ private:
 
     CPackedBlocks m_blocks;
     z_stream m_stream{};
-    bool m_bBetween = false; // two streams
+    bool m_bBetween = false;    // two streams
+    bool m_bMoreToCome = false; // perhaps, out of what has been handed over
 };
 
 // zstd itself: libarchive gives it as large a window as an archive asks for.
@@ -202,12 +204,14 @@ public:
     }
     ~CZstdUnpacker() override { ZSTD_freeDCtx(m_context); }
 
-    // Never more than a block of the archive is handed over at a time: with an error the library does not
-    // tell how much it has given ahead of it in the same call.
+    // Never more than a block of the archive is handed over at a time, without the head of the next one: with
+    // an error the library does not tell how much it has given ahead of it in the same call.
     std::size_t Read(char* buffer, std::size_t size) override {
         ZSTD_outBuffer out{buffer, size, 0};
         while (out.pos < out.size && !m_bEnded && HasInput()) {
-            const std::size_t wanted = m_bMoreToCome ? 0 : std::max<std::size_t>(m_nNext, 1);
+            const std::size_t next =
+                m_nNext > kBlockHead ? m_nNext - kBlockHead : std::max<std::size_t>(m_nNext, 1);
+            const std::size_t wanted = m_bMoreToCome ? 0 : next;
             ZSTD_inBuffer in{m_block.data(), std::min(m_block.size(), wanted), 0};
             m_nNext = ZSTD_decompressStream(m_context, &out, &in);
             m_block.remove_prefix(in.pos);
@@ -220,6 +224,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t kBlockHead = 3;
+
     bool HasInput() {
         if (m_block.empty() && !m_bMoreToCome) {
             m_block = m_blocks.Next();
@@ -246,8 +252,9 @@ private:
 
     CPackedBlocks m_blocks;
     ZSTD_DCtx* m_context;
-    std::string_view m_block;   // of the packed file, what is not handed over yet
-    std::size_t m_nNext = 1;    // bytes up to its next block's end; 0 between two frames
+    std::string_view m_block; // of the packed file, what is not handed over yet
+    // Bytes up to its next block's end and the head behind it; 0 between two frames.
+    std::size_t m_nNext = 1;
     bool m_bMoreToCome = false; // out of what has been handed over
 };
 

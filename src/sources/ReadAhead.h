@@ -17,8 +17,8 @@ namespace carvelot {
 template <class Block> class CReadAhead {
 public:
     // Fills a block, of whose content nothing is used any more. `before` is the one that was filled ahead of
-    // it, null for the first: it may be read, not written, for it may be worked on. False when there is no
-    // more.
+    // it, null for the first: of it nothing may be written, nor read what whoever works on it changes. False
+    // when there is no more.
     using Fill = std::function<bool(Block& block, const Block* before)>;
 
     // `ring`: two blocks or more; without a thread one will do, which is then the one before itself. They,
@@ -48,10 +48,10 @@ public:
 
     // The next block, null behind the last; the one before it is given back. What `fill` throws comes out
     // here.
-    const Block* Next() { return m_thread.joinable() ? Take() : FillOne(); }
+    Block* Next() { return m_thread.joinable() ? Take() : FillOne(); }
 
 private:
-    const Block* FillOne() {
+    Block* FillOne() {
         Block& block = At(m_nFilled);
         if (!m_fill(block, Before(m_nFilled))) {
             return nullptr;
@@ -60,7 +60,7 @@ private:
         return &block;
     }
 
-    const Block* Take() {
+    Block* Take() {
         std::unique_lock lock(m_mutex);
         m_nGivenBack = m_nTaken;
         if (Free() >= ManyFree()) {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <numeric>
+#include <unordered_map>
 
 namespace carvelot {
 
@@ -60,13 +61,13 @@ CDetailTree::Node CDetailTree::Add(Node parent, RecordIndex record, int image, N
 
 bool CDetailTree::HasFailedBelow(Node node) const {
     const RecordIndex record = m_nodes[node].record;
-    return !m_failedBelow.empty() && record != kNoRecord && m_failedBelow[Number(record)];
+    return record != kNoRecord && Number(record) < m_failedBelow.size() && m_failedBelow[Number(record)];
 }
 
 void CDetailTree::MarkFailedBelow(Node node) {
     const RecordIndex record = m_nodes[node].record;
     if (record != kNoRecord) {
-        if (m_failedBelow.empty()) {
+        if (m_failedBelow.size() <= Number(record)) {
             m_failedBelow.resize(m_session.m_listDetails.Size());
         }
         m_failedBelow[Number(record)] = true;
@@ -256,6 +257,41 @@ CDetailTree::Node CDetailTree::NodeOf(RecordIndex record) const {
         }
     }
     return kRoot;
+}
+
+CDetailTree::NodeKey CDetailTree::KeyOf(Node node) const {
+    const NodeData& data = m_nodes[node];
+    const bool borrows = data.record == kNoRecord && node + 1 < m_nodes.size();
+    return {m_nodes[borrows ? node + 1 : node].record, static_cast<std::uint8_t>(data.kind)};
+}
+
+std::vector<CDetailTree::Node> CDetailTree::NodesOf(std::span<const NodeKey> keys,
+                                                    std::span<const Node> before) const {
+    const auto wordOf = [](const NodeKey& key) {
+        return (std::uint64_t{Number(key.record)} << 8U) | key.kind;
+    };
+    std::vector<Node> nodes(keys.size(), kRoot);
+    std::unordered_map<std::uint64_t, Node> sought;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        // Most logs grow at the end of what is shown.
+        if (before[i] < m_nodes.size() && KeyOf(before[i]) == keys[i]) {
+            nodes[i] = before[i];
+        } else {
+            sought.emplace(wordOf(keys[i]), kRoot);
+        }
+    }
+    for (Node node = 0; !sought.empty() && node < m_nodes.size(); ++node) {
+        const auto found = sought.find(wordOf(KeyOf(node)));
+        if (found != sought.end() && found->second == kRoot && !m_nodes[node].removed) {
+            found->second = node;
+        }
+    }
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        if (const auto found = sought.find(wordOf(keys[i])); nodes[i] == kRoot && found != sought.end()) {
+            nodes[i] = found->second;
+        }
+    }
+    return nodes;
 }
 
 std::string CDetailTree::RawText(Node node) const {

@@ -65,6 +65,17 @@ public:
     // The record's own node, kRoot when the present tree has none.
     Node NodeOf(RecordIndex record) const;
 
+    // By which a node is known again after a fill with the same records and more.
+    struct NodeKey {
+        RecordIndex record; // the node's, or else that of the node behind it
+        std::uint8_t kind;
+
+        bool operator==(const NodeKey&) const = default;
+    };
+    NodeKey KeyOf(Node node) const;
+    // The present nodes of those keys, of which the nodes were these before; kRoot where there is none.
+    std::vector<Node> NodesOf(std::span<const NodeKey> keys, std::span<const Node> before) const;
+
     // What the Raw Data pane shows of a node: the record's whole statement, else the node's words.
     std::string RawText(Node node) const;
     bool OffersCopyParms(Node node) const;

@@ -200,6 +200,9 @@ TEST(ExploreGroupedTimes, TellTheSmallestThatEnoughOfAGroupDoNotExceed) {
     EXPECT_EQ(times.Percentile(2, 95), 190); // the 19th
     EXPECT_EQ(times.Percentile(3, 50), 10);  // 10.5: the 11th of 0 to 20
     EXPECT_EQ(times.Percentile(3, 95), 19);  // 19.95: the 20th
+    for (const std::uint32_t percent : {95U, 50U, 50U, 10U, 1U, 95U, 100U}) {
+        EXPECT_EQ(times.Percentile(3, percent), (21 * percent + 99) / 100 - 1) << "in any order: " << percent;
+    }
 }
 
 } // namespace carvelot::test

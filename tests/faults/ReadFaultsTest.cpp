@@ -91,7 +91,7 @@ TEST(ReadFaults, AFileThatShrinksUnderTheReaderIsReadUpToItsNewEnd) {
 TEST(ReadFaults, AFileThatItsWriterEmptiesAndFillsAnewIsReadToWhereverItEnds) {
     // The writer is another process, as JDE is.
     GrownLog log(kLines);
-    FileHelper writer(log.m_folder, log.m_strPath);
+    FileHelper writer(log.m_strPath);
     ASSERT_TRUE(writer.Do("open"));
     ASSERT_TRUE(log.Load([&] {
         EXPECT_TRUE(writer.Do("empty"));

@@ -1,14 +1,19 @@
 // A second process for the tests of shared files: it does to a file what its commands say, one a line on
-// standard input, and makes the file ACK.n when command number n is done ("ACK.n.failed" when it could not be
-// done).
+// standard input, and says "done" or "failed" on standard output after each.
 //
-//   file_helper ACK PATH        PATH is the file that all commands are about
+//   file_helper PATH     PATH is the file that all commands are about
 //
 //   open         opens it for appending, sharing everything, as JDE programs do
 //   exclusive    opens it so that nobody else may (off Windows, where nothing forbids reading, it locks all
-//   of it) append TEXT  appends TEXT and a line feed empty        sets its size to 0 while it stays open
+//                of it)
+//   append TEXT  appends TEXT and a line feed
+//   write BYTES  appends bytes, of two hexadecimal digits each
+//   empty        sets its size to 0 while it stays open
 //   close        closes it
+//   rename       gives the file at PATH the name PATH.1
+//   remove       removes the file at PATH
 
+#include <cstddef>
 #include <cstdio>
 #include <iostream>
 #include <string>
@@ -58,34 +63,44 @@ bool Empty(int file) { return ftruncate(file, 0) == 0; }
 bool Close(int file) { return close(file) == 0; }
 #endif
 
+std::string BytesOf(const std::string& digits) {
+    std::string bytes;
+    for (std::size_t at = 0; at + 1 < digits.size(); at += 2) {
+        bytes.push_back(static_cast<char>(std::stoi(digits.substr(at, 2), nullptr, 16)));
+    }
+    return bytes;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc < 3) {
+    if (argc < 2) {
         return 2;
     }
-    const std::string acknowledge = argv[1];
+    const std::string path = argv[1];
     int file = -1;
-    int number = 0;
     for (std::string line; std::getline(std::cin, line);) {
         if (!line.empty() && line.back() == '\r') {
             line.pop_back();
         }
         bool done = false;
         if (line == "open" || line == "exclusive") {
-            file = Open(argv[2], line == "exclusive");
+            file = Open(path.c_str(), line == "exclusive");
             done = file >= 0;
         } else if (line.rfind("append ", 0) == 0) {
             done = Write(file, line.substr(7) + "\n");
+        } else if (line.rfind("write ", 0) == 0) {
+            done = Write(file, BytesOf(line.substr(6)));
         } else if (line == "empty") {
             done = Empty(file);
         } else if (line == "close") {
             done = Close(file);
+        } else if (line == "rename") {
+            done = std::rename(path.c_str(), (path + ".1").c_str()) == 0;
+        } else if (line == "remove") {
+            done = std::remove(path.c_str()) == 0;
         }
-        const std::string name = acknowledge + "." + std::to_string(++number) + (done ? "" : ".failed");
-        if (std::FILE* const mark = std::fopen(name.c_str(), "w")) {
-            std::fclose(mark);
-        }
+        std::cout << (done ? "done" : "failed") << std::endl;
     }
     return 0;
 }

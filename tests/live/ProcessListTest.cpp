@@ -44,7 +44,7 @@ template <typename TUnit> bool IsZero(const TUnit* buffer, std::size_t size) {
     return std::all_of(bytes, bytes + size, [](unsigned char ch) { return ch == 0; });
 }
 
-std::int32_t FakeGetSetProcInfo(std::uint32_t id, char16_t* debugFile, char16_t* user, char16_t* environment,
+std::int32_t ListGetSetProcInfo(std::uint32_t id, char16_t* debugFile, char16_t* user, char16_t* environment,
                                 char16_t* scratch, std::int32_t mode, std::int32_t* tracing) {
     s_listCalls.push_back({id, mode, *tracing});
     s_bCleared &=
@@ -75,7 +75,7 @@ std::int32_t FakeGetSetProcInfo(std::uint32_t id, char16_t* debugFile, char16_t*
     return 0;
 }
 
-class CFakeHost : public IProcessHost {
+class CListHost : public IProcessHost {
 public:
     void ShowMessage(std::string_view text) override {
         m_listMessages.emplace_back(text);
@@ -105,7 +105,7 @@ public:
 
     std::vector<platform::ProcessEntry> m_listProcesses;
     std::vector<tagTraceApp> m_listApps = {{"fda.exe", true}};
-    FGetSetProcInfo m_pfnGetSetProcInfo = FakeGetSetProcInfo;
+    FGetSetProcInfo m_pfnGetSetProcInfo = ListGetSetProcInfo;
     bool m_bEnumerates = true;
     std::vector<std::string> m_listMessages;
     std::vector<std::string> m_listAnalyzed;
@@ -134,7 +134,7 @@ protected:
     }
     static std::u16string Wide(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
 
-    CFakeHost m_host;
+    CListHost m_host;
     CProcessList m_list{m_host};
 };
 
@@ -416,7 +416,7 @@ TEST_F(ProcessListTest, ToggleGoesOnSafelyWhenARefreshDuringItsBoxHasTakenTheRow
 TEST_F(ProcessListTest, TruncEmptiesAFileThatAnotherProcessHoldsOpenAndGoesOnWriting) {
     const TestFolder folder;
     const std::string log = folder.Write("jdedebug.log", "");
-    test::FileHelper helper(folder, log);
+    test::FileHelper helper(log);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append " + std::string(2000, 'x')));
     m_host.m_listProcesses = {{10, "fda.exe"}};

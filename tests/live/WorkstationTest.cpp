@@ -4,8 +4,10 @@
 
 #include "platform/SharedFile.h"
 #include "session/CarvelotDoc.h"
+#include "session/FollowedLog.h"
 #include "simulator/ProcessState.h"
 #include "simulator/Rows.h"
+#include "support/SameSessions.h"
 #include "support/TestLog.h"
 #include "support/Workstation.h"
 
@@ -155,6 +157,36 @@ TEST_F(WorkstationTest, TruncEmptiesTheLogThatTheProcessHoldsOpenAndGoesOnWritin
     std::string line;
     ASSERT_TRUE(std::getline(file, line));
     EXPECT_NE(line.find("Entering JDB_InitUser"), std::string::npos) << "the log begins anew, without a hole";
+}
+
+TEST_F(WorkstationTest, TheLogOfAProcessIsFollowedAsLongAsTheProcessLives) {
+    SimulatedProcess& fda = Start("fda", "--tracing");
+    ASSERT_TRUE(fda.Work(1));
+    const AnalysisSettings settings;
+    PendingStatement pending;
+    test::RecordingHost host;
+    const auto load = [&fda](CCarvelotDoc& session) {
+        session.m_strLogPath = fda.DebugFile();
+        session.m_nProcessFilter = fda.Number(); // as the processes' pane analyses it
+        EXPECT_TRUE(session.LoadLog());
+    };
+    CCarvelotDoc session(settings, pending, host);
+    load(session);
+    const std::size_t records = session.m_listDetails.Size();
+    EXPECT_GT(records, 20U);
+    CFollowedLog log(session);
+    EXPECT_EQ(log.Look(), LogChange::None);
+    for (const int orders : {1, 3}) {
+        ASSERT_TRUE(fda.Work(orders));
+        EXPECT_EQ(log.Look(), LogChange::Grew);
+        PendingStatement freshPending;
+        CCarvelotDoc fresh(settings, freshPending, host);
+        load(fresh);
+        EXPECT_EQ(test::DifferenceOf(session, fresh), "");
+    }
+    EXPECT_GT(session.m_listDetails.Size(), 3 * records);
+    fda.Kill();
+    EXPECT_EQ(log.Look(), LogChange::None) << "the log outlives its writer";
 }
 
 TEST_F(WorkstationTest, AFailingEntryPointIsReportedForItsProcessOnly) {

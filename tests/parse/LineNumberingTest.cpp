@@ -13,10 +13,26 @@ namespace {
 
 using LineNumbers = std::vector<std::uint64_t>;
 
+// As one that unpacks.
+class CSlowSource final : public ILogSource {
+public:
+    explicit CSlowSource(std::string_view bytes) : m_source(bytes) {}
+
+    std::size_t Read(void* buffer, std::size_t size) override { return m_source.Read(buffer, size); }
+    void Rewind() override { m_source.Rewind(); }
+    std::uint64_t Size() const override { return 0; }
+    SourceProgress Progress() const override { return m_source.Progress(); }
+    bool ComesSlowly() const override { return true; }
+
+private:
+    CMemorySource m_source;
+};
+
 // The number of each line that the reader gives, and behind them how many have ended.
+template <class Source = CMemorySource>
 LineNumbers NumbersIn(std::string_view content,
                       const BlockReading& reading = {.way = BlockReading::Way::Here}) {
-    CMemorySource source(content);
+    Source source(content);
     CLogReader reader(source, FindLineEnds, reading);
     CLineNumbering numbering;
     LineNumbers numbers;
@@ -151,6 +167,8 @@ TEST(LineNumbering, NumbersAsAnEditorDoesWhateverEndsStandTogether) {
         const BlockReading small{BlockReading::Way::Here, 1 + random() % 200, 2};
         ASSERT_EQ(NumbersIn(content, small), expected) << "round " << round;
         ASSERT_EQ(NumbersIn(content, {BlockReading::Way::Ahead, 4096, 3}), expected) << "round " << round;
+        ASSERT_EQ(NumbersIn<CSlowSource>(content, {BlockReading::Way::Ahead, small.bytes, 3}), expected)
+            << "round " << round;
     }
 }
 

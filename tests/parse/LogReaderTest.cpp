@@ -28,7 +28,7 @@ std::vector<std::string> LinesReadSo(std::string_view content, const BlockReadin
 }
 
 // The same in blocks of all sizes, in a ring of any, with and without a thread ahead.
-std::vector<std::string> Lines(std::string_view content) {
+std::vector<std::string> LinesOf(std::string_view content) {
     using enum BlockReading::Way;
     const std::vector<std::string> lines = LinesReadSo(content, {.way = Here});
     for (const BlockReading::Way way : {Here, Ahead}) {
@@ -52,39 +52,40 @@ using Strings = std::vector<std::string>;
 } // namespace
 
 TEST(ReadLogLine, EndsALineAtEachLineFeedAndEachCarriageReturn) {
-    EXPECT_EQ(Lines("a\r\nb\rc\n\nd\n"), (Strings{"a", "", "b", "c", "", "d"}));
+    EXPECT_EQ(LinesOf("a\r\nb\rc\n\nd\n"), (Strings{"a", "", "b", "c", "", "d"}));
 }
 
 TEST(ReadLogLine, NeverGivesALastLineWithoutAnEnd) {
-    EXPECT_EQ(Lines("a\nb"), Strings{"a"});
-    EXPECT_EQ(Lines("only"), Strings{});
-    EXPECT_EQ(Lines(""), Strings{});
+    EXPECT_EQ(LinesOf("a\nb"), Strings{"a"});
+    EXPECT_EQ(LinesOf("only"), Strings{});
+    EXPECT_EQ(LinesOf(""), Strings{});
 }
 
 TEST(ReadLogLine, CutsALineAfter8192BytesWithoutALookAtTheNextByte) {
-    EXPECT_EQ(Lines(Repeated(8191) + "\n"), Strings{Repeated(8191)});
-    EXPECT_EQ(Lines(Repeated(8192) + "\n"), (Strings{Repeated(8192), ""}));
-    EXPECT_EQ(Lines(Repeated(8193) + "\n"), (Strings{Repeated(8192), "x"}));
-    EXPECT_EQ(Lines(Repeated(8192) + "\r\n"), (Strings{Repeated(8192), "", ""}));
-    EXPECT_EQ(Lines(Repeated(3 * 8192) + "y\n"),
+    EXPECT_EQ(LinesOf(Repeated(8191) + "\n"), Strings{Repeated(8191)});
+    EXPECT_EQ(LinesOf(Repeated(8192) + "\n"), (Strings{Repeated(8192), ""}));
+    EXPECT_EQ(LinesOf(Repeated(8193) + "\n"), (Strings{Repeated(8192), "x"}));
+    EXPECT_EQ(LinesOf(Repeated(8192) + "\r\n"), (Strings{Repeated(8192), "", ""}));
+    EXPECT_EQ(LinesOf(Repeated(3 * 8192) + "y\n"),
               (Strings{Repeated(8192), Repeated(8192), Repeated(8192), "y"}));
 }
 
 TEST(ReadLogLine, Takes8192UnendedBytesForALineButNot8191) {
-    EXPECT_EQ(Lines(Repeated(8192)), Strings{Repeated(8192)});
-    EXPECT_EQ(Lines(Repeated(8191)), Strings{});
-    EXPECT_EQ(Lines(Repeated(8192) + "rest"), Strings{Repeated(8192)});
+    EXPECT_EQ(LinesOf(Repeated(8192)), Strings{Repeated(8192)});
+    EXPECT_EQ(LinesOf(Repeated(8191)), Strings{});
+    EXPECT_EQ(LinesOf(Repeated(8192) + "rest"), Strings{Repeated(8192)});
 }
 
 TEST(ReadLogLine, EndsTheTextAtANulButNotTheLine) {
-    EXPECT_EQ(Lines(std::string_view("ab\0cd\nef\n", 9)), (Strings{"ab", "ef"}));
-    EXPECT_EQ(Lines(std::string_view("\0\n", 2)), Strings{""});
+    EXPECT_EQ(LinesOf(std::string_view("ab\0cd\nef\n", 9)), (Strings{"ab", "ef"}));
+    EXPECT_EQ(LinesOf(std::string_view("\0\n", 2)), Strings{""});
     // The bytes behind a NUL still count.
-    EXPECT_EQ(Lines("a" + std::string(8191, '\0') + "b\n"), (Strings{"a", "b"}));
+    EXPECT_EQ(LinesOf("a" + std::string(8191, '\0') + "b\n"), (Strings{"a", "b"}));
 }
 
 TEST(ReadLogLine, FindsLineEndsAtEveryPlaceOfALongFile) {
-    // Lines of every length from 0 to 299, many times over: each meets the reader's blocks at another place.
+    // LinesOf of every length from 0 to 299, many times over: each meets the reader's blocks at another
+    // place.
     std::string content;
     Strings expected;
     for (int round = 0; round < 12; ++round) {
@@ -93,7 +94,7 @@ TEST(ReadLogLine, FindsLineEndsAtEveryPlaceOfALongFile) {
             content.append(expected.back()).push_back('\n');
         }
     }
-    EXPECT_EQ(Lines(content), expected);
+    EXPECT_EQ(LinesOf(content), expected);
 }
 
 TEST(ReadLogLine, StartsOverAfterRewind) {

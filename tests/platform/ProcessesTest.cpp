@@ -9,6 +9,7 @@
 #include <windows.h>
 #else
 #include <csignal>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -45,28 +46,30 @@ public:
     Running(const TestFolder& folder, const char* name, std::vector<std::string> arguments)
         : m_program(folder.Path(name)) {
         std::filesystem::copy_file(CARVELOT_FILE_HELPER, m_program);
-        arguments.insert(arguments.begin() + 1, {folder.Path("mark"), folder.Path("log")});
+        arguments.insert(arguments.begin() + 1, folder.Path("log"));
         std::vector<char*> words;
         for (std::string& argument : arguments) {
             words.push_back(argument.data());
         }
         words.push_back(nullptr);
         int pipes[2];
-        EXPECT_EQ(pipe(pipes), 0);
+        int answers[2];
+        EXPECT_EQ(pipe2(pipes, O_CLOEXEC), 0);
+        EXPECT_EQ(pipe2(answers, O_CLOEXEC), 0);
         m_child = fork();
         if (m_child == 0) {
             dup2(pipes[0], 0);
-            close(pipes[0]);
-            close(pipes[1]);
+            dup2(answers[1], 1);
             execv(m_program.c_str(), words.data());
             _exit(1);
         }
         close(pipes[0]);
+        close(answers[1]);
         m_input = pipes[1];
         EXPECT_EQ(write(m_input, "open\n", 5), 5);
-        for (int wait = 0; wait < 30000 && !folder.Exists("mark.1"); ++wait) {
-            usleep(1000);
-        }
+        char answer[4];
+        EXPECT_EQ(read(answers[0], answer, sizeof answer), 4); // its program runs
+        close(answers[0]);
     }
     ~Running() { End(); }
     void End() {
@@ -124,7 +127,7 @@ TEST(Processes, AnotherProcessAppearsAndGoes) {
 #ifdef _WIN32
     const auto before = count();
     {
-        FileHelper helper(folder, folder.Write("log", ""));
+        FileHelper helper(folder.Write("log", ""));
         ASSERT_TRUE(helper.Do("open"));
         EXPECT_EQ(count(), before + 1);
     }

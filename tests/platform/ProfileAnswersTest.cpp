@@ -116,7 +116,7 @@ std::string Shown(std::string_view text) {
 }
 
 // All answers for one file, a line each.
-std::string Answers(std::uint32_t seed, const TestFolder& folder) {
+std::string AnswersOfFiles(std::uint32_t seed, const TestFolder& folder) {
     Dice dice(seed);
     const std::u16string text = MakeText(dice);
     const std::string file = folder.Write("f" + std::to_string(seed) + ".ini", ToBytes(text, dice));
@@ -147,7 +147,7 @@ TEST(ProfileAnswers, AreThoseOfTheProfileCalls) {
     const TestFolder folder;
     std::ostringstream all;
     for (std::uint32_t seed = 1; seed <= kFiles; ++seed) {
-        all << Answers(seed, folder);
+        all << AnswersOfFiles(seed, folder);
     }
     if (const char* const record = std::getenv("CARVELOT_RECORD")) {
         std::ofstream(record, std::ios::binary) << all.str();

@@ -163,7 +163,7 @@ TEST(SharedFile, AnotherProcessCanOpenAppendAndEmptyAFileThatWeRead) {
     const std::string path = folder.Write("log", "first\n");
     SharedFile file = SharedFile::OpenForReading(path);
     ASSERT_TRUE(file);
-    FileHelper helper(folder, path);
+    FileHelper helper(path);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append second"));
     EXPECT_EQ(ReadAll(file), "first\nsecond\n");
@@ -180,7 +180,7 @@ TEST(SharedFile, AnotherProcessCanOpenAppendAndEmptyAFileThatWeRead) {
 TEST(SharedFile, AFileThatAnotherProcessWritesOpensIsMeasuredAppendedAndEmptied) {
     const TestFolder folder;
     const std::string path = folder.Write("log", "");
-    FileHelper helper(folder, path);
+    FileHelper helper(path);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append one"));
     EXPECT_EQ(SharedFileSize(path), 4);
@@ -201,7 +201,7 @@ TEST(SharedFile, AFileThatAnotherProcessWritesOpensIsMeasuredAppendedAndEmptied)
 TEST(SharedFile, AFileThatAnotherProcessSharesWithNobodyDoesNotOpen) {
     const TestFolder folder;
     const std::string path = folder.Write("log", "text");
-    FileHelper helper(folder, path);
+    FileHelper helper(path);
     ASSERT_TRUE(helper.Do("exclusive"));
     int error = 0;
     EXPECT_FALSE(SharedFile::OpenForReading(path, &error));
@@ -217,7 +217,7 @@ TEST(SharedFile, AFileThatAnotherProcessSharesWithNobodyDoesNotOpen) {
 TEST(SharedFile, OffWindowsALockOfAnotherProcessHindersNothing) {
     const TestFolder folder;
     const std::string path = folder.Write("log", "text");
-    FileHelper helper(folder, path);
+    FileHelper helper(path);
     ASSERT_TRUE(helper.Do("exclusive"));
     SharedFile file = SharedFile::OpenForReading(path);
     ASSERT_TRUE(file);

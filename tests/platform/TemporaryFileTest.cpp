@@ -71,7 +71,7 @@ TEST(CopyFileOver, FailsForADirectoryAMissingFileAndAFileOntoItself) {
 TEST(CopyFileOver, CopiesAFileThatAnotherProcessWrites) {
     const TestFolder folder;
     const std::string path = folder.Write("log", "one\n");
-    FileHelper helper(folder, path);
+    FileHelper helper(path);
     ASSERT_TRUE(helper.Do("open"));
     ASSERT_TRUE(helper.Do("append two"));
     EXPECT_TRUE(CopyFileOver(path, folder.Path("copy")));

@@ -16,8 +16,6 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
-
 rapidjson::Document JsonOf(const Texts& arguments) {
     const Outcome outcome = RunTool(arguments);
     EXPECT_EQ(outcome.status, 0) << outcome.err;

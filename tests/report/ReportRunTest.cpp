@@ -12,12 +12,6 @@
 
 namespace carvelot::test {
 
-namespace {
-
-const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
-
-} // namespace
-
 TEST(Report, EndsWith2OnWrongUsage) {
     const std::vector<std::vector<std::string>> wrong = {
         {},

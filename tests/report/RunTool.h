@@ -11,6 +11,8 @@
 
 namespace carvelot::test {
 
+inline const std::string kSample = std::string(CARVELOT_SOURCE_FOLDER) + "/samples/order-entry.log";
+
 struct Outcome {
     int status;
     std::string out;

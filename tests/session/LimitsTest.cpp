@@ -30,7 +30,7 @@ CLogDetail Detail(std::string_view text) {
     return detail;
 }
 
-std::string Of(std::size_t size, char c) { return std::string(size, c); }
+std::string Copies(std::size_t size, char c) { return std::string(size, c); }
 
 } // namespace
 
@@ -70,7 +70,7 @@ TEST(Limits, ALogOfTheMostTextLoadsAndMoreEndsWithAMessage) {
     const auto lines = [&](std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) {
             const std::string number = std::to_string(1000 + i);
-            content += DebugLine("10:00:00.000001", number + Of(4096 - number.size(), 'x'), "5/6") + "\n";
+            content += DebugLine("10:00:00.000001", number + Copies(4096 - number.size(), 'x'), "5/6") + "\n";
         }
     };
     TestSession session(Strings{});
@@ -118,7 +118,7 @@ TEST(Limits, TextsAroundTheStoresLongestAreKeptWhole) {
     std::vector<std::string> texts;
     for (const std::size_t size :
          {CTextStore::kLongest - 1, CTextStore::kLongest, CTextStore::kLongest + 1, kTextStep + 1}) {
-        texts.push_back(Of(size, static_cast<char>('a' + texts.size())));
+        texts.push_back(Copies(size, static_cast<char>('a' + texts.size())));
     }
     for (const std::string& text : texts) {
         details.Append(Detail(text), true);
@@ -131,17 +131,17 @@ TEST(Limits, TextsAroundTheStoresLongestAreKeptWhole) {
 TEST(Limits, LabelsAroundWhatIsSharedAreKeptWhole) {
     // A label runs on into the text of its line where no tab ends it.
     for (const std::size_t size : {15U, 16U, 17U, 63U, 64U, 65U, 66U, 8000U}) {
-        const std::string label = Of(size, 'L');
+        const std::string label = Copies(size, 'L');
         TestSession session(DebugLog(
             {"Jan 15 10:00:00.000001 - 5/6 " + label + "\tOn x", "Jan 15 10:00:00.000001 - 5/6 " + label}));
         EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), label) << size;
         EXPECT_EQ(session.Record(2).m_strThreadLabel.Joined(), label) << size;
     }
-    TestSession session({"Jan 15 08:00:00.000001 - 1/1 " + Of(40, 'a') + "Entering JDB_OpenTable",
-                         "Jan 15 08:00:00.000001 - 1/1 " + Of(40, 'b') + "On x",
-                         "Jan 15 08:00:00.000001 - 1/1 " + Of(40, 'b') + "   "});
-    EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), Of(40, 'b') + "On x");
-    EXPECT_EQ(session.Record(2).m_strThreadLabel.Joined(), Of(40, 'b') + "   ");
+    TestSession session({"Jan 15 08:00:00.000001 - 1/1 " + Copies(40, 'a') + "Entering JDB_OpenTable",
+                         "Jan 15 08:00:00.000001 - 1/1 " + Copies(40, 'b') + "On x",
+                         "Jan 15 08:00:00.000001 - 1/1 " + Copies(40, 'b') + "   "});
+    EXPECT_EQ(session.Record(1).m_strThreadLabel.Joined(), Copies(40, 'b') + "On x");
+    EXPECT_EQ(session.Record(2).m_strThreadLabel.Joined(), Copies(40, 'b') + "   ");
 }
 
 TEST(Limits, FieldsOfAStampAroundTheirPackedWidthsAreKept) {
@@ -198,9 +198,9 @@ TEST(Limits, NumbersSaturateAtBothEndsHoweverManyDigitsTheyHave) {
     EXPECT_EQ(ReadInteger("2147483648"), 2147483647);
     EXPECT_EQ(ReadInteger("-2147483648"), std::numeric_limits<std::int32_t>::min());
     EXPECT_EQ(ReadInteger("-2147483649"), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(ReadInteger(Of(8000, '9')), 2147483647);
-    EXPECT_EQ(ReadInteger("-" + Of(8000, '9')), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(ReadInteger(Of(8000, '0') + "7"), 7);
+    EXPECT_EQ(ReadInteger(Copies(8000, '9')), 2147483647);
+    EXPECT_EQ(ReadInteger("-" + Copies(8000, '9')), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(ReadInteger(Copies(8000, '0') + "7"), 7);
 }
 
 TEST(Limits, LevelsOfBusinessFunctionsSaturateAndStillFindTheirCalls) {
@@ -241,10 +241,10 @@ TEST(Limits, AParametersNumberSaturatesAndAMarkOfItsNumberAloneIsReplaced) {
 TEST(Limits, AStatementWithAMarkInEveryPlaceOfALineTakesAParameterForEach) {
     // As many marks as a line of 8192 bytes holds; the finished statement is longer than any line.
     constexpr std::size_t marks = 8000;
-    std::vector<std::string> lines{JASLine("10:00:00,000", "U", "SELECT " + Of(marks, '?'))};
+    std::vector<std::string> lines{JASLine("10:00:00,000", "U", "SELECT " + Copies(marks, '?'))};
     for (std::size_t i = 1; i <= marks; ++i) {
         lines.push_back(JASLine("10:00:00,001", "U",
-                                "Param" + std::to_string(i) + ": " + Of(20, 'v') + "_Types.DECIMAL,"));
+                                "Param" + std::to_string(i) + ": " + Copies(20, 'v') + "_Types.DECIMAL,"));
     }
     std::vector<std::string> log = JASLog({});
     log.insert(log.end(), lines.begin(), lines.end());
@@ -256,7 +256,7 @@ TEST(Limits, AStatementWithAMarkInEveryPlaceOfALineTakesAParameterForEach) {
 
 TEST(Limits, TheReadersPiecesOfALongLineAreLinesOfTheirOwn) {
     const std::string stamp = "Jan 15 10:00:00.000001 - 5/6 W\t";
-    const std::string text = Of(CLogReader::kLongestLine - stamp.size(), 'x');
+    const std::string text = Copies(CLogReader::kLongestLine - stamp.size(), 'x');
     TestSession session(
         DebugLog({stamp + text, stamp + text + "a piece without a stamp", stamp + text + "word"}));
     // Behind 8192 bytes an empty line follows, or what is left: no record, unless it is a single word.

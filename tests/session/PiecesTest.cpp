@@ -38,7 +38,7 @@ struct PiecedSession {
     bool m_bLoaded;
 };
 
-std::string SmallLog() {
+std::string UncutLog() {
     return TestSession::Joined(DebugLog({DebugLine("10:00:01.000000", "Calling Business function A", "1/1"),
                                          DebugLine("10:00:02.000000", "caf\xC3\xA9", "1/2"),
                                          DebugLine("10:00:03.000000", "Return value is 0 for A", "1/1")}));
@@ -49,7 +49,7 @@ using Numbers32 = std::vector<std::uint32_t>;
 } // namespace
 
 TEST(OnOpenPieces, GivesForALogThatWasCutAtAnyByteTheSessionOfTheWholeOne) {
-    const std::string log = SmallLog();
+    const std::string log = UncutLog();
     const PiecedSession whole({log}, false);
     ASSERT_TRUE(whole.m_bLoaded);
     for (std::size_t cut = 0; cut <= log.size(); ++cut) {

@@ -72,7 +72,7 @@ TEST(TraceMessage, OpeningAloneChangesNothing) {
 TEST(TraceMessage, TheLineGoesToTheEndOfALogThatAnotherProcessWritesMeanwhile) {
     const TestFolder folder;
     const std::string log = folder.Write("log", "");
-    test::FileHelper helper(folder, log);
+    test::FileHelper helper(log);
     ASSERT_TRUE(helper.Do("open"));
     CTraceMessage message;
     ASSERT_TRUE(message.Open(log));

@@ -134,6 +134,21 @@ TEST(StartArguments, ASlashBeginsAPathHere) {
 }
 #endif
 
+TEST(Commands, OfExploreHaveALetterOfTheirOwnEach) {
+    std::string letters;
+    for (const CCommandInfo& command : AllCommands()) {
+        if (command.m_strCategory == "Explore") {
+            const std::string_view text = command.m_strText;
+            const std::size_t mark = text.find('&');
+            ASSERT_NE(mark, std::string_view::npos) << text;
+            const char letter = static_cast<char>(text[mark + 1] | 0x20);
+            EXPECT_EQ(letters.find(letter), std::string::npos) << text;
+            letters.push_back(letter);
+        }
+    }
+    EXPECT_GE(letters.size(), 13U);
+}
+
 TEST(Commands, TipsStandBeforeAndAfterTheLineBreak) {
     const CCommandInfo& open = *FindCommand(ID_FILE_OPEN);
     EXPECT_EQ(StatusTip(open), "Open debug log file");

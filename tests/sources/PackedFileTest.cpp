@@ -72,11 +72,11 @@ std::string Damaged(std::size_t bytes) {
     return "The archive is damaged: " + std::to_string(bytes) + " bytes were read.";
 }
 
-struct Kind {
+struct PackedBy {
     const char* name;
     std::function<std::string(const std::string&)> pack;
 };
-const std::vector<Kind> kKinds = {
+const std::vector<PackedBy> kKinds = {
     {"gzip", [](const std::string& log) { return Gzip(log); }},
     {"zstd", [](const std::string& log) { return Zstd(log); }},
     {"zip",
@@ -124,7 +124,7 @@ TEST(PackedFile, IsKnownByItsFirstBytesAlone) {
 
 TEST(PackedFile, GivesTheBytesThatWerePackedInPiecesOfAnySize) {
     const std::string log = LogOfLines(4000);
-    for (const Kind& kind : kKinds) {
+    for (const PackedBy& kind : kKinds) {
         const std::string archive = kind.pack(log);
         for (const std::size_t piece :
              {std::size_t{1}, std::size_t{4096}, std::size_t{128 * 1024}, 2 * log.size()}) {
@@ -142,7 +142,7 @@ TEST(PackedFile, GivesTheBytesThatWerePackedInPiecesOfAnySize) {
 TEST(PackedFile, ReadsAFileOfAnyNameAndTellsItsProgressInPackedBytes) {
     const std::string log = LogOfLines(4000);
     const TestFolder folder;
-    for (const Kind& kind : kKinds) {
+    for (const PackedBy& kind : kKinds) {
         const std::string archive = kind.pack(log);
         platform::SharedFile file =
             platform::SharedFile::OpenForReading(folder.Write("l\xC3\xB6g \xE2\x82\xAC.txt", archive));
@@ -183,7 +183,7 @@ TEST(PackedFile, GoesOnBehindTheEndOfAPackedStreamAsItsOwnProgramsDo) {
 
 TEST(PackedFile, ThatIsCutGivesWhatStandsAheadOfTheCut) {
     const std::string log = LogOfLines(4000);
-    for (const Kind& kind : kKinds) {
+    for (const PackedBy& kind : kKinds) {
         const std::string archive = kind.pack(log);
         std::size_t before = 0;
         for (int part = 1; part < 20; ++part) {
@@ -203,9 +203,23 @@ TEST(PackedFile, ThatIsCutGivesWhatStandsAheadOfTheCut) {
     }
 }
 
+TEST(PackedFile, ThatIsCutAnywhereGivesTheSameInPiecesOfAnySize) {
+    const std::string log = LogOfLines(20);
+    for (const PackedBy& kind : kKinds) {
+        const std::string archive = kind.pack(log);
+        for (std::size_t size = kPackedMark; size < archive.size(); ++size) {
+            const std::string_view cut = std::string_view(archive).substr(0, size);
+            const std::string bytes = Unpacked(cut).m_bytes;
+            for (const std::size_t piece : {1U, 100U}) {
+                ASSERT_EQ(Unpacked(cut, {}, piece).m_bytes, bytes) << kind.name << ' ' << size;
+            }
+        }
+    }
+}
+
 TEST(PackedFile, ThatIsDamagedAnywhereSaysSo) {
     const std::string log = LogOfLines(4000);
-    for (const Kind& kind : kKinds) {
+    for (const PackedBy& kind : kKinds) {
         const std::string archive = kind.pack(log);
         for (std::size_t part = 1; part < 20; ++part) {
             std::string damaged = archive;
@@ -234,6 +248,19 @@ TEST(PackedFile, OfZipGivesTheLastByteAheadOfADamage) {
     const Unpacked cut(archive.substr(0, archive.size() / 2));
     EXPECT_GE(unpacked.m_bytes.size(), cut.m_bytes.size());
     EXPECT_TRUE(unpacked.m_bytes.starts_with(cut.m_bytes));
+}
+
+TEST(PackedFile, OfZstdGivesTheWholeBlocksAheadOfADamage) {
+    // A frame of 40 bytes whose blocks are stored: one of 30, and the head of one of no kind that there is.
+    const std::string head = "\x28\xB5\x2F\xFD\x20\x28"s + "\xF0\0\0"s;
+    const std::string block(30, 'x');
+    for (const std::size_t piece : {1U, 30U, 31U, 40U, 100'000U}) {
+        const Unpacked damaged(head + block + "\x57\0\0"s, {}, piece);
+        EXPECT_EQ(damaged.m_bytes, block) << piece;
+        EXPECT_EQ(damaged.m_failure, Damaged(30)) << piece;
+    }
+    EXPECT_EQ(Unpacked(head + block + "\x51\0\0"s + std::string(10, 'y')).m_bytes,
+              block + std::string(10, 'y'));
 }
 
 TEST(PackedFile, ListsTheFilesOfAZipArchiveAsItNamesThem) {
@@ -301,7 +328,7 @@ TEST(PackedFile, ThatIsNotReadHasOneMessage) {
     const std::string nested = "An archive in an archive can't be read.";
     const std::string tar = Tar({{"a.log", log}});
     for (const std::string& inner : {Gzip(log), Zstd(log), Zip({{"a.log", log}}), tar}) {
-        for (const Kind& kind : kKinds) {
+        for (const PackedBy& kind : kKinds) {
             EXPECT_EQ(Unpacked(kind.pack(inner)).m_problem, nested) << kind.name;
         }
     }

@@ -51,6 +51,14 @@ private slots:
     void init() { StartRun(); }
     void cleanup() { EndRun(); }
 
+    void theWidthsOfTheCallTreeAreFoundAgain() {
+        const int before = View<CReportView>(*Open(ExploredLines()), "Call tree").columnWidth(1);
+        WidenColumn(View<CReportView>(*Open(ExploredLines()), "Call tree"), 1, 40);
+        m_pRun->Restart();
+        auto& tree = View<CReportView>(*Open(ExploredLines()), "Call tree");
+        QVERIFY(tree.columnWidth(1) > before + 20);
+    }
+
     void listsFunctionsBySelfTime() {
         CCallProfileFrame* const profile = Open(ExploredLines());
         QCOMPARE(

@@ -4,6 +4,7 @@
 #include "ui/SessionSupport.h"
 #include "ui/explore/ExploreFrame.h"
 
+#include <QHeaderView>
 #include <QLabel>
 
 namespace carvelot::test {
@@ -58,6 +59,17 @@ template <class TView> TView& View(QWidget& window, const char* name) {
     qFatal("no view of that name");
 }
 inline CListCtrl& List(QWidget& window, const char* name) { return View<CListCtrl>(window, name); }
+
+// Drags a column's right edge.
+inline void WidenColumn(QTreeView& view, int column, int by) {
+    QHeaderView& header = *view.header();
+    const int edge = header.sectionViewportPosition(column) + header.sectionSize(column) - 1;
+    const int middle = header.height() / 2;
+    QTest::mousePress(header.viewport(), Qt::LeftButton, {}, {edge, middle});
+    QTest::mouseMove(header.viewport(), {edge + by / 2, middle});
+    QTest::mouseMove(header.viewport(), {edge + by, middle});
+    QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, {edge + by, middle});
+}
 
 // All that the labels of a window say at the moment.
 inline QString ShownText(const QWidget& window) {

@@ -1,12 +1,19 @@
 // Archives in the window: opened, chosen from, and never written to.
 #include "support/Archives.h"
 #include "ui/SessionSupport.h"
+#include "ui/kit/WaitBox.h"
 #include "ui/session/ChooseMembersDlg.h"
 
 #include <QDialogButtonBox>
+#include <QLabel>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScopeGuard>
+#include <QTimer>
 #include <QTreeWidget>
+
+#include <utility>
 
 using namespace carvelot;
 using namespace carvelot::test;
@@ -132,6 +139,48 @@ private slots:
         QCOMPARE(
             m_pRun->m_user.m_listMessages,
             QStringList{QStringLiteral("The archive is damaged: %1 bytes were read.").arg(LogText().size())});
+    }
+
+    void escEndsALongLoad() {
+        // Long enough to tell more than once how far it has come.
+        std::string bytes = Gzip(LogText());
+        const std::string tenMegabytes = Gzip(std::string(10 << 20, 'x'));
+        bytes.append(tenMegabytes).append(tenMegabytes);
+        const QString bomb = m_pRun->WriteBytes("bomb.gz", bytes);
+        const auto patience = std::exchange(CWaitBox::s_nPatience, 0);
+        const auto restore = qScopeGuard([patience] { CWaitBox::s_nPatience = patience; });
+        QString label;
+        const auto press = [&label](Qt::Key key) {
+            QTimer::singleShot(0, qApp, [&label, key] {
+                auto* box = qobject_cast<QProgressDialog*>(QApplication::activeModalWidget());
+                QVERIFY(box != nullptr);
+                label = box->findChild<QLabel*>()->text();
+                QCOMPARE(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+                QTest::keyClick(box, key);
+            });
+        };
+        press(Qt::Key_Escape);
+        QVERIFY(m_pRun->Open(bomb) == nullptr);
+        QCOMPARE(label, "Reading " + bomb);
+        QVERIFY(QApplication::overrideCursor() == nullptr);
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
+        QVERIFY(m_pRun->m_user.m_listMessages.isEmpty());
+
+        // Waited for, it opens.
+        CChildFrame* const frame = m_pRun->Open(bomb);
+        QVERIFY(frame != nullptr);
+        const std::size_t all = SessionOf(frame).m_listDetails.Size();
+        QVERIFY(all >= 3);
+
+        // A second analysis that is ended leaves the session empty and open.
+        press(Qt::Key_Escape);
+        m_pRun->Frame().RunCommand(ID_SESSION_ANALYZE);
+        QCOMPARE(SessionOf(frame).m_listDetails.Size(), std::size_t{0});
+        QCOMPARE(frame->ThreadView().model()->rowCount(), 0);
+        QCOMPARE(m_pRun->Frame().ClientArea().Children().size(), 1);
+        m_pRun->Frame().RunCommand(ID_SESSION_ANALYZE);
+        QCOMPARE(SessionOf(frame).m_listDetails.Size(), all);
+        QVERIFY(m_pRun->m_user.m_listMessages.isEmpty());
     }
 
     void anArchiveInAnArchiveOpensNothing() {

@@ -266,13 +266,8 @@ private slots:
         auto* window = open();
         QVERIFY(window != nullptr);
         CListCtrl* shapes = &List(*window, "Statements");
-        QHeaderView& header = *shapes->header();
-        const int edge = header.sectionViewportPosition(1) - 1;
         const int before = shapes->columnWidth(0);
-        QTest::mousePress(header.viewport(), Qt::LeftButton, {}, {edge, header.height() / 2});
-        QTest::mouseMove(header.viewport(), {edge + 20, header.height() / 2});
-        QTest::mouseMove(header.viewport(), {edge + 40, header.height() / 2});
-        QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, {edge + 40, header.height() / 2});
+        WidenColumn(*shapes, 0, 40);
         const int after = shapes->columnWidth(0);
         QVERIFY(after > before);
 

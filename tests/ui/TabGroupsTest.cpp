@@ -5,6 +5,8 @@
 #include <QAccessible>
 #include <QPaintDevice>
 #include <QPaintEngine>
+#include <QScopeGuard>
+#include <QStyleOptionTab>
 
 #include <algorithm>
 #include <cmath>
@@ -137,6 +139,32 @@ private slots:
         QCOMPARE(Groups(Area()), QStringLiteral("a b"));
         QCOMPARE(Area().ActiveChild(), second);
         QCOMPARE(second->m_nFocused, 1);
+    }
+
+    void theCloseButtonStandsClearOfPictureAndText_data() {
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::newRow("left to right") << Qt::LeftToRight;
+        QTest::newRow("right to left") << Qt::RightToLeft;
+    }
+    void theCloseButtonStandsClearOfPictureAndText() {
+        QFETCH(Qt::LayoutDirection, direction);
+        const auto restore = qScopeGuard([] { QApplication::setLayoutDirection(Qt::LeftToRight); });
+        QApplication::setLayoutDirection(direction);
+        m_pRun->Open("a");
+        m_pRun->Open("b");
+        auto* const bar = Area().findChild<CTabBar*>();
+        QCOMPARE(bar->layoutDirection(), direction);
+        for (const int tab : {0, 1}) {
+            QStyleOptionTab option;
+            option.initFrom(bar);
+            option.rect = bar->tabRect(tab);
+            option.shape = bar->shape();
+            const QRect close = bar->tabButton(tab, QTabBar::RightSide)->geometry();
+            option.rightButtonSize = close.size();
+            const QRect text = bar->style()->subElementRect(QStyle::SE_TabBarTabText, &option, bar);
+            QVERIFY2(close.center().x() > text.right() && close.right() <= option.rect.right(),
+                     qPrintable(QStringLiteral("%1: %2 %3").arg(tab).arg(text.right()).arg(close.left())));
+        }
     }
 
     void withoutASessionTheWindowSaysHowToOpenOne() {

@@ -42,7 +42,8 @@ CFrameCommands::CFrameCommands(CMainFrame& frame) : m_frame(frame) {
             }
         }
         const bool look = command.m_nId >= ID_APPLOOK_FIRST && command.m_nId <= ID_APPLOOK_LAST;
-        action->setCheckable(look || command.m_nId == ID_VIEW_STATUS_BAR || command.m_nId == ID_VIEW_TOOLBAR);
+        action->setCheckable(look || command.m_nId == ID_VIEW_STATUS_BAR ||
+                             command.m_nId == ID_VIEW_TOOLBAR || command.m_nId == ID_EXPLORE_FOLLOW);
         if (look) {
             lookGroup->addAction(action);
         }
@@ -129,6 +130,8 @@ void CFrameCommands::Update() {
         action->setEnabled(handler != nullptr && (!handler->m_fnEnabled || handler->m_fnEnabled()));
         if (handler != nullptr && handler->m_fnChecked) {
             action->setChecked(handler->m_fnChecked());
+        } else if (id == ID_EXPLORE_FOLLOW) {
+            action->setChecked(false); // no session is in front
         }
     }
 }

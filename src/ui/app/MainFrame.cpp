@@ -17,6 +17,7 @@
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/kit/WindowsDlg.h"
+#include "ui/session/Following.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -47,7 +48,7 @@ bool AcceptAsCopy(QDropEvent& event) {
 
 CMainFrame* MainFrame() { return s_pMainFrame; }
 
-CMainFrame::CMainFrame() : m_nOffice2007(ID_APPLOOK_OFFICE_2007_BLUE) {
+CMainFrame::CMainFrame() : m_pFollowing(new CFollowing(this)), m_nOffice2007(ID_APPLOOK_OFFICE_2007_BLUE) {
     s_pMainFrame = this;
     theApp().LoadApplicationLook();
     setObjectName(QStringLiteral("MainFrame"));

@@ -13,6 +13,7 @@ namespace carvelot {
 
 class CAutoHide;
 class CCustomizeDlg;
+class CFollowing;
 class CFrameCommands;
 class CFrameLayout;
 class CFrameMenus;
@@ -48,6 +49,8 @@ public:
     void ShowProgress(int percent) override;
     void ShowRange(const QString& text) override;
     CStatusBar& StatusBar() const { return *m_pStatusBar; }
+    // One session at a time.
+    CFollowing& Following() const { return *m_pFollowing; }
 
     QAction* CommandAction(int id) const override;
     bool RunCommand(int id);
@@ -82,6 +85,7 @@ private:
     std::unique_ptr<CFrameMenus> m_pMenus;
     std::unique_ptr<CFrameToolBars> m_pToolBars;
     CStatusBar* m_pStatusBar = nullptr;
+    CFollowing* m_pFollowing;
     std::unique_ptr<CFrameLayout> m_pLayout;
     CCustomizeDlg* m_pCustomizeDlg = nullptr;
     int m_nOffice2007;

@@ -23,7 +23,9 @@
 #include "ui/kit/TabbedClientArea.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
+#include "ui/kit/WaitCursor.h"
 #include "ui/session/ChildFrame.h"
+#include "ui/session/Following.h"
 #include "ui/session/SessionDocument.h"
 
 #include <QApplication>
@@ -33,19 +35,6 @@
 namespace carvelot {
 
 namespace {
-
-class CBusyCursor {
-public:
-    CBusyCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~CBusyCursor() {
-        QApplication::restoreOverrideCursor();
-        if (CMainFrame* main = MainFrame()) {
-            main->ShowProgress(-1);
-        }
-    }
-    CBusyCursor(const CBusyCursor&) = delete;
-    CBusyCursor& operator=(const CBusyCursor&) = delete;
-};
 
 template <class TFrame>
 TFrame* ShowExploreWindow(CSessionDocument& document, CExploration& exploration, int id);
@@ -82,6 +71,7 @@ void ConnectWindow(COverviewFrame& overview, CSessionDocument& document, CExplor
 
 void ConnectWindow(CAboutLogFrame& about, CSessionDocument& document, CExploration&) {
     QObject::connect(&document, &CSessionDocument::RecordsCame, &about, &CAboutLogFrame::ShowFacts);
+    QObject::connect(&document, &CSessionDocument::RecordsGrew, &about, &CAboutLogFrame::ShowGrowth);
     QObject::connect(&about, &CAboutLogFrame::DialectsWanted, &document, &CSessionDocument::ReadWith);
 }
 
@@ -175,6 +165,7 @@ void ConnectDialects(CSessionDocument& document, const CExploration& exploration
     document.m_fnKeptDialects = [](const QString& path) { return theApp().KeptDialects(path); };
     QObject::connect(&document, &CSessionDocument::DialectsChosen, &document,
                      [](const QString& path, CDialects dialects) { theApp().KeepDialects(path, dialects); });
+    QObject::connect(&document, &CSessionDocument::RecordsGrew, &document, &ShowWhetherManyLinesAreUnread);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &document, [&document, &exploration] {
         ShowWhetherManyLinesAreUnread();
         // The load has to end first.
@@ -182,6 +173,22 @@ void ConnectDialects(CSessionDocument& document, const CExploration& exploration
             &document, [&document, &exploration] { AskForDialects(document, exploration); },
             Qt::QueuedConnection);
     });
+}
+
+void ConnectFollowing(CSessionDocument& document) {
+    const auto isFollowed = [&document] {
+        return MainFrame() != nullptr && MainFrame()->Following().Followed() == &document;
+    };
+    document.AddCommand(
+        ID_EXPLORE_FOLLOW,
+        [&document, isFollowed] {
+            if (isFollowed()) {
+                MainFrame()->Following().End();
+            } else if (CMainFrame* const main = MainFrame()) {
+                main->Following().Follow(document);
+            }
+        },
+        [&document] { return CFollowedLog::CanFollow(document.Session()); }, isFollowed);
 }
 
 void ConnectExplore(CSessionDocument& document) {
@@ -237,7 +244,7 @@ void CCarvelotApp::AnalyzeProcess(const QString& imageName, const QString& debug
     session.m_strProcessName = ToUtf8(imageName);
     session.m_nProcessFilter = static_cast<std::uint32_t>(process);
     session.m_strLogPath = PathOf(debugFile);
-    const CBusyCursor wait;
+    const CWaitCursor wait;
     CMDIChildWnd* frame = documentTemplate->CreateNewFrame(*document);
     if (frame == nullptr || !session.LoadLog()) {
         documentTemplate->CloseDocument(*document);
@@ -286,6 +293,13 @@ void ConnectRequests(CMainFrame& frame) {
                      &ShowWhetherManyLinesAreUnread);
     QObject::connect(&frame.StatusBar().UnreadButton(), &QToolButton::clicked, &frame,
                      [&frame] { frame.RunCommand(ID_EXPLORE_ABOUT_LOG); });
+    // And of the one that is followed.
+    QObject::connect(&frame.Following(), &CFollowing::StateChanged, &frame, [&frame] {
+        const CSessionDocument* const followed = frame.Following().Followed();
+        frame.StatusBar().ShowFollowing(frame.Following().State(),
+                                        followed == nullptr ? QString() : followed->PathInTitle());
+        frame.UpdateCommands();
+    });
     // A process is analysed.
     frame.m_wndProcessPane.m_fnAnalyze = [](const std::string& imageName, const std::string& debugFile,
                                             std::int32_t process) {
@@ -304,6 +318,7 @@ void ConnectRequests(CMainFrame& frame) {
 
 void ConnectRequests(CSessionDocument& document) {
     ConnectExplore(document);
+    ConnectFollowing(document);
     // A log that was opened by hand is a recent file.
     QObject::connect(&document, &CSessionDocument::Opened, &document,
                      [](const QString& path) { theApp().AddToRecentFileList(path); });

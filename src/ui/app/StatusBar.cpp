@@ -9,7 +9,8 @@
 namespace carvelot {
 
 CStatusBar::CStatusBar(const QString& bitnessText)
-    : m_pProgress(new QProgressBar), m_pRange(PlainLabel()), m_pUnread(new QToolButton) {
+    : m_pProgress(new QProgressBar), m_pRange(PlainLabel()), m_pFollowing(PlainLabel()),
+      m_pUnread(new QToolButton) {
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a long text makes the window no wider
     m_pProgress->setRange(0, 100);
     m_pProgress->setMaximumWidth(180);
@@ -22,10 +23,14 @@ CStatusBar::CStatusBar(const QString& bitnessText)
     bitness->setContentsMargins(10, 0, 10, 0);
     m_pRange->setAccessibleName(tr("Range"));
     m_pRange->hide();
+    m_pFollowing->setAccessibleName(tr("Follow"));
+    m_pFollowing->setContentsMargins(10, 0, 10, 0);
+    m_pFollowing->hide();
     m_pUnread->setText(tr("Many lines are not read"));
     m_pUnread->setToolTip(tr("More than a tenth of the lines became no record. Click to see why."));
     m_pUnread->setAutoRaise(true);
     m_pUnread->hide();
+    addPermanentWidget(m_pFollowing);
     addPermanentWidget(m_pUnread);
     addPermanentWidget(m_pRange);
     addPermanentWidget(m_pProgress);
@@ -35,6 +40,12 @@ CStatusBar::CStatusBar(const QString& bitnessText)
 void CStatusBar::ShowRange(const QString& text) {
     m_pRange->setText(text);
     m_pRange->setVisible(!text.isEmpty());
+}
+
+void CStatusBar::ShowFollowing(const QString& text, const QString& log) {
+    m_pFollowing->setText(text);
+    m_pFollowing->setToolTip(log);
+    m_pFollowing->setVisible(!text.isEmpty());
 }
 
 void CStatusBar::ShowUnread(bool many) { m_pUnread->setVisible(many); }

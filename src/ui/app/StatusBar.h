@@ -19,11 +19,14 @@ public:
     void ShowRange(const QString& text);
     // Whether the log in front has many lines that became no record; a click tells more.
     void ShowUnread(bool many);
+    // What there is to tell of the log that is followed, and where it lies; an empty text hides it.
+    void ShowFollowing(const QString& text, const QString& log);
     QToolButton& UnreadButton() const { return *m_pUnread; }
 
 private:
     QProgressBar* m_pProgress;
     QLabel* m_pRange;
+    QLabel* m_pFollowing;
     QToolButton* m_pUnread;
 };
 

@@ -58,15 +58,30 @@ QList<QWidget*> CAboutLogFrame::WindowPanes() const { return {m_pRefused, m_pCho
 
 void CAboutLogFrame::ShowFacts() {
     const LogFacts facts = FactsOf(m_exploration.Session());
-    const std::vector<AboutFact> texts = AboutFacts(facts);
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        m_facts[i]->setText(ToQString(texts[i].text));
-    }
+    ShowTexts(facts);
     m_pRefused->ShowRows(MakeRefusedRows(facts));
     CDialects marked = facts.dialects;
     marked.Add(facts.offered);
     m_pChoice->Show(marked, facts.offered);
     m_pReadAnew->setEnabled(marked != m_exploration.Session().m_dialects);
+}
+
+void CAboutLogFrame::ShowGrowth() {
+    const LogFacts facts = FactsOf(m_exploration.Session());
+    ShowTexts(facts);
+    // Those that are listed stay the first ones of their reasons.
+    std::vector<RefusedRow> refused = MakeRefusedRows(facts);
+    if (static_cast<int>(refused.size()) != m_pRefused->Model().rowCount()) {
+        m_pRefused->ShowRows(std::move(refused));
+    }
+    m_pChoice->Show(m_pChoice->Chosen(), facts.offered);
+}
+
+void CAboutLogFrame::ShowTexts(const LogFacts& facts) {
+    const std::vector<AboutFact> texts = AboutFacts(facts);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        m_facts[i]->setText(ToQString(texts[i].text));
+    }
 }
 
 } // namespace carvelot

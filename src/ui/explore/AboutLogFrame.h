@@ -28,6 +28,8 @@ public:
 
     // The log was read anew.
     void ShowFacts();
+    // The log has grown: what is marked stays.
+    void ShowGrowth();
 
 signals:
     // It came to the front: the shared panes are to show its session.
@@ -36,6 +38,8 @@ signals:
     void DialectsWanted(CDialects dialects);
 
 private:
+    void ShowTexts(const LogFacts& facts);
+
     CExploration& m_exploration;
     std::vector<QLabel*> m_facts; // their texts
     CRowList<RefusedRow>* m_pRefused;

@@ -1,6 +1,7 @@
 #include "ui/explore/CallProfileFrame.h"
 
 #include "ui/explore/KeptSplitter.h"
+#include "ui/explore/KeptWidths.h"
 #include "ui/explore/ListMenu.h"
 #include "ui/explore/TitledView.h"
 #include "ui/kit/PlainText.h"
@@ -27,6 +28,7 @@ CCallProfileFrame::CCallProfileFrame(CExploration& exploration)
         m_pTree->header()->resizeSection(column,
                                          CallTreeRow::Columns()[static_cast<std::size_t>(column)].m_nWidth);
     }
+    new CKeptWidths(*m_pTree, "CallTreeWidths");
 
     auto* const neighbours = new CKeptSplitter(Qt::Vertical, "CallProfileNeighbours", {1, 1});
     neighbours->addWidget(Titled(tr("&Callers"), *m_pCallers));

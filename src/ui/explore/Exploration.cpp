@@ -53,6 +53,7 @@ void CExploration::Start() {
     }
     m_bWanted = true;
     m_settings = m_settingsNow;
+    m_nRecords = m_session.m_listDetails.Size();
     m_pProgress = std::make_shared<CExploreProgress>();
     auto result = std::make_shared<Result>();
     const auto work = [this, result, progress = m_pProgress] {
@@ -212,6 +213,10 @@ void CExploration::CountScope() {
 }
 
 void CExploration::Select(std::optional<RecordIndex> record) {
+    const bool isExplored = m_state == State::Running || m_state == State::Done;
+    if (isExplored && record && Number(*record) >= m_nRecords) {
+        record.reset();
+    }
     if (record != m_selected) {
         m_selected = record;
         emit SelectedChanged();

@@ -70,7 +70,7 @@ public:
 
     // The record that is marked in all windows.
     std::optional<RecordIndex> Selected() const { return m_selected; }
-    // Marks a record here.
+    // Marks a record here; one that came after the exploring began marks none.
     void Select(std::optional<RecordIndex> record);
     // Brings a record up in the session's trees.
     void ShowInSession(RecordIndex record);
@@ -115,6 +115,7 @@ private:
     const CCarvelotDoc& m_session;
     const AnalysisSettings& m_settingsNow;
     AnalysisSettings m_settings; // those in force when exploring began
+    std::size_t m_nRecords = 0;  // that there were then
     State m_state = State::Nothing;
     int m_nProgress = -1;
     std::unique_ptr<ExploredSession> m_pExplored;

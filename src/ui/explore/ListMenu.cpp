@@ -1,28 +1,17 @@
 #include "ui/explore/ListMenu.h"
 
 #include "explore/lists/ListExport.h"
-#include "settings/AppSettings.h"
+#include "ui/explore/KeptWidths.h"
 #include "ui/kit/PathText.h"
-#include "ui/kit/StoredLayout.h"
 #include "ui/kit/Text.h"
 #include "ui/kit/UserInterface.h"
 #include "ui/kit/WaitCursor.h"
 
-#include <QEvent>
-#include <QHeaderView>
 #include <QMenu>
-
-#include <utility>
 
 namespace carvelot {
 
 namespace {
-
-constexpr int kLeastWidth = 16;
-constexpr int kMostWidth = 10000; // a stored width beyond any screen is none
-
-// Where the widths of a list are stored.
-std::string WidthsSetting(const QString& name) { return ToUtf8(name) + "Widths"; }
 
 // The list as it is shown: its columns that are not hidden, its rows in their order.
 ShownList ShownOf(const CListCtrl& list, const CListModel& model, const CListSource& source) {
@@ -45,9 +34,7 @@ ShownList ShownOf(const CListCtrl& list, const CListModel& model, const CListSou
 CListMenu::CListMenu(CListCtrl& list, const QString& name) : QObject(&list), m_list(list), m_strName(name) {
     list.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&list, &QWidget::customContextMenuRequested, this, &CListMenu::ShowMenu);
-    ReadWidths();
-    connect(list.header(), &QHeaderView::sectionResized, this, [this] { m_bResized = true; });
-    list.header()->viewport()->installEventFilter(this);
+    new CKeptWidths(list, ToUtf8(name) + "Widths");
 }
 
 void CListMenu::ShowMenu(const QPoint& point) {
@@ -96,36 +83,6 @@ void CListMenu::Export() {
     if (!written) {
         UserInterface().ShowMessage(tr("Failed to write %1. Error: %2").arg(*path, QString::number(error)));
     }
-}
-
-void CListMenu::ReadWidths() {
-    const std::vector<int> widths = ReadCommands(GetWorkspaceString(WidthsSetting(m_strName), ""));
-    const int columns = m_list.Model().columnCount();
-    if (widths.size() != static_cast<std::size_t>(columns)) {
-        return; // none yet, or those of another table
-    }
-    for (int column = 0; column < columns; ++column) {
-        const int width = widths[static_cast<std::size_t>(column)];
-        if (width >= kLeastWidth && width <= kMostWidth) {
-            m_list.SetColumnWidth(column, width);
-        }
-    }
-}
-
-void CListMenu::KeepWidths() const {
-    std::vector<int> widths;
-    for (int column = 0; column < m_list.Model().columnCount(); ++column) {
-        widths.push_back(m_list.columnWidth(column));
-    }
-    WriteWorkspaceString(WidthsSetting(m_strName), WriteCommands(widths));
-}
-
-bool CListMenu::eventFilter(QObject* object, QEvent* event) {
-    // What the user wished is the width at the end of a drag.
-    if (event->type() == QEvent::MouseButtonRelease && std::exchange(m_bResized, false)) {
-        KeepWidths();
-    }
-    return QObject::eventFilter(object, event);
 }
 
 } // namespace carvelot

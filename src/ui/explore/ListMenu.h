@@ -26,17 +26,11 @@ public:
     // Asks for a file and writes the list as it is shown.
     void Export();
 
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
     void ShowMenu(const QPoint& point);
-    void ReadWidths();
-    void KeepWidths() const;
 
     CListCtrl& m_list;
     const QString m_strName;
-    bool m_bResized = false;
 };
 
 } // namespace carvelot

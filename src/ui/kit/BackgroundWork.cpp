@@ -7,9 +7,18 @@
 
 namespace carvelot {
 
+namespace {
+
+int s_nRunning = 0; // in the windows' thread
+
+} // namespace
+
+bool CBackgroundWork::AnyRuns() { return s_nRunning > 0; }
+
 CBackgroundWork::CBackgroundWork(std::function<void()> work, std::function<void()> stop,
                                  std::function<void()> done)
     : m_fnStop(std::move(stop)), m_fnDone(std::move(done)) {
+    ++s_nRunning;
     const auto run = [this, work = std::move(work)] {
         work();
         // Not a queued call: what such a call holds is made in this thread and read in the other, and Qt's
@@ -38,6 +47,8 @@ void CBackgroundWork::Join() {
     if (m_thread.joinable()) {
         m_thread.join();
     }
+    s_nRunning -= m_bRuns ? 1 : 0;
+    m_bRuns = false;
 }
 
 } // namespace carvelot

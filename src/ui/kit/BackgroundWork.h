@@ -19,6 +19,8 @@ public:
     ~CBackgroundWork() override;
 
     void Stop() const { m_fnStop(); }
+    // Whether any work has begun and has not ended yet, as far as this thread has heard.
+    static bool AnyRuns();
 
 protected:
     // The work has ended.
@@ -27,6 +29,7 @@ protected:
 private:
     void Join();
 
+    bool m_bRuns = true;
     const std::function<void()> m_fnStop;
     const std::function<void()> m_fnDone;
     std::thread m_thread;

@@ -100,6 +100,7 @@ constexpr CommandPicture kCommandImages[] = {
     {ID_EXPLORE_EXPORT_PROFILE, "explore-export"},
     {ID_EXPLORE_SAVE_PICTURE, "explore-picture"},
     {ID_EXPLORE_OPEN_PIECES, "explore-pieces"},
+    {ID_EXPLORE_FOLLOW, "explore-follow"},
     {ID_VIEW_RESTORE_LAYOUT, "restore-layout"},
     {ID_VIEW_STATUS_BAR, "status-bar"},
     {ID_VIEW_TOOLBAR, "toolbar"},

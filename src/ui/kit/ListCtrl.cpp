@@ -193,6 +193,18 @@ void CListCtrl::OnHeaderClicked(int column) {
     SortBy(column, reverse ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
+void CListCtrl::ShowAt(int selected, int top) {
+    setAutoScroll(false);
+    if (selected >= 0) {
+        selectionModel()->setCurrentIndex(m_model.index(selected, 0),
+                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+    setAutoScroll(true);
+    executeDelayedItemsLayout();
+    updateGeometries();
+    scrollTo(m_model.index(top, 0), PositionAtTop);
+}
+
 int CListCtrl::SelectedRow() const {
     const QModelIndexList rows = selectionModel()->selectedRows();
     return rows.isEmpty() ? -1 : rows.constFirst().row();

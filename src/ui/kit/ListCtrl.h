@@ -80,6 +80,11 @@ public:
     // In the place of all columns; the rows go.
     void SetColumns(std::span<const CColumnSpec> columns);
     void SortBy(int column, Qt::SortOrder order);
+    // Below 0 while the rows stand in the order of the fill.
+    int SortColumn() const { return m_nSortColumn; }
+    Qt::SortOrder SortOrder() const { return m_nSortOrder; }
+    // Selects a row, where there is one of that number, and brings another to the top as far as that goes.
+    void ShowAt(int selected, int top);
     // The list row that is selected, or -1.
     int SelectedRow() const;
     std::vector<int> SelectedRows() const;

@@ -4,6 +4,11 @@
 #include "text/RowSource.h"
 #include "ui/kit/ListCtrl.h"
 
+#include <QScrollBar>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
 #include <utility>
 
 namespace carvelot {
@@ -25,11 +30,52 @@ public:
         m_rows.Show(std::forward<TRows>(rows)...);
         m_pList->Fill(&m_rows);
     }
+    // Around a fill with these rows and more: the order, the selected row and the one at the top stay. A list
+    // that stood at its end stays at its end.
+    void RefillInPlace(const std::function<void()>& fill) {
+        CListCtrl& list = *m_pList;
+        QScrollBar* const down = list.verticalScrollBar();
+        const int before = down->value();
+        const bool atEnd = before > 0 && before == down->maximum();
+        const auto identityAt = [&](int row) {
+            return row < 0 ? std::nullopt : std::optional(IdentityOf(RowAt(row)));
+        };
+        const auto selected = identityAt(list.SelectedRow());
+        const auto top = identityAt(before == 0 ? -1 : list.indexAt({0, 0}).row());
+        const int column = list.SortColumn();
+        const Qt::SortOrder order = list.SortOrder();
+
+        list.setUpdatesEnabled(false);
+        fill();
+        if (column >= 0) {
+            list.SortBy(column, order);
+        }
+        int selectedRow = -1;
+        int topRow = -1;
+        for (int row = 0; row < list.Model().rowCount() && (selected || top); ++row) {
+            const auto identity = IdentityOf(RowAt(row));
+            selectedRow = selectedRow < 0 && selected == identity ? row : selectedRow;
+            topRow = topRow < 0 && top == identity ? row : topRow;
+        }
+        list.ShowAt(selectedRow, atEnd ? list.Model().rowCount() - 1 : std::max(topRow, 0));
+        list.setUpdatesEnabled(true);
+    }
 
 protected:
     template <class... TArguments>
     explicit CListedRows(TArguments&&... arguments) : m_rows(std::forward<TArguments>(arguments)...) {}
     ~CListedRows() = default;
+
+    // By which a row is known again: its record, or its name.
+    static auto IdentityOf(const TRow& row) {
+        if constexpr (requires { row.m_pRecord; }) {
+            return row.m_pRecord;
+        } else if constexpr (requires { row.m_strTable; }) {
+            return row.m_strTable;
+        } else {
+            return row.m_strName;
+        }
+    }
 
     TSource m_rows;
     CListCtrl* m_pList = nullptr;

@@ -269,6 +269,10 @@ QRect CLookStyle::subElementRect(SubElement element, const QStyleOption* option,
     }
     QRect rect = QProxyStyle::subElementRect(element, option, widget);
     if (element == SE_TabBarTabRightButton) {
+        // A tab looks the same in either direction of reading: its picture stands on the left.
+        if (const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option)) {
+            rect = visualRect(option->direction, tab->rect, rect);
+        }
         rect.translate(TabShapeOf(m_look).m_closeShift);
     }
     return rect;

@@ -225,6 +225,25 @@ QPoint CTreeCtrl::MenuPoint(const QModelIndex& index) const {
     return viewport()->mapToGlobal(point);
 }
 
+void CTreeCtrl::ChangeInPlace(const std::function<void()>& change) {
+    QScrollBar* const down = verticalScrollBar();
+    const bool atEnd = down->value() == down->maximum();
+    const int across = horizontalScrollBar()->value();
+    const QPersistentModelIndex top = indexAt(QPoint(0, 0));
+    setUpdatesEnabled(false);
+    change();
+    executeDelayedItemsLayout();
+    updateGeometries();
+    if (atEnd) {
+        down->setValue(down->maximum());
+    } else if (top.isValid()) {
+        QTreeView::scrollTo(top, PositionAtTop);
+    }
+    horizontalScrollBar()->setValue(across);
+    setUpdatesEnabled(true);
+    FitColumnLater();
+}
+
 void CTreeCtrl::StartColumn() {
     m_nWidest = 0;
     horizontalScrollBar()->setValue(0);

@@ -3,6 +3,7 @@
 
 #include <QTreeView>
 
+#include <functional>
 #include <string_view>
 
 namespace carvelot {
@@ -36,6 +37,10 @@ public:
     QRect visualRect(const QModelIndex& index) const override {
         return isVisible() ? QTreeView::visualRect(index) : QRect();
     }
+
+    // Around a change of the model that keeps its nodes: what stands at the top stays there, and a tree that
+    // stood at its end stays at its end.
+    void ChangeInPlace(const std::function<void()>& change);
 
 protected:
     bool viewportEvent(QEvent* event) override;

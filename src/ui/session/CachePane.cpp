@@ -18,6 +18,10 @@ CCacheTree::CCacheTree(CCacheTreeModel& model, const QString& accessibleName, QW
     setModel(&model);
 }
 
+void CCacheTree::ShowGrowth() {
+    ChangeInPlace([this] { m_model.ShowGrowth(); });
+}
+
 void CCacheTree::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::RightButton) {
         CTreeCtrl::mousePressEvent(event);
@@ -111,6 +115,12 @@ void CCachePane::ClearTree() {
     m_pTree->setUpdatesEnabled(false);
     m_pModel->Clear();
     m_pTree->setUpdatesEnabled(true);
+}
+
+void CCachePane::ShowGrowth(const CCarvelotDoc& session) {
+    if (m_pModel->Session() == &session) {
+        m_pTree->ShowGrowth();
+    }
 }
 
 void CCachePane::LetGo(const CCarvelotDoc& session) {

@@ -18,6 +18,8 @@ class CCacheTree final : public CTreeCtrl {
 public:
     CCacheTree(CCacheTreeModel& model, const QString& accessibleName, QWidget* parent);
 
+    void ShowGrowth();
+
     // Answers a double click or Enter on an operation.
     std::function<void(RecordIndex record)> m_fnOpenRecord;
     // Does a cache still answer in its process? And the wish to browse one that does.
@@ -51,6 +53,8 @@ public:
     const QList<QIcon>& Images() const { return m_listImages; }
     void FillTree(CSessionDocument& document, const CCacheAnalysis& analysis);
     void ClearTree();
+    // The session has grown: where the tree shows its caches it shows what came.
+    void ShowGrowth(const CCarvelotDoc& session);
     // To be called before a session's caches go: empties the tree if it shows them.
     void LetGo(const CCarvelotDoc& session);
     QWidget* MainControl() const override { return m_pTree; }

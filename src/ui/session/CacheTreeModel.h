@@ -18,6 +18,11 @@ public:
 
     void Show(const CCarvelotDoc& session, const CCacheAnalysis& analysis);
     void Clear();
+    // The analysis has grown at its ends.
+    void ShowGrowth() {
+        emit layoutAboutToBeChanged();
+        emit layoutChanged();
+    }
     // Whose caches are shown; null when there are none.
     const CCarvelotDoc* Session() const { return m_pSession; }
 

@@ -7,6 +7,35 @@
 namespace carvelot {
 
 void CDetailTreeModel::EndChange() {
+    Flatten();
+    endResetModel();
+}
+
+void CDetailTreeModel::BeginGrowth() {
+    emit layoutAboutToBeChanged();
+    m_listKept = persistentIndexList();
+    m_listKeptKeys.clear();
+    for (const QModelIndex& index : m_listKept) {
+        m_listKeptKeys.push_back(m_tree.KeyOf(Node(index)));
+    }
+}
+
+void CDetailTreeModel::EndGrowth() {
+    Flatten();
+    std::vector<CDetailTree::Node> before;
+    for (const QModelIndex& index : m_listKept) {
+        before.push_back(Node(index));
+    }
+    QModelIndexList after;
+    for (const CDetailTree::Node node : m_tree.NodesOf(m_listKeptKeys, before)) {
+        after << IndexOf(node);
+    }
+    changePersistentIndexList(m_listKept, after);
+    m_listKept.clear();
+    emit layoutChanged();
+}
+
+void CDetailTreeModel::Flatten() {
     m_pFlat.reset();
     const auto nodes = static_cast<CDetailTree::Node>(m_tree.NodeCount());
     // Parents stand before their children.
@@ -38,7 +67,6 @@ void CDetailTreeModel::EndChange() {
         }
         m_pFlat = std::move(flat);
     }
-    endResetModel();
 }
 
 CDetailTree::Node CDetailTreeModel::Parent(CDetailTree::Node node) const {

@@ -30,6 +30,9 @@ public:
     // Around every change of the tree.
     void BeginChange() { beginResetModel(); }
     void EndChange();
+    // Around a fill with the same records and more, in which open, current and selected nodes stay.
+    void BeginGrowth();
+    void EndGrowth();
 
     // kRoot for an invalid index, and the other way round.
     CDetailTree::Node Node(const QModelIndex& index) const {
@@ -62,6 +65,7 @@ private:
         return createIndex(row, 0, quintptr{node * kSpread});
     }
 
+    void Flatten();
     CDetailTree::Node Parent(CDetailTree::Node node) const;
     std::size_t Row(CDetailTree::Node node) const;
     std::size_t ChildCount(CDetailTree::Node parent) const;
@@ -79,6 +83,10 @@ private:
     const CDetailTree& m_tree;
     std::unique_ptr<CFlat> m_pFlat; // null when the tree is shown as it is
     QList<QIcon> m_listImages;
+
+    // Of the nodes that views keep, while the tree grows.
+    QModelIndexList m_listKept;
+    std::vector<CDetailTree::NodeKey> m_listKeptKeys;
 };
 
 } // namespace carvelot

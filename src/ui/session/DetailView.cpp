@@ -102,6 +102,26 @@ void CDetailView::Show(const Selection& selection) {
     }
 }
 
+void CDetailView::ShowGrowth(const Selection& selection) {
+    if (selection.What() == Selection::Kind::Nothing) {
+        return;
+    }
+    ChangeInPlace([&] {
+        m_model.BeginGrowth();
+        if (const CProcess* const process = selection.Process()) {
+            m_tree.ResetTree();
+            for (const auto& thread : process->m_listThreads) {
+                m_tree.FillDetails(false, thread->m_listDetails);
+            }
+        } else if (const CThread* const thread = selection.Thread()) {
+            m_tree.FillDetails(true, thread->m_listDetails);
+        } else if (const CJASUser* const user = selection.User()) {
+            m_tree.FillDetails(true, user->m_listDetails);
+        }
+        m_model.EndGrowth();
+    });
+}
+
 void CDetailView::SelectRecord(RecordIndex record) {
     const CDetailTree::Node node = m_tree.NodeOf(record);
     if (node == CDetailTree::kRoot) {

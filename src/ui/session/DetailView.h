@@ -25,6 +25,8 @@ public:
 
     // Shows the records of what is selected; of nothing, what is shown stays.
     void Show(const Selection& selection);
+    // The same after the session has grown: what was open, selected and on the screen stays so.
+    void ShowGrowth(const Selection& selection);
     // See CDetailTree. A single thread's fill takes the font from the settings anew.
     void FillDetails(bool singleThread, std::span<const RecordIndex> records);
     // Off: several changes follow that are shown together when it is switched on again.

@@ -3,7 +3,9 @@
 #include "ui/kit/MainWindow.h"
 #include "ui/kit/PathText.h"
 #include "ui/kit/Text.h"
+#include "ui/session/ChildFrame.h"
 #include "ui/session/SessionPanes.h"
+#include "ui/session/ThreadView.h"
 
 namespace carvelot {
 
@@ -54,6 +56,20 @@ void CSessionDocument::ReadWith(CDialects dialects) {
     if (m_session.m_listPieces.empty()) {
         emit DialectsChosen(PathInTitle(), dialects);
     }
+}
+
+void CSessionDocument::ShowGrowth() {
+    if (auto* const threads = static_cast<CThreadView*>(m_session.m_pThreadView)) {
+        threads->ShowGrowth();
+    }
+}
+
+void CSessionDocument::ShowAnew() {
+    CSessionPanes* const panes = SessionPanes();
+    if (panes != nullptr && panes->m_pPanesOwner == GetFrame()) {
+        panes->ClearPanes();
+    }
+    m_session.FillThreadTree();
 }
 
 bool CSessionDocument::OnOpenPieces(std::vector<LogPiece> pieces) {

@@ -29,6 +29,9 @@ public:
     std::function<CDialects(const QString& path)> m_fnKeptDialects;
     // Those that are kept with a path are in force for its load.
     void RecallDialects(const QString& path);
+    // Its log was read on, or read anew: the windows show it.
+    void ShowGrowth();
+    void ShowAnew();
     // Reads the log anew.
     void ReadWith(CDialects dialects);
 
@@ -44,6 +47,8 @@ signals:
     void RecordsGo();
     // A load has ended, and the trees are there.
     void RecordsCame();
+    // There are more of them, and the trees show them.
+    void RecordsGrew();
     // What is selected among processes, threads and users, and among the records shown.
     void SelectionChanged(const Selection& selection);
     void RecordSelected(RecordIndex record);

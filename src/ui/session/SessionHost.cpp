@@ -52,16 +52,25 @@ void CSessionHost::PrintOutput(std::string_view text) {
 
 void CSessionHost::BeginWaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
 
-void CSessionHost::EndWaitCursor() {
-    QApplication::restoreOverrideCursor();
-    if (CMainWindow* const main = MainWindow()) {
-        main->ShowProgress(-1);
-    }
-}
+void CSessionHost::EndWaitCursor() { QApplication::restoreOverrideCursor(); }
 
 void CSessionHost::LoadProgress(std::uint64_t done, std::uint64_t total) {
     if (CMainWindow* const main = MainWindow(); main != nullptr && total != 0) {
         main->ShowProgress(static_cast<int>(std::min(done, total) * 100 / total));
+    }
+    if (!m_waitBox) {
+        m_waitBox.emplace(QCoreApplication::translate("CSessionHost", "Reading %1")
+                              .arg(ToQString(m_document.Session().LogName())));
+    }
+    if (!m_waitBox->GoOn(done, total)) {
+        throw LoadEnded();
+    }
+}
+
+void CSessionHost::EndLoadProgress() {
+    m_waitBox.reset();
+    if (CMainWindow* const main = MainWindow()) {
+        main->ShowProgress(-1);
     }
 }
 

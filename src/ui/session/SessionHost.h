@@ -2,6 +2,9 @@
 #pragma once
 
 #include "session/SessionHost.h"
+#include "ui/kit/WaitBox.h"
+
+#include <optional>
 
 namespace carvelot {
 
@@ -17,6 +20,7 @@ public:
     void BeginWaitCursor() override;
     void EndWaitCursor() override;
     void LoadProgress(std::uint64_t done, std::uint64_t total) override;
+    void EndLoadProgress() override;
     void ClearPanes() override;
     void SetTitle(CCarvelotDoc& session, const std::string& title) override;
     void AddToRecentFileList(const std::string& path) override;
@@ -28,6 +32,7 @@ public:
 
 private:
     CSessionDocument& m_document;
+    std::optional<CWaitBox> m_waitBox;
 };
 
 } // namespace carvelot

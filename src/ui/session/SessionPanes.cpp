@@ -82,6 +82,39 @@ void CSessionPanes::Show(CSessionDocument& document, const Selection& selection,
     }
 }
 
+void CSessionPanes::ShowGrowth(CSessionDocument& document, const Selection& selection) {
+    // A tree is a view of its caches, whatever is selected.
+    m_wndCachePane.ShowGrowth(document.Session());
+    if (m_pPanesOwner == nullptr || m_pPanesOwner != document.GetFrame()) {
+        return;
+    }
+    for (const SharedPane pane : kPanes) {
+        if (ActionOf(pane, selection.What()) != PaneAction::Show) {
+            continue;
+        }
+        const auto fill = [&] { Show(document, selection, pane); };
+        switch (pane) {
+        case SharedPane::SQL:
+            m_wndSQLPane.RefillInPlace(fill);
+            break;
+        case SharedPane::Cache:
+            break;
+        case SharedPane::BSFN:
+            m_wndBSFNPane.RefillInPlace(fill);
+            break;
+        case SharedPane::LongTasks:
+            m_wndLongTasksPane.RefillInPlace(fill);
+            break;
+        case SharedPane::Errors:
+            m_wndErrorPane.RefillInPlace(fill);
+            break;
+        case SharedPane::Gaps:
+            m_wndTimingGapsPane.RefillInPlace(fill);
+            break;
+        }
+    }
+}
+
 void CSessionPanes::Clear(SharedPane pane) {
     switch (pane) {
     case SharedPane::SQL:

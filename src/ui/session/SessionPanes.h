@@ -33,6 +33,9 @@ public:
 
     // Shows what belongs to a selection.
     void Show(CSessionDocument& document, const Selection& selection);
+    // The same after the session has grown, where they show it: each keeps its order, its selection and where
+    // it stands.
+    void ShowGrowth(CSessionDocument& document, const Selection& selection);
     // Empties them, and their captions. Find and Raw Data stay as they are.
     void ClearPanes();
     // To be called before a session's records go: the panes that show them are emptied, and Find keeps what

@@ -26,7 +26,49 @@ void CThreadTreeModel::Show(EContent content) {
     beginResetModel();
     m_nContent = content;
     m_listUserImages = content == EContent::Users ? UserImages(m_session) : std::vector<int>();
+    m_nUsers = m_listUserImages.size();
+    m_listThreads.clear();
+    if (content == EContent::Processes) {
+        for (const auto& process : m_session.m_listProcesses) {
+            m_listThreads.push_back(process->m_listThreads.size());
+        }
+    }
     endResetModel();
+}
+
+void CThreadTreeModel::ShowGrowth() {
+    const auto insert = [this](const QModelIndex& parent, std::size_t shown, std::size_t there, auto enter) {
+        if (there > shown) {
+            beginInsertRows(parent, static_cast<int>(shown), static_cast<int>(there) - 1);
+            enter();
+            endInsertRows();
+        }
+    };
+    const auto tell = [this](const QModelIndex& parent) {
+        if (const int rows = rowCount(parent); rows > 0) {
+            emit dataChanged(index(0, 0, parent), index(rows - 1, 0, parent));
+        }
+    };
+    if (m_nContent == EContent::Processes) {
+        const auto& processes = m_session.m_listProcesses;
+        for (std::size_t n = 0; n < m_listThreads.size(); ++n) {
+            const std::size_t threads = processes[n]->m_listThreads.size();
+            const QModelIndex parent = index(static_cast<int>(n), 0);
+            insert(parent, m_listThreads[n], threads, [&] { m_listThreads[n] = threads; });
+            tell(parent);
+        }
+        insert({}, m_listThreads.size(), processes.size(), [&] {
+            for (std::size_t n = m_listThreads.size(); n < processes.size(); ++n) {
+                m_listThreads.push_back(processes[n]->m_listThreads.size());
+            }
+        });
+    } else if (m_nContent == EContent::Users) {
+        insert({}, m_nUsers, m_session.m_listUsers.size(), [&] {
+            m_listUserImages = UserImages(m_session);
+            m_nUsers = m_listUserImages.size();
+        });
+    }
+    tell({});
 }
 
 const CProcess* CThreadTreeModel::Process(const QModelIndex& index) const {
@@ -92,15 +134,16 @@ int CThreadTreeModel::rowCount(const QModelIndex& parent) const {
     if (!parent.isValid()) {
         switch (m_nContent) {
         case EContent::Processes:
-            return static_cast<int>(m_session.m_listProcesses.size());
+            return static_cast<int>(m_listThreads.size());
         case EContent::Users:
-            return static_cast<int>(m_session.m_listUsers.size());
+            return static_cast<int>(m_nUsers);
         case EContent::Nothing:
             return 0;
         }
     }
-    const CProcess* process = Process(parent);
-    return process != nullptr ? static_cast<int>(process->m_listThreads.size()) : 0;
+    return Process(parent) != nullptr
+               ? static_cast<int>(m_listThreads[static_cast<std::size_t>(parent.row())])
+               : 0;
 }
 
 std::string CThreadTreeModel::Text(const QModelIndex& index) const {

@@ -21,6 +21,8 @@ public:
     void Clear() { Show(EContent::Nothing); }
     void ShowProcesses() { Show(EContent::Processes); }
     void ShowUsers() { Show(EContent::Users); }
+    // The session has grown: what it shows has other texts, and what is new comes behind.
+    void ShowGrowth();
 
     // What a node stands for; null when it is of another kind.
     const CProcess* Process(const QModelIndex& index) const;
@@ -45,6 +47,9 @@ private:
     const CCarvelotDoc& m_session;
     QList<QIcon> m_listImages;
     EContent m_nContent = EContent::Nothing;
+    // As many as are shown: a session may have grown meanwhile.
+    std::vector<std::size_t> m_listThreads; // by process
+    std::size_t m_nUsers = 0;
     std::vector<int> m_listUserImages;
 };
 

@@ -94,6 +94,24 @@ void CThreadView::RefreshPanes() {
     }
 }
 
+void CThreadView::ShowGrowth() {
+    const int processes = m_model.rowCount();
+    ChangeInPlace([&] {
+        m_model.ShowGrowth();
+        for (int row = processes; row < m_model.rowCount(); ++row) {
+            expand(m_model.index(row, 0));
+        }
+    });
+    const Selection selection = m_model.Selected(SelectedIndex());
+    if (CDetailView* const details = DetailView()) {
+        details->ShowGrowth(selection);
+    }
+    if (CSessionPanes* const panes = SessionPanes()) {
+        panes->ShowGrowth(m_document, selection);
+    }
+    emit m_document.RecordsGrew();
+}
+
 void CThreadView::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::RightButton) {
         CTreeCtrl::mousePressEvent(event);

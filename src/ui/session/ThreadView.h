@@ -29,6 +29,9 @@ public:
     // Fills the shared panes from the selection; without one they are emptied.
     void RefreshPanes();
 
+    // The session has grown: all that shows its selection shows it again, and stays where it stands.
+    void ShowGrowth();
+
     CThreadTreeModel& Model() { return m_model; }
 
 protected:

@@ -11,12 +11,6 @@ namespace {
 
 ComparedSide SideOf(const Listed& log) { return {log.explored, log.scope, log.findings}; }
 
-template <class Row> Texts TextsOf(std::vector<Row> rows) {
-    CRowSource<Row> source;
-    source.Show(std::move(rows));
-    return RowTexts(source, Row::Columns().size());
-}
-
 const char* const kStatement = "SELECT A FROM T WHERE B = 1";
 
 Texts Base() {
@@ -36,7 +30,7 @@ TEST(ComparedRows, FunctionsShowBothSidesWithSignedDifferences) {
     const Listed base(Base());
     const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
-    EXPECT_EQ(TextsOf(MakeComparedFunctionRows(comparison)),
+    EXPECT_EQ(ListedTexts(MakeComparedFunctionRows(comparison)),
               (Texts{
                   "+4.000000|0.000000|4.000000|log alone|function|New|+1|0|1|+4.000000|0.000000|4.000000",
                   "-1.000000|4.000000|3.000000|both|function|Alpha|0|1|1|0.000000|2.000000|2.000000",
@@ -60,10 +54,10 @@ TEST(ComparedRows, ShapesAndFindingsShowBothSides) {
     const Listed base(Base());
     const Listed log(ComparedLog());
     const Comparison comparison(SideOf(base), SideOf(log));
-    EXPECT_EQ(TextsOf(MakeComparedShapeRows(comparison)),
+    EXPECT_EQ(ListedTexts(MakeComparedShapeRows(comparison)),
               (Texts{"-1.000000|2.000000|1.000000|both|0|1|1|-1.000000|SELECT A FROM T WHERE B = ?",
                      "0.000000|0.000000|0.000000|log alone|+1|0|1|0.000000|UPDATE U SET C = ?"}));
-    EXPECT_EQ(TextsOf(MakeComparedFindingRows(comparison)),
+    EXPECT_EQ(ListedTexts(MakeComparedFindingRows(comparison)),
               (Texts{"+4.000000|0.000000|4.000000|log alone|+1|0|1|\u25CF error|New|" +
                          std::string(MeaningOf(FindingRule::FirstCause)),
                      "+4.000000|0.000000|4.000000|log alone|+1|0|1|\u25A0 note|New|" +

@@ -19,16 +19,10 @@ Texts SomeCalls() {
                      At(10, CallText("Last", 1)), At(11, ReturnText("Last", 1, 2))});
 }
 
-template <class Row> Texts TextsOf(std::vector<Row> rows) {
-    CRowSource<Row> source;
-    source.Show(std::move(rows));
-    return RowTexts(source, Row::Columns().size());
-}
-
 TEST(FunctionRows, StandBySelfTimeWithAllThatIsCounted) {
     const Listed log(SomeCalls());
     const auto rows = MakeFunctionRows(log.explored.frames.Keys(), log.scope.profile);
-    EXPECT_EQ(TextsOf(rows),
+    EXPECT_EQ(ListedTexts(rows),
               (Texts{"F  Inner|5.000000|5.000000|2|0|1|0|2.000000|3.000000|2.000000|3.000000",
                      "F  Outer|4.000000|9.000000|1|0|0|0|9.000000|9.000000|9.000000|9.000000",
                      "F  Last|1.000000|1.000000|1|1|0|0|1.000000|1.000000|1.000000|1.000000",
@@ -65,12 +59,12 @@ TEST(EdgeRows, TellWhoCallsAndWhoIsCalled) {
     const Listed log(SomeCalls());
     const CFrames& frames = log.explored.frames;
     const auto callees = MakeCalleeRows(frames.Keys(), log.scope.profile, frames[0].key);
-    EXPECT_EQ(TextsOf(callees), (Texts{"F  Inner|2|5.000000", "S  SELECT B|1|0.000000"}));
+    EXPECT_EQ(ListedTexts(callees), (Texts{"F  Inner|2|5.000000", "S  SELECT B|1|0.000000"}));
     EXPECT_DOUBLE_EQ(callees[0].share, 1);
     EXPECT_DOUBLE_EQ(callees[1].share, 0);
-    EXPECT_EQ(TextsOf(MakeCallerRows(frames.Keys(), log.scope.profile, frames[1].key)),
+    EXPECT_EQ(ListedTexts(MakeCallerRows(frames.Keys(), log.scope.profile, frames[1].key)),
               (Texts{"F  Outer|2|5.000000"}));
-    EXPECT_EQ(TextsOf(MakeCallerRows(frames.Keys(), log.scope.profile, frames[0].key)),
+    EXPECT_EQ(ListedTexts(MakeCallerRows(frames.Keys(), log.scope.profile, frames[0].key)),
               (Texts{"(top)|1|9.000000"}));
     EXPECT_TRUE(MakeCalleeRows(frames.Keys(), log.scope.profile, frames[1].key).empty());
 }

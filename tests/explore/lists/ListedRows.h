@@ -6,11 +6,13 @@
 #include "explore/Findings.h"
 #include "platform/CodePage.h"
 #include "text/ListSource.h"
+#include "text/RowSource.h"
 
 #include <fstream>
 #include <numeric>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace carvelot::test {
@@ -51,6 +53,13 @@ template <class Source> Texts RowTexts(const Source& source, std::size_t columns
         texts.push_back(RowText(source, row, static_cast<int>(columns)));
     }
     return texts;
+}
+
+// The same of rows in a list of their own columns.
+template <class Row> Texts ListedTexts(std::vector<Row> rows) {
+    CRowSource<Row> source;
+    source.Show(std::move(rows));
+    return RowTexts(source, Row::Columns().size());
 }
 // The rows as sorting by a column brings them: their numbers.
 inline std::vector<std::size_t> Sorted(const CListSource& source, int column, bool descending = false) {
