@@ -53,7 +53,8 @@ fail_with() {
 
 # shellcheck disable=SC2034 # used by those that source this
 {
-    packages_build=(cmake g++ make ninja-build rapidjson-dev libcli11-dev libarchive-dev zlib1g-dev libzstd-dev)
+    packages_build=(cmake g++ make ninja-build rapidjson-dev libcli11-dev libarchive-dev zlib1g-dev libzstd-dev
+        libsqlite3-dev)
     packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev librsvg2-bin fonts-dejavu-core)
     packages_test=(libgtest-dev libgmock-dev locales python3 xdotool xvfb)
     packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
@@ -64,6 +65,6 @@ fail_with() {
     packages_windows=("${packages_mingw[@]}" googletest wine wine64)
     packages_windows_window=(xvfb fonts-wine fonts-liberation)
     packages_windows_qt=(dpkg-dev)
-    packages_windows_libs=(dpkg-dev)
+    packages_windows_libs=(dpkg-dev tcl)
     packages_windows_package=(nsis)
 }

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 # Sourced after setup.sh: find_windows_libs looks for the static libraries for 64-bit Windows (mingw-w64) that the distribution
-# has not (libarchive, zstd) and sets windows_libs to their prefix, or to nothing. Places, the first wins:
+# has not (libarchive, zstd, SQLite) and sets windows_libs to their prefix, or to nothing. Places, the first wins:
 #
 #   CARVELOT_LIBS_WINDOWS                            a prefix, or a .tar archive of one
 #   the cache, ${XDG_CACHE_HOME:-~/.cache}/carvelot  what packaging/windows/build-libs has built there
@@ -11,7 +11,12 @@
 windows_libs_name=libs-mingw64
 windows_libs_cache=${XDG_CACHE_HOME:-${HOME:-$PWD/build}/.cache}/carvelot
 
-is_windows_libs() { [[ -e $1/lib/libarchive.a && -e $1/lib/libzstd.a && -e $1/include/archive.h && -e $1/include/zstd.h ]]; }
+is_windows_libs() {
+    local file
+    for file in lib/libarchive.a lib/libzstd.a lib/libsqlite3.a include/archive.h include/zstd.h include/sqlite3.h; do
+        [[ -e $1/$file ]] || return 1
+    done
+}
 
 # unpack_windows_libs ARCHIVE prints the prefix, and fails when the archive holds none.
 unpack_windows_libs() {

@@ -77,6 +77,18 @@ std::int64_t ShortestSilence(float threshold) {
     return least;
 }
 
+std::optional<StampedDay> StampedDayOf(const CDetailList& details, RecordIndex record) {
+    const std::string_view name = details.Month(record);
+    const auto month =
+        std::find_if(kMonths.begin(), kMonths.end(), [name](const Month& one) { return one.name == name; });
+    const std::int32_t day = details.Day(record);
+    if (month == kMonths.end() || day < 1 || day > month->days ||
+        details.Time(record) >= static_cast<std::uint64_t>(kDay)) {
+        return std::nullopt;
+    }
+    return StampedDay{static_cast<std::int32_t>(month - kMonths.begin()) + 1, day};
+}
+
 CClock::CClock(const CDetailList& details, CExploreProgress* progress)
     : CClock(details, std::array{RecordRange{0, static_cast<std::uint32_t>(details.Size())}}, progress) {}
 

@@ -23,6 +23,13 @@ std::int64_t AddTimes(std::int64_t one, std::int64_t other);
 // The shortest time that is more than a threshold, which is compared as seconds of 32 bits.
 std::int64_t ShortestSilence(float threshold);
 
+// The day of a record's stamp; nothing of a stamp that is none (no such day, no such time of day).
+struct StampedDay {
+    std::int32_t month; // 1 to 12
+    std::int32_t day;
+};
+std::optional<StampedDay> StampedDayOf(const CDetailList& details, RecordIndex record);
+
 class CClock {
 public:
     explicit CClock(const CDetailList& details, CExploreProgress* progress = nullptr);

@@ -15,14 +15,14 @@ std::vector<RecordRange> PiecesOf(const CCarvelotDoc& session) {
 }
 
 ExploredSession::ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                                 CExploreProgress* progress)
-    : ExploredSession(session, settings, progress, StartReading(session.m_listDetails, progress)) {}
+                                 CExploreProgress* progress, ShapeReading reading)
+    : ExploredSession(session, settings, progress, StartReading(session.m_listDetails, progress, reading)) {}
 
 // Where no thread can be had, they are read when they are asked for. A failure of theirs comes out there,
 // too.
-ExploredSession::Readers ExploredSession::StartReading(const CDetailList& details,
-                                                       CExploreProgress* progress) {
-    return {std::async([&details, progress] { return CRecordShapes(details, progress); }),
+ExploredSession::Readers ExploredSession::StartReading(const CDetailList& details, CExploreProgress* progress,
+                                                       ShapeReading reading) {
+    return {std::async([&details, progress, reading] { return CRecordShapes(details, progress, reading); }),
             std::async([&details, progress] { return FindTransactionSteps(details, progress); })};
 }
 

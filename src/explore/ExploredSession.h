@@ -21,7 +21,7 @@ struct ExploredSession {
     // Refers to the session, whose load has ended, and to the settings that it was loaded with. `progress`,
     // where there is one, can end it: then it throws ExploringEnded.
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings,
-                    CExploreProgress* progress = nullptr);
+                    CExploreProgress* progress = nullptr, ShapeReading reading = ShapeReading::Plain);
 
     const CCarvelotDoc& session;
     const AnalysisSettings& settings;
@@ -38,7 +38,7 @@ private:
         std::future<CRecordShapes> shapes;
         std::future<std::vector<TransactionStep>> transactionSteps;
     };
-    static Readers StartReading(const CDetailList& details, CExploreProgress* progress);
+    static Readers StartReading(const CDetailList& details, CExploreProgress* progress, ShapeReading reading);
 
     ExploredSession(const CCarvelotDoc& session, const AnalysisSettings& settings, CExploreProgress* progress,
                     Readers readers);

@@ -2,14 +2,47 @@
 
 #include "explore/FrameNames.h"
 #include "explore/StatementShape.h"
+#include "explore/StrictShape.h"
+#include "parse/Classifier.h"
 
 #include <algorithm>
 #include <array>
 
 namespace carvelot {
 
-CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progress) {
-    CShapeText shapeText;
+namespace {
+
+// As a statement is that still awaits its values, and one beside a silence.
+bool IsOfNoInterest(LogKind kind) { return kind == LOG_NONE || kind == LOG_GAP; }
+
+} // namespace
+
+CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progress, ShapeReading reading) {
+    if (reading == ShapeReading::Plain) {
+        CShapeText shapeText;
+        Read(details, progress, [&](RecordIndex record) {
+            return shapeText.Of(details.Text(record), OperationWordOf(details, record));
+        });
+    } else {
+        CStrictShapeText shapeText;
+        CPreparedStatement prepared;
+        std::uint32_t looked = 0;
+        Read(details, progress, [&](RecordIndex record) {
+            for (; looked < Number(record); ++looked) {
+                const RecordIndex before{looked};
+                if (IsOfNoInterest(details.Kind(before)) &&
+                    !FindOperationWord(details.Text(before)).empty()) {
+                    prepared.Prepare(details.Text(before));
+                }
+            }
+            return shapeText.Of(prepared.TakeFor(details.Text(record)), OperationWordOf(details, record));
+        });
+    }
+    AddPart(progress, ExploreParts::kRecordShapes);
+}
+
+template <class ShapeAt>
+void CRecordShapes::Read(const CDetailList& details, CExploreProgress* progress, ShapeAt shapeAt) {
     // Statements to one table have few shapes: mostly one of its latest, which a look tells more quickly than
     // a look-up of the whole text does.
     struct Latest {
@@ -24,7 +57,7 @@ CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progr
         if (details.Kind(record) != LOG_SQL) {
             continue;
         }
-        const std::string_view shape = shapeText.Of(details.Text(record), OperationWordOf(details, record));
+        const std::string_view shape = shapeAt(record);
         const std::uint32_t table = details.TableNumber(record);
         if (table >= latestOf.size()) {
             latestOf.resize(std::max<std::size_t>(table + 1, latestOf.size() * 2));
@@ -39,7 +72,6 @@ CRecordShapes::CRecordShapes(const CDetailList& details, CExploreProgress* progr
         }
         m_ofStatements.push_back(*found);
     }
-    AddPart(progress, ExploreParts::kRecordShapes);
 }
 
 } // namespace carvelot

@@ -11,9 +11,13 @@
 
 namespace carvelot {
 
+// Plain shapes show what is no literal, strict ones what cannot be a value (StrictShape.h).
+enum class ShapeReading : std::uint8_t { Plain, Strict };
+
 class CRecordShapes {
 public:
-    explicit CRecordShapes(const CDetailList& details, CExploreProgress* progress = nullptr);
+    explicit CRecordShapes(const CDetailList& details, CExploreProgress* progress = nullptr,
+                           ShapeReading reading = ShapeReading::Plain);
 
     // Shapes by first appearance.
     std::uint32_t Count() const { return static_cast<std::uint32_t>(m_shapes.Count()); }
@@ -22,6 +26,9 @@ public:
     const CLargeVector<std::uint32_t>& OfStatements() const { return m_ofStatements; }
 
 private:
+    template <class ShapeAt>
+    void Read(const CDetailList& details, CExploreProgress* progress, ShapeAt shapeAt);
+
     CInterner m_shapes; // a shape's number is its text's
     CLargeVector<std::uint32_t> m_ofStatements;
 };

@@ -25,6 +25,10 @@ public:
     explicit operator bool() const { return m_pState != nullptr; }
     /// A failure is also remembered: Commit fails then.
     bool Write(std::string_view bytes);
+    /// Leaves the writing to a library that opens files itself: gives the path of the new file, which it must
+    /// have closed ahead of Commit. Empty where the target can only be written in place; then nothing was
+    /// left.
+    std::string LeaveToOther();
     /// Ends the writing. False, with the target as it was, if anything failed, the closing of the file
     /// included.
     bool Commit(int* error = nullptr);

@@ -100,6 +100,11 @@ public:
         return OddField::In(fields) != 0 ? kNoSecond : fields & second;
     }
     std::uint64_t Fraction(RecordIndex record) const { return MicrosecondField::In(Packed(record).fields); }
+    // Whether a record has a label that it shares with no other. Few that have not say so too.
+    bool MayHaveOwnLabel(RecordIndex record) const {
+        const std::uint64_t fields = Packed(record).fields;
+        return OwnLabelField::In(fields) != 0 || OddField::In(fields) != 0;
+    }
     // Whether a word stands in any text, or perhaps only in what stands one behind the other in two texts.
     // `betweenBlocks` is called every few megabytes.
     bool MayHold(std::string_view word, const std::function<void()>& betweenBlocks) const;

@@ -1,5 +1,7 @@
 #include "records/LogDetail.h"
 
+#include <array>
+
 namespace carvelot {
 
 namespace {
@@ -9,6 +11,15 @@ namespace {
 constexpr std::uint64_t kBackwardStep = 46'799'999'999;
 
 } // namespace
+
+std::string_view KindName(LogKind kind) {
+    static constexpr std::array<std::string_view, 23> names = {
+        "no interest",   "SQL",      "BSFN call", "On",      "return", "parameter in",
+        "parameter out", "ER start", "ER end",    "",        "ERROR",  "cache",
+        "MANDATORY",     "WARN",     "SEVERE",    "ER line", "",       "SQL done",
+        "object call",   "UBE",      "JDB error", "gap",     "message"};
+    return names[kind];
+}
 
 float SecondsFromMicroseconds(std::uint64_t microseconds) {
     // As a signed number, with 2^64 added back to a negative one: that rounds twice, and a conversion as an

@@ -33,6 +33,9 @@ enum LogKind : std::uint8_t {
     LOG_MESSAGE = 22,
 };
 
+// What people call it: "BSFN call"; empty for a number that is never given.
+std::string_view KindName(LogKind kind);
+
 // Some kinds.
 class CKindSet {
 public:

@@ -60,6 +60,17 @@ std::optional<std::int64_t> ParseClock(std::string_view text) {
     return negative ? -value : value;
 }
 
+// A year as people write it.
+std::optional<int> ParseYear(std::string_view text) {
+    constexpr int first = 1980;
+    constexpr int last = 9999;
+    int year = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, year);
+    return error == std::errc{} && stop == end && year >= first && year <= last ? std::optional(year)
+                                                                                : std::nullopt;
+}
+
 // A whole number from 1 on; beyond what can be counted it is the most that can.
 std::optional<std::size_t> ParseTop(std::string_view text) {
     std::size_t value = 0;
@@ -115,6 +126,11 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     std::string to;
     std::string top;
     std::vector<std::string> dialects;
+    std::string table;
+    std::string database;
+    std::string format;
+    std::string year;
+    RowsOptions rows;
     bool explore = false;
     bool noCacheAnalysis = false;
 
@@ -152,11 +168,19 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
                        "Write where the time went to FILE, .folded, .speedscope.json, .trace.json or "
                        ".callgrind")
             ->type_name("FILE");
+    CLI::Option* const rowsOption =
+        app.add_option("--rows", table,
+                       "Print the rows of TABLE: " + TableNames() + "; several files are a log each")
+            ->type_name("TABLE");
+    CLI::Option* const sqliteOption =
+        app.add_option("--sqlite", database,
+                       "Write all these tables, with views for questions, to the SQLite database FILE")
+            ->type_name("FILE");
     treeOption->excludes(findOption)->excludes(exportOption);
     findOption->excludes(exportOption);
     // Each prints or writes something else than the report.
-    const std::array instead{treeOption,    findOption,    exportOption,
-                             exploreOption, compareOption, profileOption};
+    const std::array instead{treeOption,    findOption,    exportOption, exploreOption,
+                             compareOption, profileOption, rowsOption,   sqliteOption};
     CLI::Option* const scopeOption =
         app.add_option("--scope", scope, "Explore process:PID, thread:PID/TID or user:NAME only")
             ->type_name("SCOPE");
@@ -166,6 +190,26 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     CLI::Option* const toOption = app.add_option("--to", to, "Explore up to here")->type_name("SECONDS");
     CLI::Option* const topOption =
         app.add_option("--top", top, "Rows of each table of what is explored (default 10)")->type_name("N");
+    CLI::Option* const formatOption =
+        app.add_option("--format", format, "Print rows as csv (which is usual) or ndjson")
+            ->type_name("FORMAT");
+    CLI::Option* const hostOption =
+        app.add_option("--host", rows.tables.host,
+                       "The host that the logs are from, for the rows' column host")
+            ->type_name("NAME");
+    CLI::Option* const yearOption =
+        app.add_option("--year", year, "The year of the first record, for the rows' days")->type_name("YEAR");
+    CLI::Option* const shapesOption =
+        app.add_flag("--shapes-only", rows.tables.shapesOnly,
+                     "Leave out of the rows what may hold data: texts and values");
+    CLI::Option* const appendOption = app.add_flag(
+        "--append", rows.append, "Keep the logs that the database holds; one of them is replaced");
+    const std::array ofRows{hostOption, yearOption, shapesOption};
+    const std::array asRows{rowsOption, sqliteOption};
+    const std::array ofPrinted{formatOption};
+    const std::array printed{rowsOption};
+    const std::array ofDatabase{appendOption};
+    const std::array inDatabase{sqliteOption};
     const std::array partOptions{scopeOption, fromOption, toOption, topOption};
     const std::array exploring{exploreOption, compareOption, profileOption};
     CLI::Option* const thresholdOption =
@@ -227,6 +271,28 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     if (problem.empty()) {
         problem = MissingOption(partOptions, exploring);
     }
+    if (problem.empty()) {
+        problem = MissingOption(ofRows, asRows);
+    }
+    if (problem.empty()) {
+        problem = MissingOption(ofPrinted, printed);
+    }
+    if (problem.empty()) {
+        problem = MissingOption(ofDatabase, inDatabase);
+    }
+    if (problem.empty() && *rowsOption) {
+        rows.table = FindTable(table);
+        problem = rows.table != nullptr ? "" : "--rows takes " + TableNames();
+    }
+    if (problem.empty() && *formatOption) {
+        const std::optional<RowFormat> known = RowFormatOf(format);
+        rows.format = known.value_or(RowFormat::Csv);
+        problem = known ? "" : "--format takes csv or ndjson";
+    }
+    if (problem.empty() && *yearOption) {
+        rows.tables.year = ParseYear(year);
+        problem = rows.tables.year ? "" : "--year takes a year, 1980 to 9999";
+    }
     if (*compareOption) {
         asked.compareWith = base;
     }
@@ -273,6 +339,12 @@ std::optional<ReportOptions> ReadReportOptions(const std::vector<std::string>& a
     }
     if (explore || *compareOption || *profileOption) {
         options.explore = asked;
+    }
+    if (*sqliteOption) {
+        rows.database = database;
+    }
+    if (*rowsOption || *sqliteOption) {
+        options.rows = rows;
     }
     options.settings.m_bCacheAnalysis = !noCacheAnalysis;
     return options;

@@ -4,6 +4,8 @@
 #include "explore/Cut.h"
 #include "parse/Dialects.h"
 #include "records/AnalysisSettings.h"
+#include "tables/RowWriter.h"
+#include "tables/Tables.h"
 
 #include <cstdint>
 #include <iosfwd>
@@ -24,10 +26,19 @@ struct ExploreOptions {
     std::size_t top = kUsualTop;              // rows of each table of the text
 };
 
+// What is asked of a log as rows: printed, or in a database.
+struct RowsOptions {
+    const Table* table = nullptr; // printed
+    RowFormat format = RowFormat::Csv;
+    std::optional<std::string> database; // the file that takes all tables, in place of that
+    bool append = false;                 // beside the logs that it holds
+    TableOptions tables;
+};
+
 struct ReportOptions {
     static constexpr std::size_t kUsualWidth = 120;
 
-    std::vector<std::string> logs;    // several are the pieces of one; - is standard input
+    std::vector<std::string> logs; // several are the pieces of one, or one each as rows; - is standard input
     std::vector<std::string> members; // of a zip archive, those that are the log
     bool asGiven = false;             // they stand in their order
     bool json = false;
@@ -35,6 +46,7 @@ struct ReportOptions {
     std::optional<std::string> find;
     std::optional<std::string> exportGaps;
     std::optional<ExploreOptions> explore;
+    std::optional<RowsOptions> rows;
     std::uint32_t processFilter = 0;
     CDialects dialects;
     bool helpfulDialects = false; // those, too, that read more of the log

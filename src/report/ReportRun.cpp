@@ -4,11 +4,14 @@
 #include "explore/Scope.h"
 #include "lists/GapExport.h"
 #include "platform/PipeFile.h"
+#include "platform/Terminal.h"
 #include "report/ExploreRun.h"
 #include "report/JsonReport.h"
 #include "report/ReportOptions.h"
 #include "report/TextReport.h"
 #include "sources/PipeSource.h"
+#include "sqlite/LogDatabase.h"
+#include "tables/RowWriter.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -161,7 +164,7 @@ private:
         m_pending = {};
         CCarvelotDoc& session = m_session.emplace(m_options.settings, m_pending, m_host);
         session.m_nProcessFilter = m_options.processFilter;
-        session.m_bNumberLines = m_options.explore.has_value();
+        session.m_bNumberLines = m_options.explore.has_value() || m_options.rows.has_value();
         session.m_dialects = dialects;
         // For tests, and for a doubt whether the short ways of the parser read what is there.
         const char* const plain = std::getenv("CARVELOT_PLAIN_PARSE");
@@ -227,6 +230,52 @@ int RunOverSession(const ReportOptions& options, std::ostream& out, std::ostream
     return log.Status();
 }
 
+// A log that can't be read is told of, and the others are printed.
+int RunRows(const ReportOptions& options, std::ostream& out, std::ostream& err) {
+    int status = REPORT_DONE;
+    CRowWriter writer(out, *options.rows->table, options.rows->format);
+    for (const std::string& path : options.logs) {
+        CLoadedLog log(options, err);
+        if (!log.Load(path, options.members)) {
+            status = REPORT_FAILED;
+            continue;
+        }
+        writer.WriteRows(CTableSource(log.Session(), options.settings, options.rows->tables));
+        if (!out) {
+            break;
+        }
+        status = std::max(status, log.Status());
+    }
+    return status;
+}
+
+// All logs or none: a week that lacks a day would be taken for a whole one.
+int WriteDatabase(const ReportOptions& options, std::ostream& err) {
+    const std::string& path = *options.rows->database;
+    int status = REPORT_DONE;
+    CLogDatabase database;
+    std::string problem;
+    bool isDone = database.Create(path, options.rows->append, problem);
+    for (const std::string& log : options.logs) {
+        if (!isDone) {
+            break;
+        }
+        CLoadedLog loaded(options, err);
+        if (!loaded.Load(log, options.members)) {
+            return REPORT_FAILED;
+        }
+        isDone =
+            database.Add(CTableSource(loaded.Session(), options.settings, options.rows->tables), problem);
+        status = std::max(status, loaded.Status());
+    }
+    isDone = isDone && database.Commit(problem);
+    if (!isDone) {
+        err << path << ": " << problem << '\n';
+        return REPORT_FAILED;
+    }
+    return status;
+}
+
 int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err, std::size_t width) {
     int status = REPORT_DONE;
     std::optional<ReportOptions> options = ReadReportOptions(arguments, out, err, status);
@@ -234,9 +283,20 @@ int Run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         return status;
     }
     options->width = width;
-    status = options->explore ? RunExplore(*options, out, err) : RunOverSession(*options, out, err);
+    if (options->rows && options->rows->database) {
+        return WriteDatabase(*options, err);
+    }
+    if (options->rows) {
+        platform::KeepLineEnds();
+    }
+    status = options->explore ? RunExplore(*options, out, err)
+             : options->rows  ? RunRows(*options, out, err)
+                              : RunOverSession(*options, out, err);
     out.flush();
     if (!out) {
+        if (options->rows && platform::IsReaderGone()) {
+            return REPORT_FAILED;
+        }
         err << "Failed to write the report.\n";
         return REPORT_FAILED;
     }

@@ -18,15 +18,6 @@ namespace {
 // Lists are cut here: the first rows are the ones that matter, and the window shows the rest.
 constexpr std::size_t kMostRows = 15;
 
-std::string_view KindName(std::size_t kind) {
-    static constexpr std::array<std::string_view, 23> names = {
-        "no interest",   "SQL",      "BSFN call", "On",      "return", "parameter in",
-        "parameter out", "ER start", "ER end",    "",        "ERROR",  "cache",
-        "MANDATORY",     "WARN",     "SEVERE",    "ER line", "",       "SQL done",
-        "object call",   "UBE",      "JDB error", "gap",     "message"};
-    return names[kind];
-}
-
 void PrintKinds(const CCarvelotDoc& session, std::ostream& out) {
     std::array<std::size_t, 23> counts{};
     for (std::uint32_t i = 0; i < session.m_listDetails.Size(); ++i) {
@@ -35,7 +26,7 @@ void PrintKinds(const CCarvelotDoc& session, std::ostream& out) {
     CTextTable table({{"kind", L}, {"records", R}});
     for (std::size_t kind = 0; kind < counts.size(); ++kind) {
         if (counts[kind] > 0) {
-            table.Add({std::string(KindName(kind)), Grouped(counts[kind])});
+            table.Add({std::string(KindName(static_cast<LogKind>(kind))), Grouped(counts[kind])});
         }
     }
     table.Print(out, "Records by kind", session.m_listDetails.Size());

@@ -21,10 +21,7 @@ public:
     using Ch = char;
 
     explicit CBlockStream(std::ostream& out) : m_out(out) { m_block.reserve(kBlock); }
-    ~CBlockStream() {
-        m_block.push_back('\n');
-        Send();
-    }
+    ~CBlockStream() { Send(); }
     CBlockStream(const CBlockStream&) = delete;
     CBlockStream& operator=(const CBlockStream&) = delete;
 
@@ -34,7 +31,15 @@ public:
         }
         m_block.push_back(c);
     }
+    void Put(std::string_view text) {
+        if (m_block.size() + text.size() > kBlock) {
+            Send();
+        }
+        m_block.append(text);
+    }
     void Flush() {}
+    // Whether all blocks so far went out.
+    bool IsTaken() const { return m_out.good(); }
 
 private:
     static constexpr std::size_t kBlock = 1U << 16U;
@@ -51,6 +56,9 @@ private:
 class CJsonWriter {
 public:
     explicit CJsonWriter(std::ostream& out) : m_stream(out), m_writer(m_stream) {}
+    ~CJsonWriter() { m_stream.Put('\n'); }
+    CJsonWriter(const CJsonWriter&) = delete;
+    CJsonWriter& operator=(const CJsonWriter&) = delete;
 
     // Opens an object or a list for as long as it lives.
     class CObject {

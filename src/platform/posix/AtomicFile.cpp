@@ -200,6 +200,10 @@ bool AtomicFile::Write(std::string_view bytes) {
     return m_pState->m_nError == 0;
 }
 
+std::string AtomicFile::LeaveToOther() {
+    return m_pState == nullptr ? std::string() : m_pState->m_strTemporary;
+}
+
 bool AtomicFile::Commit(int* error) {
     if (m_pState == nullptr) {
         SetError(error, EBADF);

@@ -1,5 +1,6 @@
 #include "platform/Terminal.h"
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -11,6 +12,13 @@ std::optional<std::size_t> TerminalColumns() {
         return std::nullopt;
     }
     return size.ws_col;
+}
+
+void KeepLineEnds() {}
+
+bool IsReaderGone() {
+    pollfd output{STDOUT_FILENO, POLLOUT, 0};
+    return poll(&output, 1, 0) == 1 && (output.revents & POLLERR) != 0;
 }
 
 } // namespace carvelot::platform

@@ -90,6 +90,15 @@ struct AtomicFile::State {
                 return;
             }
         }
+        if (!m_file) {
+            // Someone else wrote it.
+            m_file = WindowsHandle(CreateFileW(m_strTemporary.c_str(), GENERIC_WRITE, 0, nullptr,
+                                               OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+            Check(static_cast<bool>(m_file));
+            if (!m_file) {
+                return;
+            }
+        }
         Flush();
         if (m_nError == ERROR_SUCCESS && m_way != Way::Direct) {
             Check(FlushFileBuffers(m_file.Get()) != 0);
@@ -163,6 +172,14 @@ bool AtomicFile::Write(std::string_view bytes) {
         m_pState->Flush();
     }
     return m_pState->m_nError == ERROR_SUCCESS;
+}
+
+std::string AtomicFile::LeaveToOther() {
+    if (m_pState == nullptr || m_pState->m_strTemporary.empty()) {
+        return {};
+    }
+    m_pState->m_file.Close();
+    return FromWide(m_pState->m_strTemporary);
 }
 
 bool AtomicFile::Commit(int* error) {

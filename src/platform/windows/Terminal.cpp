@@ -1,5 +1,8 @@
 #include "platform/Terminal.h"
 
+#include <cstdio>
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 
 namespace carvelot::platform {
@@ -12,6 +15,15 @@ std::optional<std::size_t> TerminalColumns() {
     }
     // A console wraps what fills its last column.
     return static_cast<std::size_t>(info.srWindow.Right - info.srWindow.Left);
+}
+
+void KeepLineEnds() { _setmode(_fileno(stdout), _O_BINARY); }
+
+bool IsReaderGone() {
+    const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD written = 0;
+    return GetFileType(output) == FILE_TYPE_PIPE && !WriteFile(output, "", 0, &written, nullptr) &&
+           (GetLastError() == ERROR_NO_DATA || GetLastError() == ERROR_BROKEN_PIPE);
 }
 
 } // namespace carvelot::platform
