@@ -55,7 +55,7 @@ def check_content(folder):
     equal("no program is there in vain", set(programs), needed)
     equal("the other files", [name for name in names if name.lower() not in programs],
           ["LICENSE.txt", "README.txt", "licenses/GCC-runtime.txt", "licenses/GPL-3.txt", "licenses/LGPL-3.txt",
-           "licenses/Qt.txt", "licenses/libarchive.txt", "licenses/mingw-w64.txt", "licenses/zlib.txt",
+           "licenses/Qt.txt", "licenses/SQLite.txt", "licenses/libarchive.txt", "licenses/mingw-w64.txt", "licenses/zlib.txt",
            "licenses/zstd.txt"])
     for name in names:
         if name.endswith(".txt"):
