@@ -30,8 +30,8 @@ public:
     virtual void PrintOutput(std::string_view text) = 0;
     virtual void BeginWaitCursor() {}
     virtual void EndWaitCursor() {}
-    // Bytes of the file that have been parsed, of 0 where nobody knows how many there are; called now and then
-    // during a load, in which the session must be left alone.
+    // Bytes of the file that have been parsed, of 0 where nobody knows how many there are; called now and
+    // then during a load, in which the session must be left alone.
     virtual void LoadProgress(std::uint64_t /*done*/, std::uint64_t /*total*/) {}
     // Of a load that has told of its progress there is no more.
     virtual void EndLoadProgress() {}
