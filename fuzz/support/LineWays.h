@@ -5,7 +5,7 @@
 #include "records/DetailList.h"
 #include "sources/MemorySource.h"
 #include "support/FuzzFile.h"
-#include "support/SameSessions.h"
+#include "support/SameRecords.h"
 
 #include <string>
 #include <string_view>

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "session/CarvelotDoc.h"
+#include "support/SameRecords.h"
 
 #include <string>
 
@@ -10,7 +11,5 @@ namespace carvelot::test {
 // The first difference between what two loads learnt and kept: state, records with all their fields, lines
 // that became none, and the lists of processes, threads and users; empty when there is none.
 std::string DifferenceOf(const CCarvelotDoc& one, const CCarvelotDoc& other);
-// The same of records alone.
-std::string DifferenceOf(const CDetailList& one, const CDetailList& other);
 
 } // namespace carvelot::test
