@@ -7,6 +7,7 @@
 #include "ui/ExploreSupport.h"
 
 #include <QApplication>
+#include <QEventLoop>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -249,6 +250,22 @@ void Measure(CSessionRun& run, const std::string& log, const std::string& thread
     close();
 }
 
+// Asleep but for events, as the program is: a loop that asks again and again would take a core from the
+// exploring.
+void WaitForExploring(const CExploration& exploration) {
+    QEventLoop loop;
+    const auto connection =
+        QObject::connect(&exploration, &CExploration::ProgressChanged, &loop, [&loop](int percent) {
+            if (percent < 0) {
+                loop.quit();
+            }
+        });
+    if (exploration.Progress() >= 0) {
+        loop.exec();
+    }
+    QObject::disconnect(connection);
+}
+
 // From a loaded log to its Overview, painted.
 void MeasureOverview(CSessionRun& run, const char* what, const std::string& log) {
     const double load = Least(5, [&] { return LoadInCore(log); });
@@ -256,9 +273,7 @@ void MeasureOverview(CSessionRun& run, const char* what, const std::string& log)
         CChildFrame* const session = run.Open(ToQString(log));
         const double time = Seconds([&] {
             run.Frame().RunCommand(ID_EXPLORE_OVERVIEW);
-            while (ExplorationOf(*session).Progress() >= 0) {
-                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
-            }
+            WaitForExploring(ExplorationOf(*session));
             run.Frame().ActiveChild()->grab();
         });
         session->CloseWindow();

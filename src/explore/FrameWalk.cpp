@@ -2,6 +2,7 @@
 
 #include "analysis/BSFNAnalysis.h"
 #include "explore/FrameNames.h"
+#include "explore/TextsAhead.h"
 
 #include <algorithm>
 
@@ -14,9 +15,11 @@ CFrameWalk::CFrameWalk(CFrames& frames, const CCarvelotDoc& session, const CCloc
       m_streams(streams.Count()) {}
 
 void CFrameWalk::Run(CExploreProgress* progress) {
+    constexpr CKindSet namedByText{LOG_CALL, LOG_RETURN, LOG_EVENT_START, LOG_OBJECT_CALL};
     const auto count = static_cast<std::uint32_t>(m_details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         CheckAt(progress, i);
+        FetchTextAhead(m_details, i, namedByText);
         Take(RecordIndex{i});
     }
     for (std::uint32_t number = 0; number < m_streams.size(); ++number) {

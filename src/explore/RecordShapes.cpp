@@ -3,6 +3,7 @@
 #include "explore/FrameNames.h"
 #include "explore/StatementShape.h"
 #include "explore/StrictShape.h"
+#include "explore/TextsAhead.h"
 #include "parse/Classifier.h"
 
 #include <algorithm>
@@ -53,6 +54,7 @@ void CRecordShapes::Read(const CDetailList& details, CExploreProgress* progress,
     const auto count = static_cast<std::uint32_t>(details.Size());
     for (std::uint32_t i = 0; i < count; ++i) {
         CheckAt(progress, i);
+        FetchTextAhead(details, i, CKindSet{LOG_SQL});
         const RecordIndex record{i};
         if (details.Kind(record) != LOG_SQL) {
             continue;

@@ -81,6 +81,13 @@ public:
     }
     std::string_view User(RecordIndex record) const { return m_words.Text(Context(record).user); }
     std::string_view Text(RecordIndex record) const;
+    // Has the beginning of a text brought into the cache, for who reads it a little later.
+    [[gnu::always_inline]] inline void FetchText(RecordIndex record) const {
+        const PackedDetail& packed = Packed(record);
+        if (LengthField::In(packed.text) != 0) {
+            m_texts.Fetch(OffsetField::In(packed.text));
+        }
+    }
     bool TextIsAscii(RecordIndex record) const { return AsciiField::In(Packed(record).fields) != 0; }
     std::uint64_t Time(RecordIndex record) const {
         const std::uint64_t fields = Packed(record).fields;

@@ -43,6 +43,16 @@ public:
 
     std::string_view View(Offset offset, std::size_t length) const { return {&m_bytes[offset], length}; }
 
+    // Has the beginning of a text brought into the cache. Were it no part of its caller, g++ 12 would take a
+    // call that changes nothing for none.
+    [[gnu::always_inline]] inline void Fetch(Offset offset) const {
+#if defined(__GNUC__)
+        for (std::size_t line = 0; line < 3; ++line) {
+            __builtin_prefetch(&m_bytes[offset] + 64 * line);
+        }
+#endif
+    }
+
     // The text from `offset` up to the first of two characters, one of which the caller knows to be there.
     std::string_view ViewUpTo(Offset offset, char end, char otherEnd) const;
 
