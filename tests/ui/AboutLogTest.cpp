@@ -162,6 +162,30 @@ private slots:
         QCOMPARE(session->TabTip(), session->windowTitle());
     }
 
+    // Where no stamp was read they stood by name.
+    void piecesStandByTheStampsThatADialectReads() {
+        std::string atEight = kFrench;
+        atEight.replace(atEight.find("09:"), 3, "08:");
+        const QString later = m_pRun->Write(QStringLiteral("a.log"), FrenchLines());
+        const QString earlier = m_pRun->Write(QStringLiteral("b.log"), std::vector<std::string>(4, atEight));
+        QVERIFY(theApp().OpenPieces({later, earlier}) != nullptr);
+        CSessionRun::Settle();
+        auto* const session = qobject_cast<CChildFrame*>(m_pRun->Frame().ActiveChild());
+        const auto paths = [session] {
+            QStringList list;
+            for (const LogPiece& piece : session->SessionDocument().Session().m_listPieces) {
+                list.append(ToQString(piece.path));
+            }
+            return list;
+        };
+        QCOMPARE(paths(), (QStringList{later, earlier}));
+        QCOMPARE(Records(*session), 0U);
+        session->SessionDocument().ReadWith(kMonths);
+        QCOMPARE(paths(), (QStringList{earlier, later}));
+        QCOMPARE(Records(*session), 12U);
+        QCOMPARE(session->SessionDocument().Session().m_listPieces[1].firstRecord, 4U);
+    }
+
     void theOverviewLeadsThere() {
         CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), ExploredLines());
         auto* const overview = OpenExplore<COverviewFrame>(*m_pRun, *session, ID_EXPLORE_OVERVIEW);

@@ -5,7 +5,9 @@
 #include "ui/session/ChooseMembersDlg.h"
 
 #include <QDialogButtonBox>
+#include <QDragEnterEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QProgressDialog>
 #include <QPushButton>
 #include <QRadioButton>
@@ -65,6 +67,27 @@ private slots:
         QCOMPARE(frame->windowTitle(), zip + "!logs/a.log");
         QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), ToUtf8(QDir::toNativeSeparators(zip)));
         QCOMPARE(theApp().OpenDocumentFile(zip), frame->GetActiveDocument()); // it is open already
+    }
+
+    void aDroppedArchiveOpensAndIsARecentFile() {
+        const QString path = m_pRun->WriteBytes("a.zip", Zip({{"logs/a.log", LogText()}}));
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(path)});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&m_pRun->Frame(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(60, 60), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&m_pRun->Frame(), &drop);
+        QTRY_VERIFY(m_pRun->Frame().ActiveChild() != nullptr);
+        QCOMPARE(SessionOf(m_pRun->Frame().ActiveChild()).m_listDetails.Size(), std::size_t{3});
+        m_pRun->Frame().ActiveChild()->CloseWindow();
+        CSessionRun::Settle();
+        // After a restart too.
+        m_pRun->Restart();
+        QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), ToUtf8(QDir::toNativeSeparators(path)));
+        QVERIFY(theApp().OpenDocumentFile(ToQString(theApp().m_recentFiles.m_listPaths.front())) != nullptr);
+        QCOMPARE(m_pRun->Frame().ActiveChild()->windowTitle(), path + "!logs/a.log");
+        QCOMPARE(SessionOf(m_pRun->Frame().ActiveChild()).m_listDetails.Size(), std::size_t{3});
     }
 
     void theOpenDialogNamesTheKinds() {

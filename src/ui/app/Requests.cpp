@@ -1,6 +1,7 @@
 // What one window wants of another: it is connected here and nowhere else.
 #include "ui/app/Requests.h"
 
+#include "explore/PieceOrder.h"
 #include "session/LogFacts.h"
 #include "ui/app/CarvelotApp.h"
 #include "ui/app/MainFrame.h"
@@ -163,6 +164,7 @@ void AskForDialects(CSessionDocument& document, const CExploration& exploration)
 
 void ConnectDialects(CSessionDocument& document, const CExploration& exploration) {
     document.m_fnKeptDialects = [](const QString& path) { return theApp().KeptDialects(path); };
+    document.m_fnOrderPieces = PiecesByTime;
     QObject::connect(&document, &CSessionDocument::DialectsChosen, &document,
                      [](const QString& path, CDialects dialects) { theApp().KeepDialects(path, dialects); });
     QObject::connect(&document, &CSessionDocument::RecordsGrew, &document, &ShowWhetherManyLinesAreUnread);

@@ -52,10 +52,19 @@ void CSessionDocument::RecallDialects(const QString& path) {
 
 void CSessionDocument::ReadWith(CDialects dialects) {
     m_session.m_dialects = dialects;
-    m_session.OnAnalyze();
     if (m_session.m_listPieces.empty()) {
+        m_session.OnAnalyze();
         emit DialectsChosen(PathInTitle(), dialects);
+        return;
     }
+    if (m_fnOrderPieces) {
+        std::vector<std::string> paths;
+        for (const LogPiece& piece : m_session.m_listPieces) {
+            paths.push_back(piece.path);
+        }
+        m_session.m_listPieces = m_fnOrderPieces(paths, dialects);
+    }
+    m_session.OnAnalyze();
 }
 
 void CSessionDocument::ShowGrowth() {

@@ -7,6 +7,8 @@
 #include "ui/session/SessionHost.h"
 
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace carvelot {
 
@@ -27,6 +29,8 @@ public:
 
     // The dialects that a path was read with when it was opened last.
     std::function<CDialects(const QString& path)> m_fnKeptDialects;
+    // The order of a log's pieces, which the dialect has a say in.
+    std::function<std::vector<LogPiece>(const std::vector<std::string>& paths, CDialects)> m_fnOrderPieces;
     // Those that are kept with a path are in force for its load.
     void RecallDialects(const QString& path);
     // Its log was read on, or read anew: the windows show it.
