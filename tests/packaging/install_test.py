@@ -17,6 +17,7 @@ import unittest
 import spdx
 
 CMAKE, BUILD, SOURCE = sys.argv[1:4]
+TOOLS = {"LC_ALL": "C", "PATH": os.environ["PATH"]}
 VALUE_OPTION = re.compile(r"^  (--[a-z-]+) [A-Z]+", re.M)
 
 
@@ -96,6 +97,25 @@ class Installed(unittest.TestCase):
         told = output_of(self.report, sample, cwd="/", env={"PATH": "/usr/bin:/bin"})
         self.assertIn("Calling Business function F00095ReserveRecord", told)
 
+    def test_the_programs_are_hard_to_turn_around(self):
+        for program in os.listdir(self.path("bin")):
+            told = output_of("readelf", "-hldW", self.path("bin/" + program), env=TOOLS)
+            self.assertRegex(told, r"Type: +DYN")  # stands anywhere
+            self.assertIn("GNU_RELRO", told)
+            self.assertRegex(told, r"\(FLAGS\).*BIND_NOW|\(FLAGS_1\).*NOW")
+            self.assertNotRegex(told, r"GNU_STACK.* RWE ")
+            self.assertNotRegex(told, r"\((RPATH|RUNPATH|TEXTREL)\)")
+
+    def test_the_programs_open_no_connection(self):
+        for program in os.listdir(self.path("bin")):
+            path = self.path("bin/" + program)
+            self.assertNotRegex(output_of("readelf", "-dW", path, env=TOOLS), r"NEEDED.*(Network|curl|ssl)")
+            called = {line.split()[-1].split("@")[0] for line in output_of("nm", "-D", "--undefined-only", path).splitlines()}
+            self.assertIn("open", {name.removesuffix("64") for name in called})
+            self.assertEqual(called & {"accept", "bind", "connect", "getaddrinfo", "gethostbyname", "socket"}, set())
+            if program == "carvelot-report":
+                self.assertEqual({name for name in called if re.match(r"(exec|fork|posix_spawn|popen|system$|vfork)", name)}, set())
+
     def test_versions_agree(self):
         version = output_of(self.report, "--version").split()[1]
         changelog = self.text("share/doc/carvelot/changelog.gz")
@@ -163,7 +183,7 @@ class Installed(unittest.TestCase):
         self.assertEqual(spdx.problems(self.bill, self.prefix), [])
         libraries = spdx.libraries_of(self.bill, "carvelot-report")
         self.assertLessEqual({"CLI11", "RapidJSON"}, libraries)
-        needed = re.findall(r"\(NEEDED\)", output_of("readelf", "-dW", self.report, env={"LC_ALL": "C", "PATH": os.environ["PATH"]}))
+        needed = re.findall(r"\(NEEDED\)", output_of("readelf", "-dW", self.report, env=TOOLS))
         self.assertEqual(len(libraries), len(needed) + 2)
 
     def test_a_bill_that_is_wrong_is_found(self):

@@ -1,17 +1,21 @@
 #!/usr/bin/env bash
 # tests/packaging/same_bytes.sh PACKAGE PRESET: builds the sources once more, in another folder, for another user's rights, clock and
-# language and without a cache of compiled files, and compares the package with PACKAGE, byte by byte. It takes as long
-# as the two programs take to build.
+# language, and compares the package with PACKAGE, byte by byte.
+#
+# It takes as long as the two programs take to build. Where compiled files are kept (CMAKE_CXX_COMPILER_LAUNCHER=ccache), those of the other
+# folder are kept apart, so that none of PACKAGE's is taken for one of its own.
 set -euo pipefail
 package=$(realpath "$1")
 preset=$2
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 . cmake/setup.sh
 
-elsewhere=$(mktemp -d)
-trap 'rm -rf "$elsewhere"' EXIT
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/carvelot
+elsewhere=$PWD/build/$preset/package-elsewhere
 copy=$elsewhere/a-folder-of-another-name/carvelot
-mkdir -p "$copy"
+rm -rf "$elsewhere"
+trap 'rm -rf "$elsewhere"' EXIT
+mkdir -p "$copy" "$elsewhere/home"
 # As they are here, committed or not.
 git ls-files -z --cached --others --exclude-standard | while IFS= read -r -d '' file; do
     if [[ -e $file ]]; then
@@ -24,8 +28,8 @@ say "building the package in another folder"
 (
     umask 027
     cd "$copy"
-    env -u CMAKE_CXX_COMPILER_LAUNCHER -u CMAKE_C_COMPILER_LAUNCHER CCACHE_DISABLE=1 SOURCE_DATE_EPOCH="$epoch" PRESET="$preset" \
-        TZ=Pacific/Kiritimati LC_ALL=C HOME="$elsewhere" packaging/linux/build
+    env -u CCACHE_BASEDIR -u CCACHE_NOHASHDIR CCACHE_DIR="$cache/ccache-elsewhere" SOURCE_DATE_EPOCH="$epoch" PRESET="$preset" \
+        TZ=Pacific/Kiritimati LC_ALL=C HOME="$elsewhere/home" packaging/linux/build
 )
 other=$copy/build/$preset/package/$(basename "$package")
 if cmp "$package" "$other"; then
