@@ -8,7 +8,7 @@ import re
 IDENTIFIER = re.compile(r"SPDXRef-[A-Za-z0-9.-]+$")
 LICENCE = re.compile(r"[A-Za-z0-9.+-]+( WITH [A-Za-z0-9.-]+)?( (OR|AND) [A-Za-z0-9.+-]+( WITH [A-Za-z0-9.-]+)?)*$")
 CREATOR = re.compile(r"(Tool|Organization|Person): \S")
-RELATIONS = {"DESCRIBES", "CONTAINS", "DYNAMIC_LINK", "STATIC_LINK"}
+RELATIONS = {"DESCRIBES", "CONTAINS", "DYNAMIC_LINK", "STATIC_LINK", "GENERATED_FROM"}
 
 
 def files_below(root):
@@ -88,7 +88,7 @@ def problems(path, root):
         need(("SPDXRef-DOCUMENT", "DESCRIBES", whole[0]["SPDXID"]) in relations, "DESCRIBES")
         contained = {other for one, kind, other in relations if kind == "CONTAINS" and one == whole[0]["SPDXID"]}
         need(contained == {file["SPDXID"] for file in files}, "CONTAINS")
-    linked = {other for _, kind, other in relations if kind.endswith("_LINK")}
+    linked = {other for _, kind, other in relations if kind.endswith("_LINK") or kind == "GENERATED_FROM"}
     need(linked == {package["SPDXID"] for package in packages if package not in whole}, "a library that nothing is linked to")
     return found
 
