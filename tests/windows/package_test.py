@@ -14,7 +14,9 @@ import time
 import zipfile
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../packaging"))
 import pe  # noqa: E402
+import spdx  # noqa: E402
 from desktop import SOURCE, Desktop  # noqa: E402
 from window_smoke import answer, equal, first_start, not_blank  # noqa: E402
 
@@ -54,9 +56,10 @@ def check_content(folder):
     equal("nothing that a program needs is missing", missing, set())
     equal("no program is there in vain", set(programs), needed)
     equal("the other files", [name for name in names if name.lower() not in programs],
-          ["LICENSE.txt", "README.txt", "licenses/GCC-runtime.txt", "licenses/GPL-3.txt", "licenses/LGPL-3.txt",
-           "licenses/Qt.txt", "licenses/SQLite.txt", "licenses/libarchive.txt", "licenses/mingw-w64.txt", "licenses/zlib.txt",
+          ["LICENSE.txt", "README.txt", "carvelot.spdx.json", "licenses/CLI11.txt", "licenses/GCC-runtime.txt", "licenses/GPL-3.txt", "licenses/LGPL-3.txt",
+           "licenses/Qt.txt", "licenses/RapidJSON.txt", "licenses/SQLite.txt", "licenses/libarchive.txt", "licenses/mingw-w64.txt", "licenses/zlib.txt",
            "licenses/zstd.txt"])
+    equal("what is wrong with the bill of materials", spdx.problems(os.path.join(folder, "carvelot.spdx.json"), folder), [])
     for name in names:
         if name.endswith(".txt"):
             with open(os.path.join(folder, name), "rb") as file:
