@@ -60,6 +60,7 @@ fail_with() {
     packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
     # Node and npm come too where they are not there in another version.
     packages_readers=(valgrind python3 python3-jsonschema)
+    packages_fleet=(clickhouse-server clickhouse-client)
     packages_lint=(clang-format-14 clang-tidy-14 libbenchmark-dev shellcheck)
     packages_mingw=(g++-mingw-w64-x86-64-posix libz-mingw-w64-dev xz-utils)
     packages_windows=("${packages_mingw[@]}" googletest wine wine64)
