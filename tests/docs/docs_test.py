@@ -18,7 +18,7 @@ FENCE = re.compile(r"(?:<!--\s*(?P<command>[^\n]*?)\s*-->\n+)?^```[^\n]*\n(?P<bo
 INLINE = re.compile(r"`([^`\n]+)`")
 # What begins a command in our pages.
 PROGRAM = re.compile(
-    r"^(?:[A-Z_]+=\S+ )*(?P<program>\./\S+|(?:build|bench|fuzz|packaging|simulator|tests|docs|samples)/\S+|cmake|ctest|"
+    r"^(?:[A-Z_]+=\S+ )*(?P<program>\./\S+|(?:build|bench|fleet|fuzz|packaging|simulator|tests|docs|samples)/\S+|cmake|ctest|"
     r"carvelot-report)(?P<rest>(?: .*)?)$")
 OPTION = re.compile(r"^--[a-z_-]+")
 FILLED_IN = {"LOG": "samples/order-entry.log", "TEXT": "order", "FILE": "x.csv", "SCOPE": "process:1"}
