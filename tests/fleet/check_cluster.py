@@ -186,19 +186,19 @@ class Fleet:
         for path in paths:
             self.logs[host, path] = Log(self.programs, host, path)
 
-    def load_command(self, host, paths, *options):
-        return [os.path.join(SOURCE, "fleet", "load"), "--host", host, "--year", str(YEAR), *options,
+    def load_command(self, host, paths, *options, year=YEAR):
+        return [os.path.join(SOURCE, "fleet", "load"), "--host", host, *(("--year", str(year)) if year else ()), *options,
                 *(server.name for server in self.servers), *paths]
 
     def environment(self):
         return {**os.environ, "CARVELOT_REPORT": os.path.join(self.programs, "carvelot-report")}
 
-    def load(self, host, paths, *options):
-        return subprocess.run(self.load_command(host, paths, *options), env=self.environment(), capture_output=True,
+    def load(self, host, paths, *options, **year):
+        return subprocess.run(self.load_command(host, paths, *options, **year), env=self.environment(), capture_output=True,
                               text=True, stdin=subprocess.DEVNULL, check=False)
 
-    def loads(self, what, host, paths, *options):
-        done = self.load(host, paths, *options)
+    def loads(self, what, host, paths, *options, **year):
+        done = self.load(host, paths, *options, **year)
         expect(f"{what}: status", (done.returncode, done.stderr), (0, ""))
         return done
 
@@ -569,6 +569,23 @@ def check_deleted(fleet):
     tell(f"rows of {deleted} loads that broke off or were replaced are deleted from both servers")
 
 
+def check_year(fleet, folder):
+    """Without --year it is that of the file's last change, or the one before."""
+    server, host = fleet.servers[0], "jde13"
+    changes = {"same year.log": datetime.datetime(YEAR, 9, 10, 20), "next year.log": datetime.datetime(YEAR + 1, 1, 2, 3)}
+    paths = []
+    for at, (name, changed) in enumerate(changes.items()):
+        paths.append(write(folder, host, name, moved(made_log(fleet.programs, "debug", 600 + at), WEEKS[1], 17, False)))
+        os.utime(paths[-1], (changed.timestamp(), changed.timestamp()))
+    fleet.loads("without a year", host, paths, year=None)
+    again = fleet.loads("without a year, again", host, paths, year=None)
+    expect("without a year, again: passed over", again.stdout.count("has not changed"), len(paths))
+    fleet.expects(host, *paths)
+    expect("the years that were found", server.ask(f"SELECT log, options, day FROM carvelot.loads WHERE host = '{host}' ORDER BY log"),
+           [(path, f"year={YEAR}", str(WEEKS[1])) for path in sorted(paths)])
+    check_rows("without a year", fleet, server, host)
+
+
 def check_forget(fleet, paths):
     """The first week goes, the second one stays."""
     done = subprocess.run([os.path.join(SOURCE, "fleet", "forget"), "2025-09-08", *(server.name for server in fleet.servers)],
@@ -651,6 +668,7 @@ def main():
         check_change(fleet, paths, logs)
         check_server_killed(fleet, logs)
         check_loader_killed(fleet, logs)
+        check_year(fleet, logs)
         check_deleted(fleet)
         check_queries("after all kills", fleet)
         check_forget(fleet, paths)
