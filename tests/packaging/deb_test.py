@@ -4,7 +4,8 @@
 deb_test.py PACKAGE REPORT SAMPLE CACHE
 
 REPORT is the carvelot-report that the package was made with, CACHE a folder that keeps the base system between runs (remove
-base.tar there for a new one). It must run as root. The mirrors and the way to them are those of this machine's apt.
+base.tar there for a new one). It must run as root. The mirrors and the way to them are those of this machine's apt. Exit 77: no
+such system can be made or run here; the reason is printed.
 """
 
 import hashlib
@@ -32,6 +33,11 @@ def fail(message):
     sys.exit(f"failed: {message}")
 
 
+def skip(reason):
+    print(f"skipped: {reason}", flush=True)
+    sys.exit(77)
+
+
 def run(*command, **more):
     done = subprocess.run(command, capture_output=True, text=True, check=False, **{"stdin": subprocess.DEVNULL} | more)
     if done.returncode != 0:
@@ -57,7 +63,10 @@ def make_base(cache):
     with tempfile.TemporaryDirectory(dir=cache) as scratch:
         root = os.path.join(scratch, "root")
         mirror = next(line.split()[0] for line in archives() if line.split()[1] == CODENAME)
-        run("debootstrap", "--variant=minbase", CODENAME, root, mirror)
+        made = subprocess.run(["debootstrap", "--variant=minbase", CODENAME, root, mirror], capture_output=True, text=True,
+                              stdin=subprocess.DEVNULL, check=False)
+        if made.returncode != 0:
+            skip(f"no base system can be made here:\n{made.stdout[-1000:]}{made.stderr[-1000:]}")
         run("tar", "-C", root, "-cf", kept + ".new", ".")
     os.rename(kept + ".new", kept)
     return kept
@@ -142,6 +151,8 @@ def main():
     check_package(package)
     print("== lintian finds nothing, and the bill of materials is whole", flush=True)
 
+    if subprocess.run(["unshare", "--mount", "--pid", "--fork", "--kill-child", "true"], check=False).returncode != 0:
+        skip("no system can be run in a folder here")
     os.makedirs(cache, exist_ok=True)
     with tempfile.TemporaryDirectory(dir=cache) as scratch:
         root = os.path.join(scratch, "root")
