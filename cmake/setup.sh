@@ -67,7 +67,7 @@ fail_with() {
     packages_windows_window=(xvfb fonts-wine fonts-liberation)
     packages_windows_qt=(dpkg-dev)
     packages_windows_libs=(dpkg-dev tcl)
-    packages_windows_package=(nsis python3)
+    packages_windows_package=(nsis python3 wixl msitools faketime osslsigncode openssl)
     packages_linux_package=(dpkg-dev file python3)
     packages_linux_test=(appstream debootstrap desktop-file-utils libglib2.0-bin lintian man-db shared-mime-info xdotool
         xvfb zsh)

@@ -6,6 +6,7 @@
 ;   SIZE      what they take on a disk, in KB
 ;   ICON      the program's icon
 ;   OUTPUT    the installer to write
+;   SIGN      a program that signs the file that it is given
 
 Unicode true
 Target amd64-unicode
@@ -30,6 +31,8 @@ VIAddVersionKey FileDescription "Installer of Carvelot"
 VIAddVersionKey FileVersion "${VERSION}"
 VIAddVersionKey ProductVersion "${VERSION}"
 VIAddVersionKey LegalCopyright "MIT licence"
+
+!uninstfinalize '"${SIGN}" "%1"' = 0
 
 !define UNINSTALL_KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Carvelot"
 !define APP_PATH_KEY "Software\Microsoft\Windows\CurrentVersion\App Paths\carvelot.exe"

@@ -52,7 +52,7 @@ files_of() {
 shopt -s nullglob
 different=()
 compared=0
-for package in "$packages"/*.{deb,zip,exe}; do
+for package in "$packages"/*.{deb,zip,exe,msi}; do
     other=$copy/build/$preset/package/$(basename "$package")
     compared=$((compared + 1))
     if cmp "$package" "$other"; then

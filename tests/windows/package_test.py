@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""package_test.py PACKAGES BIN PREFIX SCREENSHOTS: the zip and the installer in the hands of a user.
+"""package_test.py PACKAGES BIN PREFIX SCREENSHOTS: the zip and the installers in the hands of a user or an administrator.
 
 BIN is the build's folder of programs, for the helper and the stand-in libraries. PREFIX is made anew.
 """
@@ -10,6 +10,7 @@ import os
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 import zipfile
 
@@ -207,16 +208,72 @@ def check_installer(desktop, installer, stage, libraries, screenshots):
     equal("the uninstaller removes nothing that it did not bring", names_below(folder), ["Skelmond.DLL"])
 
 
+def windows_installer(desktop, package, way="/i"):
+    equal(f"msiexec {way} {os.path.basename(package)}", desktop.output("msiexec", way, "Z:" + package.replace("/", "\\"), "/qn")[0], 0)
+
+
+def check_msi(desktop, package, stage):
+    installed = native(desktop, FOLDER)
+    desktop.run("reg", "add", r"HKCU\Software\Tamrisk\Carvelot\Settings", "/v", "RefreshRate", "/t", "REG_DWORD", "/d", "7", "/f")
+    with tempfile.TemporaryDirectory() as folder:
+        # An older one, with a file that the newer one has no more.
+        older, old_stage = os.path.join(folder, "older.msi"), os.path.join(folder, "stage")
+        shutil.copytree(stage, old_stage)
+        with open(os.path.join(old_stage, "gone.txt"), "w", encoding="utf-8") as file:
+            file.write("gone")
+        subprocess.run([os.path.join(SOURCE, "packaging/windows/make-msi"), old_stage,
+                        os.path.join(SOURCE, "src/resources/Carvelot.ico"), "1.9.0.0", older], check=True)
+        windows_installer(desktop, older)
+        equal("the older one is there", "gone.txt" in names_below(installed), True)
+    with open(os.path.join(installed, "Skelmond.DLL"), "wb") as file:
+        file.write(b"the user's own")
+    windows_installer(desktop, package)
+    equal("the newer one takes its place, and leaves what is the user's", names_below(installed),
+          sorted(names_below(stage) + ["Skelmond.DLL"]))
+    for name in names_below(stage):
+        assert digest(os.path.join(stage, name)) == digest(os.path.join(installed, name)), name
+    command = {"(Default)": ("REG_SZ", f'"{FOLDER}\\carvelot.exe" "%1"')}
+    equal("it can open logs", [desktop.registry(rf"HKLM\Software\Classes\{name}\shell\open\command")
+                               for name in ("Carvelot.Log", r"Applications\carvelot.exe")], [command, command])
+    equal("it is offered for logs", list(desktop.registry(r"HKLM\Software\Classes\.log\OpenWithProgids")), ["Carvelot.Log"])
+    check_report(desktop, installed)
+    windows_installer(desktop, package, "/x")
+    equal("removed, it leaves what is the user's", names_below(installed), ["Skelmond.DLL"])
+    equal("and no way to open logs with it", [desktop.registry(rf"HKLM\Software\Classes\{name}")
+                                              for name in ("Carvelot.Log", r"Applications\carvelot.exe")], [None, None])
+    equal("and the user's settings", desktop.registry(r"HKCU\Software\Tamrisk\Carvelot\Settings")["RefreshRate"],
+          ("REG_DWORD", "0x7"))
+
+
+def check_winget(folder, packages):
+    """Each address ends with the name of a package that is here, whose sum stands below it."""
+    (name,) = glob.glob(os.path.join(folder, "*", "*.installer.yaml"))
+    with open(name, encoding="utf-8") as file:
+        lines = [line.strip() for line in file]
+    named = {}
+    for line, after in zip(lines, lines[1:]):
+        if line.startswith("InstallerUrl: "):
+            named[line.rsplit("/", 1)[1]] = after.removeprefix("InstallerSha256: ")
+    equal("what winget is told of", named, {os.path.basename(path): digest(path).upper() for path in packages})
+    version = os.path.basename(os.path.dirname(name))
+    for other in glob.glob(os.path.join(folder, "*", "*.yaml")):
+        with open(other, encoding="utf-8") as file:
+            text = file.read()
+        assert f"\nPackageVersion: {version}\n" in text and "ManifestVersion: 1.6.0\n" in text, other
+
+
 def main():
     packages, binaries, prefix, screenshots = map(os.path.abspath, sys.argv[1:])
-    (archive,), (installer,) = (glob.glob(os.path.join(packages, pattern)) for pattern in ("*.zip", "*-setup.exe"))
+    (archive,), (installer,), (msi,) = (glob.glob(os.path.join(packages, pattern)) for pattern in ("*.zip", "*-setup.exe", "*.msi"))
     libraries = os.path.join(binaries, "simulator", "libraries")
     os.makedirs(screenshots, exist_ok=True)
+    check_winget(os.path.join(packages, "winget"), [installer, msi])
     shutil.rmtree(prefix, ignore_errors=True)
     with Desktop(prefix, os.path.join(binaries, "window_helper.exe")) as desktop:
         try:
             name = check_zip(desktop, archive, libraries, screenshots)
             check_installer(desktop, installer, os.path.join(packages, name), libraries, screenshots)
+            check_msi(desktop, msi, os.path.join(packages, name))
         except BaseException:
             desktop.picture().save(os.path.join(screenshots, "package-failed.png"))
             raise
