@@ -86,7 +86,8 @@ private slots:
         m_pRun->Restart();
         QCOMPARE(theApp().m_recentFiles.m_listPaths.front(), ToUtf8(QDir::toNativeSeparators(path)));
         QVERIFY(theApp().OpenDocumentFile(ToQString(theApp().m_recentFiles.m_listPaths.front())) != nullptr);
-        QCOMPARE(m_pRun->Frame().ActiveChild()->windowTitle(), QDir::toNativeSeparators(path) + "!logs/a.log");
+        QCOMPARE(m_pRun->Frame().ActiveChild()->windowTitle(),
+                 QDir::toNativeSeparators(path) + "!logs/a.log");
         QCOMPARE(SessionOf(m_pRun->Frame().ActiveChild()).m_listDetails.Size(), std::size_t{3});
     }
 
