@@ -139,4 +139,16 @@ Section Uninstall
     DeleteRegKey /ifempty HKLM "Software\Classes\.log\OpenWithProgids"
     DeleteRegKey /ifempty HKLM "Software\Classes\.log"
     ${RefreshShellIcons}
+
+    ; The settings are the user's, and stay unless that is said: an update runs this too, silently.
+    ${un.GetParameters} $0
+    ClearErrors
+    ${un.GetOptions} $0 "/SETTINGS" $1
+    ${If} ${Errors}
+        MessageBox MB_YESNO|MB_ICONQUESTION|MB_DEFBUTTON2 "Remove your settings and the list of recent files too?" /SD IDNO IDYES remove
+        Return
+    ${EndIf}
+    remove:
+    DeleteRegKey HKCU "Software\Tamrisk\Carvelot"
+    DeleteRegKey /ifempty HKCU "Software\Tamrisk"
 SectionEnd

@@ -121,9 +121,9 @@ def difference(before, after):
             if before.get(key) != after.get(key)}
 
 
-def uninstall(desktop, folder):
+def uninstall(desktop, folder, *options):
     # It works on a copy of itself and its own call returns at once.
-    desktop.run(folder + "\\uninstall.exe", "/S")
+    desktop.run(folder + "\\uninstall.exe", "/S", *options)
     end = time.monotonic() + 60
     while os.path.exists(native(desktop, folder + "\\uninstall.exe")) or desktop.registry(UNINSTALL) is not None:
         assert time.monotonic() < end, "the uninstaller does not come to an end"
@@ -181,8 +181,11 @@ def check_installer(desktop, installer, stage, libraries, screenshots):
     check_report(desktop, installed)
     first_start(desktop, os.path.join(installed, "carvelot.exe"), os.path.join(SOURCE, "samples", "ube-batch.log"),
                 screenshots, "installed")
+    settings = r"HKCU\Software\Tamrisk\Carvelot\Settings"
+    kept = desktop.registry(settings)
+    assert kept, "the program has written no settings"
     uninstall(desktop, FOLDER)
-    desktop.run("reg", "delete", r"HKCU\Software\Tamrisk", "/f")  # the user's own settings are the user's
+    equal("the uninstaller leaves the user's settings", desktop.registry(settings), kept)
     equal("the uninstaller leaves the files as they were", difference(files, machine_files(desktop)), {})
     equal("the uninstaller leaves no folder", os.path.exists(installed), False)
     equal("the uninstaller leaves the machine's registry as it was", difference(registry, machine_registry(desktop)), {})
@@ -204,8 +207,10 @@ def check_installer(desktop, installer, stage, libraries, screenshots):
           ("REG_SZ", elsewhere))
     equal("it keeps what the user has put there", names_below(folder),
           sorted(names_below(stage) + ["Skelmond.DLL", "uninstall.exe"]))
-    uninstall(desktop, elsewhere)
+    equal("an update keeps the user's settings", desktop.registry(settings), kept)
+    uninstall(desktop, elsewhere, "/SETTINGS")
     equal("the uninstaller removes nothing that it did not bring", names_below(folder), ["Skelmond.DLL"])
+    equal("it removes the settings when it is told to", desktop.registry(r"HKCU\Software\Tamrisk"), None)
 
 
 def windows_installer(desktop, package, way="/i"):
