@@ -108,10 +108,12 @@ std::uint64_t SizeOfFile(const std::string& path) {
 
 constexpr const char* kNotOurs = "This is no database of logs, and is left as it is.";
 constexpr const char* kNewer = "This database was written by a newer version, and is left as it is.";
+constexpr const char* kOlder =
+    "This database was written by an older version, and is left as it is: write it anew, without --append.";
 constexpr const char* kInUse = "Another program is writing to this database.";
 
-// Whether there are logs in the file. Throws where it is none of ours.
-bool HoldsLogs(const std::string& path) {
+// Whether there are logs in the file. Throws where it is none of ours, or none that can be added to.
+bool HoldsLogs(const std::string& path, bool append) {
     if (SizeOfFile(path) == 0) {
         return false;
     }
@@ -136,6 +138,9 @@ bool HoldsLogs(const std::string& path) {
     }
     if (version > kSchemaVersion) {
         throw DatabaseFailure{kNewer};
+    }
+    if (append && version < kSchemaVersion) {
+        throw DatabaseFailure{kOlder};
     }
     return true;
 }
@@ -170,7 +175,7 @@ struct CLogDatabase::State {
     }
 
     void Create(const std::string& path, bool append) {
-        const bool holdsLogs = HoldsLogs(path);
+        const bool holdsLogs = HoldsLogs(path, append);
         int error = 0;
         file = platform::AtomicFile::Create(path, &error);
         const std::string place = file.LeaveToOther();
@@ -183,7 +188,7 @@ struct CLogDatabase::State {
         // it is brought to the disk once, at its end.
         connection->Run(
             "PRAGMA journal_mode = OFF; PRAGMA synchronous = OFF; PRAGMA locking_mode = EXCLUSIVE;"
-            "PRAGMA page_size = 8192; PRAGMA cache_size = -16000");
+            "PRAGMA page_size = 32768; PRAGMA cache_size = -16000");
         if (append && holdsLogs) {
             CopyAll(path, *connection);
             connection->Run(kSchemaWithoutIndexes);
@@ -253,11 +258,7 @@ struct CLogDatabase::State {
                 counted.get();
                 stored.TakeProfile();
             }
-            // REPLACE spares the look whether a row is there already, which none is.
-            connection->Run(std::string("REPLACE INTO ")
-                                .append(tables[i].name)
-                                .append(" SELECT * FROM rows_of_")
-                                .append(tables[i].name));
+            connection->Run(modules->InsertInto(tables[i]));
         }
         AddLine(source, stored);
         modules->SetLog(nullptr);

@@ -15,7 +15,7 @@ struct CRowsModules::Rows {
     const CStoredLog* const& log;
     const StoredTable& table;
     const Table* sameRows;
-    std::vector<Column> columns; // behind `log`
+    std::vector<Column> columns; // but those that are the row's number
     std::string declaration;
 
     std::uint32_t Count() const {
@@ -109,11 +109,7 @@ int IsAtEnd(sqlite3_vtab_cursor* cursor) {
 int GiveCell(sqlite3_vtab_cursor* cursor, sqlite3_context* context, int column) {
     return Guarded([&] {
         auto& at = *static_cast<RowsCursor*>(cursor);
-        if (column == 0) {
-            sqlite3_result_int64(context, at.rows->log->Id());
-            return SQLITE_OK;
-        }
-        const Cell cell = at.rows->At(static_cast<std::size_t>(column) - 1, at.row, at.scratch);
+        const Cell cell = at.rows->At(static_cast<std::size_t>(column), at.row, at.scratch);
         if (const auto* const number = std::get_if<std::int64_t>(&cell)) {
             sqlite3_result_int64(context, *number);
         } else if (const auto* const real = std::get_if<double>(&cell)) {
@@ -157,11 +153,14 @@ const sqlite3_module kModule = [] {
 
 CRowsModules::CRowsModules(sqlite3* database) {
     for (const StoredTable& table : StoredTables()) {
-        auto rows = std::make_unique<Rows>(
-            Rows{m_pLog, table, FindTable(table.rowsOf), {}, "CREATE TABLE rows (log"});
+        auto rows =
+            std::make_unique<Rows>(Rows{m_pLog, table, FindTable(table.rowsOf), {}, "CREATE TABLE rows ("});
         for (const StoredColumn& column : table.columns) {
+            if (column.isRow) {
+                continue;
+            }
+            rows->declaration.append(rows->columns.empty() ? "" : ", ").append(column.name);
             Rows::Column& made = rows->columns.emplace_back(Rows::Column{column.cell, nullptr});
-            rows->declaration.append(", ").append(column.name);
             if (column.cell == nullptr) {
                 const std::string_view name = column.sameAs.empty() ? column.name : column.sameAs;
                 const auto& all = rows->sameRows->columns;
@@ -180,5 +179,15 @@ CRowsModules::CRowsModules(sqlite3* database) {
 }
 
 CRowsModules::~CRowsModules() = default;
+
+std::string CRowsModules::InsertInto(const StoredTable& table) const {
+    // REPLACE spares the look whether a row is there already, which none is.
+    std::string sql =
+        std::string("REPLACE INTO ").append(table.name).append(" SELECT ") + std::to_string(m_pLog->Id());
+    for (const StoredColumn& column : table.columns) {
+        sql.append(", ").append(column.isRow ? "rowid" : column.name);
+    }
+    return sql.append(" FROM rows_of_").append(table.name);
+}
 
 } // namespace carvelot

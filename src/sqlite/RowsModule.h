@@ -1,4 +1,4 @@
-// The rows of a log as tables that a database reads them from: INSERT INTO log_record SELECT * FROM
+// The rows of a log as tables that a database reads them from: INSERT INTO log_record SELECT ... FROM
 // rows_of_log_record costs half of what binding each value of each row to a statement does.
 #pragma once
 
@@ -22,6 +22,9 @@ public:
     CRowsModules& operator=(const CRowsModules&) = delete;
 
     void SetLog(const CStoredLog* log) { m_pLog = log; }
+    // What puts the log's rows into a stored table. What the database knows by itself, the log's number and
+    // the row's, it does not ask for.
+    std::string InsertInto(const StoredTable& table) const;
 
     struct Rows;
 

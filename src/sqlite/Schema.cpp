@@ -6,7 +6,7 @@ namespace carvelot {
 // not something is stored: log_line and log_day. What many records share is an origin. A text
 // that is that of an earlier record is that record's number (hence no type, which would make a text of it).
 // Name, table and duration of a record are mostly those of its frame, as its origin says; else they stand in
-// log_detail.
+// log_detail. A frame has the number of the record that it begins at, and so has its parent.
 const char* const kSchemaTables = R"sql(
 CREATE TABLE logs (
     id INTEGER PRIMARY KEY,
@@ -52,11 +52,9 @@ CREATE TABLE log_record (
     record INTEGER NOT NULL,
     clock INTEGER,
     origin INTEGER,
-    frame INTEGER,
     text,
     PRIMARY KEY (log, record),
-    FOREIGN KEY (log, origin) REFERENCES log_origin,
-    FOREIGN KEY (log, frame) REFERENCES log_frame) WITHOUT ROWID;
+    FOREIGN KEY (log, origin) REFERENCES log_origin) WITHOUT ROWID;
 CREATE TABLE log_detail (
     log INTEGER NOT NULL REFERENCES logs,
     record INTEGER NOT NULL,
@@ -118,8 +116,8 @@ CREATE TABLE log_shape (
     FOREIGN KEY (log, top_caller) REFERENCES log_function) WITHOUT ROWID;
 CREATE TABLE log_frame (
     log INTEGER NOT NULL REFERENCES logs,
+    record INTEGER NOT NULL,
     frame INTEGER NOT NULL,
-    record INTEGER,
     parent INTEGER,
     function INTEGER,
     shape INTEGER,
@@ -128,7 +126,7 @@ CREATE TABLE log_frame (
     self INTEGER,
     closed INTEGER,
     result INTEGER,
-    PRIMARY KEY (log, frame),
+    PRIMARY KEY (log, record),
     FOREIGN KEY (log, record) REFERENCES log_record,
     FOREIGN KEY (log, parent) REFERENCES log_frame,
     FOREIGN KEY (log, function) REFERENCES log_function,
@@ -190,21 +188,21 @@ SELECT r.log AS log_id, l.path AS log, l.host AS host, r.record AS record,
        END AS label,
        CASE o.name_of_frame
             WHEN 1 THEN (SELECT u.name FROM log_frame f JOIN log_function u ON u.log = f.log AND u.function = f.function
-                         WHERE f.log = r.log AND f.frame = r.frame)
+                         WHERE f.log = r.log AND f.record = r.record)
             ELSE (SELECT e.name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS name,
        CASE o.kind WHEN 'SQL' THEN
             (SELECT s.operation FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-             WHERE f.log = r.log AND f.frame = r.frame) END AS operation,
+             WHERE f.log = r.log AND f.record = r.record) END AS operation,
        CASE o.table_of_shape
             WHEN 1 THEN (SELECT s.table_name FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-                         WHERE f.log = r.log AND f.frame = r.frame)
+                         WHERE f.log = r.log AND f.record = r.record)
             ELSE (SELECT e.table_name FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS table_name,
        CASE o.kind WHEN 'SQL' THEN
             (SELECT s.shape_key FROM log_frame f JOIN log_shape s ON s.log = f.log AND s.shape = f.shape
-             WHERE f.log = r.log AND f.frame = r.frame) END AS shape_key,
+             WHERE f.log = r.log AND f.record = r.record) END AS shape_key,
        o.return_code AS return_code,
        CASE o.duration_of_frame
-            WHEN 1 THEN (SELECT f.total / 1000000.0 FROM log_frame f WHERE f.log = r.log AND f.frame = r.frame)
+            WHEN 1 THEN (SELECT f.total / 1000000.0 FROM log_frame f WHERE f.log = r.log AND f.record = r.record)
             ELSE (SELECT e.duration FROM log_detail e WHERE e.log = r.log AND e.record = r.record) END AS duration,
        (SELECT e.gap FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS gap,
        (SELECT e.ube_level FROM log_detail e WHERE e.log = r.log AND e.record = r.record) AS ube_level,
@@ -222,7 +220,7 @@ FROM log_rows;
 
 CREATE VIEW frames AS
 SELECT l.path AS log, l.host AS host, f.frame AS frame, f.record AS record,
-       f.parent AS parent,
+       (SELECT p.frame FROM log_frame p WHERE p.log = f.log AND p.record = f.parent) AS parent,
        (SELECT t.name
         FROM log_record r
         JOIN log_origin o ON o.log = r.log AND o.origin = r.origin
@@ -322,15 +320,15 @@ GROUP BY host, day, time / 3600000000, type
 ORDER BY day, hour, host, type;
 )sql";
 
+// The frames of a function have no index: it would cost a tenth of the whole, and a function is known to the
+// logs that it ran in, whose frames stand together.
 const char* const kSchemaIndexes = R"sql(
-CREATE INDEX frame_by_function ON log_frame (function, log);
 CREATE INDEX function_by_key ON log_function (function_key);
 CREATE INDEX shape_by_key ON log_shape (shape_key);
 CREATE INDEX finding_by_rule ON log_finding (rule);
 )sql";
 
 const char* const kSchemaWithoutIndexes = R"sql(
-DROP INDEX frame_by_function;
 DROP INDEX function_by_key;
 DROP INDEX shape_by_key;
 DROP INDEX finding_by_rule;

@@ -9,7 +9,7 @@ namespace carvelot {
 // "Carv": marks a file as a database of ours.
 inline constexpr int kApplicationId = 0x43617276;
 // Rises whenever a reader of the views would see other columns, or a writer other tables.
-inline constexpr int kSchemaVersion = 1;
+inline constexpr int kSchemaVersion = 2;
 
 extern const char* const kSchemaTables;
 extern const char* const kSchemaViews;

@@ -65,7 +65,7 @@ bool CStoredLog::FillBlock(Block& block) {
 CStoredLog::StoredRecord CStoredLog::TakeRecord(RecordIndex record) {
     const CDetailList& records = m_source.Records();
     Origin where{record, records.MayHaveOwnLabel(record) ? LabelGoesOn(record) : 0, false, false, false};
-    const std::uint32_t frame = TakeFrame(record, where);
+    TakeFrame(record, where);
     const auto flag = [](bool is, unsigned place) { return std::uint64_t{is ? 1U : 0U} << place; };
     const std::uint64_t shared =
         (std::uint64_t{records.ContextNumber(record)} << 16U) | (std::uint64_t{records.Kind(record)} << 9U) |
@@ -101,14 +101,14 @@ CStoredLog::StoredRecord CStoredLog::TakeRecord(RecordIndex record) {
     const std::uint64_t hash = HashOn(0, text);
     m_nHash = HashOn(HashOn(m_nHash, time), hash);
     const std::optional<std::string_view> shown = m_source.ShownText(record);
-    return {clock, origin, frame, shown ? SameTextAs(record, *shown, hash) : kNoRecord, shown};
+    return {clock, origin, shown ? SameTextAs(record, *shown, hash) : kNoRecord, shown};
 }
 
-std::uint32_t CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
+void CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
     const CDetailList& records = m_source.Records();
     const ExploredSession& explored = m_source.Explored();
     if (m_nNextFrame == explored.frames.Count() || explored.frames[m_nNextFrame].record != record) {
-        return kNoFrame;
+        return;
     }
     const Frame& frame = explored.frames[m_nNextFrame];
     const std::uint32_t shape = explored.shapes.Of(m_nNextFrame);
@@ -124,7 +124,7 @@ std::uint32_t CStoredLog::TakeFrame(RecordIndex record, Origin& where) {
     const auto* const seconds = std::get_if<double>(&duration);
     where.durationOfFrame =
         seconds != nullptr && *seconds == static_cast<double>(frame.Total()) / 1'000'000.0;
-    return m_nNextFrame++;
+    ++m_nNextFrame;
 }
 
 RecordIndex CStoredLog::SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash) {
@@ -179,7 +179,6 @@ template <class List> std::uint32_t CountOf(const List& list) {
 }
 Cell Int(std::int64_t number) { return number; }
 Cell Int(RecordIndex record) { return std::int64_t{Number(record)}; }
-Cell RowItself(const Log&, std::uint32_t row, std::string&) { return std::int64_t{row}; }
 Cell Shown(const Log& log, std::string_view name, std::string& scratch) {
     return TextCell(log.Source().ShownName(name, scratch));
 }
@@ -190,7 +189,7 @@ CLogDetail DetailOf(const Log& log, RecordIndex record) { return log.Source().Re
 Cell StreamName(const Log& log, std::uint32_t row, std::string& scratch) {
     return log.Source().StreamName(row, scratch);
 }
-constexpr std::array<StoredColumn, 2> kStream{{{"stream", RowItself}, {"name", StreamName}}};
+constexpr std::array<StoredColumn, 2> kStream{{RowItself("stream"), {"name", StreamName}}};
 std::uint32_t StreamRows(const Log& log) { return log.Source().Explored().streams.Count(); }
 
 // --- log_origin
@@ -236,7 +235,7 @@ Cell OriginTableOfShape(const Log& log, std::uint32_t row, std::string&) {
 Cell OriginDurationOfFrame(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.Origins()[row].durationOfFrame ? 1 : 0};
 }
-constexpr std::array<StoredColumn, 14> kOrigin{{{"origin", RowItself},
+constexpr std::array<StoredColumn, 14> kOrigin{{RowItself("origin"),
                                                 {"kind", OriginKind},
                                                 {"process", OriginProcess},
                                                 {"thread", OriginThread},
@@ -258,19 +257,12 @@ Cell RecordClock(const Log& log, std::uint32_t row, std::string&) { return log.R
 Cell RecordOrigin(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.RecordAt(row).origin};
 }
-Cell RecordFrame(const Log& log, std::uint32_t row, std::string&) {
-    const std::uint32_t frame = log.RecordAt(row).frame;
-    return frame == kNoFrame ? Cell() : Cell(std::int64_t{frame});
-}
 Cell RecordText(const Log& log, std::uint32_t row, std::string&) {
     const CStoredLog::StoredRecord& record = log.RecordAt(row);
     return record.sameText != kNoRecord ? Int(record.sameText) : record.text ? Cell(*record.text) : Cell();
 }
-constexpr std::array<StoredColumn, 5> kRecord{{{"record", RowItself},
-                                               {"clock", RecordClock},
-                                               {"origin", RecordOrigin},
-                                               {"frame", RecordFrame},
-                                               {"text", RecordText}}};
+constexpr std::array<StoredColumn, 4> kRecord{
+    {RowItself("record"), {"clock", RecordClock}, {"origin", RecordOrigin}, {"text", RecordText}}};
 
 // --- log_detail
 
@@ -341,7 +333,7 @@ std::uint32_t DayRows(const Log& log) { return CountOf(log.DaySteps()); }
 
 // --- log_function
 
-constexpr std::array<StoredColumn, 14> kFunction{{{"function", RowItself},
+constexpr std::array<StoredColumn, 14> kFunction{{RowItself("function"),
                                                   {"function_key"},
                                                   {"kind"},
                                                   {"name"},
@@ -362,7 +354,7 @@ Cell ShapeCaller(const Log& log, std::uint32_t row, std::string&) {
     const std::uint32_t caller = log.Source().Scope().shapes[row].topCaller;
     return caller == kNoKey ? Cell() : Cell(std::int64_t{log.FunctionOf(caller)});
 }
-constexpr std::array<StoredColumn, 12> kShape{{{"shape", RowItself},
+constexpr std::array<StoredColumn, 12> kShape{{RowItself("shape"),
                                                {"shape_key"},
                                                {"text", nullptr, "shape"},
                                                {"operation"},
@@ -377,6 +369,11 @@ constexpr std::array<StoredColumn, 12> kShape{{{"shape", RowItself},
 
 // --- log_frame
 
+Cell FrameParent(const Log& log, std::uint32_t row, std::string&) {
+    const CFrames& frames = log.Source().Explored().frames;
+    const std::uint32_t parent = frames[row].parent;
+    return parent == kNoFrame ? Cell() : Int(frames[parent].record);
+}
 Cell FrameFunction(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.FunctionOf(log.Source().Explored().frames[row].key)};
 }
@@ -384,9 +381,9 @@ Cell FrameShape(const Log& log, std::uint32_t row, std::string&) {
     const std::uint32_t shape = log.Source().Explored().shapes.Of(row);
     return shape == kNoShape ? Cell() : Cell(std::int64_t{log.ShapeOf(shape)});
 }
-constexpr std::array<StoredColumn, 10> kFrame{{{"frame"},
-                                               {"record"},
-                                               {"parent"},
+constexpr std::array<StoredColumn, 10> kFrame{{{"record"},
+                                               RowItself("frame"),
+                                               {"parent", FrameParent},
                                                {"function", FrameFunction},
                                                {"shape", FrameShape},
                                                {"start_clock"},
@@ -398,7 +395,7 @@ constexpr std::array<StoredColumn, 10> kFrame{{{"frame"},
 // --- log_finding
 
 constexpr std::array<StoredColumn, 7> kFinding{
-    {{"finding"}, {"rule"}, {"severity"}, {"subject"}, {"count"}, {"cost"}, {"text"}}};
+    {RowItself("finding"), {"rule"}, {"severity"}, {"subject"}, {"count"}, {"cost"}, {"text"}}};
 
 Cell LinkFinding(const Log& log, std::uint32_t row, std::string&) {
     return std::int64_t{log.FindingRecords()[row].finding};
@@ -416,8 +413,8 @@ std::uint32_t FindingRecordRows(const Log& log) { return CountOf(log.FindingReco
 
 // --- log_gap, log_error
 
-constexpr std::array<StoredColumn, 2> kGap{{{"gap", RowItself}, {"record"}}};
-constexpr std::array<StoredColumn, 3> kError{{{"error", RowItself}, {"record"}, {"type"}}};
+constexpr std::array<StoredColumn, 2> kGap{{RowItself("gap"), {"record"}}};
+constexpr std::array<StoredColumn, 3> kError{{RowItself("error"), {"record"}, {"type"}}};
 
 constexpr std::array<StoredTable, 13> kStored{{
     {"log_stream", kStream, StreamRows},

@@ -30,7 +30,6 @@ public:
     struct StoredRecord {
         std::int64_t clock;
         std::uint32_t origin;
-        std::uint32_t frame;  // that begins at it, or kNoFrame
         RecordIndex sameText; // an earlier record that has the text itself, or none
         std::optional<std::string_view> text;
     };
@@ -86,7 +85,7 @@ private:
 
     bool FillBlock(Block& block);
     StoredRecord TakeRecord(RecordIndex record);
-    std::uint32_t TakeFrame(RecordIndex record, Origin& where);
+    void TakeFrame(RecordIndex record, Origin& where);
     std::int64_t LabelGoesOn(RecordIndex record) const;
     RecordIndex SameTextAs(RecordIndex record, std::string_view text, std::uint64_t hash);
 
@@ -118,12 +117,14 @@ private:
 };
 
 // A column that is stored. Without a cell of its own it is that of the same name, or of another one, of the
-// table that its rows are those of.
+// table that its rows are those of, or the number of the row.
 struct StoredColumn {
     std::string_view name;
     Cell (*cell)(const CStoredLog& log, std::uint32_t row, std::string& scratch) = nullptr;
     std::string_view sameAs = {};
+    bool isRow = false;
 };
+constexpr StoredColumn RowItself(std::string_view name) { return {name, nullptr, {}, true}; }
 
 struct StoredTable {
     std::string_view name;

@@ -247,7 +247,7 @@ TEST(LogDatabase, HasItsVersionAndItsMark) {
         EXPECT_THAT(
             Ask(database,
                 "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL ORDER BY name"),
-            ElementsAre("finding_by_rule", "frame_by_function", "function_by_key", "shape_by_key"));
+            ElementsAre("finding_by_rule", "function_by_key", "shape_by_key"));
         EXPECT_THAT(folder.Names(), ElementsAre("x.db"));
     }
 }
@@ -318,6 +318,21 @@ TEST(LogDatabase, LeavesAFileThatIsNotItsOwnAsItIs) {
         }
     }
     EXPECT_THAT(folder.Names(), ElementsAre("cut.db", "foreign.db", "newer.db", "text.db"));
+}
+
+TEST(LogDatabase, AddsNothingToTablesOfAnOlderVersion) {
+    const TestFolder folder;
+    const StoredSource source(SampleLogs().front());
+    const std::string path = folder.Path("x.db");
+    EXPECT_EQ(WriteTo(path, false, {&*source}), "");
+    Change(path, "PRAGMA user_version = 1");
+    const std::string before = folder.Read("x.db");
+    EXPECT_EQ(WriteTo(path, true, {&*source}),
+              "This database was written by an older version, and is left as it is: write it anew, without "
+              "--append.");
+    EXPECT_TRUE(folder.Read("x.db") == before);
+    EXPECT_EQ(WriteTo(path, false, {&*source}), "");
+    EXPECT_THAT(Ask(path, "PRAGMA user_version"), ElementsAre(std::to_string(kSchemaVersion)));
 }
 
 TEST(LogDatabase, LeavesAFileThatAnotherProgramWritesToAsItIs) {
