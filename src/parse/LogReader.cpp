@@ -37,7 +37,6 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
         m_reading.way = large ? BlockReading::Way::Ahead : BlockReading::Way::Here;
     }
     const bool ahead = m_reading.way == BlockReading::Way::Ahead;
-    m_bScansLate = ahead && source.ComesSlowly();
     const std::size_t blocks = ahead ? m_reading.ring : 1;
     m_ring.reserve(blocks);
     for (std::size_t i = 0; i < blocks; ++i) {
@@ -63,11 +62,14 @@ void CLogReader::Rewind() {
     m_progress = m_source.Progress();
     m_pieceBegins.assign(1, 0);
     m_blocks.emplace(
-        m_ring, [this](Block& block, const Block* before) { return Fill(block, before); },
+        m_ring,
+        [this](Block& block, const Block* before, const CReadAhead<Block>& ahead) {
+            return Fill(block, before, ahead);
+        },
         m_reading.way == BlockReading::Way::Ahead);
 }
 
-bool CLogReader::Fill(Block& block, const Block* before) {
+bool CLogReader::Fill(Block& block, const Block* before, const CReadAhead<Block>& ahead) {
     std::uint32_t kept = 0;
     std::uint64_t position = m_start.position;
     bool behindReturn = m_start.behindReturn;
@@ -88,8 +90,11 @@ bool CLogReader::Fill(Block& block, const Block* before) {
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
-    if (!m_bScansLate) {
-        Scan(block, before == nullptr ? m_start.linesEnded : before->linesInAll);
+    // Whoever takes it scans it where that thread would wait for it otherwise, as for bytes that are
+    // unpacked.
+    block.scanned = false;
+    if (ahead.Waiting() > 0) {
+        Scan(block);
     }
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
@@ -99,21 +104,23 @@ bool CLogReader::Fill(Block& block, const Block* before) {
     return true;
 }
 
-void CLogReader::Scan(Block& block, std::uint64_t linesEnded) const {
-    block.linesEnded = linesEnded;
+void CLogReader::Scan(Block& block) const {
     m_scan(block.bytes.get(), block.end, block.index);
-    block.linesInAll = block.LinesEndedAt(block.index.endCount);
+    block.linesIn = block.LinesEndedWith(block.index.endCount);
+    block.scanned = true;
 }
 
 bool CLogReader::TakeBlock() {
-    const std::uint64_t linesEnded = m_pBlock == nullptr ? m_start.linesEnded : m_pBlock->linesInAll;
+    const std::uint64_t linesEnded =
+        m_pBlock == nullptr ? m_start.linesEnded : m_pBlock->linesEnded + m_pBlock->linesIn;
     Block* const block = m_blocks->Next();
     if (block == nullptr) {
         return false;
     }
-    if (m_bScansLate) {
-        Scan(*block, linesEnded);
+    if (!block->scanned) {
+        Scan(*block);
     }
+    block->linesEnded = linesEnded;
     m_pBlock = block;
     m_pBytes = block->bytes.get();
     m_pNextEnd = block->index.ends.get();
@@ -127,8 +134,8 @@ bool CLogReader::TakeBlock() {
     return true;
 }
 
-std::uint64_t CLogReader::Block::LinesEndedAt(std::size_t ends) const {
-    std::uint64_t lines = linesEnded + ends;
+std::uint64_t CLogReader::Block::LinesEndedWith(std::size_t ends) const {
+    std::uint64_t lines = ends;
     if (ends > 0 && behindReturn && bytes[0] == '\n') {
         --lines;
     }

@@ -110,9 +110,10 @@ public:
             return m_start.linesEnded;
         }
         // Behind the last one the bytes may have moved on already.
-        return *m_pNextEnd == LineIndex::kNoMore ? m_pBlock->linesInAll
-                                                 : m_pBlock->LinesEndedAt(static_cast<std::size_t>(
-                                                       m_pNextEnd - m_pBlock->index.ends.get()));
+        const bool atItsEnd = *m_pNextEnd == LineIndex::kNoMore;
+        return m_pBlock->linesEnded + (atItsEnd ? m_pBlock->linesIn
+                                                : m_pBlock->LinesEndedWith(static_cast<std::size_t>(
+                                                      m_pNextEnd - m_pBlock->index.ends.get())));
     }
     // The number of the line that was read last, or of the line that it is a piece of.
     std::uint64_t LineNumber() const {
@@ -143,21 +144,22 @@ private:
         std::uint32_t rest =
             0; // of them, from which no line can be taken yet: the next block begins with them
         std::uint64_t position = 0;    // of the first byte, in the log
-        std::uint64_t linesEnded = 0;  // ahead of it
         bool behindReturn = false;     // the byte ahead of it is a carriage return
         bool endsBehindReturn = false; // its last byte is one, and no line feed can stand in the rest
-        std::uint64_t linesInAll = 0;  // ended with its last line end
         SourceProgress progress;
+        bool scanned = false;         // what follows is there
+        std::uint64_t linesIn = 0;    // ended with a line end of the block
+        std::uint64_t linesEnded = 0; // ahead of it; there once it is taken
 
-        // Lines that have ended with the first so many line ends of the block.
-        std::uint64_t LinesEndedAt(std::size_t ends) const;
+        // Lines that end with the first so many line ends of the block.
+        std::uint64_t LinesEndedWith(std::size_t ends) const;
     };
 
     // Bytes to read, as far as is known; 0 when it can't be told.
     std::uint64_t SizeAhead() const;
     std::size_t BlockFor() const;
-    bool Fill(Block& block, const Block* before);
-    void Scan(Block& block, std::uint64_t linesEnded) const;
+    bool Fill(Block& block, const Block* before, const CReadAhead<Block>& ahead);
+    void Scan(Block& block) const;
     bool TakeBlock();
     void TakeLine(LogLine& line, std::size_t length) {
         const char* const first = m_pBytes + m_nBegin;
@@ -181,7 +183,6 @@ private:
     const LogPlace m_start;
     bool m_bAtStart = true; // the source could go there
     BlockReading m_reading;
-    bool m_bScansLate = false; // when a block is taken, not when it is filled
     std::vector<Block> m_ring;
     std::optional<CReadAhead<Block>> m_blocks;
 

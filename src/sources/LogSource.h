@@ -34,9 +34,6 @@ public:
     // How many bytes there are to read, as far as is known at this moment; 0 when it can't be told.
     virtual std::uint64_t Size() const = 0;
     virtual SourceProgress Progress() const = 0;
-    // Whether its bytes cost more to come by than what is done with them while reading ahead: the fewer other
-    // things are then done there, the better.
-    virtual bool ComesSlowly() const { return false; }
     // Why there are no more bytes, in a sentence for the user; empty as long as there are some, and at the
     // log's usual end.
     virtual std::string Failure() const { return {}; }

@@ -56,7 +56,6 @@ public:
     // What an archive says of its size is not to be relied on.
     std::uint64_t Size() const override { return 0; }
     SourceProgress Progress() const override { return m_packed.Progress(); }
-    bool ComesSlowly() const override { return true; }
     std::string Failure() const override { return m_strFailure; }
 
 private:

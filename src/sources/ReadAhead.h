@@ -19,7 +19,7 @@ public:
     // Fills a block, of whose content nothing is used any more. `before` is the one that was filled ahead of
     // it, null for the first: of it nothing may be written, nor read what whoever works on it changes. False
     // when there is no more.
-    using Fill = std::function<bool(Block& block, const Block* before)>;
+    using Fill = std::function<bool(Block& block, const Block* before, const CReadAhead& ahead)>;
 
     // `ring`: two blocks or more; without a thread one will do, which is then the one before itself. They,
     // and what `fill` uses, are the thread's until this object goes.
@@ -50,13 +50,19 @@ public:
     // here.
     Block* Next() { return m_thread.joinable() ? Take() : FillOne(); }
 
+    // Blocks that are filled and not yet taken: with none, whoever works on them is about to wait, or waits.
+    std::size_t Waiting() const {
+        const std::lock_guard lock(m_mutex);
+        return m_nFilled - m_nTaken;
+    }
+
 private:
     Block* FillOne() {
         Block& block = At(m_nFilled);
-        if (!m_fill(block, Before(m_nFilled))) {
+        if (!m_fill(block, Before(m_nFilled), *this)) {
             return nullptr;
         }
-        ++m_nFilled;
+        m_nTaken = ++m_nFilled;
         return &block;
     }
 
@@ -82,7 +88,7 @@ private:
         while (more && WaitForRoom()) {
             try {
                 // Only this thread changes how many are filled.
-                more = m_fill(At(m_nFilled), Before(m_nFilled));
+                more = m_fill(At(m_nFilled), Before(m_nFilled), *this);
             } catch (...) {
                 more = false;
                 failure = std::current_exception();
@@ -114,7 +120,7 @@ private:
     std::vector<Block>& m_ring;
     const Fill m_fill;
 
-    std::mutex m_mutex; // of what follows, all numbers of blocks from the first one on
+    mutable std::mutex m_mutex; // of what follows, all numbers of blocks from the first one on
     std::condition_variable m_roomMade;
     std::condition_variable m_blockFilled;
     std::size_t m_nFilled = 0;

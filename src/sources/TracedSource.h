@@ -51,7 +51,6 @@ public:
     }
     std::uint64_t Size() const override { return m_source.Size(); }
     SourceProgress Progress() const override { return m_source.Progress(); }
-    bool ComesSlowly() const override { return m_source.ComesSlowly(); }
     std::string Failure() const override { return m_source.Failure(); }
 
     // Since reading began, those read first, if it began with the first byte.

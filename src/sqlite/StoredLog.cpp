@@ -41,7 +41,7 @@ CStoredLog::CStoredLog(const CTableSource& source, std::int64_t id)
     : m_source(source), m_nId(id), m_nRecords(static_cast<std::uint32_t>(source.Records().Size())),
       m_tableOfShape(source.Explored().shapes.Count(), kNoRow), m_knownTexts(kKnownTexts), m_ring(kBlocks),
       m_ahead(
-          m_ring, [this](Block& block, const Block*) { return FillBlock(block); },
+          m_ring, [this](Block& block, const Block*, const CReadAhead<Block>&) { return FillBlock(block); },
           m_nRecords > kRecordsOfBlock) {}
 
 const CStoredLog::StoredRecord& CStoredLog::RecordAt(std::uint32_t row) const {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <thread>
 
 namespace carvelot::test {
 
@@ -18,11 +19,13 @@ class CSlowSource final : public ILogSource {
 public:
     explicit CSlowSource(std::string_view bytes) : m_source(bytes) {}
 
-    std::size_t Read(void* buffer, std::size_t size) override { return m_source.Read(buffer, size); }
+    std::size_t Read(void* buffer, std::size_t size) override {
+        std::this_thread::yield();
+        return m_source.Read(buffer, size);
+    }
     void Rewind() override { m_source.Rewind(); }
     std::uint64_t Size() const override { return 0; }
     SourceProgress Progress() const override { return m_source.Progress(); }
-    bool ComesSlowly() const override { return true; }
 
 private:
     CMemorySource m_source;

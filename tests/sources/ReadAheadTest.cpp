@@ -5,6 +5,7 @@
 #include <atomic>
 #include <new>
 #include <stdexcept>
+#include <thread>
 
 namespace carvelot::test {
 
@@ -20,7 +21,7 @@ std::vector<int> Numbers(std::size_t ring, int count, bool threaded) {
     int filled = 0;
     CReadAhead<Numbered> ahead(
         blocks,
-        [&](Numbered& block, const Numbered* before) {
+        [&](Numbered& block, const Numbered* before, const CReadAhead<Numbered>&) {
             if (filled == count) {
                 return false;
             }
@@ -63,7 +64,7 @@ TEST(ReadAhead, NeverFillsABlockThatIsWorkedOn) {
     int filled = 0;
     CReadAhead<Numbered> ahead(
         blocks,
-        [&](Numbered& block, const Numbered*) {
+        [&](Numbered& block, const Numbered*, const CReadAhead<Numbered>&) {
             block.number = ++filled;
             return filled <= 500;
         },
@@ -85,7 +86,7 @@ TEST(ReadAhead, FillsNoMoreThanItsRingHolds) {
     std::atomic<int> most = 0;
     CReadAhead<Numbered> ahead(
         blocks,
-        [&](Numbered&, const Numbered*) {
+        [&](Numbered&, const Numbered*, const CReadAhead<Numbered>&) {
             most = std::max(most.load(), ++filled - taken);
             return filled <= 200;
         },
@@ -97,13 +98,45 @@ TEST(ReadAhead, FillsNoMoreThanItsRingHolds) {
     EXPECT_LE(most, 5);
 }
 
+TEST(ReadAhead, KnowsHowManyBlocksWait) {
+    {
+        std::vector<Numbered> blocks(1);
+        CReadAhead<Numbered> here(
+            blocks,
+            [](Numbered& block, const Numbered*, const CReadAhead<Numbered>& ahead) {
+                EXPECT_EQ(ahead.Waiting(), 0U);
+                return ++block.number <= 3;
+            },
+            false);
+        while (here.Next() != nullptr) {
+            EXPECT_EQ(here.Waiting(), 0U);
+        }
+    }
+    std::vector<Numbered> blocks(4);
+    std::vector<std::size_t> seen;
+    std::atomic<int> filled = 0;
+    CReadAhead<Numbered> ahead(
+        blocks,
+        [&](Numbered&, const Numbered*, const CReadAhead<Numbered>& itself) {
+            seen.push_back(itself.Waiting());
+            return ++filled <= 4;
+        },
+        true);
+    while (ahead.Waiting() < 4) {
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(seen, (std::vector<std::size_t>{0, 1, 2, 3}));
+    EXPECT_NE(ahead.Next(), nullptr);
+    EXPECT_EQ(ahead.Waiting(), 3U);
+}
+
 TEST(ReadAhead, HandsOnWhatFillingThrowsBehindTheBlocksAheadOfIt) {
     for (const bool threaded : {false, true}) {
         std::vector<Numbered> blocks(4);
         int filled = 0;
         CReadAhead<Numbered> ahead(
             blocks,
-            [&](Numbered&, const Numbered*) {
+            [&](Numbered&, const Numbered*, const CReadAhead<Numbered>&) {
                 if (++filled == 3) {
                     throw std::bad_alloc();
                 }
@@ -121,7 +154,8 @@ TEST(ReadAhead, EndsCleanlyWhereverItIsLeft) {
         std::vector<Numbered> blocks(4);
         int filled = 0;
         CReadAhead<Numbered> ahead(
-            blocks, [&](Numbered&, const Numbered*) { return ++filled <= 15; }, true);
+            blocks, [&](Numbered&, const Numbered*, const CReadAhead<Numbered>&) { return ++filled <= 15; },
+            true);
         for (int i = 0; i < taken; ++i) {
             ahead.Next();
         }
