@@ -65,16 +65,25 @@ void CFrameLayout::RestoreDefault() {
 }
 
 void CFrameLayout::Restore() {
+    // What does not become the window's is kept aside: the next end of the program writes over it.
+    const auto setAside = [](const char* name) {
+        if (!GetWorkspaceString(name, "").empty()) {
+            SetAsideWorkspaceValue(name);
+        }
+    };
     const QByteArray geometry = Unseal(GetWorkspaceString("Geometry", ""));
     if (geometry.isEmpty() || !m_frame.restoreGeometry(geometry)) {
+        setAside("Geometry");
         const QSize available = m_frame.screen()->availableSize();
         m_frame.resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
     m_layout = Unseal(GetWorkspaceString("Layout", ""));
     if (ApplyLayout()) {
         m_bRaiseBSFN = false;
-        m_pAutoHide->Restore(ReadFolds(GetWorkspaceString("AutoHide", "")));
+        m_pAutoHide->Restore(ReadWorkspace("AutoHide", ReadFolds, WriteFolds));
     } else {
+        setAside("Layout");
+        setAside("AutoHide");
         m_frame.RestoreDefaultLayout();
     }
     connect(&m_frame, &QMainWindow::tabifiedDockWidgetActivated, this, &CFrameLayout::OnTabActivated);
