@@ -61,7 +61,8 @@ int main(int argc, char** argv) {
         return EnumWindows(Print, reinterpret_cast<LPARAM>(L"Qt")) ? 0 : 1;
     }
     if (command == "boxes") {
-        return EnumWindows(Print, reinterpret_cast<LPARAM>(L"#32770")) ? 0 : 1;
+        EnumWindows(Print, reinterpret_cast<LPARAM>(L"#32770")); // fails where there is no window at all
+        return 0;
     }
     if (command == "text" && window != nullptr) {
         return EnumChildWindows(window, PrintText, 0) ? 0 : 1;
