@@ -7,8 +7,24 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 
 using namespace carvelot;
+
+#ifndef _WIN32
+
+namespace {
+
+std::string ReadAll(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+} // namespace
+
+#endif
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
 #ifndef _WIN32
@@ -62,7 +78,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Require(recentAgain.m_listPaths == recent.m_listPaths, "the recent files are loaded as saved");
 
     // What a damaged store was is kept once beside it.
-    std::remove((file.Path() + ".damaged").c_str());
+    const std::string aside = file.Path() + ".damaged";
+    for (const platform::CSetAside& kept : platform::TakeSetAside()) {
+        if (aside.ends_with("/" + kept.m_strName)) {
+            fuzz::Require(ReadAll(aside) == fuzz::AsText(data, size), "what is set aside is what there was");
+        }
+    }
+    std::remove(aside.c_str());
+    fuzz::Require(!std::filesystem::exists(file.Path() + ".2.damaged"), "a store is set aside once");
 #else
     (void)data;
     (void)size;

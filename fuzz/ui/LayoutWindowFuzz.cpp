@@ -54,6 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     fuzz::Require(run.Frame().menuBar()->actions().size() > 3, "the window has its menus");
     const QSize window = run.Frame().size();
     fuzz::Require(window.width() > 50 && window.height() > 50, "the window has a size to work in");
+    (void)platform::TakeSetAside();
     run.Frame().RestoreDefaultLayout();
     for (const CDockablePane* pane : run.Frame().Panes()) {
         fuzz::Require(!pane->isFloating(), "the default layout brings every pane back");

@@ -1,5 +1,6 @@
 // carvelot-report: the analysis of a log without a window.
 #include "platform/CommandLine.h"
+#include "platform/CrashDump.h"
 #include "platform/DynamicLibrary.h"
 #include "platform/Terminal.h"
 #include "report/ReportRun.h"
@@ -8,6 +9,7 @@
 #include <iostream>
 
 int main(int argc, char** argv) {
+    carvelot::platform::KeepCrashDumps(carvelot::platform::ECrashNotice::Line);
     carvelot::platform::CloseLibrarySearch();
     std::ios::sync_with_stdio(false);
     std::vector<std::string> arguments = carvelot::platform::Arguments(argc, argv);

@@ -10,9 +10,11 @@ namespace carvelot {
 namespace {
 
 using platform::CRegistryKey;
+using platform::CRegValue;
 using platform::ERegAccess;
 using platform::ERegRoot;
 using platform::ERegStatus;
+using platform::ERegType;
 
 constexpr std::array<std::string_view, 6> kDefaultApps = {
     "activconsole.exe", "utbrowse.exe", "oexplore.exe", "objectbrowser.exe", "fda.exe", "BusBuild+.exe"};
@@ -21,23 +23,53 @@ bool OpenOrCreate(CRegistryKey& key, std::string_view path) {
     return key.Open(ERegRoot::CurrentUser, path, ERegAccess::Full) || key.Create(ERegRoot::CurrentUser, path);
 }
 
+bool QueryWorkspace(std::string_view name, CRegValue& value) {
+    CRegistryKey key;
+    return key.Open(ERegRoot::CurrentUser, kWorkspaceKey, ERegAccess::Read) &&
+           key.QueryValue(name, value) == ERegStatus::Ok;
+}
+
+// Up to the first one that cannot be read.
+std::size_t CountReadable(const CRegistryKey& key) {
+    std::string name;
+    std::uint32_t number = 0;
+    std::size_t count = 0;
+    while (key.EnumRaw32(count, name, number)) {
+        ++count;
+    }
+    return count;
+}
+
+// What stands there as something else than a number is kept aside.
+void SetNumber(CRegistryKey& key, std::string_view name, std::uint32_t number) {
+    CRegValue value;
+    if (key.QueryValue(name, value) == ERegStatus::Ok && value.m_nType != ERegType::Dword) {
+        key.SetAside(name);
+    }
+    key.SetDword(name, number);
+}
+
 } // namespace
 
 std::int32_t GetWorkspaceInt(std::string_view name, std::int32_t fallback) {
-    CRegistryKey key;
-    platform::CRegValue value;
-    if (!key.Open(ERegRoot::CurrentUser, kWorkspaceKey, ERegAccess::Read) ||
-        key.QueryValue(name, value) != ERegStatus::Ok || value.m_nType != platform::ERegType::Dword) {
+    CRegValue value;
+    if (!QueryWorkspace(name, value)) {
+        return fallback;
+    }
+    if (value.m_nType != ERegType::Dword) {
+        SetAsideWorkspaceValue(name);
         return fallback;
     }
     return static_cast<std::int32_t>(value.m_nNumber);
 }
 
 std::string GetWorkspaceString(std::string_view name, std::string_view fallback) {
-    CRegistryKey key;
-    platform::CRegValue value;
-    if (!key.Open(ERegRoot::CurrentUser, kWorkspaceKey, ERegAccess::Read) ||
-        key.QueryValue(name, value) != ERegStatus::Ok || value.m_nType != platform::ERegType::String) {
+    CRegValue value;
+    if (!QueryWorkspace(name, value)) {
+        return std::string(fallback);
+    }
+    if (value.m_nType != ERegType::String) {
+        SetAsideWorkspaceValue(name);
         return std::string(fallback);
     }
     return value.m_strText;
@@ -55,6 +87,27 @@ void WriteWorkspaceString(std::string_view name, std::string_view text) {
     if (OpenOrCreate(key, kWorkspaceKey)) {
         key.SetString(name, text);
     }
+}
+
+void SetAsideWorkspaceValue(std::string_view name, std::string_view rest) {
+    CRegistryKey key;
+    if (key.Open(ERegRoot::CurrentUser, kWorkspaceKey, ERegAccess::Full) && key.SetAside(name) &&
+        !rest.empty()) {
+        key.SetString(name, rest);
+    }
+}
+
+std::string TakeSetAsideText() {
+    const std::vector<platform::CSetAside> all = platform::TakeSetAside();
+    std::string text;
+    for (std::size_t n = 0; n < all.size(); ++n) {
+        text += n == 0 ? "Settings that could not be read were set aside as " : ", ";
+        text += all[n].m_strName;
+        if (n + 1 == all.size() || all[n + 1].m_strPlace != all[n].m_strPlace) {
+            text += " in " + all[n].m_strPlace;
+        }
+    }
+    return text;
 }
 
 void CAppSettings::LoadSettings() {
@@ -107,12 +160,18 @@ void CAppSettings::LoadTraceApps() {
 }
 
 void CAppSettings::LoadFontAndAnalysis() {
-    m_strFontName = GetWorkspaceString("FontName", "Courier New");
-    if (m_strFontName.empty()) {
-        m_strFontName = "Courier New";
+    CRegValue value;
+    const auto number = [&value](std::string_view name, std::int32_t fallback) {
+        return QueryWorkspace(name, value) && value.m_nType == ERegType::Dword
+                   ? static_cast<std::int32_t>(value.m_nNumber)
+                   : fallback;
+    };
+    m_strFontName = "Courier New";
+    if (QueryWorkspace("FontName", value) && value.m_nType == ERegType::String && !value.m_strText.empty()) {
+        m_strFontName = value.m_strText;
     }
-    m_nFontHeight = GetWorkspaceInt("FontHeight", 14);
-    m_bCacheAnalysis = GetWorkspaceInt("CacheAnalysis", 1) != 0;
+    m_nFontHeight = number("FontHeight", 14);
+    m_bCacheAnalysis = number("CacheAnalysis", 1) != 0;
 }
 
 void CAppSettings::LoadApplicationLook() { m_nAppLook = GetWorkspaceInt("ApplicationLook", kDefaultLook); }
@@ -122,6 +181,10 @@ void CAppSettings::SaveApplicationLook() const { WriteWorkspaceInt("ApplicationL
 void CAppSettings::SaveOptions() const {
     CRegistryKey apps;
     if (apps.Open(ERegRoot::CurrentUser, kAppsKey, ERegAccess::Full)) {
+        // Those that nobody could read, and those behind them, are not in the list that is written.
+        if (CountReadable(apps) < apps.Count()) {
+            apps.SetAsideCopy();
+        }
         apps.DeleteContent();
     } else {
         apps.Create(ERegRoot::CurrentUser, kAppsKey);
@@ -133,9 +196,9 @@ void CAppSettings::SaveOptions() const {
 
     CRegistryKey settings;
     OpenOrCreate(settings, kSettingsKey);
-    settings.SetDword("AutoRefresh", m_bAutoRefresh ? 1 : 0);
-    settings.SetDword("Rate", static_cast<std::uint32_t>(m_nRefreshRate));
-    settings.SetDword("Threshold", std::bit_cast<std::uint32_t>(m_fThreshold));
+    SetNumber(settings, "AutoRefresh", m_bAutoRefresh ? 1 : 0);
+    SetNumber(settings, "Rate", static_cast<std::uint32_t>(m_nRefreshRate));
+    SetNumber(settings, "Threshold", std::bit_cast<std::uint32_t>(m_fThreshold));
 }
 
 } // namespace carvelot

@@ -26,11 +26,16 @@ struct tagTraceApp {
     bool m_bEnabled = true;
 };
 
-// Integers and texts of the window's own key. A value of another type counts as missing.
+// Integers and texts of the window's own key. A value of another type counts as missing and is set aside.
 std::int32_t GetWorkspaceInt(std::string_view name, std::int32_t fallback);
 std::string GetWorkspaceString(std::string_view name, std::string_view fallback);
 void WriteWorkspaceInt(std::string_view name, std::int32_t number);
 void WriteWorkspaceString(std::string_view name, std::string_view text);
+// Keeps a text of which its reader could make only the rest, or nothing, under another name.
+void SetAsideWorkspaceValue(std::string_view name, std::string_view rest = {});
+
+// "Settings that could not be read were set aside as ... in ...", of all since the last call; else empty.
+std::string TakeSetAsideText();
 
 // The threshold and whether caches are analysed stand in the base, which sessions read.
 class CAppSettings : public AnalysisSettings {
@@ -48,7 +53,7 @@ public:
     // Fills m_traceApps with the stored applications in the store's own order, up to the first unreadable
     // one.
     void LoadTraceApps();
-    // Reads the font and whether caches are analysed. Nothing ever writes these.
+    // Reads the font and whether caches are analysed. Nothing ever writes these, of whatever type they are.
     void LoadFontAndAnalysis();
     void LoadApplicationLook();
     void SaveApplicationLook() const;

@@ -15,6 +15,22 @@ namespace {
 
 constexpr const char* kDialects = "Dialects"; // of the file with the same number
 
+// Empty where there is none. What is no text, or one with a NUL, is set aside.
+std::string ReadText(const CRegistryKey& key, const std::string& name) {
+    platform::CRegValue value;
+    if (key.QueryValue(name, value) != platform::ERegStatus::Ok) {
+        return {};
+    }
+    if (value.m_nType != platform::ERegType::String || value.m_strText.find('\0') != std::string::npos) {
+        CRegistryKey writable;
+        if (writable.Open(ERegRoot::CurrentUser, kRecentFilesKey, ERegAccess::Full)) {
+            writable.SetAside(name);
+        }
+        return {};
+    }
+    return value.m_strText;
+}
+
 } // namespace
 
 void CRecentFiles::Load() {
@@ -25,13 +41,12 @@ void CRecentFiles::Load() {
         return;
     }
     for (std::size_t n = 1; n <= kMaximum; ++n) {
-        platform::CRegValue value;
-        if (key.QueryValue("File" + std::to_string(n), value) == platform::ERegStatus::Ok &&
-            value.m_nType == platform::ERegType::String && !value.m_strText.empty()) {
-            m_listPaths.push_back(value.m_strText);
-            if (key.QueryValue(kDialects + std::to_string(n), value) == platform::ERegStatus::Ok &&
-                value.m_nType == platform::ERegType::String) {
-                SetDialects(m_listPaths.back(), value.m_strText);
+        const std::string path = ReadText(key, "File" + std::to_string(n));
+        const std::string dialects = ReadText(key, kDialects + std::to_string(n));
+        if (!path.empty()) {
+            m_listPaths.push_back(path);
+            if (!dialects.empty()) {
+                SetDialects(path, dialects);
             }
         }
     }

@@ -14,7 +14,7 @@ class CRecentFiles {
 public:
     static constexpr std::size_t kMaximum = 4;
 
-    // Reads and writes the stored list.
+    // Reads and writes the stored list. What is no path is set aside.
     void Load();
     void Save() const;
     // Puts a path on top. A path that is already there moves up; the oldest falls out.

@@ -1,7 +1,10 @@
 // What a test needs of other programs' windows on Windows:
 //
 //   window_helper list               visible windows of Qt programs: handle, left, top, right, bottom,
-//   process, title window_helper close HANDLE       asks a window to close, as its close button does
+//                                    process, title
+//   window_helper boxes              the same of the system's own dialogs
+//   window_helper text HANDLE        what stands in a dialog of the system's, as UTF-8
+//   window_helper close HANDLE       asks a window to close, as its close button does
 //   window_helper key HANDLE KEY     a key, by its virtual number, pressed and released
 //   window_helper clipboard          the text on the clipboard, as UTF-8
 #include <windows.h>
@@ -21,10 +24,18 @@ std::string Narrow(const wchar_t* wide) {
     return text;
 }
 
-BOOL CALLBACK Print(HWND window, LPARAM) {
+BOOL CALLBACK PrintText(HWND window, LPARAM) {
+    wchar_t text[4096] = L"";
+    GetWindowTextW(window, text, 4096);
+    std::printf("%s\n", Narrow(text).c_str());
+    return TRUE;
+}
+
+BOOL CALLBACK Print(HWND window, LPARAM classBegins) {
+    const auto* const begin = reinterpret_cast<const wchar_t*>(classBegins);
     wchar_t classBuffer[64] = L"";
     GetClassNameW(window, classBuffer, 64);
-    if (!IsWindowVisible(window) || std::wcsncmp(classBuffer, L"Qt", 2) != 0) {
+    if (!IsWindowVisible(window) || std::wcsncmp(classBuffer, begin, std::wcslen(begin)) != 0) {
         return TRUE;
     }
     wchar_t title[1024] = L"";
@@ -47,7 +58,14 @@ int main(int argc, char** argv) {
         argc > 2 ? reinterpret_cast<HWND>(static_cast<std::uintptr_t>(std::strtoull(argv[2], nullptr, 10)))
                  : nullptr;
     if (command == "list") {
-        return EnumWindows(Print, 0) ? 0 : 1;
+        return EnumWindows(Print, reinterpret_cast<LPARAM>(L"Qt")) ? 0 : 1;
+    }
+    if (command == "boxes") {
+        EnumWindows(Print, reinterpret_cast<LPARAM>(L"#32770")); // fails where there is no window at all
+        return 0;
+    }
+    if (command == "text" && window != nullptr) {
+        return EnumChildWindows(window, PrintText, 0) ? 0 : 1;
     }
     if (command == "close" && window != nullptr) {
         return PostMessageW(window, WM_CLOSE, 0, 0) ? 0 : 1;
@@ -70,6 +88,8 @@ int main(int argc, char** argv) {
         CloseClipboard();
         return 0;
     }
-    std::fputs("usage: window_helper list | close HANDLE | key HANDLE KEY | clipboard\n", stderr);
+    std::fputs(
+        "usage: window_helper list | boxes | text HANDLE | close HANDLE | key HANDLE KEY | clipboard\n",
+        stderr);
     return 2;
 }

@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace carvelot::platform {
 namespace {
 
@@ -98,7 +102,159 @@ TEST(Registry, DeletedContentTakesTheKeysBelowAlongAndTheKeyCanBeWrittenAgain) {
         below.Open(ERegRoot::CurrentUser, "Software\\Tamrisk\\Carvelot\\Test\\Below", ERegAccess::Read));
 }
 
+// "name in place", without the part of a key's path that a test has for itself.
+std::vector<std::string> SetAsideNow() {
+    std::vector<std::string> list;
+    for (const CSetAside& aside : TakeSetAside()) {
+        list.push_back(aside.m_strName + " in " + aside.m_strPlace);
+    }
+    return list;
+}
+
+TEST(Registry, AValueOfAnyTypeIsSetAsideUnderTheFirstNameThatIsFree) {
+    const SettingsStore store;
+    (void)SetAsideNow();
+    CRegistryKey key = SettingsStore::Key(kKey);
+    for (const char* text : {"one", "two"}) {
+        key.SetString("Layout", text);
+        EXPECT_TRUE(key.SetAside("layout"));
+    }
+    key.SetDword("Layout", 3);
+    EXPECT_TRUE(key.SetAside("Layout"));
+    CRegValue value;
+    EXPECT_EQ(key.QueryValue("Layout", value), ERegStatus::NotFound);
+    ASSERT_EQ(key.QueryValue("Layout.damaged", value), ERegStatus::Ok);
+    EXPECT_EQ(value.m_strText, "one");
+    ASSERT_EQ(key.QueryValue("Layout.2.damaged", value), ERegStatus::Ok);
+    EXPECT_EQ(value.m_strText, "two");
+    ASSERT_EQ(key.QueryValue("Layout.3.damaged", value), ERegStatus::Ok);
+    EXPECT_EQ(value.m_nNumber, 3U);
+    EXPECT_EQ(key.Count(), 3U);
+    const std::vector<CSetAside> list = TakeSetAside();
+    ASSERT_EQ(list.size(), 3U);
+    EXPECT_EQ(list[2].m_strName, "Layout.3.damaged");
+#ifdef _WIN32
+    EXPECT_EQ(list[2].m_strPlace, "HKEY_CURRENT_USER\\" + std::string(kKey));
+#else
+    EXPECT_EQ(list[2].m_strPlace, store.Path());
+#endif
+    EXPECT_TRUE(TakeSetAside().empty());
+}
+
+TEST(Registry, NothingIsSetAsideThatIsNotThereOrThroughAKeyForReading) {
+    const SettingsStore store;
+    (void)SetAsideNow();
+    CRegistryKey key = SettingsStore::Key(kKey);
+    key.SetDword("Rate", 1);
+    EXPECT_FALSE(key.SetAside("Missing"));
+    CRegistryKey reading;
+    ASSERT_TRUE(reading.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Read));
+#ifndef _WIN32 // Wine lets a key for reading write
+    EXPECT_FALSE(reading.SetAside("Rate"));
+#endif
+    EXPECT_FALSE(CRegistryKey().SetAside("Rate"));
+    EXPECT_FALSE(CRegistryKey().SetAsideCopy());
+    EXPECT_EQ(key.Count(), 1U);
+    EXPECT_TRUE(TakeSetAside().empty());
+}
+
+TEST(Registry, ACopyOfAKeyHoldsAllItsValuesAndLeavesThemWhereTheyAre) {
+    const SettingsStore store;
+    (void)SetAsideNow();
+    CRegistryKey key = SettingsStore::Key(kKey);
+    key.SetDword("a.exe", 1);
+    key.SetString("b.exe", "on");
+    EXPECT_TRUE(key.SetAsideCopy());
+    key.SetDword("c.exe", 1);
+    EXPECT_TRUE(key.SetAsideCopy());
+    EXPECT_EQ(key.Count(), 3U);
+    CRegistryKey first;
+    ASSERT_TRUE(first.Open(ERegRoot::CurrentUser, std::string(kKey) + ".damaged", ERegAccess::Read));
+    EXPECT_EQ(first.Count(), 2U);
+    CRegValue value;
+    ASSERT_EQ(first.QueryValue("b.exe", value), ERegStatus::Ok);
+    EXPECT_EQ(value.m_strText, "on");
+    ASSERT_EQ(first.QueryValue("a.exe", value), ERegStatus::Ok);
+    EXPECT_EQ(value.m_nNumber, 1U);
+    CRegistryKey second;
+    ASSERT_TRUE(second.Open(ERegRoot::CurrentUser, std::string(kKey) + ".2.damaged", ERegAccess::Read));
+    EXPECT_EQ(second.Count(), 3U);
+    const std::vector<CSetAside> list = TakeSetAside();
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_EQ(list[1].m_strName, "Test.2.damaged");
+}
+
+#ifdef _WIN32
+
+TEST(Registry, BytesThatAreNeitherNumberNorTextAreSetAsideAsTheyAre) {
+    const SettingsStore store;
+    CRegistryKey key = SettingsStore::Key(kKey);
+    HKEY handle = nullptr;
+    ASSERT_EQ(RegOpenKeyW(HKEY_CURRENT_USER, L"Software\\Tamrisk\\Carvelot\\Test", &handle), ERROR_SUCCESS);
+    const BYTE bytes[] = {1, 0, 255, 7, 9};
+    RegSetValueExW(handle, L"Layout", 0, REG_BINARY, bytes, sizeof bytes);
+    EXPECT_TRUE(key.SetAside("Layout"));
+    BYTE kept[16] = {};
+    DWORD size = sizeof kept;
+    DWORD type = 0;
+    EXPECT_EQ(RegQueryValueExW(handle, L"Layout.damaged", nullptr, &type, kept, &size), ERROR_SUCCESS);
+    EXPECT_EQ(type, DWORD{REG_BINARY});
+    EXPECT_EQ(std::vector<BYTE>(kept, kept + size), std::vector<BYTE>(bytes, bytes + sizeof bytes));
+    EXPECT_EQ(RegQueryValueExW(handle, L"Layout", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
+    RegCloseKey(handle);
+}
+
+#endif
+
 #ifndef _WIN32
+
+TEST(Registry, NoDamagedFileThatIsKeptIsEverOverwritten) {
+    const SettingsStore store;
+    (void)SetAsideNow();
+    for (const char* damage : {"first", "second", "third"}) {
+        store.Folder().Write("registry.ini", damage);
+        SettingsStore::Key(kKey).SetDword("Rate", 1);
+    }
+    EXPECT_EQ(store.Folder().Names(),
+              (std::vector<std::string>{"registry.ini", "registry.ini.2.damaged", "registry.ini.3.damaged",
+                                        "registry.ini.damaged"}));
+    EXPECT_EQ(store.Folder().Read("registry.ini.damaged"), "first");
+    EXPECT_EQ(store.Folder().Read("registry.ini.2.damaged"), "second");
+    EXPECT_EQ(store.Folder().Read("registry.ini.3.damaged"), "third");
+    const std::string folder = store.Folder().Path();
+    EXPECT_EQ(SetAsideNow(), (std::vector<std::string>{"registry.ini.damaged in " + folder,
+                                                       "registry.ini.2.damaged in " + folder,
+                                                       "registry.ini.3.damaged in " + folder}));
+}
+
+TEST(Registry, ADamagedFileThatCannotBeKeptIsNotOverwritten) {
+    const test::TestFolder folder;
+    const std::string name(248, 'n'); // that of a copy beside it is too long
+    folder.Write(name, "damaged");
+    const test::EnvironmentGuard guard("CARVELOT_REGISTRY", folder.Path(name).c_str());
+    (void)SetAsideNow();
+    CRegistryKey key = SettingsStore::Key(kKey);
+    key.SetDword("Rate", 10);
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Ok); // for the run
+    EXPECT_EQ(folder.Read(name), "damaged");
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{name});
+    EXPECT_TRUE(TakeSetAside().empty());
+}
+
+TEST(Registry, ValuesBelowADamagedNameOfAKeyAreNotTakenForThoseOfTheKeyAhead) {
+    const SettingsStore store;
+    store.Folder().Write("registry.ini", "[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Test]\n"
+                                         "\"Rate\"=dword:00000005\n"
+                                         "[HKEY_CURRENT_USER\\Soft\n"
+                                         "\"Rate\"=dword:00000007\n\"Other\"=dword:00000001\n");
+    CRegistryKey key;
+    ASSERT_TRUE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Full));
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 5U);
+    EXPECT_EQ(key.Count(), 1U);
+}
 
 TEST(Registry, ValuesAreEnumeratedInTheOrderInWhichTheyWereMade) {
     const SettingsStore store;

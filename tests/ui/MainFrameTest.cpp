@@ -3,6 +3,7 @@
 #include "platform/Registry.h"
 #include "ui/app/CustomizeDlg.h"
 #include "ui/app/FrameToolBars.h"
+#include "ui/kit/AutoHide.h"
 #include "ui/kit/Icons.h"
 #include "ui/kit/LookStyle.h"
 #include "ui/kit/ToolBar.h"
@@ -100,6 +101,25 @@ private:
 };
 
 void StoreText(const char* name, const std::string& text) { WriteWorkspaceString(name, text); }
+
+std::string Damaged(const std::string& stored, const QString& damage) {
+    QByteArray layout = QByteArray::fromStdString(stored);
+    if (damage == "empty") {
+        layout.clear();
+    } else if (damage == "text") {
+        layout = "no layout";
+    } else if (damage == "version") {
+        layout.replace(0, 1, "9");
+    } else if (damage == "truncated") {
+        layout.chop(layout.size() / 2);
+    } else if (damage == "flipped") {
+        layout[layout.size() / 2] = layout[layout.size() / 2] == 'A' ? 'B' : 'A';
+    } else { // the check sum of "garbage"
+        layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) + ":" +
+                 QByteArray("garbage").toBase64();
+    }
+    return layout.toStdString();
+}
 
 } // namespace
 
@@ -291,28 +311,106 @@ private slots:
             CRun run(*m_pFolder);
             run.Frame().m_wndFindPane.close();
         }
-        QByteArray layout = QByteArray::fromStdString(GetWorkspaceString("Layout", ""));
+        const std::string layout = GetWorkspaceString("Layout", "");
         QVERIFY(layout.size() > 100);
-        if (damage == "empty") {
-            layout.clear();
-        } else if (damage == "text") {
-            layout = "no layout";
-        } else if (damage == "version") {
-            layout.replace(0, 1, "9");
-        } else if (damage == "truncated") {
-            layout.chop(layout.size() / 2);
-        } else if (damage == "flipped") {
-            layout[layout.size() / 2] = layout[layout.size() / 2] == 'A' ? 'B' : 'A';
-        } else { // the check sum of "garbage"
-            layout = "1:" + QCryptographicHash::hash("garbage", QCryptographicHash::Sha1).toHex().left(12) +
-                     ":" + QByteArray("garbage").toBase64();
-        }
-        StoreText("Layout", layout.toStdString());
-        StoreText("Geometry", layout.toStdString());
+        StoreText("Layout", Damaged(layout, damage));
+        StoreText("Geometry", Damaged(layout, damage));
         const CRun run(*m_pFolder);
         QVERIFY(run.m_bStarted);
         QCOMPARE(DockTabs(run.Frame()), kPaneOrder);
     }
+
+    void whatADamagedLayoutWasIsKeptAndOneLineSaysSo_data() { aDamagedLayoutIsIgnored_data(); }
+
+    void whatADamagedLayoutWasIsKeptAndOneLineSaysSo() {
+        QFETCH(QString, damage);
+        CFakeInterface user;
+        { const CRun run(*m_pFolder); }
+        const std::string layout = Damaged(GetWorkspaceString("Layout", ""), damage);
+        StoreText("Layout", layout);
+        StoreText("Geometry", "no geometry");
+        StoreText("AutoHide", "left:240:SQLPane");
+        const auto messages = user.m_listMessages.size();
+        {
+            const CRun run(*m_pFolder);
+            const QString said = run.Frame().statusBar()->currentMessage();
+            QVERIFY2(said.startsWith(QStringLiteral("Settings that could not be read were set aside as "
+                                                    "Geometry.damaged, ") +
+                                     QLatin1String(layout.empty() ? "" : "Layout.damaged, ") +
+                                     QStringLiteral("AutoHide.damaged in ")),
+                     qPrintable(said));
+#ifdef Q_OS_WIN
+            QVERIFY(said.endsWith(QLatin1String("\\Software\\Tamrisk\\Carvelot\\Workspace")));
+#else
+            QVERIFY(said.endsWith(m_pFolder->filePath(QStringLiteral("registry.ini"))));
+#endif
+            QCOMPARE(run.Frame().statusBar()->toolTip(), said);
+            QCOMPARE(user.m_listMessages.size(), messages + 2); // those of the libraries, as at every start
+            // Until the next message takes its place.
+            run.Frame().statusBar()->showMessage(QStringLiteral("next"));
+            QCOMPARE(run.Frame().statusBar()->currentMessage(), QStringLiteral("next"));
+            QCOMPARE(run.Frame().statusBar()->toolTip(), QString());
+        }
+        QCOMPARE(GetWorkspaceString("Layout.damaged", ""), layout);
+        QCOMPARE(GetWorkspaceString("Geometry.damaged", ""), std::string("no geometry"));
+        QCOMPARE(GetWorkspaceString("AutoHide.damaged", ""), std::string("left:240:SQLPane"));
+        const CRun run(*m_pFolder);
+        QCOMPARE(run.Frame().statusBar()->currentMessage(), QString());
+    }
+
+    void ofADamagedTextWhatCouldBeReadIsTaken() {
+        CFakeInterface user;
+        { const CRun run(*m_pFolder); }
+        const std::string mine = "UserToolBar" + std::to_string(ID_TOOLBAR_USER_FIRST);
+        const std::string other = "UserToolBar" + std::to_string(ID_TOOLBAR_USER_LAST);
+        StoreText("ToolBarStandard", "57601,x,57600");
+        StoreText(mine.c_str(), "Mine|57601,,");
+        StoreText(other.c_str(), "neither title nor commands");
+        StoreText("UserImages", "57600=1,57601=?");
+        StoreText("UsedCommands", "57601;57600");
+        StoreText("AutoHide", "left:240:SQLPane;middle:240:FindPane");
+        {
+            const CRun run(*m_pFolder);
+            QCOMPARE(run.Frame().Bars().All().constFirst()->Commands(), (std::vector<int>{57601, 0, 57600}));
+            QCOMPARE(run.Frame().Bars().All().size(), 3);
+            QVERIFY(run.Frame().AutoHide().IsFolded(run.Frame().m_wndSQLPane));
+            QVERIFY(run.Frame().statusBar()->currentMessage().contains(mine.c_str()));
+        }
+        QCOMPARE(GetWorkspaceString("ToolBarStandard.damaged", ""), std::string("57601,x,57600"));
+        QCOMPARE(GetWorkspaceString(mine + ".damaged", ""), std::string("Mine|57601,,"));
+        QCOMPARE(GetWorkspaceString(mine, ""), std::string("Mine|57601"));
+        QCOMPARE(GetWorkspaceString(other + ".damaged", ""), std::string("neither title nor commands"));
+        QCOMPARE(GetWorkspaceString("UserImages.damaged", ""), std::string("57600=1,57601=?"));
+        QCOMPARE(GetWorkspaceString("UserImages", ""), std::string("57600=1"));
+        QCOMPARE(GetWorkspaceString("UsedCommands.damaged", ""), std::string("57601;57600"));
+        QCOMPARE(GetWorkspaceString("AutoHide.damaged", ""),
+                 std::string("left:240:SQLPane;middle:240:FindPane"));
+        QVERIFY(GetWorkspaceString("AutoHide", "").find("SQLPane") != std::string::npos);
+    }
+
+#ifndef Q_OS_WIN
+    void aDamagedSettingsFileIsKeptAndOneLineSaysWhere() {
+        CFakeInterface user;
+        const QString path = m_pFolder->filePath(QStringLiteral("registry.ini"));
+        const auto write = [](const QString& name, const QByteArray& bytes) {
+            QFile file(name);
+            return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        };
+        const auto read = [](const QString& name) {
+            QFile file(name);
+            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+        };
+        for (const char* aside : {"registry.ini.damaged", "registry.ini.2.damaged"}) {
+            const QByteArray damaged = QByteArray(100, '\0') + aside;
+            QVERIFY(write(path, damaged));
+            const CRun run(*m_pFolder);
+            QCOMPARE(run.Frame().statusBar()->currentMessage(),
+                     QStringLiteral("Settings that could not be read were set aside as %1 in %2")
+                         .arg(QLatin1String(aside), m_pFolder->path()));
+            QCOMPARE(read(m_pFolder->filePath(QLatin1String(aside))), damaged);
+        }
+    }
+#endif
 
     void theMenusFollowTheWindowInFront() {
         CFakeInterface user;

@@ -124,18 +124,22 @@ class Desktop:
         self.started.append(process)
         return process
 
-    def windows(self):
+    def windows(self, kind="list"):
         found = []
-        for line in self.run(self.helper, "list").splitlines():
+        for line in self.run(self.helper, kind).splitlines():
             handle, left, top, right, bottom, process, title = line.split("\t", 6)
             found.append(Window(int(handle), (int(left), int(top), int(right), int(bottom)), int(process), title))
         return found
 
-    def window(self, title, seconds=60):
+    def boxes(self):
+        """The system's own dialogs."""
+        return self.windows("boxes")
+
+    def window(self, title, seconds=60, kind="list"):
         """Waits for the window whose title this is."""
         end = time.monotonic() + seconds
         while True:
-            found = self.windows()
+            found = self.windows(kind)
             for window in found:
                 if window.title == title:
                     return window

@@ -14,11 +14,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <utility>
 #include <vector>
 
 namespace carvelot::platform {
@@ -112,6 +114,28 @@ bool Unquote(std::string_view& line, std::string& text) {
     return false;
 }
 
+constexpr int kMostAside = 10000; // of one name
+
+std::vector<CSetAside>& ListSetAside() {
+    static std::vector<CSetAside> list;
+    return list;
+}
+
+// Writes all of it, to the disk too, and closes the file.
+bool WriteAndClose(int file, std::string_view content) {
+    bool written = true;
+    while (written && !content.empty()) {
+        const ssize_t now = write(file, content.data(), content.size());
+        if (now < 0 && errno == EINTR) {
+            continue;
+        }
+        written = now > 0;
+        content.remove_prefix(now > 0 ? static_cast<std::size_t>(now) : 0);
+    }
+    written = fsync(file) == 0 && written;
+    return close(file) == 0 && written;
+}
+
 // The whole store of one file.
 class CStore {
 public:
@@ -151,6 +175,7 @@ public:
             return;
         }
         Parse(content);
+        m_strDamaged = m_bDamaged ? std::move(content) : std::string();
     }
 
     CKey* Find(std::string_view path) {
@@ -193,30 +218,18 @@ public:
         if (!target.parent_path().empty()) {
             std::filesystem::create_directories(target.parent_path(), error);
         }
-        if (m_bDamaged) {
-            std::filesystem::copy_file(target, target.string() + ".damaged",
-                                       std::filesystem::copy_options::overwrite_existing, error);
-            m_bDamaged = false;
+        if (m_bDamaged && !SetAsideFile(target)) {
+            m_bDetached = true;
+            return;
         }
+        m_bDamaged = false;
         std::string temporary = target.string() + ".XXXXXX";
         const int file = mkostemp(temporary.data(), O_CLOEXEC);
         if (file < 0) {
             m_bDetached = true; // keep what the user set for as long as the program runs
             return;
         }
-        const std::string content = Print();
-        bool written = true;
-        for (std::size_t done = 0; written && done < content.size();) {
-            const ssize_t now = write(file, content.data() + done, content.size() - done);
-            if (now < 0 && errno == EINTR) {
-                continue;
-            }
-            written = now > 0;
-            done += now > 0 ? static_cast<std::size_t>(now) : 0;
-        }
-        written = fsync(file) == 0 && written;
-        written = close(file) == 0 && written;
-        if (!written || std::rename(temporary.c_str(), target.c_str()) != 0) {
+        if (!WriteAndClose(file, Print()) || std::rename(temporary.c_str(), target.c_str()) != 0) {
             unlink(temporary.c_str());
             m_bDetached = true;
         }
@@ -246,10 +259,34 @@ private:
             CRegValue value;
             if (key == nullptr || !ParseValue(line, value)) {
                 m_bDamaged = true;
+                if (line[0] == '[') {
+                    key = nullptr; // nobody knows whose values follow
+                }
                 continue;
             }
             Put(*key, std::move(value));
         }
+    }
+
+    // The file as it was read, under the first name that is free.
+    bool SetAsideFile(const std::filesystem::path& target) const {
+        for (int number = 1; number <= kMostAside; ++number) {
+            const std::string aside = AsideName(target.string(), number);
+            const int file = open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+            if (file >= 0) {
+                if (!WriteAndClose(file, m_strDamaged)) {
+                    unlink(aside.c_str());
+                    return false;
+                }
+                ListSetAside().push_back(
+                    {std::filesystem::path(aside).filename().string(), target.parent_path().string()});
+                return true;
+            }
+            if (errno != EEXIST) {
+                return false;
+            }
+        }
+        return false;
     }
 
     static bool ParseValue(std::string_view line, CRegValue& value) {
@@ -312,6 +349,7 @@ private:
     std::filesystem::path m_path;
     std::vector<CKey> m_listKeys;
     bool m_bDamaged = false;  // lines of the file were not understood
+    std::string m_strDamaged; // then all of it
     bool m_bDetached = false; // the file is out of reach: memory alone holds the settings
 };
 
@@ -532,6 +570,11 @@ bool CRegistryKey::EnumRaw32(std::size_t index, std::string& name, std::uint32_t
     return true;
 }
 
+std::size_t CRegistryKey::Count() const {
+    const CKey* key = m_pImpl->Read();
+    return key != nullptr ? key->m_listValues.size() : 0;
+}
+
 bool CRegistryKey::SetDword(std::string_view name, std::uint32_t number) {
     return m_pImpl->Write({std::string(name), ERegType::Dword, number, {}});
 }
@@ -553,6 +596,51 @@ bool CRegistryKey::DeleteValue(std::string_view name) {
     }
     return removed != 0;
 }
+
+bool CRegistryKey::SetAside(std::string_view name) {
+    const FolderLock lock = LockStore();
+    CKey* key = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
+    if (key == nullptr) {
+        return false;
+    }
+    const auto named = [key](std::string_view wanted) {
+        return std::ranges::find_if(key->m_listValues, [wanted](const CRegValue& value) {
+            return EqualNoCase(value.m_strName, wanted);
+        });
+    };
+    const auto value = named(name);
+    if (value == key->m_listValues.end()) {
+        return false;
+    }
+    int number = 1;
+    while (named(AsideName(name, number)) != key->m_listValues.end()) {
+        ++number;
+    }
+    value->m_strName = AsideName(value->m_strName, number);
+    ListSetAside().push_back({value->m_strName, StorePath().string()});
+    Store().Save();
+    return true;
+}
+
+bool CRegistryKey::SetAsideCopy() const {
+    const FolderLock lock = LockStore();
+    const CKey* key = m_pImpl->m_bWritable ? m_pImpl->Read() : nullptr;
+    if (key == nullptr) {
+        return false;
+    }
+    int number = 1;
+    while (Store().Exists(AsideName(m_pImpl->m_strPath, number))) {
+        ++number;
+    }
+    std::vector<CRegValue> values = key->m_listValues;
+    CKey& aside = Store().Make(AsideName(m_pImpl->m_strPath, number));
+    aside.m_listValues = std::move(values);
+    ListSetAside().push_back({aside.m_strPath.substr(aside.m_strPath.rfind('\\') + 1), StorePath().string()});
+    Store().Save();
+    return true;
+}
+
+std::vector<CSetAside> TakeSetAside() { return std::exchange(ListSetAside(), {}); }
 
 bool CRegistryKey::DeleteContent() {
     if (!m_pImpl->m_bOpen || !m_pImpl->m_bWritable) {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace carvelot::platform {
@@ -35,10 +36,34 @@ HKEY RootHandle(ERegRoot root) {
     return root == ERegRoot::CurrentUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
 }
 
+// As the registry's own editor writes it.
+std::string RootName(ERegRoot root) {
+    return root == ERegRoot::CurrentUser ? "HKEY_CURRENT_USER" : "HKEY_LOCAL_MACHINE";
+}
+
+std::vector<CSetAside>& ListSetAside() {
+    static std::vector<CSetAside> list;
+    return list;
+}
+
+// A value's bytes with their type.
+LSTATUS QueryBytes(HKEY key, const std::wstring& name, DWORD& type, std::vector<BYTE>& data) {
+    DWORD size = 0;
+    LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &type, nullptr, &size);
+    if (status == ERROR_SUCCESS) {
+        data.resize(size);
+        status = RegQueryValueExW(key, name.c_str(), nullptr, &type, data.data(), &size);
+        data.resize(status == ERROR_SUCCESS ? size : 0);
+    }
+    return status;
+}
+
 } // namespace
 
 struct CRegistryKey::CImpl {
     HKEY m_hKey = nullptr;
+    ERegRoot m_nRoot = ERegRoot::CurrentUser;
+    std::string m_strPath;
 };
 
 CRegistryKey::CRegistryKey() : m_pImpl(std::make_unique<CImpl>()) {}
@@ -65,7 +90,7 @@ bool CRegistryKey::Open(ERegRoot root, std::string_view key, ERegAccess access) 
     if (RegOpenKeyExW(RootHandle(root), Widen(key).c_str(), 0, rights, &keyHandle) != ERROR_SUCCESS) {
         return false;
     }
-    m_pImpl->m_hKey = keyHandle;
+    *m_pImpl = {keyHandle, root, std::string(key)};
     return true;
 }
 
@@ -76,7 +101,7 @@ bool CRegistryKey::Create(ERegRoot root, std::string_view key) {
                         KEY_ALL_ACCESS, nullptr, &keyHandle, nullptr) != ERROR_SUCCESS) {
         return false;
     }
-    m_pImpl->m_hKey = keyHandle;
+    *m_pImpl = {keyHandle, root, std::string(key)};
     return true;
 }
 
@@ -105,22 +130,15 @@ ERegStatus CRegistryKey::QueryRaw32(std::string_view name, std::uint32_t& number
 }
 
 ERegStatus CRegistryKey::QueryValue(std::string_view name, CRegValue& value) const {
-    const std::wstring wide = Widen(name);
     DWORD type = REG_NONE;
-    DWORD size = 0;
-    LSTATUS status = RegQueryValueExW(m_pImpl->m_hKey, wide.c_str(), nullptr, &type, nullptr, &size);
     std::vector<BYTE> data;
-    if (status == ERROR_SUCCESS) {
-        data.resize(size);
-        status = RegQueryValueExW(m_pImpl->m_hKey, wide.c_str(), nullptr, &type, data.data(), &size);
-    }
+    const LSTATUS status = QueryBytes(m_pImpl->m_hKey, Widen(name), type, data);
     if (status == ERROR_FILE_NOT_FOUND) {
         return ERegStatus::NotFound;
     }
     if (status != ERROR_SUCCESS) {
         return ERegStatus::Failed;
     }
-    data.resize(size);
     value = {};
     value.m_strName = name;
     if (type == REG_DWORD && data.size() == sizeof value.m_nNumber) {
@@ -167,6 +185,13 @@ bool CRegistryKey::EnumRaw32(std::size_t index, std::string& name, std::uint32_t
     return true;
 }
 
+std::size_t CRegistryKey::Count() const {
+    DWORD count = 0;
+    RegQueryInfoKeyW(m_pImpl->m_hKey, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &count, nullptr,
+                     nullptr, nullptr, nullptr);
+    return count;
+}
+
 bool CRegistryKey::SetDword(std::string_view name, std::uint32_t number) {
     return RegSetValueExW(m_pImpl->m_hKey, Widen(name).c_str(), 0, REG_DWORD,
                           reinterpret_cast<const BYTE*>(&number), sizeof number) == ERROR_SUCCESS;
@@ -182,6 +207,65 @@ bool CRegistryKey::SetString(std::string_view name, std::string_view text) {
 bool CRegistryKey::DeleteValue(std::string_view name) {
     return RegDeleteValueW(m_pImpl->m_hKey, Widen(name).c_str()) == ERROR_SUCCESS;
 }
+
+bool CRegistryKey::SetAside(std::string_view name) {
+    DWORD type = REG_NONE;
+    std::vector<BYTE> data;
+    if (QueryBytes(m_pImpl->m_hKey, Widen(name), type, data) != ERROR_SUCCESS) {
+        return false;
+    }
+    int number = 1;
+    while (RegQueryValueExW(m_pImpl->m_hKey, Widen(AsideName(name, number)).c_str(), nullptr, nullptr,
+                            nullptr, nullptr) == ERROR_SUCCESS) {
+        ++number;
+    }
+    const std::string aside = AsideName(name, number);
+    if (RegSetValueExW(m_pImpl->m_hKey, Widen(aside).c_str(), 0, type, data.data(),
+                       static_cast<DWORD>(data.size())) != ERROR_SUCCESS ||
+        !DeleteValue(name)) {
+        return false;
+    }
+    ListSetAside().push_back({aside, RootName(m_pImpl->m_nRoot) + '\\' + m_pImpl->m_strPath});
+    return true;
+}
+
+bool CRegistryKey::SetAsideCopy() const {
+    if (m_pImpl->m_hKey == nullptr) {
+        return false;
+    }
+    CRegistryKey aside;
+    int number = 1;
+    while (aside.Open(m_pImpl->m_nRoot, AsideName(m_pImpl->m_strPath, number), ERegAccess::Read)) {
+        ++number;
+    }
+    const std::string path = AsideName(m_pImpl->m_strPath, number);
+    if (!aside.Create(m_pImpl->m_nRoot, path)) {
+        return false;
+    }
+    DWORD longestName = 0;
+    DWORD largestValue = 0;
+    RegQueryInfoKeyW(m_pImpl->m_hKey, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                     &longestName, &largestValue, nullptr, nullptr);
+    std::vector<wchar_t> name(longestName + 1);
+    std::vector<BYTE> data(largestValue + 1);
+    LSTATUS status = ERROR_SUCCESS;
+    for (DWORD index = 0; status == ERROR_SUCCESS; ++index) {
+        auto nameLength = static_cast<DWORD>(name.size());
+        auto size = static_cast<DWORD>(data.size());
+        DWORD type = REG_NONE;
+        status = RegEnumValueW(m_pImpl->m_hKey, index, name.data(), &nameLength, nullptr, &type, data.data(),
+                               &size);
+        if (status == ERROR_SUCCESS) {
+            status = RegSetValueExW(aside.m_pImpl->m_hKey, name.data(), 0, type, data.data(), size);
+        }
+    }
+    const std::size_t parent = path.rfind('\\');
+    ListSetAside().push_back(
+        {path.substr(parent + 1), RootName(m_pImpl->m_nRoot) + '\\' + path.substr(0, parent)});
+    return status == ERROR_NO_MORE_ITEMS;
+}
+
+std::vector<CSetAside> TakeSetAside() { return std::exchange(ListSetAside(), {}); }
 
 bool CRegistryKey::DeleteContent() {
     // RegDeleteTreeW without a subkey name keeps the key itself, so that the handle stays good for the new

@@ -94,6 +94,7 @@ bool CCarvelotApp::InitInstance(const std::vector<std::string>& arguments) {
         m_pMainWnd->ClientArea().setFocus(Qt::OtherFocusReason);
     }
     m_pMainWnd->show();
+    m_pMainWnd->TellSetAside();
     m_pMainWnd->repaint();
     RegisterRestart();
     // Last and after the window is there: a workstation without JDE meets this message, and goes on.
@@ -285,6 +286,7 @@ void CCarvelotApp::OnOptions() {
     }
     m_pMainWnd->m_wndProcessPane.RestartTimer();
     m_pMainWnd->m_wndProcessPane.RefreshProcessList();
+    m_pMainWnd->TellSetAside();
 }
 
 void CCarvelotApp::OnGlobalTables() {

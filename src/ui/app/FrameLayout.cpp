@@ -65,16 +65,26 @@ void CFrameLayout::RestoreDefault() {
 }
 
 void CFrameLayout::Restore() {
+    // What does not become the window's is kept aside: the next end of the program writes over it.
+    const auto setAside = [](const char* name) {
+        if (!GetWorkspaceString(name, "").empty()) {
+            SetAsideWorkspaceValue(name);
+        }
+    };
     const QByteArray geometry = Unseal(GetWorkspaceString("Geometry", ""));
     if (geometry.isEmpty() || !m_frame.restoreGeometry(geometry)) {
+        setAside("Geometry");
         const QSize available = m_frame.screen()->availableSize();
         m_frame.resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
     m_layout = Unseal(GetWorkspaceString("Layout", ""));
+    m_listUnplaced = m_frame.Panes();
     if (ApplyLayout()) {
         m_bRaiseBSFN = false;
-        m_pAutoHide->Restore(ReadFolds(GetWorkspaceString("AutoHide", "")));
+        m_pAutoHide->Restore(ReadWorkspace("AutoHide", ReadFolds, WriteFolds));
     } else {
+        setAside("Layout");
+        setAside("AutoHide");
         m_frame.RestoreDefaultLayout();
     }
     connect(&m_frame, &QMainWindow::tabifiedDockWidgetActivated, this, &CFrameLayout::OnTabActivated);
@@ -86,7 +96,16 @@ bool CFrameLayout::ApplyLayout() {
     for (CDockablePane* pane : m_frame.Panes()) {
         pane->setAttribute(Qt::WA_DontShowOnScreen);
     }
+    // The toolkit leaves a pane that the layout does not know, of an older version for instance, beside
+    // others or on top of them.
+    m_listUnplaced.removeIf([this](CDockablePane* pane) { return m_pAutoHide->IsFolded(*pane); });
+    for (CDockablePane* pane : m_listUnplaced) {
+        m_frame.removeDockWidget(pane);
+    }
     const bool applied = !m_layout.isEmpty() && m_frame.restoreState(m_layout, kLayoutVersion);
+    if (applied) {
+        DockUnplaced();
+    }
     // A floating pane that is on the screen before this window is no companion of it for the window manager
     // and would vanish behind it.
     for (CDockablePane* pane : m_frame.Panes()) {
@@ -100,6 +119,35 @@ bool CFrameLayout::ApplyLayout() {
         QMetaObject::invokeMethod(this, &CFrameLayout::ShowFloatingPanes, Qt::QueuedConnection);
     }
     return applied;
+}
+
+// As a tab of the group at the bottom, without coming to its front, or as that group.
+void CFrameLayout::DockUnplaced() {
+    m_listUnplaced.removeIf([this](CDockablePane* pane) {
+        return pane->isFloating() || m_frame.dockWidgetArea(pane) != Qt::NoDockWidgetArea;
+    });
+    CDockablePane* group = nullptr;
+    for (CDockablePane* pane : m_frame.Panes()) {
+        const bool docked = !m_listUnplaced.contains(pane) && !pane->isFloating() && !pane->isHidden() &&
+                            m_frame.dockWidgetArea(pane) == Qt::BottomDockWidgetArea;
+        if (docked && (group == nullptr || pane->IsInFront())) {
+            group = pane;
+        }
+    }
+    const bool isNew = group == nullptr;
+    for (CDockablePane* pane : m_listUnplaced) {
+        m_frame.addDockWidget(Qt::BottomDockWidgetArea, pane);
+        if (group != nullptr) {
+            m_frame.tabifyDockWidget(group, pane);
+        } else {
+            group = pane;
+        }
+        pane->show();
+    }
+    if (!m_listUnplaced.isEmpty() && m_frame.isVisible()) {
+        m_frame.layout()->activate();
+        (isNew && m_listUnplaced.contains(&m_frame.m_wndBSFNPane) ? &m_frame.m_wndBSFNPane : group)->raise();
+    }
 }
 
 void CFrameLayout::Save() const {

@@ -41,6 +41,7 @@ public:
 private:
     void DockPanes();
     bool ApplyLayout();
+    void DockUnplaced();
     void OnTabActivated(QDockWidget* dock);
     void NextPane(bool forward);
 
@@ -48,6 +49,7 @@ private:
     std::unique_ptr<CAutoHide> m_pAutoHide;
     QByteArray m_layout;                    // stored, until the window shows in its size
     QList<CDockablePane*> m_listFloatLater; // until the window is on the screen
+    QList<CDockablePane*> m_listUnplaced;   // panes that the stored layout does not know
     bool m_bRaiseBSFN = false;              // the default layout waits for the window to be shown
 };
 

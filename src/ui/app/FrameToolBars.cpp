@@ -33,18 +33,23 @@ CFrameToolBars::CFrameToolBars(CMainFrame& frame) : m_frame(frame) {
 void CFrameToolBars::Load() {
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
     const auto load = [](const char* name, CToolBar& toolBar) {
-        if (const std::string stored = GetWorkspaceString(name, ""); !stored.empty()) {
-            toolBar.SetCommands(ReadCommands(stored, kMostToolBarCommands));
+        const std::vector<int> commands = ReadWorkspace(
+            name, [](const std::string& stored) { return ReadCommands(stored, kMostToolBarCommands); },
+            WriteCommands<std::vector<int>>);
+        if (!commands.empty()) {
+            toolBar.SetCommands(commands);
         }
     };
     load("ToolBarStandard", *m_pToolBar);
     load("ToolBarCache", *m_pCacheToolBar);
     for (int id = ID_TOOLBAR_USER_FIRST; id <= ID_TOOLBAR_USER_LAST; ++id) {
-        if (const auto stored = ReadToolBar(GetWorkspaceString("UserToolBar" + std::to_string(id), ""))) {
+        if (const auto stored =
+                ReadWorkspace("UserToolBar" + std::to_string(id), ReadToolBar,
+                              [](const auto& toolBar) { return toolBar ? WriteToolBar(*toolBar) : ""; })) {
             AddUserToolBar(id, stored->m_strTitle)->SetCommands(stored->m_listCommands);
         }
     }
-    for (const auto& [id, image] : ReadUserImages(GetWorkspaceString("UserImages", ""))) {
+    for (const auto& [id, image] : ReadWorkspace("UserImages", ReadUserImages, WriteUserImages)) {
         SetUserImage(id, image);
     }
 }

@@ -96,6 +96,7 @@ bool CMainFrame::LoadFrame() {
         UpdateTitleAndMenus();
         if (isVisible()) {
             theApp().RegisterRestart();
+            TellSetAside(); // a document's window reads settings of its own
         }
     });
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
@@ -163,6 +164,12 @@ void CMainFrame::UpdateCommands() { m_pCommands->Update(); }
 void CMainFrame::ShowEditMenu(const QPoint& screen) { m_pMenus->ShowEditMenu(screen); }
 
 void CMainFrame::ShowProgress(int percent) { m_pStatusBar->ShowProgress(percent); }
+
+void CMainFrame::TellSetAside() {
+    if (const std::string text = TakeSetAsideText(); !text.empty()) {
+        m_pStatusBar->Say(PathToQString(text));
+    }
+}
 
 void CMainFrame::ShowRange(const QString& text) { m_pStatusBar->ShowRange(text); }
 

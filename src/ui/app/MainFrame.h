@@ -48,6 +48,8 @@ public:
     void ShowEditMenu(const QPoint& screen) override;
     void ShowProgress(int percent) override;
     void ShowRange(const QString& text) override;
+    // Says in the status bar which settings were set aside since it was last asked, if any.
+    void TellSetAside();
     CStatusBar& StatusBar() const { return *m_pStatusBar; }
     // One session at a time.
     CFollowing& Following() const { return *m_pFollowing; }

@@ -35,6 +35,11 @@ CStatusBar::CStatusBar(const QString& bitnessText)
     addPermanentWidget(m_pRange);
     addPermanentWidget(m_pProgress);
     addPermanentWidget(bitness);
+    connect(this, &QStatusBar::messageChanged, this, [this](const QString& text) {
+        if (text != toolTip()) {
+            setToolTip({});
+        }
+    });
 }
 
 void CStatusBar::ShowRange(const QString& text) {
@@ -46,6 +51,11 @@ void CStatusBar::ShowFollowing(const QString& text, const QString& log) {
     m_pFollowing->setText(text);
     m_pFollowing->setToolTip(log);
     m_pFollowing->setVisible(!text.isEmpty());
+}
+
+void CStatusBar::Say(const QString& text) {
+    showMessage(text);
+    setToolTip(text); // whole, however narrow the window is
 }
 
 void CStatusBar::ShowUnread(bool many) { m_pUnread->setVisible(many); }

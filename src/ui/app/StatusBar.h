@@ -21,6 +21,8 @@ public:
     void ShowUnread(bool many);
     // What there is to tell of the log that is followed, and where it lies; an empty text hides it.
     void ShowFollowing(const QString& text, const QString& log);
+    // Says it at the left, until the next message takes its place.
+    void Say(const QString& text);
     QToolButton& UnreadButton() const { return *m_pUnread; }
 
 private:

@@ -1,3 +1,4 @@
+#include "platform/CrashDump.h"
 #include "platform/DynamicLibrary.h"
 #include "platform/ProgramIdentity.h"
 #include "ui/app/CarvelotApp.h"
@@ -36,6 +37,7 @@ public:
 int main(int argc, char** argv) {
     using namespace carvelot;
 
+    platform::KeepCrashDumps(platform::ECrashNotice::Box);
     platform::CloseLibrarySearch();
     platform::SetProgramIdentifier(kProgramIdentifier);
     CCarvelotApp& app = theApp();

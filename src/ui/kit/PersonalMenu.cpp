@@ -16,7 +16,9 @@ namespace carvelot {
 void CMenuHabits::Load() {
     m_bRecentlyUsedMenus = GetWorkspaceInt("RecentlyUsedMenus", 1) != 0;
     m_bFullMenusAfterDelay = GetWorkspaceInt("FullMenusAfterDelay", 1) != 0;
-    const std::vector<int> used = ReadCommands(GetWorkspaceString("UsedCommands", ""));
+    const std::vector<int> used = ReadWorkspace(
+        "UsedCommands", [](const std::string& stored) { return ReadCommands(stored); },
+        WriteCommands<std::vector<int>>);
     m_setUsed = {used.begin(), used.end()};
 }
 

@@ -3,6 +3,8 @@
 // that can be applied, and what makes no sense is left out.
 #pragma once
 
+#include "settings/AppSettings.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -32,6 +34,18 @@ template <class TNumbers> std::string WriteCommands(const TNumbers& commands) {
         stored.append(stored.empty() ? "" : ",").append(std::to_string(command));
     }
     return stored;
+}
+
+// The workspace's text of that name as read makes it. What read leaves out, and write so does not give back,
+// is not lost: the text is set aside, and what there is of it takes its place.
+template <class TRead, class TWrite>
+auto ReadWorkspace(const std::string& name, const TRead& read, const TWrite& write) {
+    const std::string stored = GetWorkspaceString(name, "");
+    auto value = read(stored);
+    if (const std::string rest = write(value); rest != stored) {
+        SetAsideWorkspaceValue(name, rest);
+    }
+    return value;
 }
 
 // A toolbar that the user made: "title|32788,0,57601". A title may hold bars; without one there is no

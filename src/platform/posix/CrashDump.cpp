@@ -1,0 +1,7 @@
+#include "platform/CrashDump.h"
+
+namespace carvelot::platform {
+
+void KeepCrashDumps(ECrashNotice) {}
+
+} // namespace carvelot::platform
