@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
 #include <new>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -85,6 +88,29 @@ ssize_t __wrap_write(int file, const void* buffer, std::size_t size) {
         s_pFaults->m_nWrittenBytes += static_cast<std::uint64_t>(count);
     }
     return count;
+}
+
+int __real_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...) {
+    if (s_pFaults != nullptr && s_pFaults->m_nMakeError != 0 && (flags & O_CREAT) != 0) {
+        return carvelot::test::Fail(s_pFaults->m_nMakeError);
+    }
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
+    va_end(more);
+    return __real_open(path, flags, mode);
+}
+
+DIR* __real_opendir(const char* path);
+DIR* __wrap_opendir(const char* path);
+DIR* __wrap_opendir(const char* path) {
+    if (s_pFaults != nullptr && s_pFaults->m_nListError != 0) {
+        errno = s_pFaults->m_nListError;
+        return nullptr;
+    }
+    return __real_opendir(path);
 }
 
 int __real_fsync(int file);

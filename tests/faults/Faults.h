@@ -27,6 +27,9 @@ public:
     // Writes fail with this error once so many bytes are written; the last one before writes what fits.
     std::uint64_t m_nWritableBytes = ~std::uint64_t{0};
     int m_nWriteError = 0;
+    // Error of an open that would make a file, and of one of a folder's list.
+    int m_nMakeError = 0;
+    int m_nListError = 0;
     // Errors of the calls that end a file's writing.
     int m_nSyncError = 0;
     int m_nRenameError = 0;

@@ -16,12 +16,14 @@
 #include <sys/stat.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <utility>
 
 namespace carvelot::test {
 
 namespace {
 
 std::atomic<bool> s_on = false;
+thread_local bool t_paused = false;
 Schedule s_schedule;
 std::function<void()> s_renamed;
 std::array<std::atomic<std::uint64_t>, kCalls> s_counts;
@@ -30,7 +32,7 @@ std::size_t At(Call call) { return static_cast<std::size_t>(call); }
 
 // Counts a call; whether it is to fail.
 bool Fails(Call call) {
-    if (!s_on.load(std::memory_order_relaxed)) {
+    if (!s_on.load(std::memory_order_relaxed) || t_paused) {
         return false;
     }
     const std::uint64_t number = ++s_counts[At(call)];
@@ -76,16 +78,16 @@ bool FailsToOpen(int flags) {
     return false;
 }
 
-// While this lives nothing counts and nothing fails.
+// While this lives nothing of this thread counts, and nothing fails.
 class Pause {
 public:
-    Pause() : m_bWasOn(s_on.exchange(false)) {}
-    ~Pause() { s_on = m_bWasOn; }
+    Pause() : m_bBefore(std::exchange(t_paused, true)) {}
+    ~Pause() { t_paused = m_bBefore; }
     Pause(const Pause&) = delete;
     Pause& operator=(const Pause&) = delete;
 
 private:
-    const bool m_bWasOn;
+    const bool m_bBefore;
 };
 
 // The C library's function of that name, ahead of which ours stands.
@@ -170,6 +172,13 @@ int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*
                                  ? __interceptor_pthread_create
                                  : RealOf<decltype(pthread_create)>("pthread_create");
     return Fails(Call::Thread) ? EAGAIN : real(thread, attributes, work, argument);
+}
+
+// A sanitizer asks for this at a thread's start, and bears no failing.
+int pthread_getattr_np(pthread_t thread, pthread_attr_t* attributes) {
+    static const auto real = RealOf<int(pthread_t, pthread_attr_t*)>("pthread_getattr_np");
+    const carvelot::test::Pause pause;
+    return real(thread, attributes);
 }
 
 int open(const char* path, int flags, ...) {

@@ -427,7 +427,7 @@ std::vector<Scenario> Scenarios() {
         ReportScenario("--find", {"--json", "--find", "jde", "DIR/log"}),
         ReportScenario("--explore", {"--explore", "DIR/log"}, {Call::Thread}),
         ReportScenario("--explore --json", {"--explore", "--json", "DIR/log"}, {Call::Thread}),
-        ReportScenario("--compare", {"--explore", "--compare", "DIR/base", "DIR/log"}, {Call::Thread}, {},
+        ReportScenario("--compare", {"--compare", "DIR/base", "DIR/log"}, {Call::Thread}, {},
                        {{"log", debug}, {"base", debug}}),
         ReportScenario("--rows csv", {"--rows", "frames", "DIR/log"}, {Call::Thread}),
         ReportScenario("--rows ndjson", {"--rows", "records", "--format", "ndjson", "DIR/log"},

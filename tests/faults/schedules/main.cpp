@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -28,7 +29,10 @@
 #include <unistd.h>
 #include <utility>
 
-extern "C" __attribute__((weak)) int __lsan_do_recoverable_leak_check();
+extern "C" {
+__attribute__((weak)) int __lsan_do_recoverable_leak_check();
+__attribute__((weak)) void __sanitizer_print_stack_trace();
+}
 
 namespace carvelot::test {
 
@@ -160,6 +164,15 @@ std::string EndOf(int file) {
     return text.substr(0, 4000);
 }
 
+// What nobody catches shows where it was thrown.
+void TellWhereItEnds() {
+    Order({});
+    if (__sanitizer_print_stack_trace != nullptr) {
+        __sanitizer_print_stack_trace();
+    }
+    std::abort();
+}
+
 Child InChild(const Options& options, const std::function<std::string()>& work) {
     static const int errors = ::memfd_create("errors", 0);
     int ends[2];
@@ -174,6 +187,7 @@ Child InChild(const Options& options, const std::function<std::string()>& work) 
         ::close(ends[0]);
         ::lseek(errors, 0, SEEK_SET);
         ::dup2(errors, STDERR_FILENO);
+        std::set_terminate(TellWhereItEnds);
         const std::string answer = work();
         for (std::string_view left = answer; !left.empty();) {
             const ssize_t count = ::write(ends[1], left.data(), left.size());
