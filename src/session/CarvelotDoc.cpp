@@ -357,6 +357,11 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
     {
         CLogReader reader(source);
         m_trace.told = DetectLogFormat(reader, m_nLogFormat, m_debugParser);
+        LogLine line;
+        if (!m_trace.told && !reader.ReadLogLine(line)) {
+            // Where reading failed ahead of the end there is more, for whoever looks again.
+            m_trace.size = reader.BytesRead();
+        }
     }
     if (m_trace.told) {
         source.RewindForGood();
@@ -391,17 +396,22 @@ bool CCarvelotDoc::ReadAnew(ILogSource& source, const platform::FileIdentity& id
     });
 }
 
-bool CCarvelotDoc::StillHolds(ILogSource& source) {
-    std::string bytes(LogTrace::kKept, '\0');
+std::optional<bool> CCarvelotDoc::StillHolds(ILogSource& source) {
+    std::string bytes(std::min<std::uint64_t>(LogTrace::kKept, source.Size()), '\0');
     source.Rewind();
-    bytes.resize(source.Read(bytes.data(), bytes.size()));
+    if (source.Read(bytes.data(), bytes.size()) < bytes.size()) {
+        return std::nullopt;
+    }
     if (!bytes.starts_with(m_trace.first)) {
         return false;
     }
     m_trace.first = bytes;
     bytes.resize(m_trace.last.size());
-    return source.Seek(m_trace.place.position - bytes.size()) &&
-           source.Read(bytes.data(), bytes.size()) == bytes.size() && bytes == m_trace.last;
+    if (!source.Seek(m_trace.place.position - bytes.size()) ||
+        source.Read(bytes.data(), bytes.size()) < bytes.size()) {
+        return std::nullopt;
+    }
+    return bytes == m_trace.last;
 }
 
 void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {

@@ -9,6 +9,7 @@
 // never sees half a file.
 #include "platform/Registry.h"
 #include "platform/posix/FolderLock.h"
+#include "platform/posix/PosixFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -122,8 +123,8 @@ public:
             return;
         }
         std::string content;
-        const int file = open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (file < 0) {
+        const Descriptor file(open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        if (!file) {
             if (errno != ENOENT && errno != ENOTDIR) {
                 m_bDetached = true;
             } else {
@@ -132,10 +133,10 @@ public:
             return;
         }
         struct stat info = {};
-        bool isReadable = fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
+        bool isReadable = fstat(file.Get(), &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
         char buffer[16384];
         while (isReadable) {
-            const ssize_t got = read(file, buffer, sizeof buffer);
+            const ssize_t got = read(file.Get(), buffer, sizeof buffer);
             if (got < 0 && errno == EINTR) {
                 continue;
             }
@@ -145,7 +146,6 @@ public:
             }
             content.append(buffer, static_cast<std::size_t>(got));
         }
-        close(file);
         if (!isReadable) {
             m_bDetached = true;
             return;
@@ -193,18 +193,19 @@ public:
         if (!target.parent_path().empty()) {
             std::filesystem::create_directories(target.parent_path(), error);
         }
-        if (m_bDamaged) {
-            std::filesystem::copy_file(target, target.string() + ".damaged",
-                                       std::filesystem::copy_options::overwrite_existing, error);
-            m_bDamaged = false;
+        if (m_bDamaged && !KeepDamaged(target)) {
+            m_bDetached = true;
+            return;
         }
+        m_bDamaged = false;
+        // All that takes memory stands ahead of the file.
+        const std::string content = Print();
         std::string temporary = target.string() + ".XXXXXX";
         const int file = mkostemp(temporary.data(), O_CLOEXEC);
         if (file < 0) {
             m_bDetached = true; // keep what the user set for as long as the program runs
             return;
         }
-        const std::string content = Print();
         bool written = true;
         for (std::size_t done = 0; written && done < content.size();) {
             const ssize_t now = write(file, content.data() + done, content.size() - done);
@@ -224,6 +225,21 @@ public:
 
 private:
     static constexpr off_t kMaximum = 16 * 1024 * 1024;
+
+    // A copy of a file of which not all lines are understood; whole, or none.
+    static bool KeepDamaged(const std::filesystem::path& file) {
+        const std::filesystem::path kept = file.string() + ".damaged";
+        const std::filesystem::path temporary = kept.string() + ".tmp";
+        std::error_code error;
+        std::filesystem::copy_file(file, temporary, std::filesystem::copy_options::overwrite_existing, error);
+        if (!error) {
+            std::filesystem::rename(temporary, kept, error);
+        }
+        if (error) {
+            unlink(temporary.c_str());
+        }
+        return !error;
+    }
 
     void Parse(std::string_view content) {
         m_listKeys.clear();
