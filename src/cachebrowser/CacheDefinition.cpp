@@ -97,7 +97,8 @@ std::string LoadCacheDefinition(const std::string& path, CCacheDS& structure) {
     CDiskSource source(file);
     CArchive archive(source, CArchive::load);
     structure.Serialize(archive);
-    return source.Error() != 0 ? FileErrorText(path, source.Error()) : ArchiveErrorText(path, archive.Error());
+    return source.Error() != 0 ? FileErrorText(path, source.Error())
+                               : ArchiveErrorText(path, archive.Error());
 }
 
 std::string SaveCacheDefinition(const std::string& path, CCacheDS& structure) {

@@ -147,7 +147,8 @@ TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite)
 
 TEST(Registry, ADamagedFileThatCannotBeKeptStaysAsItIs) {
     const SettingsStore store;
-    const std::string damaged = "nonsense\n[HKEY_CURRENT_USER\\" + std::string(kKey) + "]\n\"Good\"=dword:00000005\n";
+    const std::string damaged =
+        "nonsense\n[HKEY_CURRENT_USER\\" + std::string(kKey) + "]\n\"Good\"=dword:00000005\n";
     store.Folder().Write("registry.ini", damaged);
     std::filesystem::create_directory(test::ToPath(store.Folder().Path("registry.ini.damaged")));
     CRegistryKey key;

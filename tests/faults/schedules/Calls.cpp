@@ -121,7 +121,8 @@ using carvelot::test::Fails;
 using carvelot::test::FailsToOpen;
 using carvelot::test::RealOf;
 
-// A sanitizer's memory stays the sanitizer's; so do the threads, which it must know. Without one they are the C library's.
+// A sanitizer's memory stays the sanitizer's; so do the threads, which it must know. Without one they are the
+// C library's.
 extern "C" {
 __attribute__((weak)) void* __interceptor_malloc(std::size_t size);
 __attribute__((weak)) void* __interceptor_calloc(std::size_t count, std::size_t size);
@@ -158,8 +159,7 @@ void* realloc(void* block, std::size_t size) {
 }
 
 void* mmap(void* at, std::size_t size, int protection, int flags, int file, off_t offset) {
-    static const auto real =
-        RealOf<void*(void*, std::size_t, int, int, int, off_t)>("mmap");
+    static const auto real = RealOf<void*(void*, std::size_t, int, int, int, off_t)>("mmap");
     if (Fails(Call::Memory)) {
         errno = ENOMEM;
         return MAP_FAILED;
@@ -167,7 +167,8 @@ void* mmap(void* at, std::size_t size, int protection, int flags, int file, off_
     return real(at, size, protection, flags, file, offset);
 }
 
-int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*work)(void*), void* argument) {
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*work)(void*),
+                   void* argument) {
     static const auto real = __interceptor_pthread_create != nullptr
                                  ? __interceptor_pthread_create
                                  : RealOf<decltype(pthread_create)>("pthread_create");
@@ -233,7 +234,8 @@ ssize_t pwrite(int file, const void* buffer, std::size_t size, off_t offset) {
     static const auto real = RealOf<ssize_t(int, const void*, std::size_t, off_t)>("pwrite");
     return carvelot::test::Write(size, [=](std::size_t first) { return real(file, buffer, first, offset); });
 }
-ssize_t pwrite64(int file, const void* buffer, std::size_t size, off_t offset) __attribute__((alias("pwrite")));
+ssize_t pwrite64(int file, const void* buffer, std::size_t size, off_t offset)
+    __attribute__((alias("pwrite")));
 
 ssize_t writev(int file, const iovec* parts, int count) {
     static const auto real = RealOf<ssize_t(int, const iovec*, int)>("writev");

@@ -1,5 +1,5 @@
-// The calls that the program, and every library in it, makes of the system: counted, and failed to order. The program is
-// linked so that they come here first, under a sanitizer too.
+// The calls that the program, and every library in it, makes of the system: counted, and failed to order. The
+// program is linked so that they come here first, under a sanitizer too.
 #pragma once
 
 #include <array>
@@ -18,10 +18,11 @@ enum class Call {
     Rename,   // not allowed
     Truncate, // a device error
     Thread,   // none can be had
-    Space,    // making a file and writing to one: the disk is full. The first write that fails takes half of its bytes
+    Space, // making a file and writing to one: the disk is full. The first write that fails takes half of its
+           // bytes
 };
 inline constexpr std::size_t kCalls = 9;
-constexpr std::array<const char*, kCalls> kCallNames = {"memory", "open",     "read",   "write", "sync",
+constexpr std::array<const char*, kCalls> kCallNames = {"memory", "open",     "read",   "write",     "sync",
                                                         "rename", "truncate", "thread", "disk space"};
 using CallCounts = std::array<std::uint64_t, kCalls>;
 

@@ -41,6 +41,9 @@ struct Scenario {
     bool endsLog = false;
     // What can't be stored holds for the run: then it is done, and the files stand as they were.
     bool holdsForTheRun = false;
+    // With what a library ends the program itself, and no message of ours, when it has no memory; none does
+    // if empty.
+    std::string libraryEnds = {};
 };
 
 std::vector<Scenario> Scenarios();

@@ -1,10 +1,11 @@
 // fault_schedules [--quick] [--only NAME] [--jobs N] [--table FILE] [--self-check]
 //
-// Every k-th call of each kind fails in each scenario, for every k until a run passes untouched: that one alone, and that one
-// with all behind it. Each run is a process of its own. Whatever failed: no crash, no leak, no file left open, each file as
-// it was or whole and new, a message that is one of the scenario's, and the same work done untouched right behind it.
-// --quick: some hundred allocations of each scenario instead of all. --self-check: scenarios that break each of these rules,
-// and must be found out.
+// Every k-th call of each kind fails in each scenario, for every k until a run passes untouched: that one
+// alone, and that one with all behind it. Each run is a process of its own. Whatever failed: no crash, no
+// leak, no file left open, each file as it was or whole and new, a message that is one of the scenario's, and
+// the same work done untouched right behind it.
+// --quick: some hundred allocations of each scenario instead of all. --self-check: scenarios that break each
+// of these rules, and must be found out.
 #include "faults/schedules/Scenarios.h"
 #include "support/Sanitizer.h"
 
@@ -63,7 +64,8 @@ struct Run {
     CallCounts counts{};
     Files before;
     Files after;
-    std::map<std::string, std::set<std::string>> states; // of each file: before, after, and when one was replaced
+    std::map<std::string, std::set<std::string>>
+        states; // of each file: before, after, and when one was replaced
 };
 
 // --- A child's answer, over a pipe
@@ -153,6 +155,7 @@ Run TakeRun(CAnswer& answer) {
 
 struct Child {
     std::string failure; // why there is no answer: a crash, with what it wrote
+    std::string wrote;   // of one that ended itself, that alone
     std::string answer;
 };
 
@@ -210,7 +213,8 @@ Child InChild(const Options& options, const std::function<std::string()>& work) 
     } else if (WIFSIGNALED(status)) {
         result.failure = std::string("crashed: ") + ::strsignal(WTERMSIG(status)) + "\n" + EndOf(errors);
     } else if (WEXITSTATUS(status) != 0) {
-        result.failure = "crashed, with status " + std::to_string(WEXITSTATUS(status)) + "\n" + EndOf(errors);
+        result.wrote = EndOf(errors);
+        result.failure = "crashed, with status " + std::to_string(WEXITSTATUS(status)) + "\n" + result.wrote;
     }
     return result;
 }
@@ -247,7 +251,7 @@ std::size_t OpenFiles() {
 
 // --- The rules
 
-enum class End { Untouched, Failed, InSpite, Broken };
+enum class End { Untouched, Failed, InSpite, ByLibrary, Broken };
 
 struct Verdict {
     End end = End::Broken;
@@ -267,7 +271,8 @@ std::string WrongFile(const Run& run, const Run& untouched, const Run* ended) {
     for (const auto& [name, content] : run.after) {
         const auto states = untouched.states.find(name);
         const bool isThere = states != untouched.states.end();
-        const bool isOfEnded = ended != nullptr && ended->after.contains(name) && ended->after.at(name) == content;
+        const bool isOfEnded =
+            ended != nullptr && ended->after.contains(name) && ended->after.at(name) == content;
         if (!isOfEnded && !isThere) {
             return name + " should not be there";
         }
@@ -285,9 +290,11 @@ Verdict Judge(const Scenario& scenario, const Schedule& schedule, const Run& run
     if (const std::string wrong = WrongFile(run, untouched, ended); !wrong.empty()) {
         return {End::Broken, wrong};
     }
-    const bool isSame = run.result == untouched.result && (scenario.holdsForTheRun || run.after == untouched.after);
+    const bool isSame =
+        run.result == untouched.result && (scenario.holdsForTheRun || run.after == untouched.after);
     if (!isTouched) {
-        return isSame ? Verdict{End::Untouched, {}} : Verdict{End::Broken, "a run that passed untouched differs"};
+        return isSame ? Verdict{End::Untouched, {}}
+                      : Verdict{End::Broken, "a run that passed untouched differs"};
     }
     if (isSame) {
         return {End::InSpite, {}};
@@ -308,8 +315,8 @@ Verdict Judge(const Scenario& scenario, const Schedule& schedule, const Run& run
 }
 
 // A run by a schedule, all that is to be seen behind it, and the same once more without failing calls.
-Verdict TryOnce(const Scenario& scenario, const TestFolder& folder, const Schedule& schedule, const Run& untouched,
-                const Run* ended) {
+Verdict TryOnce(const Scenario& scenario, const TestFolder& folder, const Schedule& schedule,
+                const Run& untouched, const Run* ended) {
     Empty(folder);
     scenario.prepare(folder);
     const std::size_t openFiles = OpenFiles();
@@ -323,9 +330,10 @@ Verdict TryOnce(const Scenario& scenario, const TestFolder& folder, const Schedu
     }
     if (verdict.end != End::Untouched) {
         const Run again = RunOnce(scenario, folder, {});
-        if (again.result != untouched.result || (!scenario.holdsForTheRun && again.after != untouched.after)) {
-            return {End::Broken, "it does not work again: " + again.result.said + "\n" +
-                                     Shortened(again.result.shown)};
+        if (again.result != untouched.result ||
+            (!scenario.holdsForTheRun && again.after != untouched.after)) {
+            return {End::Broken,
+                    "it does not work again: " + again.result.said + "\n" + Shortened(again.result.shown)};
         }
     }
     if (__lsan_do_recoverable_leak_check != nullptr && __lsan_do_recoverable_leak_check() != 0) {
@@ -341,6 +349,7 @@ struct Row {
     std::uint64_t runs = 0;
     std::uint64_t failed = 0;
     std::uint64_t inSpite = 0;
+    std::uint64_t byLibrary = 0;
 };
 
 struct Outcome {
@@ -383,7 +392,8 @@ public:
 private:
     static std::string NameOf(const Schedule& schedule) {
         return std::string(kCallNames[static_cast<std::size_t>(schedule.call)]) + " " +
-               std::to_string(schedule.number) + (schedule.form == Schedule::Form::Rest ? " and all behind it" : "");
+               std::to_string(schedule.number) +
+               (schedule.form == Schedule::Form::Rest ? " and all behind it" : "");
     }
     void Tell(const std::string& when, const std::string& problem) {
         m_outcome.problems.push_back(std::string(m_scenario.name) + ", " + when + ": " + problem);
@@ -418,6 +428,7 @@ private:
             ++row.runs;
             row.failed += verdict.end == End::Failed ? 1 : 0;
             row.inSpite += verdict.end == End::InSpite ? 1 : 0;
+            row.byLibrary += verdict.end == End::ByLibrary ? 1 : 0;
             if (verdict.end == End::Broken) {
                 Tell(NameOf(schedule), verdict.problem);
                 if (++broken == kMostBroken) {
@@ -447,7 +458,11 @@ private:
             return answer.Bytes();
         });
         if (!child.failure.empty()) {
-            return {End::Broken, child.failure};
+            const std::string& ends = m_scenario.libraryEnds;
+            const bool isItsEnd =
+                !ends.empty() && schedule.call == Call::Memory && child.wrote.starts_with(ends);
+            return isItsEnd && FilesOf(m_folder) == m_untouched.before ? Verdict{End::ByLibrary, {}}
+                                                                       : Verdict{End::Broken, child.failure};
         }
         CAnswer answer(std::move(child.answer));
         const End end = static_cast<End>(answer.Number());
@@ -477,11 +492,12 @@ std::vector<Outcome> TryAll(const std::vector<Scenario>& scenarios, const Option
         const auto found = running.find(child);
         Outcome& outcome = outcomes[found->second];
         if (status != 0) {
-            outcome.problems.push_back(std::string(scenarios[found->second].name) + ": the trial itself failed");
+            outcome.problems.push_back(std::string(scenarios[found->second].name) +
+                                       ": the trial itself failed");
         } else {
             CAnswer answer(answers.Read(std::to_string(found->second)));
             for (Row& row : outcome.rows) {
-                row = {answer.Number(), answer.Number(), answer.Number(), answer.Number()};
+                row = {answer.Number(), answer.Number(), answer.Number(), answer.Number(), answer.Number()};
             }
             for (std::uint64_t left = answer.Number(); left > 0; --left) {
                 outcome.problems.push_back(answer.Text());
@@ -501,7 +517,8 @@ std::vector<Outcome> TryAll(const std::vector<Scenario>& scenarios, const Option
                 const Outcome outcome = trial.All();
                 std::uint64_t runs = 0;
                 for (const Row& row : outcome.rows) {
-                    for (const std::uint64_t number : {row.calls, row.runs, row.failed, row.inSpite}) {
+                    for (const std::uint64_t number :
+                         {row.calls, row.runs, row.failed, row.inSpite, row.byLibrary}) {
                         answer.Put(number);
                     }
                     runs += row.runs;
@@ -539,11 +556,13 @@ std::string Grouped(std::uint64_t number) {
 std::string Table(const std::vector<Scenario>& scenarios, const std::vector<Outcome>& outcomes) {
     std::ostringstream out;
     Row all;
-    out << "| Scenario | Kind | Calls untouched | Runs | Failed cleanly | Passed in spite of it |\n"
-           "|---|---|--:|--:|--:|--:|\n";
+    out << "| Scenario | Kind | Calls untouched | Runs | Failed cleanly | Passed in spite of it | Ended by a "
+           "library |\n"
+           "|---|---|--:|--:|--:|--:|--:|\n";
     const auto put = [&](const std::string& name, const char* kind, const Row& row) {
-        out << "| " << name << " | " << kind << " | " << Grouped(row.calls) << " | " << Grouped(row.runs) << " | "
-            << Grouped(row.failed) << " | " << Grouped(row.inSpite) << " |\n";
+        out << "| " << name << " | " << kind << " | " << Grouped(row.calls) << " | " << Grouped(row.runs)
+            << " | " << Grouped(row.failed) << " | " << Grouped(row.inSpite) << " | "
+            << Grouped(row.byLibrary) << " |\n";
     };
     for (std::size_t i = 0; i < scenarios.size(); ++i) {
         std::string name = scenarios[i].name;
@@ -552,7 +571,7 @@ std::string Table(const std::vector<Scenario>& scenarios, const std::vector<Outc
             if (row.calls > 0) {
                 put(std::exchange(name, ""), kCallNames[call], row);
                 all = {all.calls + row.calls, all.runs + row.runs, all.failed + row.failed,
-                       all.inSpite + row.inSpite};
+                       all.inSpite + row.inSpite, all.byLibrary + row.byLibrary};
             }
         }
     }
@@ -595,9 +614,10 @@ int CheckSelf(Options options) {
         std::streambuf* const shown = std::cerr.rdbuf(hidden.rdbuf());
         const Outcome outcome = std::move(TryAll({broken.scenario}, options).front());
         std::cerr.rdbuf(shown);
-        const bool isFound = std::any_of(
-            outcome.problems.begin(), outcome.problems.end(),
-            [&](const std::string& problem) { return problem.find(broken.finding) != std::string::npos; });
+        const bool isFound =
+            std::any_of(outcome.problems.begin(), outcome.problems.end(), [&](const std::string& problem) {
+                return problem.find(broken.finding) != std::string::npos;
+            });
         std::cout << broken.scenario.name << (isFound ? ": found\n" : ": NOT found\n");
         holds = holds && isFound;
     }
@@ -628,7 +648,8 @@ int main(int argc, char** argv) {
         } else if (argument == "--jobs" && hasValue) {
             options.jobs = static_cast<unsigned>(std::max(1, std::atoi(arguments[++i].c_str())));
         } else {
-            std::cerr << "usage: fault_schedules [--quick] [--only NAME] [--jobs N] [--table FILE] [--self-check]\n";
+            std::cerr << "usage: fault_schedules [--quick] [--only NAME] [--jobs N] [--table FILE] "
+                         "[--self-check]\n";
             return 2;
         }
     }
