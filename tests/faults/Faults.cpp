@@ -149,11 +149,24 @@ void* __wrap_mmap(void* at, std::size_t size, int protection, int flags, int fil
     return __real_mmap(at, size, protection, flags, file, offset);
 }
 
+// The C library's own, as some headers use them.
+void* __real_malloc(std::size_t size);
+void* __wrap_malloc(std::size_t size);
+void* __wrap_malloc(std::size_t size) {
+    return carvelot::test::AllocationFails() ? nullptr : __real_malloc(size);
+}
+
+void* __real_realloc(void* block, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size) {
+    return carvelot::test::AllocationFails() ? nullptr : __real_realloc(block, size);
+}
+
 } // extern "C"
 
 // Every "new" of the program; the other forms of it come here.
 void* operator new(std::size_t size) {
-    void* const block = carvelot::test::AllocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* const block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) {
         throw std::bad_alloc();
     }

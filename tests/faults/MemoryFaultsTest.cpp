@@ -3,6 +3,7 @@
 #include "explore/ProfileExport.h"
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
+#include "report/JsonReport.h"
 #include "report/ReportRun.h"
 #include "support/Sanitizer.h"
 #include "support/SettingsStore.h"
@@ -191,6 +192,25 @@ TEST(MemoryFaults, WhicheverAllocationOfExploringFailsItEndsWithThatAlone) {
         faults.FailAllocation(0);
         EXPECT_GT(thrown, allocations / 2);
     }
+}
+
+TEST(MemoryFaults, WhicheverAllocationOfJsonFailsItEndsWithThatAlone) {
+    std::vector<std::string> lines = BusyDebugLog();
+    lines.push_back(DebugLine("10:01:00.000000", "no \xFF\xFE text that is valid, and long", "7/1"));
+    const TestSession session(lines);
+    std::uint64_t thrown = 0;
+    for (std::uint64_t number = 1; number == thrown + 1; ++number) {
+        std::ostream out(nullptr);
+        Faults faults;
+        faults.FailAllocation(number);
+        try {
+            WriteSessionJson(session.m_doc, "log", out);
+        } catch (const std::bad_alloc&) {
+            ++thrown;
+        }
+        faults.FailAllocation(0);
+    }
+    EXPECT_GT(thrown, 2U);
 }
 
 TEST(MemoryFaults, ASessionIsClearedWithoutMemory) {
