@@ -221,6 +221,7 @@ bool CCarvelotDoc::LoadLog() {
     CFileSource source(m_pLogFile);
     const bool read = LoadPackedOrPlain(source);
     m_trace.identity = m_pLogFile.State().identity;
+    NoteFailure(source);
     m_pLogFile.Close();
     return read;
 }
@@ -357,17 +358,18 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
     {
         CLogReader reader(source);
         m_trace.told = DetectLogFormat(reader, m_nLogFormat, m_debugParser);
-        LogLine line;
-        if (!m_trace.told && !reader.ReadLogLine(line)) {
-            // Where reading failed ahead of the end there is more, for whoever looks again.
-            m_trace.size = reader.BytesRead();
-        }
     }
     if (m_trace.told) {
         source.RewindForGood();
         ReadLines(source, {});
     }
     return m_trace.told;
+}
+
+void CCarvelotDoc::NoteFailure(const CFileSource& source) {
+    if (source.HasFailed() && !m_trace.told) {
+        m_trace.size = 0;
+    }
 }
 
 bool CCarvelotDoc::ReadOn(ILogSource& source) {

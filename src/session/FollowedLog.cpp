@@ -81,7 +81,9 @@ LogChange CFollowedLog::Look() {
         return LogChange::NotToBeHad;
     }
     CFileSource source(file);
-    return LookAt(source, file.State().identity);
+    const LogChange change = LookAt(source, file.State().identity);
+    m_session.NoteFailure(source);
+    return change;
 }
 
 LogChange CFollowedLog::LookAt(ILogSource& grows, const platform::FileIdentity& identity) {

@@ -57,6 +57,9 @@ ssize_t __wrap_read(int file, void* buffer, std::size_t size) {
         if (s_pFaults->m_nInterruptEach != 0 && s_pFaults->m_nReads % s_pFaults->m_nInterruptEach == 0) {
             return carvelot::test::Fail(EINTR);
         }
+        if (s_pFaults->m_nReads == s_pFaults->m_nFailingRead) {
+            return carvelot::test::Fail(EIO);
+        }
         if (s_pFaults->m_fnReadAtMost) {
             size = std::clamp<std::size_t>(s_pFaults->m_fnReadAtMost(size), 1, size);
         }

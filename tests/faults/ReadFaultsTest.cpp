@@ -169,24 +169,30 @@ TEST(ReadFaults, AFollowedLogThatCannotBeReadForAMomentKeepsItsSession) {
 }
 
 TEST(ReadFaults, AFollowedLogThatWasReplacedAndCouldNotBeReadIsReadByTheNextLook) {
-    GrownLog log(10);
-    const AnalysisSettings settings;
-    PendingStatement pending;
-    RecordingHost host;
-    CCarvelotDoc doc(settings, pending, host);
-    ASSERT_TRUE(doc.OnOpenDocument(log.m_strPath));
-    CFollowedLog followed(doc);
-    log.m_folder.Write("next", TestSession::Joined(JASLog({})));
-    std::filesystem::rename(log.m_folder.Path("next"), log.m_strPath);
-    {
-        Faults faults;
-        faults.m_nReadError = EIO;
-        faults.m_nReadableBytes = 0;
+    // All reads of a look fail, or one of them.
+    for (std::uint64_t number = 0; number <= 10; ++number) {
+        GrownLog log(10);
+        const AnalysisSettings settings;
+        PendingStatement pending;
+        RecordingHost host;
+        CCarvelotDoc doc(settings, pending, host);
+        ASSERT_TRUE(doc.OnOpenDocument(log.m_strPath));
+        CFollowedLog followed(doc);
+        log.m_folder.Write("next", TestSession::Joined(JASLog({})));
+        std::filesystem::rename(log.m_folder.Path("next"), log.m_strPath);
+        {
+            Faults faults;
+            faults.m_nFailingRead = number;
+            if (number == 0) {
+                faults.m_nReadError = EIO;
+                faults.m_nReadableBytes = 0;
+            }
+            followed.Look();
+        }
         followed.Look();
+        EXPECT_EQ(doc.m_listDetails.Size(), kJASLead) << number;
+        EXPECT_EQ(followed.Look(), LogChange::None) << number;
     }
-    followed.Look();
-    EXPECT_EQ(doc.m_listDetails.Size(), kJASLead);
-    EXPECT_EQ(followed.Look(), LogChange::None);
 }
 
 TEST(ReadFaults, AFileThatComesInDribletsGivesTheSameModel) {

@@ -183,6 +183,7 @@ Result OrderPieces(const TestFolder& folder) {
 const Messages kLoadMessages = {
     {Call::Memory, "There is not enough memory for this log.\n"},
     {Call::Memory, kThrown},
+    {Call::Memory, std::string(kThrown) + "There is not enough memory for this log.\n"},
     {Call::Open, "Failed to open file.\n"},
     {Call::Open, "GetTempFileName failed (24)\n"},
 };
