@@ -349,7 +349,7 @@ struct Row {
     std::uint64_t runs = 0;
     std::uint64_t failed = 0;
     std::uint64_t inSpite = 0;
-    std::uint64_t byLibrary = 0;
+    std::uint64_t endedByLibrary = 0;
 };
 
 struct Outcome {
@@ -428,7 +428,7 @@ private:
             ++row.runs;
             row.failed += verdict.end == End::Failed ? 1 : 0;
             row.inSpite += verdict.end == End::InSpite ? 1 : 0;
-            row.byLibrary += verdict.end == End::ByLibrary ? 1 : 0;
+            row.endedByLibrary += verdict.end == End::ByLibrary ? 1 : 0;
             if (verdict.end == End::Broken) {
                 Tell(NameOf(schedule), verdict.problem);
                 if (++broken == kMostBroken) {
@@ -518,7 +518,7 @@ std::vector<Outcome> TryAll(const std::vector<Scenario>& scenarios, const Option
                 std::uint64_t runs = 0;
                 for (const Row& row : outcome.rows) {
                     for (const std::uint64_t number :
-                         {row.calls, row.runs, row.failed, row.inSpite, row.byLibrary}) {
+                         {row.calls, row.runs, row.failed, row.inSpite, row.endedByLibrary}) {
                         answer.Put(number);
                     }
                     runs += row.runs;
@@ -562,7 +562,7 @@ std::string Table(const std::vector<Scenario>& scenarios, const std::vector<Outc
     const auto put = [&](const std::string& name, const char* kind, const Row& row) {
         out << "| " << name << " | " << kind << " | " << Grouped(row.calls) << " | " << Grouped(row.runs)
             << " | " << Grouped(row.failed) << " | " << Grouped(row.inSpite) << " | "
-            << Grouped(row.byLibrary) << " |\n";
+            << Grouped(row.endedByLibrary) << " |\n";
     };
     for (std::size_t i = 0; i < scenarios.size(); ++i) {
         std::string name = scenarios[i].name;
@@ -571,7 +571,7 @@ std::string Table(const std::vector<Scenario>& scenarios, const std::vector<Outc
             if (row.calls > 0) {
                 put(std::exchange(name, ""), kCallNames[call], row);
                 all = {all.calls + row.calls, all.runs + row.runs, all.failed + row.failed,
-                       all.inSpite + row.inSpite, all.byLibrary + row.byLibrary};
+                       all.inSpite + row.inSpite, all.endedByLibrary + row.endedByLibrary};
             }
         }
     }
