@@ -337,7 +337,7 @@ Verdict TryOnce(const Scenario& scenario, const TestFolder& folder, const Schedu
         }
     }
     if (__lsan_do_recoverable_leak_check != nullptr && __lsan_do_recoverable_leak_check() != 0) {
-        return {End::Broken, "it leaves a leak"};
+        return {End::Broken, "it leaves a leak\n" + EndOf(STDERR_FILENO)};
     }
     return verdict;
 }
