@@ -664,7 +664,7 @@ std::string ContentOf(const TestFolder& folder, const std::string& name) {
     for (const std::string& row : rowsOf("PRAGMA integrity_check")) {
         content += row + "\n";
     }
-    for (const std::string& type : {"table", "index", "view"}) {
+    for (const std::string type : {"table", "index", "view"}) {
         for (std::string object : rowsOf("SELECT name FROM sqlite_schema WHERE type = '" + type + "'")) {
             content += object + "\n";
             object.pop_back();
