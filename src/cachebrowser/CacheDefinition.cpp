@@ -13,11 +13,14 @@ namespace {
 class CDiskSource final : public IArchiveFile {
 public:
     explicit CDiskSource(platform::SharedFile& file) : m_file(file) {}
-    std::size_t Read(void* bytes, std::size_t size) override { return m_file.Read(bytes, size); }
+    std::size_t Read(void* bytes, std::size_t size) override { return m_file.Read(bytes, size, &m_nError); }
     bool Write(std::string_view) override { return false; }
+    // 0 as long as reading does not fail.
+    int Error() const { return m_nError; }
 
 private:
     platform::SharedFile& m_file;
+    int m_nError = 0;
 };
 
 class CDiskTarget final : public IArchiveFile {
@@ -94,7 +97,8 @@ std::string LoadCacheDefinition(const std::string& path, CCacheDS& structure) {
     CDiskSource source(file);
     CArchive archive(source, CArchive::load);
     structure.Serialize(archive);
-    return ArchiveErrorText(path, archive.Error());
+    return source.Error() != 0 ? FileErrorText(path, source.Error())
+                               : ArchiveErrorText(path, archive.Error());
 }
 
 std::string SaveCacheDefinition(const std::string& path, CCacheDS& structure) {

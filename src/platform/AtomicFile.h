@@ -10,8 +10,9 @@ namespace carvelot::platform {
 /// A file that is replaced at Commit. Destroyed without Commit it leaves the target as it was.
 ///
 /// An existing target keeps its mode; of a symbolic link the file it points to is replaced. A target that is
-/// no regular file (a device, a pipe) is written directly. Where no temporary file can be made beside a
-/// target that can itself be written, the content is collected and written at Commit.
+/// no regular file (a device, a pipe) is written directly. Where no temporary file may be made beside a
+/// target that can itself be written, the content is collected and written at Commit; not where there is only
+/// no room for one, for then there is none for the content.
 class AtomicFile {
 public:
     AtomicFile() noexcept;

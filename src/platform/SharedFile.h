@@ -25,7 +25,7 @@ public:
 
     explicit operator bool() const { return m_hFile != kClosed; }
     /// Reads up to `size` bytes; fewer only at the end of the file or on a read error.
-    std::size_t Read(void* buffer, std::size_t size);
+    std::size_t Read(void* buffer, std::size_t size, int* error = nullptr);
     bool Rewind() { return Seek(0); }
     /// Goes on reading at this byte, which may lie behind the end.
     bool Seek(std::uint64_t position);

@@ -46,8 +46,11 @@ CDetailList::CDetailList() {
 
 void CDetailList::Clear() {
     m_details.Clear();
-    m_extras.Clear();
-    m_extras.Add({}); // what records without anything extra have
+    // Memory may be what is short: nothing below takes any, but in a new list.
+    if (m_extras.Size() == 0) {
+        m_extras.Add({}); // what records without anything extra have
+    }
+    m_extras.ClearToFirst();
     m_texts.Clear();
     Release(m_odd);
     m_words.Clear();

@@ -63,6 +63,17 @@ public:
         return place;
     }
 
+    // Lets go of all but the first element, which must be there. Takes no memory, as the other one.
+    void ClearToFirst() {
+        for (; m_blocks.size() > 1; m_blocks.pop_back()) {
+            platform::FreePages(m_blocks.back(), kBlockSize * sizeof(T));
+        }
+        m_pLast = m_blocks.front();
+        m_pNext = m_pLast + 1;
+        m_pEnd = m_pLast + kBlockSize;
+        m_nBefore = 0;
+    }
+
     void Clear() {
         for (T* block : m_blocks) {
             platform::FreePages(block, kBlockSize * sizeof(T));

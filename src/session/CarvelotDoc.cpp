@@ -221,6 +221,7 @@ bool CCarvelotDoc::LoadLog() {
     CFileSource source(m_pLogFile);
     const bool read = LoadPackedOrPlain(source);
     m_trace.identity = m_pLogFile.State().identity;
+    NoteFailure(source);
     m_pLogFile.Close();
     return read;
 }
@@ -365,6 +366,12 @@ bool CCarvelotDoc::ReadLog(ILogSource& source) {
     return m_trace.told;
 }
 
+void CCarvelotDoc::NoteFailure(const CFileSource& source) {
+    if (source.HasFailed() && !m_trace.told) {
+        m_trace.size = 0;
+    }
+}
+
 bool CCarvelotDoc::ReadOn(ILogSource& source) {
     std::optional<CWaitCursor> wait; // for no less than a load tells of
     if (source.Size() >= m_trace.place.position + kProgressStep) {
@@ -391,17 +398,22 @@ bool CCarvelotDoc::ReadAnew(ILogSource& source, const platform::FileIdentity& id
     });
 }
 
-bool CCarvelotDoc::StillHolds(ILogSource& source) {
-    std::string bytes(LogTrace::kKept, '\0');
+std::optional<bool> CCarvelotDoc::StillHolds(ILogSource& source) {
+    std::string bytes(std::min<std::uint64_t>(LogTrace::kKept, source.Size()), '\0');
     source.Rewind();
-    bytes.resize(source.Read(bytes.data(), bytes.size()));
+    if (source.Read(bytes.data(), bytes.size()) < bytes.size()) {
+        return std::nullopt;
+    }
     if (!bytes.starts_with(m_trace.first)) {
         return false;
     }
     m_trace.first = bytes;
     bytes.resize(m_trace.last.size());
-    return source.Seek(m_trace.place.position - bytes.size()) &&
-           source.Read(bytes.data(), bytes.size()) == bytes.size() && bytes == m_trace.last;
+    if (!source.Seek(m_trace.place.position - bytes.size()) ||
+        source.Read(bytes.data(), bytes.size()) < bytes.size()) {
+        return std::nullopt;
+    }
+    return bytes == m_trace.last;
 }
 
 void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {

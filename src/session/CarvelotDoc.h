@@ -46,6 +46,8 @@ struct LogTrace {
     bool told = false; // the format, without which no line was read
 };
 
+class CFileSource;
+
 class CCarvelotDoc {
     CDebugLineParser m_debugParser;
 
@@ -83,10 +85,12 @@ public:
     // Reads a log from its start as a new session would, and says nothing where its format cannot be told
     // yet: the session is then empty. False as above.
     bool ReadAnew(ILogSource& source, const platform::FileIdentity& identity);
-    // Whether a log that may have grown still holds the bytes that were read first and last. Of a short one
-    // more is kept from now on.
-    bool StillHolds(ILogSource& source);
+    // Whether a log that may have grown still holds the bytes that were read first and last; nothing where it
+    // can't be read. Of a short one more is kept from now on.
+    std::optional<bool> StillHolds(ILogSource& source);
     const LogTrace& Trace() const { return m_trace; }
+    // A log of which reading failed ahead of its format is one that has not been looked at.
+    void NoteFailure(const CFileSource& source);
     // A log whose format cannot be told has been looked at up to here.
     void HasBeenLookedAt(std::uint64_t size) { m_trace.size = size; }
 

@@ -81,13 +81,15 @@ LogChange CFollowedLog::Look() {
         return LogChange::NotToBeHad;
     }
     CFileSource source(file);
-    return LookAt(source, file.State().identity);
+    const LogChange change = LookAt(source, file.State().identity);
+    m_session.NoteFailure(source);
+    return change;
 }
 
 LogChange CFollowedLog::LookAt(ILogSource& grows, const platform::FileIdentity& identity) {
     CFirstBytes source(grows, grows.Size());
     const LogChange change = ChangeOf(source, identity);
-    if (change == LogChange::None) {
+    if (change == LogChange::None || change == LogChange::NotToBeHad) {
         return change;
     }
     const bool wasTold = m_session.Trace().told;
@@ -117,7 +119,11 @@ LogChange CFollowedLog::ChangeOf(ILogSource& source, const platform::FileIdentit
     if (size < trace.size) {
         return LogChange::Shrank;
     }
-    if (!m_session.StillHolds(source)) {
+    const std::optional<bool> holds = m_session.StillHolds(source);
+    if (!holds) {
+        return LogChange::NotToBeHad;
+    }
+    if (!*holds) {
         return LogChange::Replaced;
     }
     if (!Same(trace.settings, m_session.Settings())) {

@@ -11,7 +11,9 @@ public:
     explicit CFileSource(platform::SharedFile& file) : m_file(file) {}
 
     std::size_t Read(void* buffer, std::size_t size) override {
-        const std::size_t got = m_file.Read(buffer, size);
+        int error = 0;
+        const std::size_t got = m_file.Read(buffer, size, &error);
+        m_bFailed = m_bFailed || error != 0;
         m_nPosition += got;
         return got;
     }
@@ -26,9 +28,12 @@ public:
     }
     std::uint64_t Size() const override { return m_file.Size(); }
     SourceProgress Progress() const override { return {m_nPosition, Size()}; }
+    // Whether the log ended where reading failed, at any time.
+    bool HasFailed() const { return m_bFailed; }
 
 private:
     platform::SharedFile& m_file;
+    bool m_bFailed = false;
     std::uint64_t m_nPosition = 0;
 };
 

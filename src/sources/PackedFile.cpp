@@ -271,7 +271,6 @@ public:
           m_bytes(std::make_unique_for_overwrite<char[]>(kPackedBlock)) {
         Open();
     }
-    ~CZipArchive() { archive_read_free(m_archive); }
     CZipArchive(const CZipArchive&) = delete;
     CZipArchive& operator=(const CZipArchive&) = delete;
 
@@ -279,14 +278,13 @@ public:
     Step Next() {
         for (;;) {
             const platform::Utf8Names names;
-            int result = archive_read_next_header(m_archive, &m_entry);
+            int result = archive_read_next_header2(m_archive.get(), m_entry.get());
             RethrowOwn();
             if (!m_bBegun && result < ARCHIVE_WARN && m_bBySeeking && m_nDirectoryLeft > 0 &&
                 m_packed.Seek(0)) {
-                archive_read_free(std::exchange(m_archive, nullptr));
                 m_bBySeeking = false;
                 Open();
-                result = archive_read_next_header(m_archive, &m_entry);
+                result = archive_read_next_header2(m_archive.get(), m_entry.get());
                 RethrowOwn();
             }
             m_bBegun = true;
@@ -296,7 +294,7 @@ public:
             if (result < ARCHIVE_WARN) {
                 return Step::Damaged;
             }
-            if (archive_entry_filetype(m_entry) == AE_IFREG) {
+            if (archive_entry_filetype(m_entry.get()) == AE_IFREG) {
                 return Step::Member;
             }
         }
@@ -306,34 +304,34 @@ public:
     PackedMember Member() const {
         const platform::Utf8Names names;
         PackedMember member;
-        const char* const utf8 = archive_entry_pathname_utf8(m_entry);
+        const char* const utf8 = archive_entry_pathname_utf8(m_entry.get());
         if (utf8 != nullptr && *utf8 != '\0') {
             member.name = utf8;
-        } else if (const char* const bytes = archive_entry_pathname(m_entry)) {
+        } else if (const char* const bytes = archive_entry_pathname(m_entry.get())) {
             std::string scratch;
             member.name = platform::BytesToUtf8(bytes, scratch);
         }
-        if (archive_entry_size_is_set(m_entry) != 0 && archive_entry_size(m_entry) >= 0) {
-            member.size = static_cast<std::uint64_t>(archive_entry_size(m_entry));
+        if (archive_entry_size_is_set(m_entry.get()) != 0 && archive_entry_size(m_entry.get()) >= 0) {
+            member.size = static_cast<std::uint64_t>(archive_entry_size(m_entry.get()));
         }
-        if (archive_entry_mtime_is_set(m_entry) != 0) {
-            member.date = archive_entry_mtime(m_entry);
+        if (archive_entry_mtime_is_set(m_entry.get()) != 0) {
+            member.date = archive_entry_mtime(m_entry.get());
         }
         return member;
     }
     // Why it is not read; nothing when it can be.
     const char* Refusal() const {
-        if (archive_entry_is_encrypted(m_entry) != 0) {
+        if (archive_entry_is_encrypted(m_entry.get()) != 0) {
             return kEncrypted;
         }
         // The only place where the library tells the method.
-        const char* const format = archive_format_name(m_archive);
+        const char* const format = archive_format_name(m_archive.get());
         const std::string_view method = format == nullptr ? "" : format;
         return method.ends_with("(deflation)") || method.ends_with("(uncompressed)") ? nullptr
                                                                                      : kUnknownMethod;
     }
     // Whether a file's end can be found without unpacking it.
-    bool EndIsKnown() const { return m_bBySeeking || archive_entry_size_is_set(m_entry) != 0; }
+    bool EndIsKnown() const { return m_bBySeeking || archive_entry_size_is_set(m_entry.get()) != 0; }
 
     // The next bytes of the file; empty at its end. They stay until the next call.
     std::string_view Data(Step& step) {
@@ -342,7 +340,7 @@ public:
         la_int64_t offset = 0;
         int result;
         do {
-            result = archive_read_data_block(m_archive, &data, &size, &offset);
+            result = archive_read_data_block(m_archive.get(), &data, &size, &offset);
             RethrowOwn();
         } while (result == ARCHIVE_RETRY || (result == ARCHIVE_OK && size == 0));
         step = result == ARCHIVE_OK ? Step::Member : result == ARCHIVE_EOF ? Step::End : Step::Damaged;
@@ -361,26 +359,36 @@ public:
 
 private:
     void Open() {
-        m_archive = archive_read_new();
-        if (m_archive == nullptr) {
+        // The library does not look whether there was memory for the entry that it makes itself.
+        m_entry.reset();
+        m_archive.reset(archive_read_new());
+        m_entry.reset(m_archive == nullptr ? nullptr : archive_entry_new2(m_archive.get()));
+        if (m_entry == nullptr) {
             throw std::bad_alloc();
         }
+        archive* const made = m_archive.get();
+        // Each fails for want of memory alone.
+        const auto check = [](int result) {
+            if (result < ARCHIVE_WARN) {
+                throw std::bad_alloc();
+            }
+        };
         if (m_bBySeeking) {
-            archive_read_support_format_zip_seekable(m_archive);
-            archive_read_set_seek_callback(m_archive,
-                                           [](archive*, void* self, la_int64_t offset, int whence) {
-                                               return static_cast<CZipArchive*>(self)->Seek(offset, whence);
-                                           });
+            check(archive_read_support_format_zip_seekable(made));
+            check(
+                archive_read_set_seek_callback(made, [](archive*, void* self, la_int64_t offset, int whence) {
+                    return static_cast<CZipArchive*>(self)->Seek(offset, whence);
+                }));
         } else {
-            archive_read_support_format_zip_streamable(m_archive);
+            check(archive_read_support_format_zip_streamable(made));
         }
-        archive_read_set_read_callback(m_archive, [](archive*, void* self, const void** bytes) {
+        check(archive_read_set_read_callback(made, [](archive*, void* self, const void** bytes) {
             return static_cast<CZipArchive*>(self)->ReadBlock(bytes);
-        });
-        archive_read_set_callback_data(m_archive, this);
+        }));
+        check(archive_read_set_callback_data(made, this));
         m_nPosition = 0;
         m_nBlock = kLeastBlock;
-        const int result = archive_read_open1(m_archive);
+        const int result = archive_read_open1(m_archive.get());
         RethrowOwn();
         m_bBegun = result != ARCHIVE_OK && !m_bBySeeking;
     }
@@ -395,7 +403,7 @@ private:
         if (!m_bBegun && m_bBySeeking) {
             if (m_nDirectoryLeft < size) {
                 m_nDirectoryLeft = 0;
-                archive_set_error(m_archive, EINVAL, "%s", kTooManyMembers);
+                archive_set_error(m_archive.get(), EINVAL, "%s", kTooManyMembers);
                 return -1;
             }
             m_nDirectoryLeft -= size;
@@ -417,12 +425,12 @@ private:
         const auto now = static_cast<la_int64_t>(m_nPosition);
         const la_int64_t from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? now : all;
         if (offset > 0 ? from > all - offset : from < -offset) {
-            archive_set_error(m_archive, EINVAL, "%s", "a place outside of the file");
+            archive_set_error(m_archive.get(), EINVAL, "%s", "a place outside of the file");
             return ARCHIVE_FATAL;
         }
         const la_int64_t place = from + offset;
         if (!m_packed.Seek(static_cast<std::uint64_t>(place))) {
-            archive_set_error(m_archive, EIO, "%s", "the file can't be read");
+            archive_set_error(m_archive.get(), EIO, "%s", "the file can't be read");
             return ARCHIVE_FATAL;
         }
         m_nPosition = static_cast<std::uint64_t>(place);
@@ -434,7 +442,7 @@ private:
         if (m_thrown) {
             std::rethrow_exception(std::exchange(m_thrown, nullptr));
         }
-        if (archive_errno(m_archive) == ENOMEM) {
+        if (archive_errno(m_archive.get()) == ENOMEM) {
             throw std::bad_alloc();
         }
     }
@@ -451,8 +459,12 @@ private:
     std::uint64_t m_nByteByByteFrom = std::numeric_limits<std::uint64_t>::max();
     std::uint64_t m_nDirectoryLeft = kMostDirectory;
     std::exception_ptr m_thrown;
-    archive* m_archive = nullptr;
-    archive_entry* m_entry = nullptr;
+    struct Free {
+        void operator()(archive* it) const { archive_read_free(it); }
+        void operator()(archive_entry* it) const { archive_entry_free(it); }
+    };
+    std::unique_ptr<archive, Free> m_archive;
+    std::unique_ptr<archive_entry, Free> m_entry; // goes first: it knows the archive
 };
 
 } // namespace

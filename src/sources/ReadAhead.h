@@ -1,6 +1,7 @@
 // Blocks that are filled ahead of whoever works on them, by a thread of their own.
 #pragma once
 
+#include <atomic>
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
@@ -51,9 +52,10 @@ public:
     Block* Next() { return m_thread.joinable() ? Take() : FillOne(); }
 
     // Blocks that are filled and not yet taken: with none, whoever works on them is about to wait, or waits.
+    // A moment later it may be otherwise.
     std::size_t Waiting() const {
-        const std::lock_guard lock(m_mutex);
-        return m_nFilled - m_nTaken;
+        const std::size_t taken = m_nTaken;
+        return m_nFilled - taken;
     }
 
 private:
@@ -120,11 +122,11 @@ private:
     std::vector<Block>& m_ring;
     const Fill m_fill;
 
-    mutable std::mutex m_mutex; // of what follows, all numbers of blocks from the first one on
+    std::mutex m_mutex; // of what follows, all numbers of blocks from the first one on
     std::condition_variable m_roomMade;
     std::condition_variable m_blockFilled;
-    std::size_t m_nFilled = 0;
-    std::size_t m_nTaken = 0;
+    std::atomic<std::size_t> m_nFilled = 0;
+    std::atomic<std::size_t> m_nTaken = 0;
     std::size_t m_nGivenBack = 0;
     bool m_bEnded = false;
     bool m_bStopped = false;

@@ -17,7 +17,10 @@ namespace {
 
 struct DatabaseFailure {
     std::string what;
+    int status = SQLITE_ERROR; // of the library
 };
+
+bool IsNoMemory(int status) { return (status & 0xFF) == SQLITE_NOMEM || status == SQLITE_IOERR_NOMEM; }
 
 // A connection. What fails is thrown as DatabaseFailure.
 class CConnection {
@@ -28,7 +31,10 @@ public:
         if (status != SQLITE_OK) {
             const std::string what = sqlite3_errmsg(m_pDatabase);
             sqlite3_close(m_pDatabase);
-            throw DatabaseFailure{what};
+            if (IsNoMemory(status)) {
+                throw std::bad_alloc();
+            }
+            throw DatabaseFailure{what, status};
         }
         sqlite3_extended_result_codes(m_pDatabase, 1);
     }
@@ -38,11 +44,11 @@ public:
 
     sqlite3* Get() const { return m_pDatabase; }
     void Check(int status) const {
-        if (status == SQLITE_NOMEM) {
+        if (IsNoMemory(status)) {
             throw std::bad_alloc();
         }
         if (status != SQLITE_OK && status != SQLITE_DONE && status != SQLITE_ROW) {
-            throw DatabaseFailure{sqlite3_errmsg(m_pDatabase)};
+            throw DatabaseFailure{sqlite3_errmsg(m_pDatabase), status};
         }
     }
     void Run(const std::string& sql) const {
@@ -130,8 +136,16 @@ bool HoldsLogs(const std::string& path, bool append) {
         version = NumberOf(existing, "PRAGMA user_version");
         // Reads the schema, which a damaged file has not.
         NumberOf(existing, "SELECT count(*) FROM sqlite_schema");
-    } catch (const DatabaseFailure&) {
-        throw DatabaseFailure{kNotOurs};
+    } catch (const DatabaseFailure& failure) {
+        // What can't be read just now may be ours.
+        const int kind = failure.status & 0xFF;
+        if (kind == SQLITE_NOTADB || kind == SQLITE_CORRUPT || kind == SQLITE_ERROR) {
+            throw DatabaseFailure{kNotOurs};
+        }
+        if (kind == SQLITE_BUSY || kind == SQLITE_LOCKED) {
+            throw DatabaseFailure{kInUse};
+        }
+        throw;
     }
     if (application != kApplicationId) {
         throw DatabaseFailure{kNotOurs};

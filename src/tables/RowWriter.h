@@ -35,7 +35,7 @@ private:
     bool m_bHeader = false;
     std::string m_strScratch;
     CBlockStream m_stream;
-    rapidjson::Writer<CBlockStream> m_json;
+    CJsonEvents m_json;
 };
 
 } // namespace carvelot

@@ -8,6 +8,9 @@
 #include <rapidjson/writer.h>
 
 #include <cstdint>
+#include <cstdlib>
+#include <exception>
+#include <new>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -53,6 +56,31 @@ private:
     std::string m_block;
 };
 
+// RapidJSON's own hands on what it got without a look whether there was any.
+class CJsonMemory {
+public:
+    static const bool kNeedFree = true;
+
+    void* Malloc(std::size_t size) { return size == 0 ? nullptr : Had(std::malloc(size)); }
+    void* Realloc(void* block, std::size_t /*before*/, std::size_t size) {
+        if (size == 0) {
+            Free(block);
+            return nullptr;
+        }
+        return Had(std::realloc(block, size));
+    }
+    static void Free(void* block) { std::free(block); }
+
+private:
+    static void* Had(void* block) {
+        if (block == nullptr) {
+            throw std::bad_alloc();
+        }
+        return block;
+    }
+};
+using CJsonEvents = rapidjson::Writer<CBlockStream, rapidjson::UTF8<>, rapidjson::UTF8<>, CJsonMemory>;
+
 class CJsonWriter {
 public:
     explicit CJsonWriter(std::ostream& out) : m_stream(out), m_writer(m_stream) {}
@@ -60,26 +88,37 @@ public:
     CJsonWriter(const CJsonWriter&) = delete;
     CJsonWriter& operator=(const CJsonWriter&) = delete;
 
-    // Opens an object or a list for as long as it lives.
+    // Opens an object or a list for as long as it lives. What is thrown out of it leaves it open: it may want
+    // a value.
     class CObject {
     public:
         explicit CObject(CJsonWriter& json) : m_json(json) { m_json.m_writer.StartObject(); }
-        ~CObject() { m_json.m_writer.EndObject(); }
+        ~CObject() {
+            if (std::uncaught_exceptions() == m_nThrown) {
+                m_json.m_writer.EndObject();
+            }
+        }
         CObject(const CObject&) = delete;
         CObject& operator=(const CObject&) = delete;
 
     private:
         CJsonWriter& m_json;
+        const int m_nThrown = std::uncaught_exceptions();
     };
     class CArray {
     public:
         explicit CArray(CJsonWriter& json) : m_json(json) { m_json.m_writer.StartArray(); }
-        ~CArray() { m_json.m_writer.EndArray(); }
+        ~CArray() {
+            if (std::uncaught_exceptions() == m_nThrown) {
+                m_json.m_writer.EndArray();
+            }
+        }
         CArray(const CArray&) = delete;
         CArray& operator=(const CArray&) = delete;
 
     private:
         CJsonWriter& m_json;
+        const int m_nThrown = std::uncaught_exceptions();
     };
 
     void Key(std::string_view key) { m_writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size())); }
@@ -121,7 +160,7 @@ private:
     }
 
     CBlockStream m_stream;
-    rapidjson::Writer<CBlockStream> m_writer;
+    CJsonEvents m_writer;
 };
 
 } // namespace carvelot

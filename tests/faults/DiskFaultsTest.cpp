@@ -1,4 +1,5 @@
 // Exports and settings on a disk that is full or fails, and settings that two programs write at once.
+#include "cachebrowser/CacheDefinition.h"
 #include "faults/Faults.h"
 #include "lists/GapExport.h"
 #include "platform/AtomicFile.h"
@@ -76,6 +77,26 @@ TEST(DiskFaults, AnExportThatFailsLeavesTheEarlierFileAndNothingElse) {
         EXPECT_EQ(folder.Names(), Strings{"gaps.csv"}) << fault.name;
         EXPECT_EQ(folder.Read("gaps.csv"), "earlier") << fault.name;
     }
+    int error = 0;
+    EXPECT_TRUE(WriteGapExport(path, kLong, error));
+    EXPECT_EQ(folder.Read("gaps.csv"), kLong);
+}
+
+TEST(DiskFaults, WhereNoFileCanBeMadeForWantOfRoomTheEarlierOneIsNotWrittenOver) {
+    // In its place half of the new one would stand when the disk is full.
+    const TestFolder folder;
+    const std::string path = folder.Write("gaps.csv", "earlier");
+    for (const int number : {ENOSPC, EDQUOT, EIO, EMFILE, ENFILE, ENOMEM}) {
+        Faults faults;
+        faults.m_nMakeError = number;
+        int error = 0;
+        EXPECT_FALSE(WriteGapExport(path, kLong, error)) << number;
+        EXPECT_EQ(error, number);
+        EXPECT_EQ(folder.Read("gaps.csv"), "earlier") << number;
+    }
+    // One that is protected, and not the file in it, says nothing of the room.
+    Faults faults;
+    faults.m_nMakeError = EACCES;
     int error = 0;
     EXPECT_TRUE(WriteGapExport(path, kLong, error));
     EXPECT_EQ(folder.Read("gaps.csv"), kLong);
@@ -175,6 +196,48 @@ TEST(DiskFaults, AProfileValueThatCannotBeStoredLeavesTheFileAsItWas) {
         EXPECT_EQ(folder.Names(), Strings{"JDE.INI"}) << fault.name;
         EXPECT_EQ(folder.Read("JDE.INI"), "[A]\r\nk=v\r\n") << fault.name;
     }
+}
+
+TEST(DiskFaults, AProfileFileThatCannotBeReadWholeIsNotWritten) {
+    const TestFolder folder;
+    const std::string bytes = "[A]\r\nk=v\r\n;" + kLong + "\r\n[Z]\r\nlast=one\r\n";
+    const std::string path = folder.Write("JDE.INI", bytes);
+    for (const std::uint64_t readable : {std::uint64_t{0}, std::uint64_t{100'000}}) {
+        Faults faults;
+        faults.m_nReadError = EIO;
+        faults.m_nReadableBytes = readable;
+        EXPECT_FALSE(platform::WriteProfileText("A", "k", "new", path)) << readable;
+        EXPECT_EQ(platform::ReadProfileText("A", "k", "none", 100, path), "none") << readable;
+    }
+    EXPECT_EQ(folder.Read("JDE.INI"), bytes);
+}
+
+TEST(DiskFaults, AProfileFileThatCannotBeLookedForIsNotMade) {
+    // In a folder that can't be listed it may stand in another case.
+    const TestFolder folder;
+    folder.Write("JDE.INI", "[A]\r\nk=v\r\n");
+    const EnvironmentGuard guard("CARVELOT_PROFILE_DIR", folder.Path().c_str());
+    {
+        Faults faults;
+        faults.m_nListError = EMFILE;
+        EXPECT_FALSE(platform::WriteProfileText("A", "k", "new", "jde.ini"));
+    }
+    EXPECT_EQ(folder.Names(), Strings{"JDE.INI"});
+    EXPECT_TRUE(platform::WriteProfileText("A", "k", "new", "jde.ini"));
+    EXPECT_EQ(folder.Read("JDE.INI"), "[A]\r\nk=new\r\n");
+}
+
+TEST(DiskFaults, ADefinitionThatCannotBeReadIsNotToldToBeTooShort) {
+    const TestFolder folder;
+    CCacheDS structure;
+    std::string text = "typedef struct { int a; } D;";
+    structure.ParseTypedef(text);
+    const std::string path = folder.Write("a.cds", WriteCacheDefinition(structure));
+    Faults faults;
+    faults.m_nReadError = EIO;
+    faults.m_nReadableBytes = 0;
+    EXPECT_EQ(LoadCacheDefinition(path, structure),
+              "An error occurred while accessing " + path + ". Error: " + std::to_string(EIO));
 }
 
 TEST(DiskFaults, ATemporaryCopyThatDoesNotFitIsNone) {

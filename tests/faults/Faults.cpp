@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdarg>
 #include <cstdlib>
+#include <dirent.h>
+#include <fcntl.h>
 #include <new>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -54,6 +57,9 @@ ssize_t __wrap_read(int file, void* buffer, std::size_t size) {
         if (s_pFaults->m_nInterruptEach != 0 && s_pFaults->m_nReads % s_pFaults->m_nInterruptEach == 0) {
             return carvelot::test::Fail(EINTR);
         }
+        if (s_pFaults->m_nReads == s_pFaults->m_nFailingRead) {
+            return carvelot::test::Fail(EIO);
+        }
         if (s_pFaults->m_fnReadAtMost) {
             size = std::clamp<std::size_t>(s_pFaults->m_fnReadAtMost(size), 1, size);
         }
@@ -85,6 +91,29 @@ ssize_t __wrap_write(int file, const void* buffer, std::size_t size) {
         s_pFaults->m_nWrittenBytes += static_cast<std::uint64_t>(count);
     }
     return count;
+}
+
+int __real_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, ...) {
+    if (s_pFaults != nullptr && s_pFaults->m_nMakeError != 0 && (flags & O_CREAT) != 0) {
+        return carvelot::test::Fail(s_pFaults->m_nMakeError);
+    }
+    va_list more;
+    va_start(more, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(more, mode_t) : 0;
+    va_end(more);
+    return __real_open(path, flags, mode);
+}
+
+DIR* __real_opendir(const char* path);
+DIR* __wrap_opendir(const char* path);
+DIR* __wrap_opendir(const char* path) {
+    if (s_pFaults != nullptr && s_pFaults->m_nListError != 0) {
+        errno = s_pFaults->m_nListError;
+        return nullptr;
+    }
+    return __real_opendir(path);
 }
 
 int __real_fsync(int file);
@@ -123,11 +152,24 @@ void* __wrap_mmap(void* at, std::size_t size, int protection, int flags, int fil
     return __real_mmap(at, size, protection, flags, file, offset);
 }
 
+// The C library's own, as some headers use them.
+void* __real_malloc(std::size_t size);
+void* __wrap_malloc(std::size_t size);
+void* __wrap_malloc(std::size_t size) {
+    return carvelot::test::AllocationFails() ? nullptr : __real_malloc(size);
+}
+
+void* __real_realloc(void* block, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size);
+void* __wrap_realloc(void* block, std::size_t size) {
+    return carvelot::test::AllocationFails() ? nullptr : __real_realloc(block, size);
+}
+
 } // extern "C"
 
 // Every "new" of the program; the other forms of it come here.
 void* operator new(std::size_t size) {
-    void* const block = carvelot::test::AllocationFails() ? nullptr : std::malloc(size == 0 ? 1 : size);
+    void* const block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) {
         throw std::bad_alloc();
     }

@@ -24,9 +24,14 @@ public:
     // Reads fail with this error from so many bytes on.
     std::uint64_t m_nReadableBytes = ~std::uint64_t{0};
     int m_nReadError = 0;
+    // One read fails, the one of that number, counted from 1.
+    std::uint64_t m_nFailingRead = 0;
     // Writes fail with this error once so many bytes are written; the last one before writes what fits.
     std::uint64_t m_nWritableBytes = ~std::uint64_t{0};
     int m_nWriteError = 0;
+    // Error of an open that would make a file, and of one of a folder's list.
+    int m_nMakeError = 0;
+    int m_nListError = 0;
     // Errors of the calls that end a file's writing.
     int m_nSyncError = 0;
     int m_nRenameError = 0;

@@ -3,6 +3,8 @@
 #include "explore/ProfileExport.h"
 #include "faults/Faults.h"
 #include "platform/ProfileFile.h"
+#include "report/JsonReport.h"
+#include "report/ReportRun.h"
 #include "support/Sanitizer.h"
 #include "support/SettingsStore.h"
 #include "support/TestFolder.h"
@@ -11,6 +13,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <set>
+#include <sqlite3.h>
+#include <sstream>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -187,6 +192,79 @@ TEST(MemoryFaults, WhicheverAllocationOfExploringFailsItEndsWithThatAlone) {
         faults.FailAllocation(0);
         EXPECT_GT(thrown, allocations / 2);
     }
+}
+
+TEST(MemoryFaults, WhicheverAllocationOfJsonFailsItEndsWithThatAlone) {
+    std::vector<std::string> lines = BusyDebugLog();
+    lines.push_back(DebugLine("10:01:00.000000", "no \xFF\xFE text that is valid, and long", "7/1"));
+    const TestSession session(lines);
+    std::uint64_t thrown = 0;
+    for (std::uint64_t number = 1; number == thrown + 1; ++number) {
+        std::ostream out(nullptr);
+        Faults faults;
+        faults.FailAllocation(number);
+        try {
+            WriteSessionJson(session.m_doc, "log", out);
+        } catch (const std::bad_alloc&) {
+            ++thrown;
+        }
+        faults.FailAllocation(0);
+    }
+    EXPECT_GT(thrown, 2U);
+}
+
+TEST(MemoryFaults, ASessionIsClearedWithoutMemory) {
+    // It is cleared where there is none left, and in a destructor.
+    TestSession session(BusyDebugLog());
+    ASSERT_TRUE(session.m_bLoaded);
+    Faults faults;
+    session.m_doc.ClearSession();
+    EXPECT_EQ(faults.Allocations(), 0U);
+    EXPECT_EQ(session.Count(), 0U);
+}
+
+TEST(MemoryFaults, WhicheverAllocationOfASettingFailsNothingIsLeftBesideIt) {
+    const SettingsStore store;
+    SettingsStore::Key("K").SetDword("a", 1);
+    const std::string before = store.Folder().Read("registry.ini");
+    platform::CRegistryKey key = SettingsStore::Key("K");
+    const std::size_t files = OpenFiles();
+    std::uint64_t thrown = 0;
+    for (std::uint64_t number = 1; number == thrown + 1; ++number) {
+        Faults faults;
+        faults.FailAllocation(number);
+        try {
+            key.SetString("b", std::string(100, 'x'));
+        } catch (const std::bad_alloc&) {
+            ++thrown;
+        }
+        faults.FailAllocation(0);
+        ASSERT_EQ(store.Folder().Names(), std::vector<std::string>{"registry.ini"}) << number;
+        ASSERT_EQ(OpenFiles(), files) << number;
+        ASSERT_EQ(store.Folder().Read("registry.ini") == before, thrown == number) << number;
+    }
+    EXPECT_GT(thrown, 5U);
+}
+
+TEST(MemoryFaults, ADatabaseThatThereIsNoMemoryToReadIsNotTakenForAnothers) {
+    const TestFolder folder;
+    const std::string log = folder.Write("log", TestSession::Joined(BusyDebugLog()));
+    const std::string path = folder.Path("logs.db");
+    const auto write = [&] {
+        std::ostringstream out;
+        std::ostringstream err;
+        RunReport({"--sqlite", path, "--append", log}, out, err);
+        return err.str();
+    };
+    ASSERT_EQ(write(), "");
+    std::set<std::string> said;
+    for (int kibibytes = 1; kibibytes < 300; kibibytes += 7) {
+        const std::int64_t before = sqlite3_hard_heap_limit64(kibibytes * 1024);
+        said.insert(write());
+        sqlite3_hard_heap_limit64(before);
+    }
+    EXPECT_EQ(said, std::set<std::string>{"There is not enough memory for this report.\n"});
+    EXPECT_EQ(write(), "");
 }
 
 TEST(MemoryFaults, AReportThatOutgrowsItsMemoryEndsWithAMessageAndNoOutput) {

@@ -1,6 +1,7 @@
 // A log that changes, goes, or comes slowly while it is read.
 #include "faults/Faults.h"
 #include "report/JsonReport.h"
+#include "session/FollowedLog.h"
 #include "support/FileHelper.h"
 #include "support/TestFolder.h"
 #include "support/TestLog.h"
@@ -143,6 +144,55 @@ TEST(ReadFaults, AFileThatCannotBeReadAtAllHasNoFormat) {
     faults.m_nReadableBytes = 0;
     EXPECT_FALSE(log.Load({}));
     EXPECT_EQ(log.m_listMessages, std::vector<std::string>{"Error: Cannot determine tracing log format"});
+}
+
+TEST(ReadFaults, AFollowedLogThatCannotBeReadForAMomentKeepsItsSession) {
+    GrownLog log(10);
+    const AnalysisSettings settings;
+    PendingStatement pending;
+    RecordingHost host;
+    CCarvelotDoc doc(settings, pending, host);
+    ASSERT_TRUE(doc.OnOpenDocument(log.m_strPath));
+    const std::uint64_t load = doc.LoadIdentity();
+    CFollowedLog followed(doc);
+    std::ofstream(log.m_strPath, std::ios::binary | std::ios::app) << log.m_strLine;
+    {
+        Faults faults;
+        faults.m_nReadError = EIO;
+        faults.m_nReadableBytes = 0;
+        EXPECT_EQ(followed.Look(), LogChange::NotToBeHad);
+    }
+    EXPECT_EQ(doc.LoadIdentity(), load);
+    EXPECT_EQ(doc.m_listDetails.Size(), 11U);
+    EXPECT_EQ(followed.Look(), LogChange::Grew);
+    EXPECT_EQ(doc.m_listDetails.Size(), 12U);
+}
+
+TEST(ReadFaults, AFollowedLogThatWasReplacedAndCouldNotBeReadIsReadByTheNextLook) {
+    // All reads of a look fail, or one of them.
+    for (std::uint64_t number = 0; number <= 10; ++number) {
+        GrownLog log(10);
+        const AnalysisSettings settings;
+        PendingStatement pending;
+        RecordingHost host;
+        CCarvelotDoc doc(settings, pending, host);
+        ASSERT_TRUE(doc.OnOpenDocument(log.m_strPath));
+        CFollowedLog followed(doc);
+        log.m_folder.Write("next", TestSession::Joined(JASLog({})));
+        std::filesystem::rename(log.m_folder.Path("next"), log.m_strPath);
+        {
+            Faults faults;
+            faults.m_nFailingRead = number;
+            if (number == 0) {
+                faults.m_nReadError = EIO;
+                faults.m_nReadableBytes = 0;
+            }
+            followed.Look();
+        }
+        followed.Look();
+        EXPECT_EQ(doc.m_listDetails.Size(), kJASLead) << number;
+        EXPECT_EQ(followed.Look(), LogChange::None) << number;
+    }
 }
 
 TEST(ReadFaults, AFileThatComesInDribletsGivesTheSameModel) {

@@ -301,6 +301,22 @@ TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite)
     EXPECT_EQ(store.Folder().Read("registry.ini").find("nonsense"), std::string::npos);
 }
 
+TEST(Registry, ADamagedFileThatCannotBeKeptStaysAsItIs) {
+    const SettingsStore store;
+    const std::string damaged =
+        "nonsense\n[HKEY_CURRENT_USER\\" + std::string(kKey) + "]\n\"Good\"=dword:00000005\n";
+    store.Folder().Write("registry.ini", damaged);
+    std::filesystem::create_directory(test::ToPath(store.Folder().Path("registry.ini.damaged")));
+    CRegistryKey key;
+    ASSERT_TRUE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Full));
+    EXPECT_TRUE(key.SetDword("Rate", 3)); // for the run
+    std::uint32_t number = 0;
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 3U);
+    EXPECT_EQ(store.Folder().Read("registry.ini"), damaged);
+    EXPECT_EQ(store.Folder().Names(), (std::vector<std::string>{"registry.ini", "registry.ini.damaged"}));
+}
+
 TEST(Registry, AFileThatCannotBeReadLeavesAStoreForTheRun) {
     const test::TestFolder folder;
     const std::string folderInItsPlace = folder.Path();

@@ -38,6 +38,12 @@ std::string FollowLinks(std::string path) {
     return {};
 }
 
+// Whether a file can't be made for a reason that would let a write to another fail just so.
+bool IsOutOfRoom(int number) {
+    return number == ENOSPC || number == EDQUOT || number == EIO || number == EMFILE || number == ENFILE ||
+           number == ENOMEM;
+}
+
 bool SameFile(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
@@ -169,7 +175,8 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
         SetError(error, errno);
         return result;
     } else {
-        state->m_file = MakeBeside(state->m_strTarget, exists ? 0600 : 0666, state->m_strTemporary, error);
+        int number = 0;
+        state->m_file = MakeBeside(state->m_strTarget, exists ? 0600 : 0666, state->m_strTemporary, &number);
         if (!state->m_file) {
             state->m_strTemporary.clear();
         }
@@ -178,8 +185,9 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
             [[maybe_unused]] const int owner = ::fchown(state->m_file.Get(), status.st_uid, status.st_gid);
             ::fchmod(state->m_file.Get(), status.st_mode & 07777);
         }
-        if (!state->m_file && exists) {
-            state->m_way = State::Way::Collect;
+        if (!state->m_file) {
+            SetError(error, number);
+            state->m_way = exists && !IsOutOfRoom(number) ? State::Way::Collect : State::Way::Replace;
         }
     }
     if (!state->m_file && state->m_way != State::Way::Collect) {

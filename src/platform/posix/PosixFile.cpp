@@ -65,12 +65,15 @@ Descriptor OpenRegular(const std::string& path, int flags, int* error) {
     return file;
 }
 
-std::size_t ReadFully(int file, void* buffer, std::size_t size) {
+std::size_t ReadFully(int file, void* buffer, std::size_t size, int* error) {
     std::size_t done = 0;
     while (done < size) {
         const ssize_t count = ::read(file, static_cast<char*>(buffer) + done, size - done);
         if (count < 0 && errno == EINTR) {
             continue;
+        }
+        if (count < 0 && error != nullptr) {
+            *error = errno;
         }
         if (count <= 0) {
             break;

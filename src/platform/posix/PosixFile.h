@@ -40,8 +40,8 @@ Descriptor OpenRegular(const std::string& path, int flags, int* error);
 /// Opens whatever stands at a path. A path with a NUL in it does not exist.
 Descriptor OpenAny(const std::string& path, int flags, mode_t mode, int* error);
 
-/// Reads until the buffer is full, the file ends or an error comes.
-std::size_t ReadFully(int file, void* buffer, std::size_t size);
+/// Reads until the buffer is full, the file ends or an error comes, whose number `error` receives.
+std::size_t ReadFully(int file, void* buffer, std::size_t size, int* error = nullptr);
 
 /// Writes everything; 0 or the error number.
 int WriteFully(int file, std::string_view bytes);

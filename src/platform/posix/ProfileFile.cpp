@@ -371,8 +371,8 @@ private:
     std::vector<Line> m_listLines;
 };
 
-// Where a file lies. A bare name is looked for whatever its case.
-std::string ProfilePath(const std::string& file) {
+// Where a file lies. A bare name is looked for whatever its case; nothing where it can't be looked for.
+std::optional<std::string> ProfilePath(const std::string& file) {
     if (file.find('/') != std::string::npos) {
         return file;
     }
@@ -383,13 +383,14 @@ std::string ProfilePath(const std::string& file) {
         return exact;
     }
     std::vector<std::string> found;
-    if (const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
-        open != nullptr) {
-        while (const dirent* const entry = ::readdir(open.get())) {
-            const std::string_view name = entry->d_name;
-            if (FoldedText(name) == FoldedText(file)) {
-                found.emplace_back(name);
-            }
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(folder.c_str()), ::closedir);
+    if (open == nullptr) {
+        return errno == ENOENT || errno == ENOTDIR ? std::optional(exact) : std::nullopt;
+    }
+    while (const dirent* const entry = ::readdir(open.get())) {
+        const std::string_view name = entry->d_name;
+        if (FoldedText(name) == FoldedText(file)) {
+            found.emplace_back(name);
         }
     }
     return found.empty() ? exact : folder + "/" + *std::min_element(found.begin(), found.end());
@@ -398,7 +399,7 @@ std::string ProfilePath(const std::string& file) {
 // No settings file comes near this size; one that says so is no settings file, or has a hole in it.
 constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20;
 
-// The bytes of a file; false if it is there but can't be read.
+// The bytes of a file; false if it is there but can't be read, or not all of it.
 bool ReadBytes(const std::string& path, std::string& bytes) {
     int error = 0;
     SharedFile file = SharedFile::OpenForReading(path, &error);
@@ -412,15 +413,17 @@ bool ReadBytes(const std::string& path, std::string& bytes) {
     for (std::size_t count = kBlock; count == kBlock;) {
         const std::size_t size = bytes.size();
         bytes.resize(size + kBlock);
-        count = file.Read(bytes.data() + size, kBlock);
+        count = file.Read(bytes.data() + size, kBlock, &error);
         bytes.resize(size + count);
     }
-    return true;
+    return error == 0;
 }
 
 ProfileText Load(const std::string& file) {
     std::string bytes;
-    ReadBytes(ProfilePath(file), bytes);
+    if (const std::optional<std::string> path = ProfilePath(file); !path || !ReadBytes(*path, bytes)) {
+        bytes.clear();
+    }
     return ProfileText(std::move(bytes));
 }
 
@@ -529,7 +532,11 @@ std::vector<std::string> ReadProfileSections(std::size_t bufferUnits, const std:
 
 bool WriteProfileText(std::string_view section, std::string_view key, std::string_view value,
                       const std::string& file) {
-    const std::string path = ProfilePath(file);
+    const std::optional<std::string> found = ProfilePath(file);
+    if (!found) {
+        return false;
+    }
+    const std::string& path = *found;
     const FolderLock lock(path.substr(0, path.rfind('/')));
     std::string bytes;
     if (!ReadBytes(path, bytes)) {

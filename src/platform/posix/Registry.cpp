@@ -9,6 +9,7 @@
 // never sees half a file.
 #include "platform/Registry.h"
 #include "platform/posix/FolderLock.h"
+#include "platform/posix/PosixFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -146,8 +147,8 @@ public:
             return;
         }
         std::string content;
-        const int file = open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-        if (file < 0) {
+        const Descriptor file(open(m_path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+        if (!file) {
             if (errno != ENOENT && errno != ENOTDIR) {
                 m_bDetached = true;
             } else {
@@ -156,10 +157,10 @@ public:
             return;
         }
         struct stat info = {};
-        bool isReadable = fstat(file, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
+        bool isReadable = fstat(file.Get(), &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kMaximum;
         char buffer[16384];
         while (isReadable) {
-            const ssize_t got = read(file, buffer, sizeof buffer);
+            const ssize_t got = read(file.Get(), buffer, sizeof buffer);
             if (got < 0 && errno == EINTR) {
                 continue;
             }
@@ -169,7 +170,6 @@ public:
             }
             content.append(buffer, static_cast<std::size_t>(got));
         }
-        close(file);
         if (!isReadable) {
             m_bDetached = true;
             return;
@@ -223,13 +223,15 @@ public:
             return;
         }
         m_bDamaged = false;
+        // All that takes memory stands ahead of the file.
+        const std::string content = Print();
         std::string temporary = target.string() + ".XXXXXX";
         const int file = mkostemp(temporary.data(), O_CLOEXEC);
         if (file < 0) {
             m_bDetached = true; // keep what the user set for as long as the program runs
             return;
         }
-        if (!WriteAndClose(file, Print()) || std::rename(temporary.c_str(), target.c_str()) != 0) {
+        if (!WriteAndClose(file, content) || std::rename(temporary.c_str(), target.c_str()) != 0) {
             unlink(temporary.c_str());
             m_bDetached = true;
         }
@@ -271,15 +273,17 @@ private:
     // The file as it was read, under the first name that is free.
     bool SetAsideFile(const std::filesystem::path& target) const {
         for (int number = 1; number <= kMostAside; ++number) {
+            // All that takes memory stands ahead of the file.
             const std::string aside = AsideName(target.string(), number);
+            CSetAside told{std::filesystem::path(aside).filename().string(), target.parent_path().string()};
+            ListSetAside().reserve(ListSetAside().size() + 1);
             const int file = open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
             if (file >= 0) {
                 if (!WriteAndClose(file, m_strDamaged)) {
                     unlink(aside.c_str());
                     return false;
                 }
-                ListSetAside().push_back(
-                    {std::filesystem::path(aside).filename().string(), target.parent_path().string()});
+                ListSetAside().push_back(std::move(told));
                 return true;
             }
             if (errno != EEXIST) {

@@ -32,8 +32,8 @@ SharedFile SharedFile::OpenForReading(const std::string& path, int* error) {
     return file;
 }
 
-std::size_t SharedFile::Read(void* buffer, std::size_t size) {
-    return ReadFully(static_cast<int>(m_hFile), buffer, size);
+std::size_t SharedFile::Read(void* buffer, std::size_t size, int* error) {
+    return ReadFully(static_cast<int>(m_hFile), buffer, size, error);
 }
 
 bool SharedFile::Seek(std::uint64_t position) {

@@ -24,6 +24,13 @@ std::wstring FinalPath(HANDLE file, const std::wstring& path) {
     return final.empty() ? path : final;
 }
 
+// Whether a file can't be made for a reason that would let a write to another fail just so.
+bool IsOutOfRoom(DWORD number) {
+    return number == ERROR_DISK_FULL || number == ERROR_HANDLE_DISK_FULL ||
+           number == ERROR_TOO_MANY_OPEN_FILES || number == ERROR_NOT_ENOUGH_MEMORY ||
+           number == ERROR_NO_SYSTEM_RESOURCES || number == ERROR_IO_DEVICE;
+}
+
 WindowsHandle MakeBeside(const std::wstring& target, std::wstring& path, DWORD* number) {
     const std::size_t slash = target.find_last_of(L"\\/:");
     const std::wstring folder = slash == std::wstring::npos ? std::wstring() : target.substr(0, slash + 1);
@@ -152,7 +159,7 @@ AtomicFile AtomicFile::Create(const std::string& path, int* error) {
         state->m_file = MakeBeside(state->m_strTarget, state->m_strTemporary, &failure);
         if (!state->m_file) {
             state->m_strTemporary.clear();
-            if (!state->m_bExists) {
+            if (!state->m_bExists || IsOutOfRoom(failure)) {
                 SetError(error, failure);
                 return result;
             }

@@ -33,14 +33,17 @@ SharedFile SharedFile::OpenForReading(const std::string& path, int* error) {
     return file;
 }
 
-std::size_t SharedFile::Read(void* buffer, std::size_t size) {
+std::size_t SharedFile::Read(void* buffer, std::size_t size, int* error) {
     constexpr std::size_t kMost = std::size_t{1} << 30;
     std::size_t done = 0;
     while (done < size) {
         DWORD count = 0;
-        if (!ReadFile(ToHandle(m_hFile), static_cast<char*>(buffer) + done,
-                      static_cast<DWORD>(std::min(size - done, kMost)), &count, nullptr) ||
-            count == 0) {
+        const bool read = ReadFile(ToHandle(m_hFile), static_cast<char*>(buffer) + done,
+                                   static_cast<DWORD>(std::min(size - done, kMost)), &count, nullptr) != 0;
+        if (!read && error != nullptr) {
+            *error = static_cast<int>(GetLastError());
+        }
+        if (!read || count == 0) {
             break;
         }
         done += count;
