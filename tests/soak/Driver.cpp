@@ -74,6 +74,7 @@ CDriver::CDriver(const COptions& options, CScratch& scratch)
     m_fNextExit = m_options.m_fExit / 2;
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &CDriver::Tick);
+    m_timer.start(kTick); // a start may have messages
 }
 
 CDriver::~CDriver() = default;
@@ -129,11 +130,11 @@ void CDriver::Started() {
     m_bRunning = true;
     m_bTop = false;
     m_pTop = nullptr;
+    m_nWaitUntil = 0;
     Wait(kSettle);
     if (!m_left.isEmpty()) {
         Then([this] { CompareStates(); });
     }
-    m_timer.start(kTick);
 }
 
 void CDriver::CompareStates() {
@@ -159,13 +160,13 @@ bool CDriver::eventFilter(QObject* object, QEvent* event) {
 
 bool CDriver::Ended() {
     m_bRunning = false;
-    m_timer.stop();
     m_steps.clear();
     m_hand.LetGo();
     StillThere();
     if (!m_bLeaving) {
         Fail(QStringLiteral("the program ended by itself"));
     }
+    m_bLeaving = false;
     if (m_bOver) {
         Judge();
         return false;
@@ -197,11 +198,7 @@ void CDriver::Tick() {
     const qint64 now = m_clock.elapsed();
     m_nBeat = now;
     LookAtErrors();
-    CMainFrame* const frame = MainFrame();
-    if (!m_bRunning || m_bLeaving || frame == nullptr) {
-        return;
-    }
-    if (frame->Following().Followed() != nullptr) {
+    if (m_bRunning && MainFrame()->Following().Followed() != nullptr) {
         m_nFollowed += now - m_nLastTick;
     }
     m_nLastTick = now;
@@ -221,7 +218,7 @@ void CDriver::Tick() {
         return;
     }
     m_nPopups = popup != nullptr ? m_nPopups + 1 : 0;
-    if (!m_steps.empty()) {
+    if (!m_steps.empty() && !m_bLeaving) {
         const FStep step = std::move(m_steps.front());
         m_steps.pop_front();
         step();
@@ -235,7 +232,7 @@ void CDriver::Tick() {
         } else {
             top->close();
         }
-    } else {
+    } else if (m_bRunning && !m_bLeaving) {
         Act();
     }
 }
@@ -452,7 +449,7 @@ QList<QWidget*> CDriver::Widgets(QWidget* within) {
 
 QWidget* CDriver::RandomWidget(QWidget* within) {
     const QList<QWidget*> widgets = Widgets(within);
-    return widgets.isEmpty() ? MainFrame() : OneOf(widgets);
+    return !widgets.isEmpty() ? OneOf(widgets) : within != nullptr ? within : MainFrame();
 }
 
 QPoint CDriver::RandomPoint(const QWidget& widget) {
