@@ -214,7 +214,7 @@ void CDriver::Tick() {
         m_bTop = top != nullptr;
         m_pTop = top;
         m_nInTop = 0;
-        m_nPatience = Random(14);
+        m_nPatience = Random(8);
         return;
     }
     m_nPopups = popup != nullptr ? m_nPopups + 1 : 0;

@@ -34,8 +34,10 @@ QString PaneState(CMainFrame& frame, CDockablePane& pane) {
         others << other->objectName();
     }
     others.sort();
-    return name + QStringLiteral("%1, with [%2]")
-                      .arg(QLatin1String(EdgeName(frame.dockWidgetArea(&pane))), others.join(u' '));
+    return name + QStringLiteral("%1, with [%2], %3")
+                      .arg(QLatin1String(EdgeName(frame.dockWidgetArea(&pane))), others.join(u' '),
+                           pane.IsInFront() ? QStringLiteral("in front, ") + Size(pane.size())
+                                            : QStringLiteral("behind"));
 }
 
 } // namespace

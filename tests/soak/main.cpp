@@ -132,8 +132,70 @@ QString Row(const QStringList& cells) {
 
 QString Grouped(int number) { return QLocale(QLocale::English).toString(number); }
 
-// The commands that nothing ever enables.
+// Commands that stand in the menus for completeness and that nothing enables.
 QStringList Unreachable() { return {QStringLiteral("Save"), QStringLiteral("Print...")}; }
+
+// What comes about in every run of half an hour and more.
+constexpr double kAllKinds = 1800; // seconds
+
+void LookForAll(CDriver& driver) {
+    if (driver.Seconds() < kAllKinds) {
+        return;
+    }
+    for (const char* kind : {"cache",
+                             "cache structure",
+                             "checkpoint",
+                             "click",
+                             "close",
+                             "command",
+                             "context menu",
+                             "dialog left",
+                             "double click",
+                             "drag",
+                             "drop",
+                             "exit",
+                             "explore",
+                             "file dialog",
+                             "find",
+                             "folded tab",
+                             "follow",
+                             "header",
+                             "in a dialog",
+                             "key",
+                             "list of a box",
+                             "menu",
+                             "menu entry",
+                             "menu key",
+                             "menu left",
+                             "open",
+                             "open by the dialog",
+                             "pane dragged",
+                             "pane folded",
+                             "pane shown",
+                             "pane's button",
+                             "pane's tab",
+                             "pane's title",
+                             "process",
+                             "recent file",
+                             "row",
+                             "shortcut",
+                             "tab",
+                             "typing",
+                             "wheel",
+                             "window"}) {
+        if (!driver.Kinds().contains(QLatin1String(kind))) {
+            driver.Fail(QStringLiteral("it never came to: ") + QLatin1String(kind));
+        }
+    }
+    for (const auto& [name, count] : driver.Commands()) {
+        if (count == 0 && !Unreachable().contains(name)) {
+            driver.Fail(QStringLiteral("the command never ran: ") + name);
+        }
+    }
+    if (driver.Followed() < driver.Seconds() / 20) {
+        driver.Fail(QStringLiteral("hardly any log was followed"));
+    }
+}
 
 void WriteSection(const QString& path, const CDriver& driver, std::uint32_t seed) {
     QFile file(path);
@@ -168,7 +230,7 @@ void WriteSection(const QString& path, const CDriver& driver, std::uint32_t seed
         if (sample.m_fSeconds < next && !last) {
             continue;
         }
-        next += std::max(driver.Seconds() / 7, 30.0);
+        next += std::max(driver.Seconds() / 6, 10.0);
         out << Row({QString::number(sample.m_fSeconds / 60, 'f', 0), Grouped(sample.m_nActions),
                     QString::number(sample.m_fResident, 'f', 1), QString::number(sample.m_fHeap, 'f', 1),
                     QString::number(sample.m_nFiles), QString::number(sample.m_nThreads),
@@ -266,13 +328,7 @@ int main(int argc, char** argv) {
             AskAnotherProcess(driver, folder);
         }
     }
-    if (options.m_fSeconds >= 1800) {
-        for (const auto& [name, count] : driver.Commands()) {
-            if (count == 0 && !Unreachable().contains(name)) {
-                driver.Fail(QStringLiteral("the command never ran: ") + name);
-            }
-        }
-    }
+    LookForAll(driver);
     for (const auto& [name, count] : driver.Kinds()) {
         std::printf("%8d %s\n", count, name.toUtf8().constData());
     }
