@@ -93,6 +93,18 @@ private slots:
         QVERIFY(m_pRun->Area().height() > before + 100);
     }
 
+    void aThinPaneFoldedAwayIsAsThickAfterARestart() {
+        m_pRun->Frame().resizeDocks({&m_pRun->Frame().m_wndBSFNPane}, {30}, Qt::Vertical);
+        Settle();
+        QVERIFY(m_pRun->Frame().m_wndBSFNPane.height() < StoredFold::kLeast);
+        m_pRun->Frame().AutoHide().Fold(m_pRun->Frame().m_wndBSFNPane);
+        const std::string folds = WriteFolds(m_pRun->Frame().AutoHide().Folds());
+        m_pRun.reset();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+        Settle();
+        QCOMPARE(WriteFolds(m_pRun->Frame().AutoHide().Folds()), folds);
+    }
+
     void thePinStandsBesideTheTitlesButtons_data() {
         QTest::addColumn<Qt::LayoutDirection>("direction");
         QTest::newRow("left to right") << Qt::LeftToRight;
