@@ -104,14 +104,21 @@ int TellState(const QString& path) {
     return theApp().ExitInstance();
 }
 
+// How many seconds another process may take to start and end.
+constexpr int kStarts = 120;
+
 void AskAnotherProcess(CDriver& driver, const QString& folder) {
     const QString told = folder + QStringLiteral("/state.txt");
     QFile::remove(told);
     QProcess other;
     other.setProcessChannelMode(QProcess::ForwardedChannels);
     other.start(QCoreApplication::applicationFilePath(), {folder, QStringLiteral("--tell-state"), told});
-    if (!other.waitForFinished(60'000) || other.exitStatus() != QProcess::NormalExit ||
-        other.exitCode() != 0) {
+    bool there = false;
+    for (int n = 0; n < kStarts && !there; ++n) {
+        there = other.waitForFinished(1000);
+        driver.StillThere();
+    }
+    if (!there || other.exitStatus() != QProcess::NormalExit || other.exitCode() != 0) {
         driver.Fail(QStringLiteral("another process does not start and end"));
         return;
     }
