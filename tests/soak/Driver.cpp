@@ -334,6 +334,12 @@ void CDriver::Checkpoint() {
     Then([this] {
         QApplication::clipboard()->clear();
         QPixmapCache::clear();
+        for (const auto& documentTemplate : theApp().DocTemplates()) {
+            if (!documentTemplate->Documents().empty()) {
+                Fail(QStringLiteral("%1 documents are there though all were closed")
+                         .arg(documentTemplate->Documents().size()));
+            }
+        }
         CSample sample = TakeSample();
         sample.m_fSeconds = Seconds();
         sample.m_nActions = m_nActions;
@@ -350,6 +356,7 @@ void CDriver::Checkpoint() {
                 .arg(sample.m_nWidgets)
                 .arg(sample.m_nObjects);
         Note(line);
+        Note(CountedClasses());
         std::puts(line.toUtf8().constData());
         std::fflush(stdout);
     });

@@ -5,6 +5,8 @@
 #include <QSet>
 #include <QWidget>
 
+#include <map>
+
 #include <dirent.h>
 #include <malloc.h>
 #include <unistd.h>
@@ -56,6 +58,21 @@ CSample TakeSample() {
         }
     }
     return sample;
+}
+
+QString CountedClasses() {
+    std::map<QString, int> counts;
+    for (const QWidget* widget : QApplication::allWidgets()) {
+        ++counts[QLatin1String(widget->metaObject()->className())];
+        for (const QObject* child : widget->children()) {
+            counts[QLatin1String(child->metaObject()->className())] += child->isWidgetType() ? 0 : 1;
+        }
+    }
+    QStringList lines;
+    for (const auto& [name, count] : counts) {
+        lines << QStringLiteral("%1 %2").arg(name).arg(count);
+    }
+    return lines.join(QStringLiteral(", "));
 }
 
 double Rise(const std::vector<CSample>& samples, double (*number)(const CSample&)) {

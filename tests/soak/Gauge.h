@@ -21,6 +21,9 @@ struct CSample {
 // Gives free memory back to the system first.
 CSample TakeSample();
 
+// How many objects there are of each class below windows, for whoever looks for those that stayed.
+QString CountedClasses();
+
 // What a number of the samples gains over the last three quarters of them, by the straight line that fits
 // best.
 double Rise(const std::vector<CSample>& samples, double (*number)(const CSample&));

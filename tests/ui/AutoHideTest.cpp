@@ -105,6 +105,27 @@ private slots:
         QCOMPARE(WriteFolds(m_pRun->Frame().AutoHide().Folds()), folds);
     }
 
+    void foldingLeavesNothingBehind() {
+        CMainFrame& frame = m_pRun->Frame();
+        const auto objects = [&frame] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            Settle();
+            return frame.findChildren<QObject*>().size();
+        };
+        const auto foldAndPin = [&frame] {
+            frame.AutoHide().Fold(frame.m_wndBSFNPane);
+            Settle();
+            frame.AutoHide().Pin(frame.m_wndBSFNPane);
+            Settle();
+        };
+        foldAndPin();
+        const qsizetype before = objects();
+        for (int n = 0; n < 10; ++n) {
+            foldAndPin();
+        }
+        QCOMPARE(objects(), before);
+    }
+
     void thePinStandsBesideTheTitlesButtons_data() {
         QTest::addColumn<Qt::LayoutDirection>("direction");
         QTest::newRow("left to right") << Qt::LeftToRight;
