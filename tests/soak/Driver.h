@@ -43,7 +43,7 @@ struct COptions {
     std::uint32_t m_nSeed = 1;
     double m_fSeconds = 60;
     double m_fCheckpoint = 60; // seconds from one to the next
-    double m_fExit = 150;      // at most that many seconds on average from one end of the program to the next
+    double m_fExit = 300;      // seconds on average from one end of the program to the next, or less
     EMistake m_mistake = EMistake::None;
     QString m_strLog;
 };

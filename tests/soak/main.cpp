@@ -278,7 +278,7 @@ int main(int argc, char** argv) {
     const auto log = option("log", "FILE", "");
     const auto section = option("section", "FILE", "");
     const auto checkpoint = option("checkpoint", "SECONDS", "60");
-    const auto ends = option("exit", "SECONDS", "150");
+    const auto ends = option("exit", "SECONDS", "300");
     const auto patience = option("patience", "SECONDS", "60");
     const auto mistake = option("mistake", "leak|noise|hang|forget", "");
     const auto tell = option("tell-state", "FILE", "");
