@@ -436,6 +436,7 @@ void CDriver::Type(const QString& text) {
 
 void CDriver::Trigger(int command) {
     Then([command] {
+        MainFrame()->UpdateCommands();
         if (QAction* const action = MainFrame()->CommandAction(command);
             action != nullptr && action->isEnabled()) {
             action->trigger();
@@ -666,10 +667,11 @@ void CDriver::DoRow() {
 }
 
 void CDriver::DoHeader() {
+    // What shows of a header is its viewport.
     QList<QHeaderView*> headers;
-    for (QWidget* const widget : Widgets()) {
-        if (auto* const header = qobject_cast<QHeaderView*>(widget);
-            header != nullptr && header->count() > 0) {
+    for (const QWidget* const widget : Widgets()) {
+        auto* const header = qobject_cast<QHeaderView*>(widget->parentWidget());
+        if (header != nullptr && header->viewport() == widget && header->count() > 0) {
             headers << header;
         }
     }
@@ -963,10 +965,13 @@ void CDriver::DoExplore() {
         DoOpen();
         return;
     }
-    const int command = OneOf(QList<int>{ID_EXPLORE_OVERVIEW, ID_EXPLORE_TIMELINE, ID_EXPLORE_CALL_PROFILE,
-                                         ID_EXPLORE_FLAME_GRAPH, ID_EXPLORE_STATEMENTS, ID_EXPLORE_FINDINGS,
-                                         ID_EXPLORE_COMPARE, ID_EXPLORE_ABOUT_LOG, ID_EXPLORE_NEXT_FINDING,
-                                         ID_EXPLORE_SAVE_PICTURE, ID_EXPLORE_EXPORT_PROFILE});
+    const int command =
+        MainFrame()->MenuState() == EMenuState::Cache
+            ? OneOf(QList<int>{ID_CACHE_DEFINE_STRUCTURE, ID_CACHE_REFRESH_DATA})
+            : OneOf(QList<int>{ID_EXPLORE_OVERVIEW, ID_EXPLORE_TIMELINE, ID_EXPLORE_CALL_PROFILE,
+                               ID_EXPLORE_FLAME_GRAPH, ID_EXPLORE_STATEMENTS, ID_EXPLORE_FINDINGS,
+                               ID_EXPLORE_COMPARE, ID_EXPLORE_ABOUT_LOG, ID_EXPLORE_NEXT_FINDING,
+                               ID_EXPLORE_SAVE_PICTURE, ID_EXPLORE_EXPORT_PROFILE});
     Did(QStringLiteral("explore"), ToQString(FindCommand(command)->m_strText));
     Trigger(command);
     if (Chance(60)) {
