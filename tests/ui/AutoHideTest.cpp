@@ -93,6 +93,39 @@ private slots:
         QVERIFY(m_pRun->Area().height() > before + 100);
     }
 
+    void aThinPaneFoldedAwayIsAsThickAfterARestart() {
+        m_pRun->Frame().resizeDocks({&m_pRun->Frame().m_wndBSFNPane}, {30}, Qt::Vertical);
+        Settle();
+        QVERIFY(m_pRun->Frame().m_wndBSFNPane.height() < StoredFold::kLeast);
+        m_pRun->Frame().AutoHide().Fold(m_pRun->Frame().m_wndBSFNPane);
+        const std::string folds = WriteFolds(m_pRun->Frame().AutoHide().Folds());
+        m_pRun.reset();
+        m_pRun = std::make_unique<CRun>(*m_pFolder);
+        Settle();
+        QCOMPARE(WriteFolds(m_pRun->Frame().AutoHide().Folds()), folds);
+    }
+
+    void foldingLeavesNothingBehind() {
+        CMainFrame& frame = m_pRun->Frame();
+        const auto objects = [&frame] {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            Settle();
+            return frame.findChildren<QObject*>().size();
+        };
+        const auto foldAndPin = [&frame] {
+            frame.AutoHide().Fold(frame.m_wndBSFNPane);
+            Settle();
+            frame.AutoHide().Pin(frame.m_wndBSFNPane);
+            Settle();
+        };
+        foldAndPin();
+        const qsizetype before = objects();
+        for (int n = 0; n < 10; ++n) {
+            foldAndPin();
+        }
+        QCOMPARE(objects(), before);
+    }
+
     void thePinStandsBesideTheTitlesButtons_data() {
         QTest::addColumn<Qt::LayoutDirection>("direction");
         QTest::newRow("left to right") << Qt::LeftToRight;

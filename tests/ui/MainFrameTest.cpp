@@ -18,7 +18,9 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSet>
+#include <QSignalSpy>
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTabBar>
@@ -536,6 +538,29 @@ private slots:
         QTest::keyClick(&run.Frame(), Qt::Key_O, Qt::ControlModifier);
         QCOMPARE(user.m_listQuestions.size(), 1U);
         QCOMPARE(run.Frame().windowTitle(), QStringLiteral("chosen.log - Carvelot"));
+    }
+
+    // The entry in the menu bears the same key.
+    void aCommandsKeyIsItsOwnWhileTheMenuBarHasTheKeyboard() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        user.m_strOpenAnswer = QStringLiteral("chosen.log");
+        run.Frame().activateWindow();
+        QMenuBar& bar = *run.Frame().menuBar();
+        bar.setFocus(Qt::MenuBarFocusReason);
+        QCOMPARE(QApplication::focusWidget(), &bar);
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("Ambiguous")));
+        QTest::keyClick(&run.Frame(), Qt::Key_O, Qt::ControlModifier);
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("chosen.log - Carvelot"));
+        // There it is to be seen.
+        QMenu* file = bar.actions().constFirst()->menu();
+        QSignalSpy closed(file, &QMenu::aboutToHide);
+        file->popup(run.Frame().mapToGlobal(QPoint(10, 10)));
+        QCOMPARE(Entry(*file, "&Open...")->shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
+        file->close();
+        QCOMPARE(closed.size(), 1);
+        QTest::keyClick(&run.Frame(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(run.Frame().windowTitle(), QStringLiteral("new - Carvelot"));
     }
 
     void ctrlNRunsFileNew() {

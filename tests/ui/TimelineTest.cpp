@@ -73,6 +73,7 @@ private slots:
     void TheTimelineOfAnEmptyLogSaysSo();
     void AnalyzingAgainShowsTheLogAnew();
     void APaintAfterNoChangeKeepsThePicture();
+    void WhatShowsWhenItsFileIsKnownIsSaved();
 
 private:
     CTimelineFrame& Open(const std::vector<std::string>& lines = TwoThreads()) {
@@ -418,6 +419,28 @@ void TimelineTest::APaintAfterNoChangeKeepsThePicture() {
     QVERIFY(Widget().grab().toImage() != before);
     Exploration().Select({});
     QCOMPARE(Widget().grab().toImage(), before);
+}
+
+// While it is asked where to, commands are looked at, the window gets another size, results go.
+void TimelineTest::WhatShowsWhenItsFileIsKnownIsSaved() {
+    Open();
+    CFakeInterface& user = m_pRun->m_user;
+    user.m_strSaveAnswer = m_pRun->Path(QStringLiteral("a.svg"));
+    user.m_fnInQuestion = [this] {
+        m_pRun->Frame().resize(900, 700);
+        QCoreApplication::processEvents();
+        m_pRun->Frame().UpdateCommands();
+    };
+    m_pRun->Frame().RunCommand(ID_EXPLORE_SAVE_PICTURE);
+    const PictureSize size = m_pTimeline->Picture()->Size();
+    const QByteArray svg = m_pRun->Read(QStringLiteral("a.svg"));
+    QVERIFY(svg.contains("Alpha"));
+    QVERIFY2(svg.contains(QByteArray("width=\"") + QByteArray::number(size.width) + '"'), svg.left(300));
+    user.m_strSaveAnswer = m_pRun->Path(QStringLiteral("b.svg"));
+    user.m_fnInQuestion = [this] { Exploration().EndWithRecords(); };
+    m_pRun->Frame().RunCommand(ID_EXPLORE_SAVE_PICTURE);
+    QVERIFY(!QFile::exists(m_pRun->Path(QStringLiteral("b.svg"))));
+    QCOMPARE(user.m_listMessages, QStringList("The picture is not there any more."));
 }
 
 QTEST_MAIN(TimelineTest)

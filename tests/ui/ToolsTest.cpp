@@ -294,6 +294,18 @@ private slots:
                  QStringLiteral("JDENET listener port"));
     }
 
+    void aGroupThatIsDoubleClickedFoldsAndIsNotEdited() {
+        ShowSettings();
+        QTest::failOnWarning(QRegularExpression(QStringLiteral("edit")));
+        Grid().scrollToItem(Item("DEBUG"));
+        const QPoint place = Grid().visualItemRect(Item("DEBUG")).center();
+        for (const bool open : {false, true}) {
+            QTest::mouseClick(Grid().viewport(), Qt::LeftButton, {}, place);
+            QTest::mouseDClick(Grid().viewport(), Qt::LeftButton, {}, place);
+            QCOMPARE(Item("DEBUG")->isExpanded(), open);
+        }
+    }
+
     void theListOfOptionsHasAFrame() {
         int office2007 = ID_APPLOOK_OFFICE_2007_BLUE;
         const QPalette palette = QApplication::palette();

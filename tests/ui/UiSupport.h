@@ -51,6 +51,9 @@ public:
     }
     std::optional<QString> AskSaveFile(const CFileQuestion& question) override {
         m_listQuestions.push_back(question);
+        if (m_fnInQuestion) {
+            m_fnInQuestion();
+        }
         return m_strSaveAnswer;
     }
     std::optional<QString> AskText(const QString&, const QString&, const QString&) override {
@@ -93,6 +96,7 @@ public:
     std::optional<QFont> m_fontAnswer;
     QFont m_askedFont;
     std::function<void(QDialog&)> m_fnInDialog;
+    std::function<void()> m_fnInQuestion; // what goes on while it is asked where to save
     QString m_strMenuChoice;
     QStringList m_listMenuTexts;
     int m_nDialogs = 0;

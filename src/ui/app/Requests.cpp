@@ -31,6 +31,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QPointer>
 #include <QToolButton>
 
 namespace carvelot {
@@ -124,17 +125,23 @@ void AddFindingSteps(CSessionDocument& document, CExploration& exploration) {
     add(ID_EXPLORE_PREVIOUS_FINDING, false);
 }
 
-IPicture* PictureInFront() {
+CExploreFrame* ExploreWindowInFront() {
     const CMainFrame* const main = MainFrame();
-    auto* const frame = main != nullptr ? dynamic_cast<CExploreFrame*>(main->ActiveChild()) : nullptr;
-    return frame != nullptr ? frame->Picture() : nullptr;
+    return main != nullptr ? dynamic_cast<CExploreFrame*>(main->ActiveChild()) : nullptr;
+}
+
+bool PictureIsInFront() {
+    CExploreFrame* const frame = ExploreWindowInFront();
+    return frame != nullptr && frame->Picture() != nullptr;
 }
 
 void SavePictureInFront() {
-    if (const IPicture* const picture = PictureInFront()) {
-        const CMDIChildWnd& window = *MainFrame()->ActiveChild();
-        SavePicture(*picture, window.windowTitle(), window.font());
+    if (!PictureIsInFront()) {
+        return;
     }
+    const QPointer<CExploreFrame> window = ExploreWindowInFront();
+    SavePicture([window]() -> const IPicture* { return window != nullptr ? window->Picture() : nullptr; },
+                window->windowTitle(), window->font());
 }
 
 // Of the log in front.
@@ -214,8 +221,7 @@ void ConnectExplore(CSessionDocument& document) {
     document.AddCommand(
         ID_EXPLORE_EXPORT_PROFILE, [&profileExport] { profileExport.Ask(); },
         [&profileExport] { return !profileExport.IsRunning(); });
-    document.AddCommand(ID_EXPLORE_SAVE_PICTURE, &SavePictureInFront,
-                        [] { return PictureInFront() != nullptr; });
+    document.AddCommand(ID_EXPLORE_SAVE_PICTURE, &SavePictureInFront, &PictureIsInFront);
     QObject::connect(&document, &CSessionDocument::RecordsGo, &exploration, &CExploration::EndWithRecords);
     QObject::connect(&document, &CSessionDocument::RecordsCame, &exploration, &CExploration::TakeNewRecords);
     QObject::connect(&document, &CSessionDocument::SelectionChanged, &exploration,

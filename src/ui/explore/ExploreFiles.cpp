@@ -210,7 +210,7 @@ QByteArray AsSvg(const IPicture& picture, CTextLayouts& layouts) {
 
 } // namespace
 
-void SavePicture(const IPicture& picture, const QString& name, const QFont& font) {
+void SavePicture(const std::function<const IPicture*()>& picture, const QString& name, const QFont& font) {
     const auto path = UserInterface().AskSaveFile(
         {EFiles::Exports, CProfileExport::tr("Save Picture"), QStringLiteral("png"), name,
          QStringLiteral("PNG Picture (*.png)|*.png|SVG Picture (*.svg)|*.svg||")});
@@ -223,11 +223,16 @@ void SavePicture(const IPicture& picture, const QString& name, const QFont& font
             CProfileExport::tr("The name of a picture's file ends with .png or .svg"));
         return;
     }
+    const IPicture* const shown = picture();
+    if (shown == nullptr) {
+        UserInterface().ShowMessage(CProfileExport::tr("The picture is not there any more."));
+        return;
+    }
     int error = 0;
     {
         const CWaitCursor wait;
         CTextLayouts layouts(font);
-        const QByteArray bytes = isSvg ? AsSvg(picture, layouts) : AsPng(picture, layouts);
+        const QByteArray bytes = isSvg ? AsSvg(*shown, layouts) : AsPng(*shown, layouts);
         platform::AtomicFile file = platform::AtomicFile::Create(PathOf(*path), &error);
         if (file) {
             file.Write({bytes.constData(), static_cast<std::size_t>(bytes.size())});

@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace carvelot {
@@ -41,7 +42,8 @@ private:
 };
 
 // "Save Picture...": asks for a file and draws the picture into it, as PNG or as SVG by the file's ending.
-// `name`: without an ending.
-void SavePicture(const IPicture& picture, const QString& name, const QFont& font);
+// `picture` gives it, or null, when the file is known: while the user is asked another one may take its
+// place. `name`: without an ending.
+void SavePicture(const std::function<const IPicture*()>& picture, const QString& name, const QFont& font);
 
 } // namespace carvelot

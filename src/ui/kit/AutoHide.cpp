@@ -102,7 +102,9 @@ void CAutoHide::Fold(CDockablePane& pane) {
     if (IsFolded(pane) || pane.isFloating() || pane.isHidden() || edge == Qt::NoDockWidgetArea) {
         return;
     }
-    FoldGroup({edge, IsUpright(edge) ? pane.width() : pane.height(), TabsOf(pane)});
+    // As thick as it can be kept.
+    const int thickness = IsUpright(edge) ? pane.width() : pane.height();
+    FoldGroup({edge, std::clamp(thickness, StoredFold::kLeast, StoredFold::kMost), TabsOf(pane)});
 }
 
 void CAutoHide::FoldGroup(CFoldedGroup group) {

@@ -148,9 +148,13 @@ void CAutoHideBars::Show(const std::vector<CFoldedGroup>& groups) {
         if (QWidget* old = strip->findChild<QWidget*>(QStringLiteral("Tabs"))) {
             old->setObjectName(QString());
             old->hide(); // a tab may be in the middle of its click
-            old->deleteLater();
         }
+        // The action that holds the tabs stays behind in the toolbar that lets it go, and takes them along.
+        const QList<QAction*> held = strip->actions();
         strip->clear();
+        for (QAction* const action : held) {
+            action->deleteLater();
+        }
         strip->setFocusProxy(nullptr);
         bool any = false;
         auto* host = new QWidget;

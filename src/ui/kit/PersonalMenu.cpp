@@ -51,12 +51,16 @@ QAction* NewEntry(QAction& command, QMenu& menu, std::function<void()> chosen) {
         entry->setChecked(action->isChecked());
         entry->setStatusTip(action->statusTip());
         entry->setToolTip(action->toolTip());
-        // Shown beside the entry; the key itself belongs to the command.
-        entry->setShortcut(action->shortcut());
-        entry->setShortcutContext(Qt::WidgetShortcut);
         entry->setData(action->data());
     };
     follow();
+    // The key is shown beside the entry and belongs to the command: while the menu is closed only that has
+    // it. Of two the toolkit would take neither where the menu bar has the keyboard.
+    entry->setShortcutContext(Qt::WidgetShortcut);
+    QObject::connect(&menu, &QMenu::aboutToShow, entry, [entry, action = QPointer<QAction>(&command)] {
+        entry->setShortcut(action != nullptr ? action->shortcut() : QKeySequence());
+    });
+    QObject::connect(&menu, &QMenu::aboutToHide, entry, [entry] { entry->setShortcut({}); });
     QObject::connect(&command, &QAction::changed, entry, follow);
     QObject::connect(entry, &QAction::triggered, &command,
                      [entry, action = &command, follow, chosen = std::move(chosen)] {

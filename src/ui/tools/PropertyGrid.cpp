@@ -198,11 +198,10 @@ CPropertyGrid::CPropertyGrid(QWidget* parent) : QWidget(parent) {
     connect(m_pTree, &QTreeWidget::currentItemChanged, this, &CPropertyGrid::ShowDescription);
     connect(m_pTree, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem* item, int column) {
         if (column == kValueColumn) {
-            m_pTree->editItem(item, kValueColumn);
+            Edit(item);
         }
     });
-    connect(m_pTree, &QTreeWidget::itemDoubleClicked, this,
-            [this](QTreeWidgetItem* item) { m_pTree->editItem(item, kValueColumn); });
+    connect(m_pTree, &QTreeWidget::itemDoubleClicked, this, &CPropertyGrid::Edit);
 }
 
 void CPropertyGrid::SetRows(std::vector<CJDEPropSetting>& top) {
@@ -248,6 +247,14 @@ void CPropertyGrid::SetValue(QTreeWidgetItem& item, const QString& value) {
     QFont font = m_pTree->font();
     font.setBold(row.IsModified());
     item.setFont(kValueColumn, font);
+}
+
+// A group has no value to edit.
+void CPropertyGrid::Edit(QTreeWidgetItem* item) {
+    const CJDEPropSetting* const row = RowOf(item);
+    if (row != nullptr && !row->m_bGroup && !static_cast<CTree*>(m_pTree)->IsEditing()) {
+        m_pTree->editItem(item, kValueColumn);
+    }
 }
 
 void CPropertyGrid::EndEdit() {

@@ -34,6 +34,7 @@ protected:
 
 private:
     void AddRow(QTreeWidgetItem* parent, CJDEPropSetting& row);
+    void Edit(QTreeWidgetItem* item);
     void ShowDescription(const QTreeWidgetItem* item);
 
     QTreeWidget* m_pTree;
