@@ -302,19 +302,21 @@ TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite)
 }
 
 TEST(Registry, ADamagedFileThatCannotBeKeptStaysAsItIs) {
-    const SettingsStore store;
+    const test::TestFolder folder;
+    // A name for which there is room with the ending of a file that is being written, but not with ".damaged".
+    const std::string name(255 - std::string_view(".XXXXXX").size(), 'r');
     const std::string damaged =
         "nonsense\n[HKEY_CURRENT_USER\\" + std::string(kKey) + "]\n\"Good\"=dword:00000005\n";
-    store.Folder().Write("registry.ini", damaged);
-    std::filesystem::create_directory(test::ToPath(store.Folder().Path("registry.ini.damaged")));
+    const std::string path = folder.Write(name, damaged);
+    const test::EnvironmentGuard guard("CARVELOT_REGISTRY", path.c_str());
     CRegistryKey key;
     ASSERT_TRUE(key.Open(ERegRoot::CurrentUser, kKey, ERegAccess::Full));
     EXPECT_TRUE(key.SetDword("Rate", 3)); // for the run
     std::uint32_t number = 0;
     EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Ok);
     EXPECT_EQ(number, 3U);
-    EXPECT_EQ(store.Folder().Read("registry.ini"), damaged);
-    EXPECT_EQ(store.Folder().Names(), (std::vector<std::string>{"registry.ini", "registry.ini.damaged"}));
+    EXPECT_EQ(folder.Read(name), damaged);
+    EXPECT_EQ(folder.Names(), std::vector<std::string>{name});
 }
 
 TEST(Registry, AFileThatCannotBeReadLeavesAStoreForTheRun) {
