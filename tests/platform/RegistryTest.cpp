@@ -303,7 +303,8 @@ TEST(Registry, ADamagedFileLosesItsDamagedLinesOnlyAndIsKeptBesideTheFirstWrite)
 
 TEST(Registry, ADamagedFileThatCannotBeKeptStaysAsItIs) {
     const test::TestFolder folder;
-    // A name for which there is room with the ending of a file that is being written, but not with ".damaged".
+    // A name for which there is room with the ending of a file that is being written, but not with
+    // ".damaged".
     const std::string name(255 - std::string_view(".XXXXXX").size(), 'r');
     const std::string damaged =
         "nonsense\n[HKEY_CURRENT_USER\\" + std::string(kKey) + "]\n\"Good\"=dword:00000005\n";
