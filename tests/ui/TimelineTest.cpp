@@ -3,6 +3,7 @@
 #include "ui/SessionSupport.h"
 #include "ui/explore/TimelineFrame.h"
 
+#include <QLabel>
 #include <QLineEdit>
 #include <QWheelEvent>
 
