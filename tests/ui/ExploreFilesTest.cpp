@@ -150,7 +150,8 @@ private:
     void Export(const char* name) {
         m_pRun->m_user.m_strSaveAnswer = m_pRun->Path(QLatin1String(name));
         m_pRun->Frame().RunCommand(ID_EXPLORE_EXPORT_PROFILE);
-        QVERIFY(QTest::qWaitFor([&] { return QFile::exists(m_pRun->Path(QLatin1String(name))); }, 60'000));
+        // On Windows it is there a moment before it can be read.
+        QVERIFY(QTest::qWaitFor([&] { return !m_pRun->Read(QLatin1String(name)).isEmpty(); }, 60'000));
     }
     void Save(const char* name) {
         m_pRun->m_user.m_strSaveAnswer = m_pRun->Path(QLatin1String(name));
