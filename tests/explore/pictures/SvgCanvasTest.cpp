@@ -13,6 +13,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::Not;
+using namespace std::string_view_literals;
 
 constexpr PictureColor kRed{255, 0, 16, 255};
 constexpr PictureColor kHalfBlue{0, 0, 255, 51};
@@ -114,8 +115,8 @@ TEST(SvgCanvas, CutsATextThatDoesNotFitWithAnEllipsis) {
 }
 
 TEST(SvgCanvas, HoldsNothingThatXmlDoesNotKnow) {
-    const std::string drawn = Text({0, 0, 700, 10}, std::string_view("<a&b>\"c\"\x01\x7F\0d\xFF\u20ac", 18));
-    EXPECT_THAT(drawn, HasSubstr(">&lt;a&amp;b&gt;&quot;c&quot;   d\uFFFD"));
+    const std::string drawn = Text({0, 0, 700, 10}, "<a&b>\"c\"\x01\x7F\0d\xFF\u20ac"sv);
+    EXPECT_THAT(drawn, HasSubstr(">&lt;a&amp;b&gt;&quot;c&quot;   d\uFFFD\u20ac<"));
     EXPECT_THAT(drawn, Not(HasSubstr("\x01")));
 }
 
