@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace carvelot {
 
@@ -26,8 +27,9 @@ CLogReader::Block::Block(std::size_t size)
     : bytes(std::make_unique_for_overwrite<char[]>(kLongestLine + size + kScanPadding)),
       index(kLongestLine + size) {}
 
-CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading, const LogPlace& start)
-    : m_source(source), m_scan(scan), m_start(start), m_reading(reading) {
+CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading, const LogPlace& start,
+                       Besides besides)
+    : m_source(source), m_scan(scan), m_start(start), m_reading(reading), m_besides(std::move(besides)) {
     if (m_reading.bytes == 0) {
         m_reading.bytes = BlockFor();
     }
@@ -70,6 +72,9 @@ void CLogReader::Rewind() {
 }
 
 bool CLogReader::Fill(Block& block, const Block* before, const CReadAhead<Block>& ahead) {
+    if (m_besides) {
+        m_besides(m_source.Progress());
+    }
     std::uint32_t kept = 0;
     std::uint64_t position = m_start.position;
     bool behindReturn = m_start.behindReturn;

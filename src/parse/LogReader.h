@@ -6,6 +6,7 @@
 #include "sources/ReadAhead.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -65,11 +66,14 @@ public:
     // A line longer than this comes in pieces of this size.
     static constexpr std::size_t kLongestLine = 8192;
 
+    // Called ahead of each block that is read, by the thread that reads it.
+    using Besides = std::function<void(const SourceProgress& read)>;
+
     // Starts at the source's first byte, or at another place of one that seeks; nothing is read of one that
-    // does not. As long as this lives, nobody else may use the source.
+    // does not. As long as this lives, nobody else may use the source, nor go what `besides` uses.
     explicit CLogReader(ILogSource& source, BlockScan scan = FindLineEnds,
                         const BlockReading& reading = {.way = BlockReading::Way::Here},
-                        const LogPlace& start = {});
+                        const LogPlace& start = {}, Besides besides = {});
 
     // Starts over from there.
     void Rewind();
@@ -183,6 +187,7 @@ private:
     const LogPlace m_start;
     bool m_bAtStart = true; // the source could go there
     BlockReading m_reading;
+    const Besides m_besides;
     std::vector<Block> m_ring;
     std::optional<CReadAhead<Block>> m_blocks;
 

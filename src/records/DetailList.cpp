@@ -41,6 +41,7 @@ std::uint32_t SampleOf(std::string_view text) {
 
 CDetailList::CDetailList() {
     m_details.LimitTo(kMost);
+    m_details.AskAhead();
     Clear();
 }
 

@@ -145,6 +145,13 @@ public:
 
     void Clear();
 
+    // Has the memory made ready that the next records need. For another thread than the one that appends; not
+    // while the list is cleared.
+    void ProvidePages() noexcept {
+        m_details.ProvidePage();
+        m_texts.ProvidePage();
+    }
+
     // For tests of the boundaries: 2^18 records and 2^22 bytes of text are the least that can be told apart.
     void LimitTo(std::size_t records, std::size_t textBytes) {
         m_details.LimitTo(records);

@@ -19,7 +19,10 @@ public:
     // Bytes from which on Add throws std::length_error.
     static constexpr std::size_t kMost = std::size_t{1} << 40U;
 
-    CTextStore() { m_bytes.LimitTo(kMost); }
+    CTextStore() {
+        m_bytes.LimitTo(kMost);
+        m_bytes.AskAhead();
+    }
 
     // For tests of the boundary.
     void LimitTo(std::size_t bytes) { m_bytes.LimitTo(bytes); }
@@ -62,6 +65,9 @@ public:
 
     // A copy of any length, for texts that bear their own address.
     std::string_view Keep(std::string_view text);
+
+    // As the paged array's.
+    bool ProvidePage() noexcept { return m_bytes.ProvidePage(); }
 
     void Clear();
 

@@ -27,6 +27,10 @@ namespace {
 // How often a load tells how far it has come.
 constexpr std::uint64_t kProgressStep = 4U << 20U;
 
+// Bytes of a log whose records surely fill what is left of a page when the next one is asked for: nearer to
+// the log's end a page made ready might never be needed.
+constexpr std::uint64_t kFillsAPage = 8U << 20U;
+
 // Sessions may be loaded side by side.
 std::uint64_t NextLoadIdentity() {
     static std::atomic<std::uint64_t> last = 0;
@@ -421,7 +425,11 @@ void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
     const auto readLines = [&](BlockScan scan, CLineReading& notes, auto parse) {
         notes.m_dialects = m_dialects;
 
-        CLogReader reader(traced, scan, m_blockReading, start);
+        CLogReader reader(traced, scan, m_blockReading, start, [this](const SourceProgress& read) {
+            if (read.all > read.done + kFillsAPage) {
+                m_listDetails.ProvidePages();
+            }
+        });
         const std::uint64_t size = reader.Progress().all;
         CToldProgress told(m_host);
         std::uint64_t nextProgress = start.position + kProgressStep;

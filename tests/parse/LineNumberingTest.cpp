@@ -170,8 +170,10 @@ TEST(LineNumbering, NumbersAsAnEditorDoesWhateverEndsStandTogether) {
         const BlockReading small{BlockReading::Way::Here, 1 + random() % 200, 2};
         ASSERT_EQ(NumbersIn(content, small), expected) << "round " << round;
         ASSERT_EQ(NumbersIn(content, {BlockReading::Way::Ahead, 4096, 3}), expected) << "round " << round;
-        ASSERT_EQ(NumbersIn<CSlowSource>(content, {BlockReading::Way::Ahead, small.bytes, 3}), expected)
-            << "round " << round;
+        if (round % 20 == 0) { // two threads that wait for each other at every block take their time
+            ASSERT_EQ(NumbersIn<CSlowSource>(content, {BlockReading::Way::Ahead, small.bytes, 3}), expected)
+                << "round " << round;
+        }
     }
 }
 

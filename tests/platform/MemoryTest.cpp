@@ -7,6 +7,9 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <new>
+#ifndef _WIN32
+#include <sys/mman.h>
+#endif
 
 using namespace carvelot::platform;
 
@@ -21,6 +24,42 @@ TEST(PageMemory, ABlockIsZeroedAlignedToAPageAndWritableToItsLastByte) {
         FreePages(block, size);
     }
 }
+
+TEST(PageMemory, ALargeBlockBeginsAtTheBorderOfALargePage) {
+    char* const block = static_cast<char*>(AllocatePages(2 * kHugePage));
+#ifndef _WIN32
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % kHugePage, 0U);
+#endif
+    FreePages(block, 2 * kHugePage);
+}
+
+TEST(PageMemory, APopulatedPartKeepsItsBytes) {
+    char* const block = static_cast<char*>(AllocatePages(2 * kHugePage));
+    block[kHugePage] = 'a';
+    block[2 * kHugePage - 1] = 'z';
+    PopulatePages(block + kHugePage, kHugePage);
+    EXPECT_EQ(block[kHugePage], 'a');
+    EXPECT_EQ(block[kHugePage + 1], '\0');
+    EXPECT_EQ(block[2 * kHugePage - 1], 'z');
+    FreePages(block, 2 * kHugePage);
+}
+
+#ifdef MADV_POPULATE_WRITE
+TEST(PageMemory, APopulatedPartAndNoOtherHasItsMemory) {
+    const auto inMemory = [](char* page) {
+        unsigned char known = 0;
+        EXPECT_EQ(mincore(page, 1, &known), 0);
+        return (known & 1U) != 0;
+    };
+    char* const block = static_cast<char*>(AllocatePages(3 * kHugePage));
+    PopulatePages(block + kHugePage, kHugePage);
+    EXPECT_FALSE(inMemory(block));
+    EXPECT_TRUE(inMemory(block + kHugePage));
+    EXPECT_TRUE(inMemory(block + 2 * kHugePage - 4096));
+    EXPECT_FALSE(inMemory(block + 2 * kHugePage));
+    FreePages(block, 3 * kHugePage);
+}
+#endif
 
 TEST(PageMemory, NothingIsABlockTooAndNullMayBeFreed) {
     void* const block = AllocatePages(0);

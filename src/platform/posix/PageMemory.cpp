@@ -10,8 +10,6 @@ namespace carvelot::platform {
 
 namespace {
 
-constexpr std::size_t kHugePage = std::size_t{2} << 20;
-
 std::size_t RoundUp(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit * unit; }
 
 std::size_t BlockSize(std::size_t size) {
@@ -50,6 +48,12 @@ void FreePages(void* block, std::size_t size) noexcept {
     if (block != nullptr) {
         munmap(block, BlockSize(size));
     }
+}
+
+void PopulatePages([[maybe_unused]] void* begin, [[maybe_unused]] std::size_t size) noexcept {
+#ifdef MADV_POPULATE_WRITE
+    madvise(begin, size, MADV_POPULATE_WRITE);
+#endif
 }
 
 } // namespace carvelot::platform

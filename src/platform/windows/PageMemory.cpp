@@ -19,4 +19,6 @@ void FreePages(void* block, std::size_t) noexcept {
     }
 }
 
+void PopulatePages(void*, std::size_t) noexcept {}
+
 } // namespace carvelot::platform
