@@ -15,6 +15,7 @@
 #include <QScrollBar>
 #include <QTimer>
 
+#include <new>
 #include <utility>
 
 using namespace carvelot;
@@ -376,6 +377,24 @@ private slots:
         Look();
         m_pRun->Frame().RunCommand(ID_EXPLORE_FOLLOW);
         QCOMPARE(nodes(), before + 8);
+    }
+
+    void aLookThatRunsOutOfMemoryIsFollowedByOthers() {
+        CChildFrame* const session = OpenFollowed();
+        Select(session, "Thread - 6");
+        const auto nodes = [session] { return session->DetailView().Tree().NodeCount(); };
+        const std::size_t before = nodes();
+        Append(QStringLiteral("a.log"), Calls(1));
+        const auto clock =
+            std::exchange(Following().m_fnNow, []() -> std::int64_t { throw std::bad_alloc(); });
+        QVERIFY_EXCEPTION_THROWN(Look(), std::bad_alloc);
+        QCOMPARE(nodes(), before);
+        Following().m_fnNow = clock;
+        Look();
+        QCOMPARE(nodes(), before + 2);
+        Append(QStringLiteral("a.log"), Calls(1, "D"));
+        Look();
+        QCOMPARE(nodes(), before + 4);
     }
 
     void aLookThatReadsForLongShowsHowFarItHasComeAndCanBeEnded() {

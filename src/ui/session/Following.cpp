@@ -5,6 +5,7 @@
 #include "ui/session/SessionDocument.h"
 
 #include <QApplication>
+#include <QScopedValueRollback>
 
 #include <chrono>
 #include <utility>
@@ -83,19 +84,22 @@ void CFollowing::Look() {
         End();
         return;
     }
-    m_bLooks = true;
-    const std::uint64_t load = session.LoadIdentity();
-    const LogChange change = m_log->Look();
-    if (session.LoadIdentity() != load) {
-        m_bShownOld = false;
-        m_pDocument->ShowAnew();
-    } else if (change == LogChange::Grew) {
-        m_bShownOld = true;
+    LogChange change;
+    {
+        // Where memory runs short, the next look comes all the same.
+        const QScopedValueRollback looking(m_bLooks, true);
+        const std::uint64_t load = session.LoadIdentity();
+        change = m_log->Look();
+        if (session.LoadIdentity() != load) {
+            m_bShownOld = false;
+            m_pDocument->ShowAnew();
+        } else if (change == LogChange::Grew) {
+            m_bShownOld = true;
+        }
+        if (m_bShownOld && m_fnNow() >= m_nNextShow) {
+            ShowGrowth();
+        }
     }
-    if (m_bShownOld && m_fnNow() >= m_nNextShow) {
-        ShowGrowth();
-    }
-    m_bLooks = false;
     Tell(change);
 }
 
