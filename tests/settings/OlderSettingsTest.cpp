@@ -2,6 +2,7 @@
 #include "settings/AppSettings.h"
 #include "settings/RecentFiles.h"
 
+#include "settings/TracedApplications.h"
 #include "support/SettingsStore.h"
 
 #include <gtest/gtest.h>
@@ -9,15 +10,8 @@
 namespace carvelot {
 namespace {
 
+using test::Applications;
 using test::SettingsStore;
-
-std::string Applications(const CAppSettings& settings) {
-    std::string result;
-    for (const tagTraceApp& app : settings.m_traceApps) {
-        result += app.m_strName + (app.m_bEnabled ? "+ " : "- ");
-    }
-    return result;
-}
 
 CAppSettings Start() {
     CAppSettings settings;

@@ -360,6 +360,26 @@ private slots:
         QCOMPARE(run.Frame().statusBar()->currentMessage(), QString());
     }
 
+    void aToolbarThatTheUserEmptiedStaysEmpty() {
+        CFakeInterface user;
+        const auto cacheBar = [](const CRun& run) { return run.Frame().Bars().All().at(1); };
+        std::vector<int> own;
+        {
+            const CRun run(*m_pFolder);
+            own = cacheBar(run)->Commands();
+            QVERIFY(!own.empty());
+            cacheBar(run)->SetCommands({});
+        }
+        {
+            const CRun run(*m_pFolder);
+            QCOMPARE(cacheBar(run)->Commands(), std::vector<int>());
+            QVERIFY(!run.Frame().Bars().All().at(0)->IsChanged());
+            cacheBar(run)->Reset();
+        }
+        const CRun run(*m_pFolder);
+        QCOMPARE(cacheBar(run)->Commands(), own);
+    }
+
     void ofADamagedTextWhatCouldBeReadIsTaken() {
         CFakeInterface user;
         { const CRun run(*m_pFolder); }

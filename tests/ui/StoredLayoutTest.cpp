@@ -64,6 +64,17 @@ private slots:
         QCOMPARE(WriteCommands(std::vector<int>{}), std::string());
     }
 
+    void aToolbarWithoutCommandsIsNoUnchangedOne() {
+        using Commands = std::optional<std::vector<int>>;
+        QCOMPARE(ReadChangedCommands("32788,0"), Commands(std::vector<int>{32788, 0}));
+        QCOMPARE(ReadChangedCommands("none"), Commands(std::vector<int>{}));
+        QCOMPARE(ReadChangedCommands(""), Commands());
+        QCOMPARE(ReadChangedCommands(",,"), Commands());
+        QCOMPARE(WriteChangedCommands(std::vector<int>{32788, 0}), std::string("32788,0"));
+        QCOMPARE(WriteChangedCommands(std::vector<int>{}), std::string("none"));
+        QCOMPARE(WriteChangedCommands({}), std::string());
+    }
+
     void aToolBarHasATitleAndAtMost200Commands() {
         QVERIFY(!ReadToolBar(""));
         QVERIFY(!ReadToolBar("32788"));

@@ -33,11 +33,8 @@ CFrameToolBars::CFrameToolBars(CMainFrame& frame) : m_frame(frame) {
 void CFrameToolBars::Load() {
     m_userImages.Load(QStringLiteral("./UserImages.bmp"));
     const auto load = [](const char* name, CToolBar& toolBar) {
-        const std::vector<int> commands = ReadWorkspace(
-            name, [](const std::string& stored) { return ReadCommands(stored, kMostToolBarCommands); },
-            WriteCommands<std::vector<int>>);
-        if (!commands.empty()) {
-            toolBar.SetCommands(commands);
+        if (const auto commands = ReadWorkspace(name, ReadChangedCommands, WriteChangedCommands)) {
+            toolBar.SetCommands(*commands);
         }
     };
     load("ToolBarStandard", *m_pToolBar);
@@ -141,10 +138,11 @@ void CFrameToolBars::RestoreDefault() {
 
 void CFrameToolBars::Save() const {
     WriteWorkspaceInt("ToolTips", m_bToolTips ? 1 : 0);
-    WriteWorkspaceString("ToolBarStandard",
-                         m_pToolBar->IsChanged() ? WriteCommands(m_pToolBar->Commands()) : "");
-    WriteWorkspaceString("ToolBarCache",
-                         m_pCacheToolBar->IsChanged() ? WriteCommands(m_pCacheToolBar->Commands()) : "");
+    const auto changed = [](const CToolBar& toolBar) {
+        return WriteChangedCommands(toolBar.IsChanged() ? std::optional(toolBar.Commands()) : std::nullopt);
+    };
+    WriteWorkspaceString("ToolBarStandard", changed(*m_pToolBar));
+    WriteWorkspaceString("ToolBarCache", changed(*m_pCacheToolBar));
     for (int id = ID_TOOLBAR_USER_FIRST; id <= ID_TOOLBAR_USER_LAST; ++id) {
         const std::string name = "UserToolBar" + std::to_string(id);
         const auto it = std::ranges::find(m_listUserToolBars, id, &CToolBar::Id);

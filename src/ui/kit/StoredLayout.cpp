@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <charconv>
 #include <set>
+#include <utility>
 
 namespace carvelot {
 
@@ -21,6 +22,9 @@ constexpr CEdge kEdges[] = {{Qt::LeftDockWidgetArea, "left"},
                             {Qt::RightDockWidgetArea, "right"},
                             {Qt::TopDockWidgetArea, "top"},
                             {Qt::BottomDockWidgetArea, "bottom"}};
+
+// A number list of its own would be nothing, which is what an unchanged toolbar has.
+constexpr std::string_view kNoCommands = "none";
 
 // The parts of a text between dividers, the empty ones too.
 std::vector<std::string_view> Split(std::string_view text, char divider) {
@@ -77,6 +81,21 @@ std::vector<int> ReadCommands(std::string_view stored, std::size_t most) {
         stored.remove_prefix(std::min(number.size() + 1, stored.size()));
     }
     return commands;
+}
+
+std::optional<std::vector<int>> ReadChangedCommands(std::string_view stored) {
+    if (stored == kNoCommands) {
+        return std::vector<int>();
+    }
+    std::vector<int> commands = ReadCommands(stored, kMostToolBarCommands);
+    return commands.empty() ? std::nullopt : std::optional(std::move(commands));
+}
+
+std::string WriteChangedCommands(const std::optional<std::vector<int>>& commands) {
+    if (!commands) {
+        return {};
+    }
+    return commands->empty() ? std::string(kNoCommands) : WriteCommands(*commands);
 }
 
 std::optional<StoredToolBar> ReadToolBar(std::string_view stored) {

@@ -36,6 +36,11 @@ template <class TNumbers> std::string WriteCommands(const TNumbers& commands) {
     return stored;
 }
 
+// The commands of a toolbar that the user changed: as above, "none" where there are none left, and nothing
+// for one that is as the program made it.
+std::optional<std::vector<int>> ReadChangedCommands(std::string_view stored);
+std::string WriteChangedCommands(const std::optional<std::vector<int>>& commands);
+
 // The workspace's text of that name as read makes it. What read leaves out, and write so does not give back,
 // is not lost: the text is set aside, and what there is of it takes its place.
 template <class TRead, class TWrite>
