@@ -118,6 +118,10 @@ void AskAnotherProcess(CDriver& driver, const QString& folder) {
         there = other.waitForFinished(1000);
         driver.StillThere();
     }
+    if (!there) {
+        other.kill(); // or its end would be told on standard error
+        other.waitForFinished();
+    }
     if (!there || other.exitStatus() != QProcess::NormalExit || other.exitCode() != 0) {
         driver.Fail(QStringLiteral("another process does not start and end"));
         return;
