@@ -13,7 +13,7 @@ namespace {
 using test::Applications;
 using test::SettingsStore;
 
-CAppSettings Start() {
+CAppSettings StartWithStored() {
     CAppSettings settings;
     settings.LoadSettings();
     settings.LoadTraceApps();
@@ -47,7 +47,7 @@ void WriteFirstVersion() {
 
 TEST_F(OlderSettings, OfTheFirstVersionKeepAllTheirValues) {
     WriteFirstVersion();
-    const CAppSettings settings = Start();
+    const CAppSettings settings = StartWithStored();
     EXPECT_EQ(Applications(settings), "activconsole.exe- jdenet_k.exe+ ");
     EXPECT_FALSE(settings.m_bAutoRefresh);
     EXPECT_EQ(settings.m_nRefreshRate, 30);
@@ -55,7 +55,7 @@ TEST_F(OlderSettings, OfTheFirstVersionKeepAllTheirValues) {
     EXPECT_EQ(settings.m_nAppLook, 217);
     settings.SaveOptions();
     settings.SaveApplicationLook();
-    const CAppSettings again = Start();
+    const CAppSettings again = StartWithStored();
     EXPECT_EQ(Applications(again), "activconsole.exe- jdenet_k.exe+ ");
     EXPECT_EQ(again.m_nRefreshRate, 30);
     EXPECT_EQ(again.m_fThreshold, 2.5F);
@@ -65,7 +65,7 @@ TEST_F(OlderSettings, OfTheFirstVersionKeepAllTheirValues) {
 TEST_F(OlderSettings, WithoutAValueHaveItsDefaultAndKeepTheOthers) {
     SettingsStore::Key(kSettingsKey).SetDword("Rate", 30);
     SettingsStore::Key(kWorkspaceKey).SetDword("ApplicationLook", 217);
-    const CAppSettings settings = Start();
+    const CAppSettings settings = StartWithStored();
     EXPECT_TRUE(settings.m_bAutoRefresh);
     EXPECT_EQ(settings.m_nRefreshRate, 30);
     EXPECT_EQ(settings.m_fThreshold, 1.0F);
@@ -109,7 +109,7 @@ TEST_F(OlderSettings, WhatThisVersionDoesNotKnowStandsAsItWas) {
     SettingsStore::Key(kSettingsKey).SetDword("OfAnother", 4);
     SettingsStore::Key("Software\\Tamrisk\\Carvelot\\OfAnother").SetString("Text", "kept");
     SettingsStore::Key(kRecentFilesKey).SetString("File5", "/logs/e.log");
-    CAppSettings settings = Start();
+    CAppSettings settings = StartWithStored();
     settings.SaveOptions();
     CRecentFiles recent;
     recent.Load();
@@ -139,7 +139,7 @@ TEST_F(OlderSettings, TheFirstVersionsFileIsReadAsItStands) {
                            "\"File1\"=\"/logs/\\x01 \\\\ \\\"a\\\".log\"\n"
                            "\n[HKEY_CURRENT_USER\\Software\\Tamrisk\\Carvelot\\Workspace]\n"
                            "\"ApplicationLook\"=dword:000000d9\n");
-    const CAppSettings settings = Start();
+    const CAppSettings settings = StartWithStored();
     EXPECT_EQ(Applications(settings), "zeta.exe+ fda.exe- ");
     EXPECT_FALSE(settings.m_bAutoRefresh);
     EXPECT_EQ(settings.m_nRefreshRate, 30);
