@@ -1,5 +1,6 @@
 #include "explore/lists/AboutLogRows.h"
 
+#include "explore/lists/ListedRows.h"
 #include "support/TestLog.h"
 #include "text/RowSource.h"
 
@@ -54,6 +55,7 @@ TEST(AboutLogRows, ListTheFirstLinesOfEachReason) {
         }
     }
     EXPECT_EQ(texts, (std::vector<std::string>{"1,200|no time|a b|", "1,300|no time|c|", "7|filtered|d|"}));
+    EXPECT_EQ(SortedByEach(rows), (std::vector<std::vector<std::size_t>>{{2, 0, 1}, {2, 0, 1}, {0, 1, 2}}));
 }
 
 } // namespace carvelot::test

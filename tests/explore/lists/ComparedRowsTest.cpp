@@ -66,6 +66,57 @@ TEST(ComparedRows, ShapesAndFindingsShowBothSides) {
                          std::string(MeaningOf(FindingRule::SilenceInCall))}));
 }
 
+TEST(ComparedRows, EachColumnSortsByWhatItShows) {
+    using Orders = std::vector<std::vector<std::size_t>>;
+    const Listed base(Base());
+    const Listed log(ComparedLog());
+    const Comparison comparison(SideOf(base), SideOf(log));
+    EXPECT_EQ(SortedByEach(MakeComparedFunctionRows(comparison)), (Orders{
+                                                                      {1, 2, 3, 4, 0},
+                                                                      {0, 4, 2, 3, 1},
+                                                                      {2, 4, 3, 1, 0},
+                                                                      {2, 1, 3, 0, 4},
+                                                                      {0, 1, 2, 3, 4},
+                                                                      {1, 2, 0, 3, 4},
+                                                                      {2, 1, 3, 0, 4},
+                                                                      {0, 4, 1, 2, 3},
+                                                                      {2, 0, 1, 3, 4},
+                                                                      {2, 3, 1, 4, 0},
+                                                                      {0, 4, 2, 1, 3},
+                                                                      {2, 4, 3, 1, 0},
+                                                                  }));
+    EXPECT_EQ(SortedByEach(MakeComparedShapeRows(comparison)),
+              (Orders{{0, 1}, {1, 0}, {1, 0}, {0, 1}, {0, 1}, {1, 0}, {0, 1}, {0, 1}, {0, 1}}));
+    EXPECT_EQ(SortedByEach(MakeComparedFindingRows(comparison)), (Orders{
+                                                                     {2, 0, 1},
+                                                                     {0, 1, 2},
+                                                                     {2, 0, 1},
+                                                                     {2, 0, 1},
+                                                                     {2, 0, 1},
+                                                                     {0, 1, 2},
+                                                                     {2, 0, 1},
+                                                                     {0, 1, 2},
+                                                                     {2, 0, 1},
+                                                                     {1, 2, 0},
+                                                                 }));
+}
+
+TEST(ComparedRows, TheColumnsOfTheBaseAreKnown) {
+    const auto columnsOfBase = [](auto row) {
+        using Row = decltype(row);
+        Texts titles;
+        for (std::size_t column = 0; column < Row::Columns().size(); ++column) {
+            if (Row::IsOfBase(static_cast<int>(column))) {
+                titles.emplace_back(Row::Columns()[column].m_strTitle);
+            }
+        }
+        return titles;
+    };
+    EXPECT_EQ(columnsOfBase(ComparedFunctionRow()), (Texts{"Base Total (s)", "Base Calls", "Base Self (s)"}));
+    EXPECT_EQ(columnsOfBase(ComparedShapeRow()), (Texts{"Base Total (s)", "Base Count"}));
+    EXPECT_EQ(columnsOfBase(ComparedFindingRow()), (Texts{"Base Cost (s)", "Base Count"}));
+}
+
 TEST(ComparedRows, ALogAgainstItselfHasOnlyZerosAndNoBars) {
     const Listed log(SampleBytes("order-slow.log"));
     const Comparison comparison(SideOf(log), SideOf(log));

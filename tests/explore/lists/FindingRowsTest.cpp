@@ -111,6 +111,28 @@ TEST(FindingRows, SortingBySeverityTurnsTheGroupsRound) {
     EXPECT_EQ(Sorted(source, FindingRow::SEVERITY, true), (Orders{4, 5, 2, 3, 0, 1}));
 }
 
+TEST(FindingRows, SortingByMeaningIsByItsText) {
+    const Listed log(TenLines());
+    const std::vector<Finding> findings = SomeFindings();
+    CFindingSource source;
+    source.Show(log.explored, MakeFindingRows(findings));
+    EXPECT_EQ(Sorted(source, FindingRow::MEANING), (Orders{1, 0, 3, 2, 5, 4}));
+    EXPECT_EQ(Sorted(source, FindingRow::MEANING, true), (Orders{0, 1, 2, 3, 4, 5}));
+}
+
+TEST(FindingRows, RecordsOfAFindingSortByTimeThreadAndText) {
+    const Listed log(DebugLog({At(3, "b", "4120/7"), At(1, "C", "4120/5"), At(2, "a", "4120/6")}));
+    CExploredSource<FindingRecordRow> source;
+    source.Show(log.explored,
+                MakeFindingRecordRows(
+                    {FindingRule::FirstCause, "A", 1, 0, {RecordIndex{1}, RecordIndex{2}, RecordIndex{3}}}));
+    EXPECT_EQ(source.Text(1, FindingRecordRow::OWNER), "4120/5");
+    EXPECT_EQ(Sorted(source, FindingRecordRow::STAMP), (Orders{1, 2, 0}));
+    EXPECT_EQ(Sorted(source, FindingRecordRow::OWNER), (Orders{1, 2, 0}));
+    EXPECT_EQ(Sorted(source, FindingRecordRow::OWNER, true), (Orders{0, 2, 1}));
+    EXPECT_EQ(Sorted(source, FindingRecordRow::MESSAGE), (Orders{2, 0, 1}));
+}
+
 TEST(FindingRows, CountsOfSeveritiesNameOnlyThoseThatThereAre) {
     EXPECT_EQ(SeverityCounts(SomeFindings()), "\u25CF 2 errors   \u25B2 2 warnings   \u25A0 2 notes");
     EXPECT_EQ(SeverityCounts({{FindingRule::OrphanReturn, "A", 1, 0, {}}}), "\u25A0 1 note");

@@ -68,5 +68,18 @@ inline std::vector<std::size_t> Sorted(const CListSource& source, int column, bo
     source.Sort(order, column, descending);
     return order;
 }
+// The same of every column in its turn.
+inline std::vector<std::vector<std::size_t>> SortedByEach(const CListSource& source, std::size_t columns) {
+    std::vector<std::vector<std::size_t>> orders;
+    for (std::size_t column = 0; column < columns; ++column) {
+        orders.push_back(Sorted(source, static_cast<int>(column)));
+    }
+    return orders;
+}
+template <class Row> std::vector<std::vector<std::size_t>> SortedByEach(std::vector<Row> rows) {
+    CRowSource<Row> source;
+    source.Show(std::move(rows));
+    return SortedByEach(source, Row::Columns().size());
+}
 
 } // namespace carvelot::test

@@ -116,6 +116,36 @@ TEST(StatementRows, ExecutionsSortByTheClockOverMidnight) {
     EXPECT_EQ(Sorted(source, ExecutionRow::STAMP, true), (std::vector<std::size_t>{1, 0}));
 }
 
+TEST(StatementRows, EachColumnSortsByWhatItShows) {
+    using Orders = std::vector<std::vector<std::size_t>>;
+    const Listed log(Statements());
+    CExploredSource<ShapeRow> shapes;
+    shapes.Show(log.explored, MakeShapeRows(log.scope));
+    EXPECT_EQ(SortedByEach(shapes, ShapeRow::Columns().size()),
+              (Orders{{1, 0}, {1, 0}, {1, 0}, {1, 0}, {1, 0}, {0, 1}}));
+    CExploredSource<ExecutionRow> runs;
+    runs.Show(log.explored, WorstRuns(log).m_listExecutions);
+    EXPECT_EQ(SortedByEach(runs, ExecutionRow::Columns().size()),
+              (Orders{{0, 1, 2}, {0, 1, 2}, {1, 0, 2}, {2, 0, 1}, {1, 0, 2}}));
+    EXPECT_EQ(Sorted(runs, ExecutionRow::OWNER, true), (std::vector<std::size_t>{1, 2, 0}));
+}
+
+TEST(StatementRows, CallersSortByTheirCount) {
+    const Listed log(DebugLog({
+        At(0, CallText("Alpha", 1)),
+        At(1, "SELECT A FROM T WHERE B = 1"),
+        At(2, "SELECT A FROM T WHERE B = 2"),
+        At(3, ReturnText("Alpha", 1)),
+        At(4, "SELECT A FROM T WHERE B = 3"),
+        At(9, kSqlDone),
+    }));
+    CExploredSource<ShapeCallerRow> source;
+    source.Show(log.explored, WorstRuns(log).m_listCallers);
+    EXPECT_EQ(source.Text(0, ShapeCallerRow::COUNT), "1");
+    EXPECT_EQ(source.Text(1, ShapeCallerRow::COUNT), "2");
+    EXPECT_EQ(Sorted(source, ShapeCallerRow::COUNT, true), (std::vector<std::size_t>{1, 0}));
+}
+
 TEST(StatementRows, CallersAddUpToTheShape) {
     const Listed log(Statements());
     CExploredSource<ShapeCallerRow> source;
