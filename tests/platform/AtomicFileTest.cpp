@@ -157,6 +157,33 @@ TEST(AtomicFile, AnExistingFileKeepsItsModeAndANewOneHasThatOfTheUser) {
     EXPECT_EQ(status.st_mode & 07777u, 0640u);
 }
 
+TEST(AtomicFile, ANameThatAnotherFileHasIsPassedOver) {
+    const TestFolder folder;
+    Names names;
+    {
+        AtomicFile first = AtomicFile::Create(folder.Path("first"));
+        names = folder.Names();
+    }
+    ASSERT_EQ(names.size(), 1U);
+    // ".carvelot-<process>-<number>.tmp": the next numbers are taken.
+    const std::size_t dash = names[0].rfind('-');
+    const int number = std::stoi(names[0].substr(dash + 1));
+    Names taken;
+    for (int next = number + 1; next <= number + 3; ++next) {
+        taken.push_back(names[0].substr(0, dash + 1) + std::to_string(next) + ".tmp");
+        folder.Write(taken.back(), "another's");
+    }
+    AtomicFile file = AtomicFile::Create(folder.Path("file"));
+    ASSERT_TRUE(file);
+    EXPECT_TRUE(file.Write("text"));
+    EXPECT_TRUE(file.Commit());
+    EXPECT_EQ(folder.Read("file"), "text");
+    for (const std::string& name : taken) {
+        EXPECT_EQ(folder.Read(name), "another's") << name;
+    }
+    EXPECT_EQ(folder.Names().size(), 4U);
+}
+
 TEST(AtomicFile, OfALinkTheFileBehindItIsReplaced) {
     const TestFolder folder;
     std::filesystem::create_directory(folder.Path("there"));

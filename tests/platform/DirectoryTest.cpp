@@ -99,3 +99,14 @@ TEST(Directory, PathsJoinWithOneSeparator) {
     EXPECT_EQ(JoinPath("", "e900"), "e900");
 #endif
 }
+
+TEST(Directory, AFileLiesWithinTheFoldersAboveItAndInNoOther) {
+    const TestFolder folder;
+    std::filesystem::create_directories(ToPath(folder.Path("a/b")));
+    std::filesystem::create_directory(ToPath(folder.Path("a2")));
+    const std::string file = folder.Write("a/b/file", "");
+    EXPECT_TRUE(LiesWithin(file, folder.Path("a")));
+    EXPECT_TRUE(LiesWithin(file, folder.Path("a/b")));
+    EXPECT_FALSE(LiesWithin(folder.Write("a2/file", ""), folder.Path("a")));
+    EXPECT_FALSE(LiesWithin(file, folder.Path("missing")));
+}

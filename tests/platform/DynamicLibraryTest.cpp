@@ -55,6 +55,24 @@ TEST(DynamicLibrary, AMissingEntryPointIsError127) {
     EXPECT_EQ(error, 127U);
 }
 
+#ifndef _WIN32
+TEST(DynamicLibrary, ALibraryThatIsMovedStaysLoadedInItsNewPlaceAlone) {
+    const test::TestFolder folder;
+    std::filesystem::create_symlink(LoadedLibrary("/libc.so"), test::ToPath(folder.Path("Companion.so")));
+    const test::EnvironmentGuard guard("CARVELOT_LIBRARY_DIR", folder.Path().c_str());
+    std::uint32_t error = 0;
+    CDynamicLibrary first;
+    ASSERT_TRUE(first.Load("Companion.DLL", error));
+    CDynamicLibrary second(std::move(first));
+    EXPECT_FALSE(first.IsLoaded());
+    EXPECT_NE(second.Symbol("malloc", error), nullptr);
+    CDynamicLibrary third;
+    third = std::move(second);
+    EXPECT_FALSE(second.IsLoaded());
+    EXPECT_NE(third.Symbol("malloc", error), nullptr);
+}
+#endif
+
 #ifdef _WIN32
 TEST(DynamicLibrary, ALibraryInTheCurrentFolderIsNotLoaded) {
     CloseLibrarySearch();

@@ -6,7 +6,10 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
+#include "platform/posix/ConfigFolder.h"
+#include <pwd.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 using namespace carvelot::platform;
@@ -359,6 +362,26 @@ TEST(ProfileFile, AUtf16FileStaysOneOfTheSameOrder) {
     }
 }
 
+TEST(ProfileFile, HalfASurrogatePairOfAUtf16FileIsReadAsAReplacementCharacter) {
+    const TestFolder folder;
+    std::u16string text = u"[A]\nk=x";
+    text.push_back(u'\xD83D'); // the first half of a pair
+    text.append(u"y\nwhole=\U0001F600\n");
+    for (const bool big : {false, true}) {
+        const std::string file = folder.Write("f.ini", Utf16(text, big));
+        EXPECT_EQ(Read(file, "A", "k"), "x\xEF\xBF\xBDy");
+        EXPECT_EQ(Read(file, "A", "whole"), "\xF0\x9F\x98\x80");
+    }
+}
+
+TEST(ProfileFile, AKeyThatStandsAloneGetsItsValue) {
+    const TestFolder folder;
+    const std::string file = folder.Write("f.ini", "[A]\nk\nother=1\n");
+    EXPECT_TRUE(WriteProfileText("A", "k", "v", file));
+    EXPECT_EQ(folder.Read("f.ini"), "[A]\nk=v\nother=1\n");
+    EXPECT_EQ(Read(file, "A", "k"), "v");
+}
+
 TEST(ProfileFile, AnOddLastByteOfAUtf16FileStaysTheLast) {
     const TestFolder folder;
     for (const bool big : {false, true}) {
@@ -413,5 +436,17 @@ TEST(ProfileFile, WithoutAProfileFolderABareNameLiesInTheUsersConfiguration) {
     EXPECT_TRUE(WriteProfileText("DEBUG", "Output", "FILE", "JDE.INI"));
     EXPECT_EQ(folder.Read("config/carvelot/JDE.INI"), "[DEBUG]\nOutput=FILE\n");
     EXPECT_EQ(Read("jde.ini", "DEBUG", "Output"), "FILE");
+}
+
+TEST(ProfileFile, WithoutAHomeTheConfigurationIsThatOfTheUsersAccount) {
+    const EnvironmentGuard config("XDG_CONFIG_HOME", nullptr);
+    {
+        const EnvironmentGuard home("HOME", "/home/somebody");
+        EXPECT_EQ(ConfigFolder(), "/home/somebody/.config/carvelot");
+    }
+    const EnvironmentGuard home("HOME", "");
+    const passwd* const user = getpwuid(getuid());
+    ASSERT_NE(user, nullptr);
+    EXPECT_EQ(ConfigFolder(), std::string(user->pw_dir) + "/.config/carvelot");
 }
 #endif

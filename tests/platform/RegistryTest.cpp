@@ -350,6 +350,71 @@ TEST(Registry, TwoKeysThatAreOpenAtOnceSeeEachOthersValues) {
     EXPECT_EQ(two.QueryRaw32("A", number), ERegStatus::Ok);
 }
 
+TEST(Registry, AKeyThatIsNotOpenAnswersNothingAndTakesNothing) {
+    const SettingsStore store;
+    SettingsStore::Key(kKey).SetDword("Rate", 10);
+    CRegistryKey key;
+    std::uint32_t number = 7;
+    CRegValue value;
+    std::string text = "as it was";
+    EXPECT_EQ(key.QueryRaw32("Rate", number), ERegStatus::Failed);
+    EXPECT_EQ(key.QueryValue("Rate", value), ERegStatus::Failed);
+    EXPECT_EQ(key.QueryRawText("Rate", 100, text), ERegStatus::Failed);
+    EXPECT_EQ(number, 7U);
+    EXPECT_EQ(text, "as it was");
+    EXPECT_EQ(key.Count(), 0U);
+    EXPECT_FALSE(key.EnumRaw32(0, text, number));
+    EXPECT_FALSE(key.SetDword("Rate", 11));
+    EXPECT_FALSE(key.DeleteValue("Rate"));
+    EXPECT_FALSE(key.DeleteContent());
+    EXPECT_EQ(SettingsStore::Key(kKey).QueryRaw32("Rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 10U);
+}
+
+TEST(Registry, AKeyThatIsMovedStaysOpenInItsNewPlaceAlone) {
+    const SettingsStore store;
+    CRegistryKey first = SettingsStore::Key(kKey);
+    CRegistryKey second(std::move(first));
+    EXPECT_TRUE(second.SetDword("Rate", 1));
+    CRegistryKey third;
+    third = std::move(second);
+    EXPECT_FALSE(second.IsOpen());
+    std::uint32_t number = 0;
+    EXPECT_EQ(third.QueryRaw32("Rate", number), ERegStatus::Ok);
+    EXPECT_EQ(number, 1U);
+}
+
+TEST(Registry, ATextQueryReadsTheBytesOfANumberAsUnits) {
+    const SettingsStore store;
+    CRegistryKey key = SettingsStore::Key(kKey);
+    const auto textOf = [&key](std::uint32_t number) {
+        key.SetDword("Font", number);
+        std::string text;
+        EXPECT_EQ(key.QueryRawText("Font", 4, text), ERegStatus::Ok);
+        return text;
+    };
+    EXPECT_EQ(textOf(0), "");
+    EXPECT_EQ(textOf(0x61), "a");
+    EXPECT_EQ(textOf(0x00620061), "ab");
+    EXPECT_EQ(textOf(0x00620000), "");
+    EXPECT_EQ(textOf(0x20AC00E4), "\xC3\xA4\xE2\x82\xAC");
+    EXPECT_EQ(textOf(0xD83D), "\xEF\xBF\xBD");
+    std::string text = "as it was";
+    EXPECT_EQ(key.QueryRawText("Missing", 4, text), ERegStatus::NotFound);
+    EXPECT_EQ(text, "as it was");
+    EXPECT_EQ(key.QueryRawText("Font", 3, text), ERegStatus::Failed);
+}
+
+TEST(Registry, ATextQueryFailsWhereTheTextWithItsEndDoesNotFit) {
+    const SettingsStore store;
+    CRegistryKey key = SettingsStore::Key(kKey);
+    key.SetString("Font", "a\xC3\xA4\xF0\x9F\x98\x80"); // four units
+    std::string text;
+    EXPECT_EQ(key.QueryRawText("Font", 9, text), ERegStatus::Failed);
+    EXPECT_EQ(key.QueryRawText("Font", 10, text), ERegStatus::Ok);
+    EXPECT_EQ(text, "a\xC3\xA4\xF0\x9F\x98\x80");
+}
+
 #endif
 
 } // namespace

@@ -319,6 +319,23 @@ TEST(AppendFile, MakesAMissingFileAndKeepsWhatAnExistingOneHolds) {
     EXPECT_FALSE(file.Write("three\n"));
 }
 
+TEST(AppendFile, GoesOnWhereItIsMovedTo) {
+    const TestFolder folder;
+    AppendFile first = AppendFile::Open(folder.Path("log"));
+    EXPECT_TRUE(first.Write("1"));
+    AppendFile second(std::move(first));
+    EXPECT_FALSE(first);
+    EXPECT_FALSE(first.Write("lost"));
+    EXPECT_TRUE(second.Write("2"));
+    AppendFile third = AppendFile::Open(folder.Path("other"));
+    third = std::move(second);
+    EXPECT_FALSE(second);
+    EXPECT_TRUE(third.Write("3"));
+    third.Close();
+    EXPECT_EQ(folder.Read("log"), "123");
+    EXPECT_EQ(folder.Read("other"), "");
+}
+
 TEST(AppendFile, TwoWritersNeverOverwriteEachOther) {
     const TestFolder folder;
     AppendFile one = AppendFile::Open(folder.Path("log"));

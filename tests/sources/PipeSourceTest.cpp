@@ -37,6 +37,22 @@ TEST(PipeSource, GivesAgainWhatHasBeenReadUntilItStartsOverForGood) {
     EXPECT_EQ(source.Progress().all, 0U);
 }
 
+TEST(PipeFile, IsReadOnFromWhereItIsMovedTo) {
+    const TestFolder folder;
+    platform::PipeFile first = platform::PipeFile::Open(folder.Write("pipe", "0123456789"));
+    char bytes[4] = {};
+    EXPECT_EQ(first.Read(bytes, 2), 2U);
+    platform::PipeFile second(std::move(first));
+    EXPECT_FALSE(first);
+    EXPECT_EQ(second.Read(bytes, 3), 3U);
+    EXPECT_STREQ(bytes, "234");
+    platform::PipeFile third;
+    third = std::move(second);
+    EXPECT_FALSE(second);
+    EXPECT_EQ(third.Read(bytes, 3), 3U);
+    EXPECT_STREQ(bytes, "567");
+}
+
 TEST(PipeFile, IsAtNoPathOfAFileOrAFolder) {
     const TestFolder folder;
     EXPECT_FALSE(platform::PipeFile::IsAt(folder.Write("file", "x")));
