@@ -162,6 +162,55 @@ private slots:
         }
     }
 
+    void readersFindTheCallByPlaceAndItHasNoParts() {
+        Open(ExploredLines());
+        m_pView->setFocus();
+        QTest::keyClick(m_pView, Qt::Key_Down);
+        QAccessibleInterface* const view = QAccessible::queryAccessibleInterface(m_pView);
+        QAccessibleInterface* const call = view->child(0);
+        const QPoint middle = call->rect().center();
+        QCOMPARE(view->childAt(middle.x(), middle.y()), call);
+        QCOMPARE(view->childAt(-50, -50), nullptr);
+        QCOMPARE(view->indexOfChild(call), 0);
+        QCOMPARE(view->indexOfChild(view), -1);
+        QVERIFY(call->isValid());
+        QCOMPARE(call->role(), QAccessible::ListItem);
+        QCOMPARE(call->window(), m_pView->window()->windowHandle());
+        QCOMPARE(call->childCount(), 0);
+        QCOMPARE(call->child(0), nullptr);
+        QCOMPARE(call->childAt(middle.x(), middle.y()), nullptr);
+        QCOMPARE(call->indexOfChild(view), -1);
+        QCOMPARE(call->text(QAccessible::Description), QString());
+        call->setText(QAccessible::Name, QStringLiteral("another"));
+        QVERIFY(call->text(QAccessible::Name).startsWith(QLatin1String("F OuterCall, ")));
+    }
+
+    void anotherFontMakesOtherRows() {
+        Open(ExploredLines());
+        const double before = Picture().RectOf(Picture().Zoomed()).height;
+        QFont font = m_pView->font();
+        font.setPixelSize(3 * QFontInfo(font).pixelSize());
+        m_pView->setFont(font);
+        QVERIFY2(Picture().RectOf(Picture().Zoomed()).height > 2 * before,
+                 qPrintable(QString::number(Picture().RectOf(Picture().Zoomed()).height)));
+    }
+
+    void withoutResultsKeysDoNothing() {
+        Open(ExploredLines());
+        QAccessibleInterface* const view = QAccessible::queryAccessibleInterface(m_pView);
+        QAccessibleInterface* const call = view->child(0);
+        m_pFrame->Exploration().EndWithRecords();
+        QCOMPARE(m_pView->Shown(), nullptr);
+        for (const int key : {Qt::Key_Down, Qt::Key_Return, Qt::Key_Home, Qt::Key_F3}) {
+            QTest::keyClick(m_pView, static_cast<Qt::Key>(key));
+        }
+        QCOMPARE(m_pView->Shown(), nullptr);
+        QCOMPARE(view->childCount(), 0);
+        QCOMPARE(view->child(0), nullptr);
+        QCOMPARE(call->text(QAccessible::Name), QString());
+        QVERIFY(call->rect().isNull());
+    }
+
     void aTipTellsTheCallAndItsNumbersAsTheyStand() {
         std::vector<std::string> lines = ExploredLines();
         lines.push_back(

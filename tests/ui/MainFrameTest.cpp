@@ -10,9 +10,11 @@
 #include "ui/kit/WindowsDlg.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QCryptographicHash>
 #include <QFile>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMimeData>
@@ -24,6 +26,7 @@
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTabBar>
+#include <QToolTip>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -896,6 +899,109 @@ private slots:
         QCOMPARE(theApp().m_nAppLook, 219);
     }
 
+    void aToolbarIsHiddenShownResetAndDeletedOnItsPage() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const CCustomizeHands hands(run.Frame(), user); // which make one of their own
+        const QList<CToolBar*> all = run.Frame().Bars().All();
+        QCOMPARE(all.size(), 3);
+        QListWidget& listed = hands.List("ToolBars");
+        QCOMPARE(listed.count(), 3);
+        listed.item(1)->setCheckState(Qt::Unchecked);
+        QVERIFY(all[1]->isHidden() && !all[0]->isHidden());
+        listed.item(1)->setCheckState(Qt::Checked);
+        QVERIFY(!all[1]->isHidden());
+        // One of the user's own can be deleted, one of the program's reset.
+        const std::vector<int> standard = all[0]->Commands();
+        listed.setCurrentRow(0);
+        QVERIFY(!hands.Button("Delete").isEnabled());
+        all[0]->SetCommands({ID_TOOLS_OPTIONS});
+        hands.Press("Reset");
+        QCOMPARE(all[0]->Commands(), standard);
+        listed.setCurrentRow(2);
+        QVERIFY(!hands.Button("Reset").isEnabled());
+        hands.Press("Delete");
+        QCOMPARE(run.Frame().Bars().All(), all.mid(0, 2));
+        QCOMPARE(listed.count(), 2);
+        // Without an answer, or with a title of blanks alone, none is made.
+        for (const std::optional<QString>& title : {std::optional<QString>(), std::optional<QString>("  ")}) {
+            user.m_strTextAnswer = title;
+            hands.Press("New");
+            QCOMPARE(listed.count(), 2);
+        }
+        listed.item(1)->setCheckState(Qt::Unchecked);
+        hands.Press("RestoreLayout");
+        QCOMPARE(listed.item(1)->checkState(), all[1]->isHidden() ? Qt::Unchecked : Qt::Checked);
+        // Ten, and no more.
+        user.m_listMessages.clear();
+        user.m_strTextAnswer = QStringLiteral("Mine");
+        for (int n = 0; n < 10; ++n) {
+            hands.Press("New");
+        }
+        QCOMPARE(user.m_listMessages, QStringList());
+        hands.Press("New");
+        QCOMPARE(user.m_listMessages, QStringList("There can be ten toolbars of your own."));
+        QCOMPARE(listed.count(), 12);
+    }
+
+    void habitsOfMenusAndTipsAreChangedOnTheirPage() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const CCustomizeHands hands(run.Frame(), user);
+        const CMenuHabits& habits = run.Frame().MenuHabits();
+        auto* const shorter = run.Frame().CustomizeDialog()->findChild<QCheckBox*>("RecentlyUsedMenus");
+        auto* const delay = run.Frame().CustomizeDialog()->findChild<QCheckBox*>("FullMenusAfterDelay");
+        auto* const tips = run.Frame().CustomizeDialog()->findChild<QCheckBox*>("ToolTips");
+        QCOMPARE(shorter->isChecked(), habits.m_bRecentlyUsedMenus);
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool before = habits.m_bRecentlyUsedMenus;
+            shorter->click();
+            QCOMPARE(habits.m_bRecentlyUsedMenus, !before);
+            QCOMPARE(delay->isEnabled(), !before);
+        }
+        // What a button of a toolbar has to say, heard or not.
+        CToolBar* const toolBar = run.Frame().Bars().All().constFirst();
+        QWidget* const button = toolBar->widgetForAction(toolBar->actions().constFirst());
+        const auto isAnswered = [button] {
+            QHelpEvent event(QEvent::ToolTip, QPoint(4, 4), button->mapToGlobal(QPoint(4, 4)));
+            QApplication::sendEvent(button, &event);
+            const bool isShown = QToolTip::isVisible();
+            QToolTip::hideText();
+            for (QWidget* window : QApplication::topLevelWidgets()) {
+                if (window->inherits("QTipLabel")) {
+                    window->hide();
+                }
+            }
+            return isShown;
+        };
+        QVERIFY(tips->isChecked() && isAnswered());
+        tips->click();
+        QVERIFY(!run.Frame().Bars().ShowsToolTips() && !isAnswered());
+        tips->click();
+        QVERIFY(run.Frame().Bars().ShowsToolTips() && isAnswered());
+    }
+
+    void commandsAreListedByTheirCategory() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        const CCustomizeHands hands(run.Frame(), user);
+        auto* const categories = run.Frame().CustomizeDialog()->findChild<QComboBox*>("Categories");
+        QVERIFY(categories != nullptr);
+        int sum = 0;
+        for (int category = 1; category < categories->count(); ++category) {
+            categories->setCurrentIndex(category);
+            int expected = 0;
+            for (const CCommandInfo& command : AllCommands()) {
+                expected += ToQString(command.m_strCategory) == categories->itemText(category) ? 1 : 0;
+            }
+            QCOMPARE(hands.List("Commands").count(), expected);
+            sum += expected;
+        }
+        QCOMPARE(sum, static_cast<int>(AllCommands().size()));
+        categories->setCurrentIndex(0);
+        QCOMPARE(hands.List("Commands").count(), sum);
+    }
+
     void removeAndMoveChangeTheToolbarAtOnce() {
         CFakeInterface user;
         const CRun run(*m_pFolder);
@@ -1010,6 +1116,15 @@ private slots:
             run.Frame().Bars().SetUserImage(ID_FILE_OPEN, 1);
             QCOMPARE(run.Frame().CommandAction(ID_FILE_OPEN)->icon().pixmap(16).toImage().pixelColor(8, 8),
                      QColor(Qt::red));
+            const CCustomizeHands hands(run.Frame(), user);
+            hands.Choose("Commands", "Options");
+            auto* const image = run.Frame().CustomizeDialog()->findChild<QComboBox*>("Image");
+            QCOMPARE(image->count(), 4); // the command's own ahead of them
+            emit image->activated(3);
+            QCOMPARE(run.Frame().Bars().UserImage(ID_TOOLS_OPTIONS), 2);
+            QCOMPARE(image->currentIndex(), 3);
+            emit image->activated(0);
+            QCOMPARE(run.Frame().Bars().UserImage(ID_TOOLS_OPTIONS), -1);
         }
         {
             const CRun run(*m_pFolder);

@@ -2,6 +2,7 @@
 
 #include "ui/kit/LookStyle.h"
 
+#include <QAbstractButton>
 #include <QAccessible>
 #include <QPaintDevice>
 #include <QPaintEngine>
@@ -388,6 +389,43 @@ private slots:
                 Area().Activate(*Area().Children().constLast());
             }
         }
+    }
+
+    void theMiddleButtonAndTheCloseButtonOfATabCloseItsWindow() {
+        for (const char* title : {"a", "b", "c"}) {
+            m_pRun->Open(title);
+        }
+        CTabBar& bar = Area().Groups().constFirst()->Bar();
+        QTest::mouseClick(&bar, Qt::MiddleButton, {}, bar.tabRect(1).center());
+        QCOMPARE(Groups(Area()), QStringLiteral("a c"));
+        auto* const close = qobject_cast<QAbstractButton*>(bar.tabButton(0, QTabBar::RightSide));
+        QVERIFY(close != nullptr);
+        close->click();
+        QCOMPARE(Groups(Area()), QStringLiteral("c"));
+    }
+
+    void aTabIsDraggedAlongItsBarAndBackIntoItFromOutside() {
+        for (const char* title : {"a", "b", "c"}) {
+            m_pRun->Open(title);
+        }
+        CTabBar& bar = Area().Groups().constFirst()->Bar();
+        const QPoint from = bar.tabRect(0).center();
+        const QPoint to = bar.tabRect(2).center() + QPoint(10, 0);
+        const auto moveTo = [&bar](const QPoint& point, Qt::MouseButtons buttons) {
+            QMouseEvent move(QEvent::MouseMove, QPointF(point), QPointF(bar.mapToGlobal(point)), Qt::NoButton,
+                             buttons, {});
+            QCoreApplication::sendEvent(&bar, &move);
+        };
+        moveTo(to, Qt::NoButton); // a pointer that only passes
+        QCOMPARE(Groups(Area()), QStringLiteral("a b c"));
+        QTest::mousePress(&bar, Qt::LeftButton, {}, from);
+        moveTo(from + QPoint(0, 200), Qt::LeftButton);
+        for (int step = 0; step <= 10; ++step) {
+            moveTo(from + (to - from) * step / 10, Qt::LeftButton);
+        }
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, to);
+        QCOMPARE(Groups(Area()), QStringLiteral("b c a"));
+        QCOMPARE(Area().ActiveChild()->windowTitle(), QStringLiteral("a"));
     }
 
     void aClosedWindowTakesItsDocumentAlong() {

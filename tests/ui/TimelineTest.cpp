@@ -70,7 +70,15 @@ private slots:
     void SearchFadesAndF3Walks();
     void TheStripIsDragged();
     void TipsTellWhatIsBelowThePointer();
+    void AFlagLeadsToTheRecordsOfItsFinding();
+    void AClickBesideAllLanesSelectsNothing();
+    void PagesAndTheWheelOverTheNamesScroll();
+    void TheWheelOverTheStripZoomsIntoWhatItShowsThere();
+    void EscLetsGoOfABandThatIsBeingDrawn();
+    void AnotherFontMakesOtherRows();
     void ScreenReadersHearLanesAndTheFrame();
+    void ScreenReadersFindLanesByPlaceAndHearThatTheyAreFolded();
+    void WithoutResultsMouseAndKeysDoNothing();
     void TheTimelineOfAnEmptyLogSaysSo();
     void AnalyzingAgainShowsTheLogAnew();
     void APaintAfterNoChangeKeepsThePicture();
@@ -369,6 +377,171 @@ void TimelineTest::TipsTellWhatIsBelowThePointer() {
              QStringLiteral("F Charlie\nTotal 50.000000 s, self 50.000000 s\nFrom Jan 15 10:04:10.000000\n"
                             "Result 2: failed"));
     QCOMPARE(SaidByTip(Widget(), PointAt(450, 0, 0)), QString());
+}
+
+void TimelineTest::AFlagLeadsToTheRecordsOfItsFinding() {
+    Open();
+    const std::span<const TimelineFlag> flags = View().Timeline().Flags(Severity::Error);
+    QVERIFY(!flags.empty()); // Charlie failed
+    const RecordIndex record = flags.front().record;
+    const PictureRect row = View().Flags();
+    const QPoint point(static_cast<int>(std::lround(View().XOf(flags.front().clock))) + 1,
+                       static_cast<int>(row.y + row.height / 2));
+    std::vector<std::uint32_t> wanted;
+    connect(&Exploration(), &CExploration::RecordWanted, this,
+            [&](RecordIndex there) { wanted.push_back(Number(there)); });
+    QTest::mouseClick(&Widget(), Qt::LeftButton, {}, point);
+    QVERIFY(Exploration().Selected() == record);
+    QVERIFY(wanted.empty());
+    QTest::mouseDClick(&Widget(), Qt::LeftButton, {}, point);
+    QCOMPARE(wanted, std::vector<std::uint32_t>{Number(record)});
+    QCOMPARE(
+        SaidByTip(Widget(), point),
+        QStringLiteral("Charlie\nThe function failed; the first record names what went wrong first in it."));
+}
+
+void TimelineTest::AClickBesideAllLanesSelectsNothing() {
+    Open();
+    Wheel(PointAt(500, 0, 0), 8);
+    const std::int64_t from = View().From();
+    const QPoint name(40, PointAt(0, 0, 0).y());
+    const QPoint corner(40, static_cast<int>(View().Plot().y) - 2);
+    const QPoint below(PointAt(500, 0, 0).x(), Widget().height() - 2);
+    for (const QPoint& point : {name, corner, below}) {
+        QTest::mouseClick(&Widget(), Qt::LeftButton, {}, point);
+        QCOMPARE(Selected(), QStringLiteral("none"));
+    }
+    // Names are no place to drag by; what is empty between the lanes and the edge is one.
+    Drag(name, name + QPoint(60, 0));
+    Drag(corner, corner + QPoint(60, 0));
+    QTest::mouseClick(&Widget(), Qt::RightButton, {}, PointAt(500, 0, 0));
+    QCOMPARE(View().From(), from);
+    QCOMPARE(Selected(), QStringLiteral("none"));
+    Drag(below, below + QPoint(60, 0));
+    QVERIFY(View().From() < from);
+}
+
+void TimelineTest::PagesAndTheWheelOverTheNamesScroll() {
+    std::vector<std::string> lines = TwoThreads();
+    for (int thread = 0; thread < 300; ++thread) {
+        const std::string ids = "5/" + std::to_string(100 + thread);
+        lines.push_back(At(1000, CallText("Foxtrot", 1), ids));
+        lines.push_back(At(1001, ReturnText("Foxtrot", 1), ids));
+    }
+    Open(lines);
+    QCOMPARE(View().ScrollTop(), 0.0);
+    Key(Qt::Key_PageDown);
+    QCOMPARE(View().ScrollTop(), View().Plot().height);
+    Key(Qt::Key_PageDown);
+    QCOMPARE(View().ScrollTop(), 2 * View().Plot().height);
+    Key(Qt::Key_PageUp);
+    QCOMPARE(View().ScrollTop(), View().Plot().height);
+    const double perPixel = View().PerPixel();
+    const QPoint name(40, static_cast<int>(View().Plot().y) + 40);
+    Wheel(name, -2);
+    QCOMPARE(View().ScrollTop(), View().Plot().height + 6 * View().Lanes().RowHeight());
+    QCOMPARE(View().PerPixel(), perPixel);
+    Wheel(name, 1000);
+    QCOMPARE(View().ScrollTop(), 0.0);
+}
+
+void TimelineTest::TheWheelOverTheStripZoomsIntoWhatItShowsThere() {
+    Open();
+    Wheel(PointAt(200, 0, 0), 8);
+    const double perPixel = View().PerPixel();
+    Wheel(QPoint(static_cast<int>(std::lround(View().StripX(700 * kSecond))), 15), 2);
+    QVERIFY(std::abs(View().PerPixel() * 1.25 * 1.25 / perPixel - 1) < 1e-9);
+    const std::int64_t middle = (View().From() + View().To()) / 2;
+    QVERIFY2(std::abs(middle - 700 * kSecond) < 3 * kSecond, qPrintable(QString::number(middle)));
+}
+
+void TimelineTest::EscLetsGoOfABandThatIsBeingDrawn() {
+    Open();
+    const QPoint from = PointAt(100, 0, 0);
+    const QPoint to = PointAt(300, 0, 0);
+    QTest::mousePress(&Widget(), Qt::LeftButton, Qt::ShiftModifier, from);
+    QMouseEvent move(QEvent::MouseMove, to, Widget().mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                     Qt::ShiftModifier);
+    QApplication::sendEvent(&Widget(), &move);
+    QCOMPARE(View().Range().from, View().TimeAt(from.x()));
+    QCOMPARE(View().Range().to, View().TimeAt(to.x()));
+    Key(Qt::Key_Escape);
+    QVERIFY(View().Range().IsWhole());
+    QTest::mouseRelease(&Widget(), Qt::LeftButton, Qt::ShiftModifier, to);
+    QVERIFY(View().Range().IsWhole());
+    QVERIFY(Exploration().Range().IsWhole());
+}
+
+void TimelineTest::AnotherFontMakesOtherRows() {
+    Open();
+    const double before = View().LineHeight();
+    QFont font = Widget().font();
+    font.setPixelSize(3 * QFontInfo(font).pixelSize());
+    Widget().setFont(font);
+    QVERIFY2(View().LineHeight() > 2 * before, qPrintable(QString::number(View().LineHeight())));
+    QCOMPARE(Below(PointAt(150, 0, 1)), QStringLiteral("Bravo"));
+}
+
+void TimelineTest::ScreenReadersFindLanesByPlaceAndHearThatTheyAreFolded() {
+    Open();
+    QAccessibleInterface* const whole = QAccessible::queryAccessibleInterface(&Widget());
+    QAccessibleInterface* const first = whole->child(0);
+    QAccessibleInterface* const second = whole->child(1);
+    const auto at = [&](const QPoint& point) {
+        const QPoint place = Widget().mapToGlobal(point);
+        return whole->childAt(place.x(), place.y());
+    };
+    QCOMPARE(at(PointAt(650, 0, 0)), first);
+    QCOMPARE(at(PointAt(50, 1, 0)), second);
+    QCOMPARE(at(QPoint(-50, -50)), nullptr);
+    QCOMPARE(whole->child(2), nullptr);
+    QCOMPARE(whole->child(-1), nullptr);
+    QCOMPARE(whole->indexOfChild(second), 1);
+    QCOMPARE(whole->indexOfChild(whole), -1);
+    // A lane is an item of the list and has no parts.
+    QCOMPARE(first->role(), QAccessible::ListItem);
+    QCOMPARE(first->parent(), whole);
+    QCOMPARE(first->window(), Widget().window()->windowHandle());
+    QCOMPARE(first->childCount(), 0);
+    QCOMPARE(first->child(0), nullptr);
+    QCOMPARE(first->childAt(0, 0), nullptr);
+    QCOMPARE(first->indexOfChild(second), -1);
+    QCOMPARE(Said(first, QAccessible::Description), QString());
+    first->setText(QAccessible::Name, QStringLiteral("another"));
+    QCOMPARE(Said(first), QStringLiteral("Lane 5/6, 800.000000 s in calls"));
+    QVERIFY(first->state().expanded && !first->state().collapsed);
+    QTest::mouseDClick(&Widget(), Qt::LeftButton, {}, QPoint(40, PointAt(0, 0, 0).y()));
+    QVERIFY(first->state().collapsed && !first->state().expanded);
+    QCOMPARE(Said(first), QStringLiteral("Lane 5/6, 800.000000 s in calls, folded"));
+}
+
+void TimelineTest::WithoutResultsMouseAndKeysDoNothing() {
+    Open();
+    const QPoint point = PointAt(150, 0, 1);
+    QVERIFY(!SaidByTip(Widget(), point).isEmpty());
+    QAccessibleInterface* const lane = QAccessible::queryAccessibleInterface(&Widget())->child(0);
+    Exploration().EndWithRecords();
+    QCOMPARE(Widget().View(), nullptr);
+    std::vector<std::uint32_t> wanted;
+    connect(&Exploration(), &CExploration::RecordWanted, this,
+            [&](RecordIndex record) { wanted.push_back(Number(record)); });
+    QWheelEvent wheel(point, Widget().mapToGlobal(point), QPoint(), QPoint(0, 120), Qt::NoButton, {},
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&Widget(), &wheel);
+    Drag(point, point + QPoint(60, 0));
+    QTest::mouseDClick(&Widget(), Qt::LeftButton, {}, point);
+    QTest::keyClick(&Widget(), Qt::Key_Return);
+    QTest::keyClick(&Widget(), Qt::Key_Right);
+    QCOMPARE(Widget().View(), nullptr);
+    QVERIFY(wanted.empty());
+    QCOMPARE(SaidByTip(Widget(), point), QString());
+    QCOMPARE(SaidOfParts(&Widget()), QStringList());
+    QVERIFY(lane->state().invalid);
+    QCOMPARE(Said(lane), QString());
+    QVERIFY(lane->rect().isNull());
+    QCOMPARE(Widget().SelectedText(), QString());
+    QCOMPARE(Widget().LaneText(0), QString());
+    QVERIFY(Widget().LaneRect(0).isNull());
 }
 
 void TimelineTest::ScreenReadersHearLanesAndTheFrame() {
