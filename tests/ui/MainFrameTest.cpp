@@ -17,6 +17,7 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QListWidget>
+#include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QPushButton>
@@ -26,6 +27,7 @@
 #include <QStatusBar>
 #include <QStyleOption>
 #include <QTabBar>
+#include <QToolButton>
 #include <QToolTip>
 #include <QTreeWidget>
 
@@ -507,6 +509,68 @@ private slots:
         QVERIFY(file->isVisible());
         QVERIFY(file->IsExpanded());
         file->close();
+    }
+
+    void theChevronExpandsAMenuByKeysWithoutClosingIt() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        for (const int key : {Qt::Key_Return, Qt::Key_Space, Qt::Key_Down}) {
+            CPersonalMenu* file = run.OpenMenu("File");
+            QVERIFY(!file->IsExpanded());
+            file->setActiveAction(file->actions().constLast());
+            QTest::keyClick(file, static_cast<Qt::Key>(key));
+            QVERIFY(file->isVisible());
+            QVERIFY(file->IsExpanded());
+            file->close();
+        }
+    }
+
+    void anEntryIsChosenByTheMouse() {
+        CFakeInterface user;
+        CRun run(*m_pFolder);
+        run.Open("a.log");
+        CPersonalMenu* file = run.OpenMenu("File");
+        QTRY_VERIFY_WITH_TIMEOUT(file->IsExpanded(), 3000);
+        QTest::mouseClick(file, Qt::LeftButton, {}, file->actionGeometry(Entry(*file, "&Close")).center());
+        QVERIFY(!file->isVisible());
+        QVERIFY(run.Area().Children().isEmpty());
+    }
+
+    void aToolbarsMenuTakesItsButtonsOffAndPutsThemBack() {
+        CFakeInterface user;
+        const CRun run(*m_pFolder);
+        CToolBar& toolBar = *run.Frame().Bars().All().constFirst();
+        const std::vector<int> all = toolBar.Commands();
+        const auto entry = [&](const QString& text) -> QAction* {
+            for (QToolButton* button : toolBar.findChildren<QToolButton*>()) {
+                if (button->menu() != nullptr) {
+                    emit button->menu()->aboutToShow();
+                    for (QAction* action : button->menu()->actions()) {
+                        if (action->text() == text) {
+                            return action;
+                        }
+                    }
+                }
+            }
+            return nullptr;
+        };
+        const QString open = run.Frame().CommandAction(ID_FILE_OPEN)->text();
+        QVERIFY(entry(open) != nullptr && entry(open)->isChecked());
+        QVERIFY(!entry(QStringLiteral("&Reset Toolbar"))->isEnabled());
+        entry(open)->trigger();
+        QTRY_VERIFY(!toolBar.HasCommand(ID_FILE_OPEN));
+        QCOMPARE(toolBar.Commands().size(), all.size() - 1);
+        QVERIFY(entry(QStringLiteral("&Reset Toolbar"))->isEnabled());
+        entry(open)->trigger();
+        QTRY_COMPARE(toolBar.Commands(), all);
+        // What a user has added is offered, too.
+        std::vector<int> more = all;
+        more.push_back(ID_APPLOOK_WINDOWS_7);
+        toolBar.SetCommands(more);
+        const QString added = run.Frame().CommandAction(ID_APPLOOK_WINDOWS_7)->text();
+        QVERIFY(entry(added) != nullptr && entry(added)->isChecked());
+        entry(added)->trigger();
+        QTRY_COMPARE(toolBar.Commands(), all);
     }
 
     void theTipsOfEntriesStandInTheStatusLineAndOnButtons() {

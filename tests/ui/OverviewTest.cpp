@@ -45,6 +45,30 @@ private slots:
         QCOMPARE(m_pRun->Frame().windowTitle(), QStringLiteral("Overview - order.log - Carvelot"));
     }
 
+    void aFindingAndAStatementLeadToTheirWindows() {
+        CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), ExploredLines());
+        auto* const overview = OpenExplore<COverviewFrame>(*m_pRun, *session, ID_EXPLORE_OVERVIEW);
+        const auto open = [overview](const char* name, int row) {
+            CListCtrl& list = List(*overview, name);
+            list.setFocus();
+            list.setCurrentIndex(list.Model().index(row, 0));
+            QTest::keyClick(&list, Qt::Key_Return);
+        };
+        open("Findings", 1);
+        CMDIChildWnd* shown = m_pRun->Frame().ActiveChild();
+        QVERIFY2(shown->windowTitle().startsWith(QLatin1String("Findings - ")),
+                 qPrintable(shown->windowTitle()));
+        const CListCtrl& findings = List(*shown, "Findings");
+        QCOMPARE(findings.currentIndex().siblingAtColumn(1).data().toString(),
+                 QStringLiteral("InnerCall > SELECT IMITM FROM PRODDTA.F4101 WHERE ( IMITM = ? )"));
+        m_pRun->Frame().ClientArea().Activate(*overview);
+        open("Statements by time", 0);
+        shown = m_pRun->Frame().ActiveChild();
+        QVERIFY2(shown->windowTitle().startsWith(QLatin1String("SQL Statements - ")),
+                 qPrintable(shown->windowTitle()));
+        QCOMPARE(List(*shown, "Executions").Model().rowCount(), 12);
+    }
+
     void isOneTabOfItsSessionAndGoesWithIt() {
         CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), ExploredLines());
         auto* const overview = OpenExplore<COverviewFrame>(*m_pRun, *session, ID_EXPLORE_OVERVIEW);

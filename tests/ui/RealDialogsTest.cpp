@@ -150,7 +150,37 @@ private slots:
         QApplication::restoreOverrideCursor();
     }
 
+    void aChoiceHasAButtonAnAnswerAndNoneWhereItIsCancelled() {
+        std::optional<int> answer;
+        const auto call = [&] {
+            answer = UserInterface().AskChoice(QStringLiteral("Which?"),
+                                               {QStringLiteral("First"), QStringLiteral("Second")});
+        };
+        InDialog<QMessageBox>(call, [](QMessageBox& box) {
+            QCOMPARE(box.text(), QStringLiteral("Which?"));
+            QCOMPARE(box.buttons().size(), 3);
+            QTest::mouseClick(Button(box, "Second"), Qt::LeftButton);
+        });
+        QCOMPARE(answer, std::optional(1));
+        InDialog<QMessageBox>(call, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); });
+        QCOMPARE(answer, std::optional(0));
+        InDialog<QMessageBox>(call, [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+        QCOMPARE(answer, std::nullopt);
+    }
+
     // --- opening and saving
+
+    void severalFilesAreOpenedTogether() {
+        Write(Path("logs/c.log"));
+        QStringList paths;
+        Remember("LogFolder", Path("logs"));
+        InDialog<QFileDialog>([&] { paths = UserInterface().AskOpenFiles(LogQuestion()); },
+                              [&](QFileDialog& dialog) {
+                                  TypeName(dialog, QStringLiteral("\"a.log\" \"c.log\""));
+                                  QTest::mouseClick(Button(dialog, "Open"), Qt::LeftButton);
+                              });
+        QCOMPARE(paths, (QStringList{Path("logs/a.log"), Path("logs/c.log")}));
+    }
 
     void openShowsLogsOrAllFilesAndGivesTheChosenPath() {
         std::optional<QString> path;
