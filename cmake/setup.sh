@@ -57,6 +57,7 @@ fail_with() {
         libsqlite3-dev)
     packages_window=(qt6-base-dev qt6-base-dev-tools libgl-dev librsvg2-bin fonts-dejavu-core)
     packages_test=(libgtest-dev libgmock-dev locales python3 xdotool xvfb)
+    packages_coverage=(gcovr)
     packages_soak=(libxcb1-dev libxcb-xtest0-dev openbox xvfb)
     packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
     # Node and npm come too where they are not there in another version.
