@@ -6,3 +6,7 @@ export LSAN_OPTIONS=suppressions=$PWD/cmake/leak-suppressions.txt:print_suppress
 ASAN_SYMBOLIZER_PATH=$(command -v llvm-symbolizer-14 || true)
 export ASAN_SYMBOLIZER_PATH
 export TSAN_OPTIONS=suppressions=$PWD/cmake/thread-suppressions.txt:print_suppressions=0
+# Not 77, which a test that is skipped ends with.
+export MSAN_OPTIONS=exitcode=86
+MSAN_SYMBOLIZER_PATH=$(command -v llvm-symbolizer-16 || true)
+export MSAN_SYMBOLIZER_PATH

@@ -60,6 +60,8 @@ fail_with() {
     packages_coverage=(gcovr)
     packages_soak=(libxcb1-dev libxcb-xtest0-dev openbox xvfb)
     packages_sanitize=(clang-14 libclang-rt-14-dev llvm-14)
+    # Its standard library has what the sources use, and it is built anew for MemorySanitizer.
+    packages_memory=(clang-16 libclang-rt-16-dev llvm-16 googletest dpkg-dev tcl zip zstd)
     # Node and npm come too where they are not there in another version.
     packages_readers=(valgrind python3 python3-jsonschema)
     packages_fleet=(clickhouse-server clickhouse-client)

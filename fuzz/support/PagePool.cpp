@@ -11,10 +11,17 @@
 #if __has_feature(address_sanitizer)
 #include <sanitizer/asan_interface.h>
 #endif
+#if __has_feature(memory_sanitizer)
+#include <sanitizer/msan_interface.h>
+#define COUNT_AS_UNSET(address, size) __msan_allocated_memory(address, size)
+#endif
 #endif
 #if !defined(ASAN_POISON_MEMORY_REGION)
 #define ASAN_POISON_MEMORY_REGION(address, size) ((void)(address), (void)(size))
 #define ASAN_UNPOISON_MEMORY_REGION(address, size) ((void)(address), (void)(size))
+#endif
+#if !defined(COUNT_AS_UNSET)
+#define COUNT_AS_UNSET(address, size) ((void)(address), (void)(size))
 #endif
 
 namespace carvelot::platform {
@@ -22,7 +29,8 @@ namespace carvelot::platform {
 namespace {
 
 constexpr std::align_val_t kPage{4096};
-// As much of a block as inputs use; whoever reads it after the block was given back is caught.
+// As much of a block as inputs use; whoever reads it after the block was given back, or what an earlier
+// session wrote to it, is caught by a sanitizer that looks for that.
 constexpr std::size_t kGuarded = 64 * 1024;
 
 // Threads read beside each other.
@@ -50,6 +58,7 @@ void* AllocatePages(std::size_t size) {
     void* const block = blocks.back();
     blocks.pop_back();
     ASAN_UNPOISON_MEMORY_REGION(block, Guarded(size));
+    COUNT_AS_UNSET(block, Guarded(size));
     return block;
 }
 
