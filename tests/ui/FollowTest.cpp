@@ -387,7 +387,7 @@ private slots:
         Append(QStringLiteral("a.log"), Calls(1));
         const auto clock =
             std::exchange(Following().m_fnNow, []() -> std::int64_t { throw std::bad_alloc(); });
-        QVERIFY_EXCEPTION_THROWN(Look(), std::bad_alloc);
+        QVERIFY_THROWS_EXCEPTION(std::bad_alloc, Look());
         QCOMPARE(nodes(), before);
         Following().m_fnNow = clock;
         Look();
