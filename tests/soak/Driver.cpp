@@ -389,8 +389,10 @@ void CDriver::Judge() {
         "threads", [](const CSample& sample) { return double(sample.m_nThreads); }, 2);
     most(
         "widgets", [](const CSample& sample) { return double(sample.m_nWidgets); }, 20);
+    // Menus keep the entries that they last showed: recent files, windows, tool bars, some ninety at most. A
+    // minute has too few samples to see past them.
     most(
-        "objects", [](const CSample& sample) { return double(sample.m_nObjects); }, 60);
+        "objects", [](const CSample& sample) { return double(sample.m_nObjects); }, 150);
 }
 
 // --- input
