@@ -53,10 +53,11 @@ constexpr int kTick = 4; // milliseconds
 // After a start the window finds its place on the screen, which takes a maximized one a second.
 constexpr int kSettle = 1500;
 
-// How much more there may be after the last three quarters of a run, in MB. The toolkit keeps the fonts that
-// it has drawn with, some MB before it lets any go, colours of gradients, and for each tree of a pane as much
-// room as its largest session took, 4 MB for 60,000 rows: a run that has just met more of these holds so much
-// more. That is less than 200 bytes for each action of an hour.
+// How much more there may be after the last three quarters of a run, in MB. What rises is the toolkit's: of
+// every picture that its styles ever kept it remembers the name, which holds size, state and palette, even
+// when the picture is gone (two thirds of the rise, by the allocations that stayed); and glyphs and matches
+// of fonts. Each random action brings some hundred bytes of these. Beyond that, for each tree of a pane as
+// much room as its largest session took, 4 MB for 60,000 rows.
 constexpr double kMostResident = 12;
 constexpr double kMostHeap = 8;
 
