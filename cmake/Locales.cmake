@@ -16,11 +16,13 @@ else()
   message(STATUS "No sources of locales found: the suites run in the user's locale alone")
 endif()
 
-# Runs a program of tests, whole, once in each of these locales.
+# Runs a program of tests once in each of these locales, with ARGUMENTS and in ENVIRONMENT. What is for the program stands among
+# the arguments: GoogleTest asks for GTEST_FiLTER in the Turkish one.
 function(carvelot_test_in_locales name target)
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "ARGUMENTS;ENVIRONMENT")
   foreach(locale IN LISTS CARVELOT_LOCALES)
-    add_test(NAME "${locale}.${name}" COMMAND ${target})
+    add_test(NAME "${locale}.${name}" COMMAND ${target} ${arg_ARGUMENTS})
     set_tests_properties("${locale}.${name}" PROPERTIES
-        ENVIRONMENT "LC_ALL=${locale}.UTF-8;LOCPATH=${CMAKE_BINARY_DIR}/locales;${ARGN}")
+        ENVIRONMENT "LC_ALL=${locale}.UTF-8;LOCPATH=${CMAKE_BINARY_DIR}/locales;${arg_ENVIRONMENT}")
   endforeach()
 endfunction()
