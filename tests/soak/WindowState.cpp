@@ -44,8 +44,10 @@ QString PaneState(CMainFrame& frame, CDockablePane& pane) {
 
 QStringList StateOf(CMainFrame& frame) {
     QStringList lines;
+    // Pulled smaller it is as small as what is open lets it be, and no log is right behind a start.
+    constexpr QSize least(500, 380);
     lines << QStringLiteral("window: ") +
-                 (frame.isMaximized() ? QStringLiteral("maximized") : Size(frame.size()));
+                 (frame.isMaximized() ? QStringLiteral("maximized") : Size(frame.size().expandedTo(least)));
     for (CDockablePane* const pane : frame.Panes()) {
         lines << PaneState(frame, *pane);
     }
