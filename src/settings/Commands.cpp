@@ -175,8 +175,6 @@ std::span<const int> StandardToolBar() { return kStandardToolBar; }
 
 std::span<const int> CacheToolBar() { return kCacheToolBar; }
 
-std::span<const int> BasicCommands() { return kBasicCommands; }
-
 bool IsBasicCommand(int id) { return std::ranges::find(kBasicCommands, id) != std::end(kBasicCommands); }
 
 } // namespace carvelot

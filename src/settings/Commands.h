@@ -112,8 +112,7 @@ std::string_view MenuText(EMenu menu);
 std::span<const int> StandardToolBar();
 std::span<const int> CacheToolBar();
 
-// Commands that menus show before they are expanded.
-std::span<const int> BasicCommands();
+// Whether menus show a command before they are expanded.
 bool IsBasicCommand(int id);
 
 } // namespace carvelot
