@@ -206,6 +206,17 @@ private slots:
         QCOMPARE(Rows(List(*profile, "Functions")).size(), 4);
     }
 
+    void f6LeadsThroughListsAndTree() {
+        auto* const profile = Open(ExploredLines());
+        List(*profile, "Functions").setFocus();
+        for (QWidget* const pane : profile->WindowPanes().mid(1)) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+            QCOMPARE(QApplication::focusWidget(), pane);
+        }
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ShiftModifier);
+        QCOMPARE(QApplication::focusWidget(), &List(*profile, "Callees"));
+    }
+
 private:
     CCallProfileFrame* Open(const std::vector<std::string>& lines) {
         CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), lines);

@@ -71,6 +71,11 @@ inline void WidenColumn(QTreeView& view, int column, int by) {
     QTest::mouseRelease(header.viewport(), Qt::LeftButton, {}, {edge + by, middle});
 }
 
+// What the keyboard's menu key brings up.
+inline void PressMenuKey(CListCtrl& list) {
+    AskForMenu(list, list.rect().center(), QContextMenuEvent::Keyboard);
+}
+
 // All that the labels of a window say at the moment.
 inline QString ShownText(const QWidget& window) {
     QStringList texts;

@@ -126,6 +126,49 @@ private slots:
         }
     }
 
+    void menusLeadToRecordsAsADoubleClickDoes() {
+        CChildFrame* const session = m_pRun->Open(Sample("order-fails.log"));
+        auto* const window = OpenFindings(session);
+        QVERIFY(window != nullptr);
+        CListCtrl& findings = List(*window, "Findings");
+        CListCtrl& records = List(*window, "Records of the finding");
+        m_pRun->m_user.m_strMenuChoice = QStringLiteral("Show Next Record");
+        for (const std::uint32_t record : {658U, 599U, 658U}) {
+            m_pRun->Frame().ClientArea().Activate(*window);
+            Click(findings, findings.Model().index(0, 0));
+            PressMenuKey(findings);
+            QCOMPARE(window->Exploration().Selected(), std::optional(RecordIndex{record}));
+            QCOMPARE(m_pRun->Frame().ActiveChild(), static_cast<CMDIChildWnd*>(session));
+        }
+        m_pRun->Frame().ClientArea().Activate(*window);
+        m_pRun->m_user.m_strMenuChoice = QStringLiteral("Show in Session");
+        Click(records, records.Model().index(1, 0));
+        PressMenuKey(records);
+        QCOMPARE(window->Exploration().Selected(), std::optional(RecordIndex{599}));
+        QCOMPARE(m_pRun->Frame().ActiveChild(), static_cast<CMDIChildWnd*>(session));
+        // The walk goes on from there.
+        m_pRun->Frame().RunCommand(ID_EXPLORE_NEXT_FINDING);
+        QCOMPARE(window->Exploration().Selected(), std::optional(RecordIndex{667}));
+    }
+
+    void aRecordThatIsSelectedElsewhereIsSelectedInItsFinding() {
+        CChildFrame* const session = m_pRun->Open(Sample("order-fails.log"));
+        auto* const window = OpenFindings(session);
+        QVERIFY(window != nullptr);
+        CListCtrl& findings = List(*window, "Findings");
+        CListCtrl& records = List(*window, "Records of the finding");
+        Click(findings, findings.Model().index(0, 0));
+        QCOMPARE(Rows(records).size(), 2);
+        window->Exploration().Select(RecordIndex{599});
+        QCOMPARE(records.SelectedRow(), 1);
+        window->Exploration().Select(RecordIndex{658});
+        QCOMPARE(records.SelectedRow(), 0);
+        // One of another finding moves nothing.
+        window->Exploration().Select(RecordIndex{673});
+        QCOMPARE(records.SelectedRow(), 0);
+        QCOMPARE(findings.SelectedRow(), 0);
+    }
+
     void stepsGoThroughAllRecordsFromAnywhere() {
         CChildFrame* const session = m_pRun->Open(Sample("order-fails.log"));
         auto* const window = OpenFindings(session);

@@ -143,6 +143,16 @@ private slots:
         QCOMPARE(ColoringBox()->currentText(), QStringLiteral("By self time"));
     }
 
+    void f6LeadsFromTheSearchToThePictureAndBack() {
+        Open(ExploredLines());
+        auto* const search = m_pFrame->findChild<QLineEdit*>();
+        search->setFocus();
+        QTest::keyClick(search, Qt::Key_F6);
+        QVERIFY(m_pView->hasFocus());
+        QTest::keyClick(m_pView, Qt::Key_F6, Qt::ShiftModifier);
+        QVERIFY(search->hasFocus());
+    }
+
     void readersHearTheCallWithTheFocus() {
         Open(ExploredLines());
         m_pView->setFocus();

@@ -62,8 +62,9 @@ class FollowTest : public CSessionTest {
         Following().Look();
         QCoreApplication::processEvents();
     }
-    CChildFrame* OpenFollowed(const std::vector<std::string>& lines = Log()) const {
-        CChildFrame* const session = m_pRun->Open(QStringLiteral("a.log"), lines);
+    CChildFrame* OpenFollowed(const std::vector<std::string>& lines = Log(),
+                              const char* name = "a.log") const {
+        CChildFrame* const session = m_pRun->Open(QLatin1String(name), lines);
         m_pRun->Frame().RunCommand(ID_EXPLORE_FOLLOW);
         // All that a log gains is shown at once.
         Following().m_fnNow = [] { return std::int64_t{0}; };
@@ -290,6 +291,25 @@ private slots:
         QCOMPARE(tables.Model().index(tables.SelectedRow(), 0).data().toString(), QStringLiteral("T1"));
     }
 
+    void aLogThatGrowsBehindAnotherLeavesThatOnesPanes() {
+        CChildFrame* const followed = OpenFollowed();
+        Select(followed, "Thread - 7");
+        CListCtrl& errors = m_pRun->Frame().m_wndErrorPane.List();
+        CSessionRun::ShowPane(m_pRun->Frame().m_wndErrorPane);
+        QCOMPARE(errors.Model().rowCount(), 2);
+        CChildFrame* const front = m_pRun->Open(
+            QStringLiteral("b.log"), DebugLog({Line("10:00:00.000004", "JDB9900170 - its own", "5/7")}));
+        Select(front, "Thread - 7");
+        QCOMPARE(errors.Model().rowCount(), 1);
+        Append(QStringLiteral("a.log"), Line("10:00:02.000000", "JDB9900168 - a third", "5/7") + "\n");
+        Look();
+        QCOMPARE(errors.Model().rowCount(), 1);
+        QVERIFY(Rows(errors)[0].contains(QStringLiteral("its own")));
+        m_pRun->Frame().ClientArea().Activate(*followed);
+        CSessionRun::Settle();
+        QCOMPARE(errors.Model().rowCount(), 3);
+    }
+
     void aListThatStandsAtItsEndStaysThereAndAnotherAtItsRow() {
         CChildFrame* const session = OpenFollowed();
         const auto error = [](int n) {
@@ -466,6 +486,35 @@ private slots:
         QCOMPARE(session->ThreadView().Model().rowCount(), 2);
         QCOMPARE(Difference(*session), "");
         QCOMPARE(m_pRun->m_user.m_listMessages, QStringList());
+    }
+
+    void theStatusBarSaysWhyElseALogIsReadAnew() {
+        CChildFrame* const session = OpenFollowed();
+        theApp().m_fThreshold = 2.5F;
+        Look();
+        QCOMPARE(StateShown(), QStringLiteral("Following: The options changed and the log was read anew"));
+        QCOMPARE(session->SessionDocument().Session().m_listDetails.Size(), 6U);
+        // A web log's lines, then one that only a debug log has.
+        CChildFrame* const web =
+            OpenFollowed(JASLog({JASLine("09:00:01,000", "ANNIKA", "SELECT 1 FROM T")}), "b.log");
+        Append(QStringLiteral("b.log"), "Jan 15 08:00:00 ** 12/34  Entering JDB_OpenTable\n");
+        Look();
+        QCOMPARE(StateShown(), QStringLiteral("Following: The log tells another format and was read anew"));
+        QCOMPARE(web->SessionDocument().Session().m_nLogFormat, LOG_FORMAT_DEBUG);
+    }
+
+    void anArchiveInTheLogsPlaceEndsTheFollowingWithAMessage() {
+        CChildFrame* const session = OpenFollowed();
+        QFile file(m_pRun->Path(QStringLiteral("a.log")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("\x1F\x8B\x08\x00", 4) + QByteArray(2000, 'x'));
+        file.close();
+        Look();
+        QVERIFY(Following().Followed() == nullptr);
+        QCOMPARE(m_pRun->m_user.m_listMessages,
+                 QStringList{m_pRun->Path(QStringLiteral("a.log")) +
+                             QStringLiteral(" is an archive now. It is followed no longer.")});
+        QCOMPARE(session->SessionDocument().Session().m_listDetails.Size(), 6U);
     }
 
     void aLogThatVanishesEndsTheFollowingWithAMessage() {

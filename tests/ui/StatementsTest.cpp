@@ -25,12 +25,6 @@ void Focus(CListCtrl& list) {
     QCoreApplication::processEvents();
 }
 
-// What the keyboard's menu key brings up.
-void PressMenuKey(CListCtrl& list) {
-    const QPoint middle = list.rect().center();
-    AskForMenu(list, middle, QContextMenuEvent::Keyboard);
-}
-
 constexpr const char* kReads = "SELECT IMITM, IMLITM, IMUWUM FROM PRODDTA.F4101 WHERE ( IMITM = ? )";
 
 } // namespace
@@ -125,6 +119,25 @@ private slots:
         AskForMenu(*shapes.viewport(), point, QContextMenuEvent::Mouse);
         QCOMPARE(QGuiApplication::clipboard()->text(),
                  QStringLiteral("SELECT IMITM FROM PRODDTA.F4101 WHERE ( IMITM = 0 )"));
+    }
+
+    void menusLeadToTheSessionAsADoubleClickDoes() {
+        CChildFrame* const session = m_pRun->Open(QStringLiteral("order.log"), ExploredLines());
+        auto* const window = OpenStatements(session);
+        QVERIFY(window != nullptr);
+        CListCtrl& executions = List(*window, "Executions");
+        Click(executions, executions.Model().index(2, 0));
+        m_pRun->m_user.m_strMenuChoice = QStringLiteral("Show in Session");
+        PressMenuKey(executions);
+        QCOMPARE(m_pRun->Frame().ActiveChild(), static_cast<CMDIChildWnd*>(session));
+        QVERIFY(SelectedText(session->DetailView()).contains(QStringLiteral("( IMITM = 2 )")));
+        m_pRun->Frame().ClientArea().Activate(*window);
+        m_pRun->m_user.m_strMenuChoice = QStringLiteral("Show the Longest");
+        CListCtrl& shapes = List(*window, "Statements");
+        Click(shapes, shapes.Model().index(0, 0));
+        PressMenuKey(shapes);
+        QCOMPARE(m_pRun->Frame().ActiveChild(), static_cast<CMDIChildWnd*>(session));
+        QVERIFY(SelectedText(session->DetailView()).contains(QStringLiteral("( IMITM = 0 )")));
     }
 
     void copyStatementFillsInAJASStatementsParameters() {
