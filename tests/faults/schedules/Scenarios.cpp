@@ -436,7 +436,9 @@ std::vector<Scenario> Scenarios() {
     const Calls loads = {Call::Memory, Call::Open, Call::Read};
     const Calls writes = {Call::Memory, Call::Open, Call::Write, Call::Sync, Call::Rename, Call::Space};
     Messages settings = {{Call::Memory, kThrown}};
-    Messages profile = {{Call::Memory, kThrown}};
+    // A caller hears of calls that fail by the answer alone, and so of the system's own memory for the
+    // listing of a folder.
+    Messages profile = {{Call::Memory, kThrown}, {Call::Memory, ""}};
     for (std::size_t call = 1; call < kCalls; ++call) {
         profile.push_back({static_cast<Call>(call), ""});
     }
