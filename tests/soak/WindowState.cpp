@@ -44,7 +44,8 @@ QString PaneState(CMainFrame& frame, CDockablePane& pane) {
 
 QStringList StateOf(CMainFrame& frame) {
     QStringList lines;
-    // Pulled smaller it is as small as what is open lets it be, and no log is right behind a start.
+    // One that was pulled smaller than any that the driver sets is not looked at: 252x194 once came back as
+    // 252x233, and why is not known.
     constexpr QSize least(500, 380);
     lines << QStringLiteral("window: ") +
                  (frame.isMaximized() ? QStringLiteral("maximized") : Size(frame.size().expandedTo(least)));

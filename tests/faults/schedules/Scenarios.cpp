@@ -436,12 +436,13 @@ std::vector<Scenario> Scenarios() {
     const Calls loads = {Call::Memory, Call::Open, Call::Read};
     const Calls writes = {Call::Memory, Call::Open, Call::Write, Call::Sync, Call::Rename, Call::Space};
     Messages settings = {{Call::Memory, kThrown}};
-    // A caller hears of calls that fail by the answer alone, and so of the system's own memory for the
-    // listing of a folder.
-    Messages profile = {{Call::Memory, kThrown}, {Call::Memory, ""}};
+    Messages profile = {{Call::Memory, kThrown}};
     for (std::size_t call = 1; call < kCalls; ++call) {
         profile.push_back({static_cast<Call>(call), ""});
     }
+    // A folder that can't be listed for want of memory is a call that fails, of which the answer tells.
+    Messages writtenProfile = profile;
+    writtenProfile.push_back({Call::Memory, ""});
     const auto pieces =
         Files({{"a.log.gz", Gzip(debug)},
                {"b.log", TestSession::Joined({DebugLine("11:00:00.000000", "On b", "7/1")})},
@@ -507,7 +508,7 @@ std::vector<Scenario> Scenarios() {
          Files({{"JDE.INI", ProfileBytes()}}),
          WriteProfile,
          {Call::Memory, Call::Open, Call::Read, Call::Write, Call::Sync, Call::Rename, Call::Space},
-         profile},
+         writtenProfile},
         {"profile value, read",
          Files({{"JDE.INI", ProfileBytes()}}),
          ReadProfile,
