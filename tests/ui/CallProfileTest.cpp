@@ -136,6 +136,15 @@ private slots:
         DoubleClickRow(tree, inner);
         CListCtrl& functions = List(*profile, "Functions");
         QCOMPARE(functions.SelectedRow(), RowOf(functions, "F  InnerCall"));
+        // Right of the last column there is no node.
+        for (int column = 0; column < model.columnCount(); ++column) {
+            tree.setColumnWidth(column, 40);
+        }
+        const QPoint beside(tree.viewport()->width() - 5, tree.visualRect(outer).center().y());
+        QVERIFY(!tree.indexAt(beside).isValid());
+        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, beside);
+        QTest::mouseDClick(tree.viewport(), Qt::LeftButton, {}, beside);
+        QCOMPARE(functions.SelectedRow(), RowOf(functions, "F  InnerCall"));
     }
 
     void keepsItsFunctionInAnotherScope() {

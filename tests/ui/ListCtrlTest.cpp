@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
 
@@ -232,6 +233,16 @@ private slots:
         QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, point);
         QTest::keyClick(m_pList.get(), Qt::Key_Return);
         QCOMPARE(opened, (QList<int>{1, 1}));
+        // Neither right of the columns nor by another button.
+        const QPoint beside(m_pList->viewport()->width() - 5, point.y());
+        QVERIFY(!m_pList->indexAt(beside).isValid());
+        const QSignalSpy told(m_pList.get(), &QAbstractItemView::doubleClicked);
+        QTest::mouseClick(m_pList->viewport(), Qt::LeftButton, {}, beside);
+        QTest::mouseDClick(m_pList->viewport(), Qt::LeftButton, {}, beside);
+        QTest::mouseClick(m_pList->viewport(), Qt::MiddleButton, {}, point);
+        QTest::mouseDClick(m_pList->viewport(), Qt::MiddleButton, {}, point);
+        QCOMPARE(opened, (QList<int>{1, 1}));
+        QCOMPARE(told.count(), 0);
     }
 
     void aColumnOfNumbersAndItsTitleStandOnTheRight() {

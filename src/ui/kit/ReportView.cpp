@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
 #include <QToolTip>
@@ -170,6 +171,13 @@ CReportView::CReportView(const QString& accessibleName, QWidget* parent, qsizety
     header()->setHighlightSections(false);
     header()->setMinimumSectionSize(16);
     CopyRowsByKey(*this);
+}
+
+// The toolkit tells of a place right of the columns, too, and then of no cell.
+void CReportView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton && indexAt(event->position().toPoint()).isValid()) {
+        QTreeView::mouseDoubleClickEvent(event);
+    }
 }
 
 void CopySelectedRows(const QAbstractItemView& view) {

@@ -17,6 +17,10 @@ class CReportView : public QTreeView {
 public:
     // Of a longer text a cell draws `mostDrawn` characters, on one line; 0 draws all of it.
     CReportView(const QString& accessibleName, QWidget* parent, qsizetype mostDrawn = 0);
+
+protected:
+    // Only a cell is double-clicked, and only by the left button.
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
 };
 
 // Copies a view's selected rows, a row a line, their cells divided by tabs; columns that are hidden are left
