@@ -21,9 +21,9 @@ QString Text(const QRect& rect) {
     return QStringLiteral("%1,%2 %3x%4").arg(rect.x()).arg(rect.y()).arg(rect.width()).arg(rect.height());
 }
 
-// Where each pane is, as a person sees it; a line a pane, then the tabs of each group.
+// Where each pane is, as a person sees it; the window's size, a line a pane, then the tabs of each group.
 QStringList Arrangement(CMainFrame& frame) {
-    QStringList lines;
+    QStringList lines(QStringLiteral("window: %1x%2").arg(frame.width()).arg(frame.height()));
     for (CDockablePane* pane : frame.Panes()) {
         QString place;
         if (frame.AutoHide().IsFolded(*pane)) {
@@ -140,6 +140,12 @@ const std::vector<std::pair<const char*, FArrange>>& Arrangements() {
              f.AutoHide().Fold(f.m_wndRawDataPane);
              f.AutoHide().Fold(f.m_wndErrorPane);
              f.m_wndTimingGapsPane.raise();
+         }},
+        {"folded away in the smallest window",
+         [](CMainFrame& f) {
+             f.AutoHide().Fold(f.m_wndBSFNPane);
+             Settle();
+             f.resize(1, 1);
          }},
         {"one floats, one is closed",
          [](CMainFrame& f) {

@@ -77,11 +77,15 @@ void CFrameLayout::Restore() {
         const QSize available = m_frame.screen()->availableSize();
         m_frame.resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
+    const QSize size = m_frame.size();
     m_layout = Unseal(GetWorkspaceString("Layout", ""));
     m_listUnplaced = m_frame.Panes();
     if (ApplyLayout()) {
         m_bRaiseBSFN = false;
         m_pAutoHide->Restore(ReadWorkspace("AutoHide", ReadFolds, WriteFolds));
+        // A layout comes ahead of its folds, and what they fold away may have needed a larger window.
+        m_frame.layout()->activate();
+        m_frame.resize(size);
     } else {
         setAside("Layout");
         setAside("AutoHide");
