@@ -241,6 +241,34 @@ private slots:
         }
     }
 
+    // The pointer may rest between two panes when a key takes one of them away.
+    void theSeparatorBelowThePointerMayGo() {
+        CMainFrame& frame = m_pRun->Frame();
+        const auto move = [&frame](const QPoint& point) {
+            QTest::mouseMove(frame.windowHandle(), point);
+            QCoreApplication::processEvents();
+        };
+        const auto between = [](const QWidget& left, const QWidget& right) {
+            return QPoint((left.geometry().right() + right.geometry().left()) / 2,
+                          left.geometry().center().y());
+        };
+        CDockablePane& left = frame.m_wndFindPane;
+        CDockablePane& upper = frame.m_wndErrorPane;
+        CDockablePane& lower = frame.m_wndSQLPane;
+        frame.addDockWidget(Qt::RightDockWidgetArea, &upper);
+        frame.splitDockWidget(&upper, &lower, Qt::Vertical);
+        frame.splitDockWidget(&upper, &left, Qt::Horizontal);
+        CSessionRun::Settle();
+        const QPoint separator = between(upper, left);
+        QVERIFY(frame.childAt(separator) == nullptr);
+        move(separator);
+        QCOMPARE(frame.cursor().shape(), Qt::SplitHCursor);
+        frame.addDockWidget(Qt::LeftDockWidgetArea, &left);
+        CSessionRun::Settle();
+        move(frame.rect().center());
+        QCOMPARE(frame.cursor().shape(), Qt::ArrowCursor);
+    }
+
     void aLogIsDroppedAnywhereInTheWindow() {
         CMainFrame& frame = m_pRun->Frame();
         QVERIFY(m_pRun->Open("a.log", DebugLog({})) != nullptr);

@@ -35,8 +35,14 @@ public:
     virtual void ShowRange(const QString& text) = 0;
 
 protected:
+    bool event(QEvent* event) override;
     // From here on there is no main window: it goes.
     void Leave();
+
+private:
+    void FollowPointer(QEvent& event);
+
+    bool m_bBetweenPanes = false; // the pointer is, with a cursor that says so
 };
 
 // The main window, or null before it is made and after it is gone.
