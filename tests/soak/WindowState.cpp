@@ -44,11 +44,8 @@ QString PaneState(CMainFrame& frame, CDockablePane& pane) {
 
 QStringList StateOf(CMainFrame& frame) {
     QStringList lines;
-    // One that was pulled smaller than any that the driver sets is not looked at: 252x194 once came back as
-    // 252x233, and why is not known.
-    constexpr QSize least(500, 380);
     lines << QStringLiteral("window: ") +
-                 (frame.isMaximized() ? QStringLiteral("maximized") : Size(frame.size().expandedTo(least)));
+                 (frame.isMaximized() ? QStringLiteral("maximized") : Size(frame.size()));
     for (CDockablePane* const pane : frame.Panes()) {
         lines << PaneState(frame, *pane);
     }

@@ -1,7 +1,9 @@
 // What a user arranged stands so after the next start.
 #include "ui/UiSupport.h"
 
+#include "ui/app/FrameToolBars.h"
 #include "ui/kit/AutoHide.h"
+#include "ui/kit/ToolBar.h"
 
 #include <QTabBar>
 
@@ -144,6 +146,15 @@ const std::vector<std::pair<const char*, FArrange>>& Arrangements() {
         {"folded away in the smallest window",
          [](CMainFrame& f) {
              f.AutoHide().Fold(f.m_wndBSFNPane);
+             Settle();
+             f.resize(1, 1);
+         }},
+        {"the same without tool bars",
+         [](CMainFrame& f) {
+             f.AutoHide().Fold(f.m_wndBSFNPane);
+             for (CToolBar* bar : f.Bars().All()) {
+                 bar->hide();
+             }
              Settle();
              f.resize(1, 1);
          }},

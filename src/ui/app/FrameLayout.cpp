@@ -77,15 +77,13 @@ void CFrameLayout::Restore() {
         const QSize available = m_frame.screen()->availableSize();
         m_frame.resize(QSize(1240, 800).boundedTo(available * 0.9));
     }
-    const QSize size = m_frame.size();
+    m_size = m_frame.size();
     m_layout = Unseal(GetWorkspaceString("Layout", ""));
     m_listUnplaced = m_frame.Panes();
     if (ApplyLayout()) {
         m_bRaiseBSFN = false;
         m_pAutoHide->Restore(ReadWorkspace("AutoHide", ReadFolds, WriteFolds));
-        // A layout comes ahead of its folds, and what they fold away may have needed a larger window.
-        m_frame.layout()->activate();
-        m_frame.resize(size);
+        TakeSize();
     } else {
         setAside("Layout");
         setAside("AutoHide");
@@ -172,8 +170,16 @@ void CFrameLayout::OnShown() {
     if (m_frame.isMaximized() || m_frame.isFullScreen()) {
         QTimer::singleShot(kEnlarged, this, [this] { m_layout.clear(); });
     } else {
+        TakeSize();
         m_layout.clear();
     }
+}
+
+// A layout enlarges the window for panes that are folded away behind it, and for tool bars of which it does
+// not yet know that they are hidden.
+void CFrameLayout::TakeSize() {
+    m_frame.layout()->activate();
+    m_frame.resize(m_size);
 }
 
 void CFrameLayout::OnResized() {

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QObject>
+#include <QSize>
 
 #include <memory>
 
@@ -41,12 +42,14 @@ public:
 private:
     void DockPanes();
     bool ApplyLayout();
+    void TakeSize();
     void DockUnplaced();
     void OnTabActivated(QDockWidget* dock);
     void NextPane(bool forward);
 
     CMainFrame& m_frame;
     std::unique_ptr<CAutoHide> m_pAutoHide;
+    QSize m_size;                           // stored, and taken when the window shows
     QByteArray m_layout;                    // stored, until the window shows in its size
     QList<CDockablePane*> m_listFloatLater; // until the window is on the screen
     QList<CDockablePane*> m_listUnplaced;   // panes that the stored layout does not know
