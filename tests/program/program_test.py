@@ -75,7 +75,7 @@ def main():
         environment |= {"DISPLAY": screen.display, "QT_QPA_PLATFORM": "xcb", "HOME": scratch, "XDG_CONFIG_HOME": scratch,
                         "XDG_RUNTIME_DIR": scratch, "CARVELOT_LIBRARY_DIR": libraries}
         if locales:
-            environment |= {"LOCPATH": locales, "LC_ALL": "de_DE.UTF-8"}
+            environment |= {"LOCPATH": locales, "LC_ALL": "tr_TR.UTF-8"}
 
         def start(*arguments, **more):
             return subprocess.Popen([program, *arguments], env=environment | more, cwd=scratch, stdin=subprocess.DEVNULL)
