@@ -217,9 +217,9 @@ TEST(DiskFaults, AProfileFileThatCannotBeLookedForIsNotMade) {
     const TestFolder folder;
     folder.Write("JDE.INI", "[A]\r\nk=v\r\n");
     const EnvironmentGuard guard("CARVELOT_PROFILE_DIR", folder.Path().c_str());
-    {
+    for (int Faults::*const error : {&Faults::m_nListError, &Faults::m_nListReadError}) {
         Faults faults;
-        faults.m_nListError = EMFILE;
+        faults.*error = EMFILE;
         EXPECT_FALSE(platform::WriteProfileText("A", "k", "new", "jde.ini"));
     }
     EXPECT_EQ(folder.Names(), Strings{"JDE.INI"});

@@ -116,6 +116,16 @@ DIR* __wrap_opendir(const char* path) {
     return __real_opendir(path);
 }
 
+dirent* __real_readdir(DIR* folder);
+dirent* __wrap_readdir(DIR* folder);
+dirent* __wrap_readdir(DIR* folder) {
+    if (s_pFaults != nullptr && s_pFaults->m_nListReadError != 0) {
+        errno = s_pFaults->m_nListReadError;
+        return nullptr;
+    }
+    return __real_readdir(folder);
+}
+
 int __real_fsync(int file);
 int __wrap_fsync(int file);
 int __wrap_fsync(int file) {

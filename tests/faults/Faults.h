@@ -29,9 +29,11 @@ public:
     // Writes fail with this error once so many bytes are written; the last one before writes what fits.
     std::uint64_t m_nWritableBytes = ~std::uint64_t{0};
     int m_nWriteError = 0;
-    // Error of an open that would make a file, and of one of a folder's list.
+    // Error of an open that would make a file, and of one of a folder's list; or the list opens and breaks
+    // off.
     int m_nMakeError = 0;
     int m_nListError = 0;
+    int m_nListReadError = 0;
     // Errors of the calls that end a file's writing.
     int m_nSyncError = 0;
     int m_nRenameError = 0;

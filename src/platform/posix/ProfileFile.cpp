@@ -387,11 +387,19 @@ std::optional<std::string> ProfilePath(const std::string& file) {
     if (open == nullptr) {
         return errno == ENOENT || errno == ENOTDIR ? std::optional(exact) : std::nullopt;
     }
-    while (const dirent* const entry = ::readdir(open.get())) {
+    for (;;) {
+        errno = 0; // which alone tells a list's end from one that breaks off
+        const dirent* const entry = ::readdir(open.get());
+        if (entry == nullptr) {
+            break;
+        }
         const std::string_view name = entry->d_name;
         if (FoldedText(name) == FoldedText(file)) {
             found.emplace_back(name);
         }
+    }
+    if (errno != 0) {
+        return std::nullopt;
     }
     return found.empty() ? exact : folder + "/" + *std::min_element(found.begin(), found.end());
 }
