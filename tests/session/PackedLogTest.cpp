@@ -65,12 +65,13 @@ TEST(PackedLog, IsTheSessionOfTheBytesInside) {
         ASSERT_TRUE(plain.Load(log));
         EXPECT_FALSE(plain.m_doc.IsPacked());
         for (const std::string& archive : AllKinds(log)) {
-            for (const std::size_t bytes : {std::size_t{1}, std::size_t{0}}) {
+            for (const BlockReading& reading : {BlockReading{BlockReading::Way::Here, 1, 2},
+                                                BlockReading{BlockReading::Way::Ahead, 0, 2}}) {
                 Session packed;
-                packed.m_doc.m_blockReading = {BlockReading::Way::Ahead, bytes, 2};
+                packed.m_doc.m_blockReading = reading;
                 ASSERT_TRUE(packed.Load(archive));
                 EXPECT_TRUE(packed.m_doc.IsPacked());
-                EXPECT_EQ(DifferenceOf(plain.m_doc, packed.m_doc), "") << sample << ' ' << bytes;
+                EXPECT_EQ(DifferenceOf(plain.m_doc, packed.m_doc), "") << sample << ' ' << reading.bytes;
                 EXPECT_EQ(packed.m_host.m_messages, Strings{});
             }
         }
