@@ -719,8 +719,6 @@ private:
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), program);
 #else
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), program);
-        // Then it comes by fork: ThreadSanitizer loses its way behind vfork.
-        m_process.setChildProcessModifier([] {});
 #endif
         m_process.start(program, {"--log", logPath, "--pace", "0", "--tracing"});
         m_process.waitForStarted();

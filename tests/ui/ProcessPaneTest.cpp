@@ -280,8 +280,6 @@ private:
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator.exe"), program);
 #else
         QFile::copy(QStringLiteral(CARVELOT_SIMULATOR "/jde-simulator"), program);
-        // Then it comes by fork: ThreadSanitizer loses its way behind vfork.
-        process.setChildProcessModifier([] {});
 #endif
         process.start(program, QStringList{"--log", folder + "/jdedebug.log", "--pace", "5"} + options);
         process.waitForStarted();
