@@ -10,3 +10,5 @@ export TSAN_OPTIONS=suppressions=$PWD/cmake/thread-suppressions.txt:print_suppre
 export MSAN_OPTIONS=exitcode=86
 MSAN_SYMBOLIZER_PATH=$(command -v llvm-symbolizer-16 || true)
 export MSAN_SYMBOLIZER_PATH
+# GLib's own pools of memory pass blocks from thread to thread in a way that ThreadSanitizer does not see.
+export G_SLICE=always-malloc
