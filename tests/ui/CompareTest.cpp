@@ -150,17 +150,6 @@ private slots:
         m_pRun->Frame().ClientArea().Activate(*window);
         DoubleClickCell(functions, RowWith(functions, QStringLiteral("Old")), ComparedFunctionRow::LOG);
         QCOMPARE(wanted.count(), 2);
-        // Right of the last column there is no row.
-        m_pRun->Frame().ClientArea().Activate(*window);
-        for (int column = 0; column < functions.Model().columnCount(); ++column) {
-            functions.setColumnWidth(column, 20);
-        }
-        const QPoint beside(functions.viewport()->width() - 5,
-                            functions.visualRect(functions.Model().index(0, 0)).center().y());
-        QVERIFY(!functions.indexAt(beside).isValid());
-        QTest::mouseClick(functions.viewport(), Qt::LeftButton, {}, beside);
-        QTest::mouseDClick(functions.viewport(), Qt::LeftButton, {}, beside);
-        QCOMPARE(wanted.count(), 2);
     }
 
     void theKeyboardOpensEitherSide() {
