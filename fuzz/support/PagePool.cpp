@@ -72,5 +72,6 @@ void FreePages(void* block, std::size_t size) noexcept {
 
 // Blocks that are kept have been touched.
 void PopulatePages(void* /*begin*/, std::size_t /*size*/) noexcept {}
+void UseSmallPages(void* /*begin*/, std::size_t /*size*/) noexcept {}
 
 } // namespace carvelot::platform

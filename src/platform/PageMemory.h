@@ -20,4 +20,8 @@ void FreePages(void* block, std::size_t size) noexcept;
 /// written to meanwhile. Nothing where the system can't.
 void PopulatePages(void* begin, std::size_t size) noexcept;
 
+/// Has a part of a block made of small pages, before it is first written to: where perhaps only a little of
+/// it ever is, a large page would be cleared in vain. The part begins at the border of a page.
+void UseSmallPages(void* begin, std::size_t size) noexcept;
+
 } // namespace carvelot::platform

@@ -161,6 +161,10 @@ private:
             m_blocks.reserve(std::max<std::size_t>(m_blocks.size() * 2, 4));
         }
         T* const block = m_pNextBlock != nullptr ? std::exchange(m_pNextBlock, nullptr) : NewBlock();
+        if (m_blocks.empty()) {
+            // Most sessions of a test, and many of a user, are of a few thousand lines.
+            platform::UseSmallPages(block, std::min(kBlockBytes, platform::kHugePage));
+        }
         m_nBefore = m_blocks.size() * kBlockSize;
         m_blocks.push_back(block);
         m_pLast = m_pNext = block;

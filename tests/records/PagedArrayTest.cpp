@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <thread>
+#ifndef _WIN32
+#include <sys/mman.h>
+#endif
 
 namespace carvelot::test {
 
@@ -27,6 +30,18 @@ void ExpectWhole(const Bytes& bytes) {
 }
 
 } // namespace
+
+#ifdef MADV_NOHUGEPAGE
+// True in any case where the system makes no large pages of itself.
+TEST(PagedArray, TakesNoLargePageOfMemoryForAFewElements) {
+    Bytes bytes;
+    bytes.Add('a');
+    char* const first = &bytes[0];
+    unsigned char known = 0;
+    ASSERT_EQ(mincore(first + 4 * 4096, 1, &known), 0);
+    EXPECT_EQ(known & 1U, 0U);
+}
+#endif
 
 TEST(PagedArray, AsksForEachPageOnceThreeQuartersOfTheOneAheadAreFull) {
     Bytes bytes;

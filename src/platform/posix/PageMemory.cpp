@@ -56,4 +56,10 @@ void PopulatePages([[maybe_unused]] void* begin, [[maybe_unused]] std::size_t si
 #endif
 }
 
+void UseSmallPages([[maybe_unused]] void* begin, [[maybe_unused]] std::size_t size) noexcept {
+#ifdef MADV_NOHUGEPAGE
+    madvise(begin, size, MADV_NOHUGEPAGE);
+#endif
+}
+
 } // namespace carvelot::platform

@@ -21,4 +21,7 @@ void FreePages(void* block, std::size_t) noexcept {
 
 void PopulatePages(void*, std::size_t) noexcept {}
 
+// There are no others.
+void UseSmallPages(void*, std::size_t) noexcept {}
+
 } // namespace carvelot::platform
