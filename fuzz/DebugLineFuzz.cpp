@@ -1,8 +1,9 @@
 // Lines of a debug log, with texts behind the first tab or the third, at a fixed column, or behind a tab
 // until a dash fixes the column.
 //
-// Lines that begin as earlier ones did are read a short way, and words looked for where the line scan says:
-// without either the same bytes must give the same records. The first byte chooses.
+// Lines that begin as earlier ones did are read a short way, perhaps ahead of their turn, and words looked
+// for where the line scan says: without any of it the same bytes must give the same records. The first byte
+// chooses.
 #include "parse/fast/FastDebugLines.h"
 #include "support/LineWays.h"
 #include "support/ScanChecks.h"
@@ -26,7 +27,6 @@ struct DebugWay {
         m_parser.m_bDashForm = m_parser.m_bUBELog = false;
         m_nProcessFilter = (choice & 4) != 0 ? 4120 : 0;
     }
-    BlockScan Scan() const { return m_lines->Scan(); }
     void Read(const LogLine& line) { m_lines->ParseDebugLine(line, m_nProcessFilter, m_records); }
 
     CDebugLineParser m_parser;
@@ -47,14 +47,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string_view lines = input.substr(1);
     fuzz::CheckScans(LOG_FORMAT_DEBUG, lines, kSigns);
     static DebugWay fast(ParseWay::Fast);
+    static DebugWay ahead(ParseWay::Fast);
     static DebugWay plain(ParseWay::Plain);
-    fast.Start(static_cast<unsigned char>(input[0]));
-    plain.Start(static_cast<unsigned char>(input[0]));
-    fuzz::RequireSameRecords(lines, fast, plain);
-    const CDebugLineParser& a = fast.m_parser;
+    for (DebugWay* const way : {&fast, &ahead, &plain}) {
+        way->Start(static_cast<unsigned char>(input[0]));
+    }
+    fuzz::RequireSameRecords(lines, fast, ahead, plain);
     const CDebugLineParser& b = plain.m_parser;
-    fuzz::Require(a.m_nTextColumn == b.m_nTextColumn && a.m_bDashForm == b.m_bDashForm &&
-                      a.m_bUBELog == b.m_bUBELog,
-                  "read plainly, another state");
+    for (const DebugWay* const way : {&fast, &ahead}) {
+        const CDebugLineParser& a = way->m_parser;
+        fuzz::Require(a.m_nTextColumn == b.m_nTextColumn && a.m_bDashForm == b.m_bDashForm &&
+                          a.m_bUBELog == b.m_bUBELog,
+                      "read plainly, another state");
+    }
     return 0;
 }

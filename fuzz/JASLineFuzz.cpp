@@ -21,7 +21,6 @@ struct JASWay {
         m_pending = {};
         m_nProcessFilter = processFilter;
     }
-    BlockScan Scan() const { return m_lines->Scan(); }
     void Read(const LogLine& line) { m_lines->ParseJASLine(line, m_nProcessFilter, m_records); }
 
     PendingStatement m_pending;
@@ -41,14 +40,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                      TextSigns::SIGN_CACHE | TextSigns::SIGN_EVENT_STARTS | TextSigns::SIGN_EVENT_ENDS |
                          TextSigns::SIGN_ER_LINE | TextSigns::SIGN_OBJECT_CALLED);
     static JASWay fast(ParseWay::Fast);
+    static JASWay ahead(ParseWay::Fast);
     static JASWay plain(ParseWay::Plain);
     const std::uint32_t processFilter = size % 16 == 15 ? 1 : 0;
-    fast.Start(processFilter);
-    plain.Start(processFilter);
-    fuzz::RequireSameRecords(lines, fast, plain);
+    for (JASWay* const way : {&fast, &ahead, &plain}) {
+        way->Start(processFilter);
+    }
+    fuzz::RequireSameRecords(lines, fast, ahead, plain);
     fuzz::Require(processFilter == 0 || fast.m_details.Size() == 0, "a process filter refuses all lines");
-    fuzz::Require(fast.m_pending.statement == plain.m_pending.statement &&
-                      fast.m_pending.parameters == plain.m_pending.parameters,
-                  "read plainly, another statement awaits its parameters");
+    for (const JASWay* const way : {&fast, &ahead}) {
+        fuzz::Require(way->m_pending.statement == plain.m_pending.statement &&
+                          way->m_pending.parameters == plain.m_pending.parameters,
+                      "read plainly, another statement awaits its parameters");
+    }
     return 0;
 }

@@ -1,4 +1,5 @@
-// The lines of a log read twice, without a session: as a session reads them, and plainly.
+// The lines of a log read without a session: as a session reads them, with and without lines that are
+// prepared ahead, and plainly.
 #pragma once
 
 #include "parse/LogReader.h"
@@ -12,23 +13,33 @@
 
 namespace carvelot::fuzz {
 
-// `Way` has a record list m_details and the operations Scan() and Read(line).
-template <class Way> void RequireSameRecords(std::string_view lines, Way& fast, Way& plain) {
+// `Way` has a record list m_details, the lines' reader m_lines, and the operation Read(line).
+template <class Way> void ReadLines(std::string_view lines, Way& way, const BlockReading& blocks = {}) {
     std::string log(lines);
     log.push_back('\n');
-    const auto read = [&log](Way& way) {
-        way.m_details.Clear();
-        CMemorySource source(log);
-        CLogReader reader(source, way.Scan());
-        LogLine line;
-        while (reader.ReadLogLine(line)) {
-            way.Read(line);
-        }
+    way.m_details.Clear();
+    CMemorySource source(log);
+    ReadingBesides besides;
+    besides.prepare = [&way](CBlockLines block, PreparedLines& prepared) {
+        way.m_lines->PrepareLines(block, prepared);
     };
-    read(fast);
-    read(plain);
-    const std::string difference = test::DifferenceOf(fast.m_details, plain.m_details);
-    Require(difference.empty(), "read plainly, another outcome: " + difference);
+    CLogReader reader(source, way.m_lines->Scan(), blocks, {}, besides);
+    LogLine line;
+    while (reader.ReadLogLine(line)) {
+        way.Read(line);
+    }
+}
+
+// Each way is just started.
+template <class Way> void RequireSameRecords(std::string_view lines, Way& fast, Way& ahead, Way& plain) {
+    ReadLines(lines, fast);
+    ReadLines(lines, ahead,
+              {.way = BlockReading::Way::Here, .bytes = lines.size() / 4 + 1, .prepareAlways = true});
+    ReadLines(lines, plain);
+    for (const Way* const way : {&fast, &ahead}) {
+        const std::string difference = test::DifferenceOf(way->m_details, plain.m_details);
+        Require(difference.empty(), "read plainly, another outcome: " + difference);
+    }
 }
 
 // Where the lines of a way go.

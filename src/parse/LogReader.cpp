@@ -1,7 +1,5 @@
 #include "parse/LogReader.h"
 
-#include "platform/CodePage.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -28,7 +26,7 @@ CLogReader::Block::Block(std::size_t size)
       index(kLongestLine + size) {}
 
 CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& reading, const LogPlace& start,
-                       Besides besides)
+                       ReadingBesides besides)
     : m_source(source), m_scan(scan), m_start(start), m_reading(reading), m_besides(std::move(besides)) {
     if (m_reading.bytes == 0) {
         m_reading.bytes = BlockFor();
@@ -48,7 +46,6 @@ CLogReader::CLogReader(ILogSource& source, BlockScan scan, const BlockReading& r
 }
 
 void CLogReader::Rewind() {
-    static constexpr std::uint32_t none = LineIndex::kNoMore;
     m_blocks.reset();
     if (m_start.position == 0) {
         m_source.Rewind();
@@ -56,10 +53,7 @@ void CLogReader::Rewind() {
         m_bAtStart = m_source.Seek(m_start.position);
     }
     m_pBlock = nullptr;
-    m_pBytes = nullptr;
-    m_pNextEnd = m_pNextMark = &none;
-    m_nBegin = m_nEnd = 0;
-    m_bPlain = true;
+    m_lines = {};
     m_nBlockPosition = m_start.position;
     m_progress = m_source.Progress();
     m_pieceBegins.assign(1, 0);
@@ -72,8 +66,8 @@ void CLogReader::Rewind() {
 }
 
 bool CLogReader::Fill(Block& block, const Block* before, const CReadAhead<Block>& ahead) {
-    if (m_besides) {
-        m_besides(m_source.Progress());
+    if (m_besides.beforeBlock && ahead.Waiting() > 0) {
+        m_besides.beforeBlock(m_source.Progress());
     }
     std::uint32_t kept = 0;
     std::uint64_t position = m_start.position;
@@ -95,11 +89,13 @@ bool CLogReader::Fill(Block& block, const Block* before, const CReadAhead<Block>
     block.progress = m_source.Progress();
     char* const end = block.bytes.get() + block.end;
     std::memset(end, ' ', kScanPadding);
-    // Whoever takes it scans it where that thread would wait for it otherwise, as for bytes that are
-    // unpacked.
     block.scanned = false;
-    if (ahead.Waiting() > 0) {
+    block.prepared.Clear();
+    if (ahead.Waiting() > 0 || m_reading.prepareAlways) {
         Scan(block);
+        if (m_besides.prepare) {
+            m_besides.prepare({block.bytes.get(), block.end, block.index, nullptr}, block.prepared);
+        }
     }
     const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
     const auto latest = std::find_if(std::make_reverse_iterator(end),
@@ -127,12 +123,7 @@ bool CLogReader::TakeBlock() {
     }
     block->linesEnded = linesEnded;
     m_pBlock = block;
-    m_pBytes = block->bytes.get();
-    m_pNextEnd = block->index.ends.get();
-    m_pNextMark = block->index.marks.get();
-    m_nBegin = 0;
-    m_nEnd = block->end;
-    m_bPlain = block->index.ascii && !block->index.holdsNul;
+    m_lines = {block->bytes.get(), block->end, block->index, &block->prepared};
     m_nBlockPosition = block->position;
     m_progress = block->progress;
     m_pieceBegins.resize(m_progress.piece + 1, m_progress.pieceBegin);
@@ -152,11 +143,6 @@ std::uint64_t CLogReader::Block::LinesEndedWith(std::size_t ends) const {
         }
     }
     return lines;
-}
-
-void CLogReader::LookForNulAndUpperHalf(LogLine& line) {
-    line.bytes = line.bytes.substr(0, line.bytes.find('\0'));
-    line.ascii = platform::IsAscii(line.bytes);
 }
 
 } // namespace carvelot

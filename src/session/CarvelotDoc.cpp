@@ -422,14 +422,17 @@ std::optional<bool> CCarvelotDoc::StillHolds(ILogSource& source) {
 
 void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
     CTracedSource traced(source, LogTrace::kKept, LogTrace::kKept + CLogReader::kLongestLine);
-    const auto readLines = [&](BlockScan scan, CLineReading& notes, auto parse) {
+    const auto readLines = [&](auto& lines, CLineReading& notes, auto parse) {
         notes.m_dialects = m_dialects;
-
-        CLogReader reader(traced, scan, m_blockReading, start, [this](const SourceProgress& read) {
+        const auto providePages = [this](const SourceProgress& read) {
             if (read.all > read.done + kFillsAPage) {
                 m_listDetails.ProvidePages();
             }
-        });
+        };
+        const auto prepare = [&lines](CBlockLines block, PreparedLines& prepared) {
+            lines.PrepareLines(block, prepared);
+        };
+        CLogReader reader(traced, lines.Scan(), m_blockReading, start, {providePages, prepare});
         const std::uint64_t size = reader.Progress().all;
         CToldProgress told(m_host);
         std::uint64_t nextProgress = start.position + kProgressStep;
@@ -469,12 +472,12 @@ void CCarvelotDoc::ReadLines(ILogSource& source, const LogPlace& start) {
     if (m_nLogFormat == LOG_FORMAT_DEBUG) {
         const auto lines = std::make_unique<CFastDebugLines>(m_debugParser, way);
         CDebugRecords records{m_listDetails, commit};
-        readLines(lines->Scan(), m_debugParser,
+        readLines(*lines, m_debugParser,
                   [&](const LogLine& line) { lines->ParseDebugLine(line, m_nProcessFilter, records); });
     } else {
         const auto lines = std::make_unique<CFastJASLines>(m_jasParser, way);
         CJASRecords records{m_listDetails, commit};
-        readLines(lines->Scan(), m_jasParser,
+        readLines(*lines, m_jasParser,
                   [&](const LogLine& line) { lines->ParseJASLine(line, m_nProcessFilter, records); });
     }
     m_pendingBehind = m_jasParser.m_pending;

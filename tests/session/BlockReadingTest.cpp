@@ -77,12 +77,15 @@ TEST(LoadFrom, GivesTheSameSessionInBlocksOfAnySizeReadByAnyThread) {
             continue;
         }
         ++samples;
-        CMemorySource source(log);
-        const Loaded expected(source, {.way = Here});
-        ASSERT_TRUE(expected.m_bLoaded) << entry.path();
         for (const BlockReading& reading :
              {BlockReading{Here, 1, 2}, BlockReading{Ahead, 1, 2}, BlockReading{Ahead, 100, 3},
-              BlockReading{Ahead, 4096, 8}, BlockReading{Ahead, 0, 8}, BlockReading{Here, 8192, 2}}) {
+              BlockReading{Ahead, 4096, 8}, BlockReading{Ahead, 0, 8}, BlockReading{Here, 8192, 2},
+              BlockReading{Here, 1, 2, true}, BlockReading{Here, 4096, 2, true},
+              BlockReading{Ahead, 100, 3, true}, BlockReading{Ahead, 4096, 8, true}}) {
+            // Two threads that take turns at single bytes need a second for some hundred thousand.
+            CMemorySource source(std::string_view(log).substr(0, reading.bytes == 1 ? 6'000 : log.size()));
+            const Loaded expected(source, {.way = Here});
+            ASSERT_TRUE(expected.m_bLoaded) << entry.path();
             const Loaded loaded(source, reading);
             EXPECT_EQ(DifferenceOf(expected.m_doc, loaded.m_doc), "")
                 << entry.path() << " in blocks of " << reading.bytes;

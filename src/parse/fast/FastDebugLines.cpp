@@ -1,5 +1,7 @@
 #include "parse/fast/FastDebugLines.h"
 
+#include "parse/fast/Preparing.h"
+
 namespace carvelot {
 
 namespace {
@@ -57,8 +59,31 @@ void CFastDebugLines::Learn(const LogLine& line, const CLogDetail& detail, std::
     const std::size_t textStart = column(detail.m_strText.data());
     if (!runsOn || labelEnd > textStart) {
         m_beginnings.Learn(whole.substr(kIDsColumn, end - kIDsColumn), m_stamp.month, runsOn,
-                           runsOn ? textStart - end : 0, context, LOG_NONE);
+                           runsOn ? textStart - end : 0, context, LOG_NONE, m_parser.m_nTextColumn == 0);
     }
+}
+
+void CFastDebugLines::PrepareLines(CBlockLines lines, PreparedLines& prepared) {
+    if (m_way == ParseWay::Plain) {
+        return;
+    }
+    const CLineBeginnings& beginnings = m_beginnings.Latest(prepared.generation);
+    PrepareEach(lines, prepared, [&](const LogLine& line, PreparedLine& ahead) {
+        UsualPlace place;
+        if (!FindPlace(line, m_stampAhead, beginnings, place)) {
+            return false;
+        }
+        const UsualText read = ReadText(place.text, place.signs, m_scratchAhead);
+        ahead = Prepared(line.bytes, place.text, place.stored, read.name);
+        ahead.stamp = NumberOf(m_stampAhead, prepared.stamps);
+        ahead.fraction = place.fraction;
+        ahead.context = place.context;
+        ahead.labelRunsOn = place.labelRunsOn;
+        ahead.kind = read.result.kind;
+        ahead.returnCode = static_cast<std::uint8_t>(read.result.returnCode);
+        ahead.operation = read.operation;
+        return true;
+    });
 }
 
 } // namespace carvelot

@@ -29,18 +29,50 @@ public:
     // for a record that no UsualLine could have brought.
     template <class Records>
     void ParseDebugLine(const LogLine& line, std::uint32_t processFilter, Records&& records) {
-        if (m_way == ParseWay::Plain || !ParseUsual(line, records)) {
+        if (line.prepared != nullptr && line.preparedWith->generation == m_beginnings.Generation()) {
+            AddPrepared(line, records);
+        } else if (m_way == ParseWay::Plain || !ParseUsual(line, records)) {
             ParseAny(line, processFilter, records);
         }
     }
+
+    // Prepares the lines of a block for ParseDebugLine, on a thread of its own.
+    void PrepareLines(CBlockLines lines, PreparedLines& prepared);
 
 private:
     // Date and time of the one form that nearly every line has: "Sep 22 16:36:42.440295 - 4576/3268 label".
     static constexpr std::size_t kIDsColumn = 25;
     static constexpr std::size_t kSecondsLength = 16; // up to the point
 
-    // A function of its own, whose values stay in registers.
+    // What a line's beginning tells, and where its text stands.
+    struct UsualPlace {
+        std::uint32_t fraction;
+        std::uint32_t context;
+        bool labelRunsOn;
+        std::string_view text;
+        std::string_view stored;
+        TextSigns signs;
+    };
+    // Parts of a text that are no slices of it; each thread has its own.
+    struct Scratch {
+        std::string name;
+        std::string table;
+    };
+    struct UsualText {
+        Classification result;
+        SqlOperation operation = SQL_NONE;
+        std::string_view name; // in the text or in the scratch strings
+    };
+
+    // False for a line of any other form, of another beginning, or of a batch job.
+    [[gnu::always_inline]] static inline bool FindPlace(const LogLine& line, KnownStamp& stamp,
+                                                        const CLineBeginnings& beginnings, UsualPlace& place);
+    [[gnu::always_inline]] static inline UsualText ReadText(std::string_view text, TextSigns signs,
+                                                            Scratch& scratch);
+
+    // Functions of their own, whose values stay in registers.
     template <class Records> [[gnu::noinline]] bool ParseUsual(const LogLine& line, Records& records);
+    template <class Records> [[gnu::noinline]] void AddPrepared(const LogLine& line, Records& records);
     template <class Records>
     void ParseAny(const LogLine& line, std::uint32_t processFilter, Records& records) {
         CLogDetail detail;
@@ -67,24 +99,27 @@ private:
     CDebugLineParser& m_parser;
     ParseWay m_way;
     KnownStamp m_stamp;
-    CLineBeginnings m_beginnings;
-    std::string m_strName;  // a line's display name
-    std::string m_strTable; // its table, when that is no slice of the text
+    CSharedBeginnings m_beginnings;
+    Scratch m_scratch;
+
+    // Of the thread that prepares.
+    KnownStamp m_stampAhead;
+    Scratch m_scratchAhead;
 };
 
-template <class Records> bool CFastDebugLines::ParseUsual(const LogLine& line, Records& records) {
+bool CFastDebugLines::FindPlace(const LogLine& line, KnownStamp& stamp, const CLineBeginnings& beginnings,
+                                UsualPlace& place) {
     const char* const p = line.bytes.data();
     const std::size_t size = line.bytes.size();
     if (!line.ascii || size <= kIDsColumn) {
         return false;
     }
-    std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
-        !SixDigitsAndDash(p + kSecondsLength, fraction) || p[kIDsColumn - 1] != ' ') {
-        m_stamp.length = 0;
+    if ((!stamp.IsStartOf(p) && !ReadStamp(p, stamp)) ||
+        !SixDigitsAndDash(p + kSecondsLength, place.fraction) || p[kIDsColumn - 1] != ' ') {
+        stamp.length = 0;
         return false;
     }
-    const LineBeginning* const known = m_beginnings.Find(p + kIDsColumn, size - kIDsColumn, m_stamp.month);
+    const LineBeginning* const known = beginnings.Find(p + kIDsColumn, size - kIDsColumn, stamp.month);
     if (known == nullptr) {
         return false;
     }
@@ -96,42 +131,81 @@ template <class Records> bool CFastDebugLines::ParseUsual(const LogLine& line, R
         return false;
     }
     std::size_t blanks = 0;
+    place.stored = text;
     if (beginning.labelRunsOn) {
         blanks = static_cast<std::size_t>(text.data() - first);
         // A tab ahead of the text would end the label.
         if (blanks > LineBeginning::kMostBlanks || LeadingBlanksAmong16(first).holdTab) {
             return false;
         }
+        if (end[-1] == ' ' && std::memchr(text.data(), '\t', text.size()) == nullptr) {
+            place.stored = {text.data(), static_cast<std::size_t>(end - text.data())};
+        }
     }
-    const std::uint32_t context = beginning.contexts[blanks];
-    if (context == kNoContext ||
-        (m_parser.m_nTextColumn == 0 && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
+    place.context = beginning.contexts[blanks];
+    if (place.context == kNoContext ||
+        (beginning.dashFixesColumn && Starts({first, static_cast<std::size_t>(end - first)}, " - "))) {
         return false;
     }
-    TextSigns signs;
+    place.signs = {};
     if (!line.marks.Empty()) {
         const LineSigns found = FindSigns(text, line.bytes, line.marks);
         if (found.ubeInLine) {
             return false;
         }
-        signs = found.inText;
+        place.signs = found.inText;
+    }
+    place.labelRunsOn = beginning.labelRunsOn;
+    place.text = text;
+    return true;
+}
+
+CFastDebugLines::UsualText CFastDebugLines::ReadText(std::string_view text, TextSigns signs,
+                                                     Scratch& scratch) {
+    UsualText read{ClassifyDebugStatement(text, signs, scratch.name), SQL_NONE, {}};
+    read.name = read.result.Name(scratch.name);
+    if (read.result.kind == LOG_SQL) {
+        const SqlParts parts = SplitSQLStatement(text, scratch.table);
+        read.operation = parts.operation;
+        read.name = parts.table;
+    }
+    return read;
+}
+
+template <class Records> bool CFastDebugLines::ParseUsual(const LogLine& line, Records& records) {
+    UsualPlace place;
+    if (!FindPlace(line, m_stamp, m_beginnings.Learnt(), place)) {
+        return false;
     }
     m_parser.m_bDashForm = true;
-    const Classification result = ClassifyDebugStatement(text, signs, m_strName);
-    SqlOperation operation = SQL_NONE;
-    std::string_view name = result.Name(m_strName);
-    if (result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(text, m_strTable);
-        operation = parts.operation;
-        name = parts.table;
-    }
-    std::string_view stored = text;
-    if (beginning.labelRunsOn && end[-1] == ' ' && std::memchr(text.data(), '\t', text.size()) == nullptr) {
-        stored = {text.data(), static_cast<std::size_t>(end - text.data())};
-    }
-    records.AddUsual(UsualLine{m_stamp, fraction, context, result.kind, result.returnCode, operation, true,
-                               beginning.labelRunsOn, text, stored, name});
+    const UsualText read = ReadText(place.text, place.signs, m_scratch);
+    records.AddUsual(UsualLine{m_stamp, place.fraction, place.context, read.result.kind,
+                               read.result.returnCode, read.operation, true, place.labelRunsOn, place.text,
+                               place.stored, read.name});
     return true;
+}
+
+template <class Records> void CFastDebugLines::AddPrepared(const LogLine& line, Records& records) {
+    const PreparedLine& prepared = *line.prepared;
+    const std::string_view text = prepared.Text(line.bytes);
+    m_parser.m_bDashForm = true;
+    UsualLine usual{line.preparedWith->stamps[prepared.stamp],
+                    prepared.fraction,
+                    prepared.context,
+                    prepared.kind,
+                    prepared.returnCode,
+                    prepared.operation,
+                    true,
+                    prepared.labelRunsOn,
+                    text,
+                    prepared.Stored(line.bytes),
+                    prepared.Name(line.bytes)};
+    if (!prepared.classified) {
+        // Only the name is missing.
+        const UsualText read = ReadText(text, FindSigns(text, line.bytes, line.marks).inText, m_scratch);
+        usual.name = read.name;
+    }
+    records.AddUsual(usual);
 }
 
 } // namespace carvelot

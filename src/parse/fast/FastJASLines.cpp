@@ -1,5 +1,7 @@
 #include "parse/fast/FastJASLines.h"
 
+#include "parse/fast/Preparing.h"
+
 namespace carvelot {
 
 // Reads the stamp up to the comma; false for any other form, and for numbers that no clock shows.
@@ -41,6 +43,36 @@ void CFastJASLines::Learn(const LogLine& line, const CLogDetail& detail, std::ui
         m_beginnings.Learn(whole.substr(start, end - start), m_stamp.month, false, 0, context,
                            KindOfLevel(detail.m_strLevel));
     }
+}
+
+void CFastJASLines::PrepareLines(CBlockLines lines, PreparedLines& prepared) {
+    if (m_way == ParseWay::Plain) {
+        return;
+    }
+    const CLineBeginnings& beginnings = m_beginnings.Latest(prepared.generation);
+    PrepareEach(lines, prepared, [&](const LogLine& line, PreparedLine& ahead) {
+        UsualPlace place;
+        if (!FindPlace(line, m_stampAhead, beginnings, place)) {
+            return false;
+        }
+        // A statement's parameters are counted where its line is taken.
+        const bool levelDecides = place.levelKind != LOG_NONE;
+        const bool isStatement = !levelDecides && !FindOperationWord(place.text).empty();
+        UsualText read;
+        if (!isStatement) {
+            read = ReadText(line, place.text, place.levelKind, m_noPending, m_scratchAhead);
+        }
+        ahead = Prepared(line.bytes, place.text, place.text, read.name);
+        ahead.classified = ahead.classified && !isStatement;
+        ahead.levelDecides = levelDecides;
+        ahead.stamp = NumberOf(m_stampAhead, prepared.stamps);
+        ahead.fraction = place.fraction;
+        ahead.context = place.context;
+        ahead.kind = read.result.kind;
+        ahead.returnCode = static_cast<std::uint8_t>(read.result.returnCode);
+        ahead.operation = read.operation;
+        return true;
+    });
 }
 
 } // namespace carvelot

@@ -29,18 +29,58 @@ public:
     // for a record that no UsualLine could have brought.
     template <class Records>
     void ParseJASLine(const LogLine& line, std::uint32_t processFilter, Records&& records) {
-        if (m_way == ParseWay::Plain || !ParseUsual(line, records)) {
+        if (line.prepared != nullptr && line.preparedWith->generation == m_beginnings.Generation()) {
+            AddPrepared(line, records);
+        } else if (m_way == ParseWay::Plain || !ParseUsual(line, records)) {
             ParseAny(line, processFilter, records);
         }
     }
+
+    // Prepares the lines of a block for ParseJASLine, on a thread of its own.
+    void PrepareLines(CBlockLines lines, PreparedLines& prepared);
 
 private:
     // The stamp of the one form that nearly every line has: "29 Jun 2016 12:08:30,122 [".
     static constexpr std::size_t kLongestStamp = 26;
     static constexpr std::size_t kFractionLength = 4; // and the blank behind it
 
-    // A function of its own, whose values stay in registers.
+    // What a line's beginning tells, and its text.
+    struct UsualPlace {
+        std::uint32_t fraction;
+        std::uint32_t context;
+        LogKind levelKind;
+        std::string_view text;
+    };
+    // Parts of a text that are no slices of it; each thread has its own.
+    struct Scratch {
+        std::string name;
+        std::string table;
+    };
+    struct UsualText {
+        Classification result;
+        SqlOperation operation = SQL_NONE;
+        std::string_view text; // perhaps that of the pending statement
+        std::string_view name; // in the text or in the scratch strings
+    };
+
+    // False for a line of any other form, or of another beginning.
+    [[gnu::always_inline]] static inline bool FindPlace(const LogLine& line, KnownStamp& stamp,
+                                                        const CLineBeginnings& beginnings, UsualPlace& place);
+    [[gnu::always_inline]] static inline UsualText ReadText(const LogLine& line, std::string_view text,
+                                                            LogKind levelKind, PendingStatement& pending,
+                                                            Scratch& scratch);
+    template <class Records>
+    void Add(Records& records, const LineStamp& stamp, std::uint32_t fraction, std::uint32_t context,
+             const UsualText& read) {
+        const bool ascii = read.result.made != Classification::Made::Text || m_parser.m_pending.ascii ||
+                           platform::IsAscii(read.text);
+        records.AddUsual(UsualLine{stamp, fraction, context, read.result.kind, read.result.returnCode,
+                                   read.operation, ascii, false, read.text, read.text, read.name});
+    }
+
+    // Functions of their own, whose values stay in registers.
     template <class Records> [[gnu::noinline]] bool ParseUsual(const LogLine& line, Records& records);
+    template <class Records> [[gnu::noinline]] void AddPrepared(const LogLine& line, Records& records);
     template <class Records>
     void ParseAny(const LogLine& line, std::uint32_t processFilter, Records& records) {
         CLogDetail detail;
@@ -59,52 +99,86 @@ private:
     CJASLineParser& m_parser;
     ParseWay m_way;
     KnownStamp m_stamp;
-    CLineBeginnings m_beginnings;
-    std::string m_strName;  // a line's display name
-    std::string m_strTable; // its table, when that is no slice of the text
+    CSharedBeginnings m_beginnings;
+    Scratch m_scratch;
+
+    // Of the thread that prepares, which has no pending statement.
+    KnownStamp m_stampAhead;
+    Scratch m_scratchAhead;
+    PendingStatement m_noPending;
 };
 
-template <class Records> bool CFastJASLines::ParseUsual(const LogLine& line, Records& records) {
+bool CFastJASLines::FindPlace(const LogLine& line, KnownStamp& stamp, const CLineBeginnings& beginnings,
+                              UsualPlace& place) {
     const char* const p = line.bytes.data();
     const std::size_t size = line.bytes.size();
     if (!line.ascii || size < kLongestStamp) {
         return false;
     }
-    std::uint32_t fraction = 0;
-    if ((!m_stamp.IsStartOf(p) && !ReadStamp(p, m_stamp)) ||
-        !ThreeDigitsAndBracket(p + m_stamp.length, fraction)) {
-        m_stamp.length = 0;
+    if ((!stamp.IsStartOf(p) && !ReadStamp(p, stamp)) ||
+        !ThreeDigitsAndBracket(p + stamp.length, place.fraction)) {
+        stamp.length = 0;
         return false;
     }
-    const char* const start = p + m_stamp.length + kFractionLength;
+    const char* const start = p + stamp.length + kFractionLength;
     const char* const end = p + size;
     const LineBeginning* const known =
-        m_beginnings.Find(start, static_cast<std::size_t>(end - start), m_stamp.month);
+        beginnings.Find(start, static_cast<std::size_t>(end - start), stamp.month);
     if (known == nullptr) {
         return false;
     }
-    const LineBeginning& beginning = *known;
-    const char* const first = start + beginning.length;
-    std::string_view text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
-    PendingStatement& pending = m_parser.m_pending;
-    Classification result;
-    result.kind = beginning.levelKind;
-    if (result.kind == LOG_NONE) {
-        const bool asked = pending.parameters == 0 && !line.marks.Empty();
-        result = ClassifyJASStatement(
-            text, asked ? FindSigns(text, line.bytes, line.marks).inText : TextSigns{}, pending, m_strName);
-    }
-    SqlOperation operation = SQL_NONE;
-    std::string_view name = result.Name(m_strName);
-    if (result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(text, m_strTable);
-        operation = parts.operation;
-        name = parts.table;
-    }
-    const bool ascii = result.made != Classification::Made::Text || pending.ascii || platform::IsAscii(text);
-    records.AddUsual(UsualLine{m_stamp, fraction, beginning.contexts[0], result.kind, result.returnCode,
-                               operation, ascii, false, text, text, name});
+    const char* const first = start + known->length;
+    place.context = known->contexts[0];
+    place.levelKind = known->levelKind;
+    place.text = TrimPaddedStatement({first, static_cast<std::size_t>(end - first)});
     return true;
+}
+
+CFastJASLines::UsualText CFastJASLines::ReadText(const LogLine& line, std::string_view text,
+                                                 LogKind levelKind, PendingStatement& pending,
+                                                 Scratch& scratch) {
+    UsualText read;
+    read.text = text;
+    read.result.kind = levelKind;
+    if (levelKind == LOG_NONE) {
+        const bool asked = pending.parameters == 0 && !line.marks.Empty();
+        const TextSigns signs = asked ? FindSigns(text, line.bytes, line.marks).inText : TextSigns{};
+        read.result = ClassifyJASStatement(read.text, signs, pending, scratch.name);
+    }
+    read.name = read.result.Name(scratch.name);
+    if (read.result.kind == LOG_SQL) {
+        const SqlParts parts = SplitSQLStatement(read.text, scratch.table);
+        read.operation = parts.operation;
+        read.name = parts.table;
+    }
+    return read;
+}
+
+template <class Records> bool CFastJASLines::ParseUsual(const LogLine& line, Records& records) {
+    UsualPlace place;
+    if (!FindPlace(line, m_stamp, m_beginnings.Learnt(), place)) {
+        return false;
+    }
+    Add(records, m_stamp, place.fraction, place.context,
+        ReadText(line, place.text, place.levelKind, m_parser.m_pending, m_scratch));
+    return true;
+}
+
+template <class Records> void CFastJASLines::AddPrepared(const LogLine& line, Records& records) {
+    const PreparedLine& prepared = *line.prepared;
+    const std::string_view text = prepared.Text(line.bytes);
+    UsualText read;
+    if (prepared.classified && (prepared.levelDecides || m_parser.m_pending.parameters == 0)) {
+        read.result.kind = prepared.kind;
+        read.result.returnCode = prepared.returnCode;
+        read.operation = prepared.operation;
+        read.text = text;
+        read.name = prepared.Name(line.bytes);
+    } else {
+        read = ReadText(line, text, prepared.levelDecides ? prepared.kind : LOG_NONE, m_parser.m_pending,
+                        m_scratch);
+    }
+    Add(records, line.preparedWith->stamps[prepared.stamp], prepared.fraction, prepared.context, read);
 }
 
 } // namespace carvelot

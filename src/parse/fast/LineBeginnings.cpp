@@ -23,7 +23,7 @@ void CLineBeginnings::Clear() {
 }
 
 void CLineBeginnings::Learn(std::string_view bytes, std::uint32_t month, bool labelRunsOn, std::size_t blanks,
-                            std::uint32_t context, LogKind levelKind) {
+                            std::uint32_t context, LogKind levelKind, bool dashFixesColumn) {
     if (bytes.empty() || bytes.size() > LineBeginning::kLongest || blanks > LineBeginning::kMostBlanks) {
         return;
     }
@@ -39,11 +39,49 @@ void CLineBeginnings::Learn(std::string_view bytes, std::uint32_t month, bool la
         known.month = month;
         known.labelRunsOn = labelRunsOn;
         known.levelKind = levelKind;
+        known.dashFixesColumn = dashFixesColumn;
         known.contexts.fill(kNoContext);
         std::memcpy(known.bytes, bytes.data(), bytes.size());
     }
     known.contexts[labelRunsOn ? blanks : 0] = context;
     m_bLearnt = true;
+}
+
+void CLineBeginnings::CopyFrom(const CLineBeginnings& other) {
+    // What stands behind the length of one that is not known was never written.
+    for (std::size_t at = 0; at < m_beginnings.size(); ++at) {
+        if (other.m_beginnings[at].length != 0) {
+            m_beginnings[at] = other.m_beginnings[at];
+        } else {
+            m_beginnings[at].length = 0;
+        }
+    }
+    m_bLearnt = other.m_bLearnt;
+}
+
+void CSharedBeginnings::Clear() {
+    const std::lock_guard lock(m_mutex);
+    m_learnt.Clear();
+    ++m_nGeneration;
+    m_bChanged = true;
+}
+
+void CSharedBeginnings::Learn(std::string_view bytes, std::uint32_t month, bool labelRunsOn,
+                              std::size_t blanks, std::uint32_t context, LogKind levelKind,
+                              bool dashFixesColumn) {
+    const std::lock_guard lock(m_mutex);
+    m_learnt.Learn(bytes, month, labelRunsOn, blanks, context, levelKind, dashFixesColumn);
+    m_bChanged = true;
+}
+
+const CLineBeginnings& CSharedBeginnings::Latest(std::uint32_t& generation) {
+    const std::lock_guard lock(m_mutex);
+    if (m_bChanged) {
+        m_copy.CopyFrom(m_learnt);
+        m_bChanged = false;
+    }
+    generation = m_nGeneration;
+    return m_copy;
 }
 
 } // namespace carvelot

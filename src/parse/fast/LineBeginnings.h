@@ -11,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <mutex>
 #include <string_view>
 
 namespace carvelot {
@@ -42,8 +43,9 @@ struct alignas(64) LineBeginning {
 
     std::uint32_t length = 0; // 0 for nothing known
     std::uint32_t month;
-    bool labelRunsOn;  // a debug line's label goes on into the text, to the next tab
-    LogKind levelKind; // of a JAS line: the kind that the level alone decides
+    bool labelRunsOn;     // a debug line's label goes on into the text, to the next tab
+    bool dashFixesColumn; // " - " behind it would fix the log's text column
+    LogKind levelKind;    // of a JAS line: the kind that the level alone decides
     // Contexts of records, by the number of blanks ahead of the text (always 0 unless the label runs on);
     // kNoContext where no line of that kind has come.
     std::array<std::uint32_t, kMostBlanks + 1> contexts;
@@ -69,9 +71,10 @@ public:
         return other->IsAt(at, available, month) ? other : nullptr;
     }
     void Clear();
+    void CopyFrom(const CLineBeginnings& other);
     // Remembers what the beginning of a line turned out to mean; one that does not fit is passed over.
     void Learn(std::string_view bytes, std::uint32_t month, bool labelRunsOn, std::size_t blanks,
-               std::uint32_t context, LogKind levelKind);
+               std::uint32_t context, LogKind levelKind, bool dashFixesColumn = false);
 
 private:
     // A beginning has two places, so that two which meet do not drive each other out.
@@ -82,6 +85,28 @@ private:
 
     std::array<LineBeginning, 256> m_beginnings;
     bool m_bLearnt = false;
+};
+
+// Beginnings that one thread learns, and another looks up a little later.
+class CSharedBeginnings {
+public:
+    // For the thread that learns.
+    const CLineBeginnings& Learnt() const { return m_learnt; }
+    void Clear();
+    void Learn(std::string_view bytes, std::uint32_t month, bool labelRunsOn, std::size_t blanks,
+               std::uint32_t context, LogKind levelKind, bool dashFixesColumn = false);
+    // Changes where what was learnt earlier does not hold for later lines.
+    std::uint32_t Generation() const { return m_nGeneration; }
+
+    // For the other thread: what was learnt up to now, and its generation.
+    const CLineBeginnings& Latest(std::uint32_t& generation);
+
+private:
+    CLineBeginnings m_learnt;
+    CLineBeginnings m_copy; // the other thread's
+    std::mutex m_mutex;     // of what follows, and of m_learnt between the threads
+    std::uint32_t m_nGeneration = 0;
+    bool m_bChanged = false; // since it was copied
 };
 
 } // namespace carvelot

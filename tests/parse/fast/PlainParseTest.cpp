@@ -1,5 +1,6 @@
 // Lines that begin as earlier ones did take a short way, and words are looked for where the scan of a block
-// says that they may stand. With that switched off the same bytes must give the same session.
+// says that they may stand; a thread that reads ahead prepares such lines. With all that switched off the
+// same bytes must give the same session.
 #include "report/JsonReport.h"
 #include "sources/MemorySource.h"
 #include "support/SameSessions.h"
@@ -15,8 +16,10 @@ namespace carvelot::test {
 namespace {
 
 struct Reading {
-    Reading(std::string_view log, bool plain, std::uint32_t filter, CDialects dialects) {
+    Reading(std::string_view log, bool plain, const BlockReading& blocks, std::uint32_t filter,
+            CDialects dialects) {
         m_doc.m_bPlainParse = plain;
+        m_doc.m_blockReading = blocks;
         m_doc.m_dialects = dialects;
         m_doc.m_nProcessFilter = filter;
         m_doc.m_bNumberLines = true;
@@ -45,15 +48,22 @@ struct Reading {
 };
 
 void ExpectSameBothWays(const std::string& log, std::uint32_t filter, CDialects dialects = {}) {
-    const Reading usual(log, false, filter, dialects);
-    const Reading plain(log, true, filter, dialects);
-    ASSERT_EQ(usual.m_bLoaded, plain.m_bLoaded);
-    ASSERT_EQ(DifferenceOf(usual.m_doc, plain.m_doc), "") << "of process " << filter << " in\n" << log;
-    ASSERT_EQ(usual.Json(), plain.Json()) << "of process " << filter << " in\n" << log;
-    ASSERT_EQ(usual.Refused(), plain.Refused()) << log;
-    ASSERT_EQ(usual.m_doc.Notes().m_helpful, plain.m_doc.Notes().m_helpful) << log;
-    ASSERT_EQ(usual.m_pending.statement, plain.m_pending.statement) << log;
-    ASSERT_EQ(usual.m_pending.parameters, plain.m_pending.parameters) << log;
+    const Reading plain(log, true, {}, filter, dialects);
+    // In blocks of some lines each, so that what the first ones teach prepares the others.
+    const BlockReading prepared{
+        .way = BlockReading::Way::Here, .bytes = log.size() / 6 + 1, .prepareAlways = true};
+    for (const BlockReading& blocks : {BlockReading{}, prepared}) {
+        const Reading usual(log, false, blocks, filter, dialects);
+        SCOPED_TRACE((blocks.prepareAlways ? "prepared, of process " : "of process ") +
+                     std::to_string(filter) + " in\n" + log);
+        ASSERT_EQ(usual.m_bLoaded, plain.m_bLoaded);
+        ASSERT_EQ(DifferenceOf(usual.m_doc, plain.m_doc), "");
+        ASSERT_EQ(usual.Json(), plain.Json());
+        ASSERT_EQ(usual.Refused(), plain.Refused());
+        ASSERT_EQ(usual.m_doc.Notes().m_helpful, plain.m_doc.Notes().m_helpful);
+        ASSERT_EQ(usual.m_pending.statement, plain.m_pending.statement);
+        ASSERT_EQ(usual.m_pending.parameters, plain.m_pending.parameters);
+    }
 }
 
 // How lines begin and go on, and the line that tells the format.
