@@ -76,11 +76,18 @@ def callgrind_text(profile):
 WRITERS = {".folded": e.folded_text, ".speedscope.json": speedscope_text, ".trace.json": trace_text, ".callgrind": callgrind_text}
 
 
-@functools.lru_cache(maxsize=50)
-def explored(path, loading, changed_at):
-    """A log is explored once for all runs over it."""
-    del changed_at
-    return e.explore(path, *loading)
+make = functools.lru_cache(maxsize=None)(explore_logs.make)
+folder_of_all = tempfile.TemporaryDirectory()
+explored_by_content = {}
+
+
+def explored(path, loading):
+    """A log is explored once for all runs over it; nothing that is explored changes."""
+    with open(path, "rb") as stream:
+        key = stream.read(), path, loading
+    if key not in explored_by_content:
+        explored_by_content[key] = e.explore(path, *loading)
+    return explored_by_content[key]
 
 
 class StandIn:
@@ -105,7 +112,7 @@ class StandIn:
         where = options.scope, options.start, options.end
 
         def side(path):
-            return explored(path, loading, os.stat(path).st_mtime_ns)
+            return explored(path, loading)
 
         target = options.export_profile
         ending = next((ending for ending in c.ENDINGS if target is not None and target.endswith(ending)), None)
@@ -134,14 +141,25 @@ class StandIn:
         pass
 
 
+class Remembering(c.Comparison):
+    """Explores the log of a seed once for all comparisons."""
+
+    known = {}
+
+    def explored(self, data, path, loading):
+        key = data, path, loading
+        if key not in self.known:
+            self.known[key] = super().explored(data, path, loading)
+        return self.known[key]
+
+
 def compared(spoil, seeds):
     """The differences over some logs with a stand-in, as lines, and the number of runs."""
-    with tempfile.TemporaryDirectory() as folder:
-        comparison = c.Comparison(StandIn(spoil) if spoil else StandIn(), folder)
-        out = []
-        for seed in seeds:
-            out += report_runs.compare_log(comparison, seed, explore_logs.make, "made", None)
-        return out, comparison.runs
+    comparison = Remembering(StandIn(spoil) if spoil else StandIn(), folder_of_all.name, make)
+    out = []
+    for seed in seeds:
+        out += report_runs.compare_log(comparison, seed, make, "made", None)
+    return out, comparison.runs
 
 
 def changed(find, put, when):
