@@ -1,7 +1,5 @@
 #include "parse/fast/FastDebugLines.h"
 
-#include "parse/fast/Preparing.h"
-
 namespace carvelot {
 
 namespace {
@@ -68,20 +66,16 @@ void CFastDebugLines::PrepareLines(CBlockLines lines, PreparedLines& prepared) {
         return;
     }
     const CLineBeginnings& beginnings = m_beginnings.Latest(prepared.generation);
-    PrepareEach(lines, prepared, [&](const LogLine& line, PreparedLine& ahead) {
+    PrepareEach(lines, prepared, m_stampAhead, [&](const LogLine& line, PreparedLine& ahead) {
         UsualPlace place;
         if (!FindPlace(line, m_stampAhead, beginnings, place)) {
             return false;
         }
-        const UsualText read = ReadText(place.text, place.signs, m_scratchAhead);
-        ahead = Prepared(line.bytes, place.text, place.stored, read.name);
-        ahead.stamp = NumberOf(m_stampAhead, prepared.stamps);
+        ahead = ReadText(place.text, place.signs, m_scratchAhead).PreparedIn(line.bytes);
+        ahead.storedSize = static_cast<std::uint16_t>(place.stored.size());
         ahead.fraction = place.fraction;
         ahead.context = place.context;
         ahead.labelRunsOn = place.labelRunsOn;
-        ahead.kind = read.result.kind;
-        ahead.returnCode = static_cast<std::uint8_t>(read.result.returnCode);
-        ahead.operation = read.operation;
         return true;
     });
 }

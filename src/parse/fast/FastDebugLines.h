@@ -2,16 +2,15 @@
 #pragma once
 
 #include "parse/DebugLine.h"
-#include "parse/StatementParts.h"
 #include "parse/fast/LineBeginnings.h"
 #include "parse/fast/LineScan.h"
 #include "parse/fast/MarkedSigns.h"
 #include "parse/fast/ParseWay.h"
 #include "parse/fast/StampBytes.h"
+#include "parse/fast/UsualText.h"
 
 #include <cstdint>
 #include <cstring>
-#include <string>
 #include <string_view>
 
 namespace carvelot {
@@ -53,22 +52,11 @@ private:
         std::string_view stored;
         TextSigns signs;
     };
-    // Parts of a text that are no slices of it; each thread has its own.
-    struct Scratch {
-        std::string name;
-        std::string table;
-    };
-    struct UsualText {
-        Classification result;
-        SqlOperation operation = SQL_NONE;
-        std::string_view name; // in the text or in the scratch strings
-    };
-
     // False for a line of any other form, of another beginning, or of a batch job.
     [[gnu::always_inline]] static inline bool FindPlace(const LogLine& line, KnownStamp& stamp,
                                                         const CLineBeginnings& beginnings, UsualPlace& place);
     [[gnu::always_inline]] static inline UsualText ReadText(std::string_view text, TextSigns signs,
-                                                            Scratch& scratch);
+                                                            NameScratch& scratch);
 
     // Functions of their own, whose values stay in registers.
     template <class Records> [[gnu::noinline]] bool ParseUsual(const LogLine& line, Records& records);
@@ -100,11 +88,11 @@ private:
     ParseWay m_way;
     KnownStamp m_stamp;
     CSharedBeginnings m_beginnings;
-    Scratch m_scratch;
+    NameScratch m_scratch;
 
     // Of the thread that prepares.
     KnownStamp m_stampAhead;
-    Scratch m_scratchAhead;
+    NameScratch m_scratchAhead;
 };
 
 bool CFastDebugLines::FindPlace(const LogLine& line, KnownStamp& stamp, const CLineBeginnings& beginnings,
@@ -160,15 +148,9 @@ bool CFastDebugLines::FindPlace(const LogLine& line, KnownStamp& stamp, const CL
     return true;
 }
 
-CFastDebugLines::UsualText CFastDebugLines::ReadText(std::string_view text, TextSigns signs,
-                                                     Scratch& scratch) {
-    UsualText read{ClassifyDebugStatement(text, signs, scratch.name), SQL_NONE, {}};
-    read.name = read.result.Name(scratch.name);
-    if (read.result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(text, scratch.table);
-        read.operation = parts.operation;
-        read.name = parts.table;
-    }
+UsualText CFastDebugLines::ReadText(std::string_view text, TextSigns signs, NameScratch& scratch) {
+    UsualText read{text, ClassifyDebugStatement(text, signs, scratch.display)};
+    read.ReadName(scratch);
     return read;
 }
 
@@ -187,25 +169,16 @@ template <class Records> bool CFastDebugLines::ParseUsual(const LogLine& line, R
 
 template <class Records> void CFastDebugLines::AddPrepared(const LogLine& line, Records& records) {
     const PreparedLine& prepared = *line.prepared;
-    const std::string_view text = prepared.Text(line.bytes);
     m_parser.m_bDashForm = true;
-    UsualLine usual{line.preparedWith->stamps[prepared.stamp],
-                    prepared.fraction,
-                    prepared.context,
-                    prepared.kind,
-                    prepared.returnCode,
-                    prepared.operation,
-                    true,
-                    prepared.labelRunsOn,
-                    text,
-                    prepared.Stored(line.bytes),
-                    prepared.Name(line.bytes)};
+    UsualText read;
+    read.TakePrepared(prepared, line.bytes);
     if (!prepared.classified) {
         // Only the name is missing.
-        const UsualText read = ReadText(text, FindSigns(text, line.bytes, line.marks).inText, m_scratch);
-        usual.name = read.name;
+        read = ReadText(read.text, FindSigns(read.text, line.bytes, line.marks).inText, m_scratch);
     }
-    records.AddUsual(usual);
+    records.AddUsual(UsualLine{line.preparedWith->stamps[prepared.stamp], prepared.fraction, prepared.context,
+                               read.result.kind, read.result.returnCode, read.operation, true,
+                               prepared.labelRunsOn, read.text, prepared.Stored(line.bytes), read.name});
 }
 
 } // namespace carvelot

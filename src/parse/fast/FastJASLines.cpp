@@ -1,7 +1,5 @@
 #include "parse/fast/FastJASLines.h"
 
-#include "parse/fast/Preparing.h"
-
 namespace carvelot {
 
 // Reads the stamp up to the comma; false for any other form, and for numbers that no clock shows.
@@ -50,27 +48,22 @@ void CFastJASLines::PrepareLines(CBlockLines lines, PreparedLines& prepared) {
         return;
     }
     const CLineBeginnings& beginnings = m_beginnings.Latest(prepared.generation);
-    PrepareEach(lines, prepared, [&](const LogLine& line, PreparedLine& ahead) {
+    PrepareEach(lines, prepared, m_stampAhead, [&](const LogLine& line, PreparedLine& ahead) {
         UsualPlace place;
         if (!FindPlace(line, m_stampAhead, beginnings, place)) {
             return false;
         }
-        // A statement's parameters are counted where its line is taken.
         const bool levelDecides = place.levelKind != LOG_NONE;
+        // A statement's parameters are counted in its turn.
         const bool isStatement = !levelDecides && !FindOperationWord(place.text).empty();
-        UsualText read;
-        if (!isStatement) {
-            read = ReadText(line, place.text, place.levelKind, m_noPending, m_scratchAhead);
-        }
-        ahead = Prepared(line.bytes, place.text, place.text, read.name);
+        const UsualText read = isStatement
+                                   ? UsualText{place.text, {}}
+                                   : ReadText(line, place.text, place.levelKind, m_noPending, m_scratchAhead);
+        ahead = read.PreparedIn(line.bytes);
         ahead.classified = ahead.classified && !isStatement;
         ahead.levelDecides = levelDecides;
-        ahead.stamp = NumberOf(m_stampAhead, prepared.stamps);
         ahead.fraction = place.fraction;
         ahead.context = place.context;
-        ahead.kind = read.result.kind;
-        ahead.returnCode = static_cast<std::uint8_t>(read.result.returnCode);
-        ahead.operation = read.operation;
         return true;
     });
 }

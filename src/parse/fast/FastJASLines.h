@@ -2,16 +2,15 @@
 #pragma once
 
 #include "parse/JASLine.h"
-#include "parse/StatementParts.h"
 #include "parse/fast/LineBeginnings.h"
 #include "parse/fast/LineScan.h"
 #include "parse/fast/MarkedSigns.h"
 #include "parse/fast/ParseWay.h"
 #include "parse/fast/StampBytes.h"
+#include "parse/fast/UsualText.h"
 #include "platform/CodePage.h"
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 namespace carvelot {
@@ -51,24 +50,12 @@ private:
         LogKind levelKind;
         std::string_view text;
     };
-    // Parts of a text that are no slices of it; each thread has its own.
-    struct Scratch {
-        std::string name;
-        std::string table;
-    };
-    struct UsualText {
-        Classification result;
-        SqlOperation operation = SQL_NONE;
-        std::string_view text; // perhaps that of the pending statement
-        std::string_view name; // in the text or in the scratch strings
-    };
-
     // False for a line of any other form, or of another beginning.
     [[gnu::always_inline]] static inline bool FindPlace(const LogLine& line, KnownStamp& stamp,
                                                         const CLineBeginnings& beginnings, UsualPlace& place);
     [[gnu::always_inline]] static inline UsualText ReadText(const LogLine& line, std::string_view text,
                                                             LogKind levelKind, PendingStatement& pending,
-                                                            Scratch& scratch);
+                                                            NameScratch& scratch);
     template <class Records>
     void Add(Records& records, const LineStamp& stamp, std::uint32_t fraction, std::uint32_t context,
              const UsualText& read) {
@@ -100,11 +87,11 @@ private:
     ParseWay m_way;
     KnownStamp m_stamp;
     CSharedBeginnings m_beginnings;
-    Scratch m_scratch;
+    NameScratch m_scratch;
 
     // Of the thread that prepares, which has no pending statement.
     KnownStamp m_stampAhead;
-    Scratch m_scratchAhead;
+    NameScratch m_scratchAhead;
     PendingStatement m_noPending;
 };
 
@@ -134,23 +121,15 @@ bool CFastJASLines::FindPlace(const LogLine& line, KnownStamp& stamp, const CLin
     return true;
 }
 
-CFastJASLines::UsualText CFastJASLines::ReadText(const LogLine& line, std::string_view text,
-                                                 LogKind levelKind, PendingStatement& pending,
-                                                 Scratch& scratch) {
-    UsualText read;
-    read.text = text;
-    read.result.kind = levelKind;
+UsualText CFastJASLines::ReadText(const LogLine& line, std::string_view text, LogKind levelKind,
+                                  PendingStatement& pending, NameScratch& scratch) {
+    UsualText read{text, {.kind = levelKind}};
     if (levelKind == LOG_NONE) {
         const bool asked = pending.parameters == 0 && !line.marks.Empty();
         const TextSigns signs = asked ? FindSigns(text, line.bytes, line.marks).inText : TextSigns{};
-        read.result = ClassifyJASStatement(read.text, signs, pending, scratch.name);
+        read.result = ClassifyJASStatement(read.text, signs, pending, scratch.display);
     }
-    read.name = read.result.Name(scratch.name);
-    if (read.result.kind == LOG_SQL) {
-        const SqlParts parts = SplitSQLStatement(read.text, scratch.table);
-        read.operation = parts.operation;
-        read.name = parts.table;
-    }
+    read.ReadName(scratch);
     return read;
 }
 
@@ -166,16 +145,10 @@ template <class Records> bool CFastJASLines::ParseUsual(const LogLine& line, Rec
 
 template <class Records> void CFastJASLines::AddPrepared(const LogLine& line, Records& records) {
     const PreparedLine& prepared = *line.prepared;
-    const std::string_view text = prepared.Text(line.bytes);
     UsualText read;
-    if (prepared.classified && (prepared.levelDecides || m_parser.m_pending.parameters == 0)) {
-        read.result.kind = prepared.kind;
-        read.result.returnCode = prepared.returnCode;
-        read.operation = prepared.operation;
-        read.text = text;
-        read.name = prepared.Name(line.bytes);
-    } else {
-        read = ReadText(line, text, prepared.levelDecides ? prepared.kind : LOG_NONE, m_parser.m_pending,
+    read.TakePrepared(prepared, line.bytes);
+    if (!prepared.classified || (!prepared.levelDecides && m_parser.m_pending.parameters > 0)) {
+        read = ReadText(line, read.text, prepared.levelDecides ? prepared.kind : LOG_NONE, m_parser.m_pending,
                         m_scratch);
     }
     Add(records, line.preparedWith->stamps[prepared.stamp], prepared.fraction, prepared.context, read);
